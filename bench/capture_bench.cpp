@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Cost of a capture: memory for 74 minutes compared with one minute, processor time against a limit
-// of 3 % of one core, whether every sample is recorded while two cores are busy, and how long a
-// hanging disk blocks other threads. No windows: the device commands use the real drive, sound card
-// and recorder.
+// Measures captures: the memory for 74 minutes compared with one minute, the processor time (limit:
+// 3 % of one core), whether every sample is recorded while all cores are busy, and how long a disk
+// that hangs blocks other threads. No windows are used: the benchmark sends device commands to the
+// program's own drive, sound card and recorder.
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -37,7 +37,8 @@ using namespace sonarith;
 
 constexpr std::int64_t bytesPerSecond = 44100 * 4;
 
-/// A disc image; each frame of the first track contains its own number.
+/// Creates a disc image. If `numbered`, each frame of the first track contains its own number plus
+/// 1; otherwise the disc is silent.
 fs::path makeDisc(const fs::path& folder, std::int64_t seconds, bool numbered) {
     const fs::path bin = folder / "disc.bin";
     std::ofstream(bin).close();
@@ -50,7 +51,7 @@ fs::path makeDisc(const fs::path& folder, std::int64_t seconds, bool numbered) {
         out.write(reinterpret_cast<const char*>(frames.data()),
                   static_cast<std::streamsize>(frames.size() * sizeof(frames[0])));
     }
-    // A second track of two seconds, because a disc needs more than one track.
+    // A second track of two seconds, so that the first track does not end at the end of the disc.
     fs::resize_file(bin, static_cast<std::uintmax_t>((seconds + 2) * bytesPerSecond));
     const fs::path cue = folder / "disc.cue";
     char second[64];
@@ -62,7 +63,7 @@ fs::path makeDisc(const fs::path& folder, std::int64_t seconds, bool numbered) {
     return cue;
 }
 
-/// The interpreter with a disc image, a card, and recordings in the image's folder.
+/// A command interpreter with a disc image in its drive. Recordings are in the image's folder.
 class Bench {
   public:
     Bench(const fs::path& cue, sound::SoundCard& card, const mci::Clock& clock,
@@ -81,7 +82,7 @@ class Bench {
         }
         return std::string(reply.bytes().c_str());
     }
-    /// Ignores the result, as the end of a capture does.
+    /// Ignores a failure, as the logic does at the end of a capture.
     void sendUnchecked(const std::string& command) { media_.sendString(command); }
 
     void begin() {
@@ -99,11 +100,11 @@ class Bench {
     mci::Interpreter media_;
 };
 
-/// Longer than any command takes on a working disk, so that the whole time is measured.
+/// Limits that no command reaches on a working disk, so that the whole time of a save is measured.
 constexpr sound::RecordingTiming patient{60s, 60s, 60s};
 
-/// Captures the first track with the monitor's commands. `tick` waits for the time of one tick.
-/// Returns the duration of the save.
+/// Captures the first track by the commands that the program sends. `tick` lets the time of one
+/// tick pass. Returns the duration of the save.
 std::chrono::duration<double, std::milli>
 captureFirstTrack(const fs::path& cue, std::int64_t seconds, sound::SoundCard& card,
                   const mci::Clock& clock, const std::function<void()>& tick) {
@@ -170,7 +171,7 @@ double secondsOf(const timeval& time) {
     return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
 }
 
-/// Share of one core that a real-time capture uses, and its memory.
+/// Returns the share of one core that a capture in real time uses, and sets its peak memory.
 double coreShare(std::int64_t seconds, long& peakKilobytes) {
     const fakes::TempFolder folder;
     const fs::path cue = makeDisc(folder.path(), seconds, true);
@@ -179,7 +180,8 @@ double coreShare(std::int64_t seconds, long& peakKilobytes) {
     return (secondsOf(usage.ru_utime) + secondsOf(usage.ru_stime)) / static_cast<double>(seconds);
 }
 
-/// Number of frames of the track at a wrong position in the WAV; -1 if the track is not found.
+/// Captures a track while all cores are busy. Returns the number of frames of the track that are
+/// wrong in the WAV file; -1 if the file is too short.
 std::int64_t wrongFramesUnderLoad(std::int64_t seconds, double& leadMs, double& tailMs,
                                   double& saveMs) {
     const fakes::TempFolder folder;
@@ -221,10 +223,10 @@ std::int64_t wrongFramesUnderLoad(std::int64_t seconds, double& leadMs, double& 
     return wrong;
 }
 
-/// How long other threads wait while all writes to the disk block, in milliseconds.
+/// How long other threads wait while all writes of samples block, in milliseconds.
 struct Waits {
-    double mute = 0;   ///< the longest of many calls; the queue is full during the last calls
-    double cancel = 0; ///< stop, save and close
+    double mute = 0;   ///< the longest of many setMuted() calls, the last of them with a full queue
+    double cancel = 0; ///< the commands that stop, save and close
 };
 
 Waits waitsForAHangingDisk() {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Measures the longest time in which the real event loop handles no event while a long file is
-// decoded on all cores, because a click would wait that long. Limit: 50 ms. Needs lame.
+// Measures how long a click can wait while a long file is decoded on all cores: the longest time in
+// which the real event loop handles no event. Limit: 50 ms. Needs lame.
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
@@ -25,7 +25,7 @@ namespace {
 
 using namespace sonarith;
 
-/// Writes an hour of noise: the same encoded second, repeated.
+/// Writes an MP3 file of an hour: an encoded second of noise, repeated.
 bool writeHour(const std::filesystem::path& folder) {
     std::mt19937 random(1);
     std::vector<std::int16_t> second(2 * 44100);

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Compares the decoding of long MP3 files with `mpg123 -w`, the decoding library's own tool, in
-// alternating runs on the same files: the ratio of the median times, and the growth of the memory.
-// Goals on two cores: 0.6 in segments, 1.05 in one pass, 48 MB. Also decodes files designed to slow
-// a decoder down: their time must grow only in proportion to their size. Needs lame and mpg123.
+// Decodes long MP3 files, alternating with `mpg123 -w`, the decoding library's own tool, on the
+// same files. Prints the ratio of the median times and the growth of the memory. Goals on two
+// cores: 0.6 in segments, 1.05 in one pass, 48 MB. Also decodes files that are designed to slow a
+// decoder down: the time must grow only in proportion to the size of the file. Needs lame and
+// mpg123.
 #include <chrono>
 #include <cmath>
 #include <cstdint>
@@ -34,7 +35,8 @@ namespace fs = std::filesystem;
 constexpr int longMinutes = 30;
 constexpr int rounds = 5;
 
-/// One minute of average difficulty for an encoder: chords under swelling noise.
+/// Writes a minute of sound that is of average difficulty for an encoder: chords, and noise whose
+/// volume changes.
 bool writeMinute(const fs::path& path) {
     constexpr int rate = 44100;
     std::mt19937 random(1);
@@ -52,7 +54,7 @@ bool writeMinute(const fs::path& path) {
     return test::writeWav(path, {rate, 2}, samples);
 }
 
-/// Encodes the minute and repeats it `minutes` times.
+/// Encodes a minute of sound and writes the encoded bytes `minutes` times.
 bool writeLong(const fs::path& minute, const fs::path& path, const std::string& options,
                int minutes) {
     const std::string encoded = path.string() + ".part";
@@ -60,8 +62,8 @@ bool writeLong(const fs::path& minute, const fs::path& path, const std::string& 
            test::writeRepeated(path, test::readBytes(encoded), minutes);
 }
 
-/// Runs the tool to compare with; ends the benchmark if that fails.
-void theTool(std::vector<std::string> words) {
+/// Runs the tool with which the program is compared. Ends the benchmark if the tool fails.
+void runTool(std::vector<std::string> words) {
     if (!test::runProgram(std::move(words))) {
         std::fprintf(stderr, "the tool failed: is mpg123 there?\n");
         std::exit(1);
@@ -83,7 +85,8 @@ double secondsOf(const std::function<void()>& work) {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
 }
 
-/// A value of this process's status file, in KB: "VmRSS" is the current memory, "VmHWM" its peak.
+/// Reads a value in KB from this process's status file: "VmRSS" is the memory that is used now,
+/// "VmHWM" is the peak.
 long statusKilobytes(const std::string& name) {
     std::ifstream in("/proc/self/status");
     for (std::string line; std::getline(in, line);) {
@@ -107,7 +110,7 @@ void compare(const std::string& name, const fs::path& mp3, double goal) {
     const long before = statusKilobytes("VmRSS");
     DecodeResult result;
     for (int i = 0; i < rounds; ++i) {
-        tool.push_back(secondsOf([&] { theTool({"mpg123", "-q", "-w", theirs, mp3}); }));
+        tool.push_back(secondsOf([&] { runTool({"mpg123", "-q", "-w", theirs, mp3}); }));
         control.push_back(secondsOf([&] { result = decode(mp3, ours); }));
     }
     std::printf(
@@ -120,7 +123,7 @@ void compare(const std::string& name, const fs::path& mp3, double goal) {
     fs::remove(ours);
 }
 
-/// Decodes many files of three minutes, one after the other, and compares the total times.
+/// Decodes a file of three minutes many times, and compares the total times.
 void compareMany(const fs::path& mp3) {
     constexpr int files = 200;
     const fs::path wav = mp3.string() + ".wav";
@@ -128,7 +131,7 @@ void compareMany(const fs::path& mp3) {
     double control = 0;
     bool completed = true;
     for (int i = 0; i < files; ++i) {
-        tool += secondsOf([&] { theTool({"mpg123", "-q", "-w", wav, mp3}); });
+        tool += secondsOf([&] { runTool({"mpg123", "-q", "-w", wav, mp3}); });
         fs::remove(wav);
         control += secondsOf(
             [&] { completed = decode(mp3, wav).outcome == DecodeOutcome::completed && completed; });
@@ -138,8 +141,8 @@ void compareMany(const fs::path& mp3) {
                 files, tool, control, control / tool, completed ? "" : "  FAILED");
 }
 
-/// Files that are designed to slow a decoder down, compared with files of the same kind and half
-/// the size: a ratio near 2 means that the time is proportional to the size.
+/// Decodes a file that is designed to slow a decoder down, and a file of the same kind with half
+/// the size. A ratio near 2 of the times means that the time is proportional to the size.
 void compareHalves(const char* name, const fs::path& folder,
                    const std::vector<std::uint8_t>& unit) {
     constexpr int bytes = 40 * 1024 * 1024;
@@ -200,8 +203,8 @@ int main() {
         return 1;
     }
     compareMany(shortMp3);
-    // A header of 160 kbit/s and 48000 Hz, whose frames have 480 bytes; the library rejects each
-    // frame.
+    // The header of a frame of 480 bytes (160 kbit/s at 48000 Hz), repeated: each frame contains
+    // only further headers, and the library rejects the frame.
     compareHalves("headers at every fourth byte", folder.path(),
                   bytesOf({0xFF, 0xFB, 0xA4, 0x64}, 4, 0));
     compareHalves("no frame behind headers", folder.path(),

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How long the list of folders takes to open (read, sort and paint) a folder with 20,000
-// subfolders, with the real window (off screen) and the machine's directories as the program uses
-// them (on another thread). Limit: 200 ms of processor time of all threads, which does not include
+// Measures how long the list of folders takes to open a folder with 20,000 subfolders: to read,
+// sort and paint it. The view is real (off screen), and the folder is read on another thread, as in
+// the program. Limit: 200 ms of processor time of all threads; processor time does not depend on
 // the load by other programs. Also measures the elapsed time, the painting of the scrolled list,
-// and for comparison the reading of the same folder by the C++ library alone.
+// and for comparison the reading of the same folder by the C++ library.
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -63,7 +63,8 @@ double medianOf(const std::vector<Spent>& all, double Spent::*which) {
     return bench::median(values);
 }
 
-/// Realistic names: long ones, not created in alphabetical order.
+/// Creates the subfolders. Their names are as long as those of a user, and they are not created in
+/// alphabetical order.
 void makeFolders(const fs::path& parent) {
     for (int i = 0; i < subfolders; ++i) {
         const int mixed = i * 7919 % subfolders;

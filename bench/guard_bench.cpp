@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Processor time of one tick of the disk guard, of all threads and including the repainted list of
-// drives; limit 2 ms. The machine has at least ten drives; the mounts, the settings store and the
-// preferences' open window (off screen) are real. Also counts how often the store's file is
-// replaced: never by a tick of the guard, once by the load step, and once by a change of a check
-// box. Needs the right to mount.
+// Measures the processor time of one tick of the disk guard, including the repainting of the list
+// of drives, on all threads. Limit: 2 ms. The benchmark mounts disks so that there are at least ten
+// drives; the settings store and the preferences' window, which is open, are real (off screen).
+// Also counts how often the store's file is replaced: a tick must not replace it; the load step and
+// the change of a check box must replace it once. Needs the permission to mount.
 #include <sys/inotify.h>
 #include <sys/mount.h>
 #include <unistd.h>
@@ -51,7 +51,7 @@ constexpr double limitMs = 2;
     std::exit(EXIT_FAILURE);
 }
 
-/// Counts how often a file in a folder is replaced.
+/// Watches a folder and counts how often a file in it is changed.
 class Replacements {
   public:
     explicit Replacements(const fs::path& folder) : descriptor_(inotify_init1(IN_NONBLOCK)) {
@@ -64,7 +64,7 @@ class Replacements {
     Replacements(const Replacements&) = delete;
     Replacements& operator=(const Replacements&) = delete;
 
-    /// How often file `name` was replaced, written to or deleted since the last call.
+    /// How often the file `name` was replaced, written to or deleted since the previous call.
     [[nodiscard]] int take(const std::string& name) {
         int count = 0;
         alignas(inotify_event) std::array<char, 65536> buffer{};
@@ -105,7 +105,8 @@ void measure(const fs::path& folder) {
     const fs::path storeFolder = folder / "store";
     fs::create_directory(storeFolder);
     IniSettingsStore store(QString::fromStdString(storeFolder.string()));
-    // Composed as in the program; the first reading of the mounts stores the drive letters.
+    // Connected as in the program. The letters have a store of their own, since the first reading
+    // of the mounts writes to it.
     test::FakeSettingsStore letters;
     MountInfo mounts;
     DriveTable table(letters);
@@ -136,7 +137,7 @@ void measure(const fs::path& folder) {
 
     std::vector<double> taken;
     for (int i = 0; i < ticks; ++i) {
-        // Every disk's figure differs at each tick, so that the list is repainted.
+        // The free space of every disk changes before each tick, so that the list is repainted.
         for (const fs::path& disk : disks) {
             if (i % 2 == 0) {
                 std::ofstream(disk / "filler") << std::string(1'000'000, 'x');
@@ -176,7 +177,7 @@ void measure(const fs::path& folder) {
 
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    // Called before another thread exists, because such a thread would keep the shared mounts.
+    // Called before any other thread exists: only the calling thread gets its own mounts.
     if (!test::leaveSharedMounts()) {
         fail("this user may not mount");
     }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How long "Refresh List" takes for a disc of 99 tracks, with the real interpreter, the real window
-// (off screen) and an empty destination folder. The device's own time is not counted. Limit: 20 ms.
+// Measures how long "Refresh List" takes for a disc of 99 tracks, with the real command
+// interpreter, the real window (off screen) and an empty destination folder. The time that the
+// device commands take is subtracted. Limit: 20 ms.
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
@@ -28,7 +29,7 @@ using namespace sonarith;
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
-/// Forwards commands to the device and sums up the time that they take there.
+/// Forwards commands to the interpreter and adds up the time that they take there.
 class TimedMedia : public MediaControl {
   public:
     explicit TimedMedia(MediaControl& device) : device_(device) {}

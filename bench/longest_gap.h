@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The longest time for which an event loop handled no event, measured with an event every
+// Measures the longest time in which an event loop handled no event, by a timer event every
 // millisecond: a click would have had to wait that long.
 #pragma once
 
@@ -11,7 +11,8 @@ namespace sonarith::bench {
 
 class LongestGap {
   public:
-    /// Call at each event. The gap before this event counts only if `measured` is true.
+    /// Must be called at each timer event. The time since the previous call counts only if
+    /// `measured` is true.
     void beat(bool measured = true) {
         const auto now = Clock::now();
         if (measured) {
@@ -20,7 +21,7 @@ class LongestGap {
         last_ = now;
         ++beats_;
     }
-    /// The time since the last event does not count.
+    /// The time from the previous call of beat() until now does not count.
     void restart() { last_ = Clock::now(); }
 
     [[nodiscard]] double milliseconds() const {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A tree of 100,000 files for the benchmarks of searches, and `find` to compare them with.
+// Creates a tree of 100,000 files for the benchmarks of searches, and runs `find`, with which they
+// are compared.
 #pragma once
 
 #include <fcntl.h>
@@ -26,8 +27,8 @@ inline constexpr int treeFiles = treeFolders * filesPerFolder;
 /// Every second file is a WAV file, the others are MP3 files.
 inline constexpr int treeWavs = treeFiles / 2;
 
-/// Artists with albums, like a user's music: 100 folders with 49 subfolders each. Every folder
-/// contains ten files of each kind.
+/// Creates a tree like a user's music: 100 artist folders with 49 album folders each. Each of these
+/// folders contains ten WAV and ten MP3 files.
 inline void makeMusicTree(const std::filesystem::path& root) {
     constexpr int artists = 100;
     constexpr int foldersPerArtist = treeFolders / artists;

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The CD player on the real card with its thread: the time from a click on `play` to the first
-// sample at the card's output, with the player just switched on, stopped and paused; and the
-// difference between the position that the display reads and the sound at the output. Without
-// windows.
+// Measures the CD player on the real sound card with its thread, without windows: the time from a
+// click on `play` to the first sample at the card's output, after the player was switched on,
+// stopped or paused; and the difference between the displayed position and the sound at the output.
 #include <algorithm>
 #include <atomic>
 #include <chrono>
@@ -36,7 +35,8 @@ constexpr int rounds = 25;
 constexpr double limitOfStart = 60;
 constexpr double limitOfSkew = 50;
 
-/// Each frame contains its number plus one, so that none is silent.
+/// Creates a disc image in which each frame contains its number plus one, so that no frame is
+/// silent.
 fs::path makeNumberedDisc(const fs::path& folder) {
     std::vector<std::uint32_t> frames(static_cast<std::size_t>(tracks * trackSeconds * 44100));
     for (std::size_t i = 0; i < frames.size(); ++i) {
@@ -57,8 +57,8 @@ fs::path makeNumberedDisc(const fs::path& folder) {
     return folder / "disc.cue";
 }
 
-/// The card's output: stores the newest frame of the disc that has arrived, and the time at which
-/// the first one arrived.
+/// The card's output. Stores the number of the latest frame that is not silent, and the time at
+/// which the first such frame arrived.
 class Output : public sound::SpeakerSink {
   public:
     void play(std::span<const sound::StereoFrame> frames) override {
@@ -73,9 +73,9 @@ class Output : public sound::SpeakerSink {
         sound::SoundCard::Time none{};
         first_.compare_exchange_strong(none, sound::monotonicNow());
     }
-    /// From now on the next sound counts as the first.
+    /// The next frame that is not silent counts as the first.
     void expectFirst() { first_ = sound::SoundCard::Time{}; }
-    /// Zero until there was sound.
+    /// The time at which the first frame arrived; zero if none has arrived.
     [[nodiscard]] sound::SoundCard::Time first() const { return first_; }
     [[nodiscard]] double milliseconds() const { return static_cast<double>(number_) / 44.1; }
 
@@ -84,7 +84,7 @@ class Output : public sound::SpeakerSink {
     std::atomic<std::int64_t> number_ = 0;
 };
 
-/// Milliseconds from the click to the first sample.
+/// Runs `click`. Returns the milliseconds until the first frame arrives.
 double timeToSound(Output& output, const std::function<void()>& click) {
     output.expectFirst();
     const auto start = sound::monotonicNow();
@@ -143,8 +143,8 @@ int main() {
         world.switchOn();
         switchedOn.push_back(timeToSound(*output, [&] { form.play.click(); }));
         for (int look = 0; look < 8; ++look) {
-            // Not a multiple of the card's blocks, so that the queries are at different places in a
-            // block.
+            // This is no multiple of the length of the card's blocks, so that the queries come at
+            // different positions in a block.
             std::this_thread::sleep_for(Milliseconds(31.7 + round));
             const double shown = millisecondsOf(positionOf(world.media));
             skews.push_back(std::abs(shown - output->milliseconds()));

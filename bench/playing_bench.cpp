@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Processor time of playing an MP3 file, compared with `mpg123 -o pulse` in alternating runs on the
-// same file and the same sound server; limit 1.3 times. The playing control and the card run in a
+// Measures the processor time of playing an MP3 file, alternating with `mpg123 -o pulse` on the
+// same file and the same sound server. Limit: 1.3 times. The MP3 control and the card run in a
 // process of their own, without windows. Needs lame, mpg123 and pulseaudio.
 #include <ctime>
 #include <sys/prctl.h>
@@ -39,12 +39,13 @@ namespace fs = std::filesystem;
 
 constexpr int rounds = 5;
 constexpr int secondsOfFile = 60;
-/// The start and the first buffers are not measured.
+/// The time after the start that is not measured.
 constexpr auto settling = 2s;
 constexpr auto measured = 10s;
 constexpr double limit = 1.3;
 
-/// Swelling noise over a chord, in stereo: of average difficulty for a decoder.
+/// Writes stereo sound of average difficulty for a decoder: a periodic tone, and noise whose volume
+/// changes.
 bool writeMusic(const fs::path& folder, const fs::path& mp3) {
     std::mt19937 random(1);
     std::vector<std::int16_t> samples;
@@ -59,7 +60,7 @@ bool writeMusic(const fs::path& folder, const fs::path& mp3) {
            test::encodeMp3(folder / "music.wav", "-b 192", mp3);
 }
 
-/// A process that plays until it is killed.
+/// A child process that plays until the destructor kills it.
 class Player {
   public:
     explicit Player(const std::function<void()>& play) : process_(::fork()) {
@@ -76,7 +77,7 @@ class Player {
     Player(const Player&) = delete;
     Player& operator=(const Player&) = delete;
 
-    /// Processor time of all its threads up to now.
+    /// Processor time of all threads of the child process up to now.
     [[nodiscard]] double milliseconds() const {
         clockid_t clock{};
         timespec time{};
@@ -117,7 +118,7 @@ bool isHeard(const fakes::PulseServer& server) {
                        [](sound::StereoFrame frame) { return frame != sound::StereoFrame{}; });
 }
 
-/// Milliseconds of processor time for each second of sound.
+/// Plays for a while. Returns the milliseconds of processor time for each second of sound.
 double cost(const fakes::PulseServer& server, const std::function<void()>& play) {
     const Player player(play);
     std::this_thread::sleep_for(settling);

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The playlist editor with the machine's files and a real settings file. Its logic: loading a list
-// of 10,000 entries and delisting one of them (limits 300 ms each, and 12 times the time for
-// 1,000). Its window, off screen: opening it with that list until it is painted (limit 300 ms),
-// scrolling (limit 16 ms, one frame of the screen), and a click on an entry until it is painted,
-// minus the time of reading the file (limit 5 ms), for a short and a long file.
+// Measures the playlist editor with a list of 10,000 entries. Without a window and with a real
+// settings file: loading the list and delisting an entry (limits: 300 ms each, and 12 times the
+// processor time for 1,000 entries). With the window (off screen) and real MP3 files: opening the
+// window until it is painted (limit: 300 ms), scrolling (limit: 16 ms, one frame of the screen),
+// and a click on an entry until the file's data are painted, minus the time of reading the file
+// (limit: 5 ms), for a short and a long file.
 #include <ctime>
 
 #include <algorithm>
@@ -42,8 +43,8 @@ using Milliseconds = std::chrono::duration<double, std::milli>;
 
 constexpr int rounds = 11;
 
-/// Processor time in milliseconds: on a loaded machine the ratio of two elapsed times would depend
-/// on the other programs.
+/// Runs `step` and returns its processor time in milliseconds. The ratio of two such times does not
+/// depend on the load by other programs.
 template <typename Step>
 double workOf(Step step) {
     const auto now = [] {
@@ -100,7 +101,7 @@ ListCosts measureList(int entries) {
             bench::median(delistWork)};
 }
 
-/// Milliseconds.
+/// Times in milliseconds.
 struct WindowCosts {
     double open = 0;
     double scroll = 0;
@@ -119,7 +120,7 @@ void makeMp3(const std::filesystem::path& file, std::uintmax_t bytes) {
     std::filesystem::resize_file(file, bytes);
 }
 
-/// The time to read what a click reads of a file: its head and its tail.
+/// The time to read the parts of a file that a click reads: the beginning and the end.
 double timeOfReads(const std::filesystem::path& file) {
     return timeOf([&] {
         std::vector<char> read(5303);
@@ -147,7 +148,8 @@ WindowCosts measureWindow() {
     LinuxFileSystem files(paths, folder.path().string());
     test::EditorOver editor(files, store);
     editor.form.unload();
-    // The steps of a click if the box for the work tree is not ticked.
+    // The same steps as those of the program's handler if a click does not add files to the work
+    // tree.
     editor.form.List2.onClick = [&form = editor.form] {
         form.Text5.setText(form.List2.text());
         form.cmdHdr2.click();
@@ -179,7 +181,7 @@ WindowCosts measureWindow() {
     }
     std::vector<double> clicks[2];
     for (int round = 0; round < 2 * rounds; ++round) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(100)); // a user's pause
+        std::this_thread::sleep_for(std::chrono::milliseconds(100)); // as between a user's clicks
         const int entry = round % 2;
         const double click = timeOf([&] {
             editor.form.List2.choose(entry);

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Measures the real program on a virtual X server of its own: the time from its start to the painted
-window, compared with an empty Qt Widgets window in the same run, and the processor time of the idle
-program.
+"""Measures the real program on a virtual X server that this script starts: the time from the
+program's start to its painted window, compared with the time for an empty Qt Widgets window in the
+same run, and the processor time of the idle program.
 
 program_bench.py FOLDER_OF_THE_PROGRAMS
 """
@@ -25,7 +25,7 @@ TICKS = os.sysconf("SC_CLK_TCK")
 
 
 class XImage(ctypes.Structure):
-    """The first fields of Xlib's image record, up to the pixels (Xlib.h)."""
+    """The first fields of the structure XImage, up to the length of a line (Xlib.h)."""
 
     _fields_ = [(name, ctypes.c_int) for name in ("width", "height", "xoffset", "format")] + [
         ("data", ctypes.POINTER(ctypes.c_ubyte)),
@@ -34,7 +34,7 @@ class XImage(ctypes.Structure):
 
 
 class Screen:
-    """A virtual X server; detects whether anything is painted on its black root window."""
+    """A virtual X server. Detects whether a window is painted on its black root window."""
 
     def __init__(self):
         reader, writer = os.pipe()
@@ -54,8 +54,8 @@ class Screen:
         self.root = ctypes.c_ulong(self.xlib.XDefaultRootWindow(self.display))
 
     def painted(self):
-        """Reads strips of the screen that are close enough for every window to cover one. Reading
-        the whole screen would take server and processor time from the measured program."""
+        """Whether a strip of the screen is not black. The strips are so close that every window
+        covers one. Reading the whole screen instead would slow the measured program down."""
         every = ctypes.c_ulong(0xFFFFFFFF)
         for y in range(STRIP_DISTANCE // 2, SCREEN_HEIGHT, STRIP_DISTANCE):
             image = self.xlib.XGetImage(self.display, self.root, 0, y, SCREEN_WIDTH, 1, every, 2)
@@ -71,7 +71,8 @@ class Screen:
 
 
 def surroundings(home, screen):
-    """A new user's environment: no disc, an empty destination folder, no sound."""
+    """Creates the home of a new user, with an empty destination folder and no sound output. Returns
+    the environment variables for the program."""
     store = home / ".config/sonarith"
     store.mkdir(parents=True)
     destination = home / "wav"

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The time of the scan and the building of the tree at the program's start: 100,000 files in the
-// destination folder compared with 10,000, with the real walk and the real window (off screen);
-// limit 12 times. Also the longest time that a click would wait during the search; limit 50 ms.
+// Measures the program's start with 100,000 files in the destination folder, which it lists in the
+// work tree, and compares it with the start with 10,000 files. Limit: 12 times. The directory walk
+// and the window (off screen) are real. Also measures the longest time that a click would wait
+// during the search for files. Limit: 50 ms.
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -42,7 +43,7 @@ struct Measured {
     int files = 0;
 };
 
-/// Half of the files are WAV, half MP3; twenty in each folder.
+/// Creates files, half of them WAV and half MP3, twenty in each folder.
 void makeFiles(const fs::path& destination, int count) {
     for (int i = 0; i < count; ++i) {
         const fs::path folder = destination / ("album" + std::to_string(i / 20));
@@ -74,7 +75,7 @@ Measured startWith(const fs::path& folder, int argc, char** argv) {
     bench::LongestGap gap;
     QTimer heart;
     QObject::connect(&heart, &QTimer::timeout, [&] {
-        // Measured only during the search: the nodes are built in one step without events.
+        // Only gaps during the search count: the tree is then built in one step without events.
         gap.beat(application.windows().frmsearch.loaded() && form.List2.listCount() == 0);
     });
     heart.start(1);
@@ -86,7 +87,7 @@ Measured startWith(const fs::path& folder, int argc, char** argv) {
     return measured;
 }
 
-/// Runs in its own process, since the application can start only once per process.
+/// Runs startWith() in a child process, since an application can start only once per process.
 Measured measure(int count, int argc, char** argv) {
     const fakes::TempFolder folder;
     makeFiles(folder / "files", count);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Statistics of the figures of several rounds.
+// Computes statistics of the results of several rounds.
 #pragma once
 
 #include <algorithm>
@@ -7,7 +7,8 @@
 
 namespace sonarith::bench {
 
-/// The median of at least one value.
+/// The median; for an even number of values the larger of the two middle values. There must be a
+/// value.
 inline double median(std::vector<double> values) {
     std::sort(values.begin(), values.end());
     return values[values.size() / 2];

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Cost of a search of 100,000 files in 5,000 folders compared with `find -iname` on the same tree
-// in the same run, both with warm caches. Measures the directory walk on this thread, the walk as
-// the program runs it (on another thread, folder by folder), and the whole search engine with its
-// lists. No windows: a yield handles no events.
+// Measures a search of 100,000 files in 5,000 folders, and compares it with `find -iname` on the
+// same tree in the same run, with warm caches. Measures three variants: the directory walk on this
+// thread, the walk on another thread as in the program, and the whole search engine with its lists.
+// There are no windows, and a yield handles no events.
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
@@ -37,7 +37,7 @@ using bench::runFind;
 constexpr int rounds = 15;
 constexpr double limit = 1.2;
 
-/// Handles no events: only the walk is measured.
+/// An event loop that handles no events, so that only the search is measured.
 class NoLoop final : public EventLoop {
   public:
     void yield() override {}
@@ -50,7 +50,8 @@ class NoLoop final : public EventLoop {
     [[noreturn]] void endProgram() override { std::abort(); }
 };
 
-/// The walk alone: every entry of every folder, depth first; returns the number of WAV files.
+/// Walks through all folders, depth first, without the search engine. Returns the number of WAV
+/// files.
 int walkAlone(Directories& directories, const std::string& root) {
     const auto walk = directories.startWalk();
     std::vector<std::string> waiting{root + "\\"};
@@ -75,7 +76,7 @@ int walkAlone(Directories& directories, const std::string& root) {
 } // namespace
 
 int main() {
-    // Its path has no dot, because the engine finds no file below a folder with a dot.
+    // The path of a TempFolder contains no dot: the engine finds no file below a folder with a dot.
     const fakes::TempFolder tree;
     const fakes::TempFolder output;
     bench::makeMusicTree(tree.path());

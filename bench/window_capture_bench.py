@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The processor time of the real program while it captures a track, as a share of one core: with its
-window open, without a sound output and with a sound server, and in the tray, where the share must not
-be larger than with the open window.
+"""Measures the processor time of the real program while it captures a track, as a share of one
+core. The window is visible, first without a sound output, then with a sound server; then the
+program is in the tray, where the share must not be larger than with the visible window.
 
 window_capture_bench.py FOLDER_OF_THE_PROGRAMS
 """
@@ -25,7 +25,7 @@ LIMIT_PERCENT = 3
 
 
 def processor_seconds(pid):
-    """Reads the kernel's clock of a process's processor time (clock_getcpuclockid)."""
+    """The processor time of a process, from the kernel's clock for it (clock_getcpuclockid)."""
     return time.clock_gettime((~pid << 3) | 2)
 
 
@@ -45,7 +45,8 @@ def in_the_window(desktop, program, output):
 
 
 def window_against_tray(desktop, program):
-    """The shares during one capture: first with the program in the tray, then with its window restored."""
+    """Captures a track with the program in the tray, and then with its window restored. Returns the
+    shares with the window and in the tray."""
     sheet = make_disc(desktop.home / "discs", tracks=3, seconds=120, signal="ramp")
     desktop.write_store(sheet, desktop.home / MUSIC, **{"minimize%20onstart": 1})
     with panel(desktop) as host:

@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The processor time of the real program with the CD player, as the share of one core. Without a
-sound output: switched off; switched on without playing; and playing a disc image, both with the
-panel visible and hidden. With a sound server: playing a disc image, compared with the peer aplay,
-which plays the same sound into the same server.
+"""Measures the processor time of the real program with the CD player, as a share of one core.
+
+Without a sound output, the player is switched off, switched on without playing, and playing a disc
+image; if it is on, with its panel visible and hidden. With a sound server, it plays a disc image
+and is compared with aplay (the peer), which plays the same sound into the same server.
 
 window_player_bench.py FOLDER_OF_THE_PROGRAMS
 """
@@ -48,8 +49,8 @@ def share(started):
 
 
 def show_panel(desktop, window, visible):
-    """Restores or minimizes the panel through the window manager, as a user does: the player stays
-    on."""
+    """Restores or minimizes the panel through the window manager, as a user does. This does not
+    switch the player off."""
     desktop.xdotool(*(("windowactivate", "--sync", window) if visible else
                       ("windowminimize", "--sync", window)))
     time.sleep(1)

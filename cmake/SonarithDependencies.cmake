@@ -1,12 +1,13 @@
-# SPDX-License-Identifier: GPL-3.0-or-later
-# The libraries that the program uses; docs/architecture.md gives the reasons. Found at the top level,
-# so that sources, tests and benchmarks use the same ones.
+# SPDX-License-Identifier: GPL-3.0-or-later Finds the libraries that the program uses;
+# docs/architecture.md states the reasons for each. Included at the top level, so that sources,
+# tests and benchmarks use the same libraries.
 
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(UTF8PROC REQUIRED IMPORTED_TARGET libutf8proc)
 if(SONARITH_DEVICES)
   find_package(Threads REQUIRED)
-  # Only their headers are needed: the libraries are loaded at the first call.
+  # The program is not linked to these libraries but loads them at the first call. So only their
+  # headers are used here.
   pkg_check_modules(LATE REQUIRED libcdio libcdio_paranoia libcdio_cdda alsa sndfile libmpg123
                     samplerate)
   include(${CMAKE_CURRENT_LIST_DIR}/SonarithSonames.cmake)

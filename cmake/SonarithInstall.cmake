@@ -1,10 +1,11 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# The files of an installed program, their folders, and the Debian package. ./package builds the
-# package; tools/packages.sh lists the packages that this requires.
+# Installs the program's files and defines the Debian package. ./package builds the Debian package;
+# tools/packages.sh lists the packages that must be installed for this.
 
 include(GNUInstallDirs)
 
-# The icon in the usual sizes, rendered from the drawings; omitted if the tool for this is missing.
+# Renders the icon from SVG drawings in the usual sizes. If rsvg-convert is missing, these sizes are
+# not installed.
 find_program(SONARITH_DRAW rsvg-convert)
 set(iconTheme ${CMAKE_INSTALL_DATADIR}/icons/hicolor)
 set(made)
@@ -24,7 +25,8 @@ if(SONARITH_DRAW)
 endif()
 install(FILES share/icons/sonarith.svg DESTINATION ${iconTheme}/scalable/apps)
 
-# Compressed without time and name, so that the same text gives the same file.
+# Compresses a file without storing its time and name, so that the same text results in the same
+# bytes.
 function(sonarith_install_compressed source name destination)
   set(compressed ${PROJECT_BINARY_DIR}/share/${name}.gz)
   file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/share)
@@ -44,8 +46,8 @@ install(DIRECTORY share/help/ DESTINATION ${CMAKE_INSTALL_DATADIR}/sonarith/help
         FILES_MATCHING PATTERN *.html PATTERN *.css PATTERN *.png)
 install(FILES share/debian/copyright DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
-# The executable does not list the libraries that are loaded late. So the packages that contain them on
-# this machine are looked up.
+# dpkg-shlibdeps does not find the libraries that are loaded late, since the executable does not
+# list them. So this looks up the packages that contain these libraries on this machine.
 set(latePackages)
 foreach(soname IN LISTS SONARITH_SONAMES)
   execute_process(COMMAND dpkg-query --search */${soname} OUTPUT_VARIABLE found RESULT_VARIABLE failed
@@ -74,7 +76,7 @@ set(CPACK_DEBIAN_PACKAGE_SECTION sound)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "${latePackages}")
-# For sound servers, and for desktops that use Wayland.
+# The first package is for sound servers, the second for desktops that use Wayland.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "libasound2-plugins, qt6-wayland")
 set(CPACK_DEBIAN_DEBUGINFO_PACKAGE ON)
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION

@@ -1,10 +1,10 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Adds tests to CTest. ./test selects them by name: "MODULE.tests", "e2e.SCRIPT",
-# "fuzz.TARGET", "lint.CHECK".
-set(SONARITH_PYTHON /usr/bin/python3) # Debian's Python: only it has the accessibility modules
+# Functions that add tests to CTest. ./test selects the tests by their names: "MODULE.tests",
+# "e2e.SCRIPT", "fuzz.TARGET", "lint.CHECK", "package.CHECK".
+set(SONARITH_PYTHON /usr/bin/python3) # Debian's Python, since only it has the accessibility modules
 set(SONARITH_TEST_TOOLS ${PROJECT_SOURCE_DIR}/tools/testing)
 
-# Excluded under the thread sanitizer: the slowest tests that use only one thread.
+# The thread sanitizer skips these tests: they are slow and use only one thread.
 if(SONARITH_SANITIZE STREQUAL "thread")
   set(SONARITH_EXCLUDED_TESTS
       SegmentDecoderTest.*
@@ -12,9 +12,9 @@ if(SONARITH_SANITIZE STREQUAL "thread")
 endif()
 list(JOIN SONARITH_EXCLUDED_TESTS ":" SONARITH_EXCLUDED_TESTS)
 
-# sonarith_remembered_test(NAME INPUTS file... COMMAND argument...)
-# Adds a test that is skipped once it has passed with the same command and content of the inputs.
-# Results are in the build folder; ./test discards those of tests that are selected by name.
+# sonarith_remembered_test(NAME INPUTS file... COMMAND argument...) Adds a test that is skipped if
+# it has already passed with the same command and the same content of the inputs. The stored results
+# are in the build folder; if tests are selected by name, ./test first deletes their results.
 function(sonarith_remembered_test name)
   cmake_parse_arguments(PARSE_ARGV 1 T "" "" "INPUTS;COMMAND")
   add_test(NAME ${name}
@@ -24,12 +24,13 @@ function(sonarith_remembered_test name)
   set_tests_properties(${name} PROPERTIES SKIP_RETURN_CODE 77)
 endfunction()
 
-# sonarith_unit_tests(MODULE FOLDERS folder...)
-# Adds the test "MODULE.tests", which runs the tests of program MODULE_test in one process: one process
-# per test would take longer than the tests. Its labels are "unit" and the folders below src/.
+# sonarith_unit_tests(MODULE FOLDERS folder...) Adds the test "MODULE.tests", which runs all tests
+# of the program MODULE_test in one process, because starting a process for each test would take
+# longer than the tests. The labels of "MODULE.tests" are "unit" and the module's folders below
+# src/.
 function(sonarith_unit_tests module)
   cmake_parse_arguments(PARSE_ARGV 1 T "" "" "FOLDERS")
-  # The test programs create their data with the scripts in tools/.
+  # The scripts in tools/ are inputs, since the test programs create their data with them.
   file(GLOB scripts CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tools/*.py)
   sonarith_remembered_test(
     ${module}.tests

@@ -5,11 +5,12 @@
     make_disc_image.py OUTDIR [--name demo] [--tracks 3] [--seconds 4] [--sectors N] [--pause N]
                        [--layout cue|cue-multi|motorola|wave|toc] [--signal ramp|music] [--data N]
 
-The path of the sheet is printed. With --signal ramp, frame n of the disc's time line (from INDEX 01
-of track 1 on) holds n's low 16 bits in the left channel and its high bits, exclusive-or 0x5a5a, in
-the right one. --pause gives each track but the first a stored pause of that many sectors (INDEX 00),
-in addition to --seconds; it belongs to the track before it. --data adds a data track of that many
-sectors at the end, as on an enhanced disc.
+Prints the path of the sheet. With --signal ramp, frame n of the disc, counted from INDEX 01 of
+track 1, contains the low 16 bits of n in the left channel, and its high 16 bits, exclusive-or
+0x5a5a, in the right channel. With --pause N, each track except the first begins with a pause of N
+sectors (INDEX 00), which is stored in the image in addition to the length of the track; the disc's
+time line counts the pause as part of the track before. With --data N, a data track of N sectors
+follows the audio tracks, as on an enhanced disc.
 """
 
 import argparse
@@ -25,14 +26,14 @@ FRAME_RATE = SECTORS_PER_SECOND * FRAMES_PER_SECTOR
 BYTES_PER_SECTOR = 2352
 RAMP_MARK = 0x5A5A
 
-# Four chords of whole hertz, so that a second of each can be repeated without a gap. Each track
-# plays them in order, starting with a different one.
+# Four chords. Their frequencies are whole numbers of hertz, so that a second of a chord can be
+# repeated without a gap. Each track plays the chords in this order, but starts with another chord.
 CHORDS = ((262, 330, 392, 523), (220, 262, 330, 440), (175, 262, 349, 440), (196, 247, 294, 392))
 PEAK = 0.6 * 32767
 
 
 def interleaved(left, right):
-    """Signed 16 bit samples in the machine's byte order, left and right interleaved."""
+    """Interleaves the samples of both channels to an array of signed 16-bit numbers."""
     samples = array.array("h", bytes(4 * len(left)))
     samples[0::2] = left
     samples[1::2] = right
@@ -40,7 +41,7 @@ def interleaved(left, right):
 
 
 def signed(values):
-    """Unsigned 16 bit numbers read as signed ones."""
+    """Converts unsigned 16-bit numbers to signed numbers with the same bits."""
     return array.array("h", array.array("H", values).tobytes())
 
 
@@ -51,7 +52,8 @@ def ramp(first, frames):
 
 
 def chord_second(chord):
-    """One second of a chord for each channel; the higher notes are louder in the right one."""
+    """One second of a chord for each channel. In the right channel, the higher notes are louder
+    than in the left channel."""
     turn = 2 * math.pi / FRAME_RATE
     channels = []
     for weights in ((0.4, 0.3, 0.2, 0.1), (0.25, 0.25, 0.25, 0.25)):
@@ -61,7 +63,7 @@ def chord_second(chord):
 
 
 def music(track, frames):
-    """A short tune: one decaying chord per second, with a fade-in and a fade-out of the whole."""
+    """The samples of a track: one decaying chord per second. The whole track fades in and out."""
     seconds = {chord: chord_second(chord) for chord in CHORDS}
     fade = min(FRAME_RATE // 2, frames // 2) or 1
     decay = [min(n / 400, 1.0) * math.exp(-2.0 * n / FRAME_RATE) for n in range(FRAME_RATE)]
@@ -78,7 +80,7 @@ def music(track, frames):
 
 
 def ordered(samples, order):
-    """The samples as bytes in the order "little" or "big" endian."""
+    """The bytes of the samples; `order` is the byte order, "little" or "big"."""
     if sys.byteorder != order:
         samples = array.array("h", samples)
         samples.byteswap()
@@ -98,7 +100,8 @@ def write_wave(path, samples):
 
 
 def make_parts(options):
-    """For each track the length of its pause in sectors, and the samples of pause and track."""
+    """For each track, the length of its pause in sectors, and the samples of the pause and the
+    track."""
     parts = []
     at = 0
     for number in range(1, options.tracks + 1):

@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Creates a small demo disc image and selects it as the drive, if the machine has no optical drive
-and its user has chosen none. Everything else in the settings store stays unchanged."""
+"""Creates the image of a small demo disc and selects it as the drive in the settings store, but
+only if the machine has no optical drive and the user has chosen no drive. Nothing else in the store
+is changed."""
 import glob
 import os
 import pathlib
@@ -20,7 +21,8 @@ DISC = (
 
 
 def with_drive(lines, drive):
-    """The store's lines with the demo disc as the drive; None if a drive is already chosen."""
+    """The lines of the store after `drive` is selected; None if another drive is already
+    selected."""
     section = None
     for number, line in enumerate(lines):
         text = line.strip()
@@ -39,10 +41,10 @@ def with_drive(lines, drive):
 def main():
     if glob.glob("/dev/sr*"):
         return 0
-    # Preserves bytes in a stored path that are not UTF-8.
+    # "surrogateescape" preserves bytes of stored paths that are not valid UTF-8.
     text = STORE.read_text(encoding="utf-8", errors="surrogateescape") if STORE.exists() else ""
     cue = DISC / "demo.cue"
-    # The store's form of a value: backslashes must be escaped.
+    # In the store, backslashes must be escaped.
     lines = with_drive(text.splitlines(), str(cue).replace("\\", "\\\\"))
     if lines is None:
         return 0

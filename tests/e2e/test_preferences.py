@@ -298,7 +298,7 @@ def destinations_that_cannot_be_created_are_reported(desktop, program):
     taken = desktop.home / "taken"
     taken.write_text("a file", encoding="utf-8")
     check_destination_is_refused(desktop, program, taken)
-    check_equal(taken.read_text(encoding="utf-8"), "a file", "the file with the name of the destination")
+    check_equal(taken.read_text(encoding="utf-8"), "a file", "the file at the destination")
     check_destination_is_refused(desktop, program, desktop.home / ("n" * 256))
     with small_disk(desktop.folder / "no room", 1) as disk:
         if disk is None:
@@ -384,5 +384,6 @@ if __name__ == "__main__":
     run(ticks_by_mouse_are_stored_at_once, ticks_by_keys_are_stored_at_once,
         limits_and_choices_by_keys_are_kept, limits_and_choices_by_mouse_are_kept,
         a_new_destination_is_created, a_new_destination_is_created_by_keys,
-        destinations_with_unusual_names_are_created, destinations_that_cannot_be_created_are_reported,
+        destinations_with_unusual_names_are_created,
+        destinations_that_cannot_be_created_are_reported,
         a_disk_that_fills_causes_a_warning_and_stops_a_capture)

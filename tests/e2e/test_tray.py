@@ -95,7 +95,7 @@ def the_icon_has_a_tip_a_menu_and_pictures(desktop, program):
         check_equal(sorted(pictures), [16, 22, 24, 32, 44, 48, 64], "sizes of the icon")
         for side, picture in pictures.items():
             opaque = sum(1 for alpha in picture[::4] if alpha == 255)
-            check(0.1 < opaque / side ** 2 < 1, f"the icon of {side} pixels is blank or completely filled")
+            check(0.1 < opaque / side ** 2 < 1, f"the icon of {side} pixels is blank or full")
         before = len(host.signals())
         time.sleep(SECONDS_OF_QUIET)
         check_equal(host.signals()[before:], [], "signals for an unchanged tip")
@@ -352,7 +352,8 @@ def a_common_panel_program_embeds_the_icon(desktop, program):
 
 
 if __name__ == "__main__":
-    run(the_icon_has_a_tip_a_menu_and_pictures, the_program_draws_the_menu_for_a_panel_without_menus,
+    run(the_icon_has_a_tip_a_menu_and_pictures,
+        the_program_draws_the_menu_for_a_panel_without_menus,
         the_tip_shows_the_action_and_stop_ends_it, shutdown_saves_a_running_capture,
         without_a_panel_the_window_is_only_iconified, the_end_of_a_panel_iconifies_the_window,
         a_second_panel_takes_over_when_the_first_ends, without_a_bus_the_window_is_only_iconified,

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""A Wayland compositor without a screen, which replaces the virtual X server, and the operation of
-the program on it. There is no X server, so all programs use Wayland."""
+"""Starts a Wayland compositor without a screen instead of the virtual X server, and operates the
+program on it. Since no X server runs, all programs use Wayland."""
 
 import json
 import os
@@ -14,32 +14,33 @@ from program import Program
 from waiting import check, wait_for
 from wayland_input import WaylandInput
 
-# Windows are not tiled and have no frame, so that the position of a window is that of its contents.
+# Windows are not tiled and have no frame, so that a window and its contents have the same position.
 CONFIGURATION = f"""xwayland disable
 output HEADLESS-1 resolution {SCREEN[0]}x{SCREEN[1]}
 default_floating_border none
 focus_follows_mouse no
 for_window [app_id=".*"] floating enable
 """
-# After a change of a window, the compositor shows its old picture until the program has responded, but
-# for 0.2 s at most; a press on the old picture drags the window. So the tests wait longer than that.
+# After it has moved or resized a window, the compositor shows the window's old picture until the
+# program has responded, but for 0.2 s at most. A press on the old picture would drag the window, so
+# the tests wait longer than that.
 SECONDS_OF_A_CHANGE = 0.5
 # The compositor refuses to run as root.
 ORDINARY_USER, ORDINARY_GROUP = "nobody", "nogroup"
 
 
 class WaylandDesktop(Desktop):
-    """Windows are identified by the compositor's numbers."""
+    """The compositor as a Desktop. Windows are identified by the numbers that it gives them."""
 
     def __init__(self):
         super().__init__()
-        # The program itself chooses Wayland, as on a desktop.
+        # Without this variable the program itself chooses Wayland, as on a user's desktop.
         self.environment.pop("QT_QPA_PLATFORM")
         self.environment["XDG_SESSION_TYPE"] = "wayland"
         self._input = None
 
     def _start_screen(self):
-        # A folder of its own, since it belongs to another user.
+        # The compositor gets a folder of its own, since it may run as another user.
         folder = self.folder / "screen"
         folder.mkdir(mode=0o700)
         (folder / "config").write_text(CONFIGURATION)
@@ -67,7 +68,7 @@ class WaylandDesktop(Desktop):
         self._input = WaylandInput(self.environment["WAYLAND_DISPLAY"], SCREEN)
 
     def start_window_manager(self):
-        pass  # the compositor is one
+        pass  # the compositor is the window manager, too
 
     def _order(self, *words):
         done = subprocess.run(["swaymsg", "--raw", *map(str, words)], env=self.environment,
@@ -83,8 +84,8 @@ class WaylandDesktop(Desktop):
     # Windows.
 
     def nodes(self):
-        """The windows on the screen, each as a dictionary with id, pid, name, app_id, focused and
-        rect; without popups."""
+        """The visible windows except popups. Each is a dictionary with (among others) id, pid,
+        name, app_id, focused and rect."""
         found = []
         def walk(node):
             if node.get("pid") and node.get("visible"):
@@ -163,11 +164,12 @@ class WaylandDesktop(Desktop):
 
 
 class WaylandProgram(Program):
-    """Under Wayland a program does not know the positions of its windows, so the positions in its
-    accessibility tree are corrected by those of the compositor."""
+    """A program under Wayland. It does not know the positions of its windows, so this class
+    corrects the positions in the accessibility tree by the positions that the compositor
+    reports."""
 
     def node(self, title):
-        """The compositor's window of that caption, or None."""
+        """The visible window with this caption (see nodes()); None if there is none."""
         return next((node for node in self.desktop.nodes()
                      if node["pid"] == self.process.pid and node["name"] == title), None)
 
@@ -207,10 +209,10 @@ class WaylandProgram(Program):
         return box
 
     def wait_for_window(self):
-        def stands():
+        def is_ready():
             check(self.running, f"the program ended by itself with {self.process.returncode}")
             return "MP3 Files" in self.rows()
-        wait_for("the main window and its tree", stands)
+        wait_for("the main window and its tree", is_ready)
         panel = self.wait_for_node("CD Player")["id"]
         main = self.main_window_id()
         self.desktop.resize(main, 480, 720)

@@ -1,7 +1,8 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Simulates mouse and keyboard on a Wayland compositor: a client that implements only the part of
-the protocol that virtual devices need. A compositor without a screen has no devices of its own. For
-a drag a virtual mouse must stay plugged in between two movements; no tool in Debian provides this."""
+"""Simulates mouse and keyboard on a Wayland compositor without a screen, which has no devices of
+its own. This client implements only the part of the protocol that virtual devices need. No tool in
+Debian can replace it, since for a drag the virtual mouse must stay connected between two
+movements."""
 
 import array
 import socket
@@ -12,9 +13,9 @@ import time
 from waiting import check
 
 REGISTRY = 2
-# BTN_LEFT, BTN_MIDDLE and BTN_RIGHT of linux/input-event-codes.h, by X's button numbers.
+# BTN_LEFT, BTN_MIDDLE and BTN_RIGHT of linux/input-event-codes.h, by the button numbers of X11.
 BUTTONS = {1: 0x110, 2: 0x112, 3: 0x111}
-# Of linux/input-event-codes.h; a keymap adds 8.
+# Key codes of linux/input-event-codes.h.
 KEYS = {"Escape": 1, "Tab": 15, "Return": 28, "ctrl": 29, "shift": 42, "alt": 56, "space": 57,
         "F1": 59, "F10": 68, "Home": 102, "Up": 103, "Left": 105, "Right": 106, "Down": 108, "Menu": 127,
         **{letter: 16 + i for i, letter in enumerate("qwertyuiop")},
@@ -30,7 +31,8 @@ xkb_symbols { include "pc+us+inet(evdev)" };
 
 
 class WaylandInput:
-    """Connects to a compositor's socket; the devices are unplugged by close()."""
+    """Connects to a compositor's socket and creates a virtual mouse and a virtual keyboard. close()
+    removes both."""
 
     def __init__(self, path, screen_size):
         self._width, self._height = screen_size
@@ -65,7 +67,8 @@ class WaylandInput:
         self._end_frame()
 
     def press(self, writing):
-        """A key with modifiers, in the notation of xdotool ("alt+a", "Return")."""
+        """Presses and releases a key with modifiers, in the notation of xdotool ("alt+a",
+        "Return")."""
         *modifiers, key = writing.split("+")
         for modifier in modifiers:
             self._key(modifier, True)
@@ -91,7 +94,8 @@ class WaylandInput:
             file.flush()
             self._send(self._keyboard, 0, xkb_v1, len(KEYMAP), file=file.fileno())
 
-    # The protocol: messages of 32-bit words, each with its object, size and operation.
+    # The protocol. A message consists of 32-bit words; it starts with its object, size and
+    # operation.
 
     @staticmethod
     def _now():
@@ -102,7 +106,7 @@ class WaylandInput:
         return self._last_id
 
     def _send(self, target, operation, *words, text=b"", file=None):
-        """Writes `text` between the first word and the others, as wl_registry.bind requires."""
+        """Sends a message. `text`, if any, follows the first word, as wl_registry.bind requires."""
         body = b"".join(struct.pack("=I", word) for word in words[:1 if text else None])
         if text:
             padded = text + b"\0" * (4 - len(text) % 4)
@@ -120,14 +124,15 @@ class WaylandInput:
         return made
 
     def _synchronize(self):
-        """Returns when the compositor has handled what was sent."""
+        """Returns when the compositor has handled all messages that were sent before."""
         callback = self._new_id()
         self._send(1, 0, callback)
         while callback not in self._events():
             pass
 
     def _events(self):
-        """Receives once, and returns the objects that sent complete messages."""
+        """Receives data once, handles the complete messages, and returns the objects that sent
+        them."""
         received = self._socket.recv(65536)
         check(received, "the compositor closed the connection")
         self._received += received

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Child processes that do not outlive the script that started them."""
+"""Functions with which child processes end when the script that started them ends."""
 
 import ctypes
 import os
@@ -10,15 +10,16 @@ _libc = ctypes.CDLL(None)
 
 
 def ends_with_parent():
-    """For `preexec_fn`: the child receives SIGTERM when its parent ends, even if it was killed."""
+    """For `preexec_fn`: the child receives SIGTERM when its parent ends, even if the parent was
+    killed."""
     _libc.prctl(_PR_SET_PDEATHSIG, signal.SIGTERM, 0, 0, 0)
 
 
 def ends_with_parent_at_idle_priority():
-    """As above, for a process that uses only idle processor time."""
+    """Like ends_with_parent(), and makes the child use only idle processor time."""
     ends_with_parent()
     os.nice(19)
     try:
         os.sched_setscheduler(0, os.SCHED_IDLE, os.sched_param(0))
     except OSError:
-        pass  # some containers forbid it; the nice value remains
+        pass  # some containers forbid this; the nice value is still set

@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Runs a test's command, unless it passed before with exactly the same program and inputs.
+"""Runs the command of a test, unless the test has already passed with the same command and inputs.
 
     remembered.py --verdicts FOLDER --name NAME [--inputs FILE...] -- COMMAND...
 
-Exits with the command's result, or with 77 if the command was not run: CTest reports such a test as
-skipped, and ./test as cached. This script and what it imports count as inputs too.
+Exits with the result of the command, or with 77 if the command was not run: CTest then reports the
+test as skipped, and ./test as cached. This script and the modules that it imports count as inputs,
+too.
 """
 
 import argparse
@@ -42,7 +43,7 @@ def main():
     began = time.monotonic()
     result = subprocess.run(options.command, preexec_fn=child.ends_with_parent, check=False)
     if result.returncode == 0 and key:
-        # An input may have changed during the run: then it is unknown which content has passed.
+        # If an input has changed during the run, it is unknown which content has passed.
         verdicts.hash_of.cache_clear()
         if verdicts.key_of_command(options.command, inputs) == key:
             kept.remember(key, time.monotonic() - began)

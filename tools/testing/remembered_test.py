@@ -43,14 +43,14 @@ class Remembered(unittest.TestCase):
         self.run_command("true")
         self.assertEqual(self.run_command("true "), 0)
 
-    def test_a_changed_input_runs_again_and_the_old_content_stays_cached(self):
+    def test_a_changed_input_causes_a_run_and_the_old_content_stays_cached(self):
         self.run_command("true")
         self.input.write_text("two")
         self.assertEqual(self.run_command("true"), 0)
         self.input.write_text("one")
         self.assertEqual(self.run_command("true"), CACHED)
 
-    def test_an_input_that_changes_during_the_run_is_not_cached(self):
+    def test_a_run_during_which_an_input_changes_is_not_cached(self):
         shell = f"echo three > {self.input}"
         self.assertEqual(self.run_command(shell), 0)
         self.input.write_text("one")
@@ -61,7 +61,7 @@ class Remembered(unittest.TestCase):
         self.assertEqual(self.run_command("true", missing), 0)
         self.assertEqual(self.run_command("true", missing), 0)
 
-    def test_a_command_cannot_claim_to_be_cached(self):
+    def test_a_command_that_exits_with_the_code_for_cached_has_failed(self):
         self.assertEqual(self.run_command(f"exit {CACHED}"), 1)
 
     def test_a_command_ended_by_a_signal_has_failed(self):

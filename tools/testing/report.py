@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The results of one CTest run, read from its JUnit file."""
+"""Reads the results of a CTest run from its JUnit file."""
 
 import dataclasses
 import re
@@ -10,8 +10,8 @@ SKIPPED_AS_CACHED = "SKIP_RETURN_CODE=77"
 TESTS_OF_A_PROGRAM = re.compile(r"^(\d+) tests passed, (\d+) failed", re.MULTILINE)
 FAILED_TEST = re.compile(r"^FAILED  (\S+?)(?:_test)?: (.+)$", re.MULTILINE)
 SOURCES = re.compile(r"^(\d+) sources, (\d+) of them known to be clean", re.MULTILINE)
-# The parts of a failed test's output to show: the first failure is at its beginning, names and sums
-# at its end.
+# How many lines of a failed test's output are shown: the beginning contains the first failure, and
+# the end contains the names of the failed tests and the totals.
 FIRST_LINES, LAST_LINES = 30, 30
 MOST_COLUMNS = 200
 # Characters that a program may print but XML does not allow.
@@ -31,14 +31,14 @@ def shortened(text):
 class Report:
     passed: int = 0
     cached: int = 0
-    failed: dict = dataclasses.field(default_factory=dict)  # name: lines of its output
-    programs: int = 0  # of unit tests
-    tests_of_programs: int = 0  # that passed
-    # Each test of a program counted separately: how many passed, and the names of those that
-    # failed.
+    failed: dict = dataclasses.field(default_factory=dict)  # lines of the output by test name
+    programs: int = 0  # number of unit-test programs that ran and passed
+    tests_of_programs: int = 0  # number of tests in these programs
+    # If each test inside a program is counted separately: the number of tests that passed, and the
+    # names of those that failed.
     single_passed: int = 0
     single_failed: list = dataclasses.field(default_factory=list)
-    sources: tuple = ()  # of lint: the number of all sources, and of those that were cached
+    sources: tuple = ()  # for lint: the number of all sources, and of the cached sources
 
     @property
     def total(self):
@@ -59,7 +59,7 @@ class Report:
 
 
 def read(path):
-    """The report of a JUnit file. None if the file is missing or incomplete."""
+    """Reads a JUnit file. Returns None if the file is missing or incomplete."""
     try:
         with open(path, encoding="utf-8", errors="replace") as file:
             root = ElementTree.fromstring(NO_XML.sub("?", file.read()))

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Runs all stages of ./test, or the given ones, and prints a summary: what passed, what failed,
-what was cached and what was not run. Exits with 0, with 1 for failures, or with 2 for unknown
-names."""
+"""Runs all stages of ./test or those that are named on the command line, and prints a summary: what
+passed, what failed, what was cached and what was not run. Exits with 0 if all passed, 1 if
+something failed, or 2 if a name is unknown."""
 
 import atexit
 import collections
@@ -35,8 +35,8 @@ class Step:
 
 
 class Clock:
-    """Time since its creation: wall-clock time, and processor time of the child processes that have
-    ended."""
+    """Measures the time since its creation: the wall-clock time, and the processor time of the
+    child processes that have ended."""
 
     def __init__(self):
         self._began = time.monotonic()
@@ -64,7 +64,8 @@ def usage():
 
 
 def parse(words):
-    """The names given after each stage, by stage; without arguments, all stages without names."""
+    """The names that follow each stage on the command line, by stage. Without arguments: all
+    stages, except those that run only if they are named, and no names."""
     by_name = {stage.name: stage for stage in STAGES}
     if not words:
         return {stage: [] for stage in STAGES if not stage.named_only}
@@ -80,8 +81,8 @@ def parse(words):
 
 
 def relay(command):
-    """Runs a command and shows its output. Returns its exit code and the lines from the first error
-    on or, without an error, its last lines."""
+    """Runs a command and shows its output. Returns its exit code, and the lines of the output from
+    the first error on, or the last lines if there is no error."""
     process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                                stderr=subprocess.STDOUT, text=True, errors="replace")
     last, errors = collections.deque(maxlen=MOST_LINES_OF_A_BUILD), []
@@ -95,10 +96,11 @@ def relay(command):
 
 
 class Run:
-    """Runs the requested stages and keeps the results of their steps."""
+    """Runs the requested stages and stores the results of their steps."""
 
     def __init__(self, requested, whole):
-        """`requested`: names by stage, empty for all; `whole`: ./test without arguments."""
+        """`requested`: the names by stage; no names mean the whole stage. `whole`: whether ./test
+        was started without arguments."""
         self._requested = requested
         self._whole = whole
         self._configured = set()
@@ -122,7 +124,7 @@ class Run:
     # One stage.
 
     def configure(self, stage):
-        """Configures the stage's build folder; False if that failed."""
+        """Configures the stage's build folder. Returns whether this succeeded."""
         if stage.preset in self._configured:
             return True
         done = subprocess.run(stage.configure_command(), check=False, stdout=subprocess.PIPE,
@@ -156,7 +158,8 @@ class Run:
         self._evaluate(stage, code, junit, clock.read())
 
     def _prepare_tests(self, stage):
-        """The command, and the file that will hold its results."""
+        """Prepares a run of the stage's tests. Returns the command, and the path of the JUnit file
+        that the command will write."""
         junit = stage.folder / f"report-{stage.name}.xml"
         junit.unlink(missing_ok=True)
         if not self._whole and not stage.checks_texts:
@@ -164,7 +167,7 @@ class Run:
         return stage.test_command(self._requested[stage], junit), junit
 
     def _delete_verdicts(self, stage):
-        """Deletes the cached results of tests that are requested by name, so that they run
+        """Deletes the cached results of the requested tests of the stage, so that they run
         again."""
         names = self._requested[stage] or stage.default_names or stage.names()
         for name in names:
@@ -172,7 +175,8 @@ class Run:
             shutil.rmtree(stage.folder / "verdicts" / test, ignore_errors=True)
 
     def _evaluate(self, stage, code, junit, times):
-        """`times`: wall-clock and processor time in seconds."""
+        """Reads the results of a stage's tests. `times`: wall-clock and processor time in
+        seconds."""
         title = f"{stage.name}: tests"
         found = report.read(junit)
         if found is None:
@@ -218,14 +222,15 @@ class Run:
         code = process.wait()
         _, cpu_seconds = clock.read()
         print(log.read_text(encoding="utf-8", errors="replace"), end="", flush=True)
-        # The tests may have ended long before.
+        # The tests in the background may have ended long before this call.
         ended = junit.stat().st_mtime if junit.exists() else time.time()
         self._evaluate(stage, code, junit, (ended - began, cpu_seconds))
 
     # The summary.
 
     def not_run(self):
-        """A description of what was not requested; empty if everything was."""
+        """The stages and parts of stages that were not requested, as a text; empty if there are
+        none."""
         left = [stage.name for stage in STAGES if stage not in self._requested]
         left += [f"{stage.name} except {' '.join(names)}"
                  for stage, names in self._requested.items() if names]
@@ -252,8 +257,8 @@ class Run:
         return 1
 
     def _count_single_tests(self):
-        """Prints the totals of all stages, each unit test counted separately, in the form of
-        CTest's last lines."""
+        """Prints the totals of all stages in the form of CTest's last lines. Each unit test is
+        counted separately."""
         failed = len(self.single_failed)
         total = self.single_passed + failed
         if not total:
@@ -273,7 +278,8 @@ def end_group(process):
 
 
 def resolved(requested, run):
-    """Resolves the names given after each stage; None if a build folder could not be configured."""
+    """The names of modules, scripts, targets or checks that the arguments after each stage select.
+    None if a build folder could not be configured."""
     names = {}
     for stage, words in requested.items():
         names[stage] = []
@@ -286,7 +292,7 @@ def resolved(requested, run):
 
 def main():
     os.chdir(REPOSITORY)
-    # So that the stages in the background end, too.
+    # Exits normally, so that the stages in the background are ended, too.
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(143))
     words = sys.argv[1:]
     if set(words) & {"-h", "--help", "help"}:

@@ -62,7 +62,7 @@ class Arguments(unittest.TestCase):
 
 
 class Commands(unittest.TestCase):
-    def test_names_build_and_run_only_what_they_need(self):
+    def test_names_limit_what_is_built_and_run(self):
         unit = BY_NAME["unit"]
         self.assertEqual(unit.build_command(["ui", "mci"])[-3:],
                          ["--target", "ui_test", "mci_test"])
@@ -126,7 +126,8 @@ class Reports(unittest.TestCase):
 
 class Summary(unittest.TestCase):
     def evaluate(self, code, found, words=()):
-        """Exit code and text of the summary after one stage with these test results."""
+        """Evaluates one stage with these test results. Returns the exit code and the text of the
+        summary."""
         stages = run_stages.parse(list(words))
         run = run_stages.Run(stages, whole=not words)
         output = io.StringIO()

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The stages of ./test: for each stage its build folder, the targets to build, and the CTest tests
-that belong to it. To add a stage, add it to STAGES. A check without a test program can be a CTest
+"""Defines the stages of ./test: for each stage its build folder, the targets to build, and the
+CTest tests to run. A new stage is added to STAGES. A check that has no test program can be a CTest
 test, too (`add_test` with a script)."""
 
 import dataclasses
@@ -14,34 +14,35 @@ PROCESSORS = len(os.sched_getaffinity(0))
 
 
 class UnknownName(Exception):
-    """A name that a stage does not have; the message lists the existing names."""
+    """Raised for a name that a stage does not have. The message lists the existing names."""
 
 
 @dataclasses.dataclass(frozen=True)
 class Stage:
     name: str
     about: str
-    preset: str  # of CMakePresets.json; the build folder is build/PRESET
-    # Targets for the whole stage and for a chosen name; () and None if nothing is built.
+    preset: str  # a preset of CMakePresets.json; the build folder is build/PRESET
+    # Targets for the whole stage, and the pattern of the target for one name. () and None if
+    # nothing is built.
     targets: tuple = ()
     target_of_name: str | None = None
     # CTest options that select the whole stage in its build folder.
     selection: tuple = ()
-    # The names to choose from: modules and folders below src/, whose tests are MODULE.*, or the
-    # scripts, targets and checks after the dot in STAGE.NAME.
+    # True if the names of the stage are modules, whose tests are MODULE.*. False if its tests are
+    # STAGE.NAME.
     by_module: bool = False
-    # The names that the whole stage runs, if not all.
+    # The names that the whole stage runs, if these are not all names.
     default_names: tuple = ()
     jobs: int = PROCESSORS  # number of tests run at the same time
     # Runs in the background, at idle priority.
     in_background: bool = False
-    # Its tests check source texts only, so the same text has the same result: a pass is not
-    # repeated, even if the stage is requested by name.
+    # The tests of the stage only check source texts, so the same text always has the same result.
+    # So a pass is not repeated even if the stage is requested by name.
     checks_texts: bool = False
-    # Compiles eight files of a module at once: most of the time is spent on headers that they
-    # share.
+    # Compiles eight files of a module as one, since most of the time is spent on headers that these
+    # files share.
     unity: bool = True
-    # Runs only when it is named: it takes long, and is not possible on every machine.
+    # Runs only if it is named: for a stage that takes long and is not possible on every machine.
     named_only: bool = False
 
     @property
@@ -77,7 +78,8 @@ class Stage:
         return ["-R", rf"^({one_of})\." if self.by_module else rf"^{self.name}\.({one_of})$"]
 
     def names(self):
-        """The names to choose from in a configured build folder, each with its folders."""
+        """The names of the stage in its configured build folder, each with the folders of its
+        module below src/."""
         listed = subprocess.run(["ctest", "--test-dir", str(self.folder), "--show-only=json-v1"],
                                 check=True, capture_output=True, text=True).stdout
         found = {}
@@ -92,7 +94,7 @@ class Stage:
         return found
 
     def names_of(self, word):
-        """The names selected by an argument: a name, a folder or a file."""
+        """The names that an argument selects. It is a name itself, a folder or a file."""
         known = self.names()
         if word in known:
             return [word]
@@ -110,7 +112,7 @@ class Stage:
         return found
 
 
-# In the order in which they run.
+# The stages in the order in which they run.
 STAGES = (
     Stage("lint", "format, clang-tidy, the include check, and the tests of the scripts for tests",
           preset="lint", jobs=1, in_background=True, checks_texts=True,
@@ -126,7 +128,8 @@ STAGES = (
     Stage("unit", "the unit tests of all modules under the address and undefined sanitizers",
           preset="asan", by_module=True, targets=("unit_tests",), target_of_name="{}_test",
           selection=("-LE", "^e2e$")),
-    # They mostly wait, and read texts that are shown only for half a second.
+    # One job more than processors, since these tests mostly wait; not more, since they must not
+    # miss texts that are shown only for half a second.
     Stage("e2e", "the real program in a real window",
           preset="asan", targets=("sonarith", "drag_source", "embedding_panel", "stalling_files"),
           selection=("-L", "^e2e$"),

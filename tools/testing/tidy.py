@@ -1,13 +1,13 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Runs clang-tidy on each of the product's sources, with the compile commands of a build folder.
+"""Runs clang-tidy on each source of the program, with the compile commands of a build folder.
 
     tidy.py BUILD_FOLDER [SOURCE...]
 
-A clean source is not checked again until something changes that its result depends on: its text or
-that of a file it includes, its compile command, a .clang-tidy above it, the tool, or a header of
-src/ that one of its #include lines could find instead. A source with complaints is always checked
-again.
+A source without complaints (a clean source) is not checked again until something changes on which
+its result depends: its text, a file that it includes, its compile command, a .clang-tidy file in
+one of the folders above it, the tool, or the set of headers in src/ with the same names as the
+included files. A source with complaints is always checked again.
 """
 
 import argparse
@@ -35,13 +35,13 @@ CHATTER = re.compile(r"\d+ warnings? (?:and \d+ errors? )?(?:generated|treated a
 
 
 def tool_identity():
-    """The version of the tool and the hash of its program."""
+    """The version of the tool, the hash of its executable, and its options."""
     version = subprocess.run([TOOL, "--version"], check=True, capture_output=True, text=True).stdout
     return [version, verdicts.hash_of(os.path.realpath(shutil.which(TOOL))), OPTIONS]
 
 
 class Sources:
-    """The sources of the product, and the state on which each result depends."""
+    """Knows which sources are clean, and the state on which each result depends."""
 
     def __init__(self, build):
         self._tool = tool_identity()
@@ -63,7 +63,7 @@ class Sources:
         return [str(folder / ".clang-tidy") for folder in folders if folder >= REPOSITORY]
 
     def state(self, source, files):
-        """Everything on which the result for the source depends, given the files that it
+        """Everything on which the result for the source depends. `files` are the files that it
         includes."""
         used = sorted({source, *files})
         alike = sorted({header for file in used
@@ -88,7 +88,8 @@ class Sources:
 
 
 def check_source(build, source):
-    """Runs the tool on one source. Returns its complaints, None for none, and the files read."""
+    """Runs the tool on one source. Returns the complaints (None if there are none) and the included
+    files."""
     done = subprocess.run([TOOL, "-p", build, *OPTIONS, source], check=False, capture_output=True,
                           text=True, errors="replace", preexec_fn=child.ends_with_parent)
     included, messages = set(), []

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Tests with the real tool, on sources of two lines."""
+"""Tests tidy.py with the real tool, on sources of two lines."""
 
 import contextlib
 import io
@@ -56,12 +56,12 @@ class Tidy(unittest.TestCase):
         self.said = output.getvalue()
         return code, int(self.said.splitlines()[-1].split()[0])
 
-    def make_known(self):
+    def check_once_and_cache(self):
         self.assertEqual(self.run_tidy(), (0, 1))
         self.assertEqual(self.run_tidy(), (0, 0))
 
     def test_a_clean_source_is_checked_once(self):
-        self.make_known()
+        self.check_once_and_cache()
 
     def test_a_complaint_is_repeated_in_each_run(self):
         self.write("src/b/source.cpp", "int* f() { return 0; }\n")
@@ -77,36 +77,36 @@ class Tidy(unittest.TestCase):
             self.assertIn("missing.h", self.said)
 
     def test_a_changed_source_is_checked(self):
-        self.make_known()
+        self.check_once_and_cache()
         self.write("src/b/source.cpp", "int* f() { return 0; }\n")
         self.assertEqual(self.run_tidy(), (1, 1))
 
     def test_a_changed_header_is_checked(self):
-        self.make_known()
+        self.check_once_and_cache()
         self.write("src/a/used.h", "inline int* used() { return 0; }\n")
         self.assertEqual(self.run_tidy(), (1, 1))
 
     def test_a_changed_configuration_causes_a_check(self):
-        self.make_known()
+        self.check_once_and_cache()
         self.write(".clang-tidy", CONFIGURATION + "# changed\n")
         self.assertEqual(self.run_tidy(), (0, 1))
         self.write("src/b/.clang-tidy", CONFIGURATION)
         self.assertEqual(self.run_tidy(), (0, 1))
 
     def test_a_changed_command_causes_a_check(self):
-        self.make_known()
+        self.check_once_and_cache()
         self.write_commands("-DX")
         self.assertEqual(self.run_tidy(), (0, 1))
 
     def test_a_new_header_that_an_include_may_find_causes_a_check(self):
-        self.make_known()
+        self.check_once_and_cache()
         self.write("src/b/other.h", "")
         self.assertEqual(self.run_tidy(), (0, 0))
         self.write("src/b/a/used.h", "inline int* used() { return 0; }\n")
         self.assertEqual(self.run_tidy(), (1, 1))
 
     def test_another_version_of_the_tool_causes_a_check(self):
-        self.make_known()
+        self.check_once_and_cache()
         with mock.patch.object(tidy, "tool_identity", lambda: "another"):
             self.assertEqual(self.run_tidy(), (0, 1))
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Runs all tests of a GoogleTest program in one process, and shows only what failed.
+"""Runs all tests of a GoogleTest program in one process, and shows only the output of failed tests.
 
     unit_program.py PROGRAM [--exclude FILTER] [--hangs-after SECONDS]
 
@@ -29,16 +29,17 @@ SKIPPED = re.compile(r"\[  SKIPPED \] (\S+) \(")
 FAILED = re.compile(r"\[  FAILED  \] (\S+?)(?:, where | \()")
 END = re.compile(r"\[==========\] (\d+) tests? from \d+ test (?:suites?|cases?) ran\.")
 
-# The thread sanitizer only prints a report, and the test continues and passes.
+# A test can pass although the thread sanitizer has reported a race in it, since the sanitizer only
+# prints the report.
 SANITIZER = re.compile(r"(?:ERROR|WARNING): \w+Sanitizer")
-# Lines that the program prints between tests and that report no failure.
+# Lines between tests that do not report a failure.
 CHATTER = re.compile(r"\[[-=]{10}\] |\[  (?:PASSED|FAILED)  \] |Note: |Running main\(\) |\s*$")
 
-# Limit of runs: a program whose tests all crash is not run once for each of them.
+# The maximum number of runs, so that a program is not run once for each of many tests that crash.
 MOST_RUNS = 10
-# Limit until the first test begins, on a busy machine.
+# The longest time until the first test begins, on a busy machine.
 SECONDS_FOR_THE_START = 60
-# Limit after the end of the program for processes that it left behind and that keep its output open.
+# How long processes that the program has left behind may keep its output open after its end.
 SECONDS_FOR_ORPHANS = 2
 LINES_OUTSIDE_TESTS = 60
 
@@ -48,13 +49,13 @@ class Outcome:
     """The results after one or more runs of the program."""
     passed: int = 0
     skipped: list = dataclasses.field(default_factory=list)
-    failed: dict = dataclasses.field(default_factory=dict)  # name: lines
+    failed: dict = dataclasses.field(default_factory=dict)  # lines of the output by test name
     started: list = dataclasses.field(default_factory=list)
 
 
 class Watchdog:
-    """Kills a process group whose current test runs for too long, or whose processes outlive its
-    leader."""
+    """Kills a process group if the current test runs for too long, or if processes of the group
+    still run after their leader has ended."""
 
     def __init__(self, process, hangs_after):
         self.fired = False
@@ -104,8 +105,8 @@ def reported(lines):
 
 
 def run_once(program, filter_text, hangs_after, outcome):
-    """Runs the tests that the filter selects. Returns True if the program ran to its end, whatever
-    the results; otherwise the test that was running counts as failed."""
+    """Runs the tests that the filter selects. Returns whether no test ended the program; a test
+    that did counts as failed."""
     current, finished = None, False
     lines, outside = [], collections.deque(maxlen=LINES_OUTSIDE_TESTS)
     failed_before = len(outcome.failed)

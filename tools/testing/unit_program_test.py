@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Tests with small programs that print what GoogleTest prints; ./test itself runs real programs."""
+"""Tests unit_program.py with small programs that print the same lines as GoogleTest."""
 
 import pathlib
 import subprocess
@@ -44,7 +44,8 @@ GOOD = "line('some output'); good(name)"
 
 class UnitProgram(unittest.TestCase):
     def run_with(self, tests, *options, at_end="", after_end=""):
-        """Returns exit code and output."""
+        """Runs unit_program.py on a program with these tests. Returns the exit code and the
+        output."""
         with tempfile.TemporaryDirectory() as folder:
             program = pathlib.Path(folder) / "it_test"
             program.write_text(textwrap.dedent(PROGRAM).lstrip().format(
@@ -93,7 +94,7 @@ class UnitProgram(unittest.TestCase):
         self.assertIn("A.a hung", output)
         self.assertIn("FAILED  it_test: A.a\n1 tests passed, 1 failed", output)
 
-    def test_a_race_fails_a_passing_test(self):
+    def test_a_race_reported_in_a_passing_test_fails_the_test(self):
         races = "line('WARNING: ThreadSanitizer: data race (pid=1)'); good(name)"
         code, output = self.run_with({"A.a": GOOD, "A.b": races}, after_end="sys.exit(66)")
         self.assertEqual(code, 1)

@@ -1,8 +1,9 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Stores which checks passed for which input, in files of a build folder. Only passes are stored,
-each under a key of everything on which the result depends; a failed check is always run again.
+"""Stores in files of a build folder which checks have passed. Each pass is stored under a key, a
+hash of everything on which the result depends. Failures are not stored, so a failed check is always
+run again.
 
-After a folder of verdicts, or its build folder, is deleted, every check runs again.
+After the stored files are deleted, every check runs again.
 """
 
 import functools
@@ -22,7 +23,8 @@ READ_BY_TESTS = re.compile(r"LANG|LC_\w+|TZ|QT_\w+|XDG_\w+|ALSA_\w+|PULSE_\w+|\w
 
 @functools.lru_cache(maxsize=None)
 def hash_of(path):
-    """The hash of a file's content; None if it cannot be read. Each file is read once per run."""
+    """The hash of a file's content; None if the file cannot be read. The result is cached until
+    hash_of.cache_clear()."""
     try:
         with open(path, "rb") as file:
             return hashlib.file_digest(file, "sha256").hexdigest()
@@ -31,8 +33,8 @@ def hash_of(path):
 
 
 def key_of_command(command, inputs):
-    """A key of a command, its input files, the installed packages and the environment. None if an
-    input is missing: then the result must not be stored."""
+    """The key of a command, its input files, the installed packages, the environment and the user.
+    None if an input is missing; the result must then not be stored."""
     hashes = {str(path): hash_of(path) for path in inputs}
     if None in hashes.values():
         return None
@@ -43,13 +45,14 @@ def key_of_command(command, inputs):
 
 
 class Verdicts:
-    """The passes of one check: a file for each key, in `folder`/`name`."""
+    """The stored passes of one check: one file for each key, in `folder`/`name`."""
 
     def __init__(self, folder, name):
         self._folder = pathlib.Path(folder) / name
 
     def passed(self, key):
-        """When the check passed with this key, and how long it took; None if it has not."""
+        """The time at which the check passed with this key, and its duration; None if it has not
+        passed with this key."""
         try:
             return json.loads((self._folder / key).read_text(encoding="utf-8"))
         except (OSError, ValueError):
@@ -62,7 +65,7 @@ class Verdicts:
 
 
 def _replace(path, text):
-    """Replaces a file in one step: after a kill it is the old or the new one."""
+    """Replaces a file in one step, so that after a kill either the old or the new file exists."""
     temporary = path.with_name(f".{path.name}.{os.getpid()}")
     temporary.write_text(text, encoding="utf-8")
     temporary.replace(path)
@@ -74,7 +77,7 @@ def write_json(path, value):
 
 
 def read_json(path):
-    """The value in a file; None if it is missing or invalid."""
+    """The value in a file; None if the file is missing or invalid."""
     try:
         return json.loads(path.read_text(encoding="utf-8"))
     except (OSError, ValueError):
