@@ -11,8 +11,8 @@
 
 namespace sonarith {
 
-/// Result of an operation; 0 is success. These numbers, and those of the types below, are given:
-/// they are those of the mixer interface that this class reproduces.
+/// Result of an operation; 0 is success. The numbers, sizes and field names in this file are those
+/// of the mixer interface that the class Mixer reproduces.
 enum class MixerResult : int {
     noError = 0,
     badDevice = 2,         ///< there is no mixer

@@ -41,7 +41,7 @@ TEST_F(NoticeBoardTest, ShowsTheNextNoticeOfASettledCause) {
     EXPECT_THAT(posted, ElementsAre("lost", "back", "lost again"));
 }
 
-TEST_F(NoticeBoardTest, ShowsNothingForASettledCauseThatWasNotReportedOrWithoutText) {
+TEST_F(NoticeBoardTest, ShowsNothingIfAnUnreportedCauseIsSettledOrTheTextIsEmpty) {
     board.settled("output", "back");
     EXPECT_THAT(posted, IsEmpty());
     board.report({"lost", "output"});

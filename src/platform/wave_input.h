@@ -19,8 +19,8 @@
 
 namespace sonarith {
 
-/// Result of an operation; 0 is success. The numbers are given: they are those of the wave-input
-/// interface that this class reproduces.
+/// Result of an operation; 0 is success. The numbers, flags and field names in this file are those
+/// of the wave-input interface that the class WaveInput reproduces.
 enum class WaveResult : int {
     noError = 0,
     badDevice = 2,     ///< no such input
@@ -36,7 +36,7 @@ enum class WaveResult : int {
 /// 0 means none.
 using WaveInHandle = std::uint32_t;
 
-/// The format of the samples. The names of the fields are given, too.
+/// The format of the samples.
 struct WaveFormat {
     std::uint16_t wFormatTag = 0; ///< 1: PCM
     std::uint16_t nChannels = 0;

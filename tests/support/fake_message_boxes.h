@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Message boxes for tests. Every box is recorded and answered at once: a box with only an OK button
-// by itself, other boxes by `answers`, which the test sets in the order of the boxes. `whileUp`
-// runs while a box is open, for example to yield or to stop a job.
+// Message boxes for tests. Every box is recorded and closed at once. A box with only an OK button
+// needs no answer; for other boxes, the test puts the answers into `answers` in the order of the
+// boxes. `whileUp` runs while a box is open, for example to yield or to stop a job.
 #pragma once
 
 #include <deque>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Blocks threads while it is closed, as a hanging device does. For tests; any thread may call any
-// member.
+// A gate that blocks threads while it is closed, as a hanging device does. For tests; any thread
+// may call any member.
 #pragma once
 
 #include <condition_variable>

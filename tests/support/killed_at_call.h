@@ -17,7 +17,7 @@ namespace sonarith::test {
 
 enum class KillOutcome {
     killed,
-    finished, ///< the step made fewer calls and returned
+    finished, ///< `step` made fewer calls and returned
     failed    ///< the child could not be traced, or it ended in an unexpected way
 };
 

@@ -16,8 +16,8 @@ namespace {
 /// closing them takes another 650 ms, so the end of the program takes less than a second.
 constexpr std::chrono::milliseconds patienceWithSaves{300};
 
-/// Returns the user's home folder. Before, gives the stored paths below it the letter H:
-/// (home_letter.h).
+/// Changes the stored paths below the user's home folder to the letter H: (home_letter.h). Returns
+/// the home folder.
 std::string homeAfterMigration(SettingsStore& store, const std::vector<StoredPath>& storedPaths) {
     std::string home = homeFolder();
     moveToHomeLetter(store, home, storedPaths);

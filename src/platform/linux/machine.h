@@ -43,9 +43,9 @@ class Machine {
     /// `loop`, `store` and `waiting` must outlive this object. `storedPaths` are the keys of the
     /// store whose values are paths in the logic's form. `destination` returns the destination
     /// folder, also in the logic's form: recordings are created in this folder, so that saving a
-    /// recording needs no copy. `waiting` waits for disks
-    /// and drives that may hang; failures are reported to `notices`. `notices` must exist until the
-    /// process ends, because threads that a hanging device blocks keep a reference to it.
+    /// recording needs no copy. `waiting` waits for disks and drives that may hang. Failures are
+    /// reported to `notices`, which must exist until the process ends, because threads that a
+    /// hanging device blocks keep a reference to it.
     Machine(EventLoop& loop, SettingsStore& store, Waiting& waiting, Notices& notices,
             const std::vector<StoredPath>& storedPaths, std::function<std::string()> destination);
     Machine(const Machine&) = delete;
@@ -100,7 +100,8 @@ class Machine {
     sound::KeptTone keptTone_;
     sound::CardMixer mixer_;
     sound::CardWaveInput waveInput_;
-    // These list drive letters and mounts from the kernel's table, without access to a disk.
+    // The drive letters and mounts for system_. They are read from the kernel's list of mounts,
+    // without access to a disk.
     MountInfo mounts_;
     DriveTable drives_;
     PathMap drivePaths_;
