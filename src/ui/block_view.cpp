@@ -6,7 +6,8 @@
 namespace sonarith {
 
 BlockView::BlockView(Label& model, QString label, const QColor& color, QWidget* parent)
-    : QWidget(parent), view_(model, *this, {}, std::move(label), {}, Placement::byControl) {
+    : QWidget(parent),
+      view_(model, *this, {}, std::move(label), {}, Placement::byControl, Pace::positions) {
     QPalette filled = palette();
     filled.setColor(QPalette::Window, color);
     setPalette(filled);

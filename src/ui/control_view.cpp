@@ -12,7 +12,7 @@ namespace sonarith {
 namespace {
 
 /// The same interval as for the lists beside such a caption (list_box_model.h).
-constexpr std::chrono::milliseconds captionPause{100};
+constexpr std::chrono::milliseconds captionInterval{100};
 
 } // namespace
 
@@ -36,28 +36,23 @@ ControlView::ControlView(Control& control, QWidget& widget, std::function<std::s
       placement_(placement),
       changed_(control.changed.connect([this](Property which) { follow(which); })) {
     widget_.setObjectName(toQString(control_.name()));
-    if (pace == Pace::limited) {
-        pause_ = std::make_unique<QTimer>();
-        pause_->setSingleShot(true);
-        pause_->setInterval(captionPause);
-        QObject::connect(pause_.get(), &QTimer::timeout, pause_.get(), [this] {
-            if (std::exchange(captionWaits_, false)) {
-                follow(Property::caption);
-            }
-        });
+    if (pace == Pace::captions) {
+        captions_.emplace(captionInterval, [this] { apply(Property::caption); });
+    }
+    if (pace == Pace::positions) {
+        positions_.emplace(pictureInterval, [this] { showPlace(); });
     }
     apply(Property::all);
 }
 
 void ControlView::follow(Property which) {
-    if (which == Property::caption && pause_) {
-        if (pause_->isActive()) {
-            captionWaits_ = true;
-            return;
-        }
-        pause_->start();
+    if (which == Property::caption && captions_) {
+        captions_->request();
+    } else if ((which == Property::left || which == Property::top) && positions_) {
+        positions_->request();
+    } else {
+        apply(which);
     }
-    apply(which);
 }
 
 void ControlView::apply(Property which) {

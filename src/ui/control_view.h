@@ -4,14 +4,14 @@
 #pragma once
 
 #include <functional>
-#include <memory>
+#include <optional>
 #include <string>
 
 #include <QPointer>
-#include <QTimer>
 #include <QWidget>
 
 #include "platform/controls/control.h"
+#include "ui/limited_pace.h"
 
 namespace sonarith {
 
@@ -25,10 +25,10 @@ template <typename... Properties>
 /// position of the control (`byControl`).
 enum class Placement { elsewhere, byControl };
 
-/// How soon a new caption is shown. With a limited pace, a new caption is shown at once if the
-/// shown caption is at least 100 ms old, otherwise up to 100 ms later. So a caption that changes a
-/// thousand times a second is laid out, painted and sent to screen readers only ten times a second.
-enum class Pace { atOnce, limited };
+/// Which changes are shown at a limited pace: no more often than ten times (captions) or 25 times
+/// (positions) a second. So a caption that changes a thousand times a second is laid out, painted
+/// and sent to screen readers ten times a second. All other changes are shown at once.
+enum class Pace { atOnce, captions, positions };
 
 /// Updates a widget when its control changes. This object must be destroyed before the widget; a
 /// member of the widget's class is destroyed in time.
@@ -54,8 +54,8 @@ class ControlView {
     QString label_;
     std::function<void(Property)> showMore_;
     Placement placement_;
-    std::unique_ptr<QTimer> pause_; ///< for a limited pace only: runs after a caption was shown
-    bool captionWaits_ = false;
+    std::optional<LimitedPace> captions_;  ///< for Pace::captions
+    std::optional<LimitedPace> positions_; ///< for Pace::positions
     /// The widget to which Qt moved the focus when widget_ was disabled.
     QPointer<QWidget> focusMovedTo_;
     Connection changed_;

@@ -89,7 +89,7 @@ void layOut(FrmSearch& form, FormWindow& window) {
     columns->addWidget(makeLists(form, &client), 1);
     rows->addLayout(columns, 1);
     rows->addWidget(new LabelView(form.lbltime, QObject::tr("Progress"), LabelView::Cut::middle,
-                                  &client, Pace::limited));
+                                  &client, Pace::captions));
     rows->addWidget(
         new LabelView(form.Label1, QObject::tr("Summary"), LabelView::Cut::end, &client));
     auto* hint = new LabelView(form.Label2, QObject::tr("Hint"), LabelView::Cut::end, &client);

@@ -35,7 +35,7 @@ TEST(LabelView, AtALimitedPaceOnlyTheFirstAndTheLatestOfManyCaptionsAreShown) {
     Form form("frmsearch");
     Label model(form, "lbltime", "idle");
     QWidget parent;
-    LabelView view(model, "Progress", LabelView::Cut::middle, &parent, Pace::limited);
+    LabelView view(model, "Progress", LabelView::Cut::middle, &parent, Pace::captions);
     EXPECT_EQ(view.text(), "idle");
     model.setCaption("first");
     EXPECT_EQ(view.text(), "first");

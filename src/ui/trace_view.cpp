@@ -39,22 +39,27 @@ TraceView::TraceView(PictureBox& model, QString label, const Colors& colors, QWi
     : PictureView(model, std::move(label), std::nullopt, 0, parent),
       model_(model),
       colors_(colors),
+      pace_(pictureInterval, [this] { repaintDrawn(); }),
       lineDrawn_(model.lineDrawn.connect([this](const PictureLine& line) { showLine(line); })),
       cleared_(model.cleared.connect([this] { update(); })) {
     setAttribute(Qt::WA_OpaquePaintEvent);
 }
 
-/// Requests no repaint while the window is not on the screen, for example minimized: Qt would start
-/// a timer for each request without painting, and up to a hundred lines are drawn per second.
+/// Requests no repaint while the window is not on the screen, for example minimized: for each
+/// request, Qt would start a timer without painting.
 void TraceView::showLine(const PictureLine& line) {
     const QWindow* handle = window()->windowHandle();
     if (!handle || !handle->isExposed()) {
         behind_ = true;
-    } else if (std::exchange(behind_, false)) {
-        update();
-    } else {
-        update(placeOf(line));
+        return;
     }
+    drawn_ += placeOf(line);
+    pace_.request();
+}
+
+void TraceView::repaintDrawn() {
+    const QRegion drawn = std::exchange(drawn_, {});
+    update(std::exchange(behind_, false) ? QRegion(rect()) : drawn);
 }
 
 QSize TraceView::sizeHint() const {

@@ -4,7 +4,9 @@
 #pragma once
 
 #include <QColor>
+#include <QRegion>
 
+#include "ui/limited_pace.h"
 #include "ui/picture_view.h"
 
 namespace sonarith {
@@ -25,10 +27,13 @@ class TraceView : public PictureView {
 
   private:
     void showLine(const PictureLine& line);
+    void repaintDrawn();
 
     PictureBox& model_;
     bool behind_ = false; ///< lines were drawn while the window was not on the screen
     Colors colors_;
+    QRegion drawn_; ///< by lines since the last repaint
+    LimitedPace pace_;
     Connection lineDrawn_;
     Connection cleared_;
 };

@@ -77,6 +77,22 @@ TEST_F(TraceViewTest, ANewLineRepaintsOnlyItsOwnArea) {
         << view.repainted.boundingRect().width();
 }
 
+// The meter draws a hundred lines a second.
+TEST_F(TraceViewTest, LinesInQuickSuccessionAreRepaintedTogether) {
+    int repaints = 0;
+    for (int x = 15; x <= 1500; x += 15) {
+        model.line({x - 15.0, 300}, {x + 0.0, 300});
+        view.repainted = {};
+        QCoreApplication::processEvents();
+        repaints += view.repainted.isEmpty() ? 0 : 1;
+    }
+    EXPECT_LT(repaints, 50);
+    view.repainted = {};
+    model.line({1500, 300}, {1515, 300});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return view.repainted.contains(QPoint(100, 20)); }));
+    EXPECT_TRUE(isLine(100, 20));
+}
+
 TEST_F(TraceViewTest, IsNotRepaintedWhileItsWindowIsHiddenAndFullyRepaintedAtTheNextLine) {
     parent.windowHandle()->setVisible(false);
     ASSERT_TRUE(QTest::qWaitFor([&] { return !parent.windowHandle()->isExposed(); }));
@@ -153,6 +169,20 @@ TEST(BlockView, IsAtThePositionOfItsControlAndClippedByItsParent) {
     EXPECT_FALSE(isGreen(19, 50));
     bar.setTop(915_twips);
     EXPECT_FALSE(isGreen(12, 70));
+}
+
+// The meter moves its bar a hundred times a second.
+TEST(BlockView, MovesInQuickSuccessionAreShownTogetherAndTheLastOneIsNotLost) {
+    Form form("Form4");
+    Label bar(form, "Label4");
+    QWidget parent;
+    const BlockView block(bar, "Level", Qt::green, &parent);
+    bar.setTop(15_twips);
+    EXPECT_EQ(block.y(), 1);
+    bar.setTop(30_twips);
+    bar.setTop(45_twips);
+    EXPECT_EQ(block.y(), 1);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return block.y() == 3; }));
 }
 
 } // namespace

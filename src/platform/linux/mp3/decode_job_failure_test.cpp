@@ -17,6 +17,7 @@ namespace {
 namespace fs = std::filesystem;
 using fixture::Data;
 using fixture::DecodeJobTest;
+using fixture::encoded;
 using fixture::ignoreEnd;
 using fixture::isOpen;
 using fixture::operator+;

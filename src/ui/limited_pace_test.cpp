@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/limited_pace.h"
+
+#include <QElapsedTimer>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace sonarith {
+namespace {
+
+using namespace std::chrono_literals;
+
+struct LimitedPaceTest : testing::Test {
+    int value = 0;
+    std::vector<int> shown;
+    LimitedPace pace{20ms, [this] {
+                         shown.push_back(value);
+                     }};
+
+    void change() {
+        ++value;
+        pace.request();
+    }
+};
+
+TEST_F(LimitedPaceTest, TheFirstRequestIsShownAtOnce) {
+    change();
+    EXPECT_EQ(shown, std::vector<int>({1}));
+}
+
+TEST_F(LimitedPaceTest, RequestsWithinAnIntervalAreShownOnceAtItsEndWithTheLastValue) {
+    QElapsedTimer clock;
+    clock.start();
+    for (int i = 0; i < 5; ++i) {
+        change();
+    }
+    EXPECT_EQ(shown.size(), 1U);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return shown.size() > 1; }));
+    EXPECT_GE(clock.elapsed(), 19) << "the timer of Qt may be 5 % early";
+    EXPECT_EQ(shown, std::vector<int>({1, 5}));
+}
+
+TEST_F(LimitedPaceTest, AValueShownAtTheEndOfAnIntervalStartsTheNextInterval) {
+    change();
+    change();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return shown.size() == 2; }));
+    change();
+    EXPECT_EQ(shown.size(), 2U);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return shown.size() == 3; }));
+    EXPECT_EQ(shown.back(), 3);
+}
+
+TEST_F(LimitedPaceTest, NothingIsShownWithoutARequest) {
+    change();
+    QTest::qWait(60);
+    EXPECT_EQ(shown.size(), 1U);
+}
+
+} // namespace
+} // namespace sonarith
