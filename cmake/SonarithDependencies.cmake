@@ -1,6 +1,6 @@
-# SPDX-License-Identifier: GPL-3.0-or-later Finds the libraries that the program uses;
-# docs/architecture.md states the reasons for each. Included at the top level, so that sources,
-# tests and benchmarks use the same libraries.
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Finds the libraries that the program uses; docs/architecture.md states the reasons for each.
+# Included at the top level, so that sources, tests and benchmarks use the same libraries.
 
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(UTF8PROC REQUIRED IMPORTED_TARGET libutf8proc)

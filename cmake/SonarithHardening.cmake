@@ -1,7 +1,8 @@
-# SPDX-License-Identifier: GPL-3.0-or-later Sets the compiler options of the released program: the
-# hardening that Debian uses for its own programs; debug symbols for backtraces, which become a
-# package of their own; and no paths of the machine that builds the program, so that two builds of
-# one commit are identical. Only for Release: the presets with sanitizers do not use these options.
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Sets the compiler options of the released program: the hardening that Debian uses for its own
+# programs; debug symbols for backtraces, which become a package of their own; and no paths of the
+# machine that builds the program, so that two builds of one commit are identical. Only for Release:
+# the presets with sanitizers do not use these options.
 
 include(CheckPIESupported)
 check_pie_supported(LANGUAGES CXX)

@@ -1,6 +1,6 @@
-# SPDX-License-Identifier: GPL-3.0-or-later Defines how the folders below src/ become libraries and
-# test programs. A module is a set of folders. Its library consists of all *.cpp except *_test.cpp,
-# its test program of all *_test.cpp.
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Defines how the folders below src/ become libraries and test programs. A module is a set of
+# folders. Its library consists of all *.cpp except *_test.cpp, its test program of all *_test.cpp.
 
 add_library(sonarith_flags INTERFACE)
 target_include_directories(sonarith_flags INTERFACE ${PROJECT_SOURCE_DIR}/src)

@@ -4,8 +4,9 @@
 
 A file may include files of its own layer and of lower layers. The folders of one layer may include
 each other, but not in a cycle; on layer 4 only as NEIGHBOURS allows. Layers 0 to 3 may use only the
-standard library and utf8proc. Prints each include that breaks a rule and each folder in a cycle,
-and then exits with 1.
+standard library and utf8proc. Prints each include that breaks a rule and each folder in a cycle.
+Exits with 1 if there are any, if the self-test fails or if no include was found. Cycles on layer 0
+are not checked.
 """
 import pathlib
 import re
@@ -103,8 +104,8 @@ def includes(root):
 
 
 def peers(path, target):
-    """The two folders of an include between folders of one layer; None for other includes. The
-    folders of layer 0 are not checked."""
+    """Returns the folders of `path` and `target` if these are two folders of one layer above layer 0,
+    otherwise None."""
     layer, folders = layer_of(path), [p.rpartition("/")[0] for p in (path, target)]
     return folders if layer and layer == layer_of(target) and folders[0] != folders[1] else None
 
@@ -168,7 +169,7 @@ def main():
     for folder in in_cycles(links):
         found += 1
         print(f"src/{folder}: it is in a cycle of includes")
-    print(f"{count} includes checked, {found} break the rules of the layers")
+    print(f"{count} includes checked; {found} includes and folders break the rules of the layers")
     return 0 if self_test() and count and not found else 1
 
 

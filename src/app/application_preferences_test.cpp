@@ -104,7 +104,7 @@ TEST(PreferencesAtTheStart, OpenWithoutAMessageForAnyStoredText) {
     }
 }
 
-TEST(PreferencesAtTheStart, MuteTheDiscsLineAgainIfTheSettingIs1) {
+TEST(PreferencesAtTheStart, MuteTheMixerLineOfTheDiscASecondTimeIfTheSettingIs1) {
     for (const char* muted : {"1", "0"}) {
         ApplicationBench bench({1000, 1000});
         bench.store.put("Settings", "mute button", muted);
@@ -120,11 +120,11 @@ TEST(PreferencesAtTheStart, MuteTheDiscsLineAgainIfTheSettingIs1) {
         };
         bench.application.start();
         EXPECT_EQ(first, 1);
-        EXPECT_EQ(changes(), *muted == '1' ? 2 : 1); // the preferences only set the value 1
+        EXPECT_EQ(changes(), *muted == '1' ? 2 : 1); // the preferences mute only if it is 1
     }
 }
 
-TEST(PreferencesAtTheStart, ShowTwoMessagesIfTheDestinationCannotBeCreatedAndThenTheMainWindow) {
+TEST(PreferencesAtTheStart, ShowTwoMessagesAndThenTheMainWindowIfTheDestinationCannotBeCreated) {
     ApplicationBench bench({1000, 1000});
     bench.store.put("Settings", "DecodePath", "x:\\gone\\wav");
     bench.application.start();
@@ -311,8 +311,8 @@ void runWithStopAtYield(int n, PreferencesAre window, bool& reached) {
     EXPECT_EQ(bench.form.Label3.caption(), "Next action:");
 }
 
-/// Runs `run` with a stop at its first yield, at its second and so on until there is no such yield,
-/// for each state of the preferences. `run` sets `reached` if that yield occurred.
+/// For each state of the preferences, calls `run` for yield 1, 2 and so on, until a run ends before
+/// that yield. `run` stops the action in the given yield, and sets `reached` if the yield occurred.
 void atEveryYield(void (*run)(int yield, PreferencesAre window, bool& reached)) {
     constexpr int mostYields = 300;
     for (const PreferencesAre window :
@@ -360,7 +360,8 @@ TEST(GuardOfADecoding, StopsTheDecodingAtTheFirstTickOfItsTimer) {
     leaveFree(bench, 49);
     bench.decodeAll();
     EXPECT_TRUE(bench.atRest());
-    EXPECT_EQ(bench.mp3.finished.size(), 1U); // the guard's tick at 2 s stopped the second
+    // The guard's tick at 2 s stopped the decoding of the second file.
+    EXPECT_EQ(bench.mp3.finished.size(), 1U);
     EXPECT_TRUE(bench.form.Label5.visible());
     EXPECT_TRUE(bench.process.stopRequested);
 }

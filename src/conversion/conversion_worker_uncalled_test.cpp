@@ -33,7 +33,8 @@ TEST_F(StartDecodingTest, DecodesIntoTheFilesFolderAndWaitsForTheEnd) {
     mp3.duration = 1200ms;
     const auto start = loop.now();
     worker().StartDecoding();
-    // The condition is evaluated after each event; here the end of the decoding is an event.
+    // StartDecoding() checks after each event whether the control is still busy. Here the end of
+    // the decoding is an event, so the wait ends exactly then.
     EXPECT_EQ(loop.now() - start, 1200ms);
     EXPECT_EQ(form.caption(), "Decoding Song\\.mp3");
     EXPECT_EQ(mp3.log[0], setSource);
@@ -93,7 +94,7 @@ TEST_F(StartDecodingTest, TheProgramsEndEndsTheWait) {
     EXPECT_EQ(loop.yieldsAfterEnd(), 0);
 }
 
-TEST_F(StartDecodingTest, CheckedFilesStartsTheCurrentFileForEachMarkedLine) {
+TEST_F(StartDecodingTest, DecodeCheckedFilesStartsCurrentFileOnceForEachSelectedLine) {
     fill(form.List4, {"a", "b", "c"});
     form.List4.setSelected(0, true).passOver();
     form.List4.setSelected(2, true).passOver();
@@ -111,7 +112,7 @@ TEST_F(StartDecodingTest, CheckedFilesStartsTheCurrentFileForEachMarkedLine) {
     EXPECT_FALSE(window.loaded());
 }
 
-TEST_F(StartDecodingTest, CheckedFilesEndsAtAStopRequestAndClearsIt) {
+TEST_F(StartDecodingTest, DecodeCheckedFilesEndsAtAStopRequestAndClearsIt) {
     fill(form.List4, {"a", "b"});
     form.List4.setSelected(0, true).passOver();
     form.List4.setSelected(1, true).passOver();
@@ -126,7 +127,7 @@ TEST_F(StartDecodingTest, CheckedFilesEndsAtAStopRequestAndClearsIt) {
     EXPECT_FALSE(window.loaded());
 }
 
-TEST_F(StartDecodingTest, CheckedFilesClearsAnEarlierStopRequest) {
+TEST_F(StartDecodingTest, DecodeCheckedFilesClearsAnEarlierStopRequest) {
     fill(form.List4, {"a"});
     form.List4.setSelected(0, true).passOver();
     process.stopRequested = true;

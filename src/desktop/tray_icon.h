@@ -11,7 +11,8 @@
 
 namespace sonarith {
 
-/// Results are ignored: nothing can be done if no panel shows icons.
+/// Ignores the results of the tray: they only report that an identifier already exists (add) or
+/// does not exist (modify, remove).
 class TrayIconCalls {
   public:
     /// `tray` must outlive this object.

@@ -101,7 +101,7 @@ TEST(Mp3Header, ReadsEachFlagFromItsOwnBit) {
     }
 }
 
-// --- every header that the search finds ------------------------------------------------------
+// --- every header that ReadMp3Bits() can find: MPEG 1 Layer III ------------------------------
 
 // The tables of the standard, in another form than in the program.
 constexpr int standardKilobits[16] = {-1,  32,  40,  48,  56,  64,  80,  96,
@@ -249,7 +249,7 @@ TEST(Mp3Header, UsesTheCoefficientOfTheLayer) {
     EXPECT_EQ(two.Bitrate, 41);
 }
 
-TEST(Mp3Header, FailsForNoFramesAndForAnAverageThatDoesNotFit) {
+TEST(Mp3Header, FailsForAFrameCountOfZeroAndForAnAverageRateAbove32767) {
     EXPECT_EQ(failureOf(0xFFFB9000, fourMillion, variable(0)), ErrorNumber::divisionByZero);
     EXPECT_EQ(failureOf(0xFFFB9000, 200'000'000, variable(1)), ErrorNumber::overflow);
 }

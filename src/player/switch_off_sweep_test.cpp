@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests every way to switch the player off (Command6, close, EXIT, "off") while it is interrupted:
-// each event runs once at each yield of each switch-off.
+// Tests every way to switch the player off (Command6, close, EXIT, "off") with an interruption:
+// each event runs once in each yield of each switch-off.
 #include <functional>
 #include <memory>
 #include <string>
@@ -55,7 +55,7 @@ std::vector<Event> events() {
              bench.form.optNoCD.choose();
              bench.form.OptCD.choose();
          }},
-        {"an action starts and switches the player off",
+        {"the main window starts an action, which clicks Command6",
          [](PlayerBench& bench) {
              bench.form.Command6.click();
          }},
@@ -251,13 +251,13 @@ TEST(EverySwitchOff, WithTheInputBoxTickedAtAnyYieldLeavesTheInputOpenOnlyIfTheC
     }
 }
 
-TEST(EverySwitchOff, WithAnEmptyDriveOrWithoutASwitchOnBeforeAlsoEndsInSilence) {
+TEST(EverySwitchOff, AlsoEndsInSilenceWithAnEmptyDriveWhetherOrNotThePlayerWasSwitchedOn) {
     for (const SwitchOff& switchOff : switchOffs()) {
         for (const Event& event : events()) {
             for (int n = 1; n <= switchOff.yields; ++n) {
                 for (const bool on : {true, false}) {
                     SCOPED_TRACE(switchOff.name + ", " + event.name + " at yield " +
-                                 std::to_string(n) + (on ? ", empty drive" : ", never on"));
+                                 std::to_string(n) + (on ? ", was on" : ", was never on"));
                     PlayerBench bench;
                     bench.disc.remove();
                     if (on) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Holds the run-time copy of the store's section "Settings", and loads it when the program starts.
-// Running code reads this record; in the logic, only the preferences write that section.
+// After the start, the logic reads this record instead of the store; only the preferences write to
+// that section, and read the key of the destination folder there.
 #pragma once
 
 #include <cstdint>
@@ -32,8 +33,8 @@ inline constexpr const char* muteButtonKey = "mute button";
 /// Before LoadSettings() all numbers are 0. Switches are 0 or 1.
 struct AppSettings {
     std::int16_t audioFormat = 0;     ///< index in the capture formats: 0 mono, 1 stereo
-    std::int16_t encodingQuality = 0; ///< only shown by the preferences
-    std::int16_t encodingBitrate = 0; ///< only shown by the preferences
+    std::int16_t encodingQuality = 0; ///< no effect; the preferences only show and store it
+    std::int16_t encodingBitrate = 0; ///< no effect; the preferences only show and store it
     std::int16_t hdWarning = 0;
     std::int16_t hdWarningNo = 0; ///< MB of 1,000,000 bytes
     std::int16_t hdStopDecoding = 0;
@@ -41,9 +42,9 @@ struct AppSettings {
     std::string decodePath;    ///< destination folder, no trailing backslash
     std::int16_t desktopIcon = 0;
     std::int16_t minimizeOnStart = 0;
-    std::int16_t deleteWav = 0; ///< only shown by the preferences
+    std::int16_t deleteWav = 0; ///< no effect; the preferences only show and store it
     std::int16_t showFullPath = 0;
-    std::int16_t encodeAfterExtracting = 0; ///< only shown by the preferences
+    std::int16_t encodeAfterExtracting = 0; ///< no effect; the preferences only show and store it
     std::int16_t muteButton = 0;
 };
 

@@ -11,8 +11,8 @@ NoticeCenter::NoticeCenter(NoticeBoard& board, QWidget& window, NoticeBar& bar,
                            std::function<void(const QString&)> notify)
     : board_(board), window_(window), bar_(bar), notify_(std::move(notify)) {
     board_.setOnPosted([this](const std::string& text) {
-        // This may be called on any thread. The call is queued, so that the notice is never shown
-        // within the step that reports it.
+        // The board may call this function on any thread. So show() is queued: it runs on the
+        // thread of this object, and never within the step that reports the notice.
         QMetaObject::invokeMethod(
             this, [this, shown = toQString(text)] { show(shown); }, Qt::QueuedConnection);
     });

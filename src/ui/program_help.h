@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Shows help about the window that requested it. Every window requests help by a click on the main
-// window's help button. That click does not pass the window on, so this class stores it.
+// window's help button. The click does not state which window requested help, so this class stores
+// the name of that window.
 #pragma once
 
 #include <functional>

@@ -15,7 +15,7 @@ using testing::UnorderedElementsAreArray;
 
 const std::string t1 = "Track  1 - 00:03:05";
 const std::string t2 = "Track  2 - 00:04:00";
-/// The name of the area below all rows, as the place of a drop.
+/// Stands for the empty area below the last row, which is a drop target, too.
 const std::string noRow;
 
 struct TreeCarryingTest : test::TreeEditingWorld {
@@ -167,7 +167,7 @@ TEST_F(TreeCarryingTest, TreeAndListsAgreeAfterADragByKeysFromAnyItemToAnyRow) {
     }
 }
 
-TEST_F(TreeCarryingTest, AGroupIsClickedAndNotDraggedByKeys) {
+TEST_F(TreeCarryingTest, CuttingAGroupByKeyClicksTheGroupInsteadOfDraggingIt) {
     const auto before = outline();
     goTo("MP3 Files");
     key(Qt::Key_X, Qt::ControlModifier);

@@ -81,7 +81,7 @@ def play(desktop, program_path, output):
     wavs = sorted(destination.iterdir())
     check_equal(len(wavs), 1, "files in the destination folder")
     check_track(wavs[0], disc_samples(disc), 1, SECONDS)
-    print("The WAV holds the track's samples bit for bit, as one run.")
+    print("The WAV contains the track's samples bit for bit and without gaps.")
     close(program)
     print("The window is closed, and the program has ended.")
     print(f"WAV:         {wavs[0]}")

@@ -19,7 +19,8 @@ BYTES_AT_A_TIME = 1 << 20
 
 def _encode(samples, path, *options):
     """Encodes stereo samples (an array of signed 16-bit numbers) into an MP3 file. The output must
-    not be a pipe, since at the end the encoder writes its information frame at the beginning."""
+    not be a pipe: after the last sample, the encoder seeks back and writes its information frame at
+    the beginning of the file."""
     path.parent.mkdir(parents=True, exist_ok=True)
     if sys.byteorder == "big":
         samples.byteswap()

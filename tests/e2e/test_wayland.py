@@ -42,7 +42,8 @@ def every_window_opens_and_names_the_desktop_file(desktop, program):
     started, _, _ = start(desktop, program)
 
     def check_window(title):
-        check_equal(started.wait_for_node(title)["app_id"], DESKTOP_FILE, f"the name of {title!r}")
+        check_equal(started.wait_for_node(title)["app_id"], DESKTOP_FILE,
+                    f"the app_id of the window {title!r}")
         started.activate(title)
 
     def wait_until_closed(title):

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Creates the CD player's panel and its jobs, connected as in the program, on a machine of fakes
-// with a simulated disc, in virtual time. The rest of the application is not created. Base class of
-// the player's tests.
+// Creates the CD player's panel and the objects that control it (player/player.h), connected as in
+// the program. The devices are fakes (fake_machine.h), the disc is simulated (simulated_disc.h),
+// and time is virtual. The rest of the application is not created. Base class of the player's
+// tests.
 //
 //     disc.insert({60000, 30000});
 //     switchOn();                                  // returns after the first poll of the disc

@@ -56,9 +56,9 @@ class QtTray : public QObject, public Tray {
     Connection watcherReplaced_;
     std::optional<Way> way_;
     bool presentBefore_ = false;
-    /// A panel on the bus draws menu_; on an embedded icon, Qt draws it. drawnHere_ has the same
-    /// entries and is used for panels on the bus that draw no menu, because Qt never draws a menu
-    /// that it has exported to the bus.
+    /// Most panels on the bus draw menu_ themselves; for an embedded icon, Qt draws it. Some panels
+    /// on the bus ask the program to draw the menu. drawnHere_, which has the same entries, is for
+    /// these, because Qt never draws a menu that it has exported to the bus.
     std::unique_ptr<TrayMenu> menu_;
     std::unique_ptr<TrayMenu> drawnHere_;
     std::map<std::uint32_t, Entry> entries_;

@@ -77,7 +77,7 @@ TEST(ImageDisc, PlaysFilesOneAfterTheOther) {
     EXPECT_EQ(opened(folder.path("a.cue"))->table().start(2), 14);
 }
 
-TEST(ImageDisc, PlaysStoredPausesOnceAndOtherPausesAsSilence) {
+TEST(ImageDisc, PlaysPausesStoredInTheFileAndOtherPausesAsSilenceButNoneBeforeTrack1) {
     const ImageFolder folder;
     folder.writeFrames("a.bin", rampSectors(0, 40));
     const auto path = folder.write(
@@ -129,7 +129,7 @@ TEST(ImageDisc, PlaysEverySampleOfAToc) {
     EXPECT_EQ(opened(path)->table().start(3), 8 + 20 + 2 + 3);
 }
 
-TEST(ImageDisc, PlaysStatedLengthsThatEndInsideASectorToTheLastSample) {
+TEST(ImageDisc, PlaysToTheLastSampleIfAStatedLengthEndsInsideASector) {
     const ImageFolder folder;
     folder.writeWave("a.wav", ramp(0, 10 * 588 + 355));
     folder.writeFrames("b.bin", ramp(10 * 588 + 355, 233), std::endian::big);
@@ -262,7 +262,7 @@ TEST_F(VanishingImage, IsGoneWhenItsSheetIsDeleted) {
     EXPECT_EQ(readOne(0), ReadOutcome::gone);
 }
 
-TEST_F(VanishingImage, IsGoneWhereItsFileIsTruncated) {
+TEST_F(VanishingImage, IsGoneBeyondTheEndOfATruncatedFile) {
     std::filesystem::resize_file(folder_.path("a.bin"), 10 * 2352);
     EXPECT_EQ(readOne(9), ReadOutcome::ok);
     EXPECT_EQ(readOne(10), ReadOutcome::gone);

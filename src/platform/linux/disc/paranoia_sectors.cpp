@@ -173,7 +173,8 @@ SectorOutcome ParanoiaSectors::repair(std::span<sound::StereoFrame> out) {
             return gaveUp ? SectorOutcome::guessed : SectorOutcome::ok;
         }
         repositioned_ = true;
-        if (isOver() || bad_.size() == badBefore) { // no new bad sector: out of memory
+        // If no further sector is bad, the library returned nothing because it has no memory left.
+        if (isOver() || bad_.size() == badBefore) {
             return attemptOnce(out);
         }
     }

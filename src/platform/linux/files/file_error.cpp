@@ -43,7 +43,8 @@ constexpr std::array meanings{
 Meaning meaningOf(int error) {
     const auto* const found = std::find_if(meanings.begin(), meanings.end(),
                                            [&](const Meaning& m) { return m.error == error; });
-    // Not found are errors such as EXDEV (another disk) and EMFILE (no more descriptors).
+    // Errors that are not in the table, such as EXDEV (another disk) and EMFILE (no more
+    // descriptors), become pathFileAccess with the system's message.
     return found != meanings.end() ? *found : Meaning{error, ErrorNumber::pathFileAccess, nullptr};
 }
 

@@ -80,7 +80,7 @@ TEST_F(ARecorder, SavesMonoAsTheMeanOfBothChannels) {
     EXPECT_THAT(wav->samples, Each(8));
 }
 
-TEST_F(ARecorder, ContinuesARecordingAtItsEndUntilItIsSaved) {
+TEST_F(ARecorder, ANewStartAppendsToTheRecordingUntilItIsSaved) {
     const auto recorder = make();
     ASSERT_TRUE(recorder->start(2).ok());
     time += 10ms;

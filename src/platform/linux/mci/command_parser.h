@@ -82,8 +82,8 @@ class Arguments {
 [[nodiscard]] Outcome<Arguments> parseArguments(std::span<const Word> words,
                                                 std::span<const Keyword> keywords);
 
-/// Returns the given one of those `keywords` that take no value. Errors: flagsNotCompatible if two
-/// were given, missingParameter if none was.
+/// Of the `keywords` that take no value, returns the one that `arguments` contains. Errors:
+/// flagsNotCompatible if it contains two or more, missingParameter if it contains none.
 [[nodiscard]] Outcome<std::string_view> onlyItem(const Arguments& arguments,
                                                  std::span<const Keyword> keywords);
 

@@ -30,7 +30,8 @@ struct CompletedDecoding {
 ///     constructed  ->  busy  ->  over           it has ended by itself
 ///                            ->  stopped -> over    by `stop` or the destructor
 ///
-/// A decoding that is not stopped changes from busy to over once the WAV has its name. A stopped
+/// The WAV file has no name until it is complete. A decoding that is not stopped changes from busy
+/// to over once the WAV file has its name. A stopped
 /// decoding is no longer busy, but it is over only when the disk has stored the decoded part. That
 /// may take long; the thread continues even after the object is destroyed. As long as the
 /// decoding writes, it keeps its turn for the target (target_turn.h), so that the next decoding to
@@ -47,9 +48,9 @@ class DecodeJob {
     using Report = std::function<void(const DecodeResult&)>;
 
     /// Starts the decoding. If `former` is a decoding of the same two files and neither file has
-    /// changed since, nothing is decoded, and the result of `former` is reused. `saves` counts the
-    /// decoding until it is over. If no thread can be started (Division::starter), the decoding
-    /// fails and is over at once.
+    /// changed since, nothing is decoded, and the result of `former` is reused. The decoding
+    /// is a pending save in `saves` until it is over. If no thread can be started
+    /// (Division::starter), the decoding fails and is over at once.
     DecodeJob(DecodeOrder order, Report report, std::shared_ptr<sound::PendingSaves> saves,
               std::optional<CompletedDecoding> former = std::nullopt);
     ~DecodeJob() { stop(std::chrono::milliseconds{0}); }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Numbers the frames of a stream that are to be decoded, from 0: the frames of one format that the
-// scanner finds, except the leading information frame. Keeps the trimming that the information
-// frame states (info_tag.h). It decodes nothing.
+// Assigns numbers, from 0, to the frames that are to be decoded: all frames of one format that the
+// scanner finds in a stream, except an information frame at the start. Stores the gapless trim that
+// the information frame states (info_tag.h). It decodes nothing.
 #pragma once
 
 #include <cstdint>

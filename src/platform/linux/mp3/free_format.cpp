@@ -39,8 +39,8 @@ bool isFreeFormat(Bytes bytes) {
             continue;
         }
         if (size < smallestFrame(*first)) {
-            // From frames of so few bytes, the library would produce a thousand times as much sound
-            // as real frames of these bytes contain.
+            // From frames this small, the library would produce a thousand times as much sound for
+            // each byte as from real frames.
             return false;
         }
         for (const std::size_t third : {2 * size, 2 * size - slot, 2 * size + slot}) {

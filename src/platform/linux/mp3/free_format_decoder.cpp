@@ -122,10 +122,10 @@ std::span<const std::int16_t> FreeFormatDecoder::decodeFrame() {
     }
 }
 
-/// The library fills the rest of a frame that it gives up with zeros. Every frame that ends in
-/// silence counts as given up: an unnecessary new decoder costs little.
+/// When the library abandons a frame, it fills the rest of the frame's samples with zeros. Every
+/// frame that ends in silence counts as abandoned, because an unnecessary new decoder costs little.
 void FreeFormatDecoder::noteWork(std::span<const std::int16_t> samples) {
-    constexpr std::size_t end = 2 * 32; // the smallest output of one synthesis step
+    constexpr std::size_t end = 2 * 32; // one synthesis step in stereo, two in mono
     const auto last = samples.last(std::min(samples.size(), end));
     const bool silent =
         std::all_of(last.begin(), last.end(), [](std::int16_t sample) { return sample == 0; });

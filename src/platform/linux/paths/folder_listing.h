@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Lists the entries of one folder of the machine, one at a time in the kernel's order. It works on
-// machine paths and names, and uses neither drives nor other folders.
+// Lists the entries of one folder of the machine, one at a time in the kernel's order. It uses
+// machine paths and names; it neither translates drive letters nor enters subfolders.
 #pragma once
 
 #include <memory>
@@ -45,7 +45,7 @@ class FolderListing {
 
     /// Reads the next entry, except "." and ".."; links are followed. False at the end, and also if
     /// the folder has been deleted or its disk fails. Calls stat only for links and for entries
-    /// whose kind the listing does not contain.
+    /// whose kind readdir() does not report (DT_UNKNOWN).
     bool next(ListedEntry& entry);
 
   private:

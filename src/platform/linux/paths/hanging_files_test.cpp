@@ -259,7 +259,7 @@ TEST_F(HangingFilesTest, TheDrivesAreKnownWhileADiskHangs) {
     EXPECT_THAT(directories.drives(), ElementsAre("c:", "d:", "e:"));
 }
 
-TEST_F(HangingFilesTest, LettersAssignedOnTheOtherThreadReachTheStore) {
+TEST_F(HangingFilesTest, DriveLettersAssignedOnAWorkerThreadReachTheStore) {
     EXPECT_EQ(store.GetSetting(applicationName, drivesSection, "D", ""), d);
     EXPECT_EQ(store.GetSetting(applicationName, drivesSection, "E", ""), e);
 }

@@ -29,7 +29,8 @@ class LetterStore final : public SettingsStore {
                        const std::string& key) override;
 
   private:
-    // No transaction is needed here: only writeTo() writes to the store, in one transaction.
+    // These do nothing, because this copy is only in memory. writeTo() writes all changes to the
+    // settings store in one transaction of that store.
     void beginTransaction() override {}
     void endTransaction() override {}
 

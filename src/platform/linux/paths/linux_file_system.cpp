@@ -185,7 +185,8 @@ Status LinuxFileSystem::changeDrive(const std::string& path) {
     if (left != currentFolders_.end() && changeFolder(left->second).ok()) {
         return {};
     }
-    // The drive has no last folder, or it has been deleted: use the drive's root.
+    // No folder is stored for this drive, or the stored folder cannot be entered (for example, it
+    // was deleted): use the drive's root.
     return changeFolder(std::string(1, letter) + ":\\").ok()
                ? Status()
                : Status(fileError(ErrorNumber::deviceUnavailable));
@@ -199,7 +200,9 @@ Status LinuxFileSystem::changeFolder(const std::string& path) {
     if (::chdir(located.value().path.c_str()) != 0) {
         return errno == ENOENT ? fileError(ErrorNumber::pathNotFound) : fileErrorOfSystem(errno);
     }
-    // If another disk is mounted at this folder, the folder's path begins with that disk's letter.
+    // The folder may be on another disk that is mounted below this drive. Its logic path then
+    // begins with that disk's letter, so the letter is taken from the logic path and not from
+    // `path`.
     const std::string here = paths_.toLogic(located.value().path);
     currentLetter_ = here.front();
     currentFolders_[currentLetter_] = here;

@@ -119,7 +119,7 @@ Result<PathMap::Asked> PathMap::asked(std::string_view logicPath) {
 std::optional<std::string> PathMap::chosenFor(const Asked& path, std::size_t count) {
     const std::string machinePath = path.machinePath(count);
     const auto spelled = spellings_->chosen.find(machinePath);
-    // The first check excludes another disk whose mount point differs only in case.
+    // isWithin() excludes a path on another disk whose mount point differs only in case.
     const bool fits = spelled && isWithin(*spelled, path.mountPoint) &&
                       mayBeLoweredOf(*spelled, machinePath) && exists(*spelled);
     return fits ? std::optional(*spelled) : std::nullopt;

@@ -14,8 +14,8 @@ std::string causeOf(const std::string& mount) {
 
 } // namespace
 
-/// Follows the paths and stores the mount of the current step, which the thread of the logic reads
-/// while the step hangs.
+/// Walks along the paths, step by step, and stores the mount that the current step accesses. While
+/// a step hangs, the logic thread reads the stored mount.
 class PatientPaths::Search {
   public:
     void run(MachineFiles& machine, const PlaceAccess& places,
@@ -48,7 +48,8 @@ class PatientPaths::Search {
 struct PatientPaths::Lane {
     Lane(waiting::WorkerThreads& threads, Waiting& waiting) : calls(threads, waiting) {}
 
-    /// The object is created by the first call, on the thread of the calls, and used only there.
+    /// The inner pointer is null until the first call creates the object. The object is created and
+    /// used only on the thread that runs `calls`.
     std::shared_ptr<std::shared_ptr<MachineFiles>> machine =
         std::make_shared<std::shared_ptr<MachineFiles>>();
     waiting::BlockingCalls calls;

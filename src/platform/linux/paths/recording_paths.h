@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Translates the paths of a recording to machine paths: the folder in which it begins, and the file
-// as which it is saved. A save must not wait for a destination that hangs, because Cancel and the
-// end of the program wait for the save.
+// Translates two paths of a recording to machine paths: the folder in which the recording begins,
+// and the path under which it is saved. A save must not wait for a destination that hangs, because
+// Cancel and the end of the program wait for the save.
 #pragma once
 
 #include <filesystem>

@@ -39,7 +39,7 @@ TEST_F(RecordingPathsTest, ASaveInAnotherFolderOnAHangingDiskHasNoPath) {
     EXPECT_EQ(recordings.saveAs("e:\\1234-1.wav"), e + "/1234-1.wav");
 }
 
-TEST_F(RecordingPathsTest, AFolderThatHangsAtTheBeginningIsNotUsedForASave) {
+TEST_F(RecordingPathsTest, AFolderThatHangsWhenARecordingBeginsIsNotUsedForASave) {
     ASSERT_EQ(recordings.beginIn("d:\\my music"), d + "/My Music");
     mounts->write("e/music/old.wav");
     mounts->hang(e);

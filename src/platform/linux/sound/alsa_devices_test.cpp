@@ -37,7 +37,7 @@ std::vector<DeviceHint> hintsOfAMachine() {
         {"dsnoop:CARD=PCH,DEV=0", card + "\nDirect sample snooping device", "Input"},
         {"usbstream:CARD=PCH", "HDA Intel PCH\nUSB Stream Output", "Output"},
         {"hw:CARD=Webcam,DEV=0", "Webcam, USB Audio\nDirect hardware device", "Input"},
-        {"none", "A device that names itself as no device", ""},
+        {"none", "A device with the reserved name for no device", ""},
         {"", "An entry without a name", ""},
     };
 }
@@ -75,7 +75,7 @@ TEST(AlsaDevices, DescriptionsAreOneLineAndNeverEmpty) {
     EXPECT_EQ(entries[8].description, "Webcam, USB Audio Direct hardware device");
 }
 
-TEST(AlsaDevices, AMachineWithoutSoundOffersTheDefaultAndForOutputAlsoNone) {
+TEST(AlsaDevices, AMachineWithoutSoundOffersTheDefaultDeviceAndForOutputAlsoTheEntryNone) {
     EXPECT_THAT(namesOf(choosable({}, SND_PCM_STREAM_PLAYBACK)), ElementsAre("default", "none"));
     EXPECT_THAT(namesOf(choosable({}, SND_PCM_STREAM_CAPTURE)), ElementsAre("default"));
 }

@@ -183,7 +183,7 @@ TEST_F(CapturePumpTest, IfTheDeviceWasNeverOpenTheSecondFailureIsReported) {
     EXPECT_TRUE(eventually([&] { return reports.hold(DeviceState::lost); }));
 }
 
-TEST_F(CapturePumpTest, IsSilentAndLostIfTheSystemHasNoThread) {
+TEST_F(CapturePumpTest, IsSilentAndReportsItsDeviceAsLostIfNoThreadCanBeStarted) {
     const fakes::LimitedThreads threads(0);
     fakes::DeviceReports reports;
     {

@@ -38,8 +38,8 @@ struct Pulled {
 class SampleSource {
   public:
     virtual ~SampleSource() = default;
-    /// Fills the beginning of `block`; the rest is unchanged. Delivered frames are consumed: they
-    /// are neither delivered again nor skipped.
+    /// Fills the beginning of `block`; the rest is unchanged. Each call continues directly after
+    /// the last delivered frame: no frame is delivered twice or left out.
     [[nodiscard]] virtual Pulled pull(std::span<StereoFrame> block) = 0;
 };
 

@@ -25,9 +25,9 @@ class ToneControl {
     /// and +12 dB (less 0.0004 dB) at highest. 12 dB is four times the amplitude; more is not
     /// needed to correct loudspeakers or a room, and would overload small speakers.
     static constexpr double spanDb = 12;
-    /// Amplifier manufacturers state the effect of tone controls at 100 Hz and 10 kHz. The corners
-    /// are one octave from these frequencies, towards the middle, so a full boost is 11 dB at these
-    /// frequencies and less than 0.1 dB at 1 kHz.
+    /// Amplifier manufacturers state the effect of tone controls at 100 Hz and 10 kHz. The corner
+    /// frequencies are one octave from these, towards 1 kHz, so a full boost is 11 dB at 100 Hz and
+    /// at 10 kHz, and less than 0.1 dB at 1 kHz.
     static constexpr double bassCornerHz = 200;
     static constexpr double trebleCornerHz = 5000;
 
@@ -44,7 +44,7 @@ class ToneControl {
     // One thread at a time; never allocates.
 
     /// Filters `frames` in place. After a slider was moved, the gain changes gradually. Filtered
-    /// sound fits into 16 bits; with neutral sliders, `frames` is not limited.
+    /// samples fit into 16 bits. With neutral sliders, samples may exceed 16 bits.
     void apply(std::span<WideFrame> frames);
     /// Called before a new sound: applies the sliders' positions at once, without a ramp.
     void restart();
