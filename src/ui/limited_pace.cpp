@@ -5,23 +5,33 @@
 
 namespace sonarith {
 
-LimitedPace::LimitedPace(std::chrono::milliseconds interval, std::function<void()> show)
-    : show_(std::move(show)) {
-    pause_.setSingleShot(true);
-    pause_.setInterval(interval);
-    QObject::connect(&pause_, &QTimer::timeout, &pause_, [this] {
+LimitedPace::LimitedPace(std::chrono::milliseconds interval, First first,
+                         std::function<void()> show)
+    : first_(first), show_(std::move(show)) {
+    interval_.setSingleShot(true);
+    interval_.setInterval(interval);
+    QObject::connect(&interval_, &QTimer::timeout, &interval_, [this] {
         if (std::exchange(requested_, false)) {
-            request();
+            this->show();
         }
     });
 }
 
 void LimitedPace::request() {
-    if (pause_.isActive()) {
+    if (interval_.isActive()) {
         requested_ = true;
-        return;
+    } else if (first_ == First::delayed) {
+        requested_ = true;
+        interval_.start();
+    } else {
+        show();
     }
-    pause_.start();
+}
+
+void LimitedPace::show() {
+    if (first_ == First::atOnce) {
+        interval_.start();
+    }
     show_();
 }
 

@@ -9,22 +9,29 @@
 
 namespace sonarith {
 
-/// For moving pictures: 25 pictures a second, as in films and television.
+/// For moving pictures: twenty pictures a second still seem to move.
 inline constexpr std::chrono::milliseconds pictureInterval{40};
 
 class LimitedPace {
   public:
-    /// `show` shows the present value. It must be valid as long as this object.
-    LimitedPace(std::chrono::milliseconds interval, std::function<void()> show);
+    /// When a request is shown that begins an interval. `delayed` shows several changes that come
+    /// together as one.
+    enum class First { atOnce, delayed };
 
-    /// Runs `show` at once if it did not run within the last interval. Otherwise `show` runs when
-    /// that interval ends, once for all requests until then.
+    /// `show` shows the present value. It must be valid as long as this object.
+    LimitedPace(std::chrono::milliseconds interval, First first, std::function<void()> show);
+
+    /// Runs `show` when the present interval ends, once for all requests until then. If no interval
+    /// is running, begins one; `first` decides whether `show` then runs at once or at its end.
     void request();
 
   private:
+    void show();
+
+    First first_;
     std::function<void()> show_;
-    QTimer pause_; ///< runs for one interval after each `show`
-    bool requested_ = false;
+    QTimer interval_;
+    bool requested_ = false; ///< since the interval began
 };
 
 } // namespace sonarith

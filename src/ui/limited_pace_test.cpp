@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/limited_pace.h"
 
+#include <functional>
+#include <vector>
+
 #include <QElapsedTimer>
 #include <QTest>
 #include <gtest/gtest.h>
@@ -13,13 +16,19 @@ using namespace std::chrono_literals;
 struct LimitedPaceTest : testing::Test {
     int value = 0;
     std::vector<int> shown;
-    LimitedPace pace{20ms, [this] {
-                         shown.push_back(value);
-                     }};
+    const std::function<void()> show = [this] {
+        shown.push_back(value);
+    };
+    LimitedPace pace{20ms, LimitedPace::First::atOnce, show};
+    LimitedPace delayed{20ms, LimitedPace::First::delayed, show};
 
     void change() {
         ++value;
         pace.request();
+    }
+    void changeDelayed() {
+        ++value;
+        delayed.request();
     }
 };
 
@@ -50,10 +59,23 @@ TEST_F(LimitedPaceTest, AValueShownAtTheEndOfAnIntervalStartsTheNextInterval) {
     EXPECT_EQ(shown.back(), 3);
 }
 
+TEST_F(LimitedPaceTest, ADelayedFirstRequestIsShownOnceWithThoseThatFollowIt) {
+    for (int round = 1; round <= 2; ++round) {
+        changeDelayed();
+        changeDelayed();
+        EXPECT_EQ(shown.size(), static_cast<std::size_t>(round - 1));
+        ASSERT_TRUE(
+            QTest::qWaitFor([&] { return shown.size() == static_cast<std::size_t>(round); }));
+        EXPECT_EQ(shown.back(), 2 * round);
+    }
+}
+
 TEST_F(LimitedPaceTest, NothingIsShownWithoutARequest) {
     change();
+    changeDelayed();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return shown.size() == 2; }));
     QTest::qWait(60);
-    EXPECT_EQ(shown.size(), 1U);
+    EXPECT_EQ(shown.size(), 2U);
 }
 
 } // namespace
