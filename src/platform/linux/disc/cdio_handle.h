@@ -28,7 +28,8 @@ using CdioHandle = std::unique_ptr<CdIo_t, CdioCloser>;
 void openTrayOf(const std::string& device);
 void closeTrayOf(const std::string& device);
 
-/// Reads the disc's table. The table has no tracks if there is no disc in the drive.
+/// Reads the disc's table. The table has no tracks if there is no disc in the drive or if `cdio` is
+/// not a drive.
 [[nodiscard]] RawToc rawTocOf(CdIo_t* cdio);
 
 } // namespace sonarith::disc

@@ -57,8 +57,8 @@ class CueParser {
         std::int64_t byte = 0;
         int sectorBytes = 0; ///< of the track of the last INDEX; 0: no INDEX yet
     };
-    /// The last INDEX that begins a segment. The segment's end is unknown until the next INDEX is
-    /// read.
+    /// The most recently read INDEX that begins a segment. The segment's end is unknown until the
+    /// next INDEX is read.
     struct OpenPoint {
         std::size_t file;
         std::int64_t sector;

@@ -11,10 +11,11 @@
 namespace sonarith::disc {
 
 /// `sheet` is the sheet's name in error messages. Keywords are case-insensitive. Supported are FILE
-/// (BINARY, MOTOROLA, WAVE), TRACK, INDEX, PREGAP, POSTGAP and "REM SESSION n"; comments and
-/// descriptions are skipped. A track's part from INDEX 00 to INDEX 01 is stored in the file; PREGAP
-/// and POSTGAP add silence that no file contains. A track may be spread over several FILEs, and
-/// several FILE lines may name the same file.
+/// (BINARY, MOTOROLA, WAVE), TRACK, INDEX, PREGAP, POSTGAP and "REM SESSION n"; other comments are
+/// skipped, and so are lines that only describe the disc or a track (isCueDescription()). A track's
+/// part from INDEX 00 to INDEX 01 is stored in the file; PREGAP and POSTGAP add silence that no
+/// file contains. A track may be spread over several FILEs, and several FILE lines may name the
+/// same file.
 [[nodiscard]] Result<ImageLayout> parseCue(std::string_view sheet, std::string_view text);
 
 } // namespace sonarith::disc

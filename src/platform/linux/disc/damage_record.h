@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Records which sectors of a disc could not be read without error, and how each of them was last
 // delivered. A sector is counted once, however often it is read. The record may outlive the Disc
-// object, so that the next load of the same disc continues it.
+// object, so that the next load of the same disc can continue the record.
 #pragma once
 
 #include <cstdint>
@@ -12,9 +12,9 @@
 
 namespace sonarith::disc {
 
-/// How a damaged sector was delivered to the player.
+/// How a sector was delivered to the player.
 enum class Delivery {
-    whole,
+    whole,   ///< without an error
     guess,   ///< as the drive's best guess
     silence, ///< nothing could be read
 };
@@ -33,8 +33,8 @@ class DamageRecord {
     mutable std::mutex mutex_;
     // Each vector is indexed by sector, up to the last damaged one: 56 KB for the longest disc.
     std::vector<bool> damaged_; ///< damaged in at least one read
-    std::vector<bool> guessed_; ///< guessed in the last read
-    std::vector<bool> silent_;  ///< silent in the last read
+    std::vector<bool> guessed_; ///< the sector was last delivered as a guess
+    std::vector<bool> silent_;  ///< the sector was last delivered as silence
     std::int64_t count_ = 0;
 };
 

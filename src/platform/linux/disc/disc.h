@@ -31,8 +31,8 @@ enum class TrackKind { audio, data };
 struct Track {
     TrackKind kind = TrackKind::audio;
     /// The length from this track's INDEX 01 to the next track's INDEX 01, so it includes the pause
-    /// before the next track. If playing cannot continue into the next track, or there is none: the
-    /// length to the end of this track's own content.
+    /// before the next track. If playing cannot continue into the next track, or there is no next
+    /// track: the length to the end of this track's own content.
     std::int64_t sectors = 0;
 };
 
@@ -137,7 +137,8 @@ class Drive {
     [[nodiscard]] virtual DriveKind kind() const = 0;
     /// For messages, in the middle of a sentence: "the drive /dev/sr0".
     [[nodiscard]] virtual std::string name() const = 0;
-    /// Reads the table of the medium now in the drive. May block as long as the device takes.
+    /// Reads the table of the medium that is now in the drive. May block as long as the device
+    /// takes.
     [[nodiscard]] virtual Loaded load() = 0;
     /// Like load(), but for callers that poll and must not be blocked: returns empty while the
     /// table is still being read. This default implementation blocks like load().

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Plays a disc into a line of the sound card: a reader thread reads up to 4 s of sound ahead, and
-// the sound engine pulls it. The position counts only the frames that the engine has pulled. This
-// class parses no commands.
+// the sound engine (the thread that advances the sound card) pulls that sound. The position counts
+// only the frames that the engine has pulled. This class parses no commands.
 #pragma once
 
 #include <chrono>
@@ -23,8 +23,8 @@ enum class PlayerMode { stopped, playing, paused };
 class DiscPlayer : public sound::SampleSource {
   public:
     explicit DiscPlayer(std::shared_ptr<Disc> disc, ThreadStarter starter = startThread);
-    /// Asks the current read to stop and waits 5 ms for its end. If the read hangs, the reader's
-    /// thread and the disc exist until the device returns.
+    /// Asks the current read to stop and waits at most 5 ms for its end. If the read hangs, the
+    /// reader's thread and the disc exist until the read returns.
     ~DiscPlayer() override;
     DiscPlayer(const DiscPlayer&) = delete;
     DiscPlayer& operator=(const DiscPlayer&) = delete;
@@ -54,9 +54,9 @@ class DiscPlayer : public sound::SampleSource {
     [[nodiscard]] bool gone() const;
 
     /// The supply is `starving` while too little has been read and while paused, `ended` while
-    /// stopped, and `lost` once the medium is gone and everything read before has been pulled (the
-    /// mode is still `playing` then). After a full block the supply is always `flowing`, even if
-    /// that block is the last one.
+    /// stopped, and `lost` once the medium is gone and all sound that was read before has been
+    /// pulled (the mode is still `playing` then). After a full block the supply is always
+    /// `flowing`, even if that block is the last one.
     [[nodiscard]] sound::Pulled pull(std::span<sound::StereoFrame> block) override;
 
   private:

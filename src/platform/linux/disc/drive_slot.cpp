@@ -53,7 +53,7 @@ struct DriveSlot::Reports {
     std::mutex mutex; ///< protects the members below, since any thread may destroy a disc
     /// The last loaded disc, until it is destroyed. Its remark may change while the disc is read.
     const ReportedDisc* disc = nullptr;
-    std::string lastRemark; ///< of the last loaded disc, once it has been destroyed
+    std::string lastRemark; ///< of the last loaded disc, after that disc was destroyed
 };
 
 /// Forwards all calls to the wrapped disc. The destructor stores that disc's last remark.

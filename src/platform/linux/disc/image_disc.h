@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A disc stored in files: a sheet (a CUE or TOC file, which describes the tracks) and the files
-// that the sheet names. ImageDisc never reloads changed files; ImageDrive does.
+// Reads a disc that is stored in files: a sheet (a CUE or TOC file, which describes the tracks) and
+// the files that the sheet names. ImageDisc never reloads changed files; ImageDrive does.
 #pragma once
 
 #include <atomic>
@@ -20,9 +20,9 @@ class ImageDisc final : public Disc {
   public:
     /// Reads the sheet at `path` and opens its files. The extension ".cue" or ".toc", in upper or
     /// lower case, determines the kind of sheet; with any other extension, the text of the sheet
-    /// does. Errors have file, line and cause in the message. Their numbers are fileNotFound and
-    /// permissionDenied for the sheet or a file that it names, and other numbers for all other
-    /// causes.
+    /// does. Errors have file, line and cause in the message. The error number is fileNotFound if
+    /// the sheet or a file that it names is missing, and permissionDenied if this user may not read
+    /// one of them; all other causes have other numbers.
     [[nodiscard]] static Result<std::shared_ptr<ImageDisc>> open(const std::filesystem::path& path);
 
     [[nodiscard]] const Table& table() const override { return line_.table; }

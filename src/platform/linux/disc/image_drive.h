@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A drive whose disc is a disc image that the user has chosen. The drive caches no disc: each load
-// reads the files again.
+// Emulates a drive whose disc is a disc image that the user has chosen. The drive caches no disc:
+// each load reads the files again.
 #pragma once
 
 #include <filesystem>
@@ -23,8 +23,8 @@ class ImageDrive final : public Drive {
     /// trayOpen without a message.
     [[nodiscard]] Loaded load() override;
     /// Returns false while the tray is open or the sheet does not exist, and after a failed load
-    /// until the files can be read. Returns false once if a file of the loaded disc has been
-    /// replaced, written to or deleted while the disc is in use: later reads of that disc return
+    /// until the files can be read. If a file of the loaded disc was replaced, written to or
+    /// deleted while the disc is in use, one call returns false: later reads of that disc return
     /// `gone`, and load() reads the new content.
     [[nodiscard]] bool mediaPresent() override;
     /// Ejects the loaded disc: later reads return `gone`, even for a player that still uses the

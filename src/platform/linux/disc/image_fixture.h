@@ -19,8 +19,8 @@
 
 namespace sonarith::disc {
 
-/// Frame `number` of the ramp, which is the one that tools/make_disc_image.py creates. No frame is
-/// silent.
+/// Frame `number` of the ramp, the test sound that tools/make_disc_image.py also creates. No frame
+/// is silent.
 inline sound::StereoFrame rampFrame(std::int64_t number) {
     return {static_cast<std::int16_t>(static_cast<std::uint16_t>(number & 0xffff)),
             static_cast<std::int16_t>(static_cast<std::uint16_t>((number >> 16) ^ 0x5a5a))};
@@ -58,7 +58,8 @@ inline std::vector<sound::StereoFrame> wholeLine(Disc& disc, std::int64_t sector
     const std::int64_t end = disc.table().sectors();
     for (std::int64_t sector = 0; sector < end; sector += sectorsAtOnce) {
         const auto count = std::min(sectorsAtOnce, end - sector);
-        // Not silent initially, so that a frame that is not written is detected.
+        // The block is not silent initially, so that a frame that read() does not write is
+        // detected.
         std::vector<sound::StereoFrame> block(static_cast<std::size_t>(count * framesPerSector),
                                               {0x1111, 0x1111});
         EXPECT_EQ(disc.read(sector, block), ReadOutcome::ok) << "at sector " << sector;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The parsed content of a disc image's sheet (CUE or TOC): the files that it names, and the
-// segments of each track. The files themselves have not been examined yet.
+// Represents the parsed content of a disc image's sheet (CUE or TOC): the files that the sheet
+// names, and the segments of each track. A layout contains nothing that must be read from those
+// files.
 #pragma once
 
 #include <cstddef>
@@ -50,8 +51,8 @@ struct Segment {
 struct LayoutTrack {
     TrackKind kind = TrackKind::audio;
     int line = 0; ///< in the sheet
-    /// From INDEX 01 to the next track's INDEX 01. A total that is not a whole number of sectors is
-    /// padded with silence.
+    /// The content from INDEX 01 to the next track's INDEX 01. If its length is not a whole number
+    /// of sectors, the last sector is padded with silence.
     std::vector<Segment> segments;
 };
 
@@ -64,7 +65,7 @@ struct ImageLayout {
 struct SheetTrack {
     TrackKind kind = TrackKind::audio;
     int line = 0;
-    bool opensSession = false;  ///< a gap between sessions precedes it
+    bool opensSession = false;  ///< a gap between sessions precedes the track
     std::vector<Segment> pause; ///< the part before its INDEX 01
     std::vector<Segment> body;  ///< from its INDEX 01 on
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Finds the files that a disc image's sheet names. Upper and lower case may differ, because sheets
-// may come from case-insensitive systems. The parsers check whether a name is valid.
+// Finds the files that a disc image's sheet names. The letters of a name in the sheet and of the
+// file's own name may differ in case, because sheets may have been written on case-insensitive
+// systems. The parsers check whether a name is valid.
 #pragma once
 
 #include <filesystem>

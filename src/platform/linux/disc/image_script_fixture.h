@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Runs tools/make_disc_image.py for tests that play its images. For tests only.
+// Runs tools/make_disc_image.py for tests that play the images that the script creates. For tests
+// only.
 #pragma once
 
 #include <cstdlib>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Places a layout on the disc's time line once the lengths of its files are known, and reports
-// files that are too short. It reads no file.
+// Places the segments of a layout (image_layout.h) on the disc's time line, given the lengths of
+// the layout's files, and reports files that are too short. It reads no file.
 #pragma once
 
 #include <cstdint>

@@ -38,7 +38,8 @@ bool beginsSession(const RawToc& toc, std::size_t index) {
     // new session, unless the drive reports a last session that began after the first track and
     // before this one. A reported start equal to the first track's is ignored, because a drive
     // without session information also returns that value. If in doubt, a session is assumed: a
-    // track that is two minutes too short is better than a read into the gap, where drives hang.
+    // track that is two and a half minutes too short is better than a read into the gap, where
+    // drives hang.
     const std::int64_t lastSession = toc.lastSessionStart.value_or(0);
     const bool beganBefore = lastSession > toc.tracks.front().start && lastSession < track.start;
     return dataAfterAudio && !beganBefore;

@@ -46,14 +46,14 @@ struct Stretch {
 /// The table of a disc, and the mapping from its time line to the drive's sectors.
 class OpticalLayout {
   public:
-    /// Empty for a table that no disc can have. A file that is not a drive and a drive without
-    /// information return such tables.
+    /// Empty for a table that no disc can have. The library returns such tables for a file that is
+    /// not a drive and for a drive without information about its disc.
     [[nodiscard]] static std::optional<OpticalLayout> of(const RawToc& toc);
 
     [[nodiscard]] const Table& table() const { return table_; }
     /// The longest stretch of sectors of one kind that is contiguous on the disc, starting at
-    /// `sector` of the time line. Has no sectors if `sector` is at or after the end of the time
-    /// line.
+    /// `sector` of the time line. The stretch has no sectors if `sector` is at or after the end of
+    /// the time line.
     [[nodiscard]] Stretch stretchAt(std::int64_t sector) const;
 
   private:

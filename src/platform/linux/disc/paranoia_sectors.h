@@ -53,8 +53,8 @@ class ParanoiaSectors : public AudioSectors {
     const SectorCommands::Command command_;
     const std::function<bool()> isGone_;
     SectorCommands commands_;
-    cdrom_drive_t* drive_ = nullptr;       ///< null before the first read, or if unsupported
-    cdrom_paranoia_t* paranoia_ = nullptr; ///< null without drive_, or if memory ran out
+    cdrom_drive_t* drive_ = nullptr;       ///< null before the first read, or if opening failed
+    cdrom_paranoia_t* paranoia_ = nullptr; ///< null if and only if drive_ is null
     bool triedToOpen_ = false;
     bool repositioned_ = false; ///< the paranoia reader must still be positioned at next_
     std::int64_t next_ = 0;
@@ -62,7 +62,7 @@ class ParanoiaSectors : public AudioSectors {
     Clock::time_point deadline_;
     std::stop_token stop_;                 ///< of the current call of next()
     bool failed_ = false;                  ///< a command has failed in this call of next()
-    std::map<std::int64_t, int> failures_; ///< number for each sector, since the last seek
+    std::map<std::int64_t, int> failures_; ///< failed reads of each sector, since the last seek
     std::set<std::int64_t> bad_;           ///< sectors that repair does not try any more
     std::int64_t limit_ = 0; ///< how far repair may read: the next bad sector, or end_
     bool gone_ = false;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Computes how much time is spent on a damaged disc. Each read has a time budget, which shrinks
-// while successive reads use it up. Pure arithmetic on times that the caller measures; it reads
+// Computes how much time is spent on a damaged disc. Each read has a time budget, which is halved
+// after each read that exceeds it. Pure arithmetic on times that the caller measures; it reads
 // nothing.
 #pragma once
 

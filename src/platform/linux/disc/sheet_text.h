@@ -31,7 +31,7 @@ inline constexpr std::int64_t maxDiscFrames = maxDiscSectors * framesPerSector;
 
 /// The message "SHEET, line N: cause", or "SHEET: cause" for line 0, as a deviceInputOutput error.
 [[nodiscard]] Error sheetError(std::string_view sheet, int line, std::string_view cause);
-/// The same message with the error number of `cause`.
+/// The same message, with the text and the error number of `cause`.
 [[nodiscard]] Error sheetError(std::string_view sheet, int line, const Error& cause);
 /// `text` in quotation marks, safe to display: valid UTF-8, no control characters, bounded in
 /// length.

@@ -38,7 +38,8 @@ class TocTrack {
     /// truncated sheet.
     [[nodiscard]] TocTrackCheck index(std::int64_t sectors, int line);
 
-    /// Called after the last statement: splits the content at its start and checks the times.
+    /// Called after the last statement: splits the content where START defines it and checks the
+    /// times.
     [[nodiscard]] TocTrackCheck close();
     /// Valid only after close().
     [[nodiscard]] const SheetTrack& content() const { return content_; }

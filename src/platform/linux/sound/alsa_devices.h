@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Opens and lists ALSA devices, for playback and capture. Devices are opened in the format of the
-// software sound card. This part transfers no sound.
+// software sound card. It transfers no sound.
 #pragma once
 
 #include <memory>

@@ -21,7 +21,8 @@
 
 namespace sonarith::sound {
 
-/// The state of the device. It outlives the device, so that a test can inspect it.
+/// The state of a fake device. It outlives the FakeCapture object, so that a test can inspect the
+/// state.
 struct CaptureDevice {
     std::mutex mutex;
     std::condition_variable changed;
@@ -92,7 +93,8 @@ class FakeCapture : public PcmCapture {
     std::shared_ptr<CaptureDevice> device_;
 };
 
-/// Opens `device` for a pump; fails while it is missing.
+/// Returns a function that opens `device` for a pump. That function fails while the device is
+/// missing.
 inline OpenCapture openerOf(std::shared_ptr<CaptureDevice> device) {
     return [device = std::move(device)]() -> std::unique_ptr<PcmCapture> {
         {

@@ -17,8 +17,8 @@ namespace sonarith::sound {
 class CardMixer final : public Mixer {
   public:
     /// A null `card` means a machine without a mixer: opening fails. The card must outlive this
-    /// object; `now` is the clock that advances the card. `toneChanged` is called after each write
-    /// of bass or treble.
+    /// object; `now` is the clock of the card's thread. `toneChanged` is called after each write of
+    /// bass or treble.
     explicit CardMixer(SoundCard* card, std::function<void()> toneChanged = {},
                        SoundCardThread::Clock now = monotonicNow);
 

@@ -18,7 +18,7 @@ bool hasFlag(const WaveHeader& header, std::uint32_t flag) {
     return (header.dwFlags & flag) != 0;
 }
 
-/// `done` is set last because the caller may change the header as soon as it is set.
+/// `done` is set last because the caller may change the header as soon as `done` is set.
 void markDone(WaveHeader& header) {
     header.dwFlags &= ~wave_header::inQueue;
     header.dwFlags |= wave_header::done;
@@ -30,7 +30,7 @@ void markDone(WaveHeader& header) {
 class CardWaveInput::Tape final : public RecordingSink {
   public:
     explicit Tape(std::unique_ptr<WaveConverter> converter) : converter_(std::move(converter)) {
-        queue_.reserve(16); // no caller has more buffers, so the card's thread never allocates
+        queue_.reserve(16); // no caller has more buffers, so add() never allocates under the lock
     }
 
     void record(std::span<const StereoFrame> frames) override {
@@ -176,7 +176,7 @@ WaveResult CardWaveInput::start(WaveInHandle handle) {
     }
     if (!std::exchange(running_, true)) {
         card_.setListener(tape_, now_());
-        held_ = nullptr; // the card owns it now
+        held_ = nullptr; // the card keeps the input open now
     }
     return WaveResult::noError;
 }

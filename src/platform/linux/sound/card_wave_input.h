@@ -21,7 +21,7 @@ class CardWaveInput final : public WaveInput {
     /// input is silent.
     static constexpr std::chrono::milliseconds inputPatience{40};
 
-    /// The card must outlive this object; `now` is the clock that advances the card.
+    /// The card must outlive this object; `now` is the clock of the card's thread.
     explicit CardWaveInput(SoundCard& card, SoundCardThread::Clock now = monotonicNow);
     ~CardWaveInput() override;
     CardWaveInput(const CardWaveInput&) = delete;

@@ -17,7 +17,8 @@ class PlaybackFeed {
   public:
     // The card's side.
 
-    /// Frames that do not fit are dropped. While no device is open, silence is dropped, too.
+    /// Frames that do not fit are dropped. While no device is open and the queue is empty, silence
+    /// is dropped, too.
     void add(std::span<const StereoFrame> frames);
     /// Asks the thread to end; its waits return.
     void leave();
@@ -41,8 +42,8 @@ class PlaybackFeed {
     /// The most frames in the queue: 250 ms, so that a slow device cannot lag far behind.
     static constexpr std::size_t queueFrames = frameRate / 4;
 
-    /// Waits until `done` returns true, but at most `atMost`. The thread is woken only when
-    /// `frames` frames are queued.
+    /// Waits until `done` returns true, but at most `atMost`. During the wait, add() wakes the
+    /// thread only if at least `frames` frames are queued.
     template <typename Done>
     bool waitFor(std::unique_lock<std::mutex>& lock, std::chrono::milliseconds atMost,
                  std::size_t frames, Done done) {

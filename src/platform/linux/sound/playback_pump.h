@@ -21,7 +21,7 @@ class PlaybackPump : public SpeakerSink {
   public:
     /// `open` is called at the first sound, and again after a loss. `open` and `report` must own
     /// what they use. If no thread can be started, the device counts as lost, and `play` tries
-    /// again after `retryAfter`.
+    /// again to start one after `retryAfter`.
     explicit PlaybackPump(OpenPlayback open, PlaybackTiming timing = {}, ReportDevice report = {},
                           ThreadStarter starter = startThread);
     ~PlaybackPump() override;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Plays on one open device, from its first frames until it is closed. It fills the device's buffer
-// before it starts the device, plays each sound to its end, and recovers from underruns.
+// Plays on one open device, from the first frames until the device is closed. It fills the device's
+// buffer before it starts the device, plays each sound to its end, and recovers from underruns.
 #pragma once
 
 #include <chrono>

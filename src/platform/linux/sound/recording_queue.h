@@ -33,8 +33,8 @@ class RecordingQueue : public RecordingSink {
     static constexpr std::size_t stallFrames = std::size_t{3} * frameRate;
 
     enum class Flow { stalled, flowing };
-    /// `onFlow` is called at the beginning of a stall on the card's thread, and at its end on the
-    /// thread that calls `take`. It must return at once and must not call this object.
+    /// `onFlow` is called when a stall begins, on the card's thread, and when the stall ends, on
+    /// the thread that calls `take`. It must return at once and must not call this object.
     explicit RecordingQueue(std::function<void(Flow)> onFlow) : onFlow_(std::move(onFlow)) {}
 
     // The card's side.

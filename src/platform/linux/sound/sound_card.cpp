@@ -20,8 +20,8 @@ std::int64_t framesIn(SoundCard::Time span) {
 }
 
 /// The disc is pulled last: only then is it known how many frames the other lines can deliver, and
-/// no more are requested from it. All frames that it has counted are played, so a track ends at its
-/// exact position.
+/// no more frames than that are requested from the disc. All frames that the disc has counted are
+/// played, so a track ends at its exact position.
 constexpr std::array<Line, lineCount> pullOrder{Line::externalInput, Line::waveOut,
                                                 Line::compactDisc};
 
@@ -131,7 +131,7 @@ void SoundCard::followInput() {
     if (!wanted) {
         return;
     }
-    // Outside the lock, since it starts a thread.
+    // acquire() is called outside the lock, since it starts a thread.
     const std::shared_ptr<SampleSource> opened = wanted->acquire();
     const std::lock_guard lock(mutex_);
     if (wantsInput() && input_ == wanted && !channel(Line::externalInput).source) {
@@ -224,7 +224,7 @@ bool SoundCard::maySound() const {
            });
 }
 
-/// A card that was idle gets a new clock, and its filters are cleared.
+/// If the card was idle, restarts its clock and clears the filters of its tone control.
 void SoundCard::beginAnewIfIdle(Time now) {
     if (!hasWork()) {
         restartClock(now);
@@ -247,8 +247,8 @@ void SoundCard::produceDue(Time now, Released& released) {
         const std::size_t made = produceBlock(wanted, now, released);
         produced_ += static_cast<std::int64_t>(made);
         if (made < wanted) {
-            // A line starves or the recording has no space, and stops the card: the time that this
-            // takes is skipped, not caught up.
+            // A line starves or the recording has no space. Either stops the card, and the time
+            // until the card continues is not caught up.
             restartClock(now);
             return;
         }
@@ -285,8 +285,8 @@ std::size_t SoundCard::produceBlock(std::size_t wanted, Time now, Released& rele
     return frames;
 }
 
-/// Pulls until `wanted` frames wait, and returns how many frames the line can deliver. That is all
-/// of them for a line without a source: it is silent.
+/// Pulls until `wanted` frames wait, and returns how many frames the line can deliver. A line
+/// without a source is silent, so it can deliver all `wanted` frames.
 std::size_t SoundCard::fill(Channel& line, std::size_t wanted, Released& released) {
     if (line.source && line.waitingFrames < wanted) {
         const std::size_t room = wanted - line.waitingFrames;
@@ -301,8 +301,8 @@ std::size_t SoundCard::fill(Channel& line, std::size_t wanted, Released& release
     return line.source ? std::min(line.waitingFrames, wanted) : wanted;
 }
 
-/// How many frames of a block are recorded: none after the last one of a line that lost its source,
-/// since hours of silence after it would fill the disk.
+/// How many frames of a block are recorded. If a line has lost its source, nothing is recorded
+/// after the line's last frame, since hours of silence would fill the disk.
 std::size_t SoundCard::recordable(const Channel& line, std::size_t frames) {
     return line.lost ? std::min(frames, line.waitingFrames) : frames;
 }

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The software sound card: lines with volume and mute, a mixer with bass and treble for the
-// speakers, and a recorder whose sound these do not affect. It has no thread (sound_card_thread.h
-// drives it) and opens no device (alsa_output.h, external_input.h).
+// speakers, and a recorder whose sound is affected neither by volumes and mutes nor by bass and
+// treble. The card has no thread (sound_card_thread.h drives it) and opens no device
+// (alsa_output.h, external_input.h).
 #pragma once
 
 #include <array>
@@ -58,8 +59,8 @@ class SpeakerSink {
     virtual void play(std::span<const StereoFrame> frames) = 0;
 };
 
-/// Receives the recorder's sound, unaffected by volumes and mutes. Called under the card's lock; it
-/// never blocks.
+/// Receives the recorder's sound, unaffected by volumes and mutes. `record` and `room` are called
+/// under the card's lock and never block.
 class RecordingSink {
   public:
     virtual ~RecordingSink() = default;
@@ -76,9 +77,9 @@ class RecordingSink {
 /// Thread-safe; no member waits for sound to be played.
 ///
 /// Sources and sinks are called under the card's lock, by the thread that is inside the card at
-/// that moment: its own thread, or one that calls `advance` so that its next query (a position, a
-/// number of recorded bytes) is exact. They must not call the card. The card releases them outside
-/// its lock, so that a slow destructor blocks no other thread.
+/// that moment: the card's own thread, or another thread that calls `advance` so that its own next
+/// query (a position, a number of recorded bytes) is exact. They must not call the card. The card
+/// releases them outside its lock, so that a slow destructor blocks no other thread.
 class SoundCard {
   public:
     using Time = std::chrono::nanoseconds; ///< of a monotonic clock with any origin
@@ -95,7 +96,8 @@ class SoundCard {
     /// that were pulled are still played; for a disc, all of them have been played already.
     void detach(Line line);
     /// Like detach(), but only if `source` is still the line's source: a source that has replaced
-    /// it stays. Returns whether `source` was still the line's source; after its end it is not.
+    /// it stays. Returns whether `source` was still the line's source; a source that has ended is
+    /// not.
     bool detachSource(Line line, const SampleSource& source);
 
     /// Delivers every frame that is due after `now` to `sink`, which replaces an earlier sink.
@@ -103,9 +105,9 @@ class SoundCard {
     /// After this returns, the sink is not called any more; all frames due up to `now` have been
     /// delivered to it.
     void stopRecording(Time now);
-    /// From now on `sink` receives the recorder's source, whether it records or not, and replaces
-    /// an earlier listener; null for none. While the source is silent or lost, the listener
-    /// receives silence. A listener never stops the card: its room() is not called.
+    /// From now on `sink` receives the sound of the recorder's source, whether the recorder records
+    /// or not, and replaces an earlier listener; null for none. While the source is silent or lost,
+    /// the listener receives silence. A listener never stops the card: its room() is not called.
     void setListener(std::shared_ptr<RecordingSink> sink, Time now);
     /// Takes effect with the next frame that is produced. While `source` is the external input,
     /// `input` is open as long as there is a recording or a listener.
@@ -208,7 +210,7 @@ class SoundCard {
     ToneControl tone_; ///< applied under mutex_
     PeakMeter recorderPeak_;
     Time origin_{};             ///< the time from which frames are due
-    std::int64_t produced_ = 0; ///< frames since then
+    std::int64_t produced_ = 0; ///< frames produced since origin_
 
     std::mutex wakeUpMutex_; ///< never locked together with mutex_
     std::function<void()> wakeUpHook_;

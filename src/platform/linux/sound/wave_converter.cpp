@@ -20,8 +20,8 @@ constexpr std::uint32_t highestRate = 192'000;
 /// Frames that the rate converter may hold back and deliver with a later block.
 constexpr std::size_t heldBackFrames = 256;
 
-/// After so much silence the resampler's filter contains nothing else: at the lowest rate it
-/// reaches 212 frames to either side.
+/// After this many silent frames the resampler's filter contains only silence: at the lowest rate
+/// the filter extends over 212 frames to either side.
 constexpr std::size_t settledFrames = 2 * heldBackFrames;
 
 bool isOffered(const WaveFormat& format) {
@@ -101,7 +101,8 @@ bool WaveConverter::isSettledSilence(std::span<const StereoFrame> frames) {
     return settled;
 }
 
-/// Resampling takes most of the processor time of a silent card, and the result is known.
+/// Produces silence without the resampler: resampling would take most of the processor time of a
+/// silent card, and its result is known.
 void WaveConverter::passSilence(std::size_t frames) {
     silentRemainder_ += std::uint64_t{frames} * rate_;
     const auto count = static_cast<std::size_t>(silentRemainder_ / frameRate) * channels_;

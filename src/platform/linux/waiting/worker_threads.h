@@ -14,7 +14,7 @@ namespace sonarith::waiting {
 class WorkerThreads {
   public:
     explicit WorkerThreads(ThreadStarter starter = startThread);
-    /// Ends the idle thread. A thread whose job has not returned continues until it returns.
+    /// Ends the idle thread. A thread whose job has not returned continues until the job returns.
     ~WorkerThreads();
     WorkerThreads(const WorkerThreads&) = delete;
     WorkerThreads& operator=(const WorkerThreads&) = delete;
