@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests handles without a disc. paranoia_sectors_test.cpp tests reading the tables of real images.
+// Tests handles without a disc. paranoia_sectors_test.cpp tests rawTocOf() with a disc image.
 #include "platform/linux/disc/cdio_handle.h"
 
 #include <gmock/gmock.h>
@@ -11,7 +11,7 @@ TEST(CdioHandle, IsEmptyForAMissingDevice) {
     EXPECT_FALSE(openCdio("/dev/no-such-drive"));
 }
 
-// Two threads in the library's log at once would end the process.
+// Two threads that log at the same time would end the process, so the log must stay disabled.
 TEST(CdioHandle, KeepsTheLibrarysLogSilent) {
     EXPECT_FALSE(openCdio("/dev/no-such-drive"));
     static int messages = 0;

@@ -54,7 +54,7 @@ TEST(CueParser, AStoredPauseBelongsToThePreviousTrack) {
                                  "TRACK 01 AUDIO\nINDEX 00 00:00:00\nINDEX 01 00:02:00\n"
                                  "TRACK 02 AUDIO\nINDEX 00 00:04:00\nINDEX 01 00:06:00\n");
     EXPECT_THAT(layout.tracks[0].segments, ElementsAre(soundOf(0, 150, 150), soundOf(0, 300, 150)))
-        << "the content before track 1 is not on the time line";
+        << "the content before track 1 must not be on the time line";
     EXPECT_THAT(layout.tracks[1].segments, ElementsAre(soundOf(0, 450, toFileEnd)));
 }
 
@@ -89,7 +89,7 @@ TEST(CueParser, EachTrackCanHaveItsOwnFile) {
     EXPECT_THAT(layout.tracks[1].segments, ElementsAre(soundOf(1, 150, toFileEnd)));
 }
 
-TEST(CueParser, APauseCanBeAtTheEndOfThePreviousFile) {
+TEST(CueParser, APauseCanBeAtTheEndOfThePreviousTracksFile) {
     const auto layout = accepted("FILE 1.wav WAVE\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"
                                  "TRACK 02 AUDIO\nINDEX 00 00:04:00\n"
                                  "FILE 2.wav WAVE\nINDEX 01 00:00:00\n");

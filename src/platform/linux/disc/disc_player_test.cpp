@@ -18,8 +18,8 @@ using sound::Pulled;
 using sound::StereoFrame;
 using sound::Supply;
 
-// 10 ms at 44100 Hz. A sector's 588 frames are no multiple of it, so block and sector boundaries
-// differ.
+// 10 ms at 44100 Hz. The 588 frames of a sector are no multiple of a block, so block and sector
+// boundaries differ.
 constexpr std::size_t blockFrames = 441;
 
 std::shared_ptr<FakeDisc> discOf(std::vector<Track> tracks) {
@@ -59,7 +59,7 @@ Pulled pullBlock(DiscPlayer& player) {
     return player.pull(block);
 }
 
-TEST(DiscPlayer, IsStoppedAtTheBeginningAndReadsNothing) {
+TEST(DiscPlayer, IsInitiallyStoppedAndReadsNothing) {
     const auto disc = longDisc();
     DiscPlayer player(disc);
     EXPECT_EQ(player.mode(), PlayerMode::stopped);
@@ -99,7 +99,7 @@ TEST(DiscPlayer, NeverReadsFurtherAheadThanFourSeconds) {
     const auto disc = longDisc();
     DiscPlayer player(disc);
     ASSERT_TRUE(player.play(0, 10000).ok());
-    // Waits until the queue is full, since nothing is pulled yet.
+    // Waits until the reader has read 4 s ahead; it can do so because nothing is pulled yet.
     constexpr std::int64_t ahead = 4 * sectorsPerSecond;
     while (disc->furthest() < ahead) {
         std::this_thread::yield();
@@ -367,7 +367,7 @@ TEST(DiscPlayer, APlayFailsWhileNoThreadCanBeStarted) {
     threads.free(1);
     ASSERT_TRUE(player.play(7, 9).ok());
     EXPECT_EQ(playToItsEnd(player), framesAt(7 * framesPerSector, 2 * framesPerSector));
-    ASSERT_TRUE(player.play(1, 2).ok()) << "the next play uses the same thread";
+    ASSERT_TRUE(player.play(1, 2).ok()) << "the next play must use the same thread";
 }
 
 } // namespace

@@ -85,13 +85,13 @@ TEST_F(DriveSlotTest, DistinguishesADeviceNodeFromAnImage) {
                                   "image /dev/shm/disc.cue", "image disc.toc"));
 }
 
-TEST_F(DriveSlotTest, KeepsTheDriveAndItsOpenTrayUntilTheUserChooses) {
+TEST_F(DriveSlotTest, KeepsTheDriveAndItsOpenTrayUntilTheUserMakesAChoice) {
     configured = "/a.cue";
     slot.openDrive()->openTray();
     EXPECT_FALSE(slot.openDrive()->mediaPresent());
     EXPECT_EQ(made.size(), 1u);
     slot.choiceMade();
-    EXPECT_TRUE(slot.openDrive()->mediaPresent()) << "the same image is inserted again";
+    EXPECT_TRUE(slot.openDrive()->mediaPresent()) << "the same image must be inserted again";
     EXPECT_EQ(made.size(), 1u);
     configured = "/b.cue";
     slot.choiceMade();
@@ -134,7 +134,7 @@ TEST_F(DriveSlotTest, ReportsTheCurrentRemarkOfTheDisc) {
     EXPECT_EQ(slot.report().text, "2 sectors could not be read");
 }
 
-TEST_F(DriveSlotTest, KeepsTheMessageOfADiscThatIsNoLongerOpen) {
+TEST_F(DriveSlotTest, KeepsTheRemarkOfADiscThatWasDestroyed) {
     configured = "/a.cue";
     const auto disc = std::make_shared<RemarkingDisc>();
     disc->words = "disc.bin is shorter than its table";
@@ -143,7 +143,7 @@ TEST_F(DriveSlotTest, KeepsTheMessageOfADiscThatIsNoLongerOpen) {
     EXPECT_EQ(slot.report().text, "disc.bin is shorter than its table");
 }
 
-TEST_F(DriveSlotTest, ClearsTheMessageOfAPreviousDiscWhenTheDriveIsEmpty) {
+TEST_F(DriveSlotTest, ClearsTheRemarkOfAPreviousDiscWhenTheDriveIsEmpty) {
     configured = "/a.cue";
     const auto disc = std::make_shared<RemarkingDisc>();
     disc->words = "torn";
@@ -151,12 +151,13 @@ TEST_F(DriveSlotTest, ClearsTheMessageOfAPreviousDiscWhenTheDriveIsEmpty) {
     Loaded former = slot.openDrive()->load();
     state->loaded = {};
     EXPECT_EQ(slot.openDrive()->load().disc, nullptr);
-    EXPECT_EQ(slot.report().text, "") << "even while the previous disc is still in use";
+    EXPECT_EQ(slot.report().text, "")
+        << "the remark of the previous disc, which is still in use, was reported";
     former.disc.reset();
     EXPECT_EQ(slot.report().text, "");
 }
 
-TEST_F(DriveSlotTest, ARemarkOfAPreviousDiscIsNotReportedForTheNextOne) {
+TEST_F(DriveSlotTest, DoesNotReportTheRemarkOfAPreviousDiscForTheNextDisc) {
     configured = "/a.cue";
     const auto torn = std::make_shared<RemarkingDisc>();
     torn->words = "torn";
@@ -178,7 +179,7 @@ TEST_F(DriveSlotTest, DoesNotReportTheProblemOfADriveThatIsNoLongerChosen) {
     EXPECT_EQ(slot.report().text, "");
 }
 
-/// A slot with the makers of real drives.
+/// For tests of slots that create real drives with realDriveMakers().
 class RealDriveSlot : public testing::Test {
   protected:
     waiting::WorkerThreads threads;
@@ -187,7 +188,8 @@ class RealDriveSlot : public testing::Test {
     DriveMakers makers = realDriveMakers({threads, waiting, notices});
 };
 
-// A queue of captures opens the drive again for each track.
+// A queue of captures opens the drive again for each track; the count must include all these
+// tracks.
 TEST_F(RealDriveSlot, KeepsTheCountOfDamagedSectorsWhenTheDriveIsOpenedAgain) {
     const ImageFolder folder;
     folder.writeFrames("a.bin", rampSectors(0, 90));

@@ -15,7 +15,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-TEST(DriveStatus, DistinguishesAMissingDeviceFromANonDrive) {
+TEST(DriveStatus, DistinguishesAMissingDeviceFromADeviceThatIsNotADrive) {
     const DriveStatus missing = statusOf("/dev/no-such-drive");
     EXPECT_EQ(missing.state, DriveState::unreachable);
     EXPECT_EQ(problemOf("/dev/no-such-drive", missing.error).text,

@@ -210,14 +210,14 @@ TEST(ImageDisc, RefusesASheetThatCannotBeReadToItsEnd) {
               0);
 }
 
-TEST(ImageDisc, RefusesAnEmptyBin) {
+TEST(ImageDisc, RefusesASheetWhoseBinFileIsEmpty) {
     const ImageFolder folder;
     folder.write("a.bin", "");
     EXPECT_THAT(refused(folder.write("a.cue", twoTracks("a.bin BINARY"))),
                 StartsWith("a.cue, line 2: no content of the disc was found"));
 }
 
-TEST(ImageDisc, ReadsOnlyASmallPartOfASheetOfTwoGibibytes) {
+TEST(ImageDisc, RefusesASheetOfTwoGibibytes) {
     const ImageFolder folder;
     for (const char* name : {"a.cue", "a.toc", "a.xyz"}) {
         folder.write(name, "REM\n");

@@ -77,11 +77,12 @@ TEST(Timeline, AStatedLengthMayEndAnywhereInASector) {
     ASSERT_EQ(line.value().sound.size(), 3U);
     EXPECT_EQ(line.value().sound[0].frames, 1234567);
     EXPECT_EQ(line.value().sound[1].frames, 589);
-    EXPECT_EQ(line.value().sound[2].start, line.value().sound[1].start + 589) << "there is no gap";
+    EXPECT_EQ(line.value().sound[2].start, line.value().sound[1].start + 589)
+        << "there is a gap between the two files";
     EXPECT_EQ(line.value().sound[2].frames, 1);
 }
 
-TEST(Timeline, AFileOneByteShorterThanStatedIsTruncated) {
+TEST(Timeline, ATrackWhoseFileIsOneByteTooShortIsTruncated) {
     const auto line = tocLine("TRACK AUDIO\nFILE \"a.bin\" 0 1234567\n", {1234567 * 4 - 1});
     EXPECT_EQ(line.value().sound[0].frames, 1234567 / 588 * 588);
     EXPECT_THAT(line.value().remark, HasSubstr("track 1 is truncated"));
@@ -114,7 +115,8 @@ TEST(Timeline, ATruncatedTrackKeepsItsStatedLength) {
 
 TEST(Timeline, CountsTheLostSectorsOfARange) {
     const ImageTimeline truncated = cueLine(threeTrackSheet, {400 * 2352 + 100}).value();
-    EXPECT_EQ(lostSectors(truncated, 0, 900), 500) << "the rest of track 2, and all of track 3";
+    EXPECT_EQ(lostSectors(truncated, 0, 900), 500)
+        << "the rest of track 2 and all of track 3 must count as lost";
     EXPECT_EQ(lostSectors(truncated, 300, 600), 200);
     EXPECT_EQ(lostSectors(truncated, 0, 400), 0);
     EXPECT_EQ(lostSectors(truncated, 399, 401), 1);
@@ -167,7 +169,7 @@ TEST(Timeline, ADataTrackHasALengthButNoSound) {
                               {100 * 2048, 2352});
     EXPECT_THAT(lengthsOf(line.value()), ElementsAre(100, 1));
     EXPECT_EQ(line.value().table.tracks[0].kind, TrackKind::data);
-    EXPECT_EQ(line.value().sound.size(), 1U) << "data does not count as sound";
+    EXPECT_EQ(line.value().sound.size(), 1U) << "data must not count as sound";
 }
 
 TEST(Timeline, ADiscWithoutAnyContentIsAnError) {
@@ -192,7 +194,7 @@ TEST(Timeline, ADiscThatIsLongerThanPossibleIsAnError) {
     EXPECT_FALSE(cueLine(threeTrackSheet, {INT64_MAX}).ok());
 }
 
-TEST(Timeline, ManyReferencesToHugeFilesDoNotOverflow) {
+TEST(Timeline, RefusesManyReferencesToAHugeFileWithoutOverflow) {
     std::string text = "TRACK AUDIO\n";
     for (int i = 0; i < 100; ++i) {
         text += "FILE \"a.bin\" 0\n";

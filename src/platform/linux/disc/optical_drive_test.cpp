@@ -20,7 +20,8 @@ using testing::StartsWith;
 
 class NoDrive : public testing::TestWithParam<const char*> {};
 
-// The library opens /dev/null without an error.
+// The library opens /dev/null without an error, so OpticalDrive itself must detect that it is not a
+// drive.
 INSTANTIATE_TEST_SUITE_P(OpticalDrive, NoDrive,
                          testing::Values("/dev/no-such-drive", "/dev/null", "/tmp", ""));
 

@@ -41,7 +41,7 @@ TEST(OpticalLayout, EndsTheSoundOfAnEnhancedDiscBeforeTheSessionGap) {
                 testing::ElementsAre(20000, 40000 - 11400, 10000));
 }
 
-TEST(OpticalLayout, DataAfterAudioCountsAsASessionIfTheDriveReportsNoLastSession) {
+TEST(OpticalLayout, DataAfterAudioCountsAsANewSessionIfTheDriveReportsNoLastSession) {
     EXPECT_THAT(lengthsOf(OpticalLayout::of(enhanced(std::nullopt))),
                 testing::ElementsAre(20000, 28600, 10000));
 }
@@ -51,7 +51,7 @@ TEST(OpticalLayout, ALastSessionThatBeginsWithTheFirstTrackIsIgnored) {
                 testing::ElementsAre(20000, 28600, 10000));
 }
 
-TEST(OpticalLayout, AssumesNoGapIfTheLastSessionBeganBeforeTheData) {
+TEST(OpticalLayout, AssumesNoGapBeforeDataIfTheLastSessionBeganEarlier) {
     EXPECT_THAT(lengthsOf(OpticalLayout::of(enhanced(20000))),
                 testing::ElementsAre(8600, 40000, 10000));
 }
@@ -75,7 +75,7 @@ TEST(OpticalLayout, DetectsTheGapBeforeASecondSessionOfSound) {
     EXPECT_THAT(lengthsOf(OpticalLayout::of(toc)), testing::ElementsAre(28600, 20000));
 }
 
-TEST(OpticalLayout, AssumesNoGapIfTheDataAreFirst) {
+TEST(OpticalLayout, AssumesNoGapAfterADataTrackThatIsTheFirstTrack) {
     const RawToc toc{{{data, 0}, {audio, 40000}}, 60000, std::nullopt};
     EXPECT_THAT(lengthsOf(OpticalLayout::of(toc)), testing::ElementsAre(40000, 20000));
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests with the library's real paranoia reader, on an image that the library treats as a drive.
+// Tests ParanoiaSectors with the library's real paranoia reader, on an image that the library
+// treats as a drive.
 #include "platform/linux/disc/paranoia_sectors.h"
 
 #include <filesystem>
@@ -90,7 +91,7 @@ class ParanoiaSectorsTest : public testing::Test {
 constexpr ReadEffort::Plan patient{Effort::repair, 1h};
 constexpr ReadEffort::Plan single{Effort::once, 1h};
 
-TEST_F(ParanoiaSectorsTest, ReturnsTheTableOfTheDisc) {
+TEST_F(ParanoiaSectorsTest, RawTocOfReturnsTheTableOfTheDisc) {
     const CdioHandle cdio = openDisc();
     ASSERT_TRUE(cdio);
     const RawToc toc = rawTocOf(cdio.get());
@@ -113,7 +114,7 @@ TEST_F(ParanoiaSectorsTest, DeliversEverySampleAndNeverReadsPastTheEnd) {
     EXPECT_LE(largest_, 25);
 }
 
-TEST_F(ParanoiaSectorsTest, FindsItsPositionAgainAfterSeeksAndSingleReads) {
+TEST_F(ParanoiaSectorsTest, DeliversTheRightSectorsAfterSeeksAndSingleReads) {
     const auto reader = makeReader();
     std::vector<StereoFrame> out(framesPerSector);
     for (const std::int64_t place : {100, 10, 290, 150}) {

@@ -81,8 +81,8 @@ class HangingDrive : public Drive {
 
 class PatientDriveTest : public testing::Test {
   protected:
-    /// `patience` is the time limit of all calls: 1 h if the test needs their results, 1 ms if it
-    /// makes the drive hang.
+    /// `patience` is the time limit of all calls: 1 h if the test needs the results of the calls, 1
+    /// ms if its calls are to time out.
     std::unique_ptr<PatientDrive> driveWith(std::chrono::milliseconds patience) {
         return std::make_unique<PatientDrive>(
             std::make_shared<HangingDrive>(device), PatientDrive::Patience{patience, patience},
@@ -117,7 +117,7 @@ TEST_F(PatientDriveTest, WaitsOnlyBrieflyForCallsMadeEverySecond) {
     EXPECT_FALSE(drive.mediaPresent());
     EXPECT_EQ(drive.loadSoon(), std::nullopt);
     EXPECT_EQ(drive.loadSoon(), std::nullopt);
-    EXPECT_THAT(noting.bounds, ElementsAre(35ms, 10ms)) << "a busy drive gets no further call";
+    EXPECT_THAT(noting.bounds, ElementsAre(35ms, 10ms)) << "a busy drive must get no further call";
     EXPECT_LE(PatientDrive::mediumMoment + PatientDrive::tableMoment, Waiting::plainMoment);
     EXPECT_EQ(drive.load().disc, nullptr);
     drive.openTray();
@@ -176,7 +176,7 @@ TEST_F(PatientDriveTest, KeepsTheKnownStateOfTheMediumWhileTheDriveHangs) {
     EXPECT_TRUE(fakes::eventually([&] { return !drive->mediaPresent(); }));
 }
 
-TEST_F(PatientDriveTest, AnOpenRequestRemovesTheDiscAtOnceAndIsExecutedWhenTheDriveResponds) {
+TEST_F(PatientDriveTest, OpenTrayRemovesTheDiscAtOnceAndIsExecutedWhenTheDriveResponds) {
     const auto drive = driveWith(1ms);
     EXPECT_TRUE(fakes::eventually([&] { return drive->mediaPresent(); }));
     device->hang();
@@ -199,7 +199,8 @@ TEST_F(PatientDriveTest, CanBeDestroyedWhileACallHangs) {
     drive.reset();
     device->recover();
     EXPECT_TRUE(fakes::eventually([&] { return device.use_count() == 1; }));
-    EXPECT_THAT(device->calls(), ElementsAre("load")) << "calls that have not begun are dropped";
+    EXPECT_THAT(device->calls(), ElementsAre("load"))
+        << "calls that have not begun must be dropped";
 }
 
 TEST_F(PatientDriveTest, LoadsWithoutBlockingACallerThatPolls) {
@@ -236,7 +237,7 @@ class RecoveringWaiting final : public Waiting {
     Device& device_;
 };
 
-TEST_F(PatientDriveTest, ALoadWaitsForTheRunningOne) {
+TEST_F(PatientDriveTest, ALoadWaitsForALoadThatIsAlreadyRunning) {
     RecoveringWaiting recovering(*device);
     PatientDrive drive(std::make_shared<HangingDrive>(device), {1h, 1h}, "It does not respond.",
                        waiting::Services{threads, recovering, notices});
@@ -246,7 +247,7 @@ TEST_F(PatientDriveTest, ALoadWaitsForTheRunningOne) {
     EXPECT_THAT(device->calls(), ElementsAre("load"));
 }
 
-TEST_F(PatientDriveTest, ALoadReadsTheDiscAgainDespiteAnUnfetchedResult) {
+TEST_F(PatientDriveTest, ALoadReadsTheDiscAgainIfAnEarlierResultWasNotFetched) {
     const auto drive = driveWith(1h);
     device->hang();
     EXPECT_EQ(drive->loadSoon(), std::nullopt);
@@ -265,7 +266,7 @@ TEST_F(PatientDriveTest, ADiscStillBeingReadWhenTheTrayOpensIsNotReturned) {
     drive->openTray();
     EXPECT_FALSE(drive->mediaPresent());
     EXPECT_TRUE(discIsDropped());
-    EXPECT_EQ(drive->load().disc.get(), device->disc.get()) << "the disc is read again";
+    EXPECT_EQ(drive->load().disc.get(), device->disc.get()) << "the disc must be read again";
 }
 
 TEST_F(PatientDriveTest, ReportsOnceThatTheDriveHangsAndOnceThatItRespondsAgain) {

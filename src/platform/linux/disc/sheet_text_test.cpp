@@ -50,13 +50,13 @@ TEST(Words, AreTakenOneByOne) {
     EXPECT_EQ(takeWord(rest), "");
 }
 
-TEST(Words, AreEqualInAnyCase) {
+TEST(Words, AreComparedIgnoringCase) {
     EXPECT_TRUE(sameWord("TrAcK", "track"));
     EXPECT_FALSE(sameWord("TRACK", "TRACKS"));
     EXPECT_FALSE(sameWord("[", "{"));
 }
 
-TEST(Numbers, AreDigitsUpToTheMaximum) {
+TEST(Numbers, ConsistOfDigitsAndAreAtMostTheMaximum) {
     EXPECT_EQ(parseNumber("007", 99).value(), 7);
     EXPECT_EQ(parseNumber("99", 99).value(), 99);
     EXPECT_FALSE(parseNumber("100", 99).ok());
@@ -83,7 +83,7 @@ TEST(Msf, ReportsWhichPartIsOutOfRange) {
     EXPECT_THAT(parseMsf("00:00:99999999999999999999").error().text, HasSubstr("frames"));
 }
 
-TEST(Msf, RejectsEveryOtherForm) {
+TEST(Msf, MustHaveTheFormOfMinutesSecondsAndFrames) {
     for (const char* text : {"", "1", "00:00", "00:00:", ":00:00", "00:00:00:00", "0-:00:00",
                              "-1:00:00", "00:00:00x", "00.00.00"}) {
         const auto time = parseMsf(text);
@@ -92,7 +92,7 @@ TEST(Msf, RejectsEveryOtherForm) {
     }
 }
 
-TEST(ImageNames, MayBeInTheFolderOrBelow) {
+TEST(ImageNames, MayLeadToFilesInTheFolderOrBelowIt) {
     for (const char* name :
          {"a.bin", "sub/a.bin", "sub\\a.bin", "..a.bin", "a..", "./a.bin", "ä"}) {
         EXPECT_TRUE(checkImageName(name).ok()) << name;
@@ -116,7 +116,7 @@ TEST(Shown, IsQuotedAndSafeToDisplay) {
     EXPECT_EQ(shown("Größe 音"), "\"Größe 音\"");
     EXPECT_EQ(shown("a\tb\x1b[31m\x7f"), "\"a?b?[31m?\"");
     EXPECT_EQ(shown("\xff\xc3"), "\"??\"");
-    EXPECT_EQ(shown("\xed\xa0\x80"), "\"???\"") << "half of a surrogate pair";
+    EXPECT_EQ(shown("\xed\xa0\x80"), "\"???\"") << "half of a surrogate pair must not be shown";
     EXPECT_EQ(shown(std::string(5000, 'x')), "\"" + std::string(100, 'x') + "...\"");
 }
 

@@ -96,7 +96,7 @@ TEST(TocParser, ALengthOfDataIsANumberOfBytesOrATime) {
                                     "DATAFILE \"d.iso\" #16 4097\nZERO 2048\n"
                                     "TRACK MODE1_RAW\nDATAFILE \"e.iso\"\n");
     EXPECT_THAT(layout.tracks[0].segments, ElementsAre(soundFrames(0, 0, 588)))
-        << "the pause before a data track is left out";
+        << "the pause before a data track must be left out";
     EXPECT_THAT(layout.tracks[1].segments,
                 ElementsAre(Segment{SegmentKind::data, 1, 16, 3 * 588, 2048, 588, 2047},
                             Segment{SegmentKind::silence, 0, 0, 588, 2048}));
@@ -182,8 +182,9 @@ TEST(TocParser, RefusesPathsOutsideTheSheetsFolderEvenIfTheyAreEscaped) {
     EXPECT_THAT(refusedToc("TRACK AUDIO\nFILE \"a\\000b\" 0\n"), HasSubstr("NUL"));
 }
 
-TEST(TocParser, ReadsTheLongestTextInLinearTime) {
-    // The START follows a hundred thousand segments; a step of quadratic time would be noticed.
+TEST(TocParser, AppliesAStartAfterAHundredThousandSegments) {
+    // START splits the content after a hundred thousand segments. A step of quadratic time would
+    // make this test take minutes.
     std::string text = "TRACK AUDIO\n";
     while (text.size() + 32 < maxSheetBytes) {
         text += "SILENCE 1\n";

@@ -42,7 +42,7 @@ TEST(LateLibrary, IsLoadedByTheFirstCallAndNotBefore) {
         ExitedWithCode(0), "");
 }
 
-TEST(LateLibrary, IsLoadedInAdvanceWithAllOthers) {
+TEST(LateLibrary, IsLoadedWithAllOthersByLoadDeviceLibraries) {
     EXPECT_EXIT(
         {
             const bool before = isLoaded(soname::sndfile) || isLoaded(soname::cdio);
@@ -58,7 +58,8 @@ TEST(LateLibrary, IsLoadedInAdvanceWithAllOthers) {
 }
 
 TEST(LateLibrary, FindsAFunctionEvenIfTwoThreadsCallItAtOnce) {
-    // Functions of a linked library may also be called by two threads at once.
+    // Two threads may call a function of a linked library at once, so they may also call a function
+    // that is loaded late.
     std::vector<std::string> words(2);
     {
         std::jthread first([&] { words[0] = sf_strerror(nullptr); });

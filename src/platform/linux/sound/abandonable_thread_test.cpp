@@ -23,10 +23,10 @@ TEST(AbandonableThread, WaitsForABodyThatReturns) {
         thread.leave(1h);
     }
     EXPECT_TRUE(*owned);
-    EXPECT_EQ(owned.use_count(), 1) << "the body is destroyed when `leave` returns";
+    EXPECT_EQ(owned.use_count(), 1) << "the body must be destroyed when leave() returns";
 }
 
-TEST(AbandonableThread, DoesNotWaitForAHangingBodyWithoutALimit) {
+TEST(AbandonableThread, WaitsForAHangingBodyOnlyForALimitedTime) {
     std::promise<void> release;
     const auto finished = std::make_shared<std::atomic<bool>>(false);
     {
@@ -43,7 +43,7 @@ TEST(AbandonableThread, DoesNotWaitForAHangingBodyWithoutALimit) {
     EXPECT_TRUE(fakes::eventually([&] { return finished->load() && finished.use_count() == 1; }));
 }
 
-TEST(AbandonableThread, CanBeStartedAgainIfTheSystemHadNoThread) {
+TEST(AbandonableThread, CanBeStartedAfterAFailedStart) {
     fakes::LimitedThreads threads(0);
     const auto owned = std::make_shared<std::atomic<bool>>(false);
     AbandonableThread thread;

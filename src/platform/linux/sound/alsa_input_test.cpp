@@ -42,7 +42,7 @@ int longestRun(const Frames& frames) {
     return longest;
 }
 
-TEST(AlsaInput, RecordsTheServersMonitor) {
+TEST(AlsaInput, RecordsTheSoundOfTheServersMonitor) {
     fakes::PulseServer server;
     ASSERT_TRUE(server.start());
     // One card plays and another one listens, as two programs would.
@@ -58,7 +58,7 @@ TEST(AlsaInput, RecordsTheServersMonitor) {
     player.attach(Line::waveOut, std::make_shared<PatternSource>(), monotonicNow());
 
     // The recording must contain a fifth of a second without a gap. It may begin with any frame of
-    // the sound, because the server's monitor is opened at any time.
+    // the sound, because it is not fixed when the server's monitor is opened.
     EXPECT_TRUE(eventually([&] { return longestRun(tape->frames()) >= frameRate / 5; }));
 }
 
@@ -72,7 +72,7 @@ TEST(AlsaInput, IsSilentIfThereIsNoDevice) {
     EXPECT_EQ(input->opening(30s), CapturePump::Opening::failed);
 }
 
-TEST(AlsaInput, ListsTheDefaultFirstAndDoesNotListNone) {
+TEST(AlsaInput, ListsTheDefaultDeviceFirstAndNoEntryNone) {
     const fakes::PulseServer server; // only its ALSA configuration is needed
     std::vector<std::string> names;
     for (const DeviceEntry& entry : listInputs()) {

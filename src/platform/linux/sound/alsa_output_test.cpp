@@ -79,7 +79,8 @@ class PlayingCard {
     std::shared_ptr<PatternSource> disc_;
 };
 
-/// Half a second of sound: each wait of a test lasts until this much more has been played.
+/// Half a second of sound, the unit of the waits: a test waits until one or more of these have been
+/// played.
 constexpr std::int64_t halfSecond = frameRate / 2;
 
 TEST(AlsaOutput, DeliversEverySampleOfASoundToTheServer) {
@@ -92,7 +93,7 @@ TEST(AlsaOutput, DeliversEverySampleOfASoundToTheServer) {
     playing.expectWholeCapture();
 }
 
-TEST(AlsaOutput, RecordsTheWholeSoundIfTheServerIsKilledWhilePlaying) {
+TEST(AlsaOutput, DoesNotDisturbARecordingIfTheServerIsKilledWhilePlaying) {
     fakes::PulseServer server;
     ASSERT_TRUE(server.start());
     PlayingCard playing("default");
@@ -136,7 +137,7 @@ TEST(AlsaOutput, BlocksNeitherTheCardNorItsDestructorIfTheServerHangs) {
     server.kill(); // makes the call of the detached thread return
 }
 
-TEST(AlsaOutput, DiscardsSoundIfTheDeviceDoesNotExist) {
+TEST(AlsaOutput, DisturbsNoRecordingAndWritesNoMessagesIfTheDeviceDoesNotExist) {
     testing::internal::CaptureStderr();
     {
         PlayingCard playing("no-such-device");
@@ -146,13 +147,13 @@ TEST(AlsaOutput, DiscardsSoundIfTheDeviceDoesNotExist) {
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "the library has written messages";
 }
 
-TEST(AlsaOutput, TreatsAnEmptyNameAndNoneAsNoOutput) {
+TEST(AlsaOutput, IsANullOutputForAnEmptyNameAndForTheNameNone) {
     EXPECT_NE(std::dynamic_pointer_cast<NullOutput>(makeOutput("")), nullptr);
     EXPECT_NE(std::dynamic_pointer_cast<NullOutput>(makeOutput("none")), nullptr);
     EXPECT_EQ(std::dynamic_pointer_cast<NullOutput>(makeOutput("default")), nullptr);
 }
 
-TEST(AlsaOutput, ListsTheDefaultFirstTheConfiguredDevicesAndNoneLast) {
+TEST(AlsaOutput, ListsTheDefaultDeviceFirstThenTheConfiguredDevicesAndNoneLast) {
     const fakes::PulseServer server; // only its ALSA configuration is needed
     const std::vector<DeviceEntry> outputs = listOutputs();
     ASSERT_GE(outputs.size(), 3U);
@@ -167,7 +168,7 @@ TEST(AlsaOutput, ListsTheDefaultFirstTheConfiguredDevicesAndNoneLast) {
     EXPECT_THAT(names, testing::Contains("monitor"));
     std::sort(names.begin(), names.end());
     EXPECT_EQ(std::adjacent_find(names.begin(), names.end()), names.end())
-        << "each device is listed once";
+        << "a device is listed twice";
 }
 
 } // namespace

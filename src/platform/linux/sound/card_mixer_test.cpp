@@ -125,7 +125,7 @@ TEST_F(CardMixerTest, KeepsWrittenValuesAndRejectsThoseOutOfRange) {
     for (const Place& place : allControls()) {
         if (place.highest < 0) {
             EXPECT_EQ(set(place.line, place.type, 0), MixerResult::invalidValue)
-                << "a meter cannot be set";
+                << "a meter must not be settable";
             continue;
         }
         for (const std::int32_t value : {place.highest, 0, 1}) {
@@ -154,12 +154,12 @@ TEST_F(CardMixerTest, ReportsMissingControls) {
     EXPECT_EQ(line.dwLineID, 99U);
     MixerControl found{1, 2, 3, 4};
     EXPECT_EQ(find(0x1005, 0x50030002, found), MixerResult::invalidControl)
-        << "the disc has no bass";
+        << "the disc's line has a bass control";
     EXPECT_EQ(find(4, 0x10020001, found), MixerResult::invalidControl)
-        << "the speakers have no peak";
+        << "the speakers' line has a peak meter";
     MixerLineControls controls{mixerLineControlsSize, 4, 0x50030001, 1, mixerControlSize, &found};
     EXPECT_EQ(mixer.getLineControls(handle, controls), MixerResult::invalidLine)
-        << "a component type is not the identifier of a line";
+        << "a component type was accepted as the identifier of a line";
     EXPECT_EQ(found.dwControlID, 2U);
     for (const std::uint32_t identifier : {0U, 11U, 0xFFFFFFFFU}) {
         std::int32_t value = 5;
@@ -235,7 +235,7 @@ TEST(CardMixer, CannotBeOpenedWithoutACard) {
     EXPECT_EQ(none.setControlDetails(handle, record), MixerResult::invalidHandle);
 }
 
-// --- what is played -----------------------------------------------------------------------------
+// --- the effect of the controls on the sound ----------------------------------------------------
 
 TEST_F(CardMixerTest, VolumesAndMutesChangeTheOutput) {
     constexpr double hz = 1000;
@@ -252,7 +252,7 @@ TEST_F(CardMixerTest, VolumesAndMutesChangeTheOutput) {
     EXPECT_EQ(set(4, mixer_control::volume, 65535), MixerResult::noError);
     EXPECT_EQ(set(0x1005, mixer_control::volume, 65535), MixerResult::noError);
     EXPECT_EQ(set(0x1008, mixer_control::mute, 1), MixerResult::noError);
-    EXPECT_NEAR(heardDb(), 0, 0.01) << "the mute of another line has no effect";
+    EXPECT_NEAR(heardDb(), 0, 0.01) << "the mute of another line must have no effect";
     EXPECT_EQ(set(0x1005, mixer_control::mute, 1), MixerResult::noError);
     EXPECT_THAT(hear(100ms), IsSound(silence(4410)));
     EXPECT_EQ(set(0x1005, mixer_control::mute, 0), MixerResult::noError);
@@ -378,7 +378,7 @@ TEST_F(CardMixerTest, ABoostedLoudSoundIsAttenuatedAndNotClipped) {
     hear(1s);
     const std::vector<double> played = fakes::leftOf(hear(1s));
     const double whole = amplitudeAt(played, hz, frameRate);
-    EXPECT_NEAR(decibels(whole / 32'767), 0, 0.1) << "the sound has the maximum level";
+    EXPECT_NEAR(decibels(whole / 32'767), 0, 0.1) << "the sound must have the maximum level";
     // A clipped wave would have a third harmonic with up to a third of its amplitude.
     EXPECT_LT(decibels(amplitudeAt(played, 3 * hz, frameRate) / whole), -50);
     EXPECT_LT(decibels(amplitudeAt(played, 5 * hz, frameRate) / whole), -50);
@@ -419,7 +419,7 @@ TEST_F(CardMixerTest, ASoundAfterAnIdleTimeStartsWithTheCurrentTone) {
     EXPECT_EQ(set(4, mixer_control::treble, 32768), MixerResult::noError);
     play(Line::compactDisc, std::make_shared<PatternSource>());
     EXPECT_THAT(hear(100ms), IsSound(pattern(0, 4410)))
-        << "there is no ramp from the treble position that was set and reset while idle";
+        << "the sound begins with a ramp from the treble position that was set while idle";
 }
 
 } // namespace

@@ -138,17 +138,19 @@ TEST(CardPeak, OfTheMixIsThePeakOfTheRecordedSum) {
     EXPECT_EQ(card.recorderPeak(10ms), 70);
     card.attach(Line::waveOut, std::make_shared<ConstantSource>(StereoFrame{32767, 0}), 10ms);
     card.advance(20ms);
-    EXPECT_EQ(card.recorderPeak(20ms), 32767) << "the sum is clipped in the recording, too";
+    EXPECT_EQ(card.recorderPeak(20ms), 32767)
+        << "the peak must be that of the recording, whose sum is clipped";
 }
 
 TEST(CardPeak, IsZeroForASilentSourceWhileAnotherLinePlays) {
     SoundCard card;
     card.attach(Line::waveOut, std::make_shared<ConstantSource>(StereoFrame{700, 0}), 0ns);
     card.advance(10ms);
-    EXPECT_EQ(card.recorderPeak(10ms), 0) << "no disc plays";
+    EXPECT_EQ(card.recorderPeak(10ms), 0)
+        << "no disc plays, so the recorder's source must have no peak";
 }
 
-TEST(CardPeak, AllocatesNothing) {
+TEST(CardPeak, IsReadWithoutAllocations) {
     SoundCard card;
     card.attach(Line::compactDisc, std::make_shared<ConstantSource>(StereoFrame{700, 0}), 0ns);
     card.advance(10ms);
@@ -161,7 +163,7 @@ TEST(CardPeak, AllocatesNothing) {
               0);
     EXPECT_EQ(sum, 70'000);
     EXPECT_GT(test::allocationsOf([] { static_cast<void>(std::make_shared<SoundCard>()); }), 0)
-        << "allocations are counted";
+        << "this test does not count allocations";
 }
 
 } // namespace

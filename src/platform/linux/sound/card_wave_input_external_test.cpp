@@ -37,11 +37,11 @@ class CardWaveInputExternal : public CardWaveInputTest {
 };
 
 TEST_F(CardWaveInputExternal, IsOpenedByOpenAndStartAndClosedByStopResetAndClose) {
-    EXPECT_EQ(device->opened, 0) << "there is no listener";
+    EXPECT_EQ(device->opened, 0) << "the device was opened without a listener";
     open(cardFormat);
     EXPECT_TRUE(becomesOpen());
     EXPECT_EQ(input.start(handle), WaveResult::noError);
-    EXPECT_EQ(device->opened, 1) << "the device is opened only once";
+    EXPECT_EQ(device->opened, 1) << "start() has opened the device again";
     EXPECT_EQ(input.stop(handle), WaveResult::noError);
     EXPECT_EQ(device->closed, 1);
     EXPECT_EQ(input.start(handle), WaveResult::noError);
@@ -51,7 +51,8 @@ TEST_F(CardWaveInputExternal, IsOpenedByOpenAndStartAndClosedByStopResetAndClose
     EXPECT_EQ(input.close(handle), WaveResult::noError);
     open(cardFormat);
     EXPECT_TRUE(becomesOpen());
-    EXPECT_EQ(input.close(handle), WaveResult::noError) << "never started";
+    EXPECT_EQ(input.close(handle), WaveResult::noError)
+        << "an input that was never started cannot be closed";
     EXPECT_EQ(device->closed, 3);
     EXPECT_FALSE(card.active());
 }
@@ -70,7 +71,7 @@ TEST_F(CardWaveInputExternal, DeliversItsSoundToBuffersPeaksAndRecording) {
     EXPECT_EQ(card.recorderPeak(now), 882);
     EXPECT_EQ(card.linePeak(Line::externalInput, now), 882);
     EXPECT_EQ(input.reset(handle), WaveResult::noError);
-    EXPECT_EQ(device->closed, 0) << "the recording still uses the device";
+    EXPECT_EQ(device->closed, 0) << "the device was closed, although the recording still uses it";
     pass(20ms);
     card.stopRecording(now);
     EXPECT_EQ(device->closed, 1);
@@ -107,14 +108,14 @@ TEST_F(CardWaveInputExternal, DoesNotWaitForADeviceWhoseOpeningHangs) {
     EXPECT_EQ(input.start(handle), WaveResult::noError);
     pass(10ms);
     EXPECT_THAT(buffer.frames(), IsSound(silence(441)))
-        << "the buffer is filled with silence at the format's rate";
+        << "the buffer must be filled with silence at the format's rate";
     EXPECT_EQ(input.reset(handle), WaveResult::noError);
     EXPECT_EQ(input.close(handle), WaveResult::noError);
     device->release();
     EXPECT_TRUE(eventually([&] { return device->opened == device->closed; }));
 }
 
-TEST_F(CardWaveInputExternal, ClosesWhenAnotherSourceIsChosenAndOpensWhenItIsChosenAgain) {
+TEST_F(CardWaveInputExternal, ClosesWhenAnotherSourceIsChosenAndReopensWhenTheInputIsChosenAgain) {
     open(cardFormat);
     EXPECT_EQ(input.start(handle), WaveResult::noError);
     EXPECT_TRUE(becomesOpen());

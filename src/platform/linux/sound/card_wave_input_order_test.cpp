@@ -132,7 +132,7 @@ TEST(CardWaveInput, MatchesTheModelForLongRandomSequences) {
     }
 }
 
-TEST(CardWaveInput, FillsBuffersConcurrentlyWithTheCardsThread) {
+TEST(CardWaveInput, FillsBuffersWhileTheCardsThreadRuns) {
     SoundCard card;
     const SoundCardThread thread(card);
     card.attach(Line::compactDisc, std::make_shared<PatternSource>(), monotonicNow());

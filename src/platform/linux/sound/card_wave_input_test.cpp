@@ -64,7 +64,7 @@ TEST_F(CardWaveInputTest, FillsBuffersWithSilenceAtTheFormatsRateIfThereIsNoSoun
             if (buffer.isDone()) {
                 ++filled;
                 EXPECT_EQ(buffer.header.dwBytesRecorded, 800U);
-                EXPECT_EQ(buffer.data[799], std::byte{128}) << "silence";
+                EXPECT_EQ(buffer.data[799], std::byte{128}) << "the buffer must contain silence";
                 ASSERT_EQ(input.addBuffer(handle, buffer.header), WaveResult::noError);
             }
         }
@@ -72,7 +72,7 @@ TEST_F(CardWaveInputTest, FillsBuffersWithSilenceAtTheFormatsRateIfThereIsNoSoun
     EXPECT_GE(filled, 99);
     EXPECT_LE(filled, 100);
     EXPECT_EQ(input.stop(handle), WaveResult::noError);
-    EXPECT_FALSE(card.active()) << "the card is idle again";
+    EXPECT_FALSE(card.active()) << "the card must be idle again";
 }
 
 TEST_F(CardWaveInputTest, ReceivesTheRecordedSoundWithoutAffectingTheRecording) {
@@ -149,7 +149,7 @@ TEST_F(CardWaveInputTest, OpensOnlyDeviceZeroAndOnlyOnce) {
     EXPECT_EQ(input.close(handle), WaveResult::invalidHandle);
     open(cardFormat);
     EXPECT_NE(handle, before);
-    EXPECT_EQ(input.start(before), WaveResult::invalidHandle) << "the handle was closed";
+    EXPECT_EQ(input.start(before), WaveResult::invalidHandle) << "a closed handle was accepted";
     EXPECT_FALSE(card.active());
 }
 
@@ -166,7 +166,7 @@ TEST_F(CardWaveInputTest, RejectsUnusableBuffersAndWritesOnlyWholeFrames) {
     pass(10ms);
     EXPECT_TRUE(odd.isDone());
     EXPECT_EQ(odd.header.dwBytesRecorded, 4U * 441);
-    EXPECT_EQ(odd.data.back(), std::byte{0x55}) << "no part of a frame is written";
+    EXPECT_EQ(odd.data.back(), std::byte{0x55}) << "a part of a frame was written";
 }
 
 TEST_F(CardWaveInputTest, HasATextForEachError) {

@@ -34,7 +34,7 @@ TEST_F(DeviceNoticesTest, ReportALossOnceAndTheRecoveryOnceHoweverOftenTheDevice
                     "unplugged. Playing continues without sound until it is available again.",
                     "The sound output \"hw:0\" is available again."));
     output(DeviceState::lost);
-    EXPECT_THAT(board.texts(), SizeIs(3)) << "a new loss is reported again";
+    EXPECT_THAT(board.texts(), SizeIs(3)) << "a new loss must be reported again";
 }
 
 TEST_F(DeviceNoticesTest, SkipRepeatedReports) {
@@ -75,7 +75,7 @@ TEST_F(DeviceNoticesTest, SettleSilentlyForADeviceThatIsNoLongerUsed) {
     EXPECT_THAT(notified.texts(), ElementsAre(testing::_, "settled output hw:0"));
 }
 
-TEST_F(DeviceNoticesTest, AreNotReportedOnceTheyAreMuted) {
+TEST_F(DeviceNoticesTest, AreNotReportedAfterMute) {
     notices->mute();
     output(DeviceState::lost);
     EXPECT_THAT(board.texts(), IsEmpty());

@@ -37,7 +37,7 @@ TEST(FrameQueue, AcceptsOnlyFramesThatFit) {
     EXPECT_THAT(taken, IsSound(fakes::pattern(0, 10)));
 }
 
-TEST(FrameQueue, LeavesTheRestOfTheOutputUnchanged) {
+TEST(FrameQueue, PopLeavesTheRestOfTheOutputUnchanged) {
     FrameQueue queue(3);
     queue.push(fakes::pattern(0, 1));
     std::vector<StereoFrame> taken = fakes::pattern(7, 2);
@@ -46,7 +46,7 @@ TEST(FrameQueue, LeavesTheRestOfTheOutputUnchanged) {
     EXPECT_EQ(taken[1], fakes::patternFrame(8));
 }
 
-TEST(FrameQueue, IsEmptyOnceItIsCleared) {
+TEST(FrameQueue, IsEmptyAfterClear) {
     FrameQueue queue(3);
     queue.push(fakes::pattern(0, 2));
     EXPECT_EQ(queue.space(), 1U);

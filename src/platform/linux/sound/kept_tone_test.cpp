@@ -64,7 +64,7 @@ TEST_F(KeptToneTest, IsWrittenHalfASecondAfterTheLastMoveOfADrag) {
     EXPECT_THAT(store.writes, ElementsAre(StoreWrite{"Devices", "Bass", "40299"}));
     loop.advance(10s);
     EXPECT_EQ(store.fileWrites, 1);
-    EXPECT_EQ(loop.wakeupCount(), 0U) << "an idle program has no running timer";
+    EXPECT_EQ(loop.wakeupCount(), 0U) << "an idle program must have no running timer";
 }
 
 TEST_F(KeptToneTest, WritesBothSlidersAtOnce) {
@@ -90,7 +90,7 @@ TEST_F(KeptToneTest, IsWrittenAtTheEndIfASliderWasStillMoving) {
     EXPECT_EQ(store.fileWrites, 1);
 }
 
-TEST_F(KeptToneTest, WritesNothingForASliderThatReturnedToItsPosition) {
+TEST_F(KeptToneTest, WritesNothingForASliderThatReturnedToItsStoredPosition) {
     store.put("Devices", "Bass", "100");
     KeptTone kept(tone, store, loop);
     tone.setBass(200);

@@ -28,7 +28,8 @@ using fakes::silence;
 
 using Frames = std::vector<StereoFrame>;
 
-/// The state of the device. It outlives the device, so that a test can inspect it.
+/// The state of a fake device. It outlives the FakePlayback object, so that a test can inspect the
+/// state.
 struct PlaybackDevice {
     std::mutex mutex;
     std::condition_variable changed;
@@ -174,7 +175,7 @@ TEST_F(PlaybackPumpTest, WritesThreeBlocksOfTheCardAtOnce) {
     EXPECT_EQ(device->offered.size(), 7U * 5U);
 }
 
-TEST_F(PlaybackPumpTest, DelaysTheEndOfASoundByAtMostTheBatchWait) {
+TEST_F(PlaybackPumpTest, WritesAnIncompleteBatchAfterTheBatchWait) {
     endless.batchWait = 5ms;
     PlaybackPump pump(opener(), endless);
     play(pump, 0, 4 * blockFrames);
@@ -215,7 +216,7 @@ TEST_P(PlaybackPumpLoss, OpensALostDeviceAgainWhileSoundFlows) {
     EXPECT_EQ(device->closed, 1);
 }
 
-TEST_P(PlaybackPumpLoss, RetriesALostDeviceNoSoonerThanRetryAfter) {
+TEST_P(PlaybackPumpLoss, DoesNotOpenALostDeviceAgainBeforeRetryAfterHasPassed) {
     device->refusals = {GetParam()};
     PlaybackPump pump(opener(), patient);
     play(pump, 0, 441);
@@ -293,7 +294,7 @@ TEST_F(PlaybackPumpTest, PlaysOnTheSameDeviceAfterAPause) {
     EXPECT_EQ(device->prepared, 1);
 }
 
-TEST_F(PlaybackPumpTest, DelaysNeitherTheCardNorItsDestructorForAHangingDevice) {
+TEST_F(PlaybackPumpTest, NeitherPlayNorTheDestructorIsBlockedByAHangingDevice) {
     device->hangs = true;
     patient.patience = 1ms;
     {
@@ -330,7 +331,7 @@ TEST_F(PlaybackPumpTest, CanBeDestroyedIfTheDeviceCannotBeOpened) {
     EXPECT_TRUE(eventually([&] { return attempts == 1; }));
 }
 
-TEST_F(PlaybackPumpTest, ReportsADeviceThatIsLostAndOneThatPlaysAgain) {
+TEST_F(PlaybackPumpTest, ReportsThatTheDeviceIsLostAndThatItPlaysAgain) {
     fakes::DeviceReports reports;
     std::atomic<bool> missing = true;
     patient.retryAfter = 1ms;
@@ -352,7 +353,7 @@ TEST_F(PlaybackPumpTest, ReportsADeviceThatIsLostAndOneThatPlaysAgain) {
             return reports.hold(DeviceState::works);
         }));
         EXPECT_GE(device->heardFrames(), static_cast<std::size_t>(frameRate) / 2)
-            << "a device that accepts a few frames and fails again has not recovered";
+            << "the device was reported as working after too few frames; it might fail again";
         device->refuseFrom = 0;
         {
             const std::lock_guard lock(device->mutex);
@@ -381,7 +382,7 @@ TEST_F(PlaybackPumpTest, TriesToStartItsThreadAgainAfterRetryAfter) {
     PlaybackPump waiting(opener(), endless, reports.sink(), threads.starter());
     EXPECT_EQ(reports.states(), std::vector{DeviceState::lost});
     play(waiting, 0, 2000);
-    EXPECT_EQ(threads.refused(), 1) << "the hour before the next try has not passed";
+    EXPECT_EQ(threads.refused(), 1) << "a start was tried before the hour of retryAfter had passed";
     endless.retryAfter = 0ms;
     PlaybackPump pump(opener(), endless, reports.sink(), threads.starter());
     pump.play(pattern(0, 441));

@@ -138,7 +138,7 @@ TEST_F(FailingDiskTest, KeepsFramesWrittenBeforeAFailedWrite) {
                         EXPECT_EQ(recording.frames(), failing * 1000);
                         EXPECT_EQ(recording.failure(), error);
                         EXPECT_EQ(recording.save(target).ok(), failing > 0)
-                            << "save() fails only if no frame is kept";
+                            << "save() must fail if and only if no frame is kept";
                     });
                 EXPECT_EQ(entriesIn(folder.path()), failing > 0 ? 1 : 0);
                 if (failing > 0) {
@@ -167,7 +167,7 @@ TEST_F(FailingDiskTest, KeepsTheOldFileIfNoFrameIsKept) {
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
 
-TEST_F(FailingDiskTest, CannotBeCreatedIfNoByteCanBeWrittenAndLeavesNoFile) {
+TEST_F(FailingDiskTest, AllowsNoRecordingAndKeepsNoFileIfNoByteCanBeWritten) {
     intercepted(
         [](const seccomp_data& call) {
             return isHeader(call) || isSamples(call) ? ENOSPC : CallJudge::letThrough;

@@ -43,7 +43,8 @@ TEST_F(RecordingFileTest, SavesStereoBitForBit) {
     EXPECT_TRUE(recording.append(pattern(0, 10'000)));
     EXPECT_TRUE(recording.append(pattern(10'000, 1)));
     EXPECT_EQ(recording.frames(), 10'001);
-    EXPECT_EQ(visibleEntriesIn(folder.path()), 0) << "the file has no name until it is saved";
+    EXPECT_EQ(visibleEntriesIn(folder.path()), 0)
+        << "the file must have no name before it is saved";
     ASSERT_TRUE(recording.save(target).ok());
     expectPlainWav(target, pattern(0, 10'001));
 }
@@ -108,7 +109,7 @@ TEST_F(RecordingFileTest, IgnoresFramesAppendedAfterASave) {
     expectPlainWav(target, pattern(0, 10));
 }
 
-TEST_F(RecordingFileTest, FailsIfNoFileCanBeCreated) {
+TEST_F(RecordingFileTest, CreateFailsIfTheFolderDoesNotExistOrCannotContainFiles) {
     const auto made = RecordingFile::create(Channels::stereo, folder / "missing");
     ASSERT_FALSE(made.ok());
     EXPECT_EQ(made.error().number, ErrorNumber::pathNotFound);
@@ -168,7 +169,7 @@ void recordForEver(const fs::path& folder, files::Concealment concealment,
     }
 }
 
-TEST_F(RecordingFileTest, LeavesTheLastWavAfterAKillAndTheNextRecordingDeletesLeftovers) {
+TEST_F(RecordingFileTest, AKillLeavesTheLastSavedWavAndTheNextRecordingDeletesLeftovers) {
     for (const files::Concealment concealment :
          {files::Concealment::noName, files::Concealment::hiddenName}) {
         for (int steps = 1; steps < 12; ++steps) {

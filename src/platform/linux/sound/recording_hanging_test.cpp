@@ -90,7 +90,8 @@ TEST_F(HangingDiskTest, ChangesNeitherTheLengthNorTheSamplesOfATrack) {
             hanging = true;
             play(4s);
             ASSERT_GT(judge.held(), 0);
-            EXPECT_EQ(disc->position(), 5 * 44'100) << "the disc plays on during the stall";
+            EXPECT_EQ(disc->position(), 5 * 44'100)
+                << "the disc must continue to play during the stall";
             judge.release();
             play(2s);
             card.stopRecording(now);
@@ -231,7 +232,7 @@ TEST_F(HangingDiskTest, IsSkippedForTheNextFolderAndNothingIsLost) {
         startRecording(*recording);
         play(2s);
         ASSERT_TRUE(eventually([&] { return isWritten(*recording); }))
-            << "the recording uses the other folder";
+            << "the recording must use the other folder";
         play(1s);
         card.stopRecording(now);
         EXPECT_EQ(judge.held(), 1);
@@ -240,7 +241,8 @@ TEST_F(HangingDiskTest, IsSkippedForTheNextFolderAndNothingIsLost) {
         judge.release();
     });
     expectPlainWav(other / "1234-3.wav", played());
-    EXPECT_EQ(entriesIn(folder.path()), 0) << "the file that was created there late is deleted";
+    EXPECT_EQ(entriesIn(folder.path()), 0)
+        << "the file that was created late in this folder must be deleted";
     ASSERT_GE(shown.texts().size(), 1U);
     EXPECT_THAT(shown.texts()[0],
                 AllOf(HasSubstr("\"" + folder.path().string() + "\""),
@@ -270,7 +272,7 @@ TEST_F(HangingDiskTest, IsWaitedForIfEveryFolderHangs) {
         startRecording(*recording);
         ASSERT_TRUE(eventually([&] { return judge.held() == 2; }));
         play(60s);
-        EXPECT_EQ(disc->position(), 441'000) << "all frames are queued, and the disc waits";
+        EXPECT_EQ(disc->position(), 441'000) << "the disc must wait when the queue is full";
         judge.release();
         ASSERT_TRUE(eventually([&] { return isWritten(*recording); }));
         play(1s);
@@ -294,7 +296,7 @@ TEST_F(HangingDiskTest, IsWaitedForAgainOnlyByASaveOfTheSameName) {
         EXPECT_FALSE(recording->save(target).ok());
         judge.release();
         EXPECT_TRUE(noSaveIsPending());
-        EXPECT_TRUE(recording->save(target).ok()) << "the first save has been completed";
+        EXPECT_TRUE(recording->save(target).ok()) << "the first save must have been completed";
     });
     expectPlainWav(target, pattern(0, 100));
     EXPECT_EQ(entriesIn(folder.path()), 1);

@@ -41,7 +41,8 @@ TEST_F(RecordingOrdersTest, ReplaceAHangingWriterUntilTheLastFolder) {
     const auto first = orders.replaceWithin(1ms);
     ASSERT_TRUE(first);
     EXPECT_EQ(first->hanging, 0U);
-    EXPECT_FALSE(orders.tries(0, 1)) << "another writer has replaced this one";
+    EXPECT_FALSE(orders.tries(0, 1))
+        << "another writer has replaced this writer, so its turn must be over";
     EXPECT_FALSE(orders.begins(0, [] { ADD_FAILURE(); }));
     EXPECT_FALSE(orders.fails(0, noFolder, [] { ADD_FAILURE(); }));
     ASSERT_TRUE(orders.tries(first->turn, 1));
@@ -49,7 +50,8 @@ TEST_F(RecordingOrdersTest, ReplaceAHangingWriterUntilTheLastFolder) {
     ASSERT_TRUE(second);
     EXPECT_EQ(second->hanging, 1U);
     ASSERT_TRUE(orders.tries(second->turn, 2));
-    EXPECT_FALSE(orders.replaceWithin(1ms)) << "there is no further folder";
+    EXPECT_FALSE(orders.replaceWithin(1ms))
+        << "the writer was replaced, although there is no further folder";
     EXPECT_TRUE(orders.begins(second->turn, nothing));
 }
 
@@ -87,13 +89,13 @@ TEST_F(RecordingOrdersTest, PassASaveToTheWriterAndReturnItsOutcome) {
     });
     EXPECT_TRUE(orders.saveWithin(30s, "/a.wav")->ok());
     EXPECT_FALSE(orders.saveWithin(30s, "/b.wav")->ok());
-    EXPECT_FALSE(orders.close()) << "no save is pending";
+    EXPECT_FALSE(orders.close()) << "both saves are complete, so none must be pending";
     EXPECT_TRUE(orders.abandoned());
     EXPECT_TRUE(orders.finishedWithin(30s));
     writer.join();
 }
 
-TEST_F(RecordingOrdersTest, KeepALateSaveForTheNextCall) {
+TEST_F(RecordingOrdersTest, KeepTheResultOfALateSaveForTheNextCall) {
     EXPECT_FALSE(orders.saveWithin(1ms, "/a.wav"));
     EXPECT_FALSE(saves->noneWithin(0ms));
     EXPECT_EQ(orders.saveWithin(1ms, "/b.wav")->error().number, ErrorNumber::deviceUnavailable);
@@ -102,17 +104,18 @@ TEST_F(RecordingOrdersTest, KeepALateSaveForTheNextCall) {
     orders.saved({}, [&] { notified = true; });
     EXPECT_TRUE(notified);
     EXPECT_TRUE(saves->noneWithin(0ms));
-    EXPECT_TRUE(orders.saveWithin(0ms, "/a.wav")->ok()) << "the save is not ordered twice";
+    EXPECT_TRUE(orders.saveWithin(0ms, "/a.wav")->ok())
+        << "the result of the late save must be returned";
     EXPECT_TRUE(saves->noneWithin(0ms));
     EXPECT_FALSE(orders.saveWithin(0ms, "/a.wav"))
-        << "the result was already returned, so this is a new order";
+        << "the result was already returned, so this call must order a new save";
 }
 
 TEST_F(RecordingOrdersTest, RemainValidAfterCloseUntilTheSaveIsComplete) {
     EXPECT_FALSE(orders.saveWithin(0ms, "/a.wav"));
     EXPECT_TRUE(orders.close());
     EXPECT_FALSE(orders.abandoned());
-    EXPECT_TRUE(orders.tries(0, 0)) << "there may be no file yet";
+    EXPECT_TRUE(orders.tries(0, 0)) << "the writer must still be able to create the file";
     EXPECT_TRUE(orders.begins(0, nothing));
     EXPECT_EQ(orders.nextSave(), fs::path("/a.wav"));
     orders.saved({}, nothing);
@@ -123,7 +126,7 @@ TEST_F(RecordingOrdersTest, RemainValidAfterCloseUntilTheSaveIsComplete) {
 TEST_F(RecordingOrdersTest, ReportOnlyALateSave) {
     int late = 0;
     orders.watchSave(0ms, [&] { ++late; });
-    EXPECT_EQ(late, 0) << "no save is running";
+    EXPECT_EQ(late, 0) << "a save was reported as late, although no save is running";
     EXPECT_FALSE(orders.saveWithin(0ms, "/a.wav"));
     orders.watchSave(0ms, [&] { ++late; });
     EXPECT_EQ(late, 1);

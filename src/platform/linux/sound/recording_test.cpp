@@ -81,11 +81,11 @@ TEST_F(RecordingTest, FailsWithANoticeIfNoFileCanBeCreatedInAnyFolder) {
         EXPECT_EQ(begun.error().number, ErrorNumber::pathNotFound);
     }
     ASSERT_EQ(shown.texts().size(), 1U)
-        << "the notice is reported only once while no file can be created";
+        << "the notice must be reported only once while no file can be created";
     EXPECT_THAT(shown.texts()[0], HasSubstr("Nothing is recorded: "));
     EXPECT_THAT(shown.texts()[0], HasSubstr("missing"));
     begin();
-    EXPECT_EQ(shown.texts().size(), 2U) << "the cause is settled";
+    EXPECT_EQ(shown.texts().size(), 2U) << "the cause must be settled when a file can be created";
 }
 
 TEST_F(RecordingTest, LeavesNoFileUnlessTheRecordingIsSaved) {
@@ -99,10 +99,10 @@ TEST_F(RecordingTest, LeavesNoFileUnlessTheRecordingIsSaved) {
 TEST_F(RecordingTest, ASinkThatOutlivesItsRecordingNeverStopsTheCard) {
     const std::shared_ptr<RecordingSink> sink = begin()->sink();
     sink->record(pattern(0, 1000));
-    EXPECT_GT(sink->room(), 1'000'000U) << "the sink always has room";
+    EXPECT_GT(sink->room(), 1'000'000U) << "the sink must always have space";
 }
 
-TEST_F(RecordingTest, CanBeSavedAgainAndAcceptsNoMoreFrames) {
+TEST_F(RecordingTest, CanBeSavedAgainAndAcceptsNoFramesAfterTheFirstSave) {
     const auto recording = begin();
     recording->sink()->record(pattern(0, 10));
     EXPECT_FALSE(recording->save(folder / "missing" / "1234-3.wav").ok());
@@ -135,7 +135,7 @@ TEST_F(RecordingTest, KeepsThePartThatFitsOnAFullDiskAndReportsItAtOnceAndAtTheS
             ASSERT_TRUE(eventually([&] { return !shown.texts().empty(); }));
             const std::int64_t kept = recording->bytes() / 4;
             EXPECT_GT(recording->sink()->room(), 1'000'000U)
-                << "a full disk does not stop the card";
+                << "a full disk must not stop the card";
             recording->sink()->record(pattern(0, 1000));
             EXPECT_EQ(recording->bytes(), kept * 4);
             EXPECT_TRUE(recording->save(target).ok());

@@ -59,8 +59,8 @@ class SpeakerSink {
     virtual void play(std::span<const StereoFrame> frames) = 0;
 };
 
-/// Receives the recorder's sound, unaffected by volumes and mutes. `record` and `room` are called
-/// under the card's lock and never block.
+/// Receives the recorder's sound, unaffected by volumes and mutes. The card calls `record` and
+/// `room` under its lock; they never block.
 class RecordingSink {
   public:
     virtual ~RecordingSink() = default;

@@ -197,7 +197,7 @@ TEST_F(DiscWithAStarvingLineTest, LosesNothingOfADiscThatIsDetachedAndAttachedAg
     EXPECT_THAT(recorder->frames(), IsSound(counted()));
 }
 
-TEST_F(StarvingSoundCardTest, RecordsTheDiscsFramesWhileAnyOtherLinesStarve) {
+TEST_F(StarvingSoundCardTest, RecordsExactlyTheDiscsFramesWhileAllLinesStarveAtRandom) {
     for (unsigned seed = 0; seed < 100; ++seed) {
         SoundCard starving;
         const auto tape = std::make_shared<MemorySink>();
@@ -259,15 +259,15 @@ TEST_F(FullRecordingTest, StopsTheCardAndLosesAndInsertsNothing) {
     narrow->space = 700;
     card.advance(20ms);
     EXPECT_EQ(narrow->size(), 700U);
-    EXPECT_EQ(disc->position(), 700) << "frames that are not recorded are not played";
+    EXPECT_EQ(disc->position(), 700) << "the card played frames that were not recorded";
     card.advance(60s);
     EXPECT_EQ(narrow->size(), 700U);
     narrow->space = 100'000;
     card.advance(60s + 10ms);
     EXPECT_THAT(narrow->frames(), IsSound(pattern(0, 1141)))
-        << "the card does not play the missed minute";
+        << "the card must not play the missed minute";
     EXPECT_THAT(speakers->frames(), IsSound(pattern(0, 1141)))
-        << "the speakers play what is recorded";
+        << "the speakers must play what is recorded";
 }
 
 TEST_F(FullRecordingTest, DoesNotStopTheCardAfterItsEnd) {
@@ -279,7 +279,7 @@ TEST_F(FullRecordingTest, DoesNotStopTheCardAfterItsEnd) {
     EXPECT_EQ(narrow->size(), 0U);
 }
 
-TEST_F(FullRecordingTest, RecordsTheDiscsFramesWhenSpaceBecomesFreeInAnyPattern) {
+TEST_F(FullRecordingTest, RecordsExactlyTheDiscsFramesWhenSpaceBecomesFreeAtRandom) {
     for (unsigned seed = 0; seed < 40; ++seed) {
         SoundCard held;
         const auto tape = std::make_shared<NarrowSink>();

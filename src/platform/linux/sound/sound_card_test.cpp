@@ -35,7 +35,7 @@ class SoundCardTest : public testing::Test {
     std::shared_ptr<PatternSource> disc = std::make_shared<PatternSource>();
 };
 
-TEST_F(SoundCardTest, IsIdleUntilThereIsASourceOrARecording) {
+TEST_F(SoundCardTest, IsActiveWhileItHasASourceOrARecording) {
     EXPECT_FALSE(card.active());
     card.attach(Line::waveOut, disc, 0ns);
     EXPECT_TRUE(card.active());
@@ -178,7 +178,7 @@ TEST_F(SoundCardTest, DoesNotDetachASourceThatHasEnded) {
     card.advance(20ms);
     EXPECT_FALSE(card.detachSource(Line::compactDisc, *brief));
     card.advance(30ms);
-    EXPECT_EQ(recorder->size(), 441U) << "the line still counts as lost";
+    EXPECT_EQ(recorder->size(), 441U) << "the line must still count as lost";
 }
 
 /// A source whose destructor calls the card. That call would never return if the card still held
@@ -314,7 +314,7 @@ TEST_F(SoundCardTest, SwitchesToTheNextRecordingWithoutAGap) {
     EXPECT_THAT(next->frames(), IsSound(pattern(882, 441)));
 }
 
-TEST_F(SoundCardTest, AcceptsAttachDetachRecordAndStopInEveryOrder) {
+TEST_F(SoundCardTest, RecordsTheRightFramesWhenCallsAreMadeInRandomOrder) {
     constexpr std::size_t slice = 441; // 10 ms
     for (unsigned seed = 0; seed < 500; ++seed) {
         std::mt19937 random(seed);

@@ -26,7 +26,7 @@ TEST(SoundCardThread, AdvancesACardThatBecameActive) {
     EXPECT_TRUE(eventually([&] { return source->position() > 3 * 441; }));
 }
 
-TEST(SoundCardThread, AdvancesACardThatWasActiveBefore) {
+TEST(SoundCardThread, AdvancesACardThatIsAlreadyActive) {
     SoundCard card;
     const auto source = std::make_shared<PatternSource>();
     card.attach(Line::compactDisc, source, monotonicNow());
@@ -110,7 +110,7 @@ TEST(SoundCardThread, WakesUpLessOftenWhileOnlyAFileIsPlayed) {
     EXPECT_LE(advances, passed.count() / 30 + 1);
 }
 
-TEST(SoundCardThread, WakesUpForEachBlockIfADiscARecordingOrAListenerIsAdded) {
+TEST(SoundCardThread, TheWorkIsNotOnlyFilesIfADiscARecordingOrAListenerIsAdded) {
     SoundCard card;
     card.attach(Line::waveOut, std::make_shared<PatternSource>(), {});
     EXPECT_EQ(card.work(), SoundCard::Work::files);
@@ -178,7 +178,7 @@ TEST(SoundCardThread, KeepsEverySampleWhileOtherThreadsUseTheCardAtOnce) {
     EXPECT_GT(audible, 0U);
 }
 
-TEST(SoundCardThread, StartsWithALaterSoundIfTheSystemHadNoThread) {
+TEST(SoundCardThread, IsStartedByALaterSoundIfNoThreadCouldBeStartedBefore) {
     fakes::LimitedThreads threads(0);
     SoundCard card;
     const SoundCardThread thread(card, monotonicNow, threads.starter());
@@ -186,13 +186,13 @@ TEST(SoundCardThread, StartsWithALaterSoundIfTheSystemHadNoThread) {
     card.attach(Line::compactDisc, first, monotonicNow());
     EXPECT_EQ(threads.refused(), 2);
     card.advance(monotonicNow() + 1s);
-    EXPECT_GT(first->position(), 0) << "queries advance the card without a thread";
+    EXPECT_GT(first->position(), 0) << "advance() must work without a thread";
     threads.free(2);
     const auto second = std::make_shared<PatternSource>();
     card.attach(Line::compactDisc, second, monotonicNow());
     EXPECT_TRUE(eventually([&] { return second->position() > 3 * 441; }));
     card.attach(Line::waveOut, std::make_shared<PatternSource>(), monotonicNow());
-    EXPECT_EQ(threads.refused(), 2) << "no second thread is started";
+    EXPECT_EQ(threads.refused(), 2) << "a second thread was requested";
 }
 
 } // namespace

@@ -41,7 +41,7 @@ TEST(WavHeader, ContainsTheLargest32BitSizeForTheLongestPlainWav) {
     ASSERT_EQ(static_cast<std::int64_t>(header.size()), wavHeaderBytes);
     EXPECT_EQ(std::vector(header.begin() + 4, header.begin() + 8),
               std::vector<std::uint8_t>(4, 0xFF))
-        << "the largest size that the field can hold";
+        << "the size must be the largest that the field can hold";
 }
 
 } // namespace

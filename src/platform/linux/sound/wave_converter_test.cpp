@@ -39,13 +39,13 @@ TEST(WaveConverter, KeepsTheCardsOwnFormatBitForBit) {
                             0x34, 0x12, 3, 0));
 }
 
-TEST(WaveConverter, HasUnsignedEightBitSamples) {
+TEST(WaveConverter, ProducesUnsignedSamplesOf8Bits) {
     const auto converter = WaveConverter::create(pcmFormat(2, 44100, 8));
     EXPECT_THAT(numbers(converter->convert(corners())),
                 ElementsAre(128, 128, 255, 255, 0, 0, 129, 127, 128 + 0x12, 128));
 }
 
-TEST(WaveConverter, IsTheMeanOfBothChannelsInMono) {
+TEST(WaveConverter, ProducesTheMeanOfBothChannelsForMono) {
     const auto converter = WaveConverter::create(pcmFormat(1, 44100, 8));
     EXPECT_EQ(converter->frameBytes(), 1U);
     EXPECT_THAT(numbers(converter->convert(corners())), ElementsAre(128, 255, 0, 128, 128 + 0x09));
@@ -103,7 +103,8 @@ TEST_P(WaveConverterRate, KeepsLengthAndLevelOfATone) {
 INSTANTIATE_TEST_SUITE_P(Rates, WaveConverterRate,
                          testing::Values(4000, 8000, 11'025, 44'099, 48'000, 192'000));
 
-/// Silence of this many blocks, a second of a tone, and the silence after it.
+/// The bytes to which a converter of `format` converts `silentBlocks` blocks of silence, then a
+/// second of a tone, then ten blocks of silence.
 std::vector<int> convertedTone(const WaveFormat& format, int silentBlocks) {
     const auto converter = WaveConverter::create(format);
     fakes::ToneSource tone(500, 20'000);
@@ -128,8 +129,9 @@ std::vector<int> convertedTone(const WaveFormat& format, int silentBlocks) {
     return result;
 }
 
-TEST(WaveConverter, SoundAfterLongSilenceIsThatAfterShortSilence) {
-    // A block is a whole number of frames at these rates, so the sound is not shifted within one.
+TEST(WaveConverter, ConvertsSoundAfterLongSilenceLikeSoundAfterShortSilence) {
+    // A block is a whole number of frames at these rates, so the silence before a sound does not
+    // shift the sound by a fraction of a frame.
     for (const WaveFormat& format : {pcmFormat(1, 8000, 8), pcmFormat(2, 48'000, 16)}) {
         const auto frames = [&](int blocks) {
             return static_cast<std::size_t>(blocks) * format.nSamplesPerSec / 100 *
@@ -147,7 +149,7 @@ TEST(WaveConverter, SoundAfterLongSilenceIsThatAfterShortSilence) {
     }
 }
 
-TEST(WaveConverter, TheEndOfASoundIsNotCut) {
+TEST(WaveConverter, DeliversTheWholeEndOfASound) {
     // At the lowest rate the filter is the longest.
     const auto endOfTone = [](std::size_t silentBlock) {
         const auto converter = WaveConverter::create(pcmFormat(1, 4000, 16));
@@ -170,7 +172,7 @@ TEST(WaveConverter, TheEndOfASoundIsNotCut) {
     EXPECT_EQ(endOfTone(21), atOnce);
 }
 
-TEST(WaveConverter, SilenceHasTheRateOfSound) {
+TEST(WaveConverter, ConvertsSilenceAtTheRateOfTheFormat) {
     for (const std::uint32_t rate : {4000U, 11'025U, 44'099U, 192'000U}) {
         const auto converter = WaveConverter::create(pcmFormat(2, rate, 16));
         std::size_t bytes = 0;

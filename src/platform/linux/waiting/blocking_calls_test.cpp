@@ -42,14 +42,14 @@ class BlockingCallsTest : public testing::Test {
     BlockingCalls calls{threads, waiting};
 };
 
-TEST_F(BlockingCallsTest, ReturnTheResult) {
+TEST_F(BlockingCallsTest, ReturnTheResultOfTheQuestion) {
     for (int question = 0; question < 500; ++question) {
         ASSERT_EQ(calls.ask(1h, [question] { return question; }), question);
         ASSERT_TRUE(calls.idle());
     }
 }
 
-TEST_F(BlockingCallsTest, AreRefusedWhileOneHangs) {
+TEST_F(BlockingCallsTest, AreRefusedWhileAnEarlierCallHangs) {
     state->gate.close();
     EXPECT_EQ(calls.ask(1ms, [state = state] { return state->gate.pass(), 1; }), std::nullopt);
     EXPECT_FALSE(calls.idle());
@@ -87,7 +87,7 @@ TEST_F(BlockingCallsTest, AreRefusedBeyondTheQueueLimit) {
         EXPECT_EQ(calls.send(0ms, noting("waits")), CommandState::waits);
     }
     EXPECT_EQ(calls.send(1h, noting("one too many")), CommandState::refused)
-        << "the call waits for nothing";
+        << "a command beyond the queue limit must be refused without a wait";
     state->gate.open();
     EXPECT_TRUE(calls.finish(1h));
     EXPECT_THAT(done(), ElementsAre("hangs", "waits", "waits", "waits", "waits"));
@@ -112,7 +112,7 @@ class EndingWait final : public Waiting {
     Outcome wait(const Completion&, Duration) override { return Outcome::ended; }
 };
 
-TEST_F(BlockingCallsTest, ReturnNothingWhenTheProgramEnds) {
+TEST_F(BlockingCallsTest, ReturnNoResultIfTheWaitIsEnded) {
     EndingWait ending;
     BlockingCalls ended(threads, ending);
     state->gate.close();

@@ -26,14 +26,14 @@ TEST(ReleasedElsewhere, DoesNotBlockTheReleasingThread) {
     EXPECT_EQ(slow->gate, gate);
     auto other = slow;
     slow.reset();
-    EXPECT_EQ(gate->arrivals(), 0) << "the object still has an owner";
+    EXPECT_EQ(gate->arrivals(), 0) << "the object was destroyed, although it still has an owner";
     other.reset();
     gate->waitForArrivals(1);
     gate->open();
     EXPECT_TRUE(fakes::eventually([&] { return gate.use_count() == 1; }));
 }
 
-TEST(ReleaseElsewhere, ReleasesOnThisThreadIfNoneCanBeCreated) {
+TEST(ReleaseElsewhere, ReleasesOnTheCallingThreadIfNoThreadCanBeCreated) {
     const fakes::LimitedThreads threads(0);
     auto owned = std::make_shared<int>();
     const std::weak_ptr<int> watched = owned;
