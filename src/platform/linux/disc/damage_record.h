@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Records which sectors of a disc could not be read without error, and how each of them was last
-// delivered. A sector is counted once, however often it is read. The record may outlive the Disc
-// object, so that the next load of the same disc can continue the record.
+// delivered. A damaged sector is counted once, however often it is read. The record may outlive the
+// Disc object, so that the next load of the same disc can continue the record.
 #pragma once
 
 #include <cstdint>

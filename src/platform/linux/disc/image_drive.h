@@ -14,7 +14,7 @@ namespace sonarith::disc {
 
 class ImageDrive final : public Drive {
   public:
-    /// `sheet` is the path of a CUE sheet or TOC; nothing is read before `load`.
+    /// `sheet` is the path of a CUE sheet or TOC; the constructor reads nothing.
     explicit ImageDrive(std::filesystem::path sheet);
 
     [[nodiscard]] DriveKind kind() const override { return DriveKind::image; }

@@ -49,7 +49,7 @@ TEST(StatedBytes, AreTheExactBytesThatTheSheetStates) {
     EXPECT_EQ(statedBytes({SegmentKind::data, 0, 16, 3 * 588, 2048, 588, 2047}), 4097);
 }
 
-TEST(StatedFrames, AreASumUnlessASegmentExtendsToItsFilesEnd) {
+TEST(StatedFrames, AreTheSumOfTheLengthsUnlessASegmentExtendsToItsFilesEnd) {
     EXPECT_EQ(statedFrames({}), 0);
     EXPECT_EQ(statedFrames({silence(3), silence(4)}), 7);
     EXPECT_EQ(statedFrames({silence(3), silence(toFileEnd)}), toFileEnd);

@@ -93,7 +93,7 @@ TEST_F(SectorCommandsTest, ReadsNoSectorOutsideTheBounds) {
     EXPECT_THAT(drive.commands, IsEmpty());
 }
 
-TEST_F(SectorCommandsTest, IssuesNoCommandOnceMayGoOnReturnsFalse) {
+TEST_F(SectorCommandsTest, IssuesNoCommandAfterMayGoOnHasReturnedFalse) {
     int left = 2;
     commands.setMayGoOn([&left] { return left-- > 0; });
     EXPECT_EQ(commands.read(0, 100, buffer.data()), 50);

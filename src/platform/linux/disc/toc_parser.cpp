@@ -60,7 +60,7 @@ class TocParser {
     Result<std::int64_t> readFileOffset();
     Status addFile(const TocToken& name, ImageFormat format, Segment segment);
 
-    /// Returns the next token and advances, but not beyond the terminating one.
+    /// Returns the next token and advances, but never past the terminating token.
     const TocToken& take() {
         line_ = next_->line;
         return next_->kind == TocTokenKind::end ? *next_ : *next_++;

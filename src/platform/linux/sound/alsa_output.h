@@ -21,8 +21,8 @@ class NullOutput : public SpeakerSink {
 };
 
 /// Creates the output for the setting `Output`: a NullOutput for "" and "none", otherwise an output
-/// for the ALSA device `name`. The device need not exist: it is opened when there is sound, and
-/// after a failure opening is tried again later.
+/// for the ALSA device `name`. The device need not exist: it is opened when there is sound, and if
+/// opening fails, it is tried again later.
 [[nodiscard]] std::shared_ptr<SpeakerSink>
 makeOutput(const std::string& name, PlaybackTiming timing = {}, ReportDevice report = {});
 

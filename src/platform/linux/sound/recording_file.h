@@ -19,9 +19,9 @@ namespace sonarith::sound {
 /// the disk is slow, a call takes as long as the disk does.
 class RecordingFile {
   public:
-    /// Creates an empty file in `folder`, which should be the folder in which it will be saved,
-    /// since no copy is needed then. Recordings of more than `longestWavBytes` sample bytes are
-    /// saved as RF64.
+    /// Creates a WAV without samples in `folder`. This should be the folder in which the recording
+    /// will be saved, since no copy is needed then. Recordings of more than `longestWavBytes`
+    /// sample bytes are saved as RF64.
     [[nodiscard]] static Result<RecordingFile>
     create(Channels channels, const std::filesystem::path& folder,
            std::int64_t longestWavBytes = maxWavSampleBytes,

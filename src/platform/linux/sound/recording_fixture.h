@@ -37,7 +37,7 @@ inline constexpr RecordingTiming patientTiming{std::chrono::seconds{30}, std::ch
 
 class RecordingFixture : public testing::Test {
   public:
-    /// Whether the call writes samples: only the header is written at offset 0.
+    /// Whether the call writes samples and not the header, which is written at offset 0.
     static bool isSamples(const seccomp_data& call) {
         return call.nr == SYS_pwrite64 && call.args[3] > 0;
     }

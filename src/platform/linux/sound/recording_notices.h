@@ -46,8 +46,8 @@ class RecordingNotices {
     void notSaved(const std::filesystem::path& target, const Error& error);
     /// The save takes long; the cause persists until `saved` or `notSaved`.
     void saveIsLate(const std::filesystem::path& target);
-    /// The recording has ended, saved or not: ends all its causes. `target` is the name of the last
-    /// save, or empty.
+    /// Called when a recording has ended, saved or not: settles all notices about that recording.
+    /// `target` is the name of the last save, or empty.
     void closed(RecordingNumber number, const std::filesystem::path& folder,
                 const std::filesystem::path& target);
 

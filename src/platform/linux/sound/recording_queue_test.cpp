@@ -30,7 +30,7 @@ class RecordingQueueTest : public testing::Test {
     }};
 };
 
-TEST_F(RecordingQueueTest, HasRoomForTenSecondsAndNoneWhenItIsFull) {
+TEST_F(RecordingQueueTest, HasSpaceForTenSecondsOfSound) {
     EXPECT_EQ(queue.room(), 441'000U);
     queue.record(pattern(0, 440'000));
     EXPECT_EQ(queue.room(), 1000U);

@@ -211,7 +211,7 @@ TEST_F(RecordingTest, NeedsConstantMemory) {
     recordSeconds(600);
     EXPECT_GT(recording->bytes(), 100'000'000);
     EXPECT_LT(test::memoryInKibibytes() - before, 1024)
-        << "the growth in KiB; 100,000 KiB were recorded, and a full queue needs 1,700 KiB";
+        << "KiB more memory than before; 100,000 KiB were recorded, a full queue needs 1,700";
 }
 
 TEST_F(RecordingTest, FailsWithANoticeIfTheSystemHasNoThread) {

@@ -140,7 +140,7 @@ class SoundCard {
     /// again, and that time is not caught up: no frame is skipped and no silence is inserted. A
     /// source that has ended is released, and its line becomes silent; while a lost source is
     /// neither replaced nor detached, a recorder that listens to it records nothing. A `now` before
-    /// an earlier one has no effect.
+    /// that of an earlier call has no effect.
     void advance(Time now);
     /// Whether there is any work: a line with a source, a recording or a listener. While false, the
     /// card needs no calls of advance.
@@ -172,7 +172,7 @@ class SoundCard {
         PeakMeter peak;
         bool lost = false; ///< its last source was lost, until the next attach or detach
     };
-    /// Objects that a member releases, kept until the lock has been unlocked.
+    /// Objects that a member function releases. They are kept until mutex_ is unlocked.
     using Released = std::vector<std::shared_ptr<void>>;
 
     Channel& channel(Line line) { return channels_.at(static_cast<std::size_t>(line)); }

@@ -36,16 +36,16 @@ TEST(SoundCardThread, AdvancesACardThatIsAlreadyActive) {
 
 TEST(SoundCardThread, SleepsWhileTheCardIsIdle) {
     SoundCard card;
-    std::atomic<int> looks = 0;
-    const SoundCardThread thread(card, [&looks] {
-        ++looks;
+    std::atomic<int> clockCalls = 0;
+    const SoundCardThread thread(card, [&clockCalls] {
+        ++clockCalls;
         return monotonicNow();
     });
     card.attach(Line::compactDisc, std::make_shared<PatternSource>(1000), monotonicNow());
     ASSERT_TRUE(eventually([&] { return !card.active(); }));
-    const int looksBefore = looks;
+    const int clockCallsBefore = clockCalls;
     std::this_thread::sleep_for(100ms); // ten times the thread's interval
-    EXPECT_EQ(looks, looksBefore);
+    EXPECT_EQ(clockCalls, clockCallsBefore);
     const auto source = std::make_shared<PatternSource>();
     card.attach(Line::compactDisc, source, monotonicNow());
     EXPECT_TRUE(eventually([&] { return source->position() > 0; }));
@@ -53,17 +53,18 @@ TEST(SoundCardThread, SleepsWhileTheCardIsIdle) {
 
 TEST(SoundCardThread, AdvancesACardWithOnlyAListenerLessOften) {
     SoundCard card;
-    std::atomic<int> looks = 0;
-    const SoundCardThread thread(card, [&looks] {
-        ++looks;
+    std::atomic<int> clockCalls = 0;
+    const SoundCardThread thread(card, [&clockCalls] {
+        ++clockCalls;
         return monotonicNow();
     });
     const auto listener = std::make_shared<MemorySink>();
     card.setListener(listener, monotonicNow());
-    ASSERT_TRUE(eventually([&] { return looks >= 3; })); // the wake-up by setListener() is over
+    ASSERT_TRUE(
+        eventually([&] { return clockCalls >= 3; })); // the wake-up by setListener() is over
     const auto start = monotonicNow();
-    const int looksBefore = looks;
-    ASSERT_TRUE(eventually([&] { return looks >= looksBefore + 5; }));
+    const int clockCallsBefore = clockCalls;
+    ASSERT_TRUE(eventually([&] { return clockCalls >= clockCallsBefore + 5; }));
     // At least four whole intervals have passed: a thread can wake up late but never early.
     EXPECT_GE(monotonicNow() - start, 4 * 45ms);
     const auto source = std::make_shared<PatternSource>();
