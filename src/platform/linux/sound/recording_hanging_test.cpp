@@ -108,28 +108,27 @@ TEST_F(HangingDiskTest, ChangesNeitherTheLengthNorTheSamplesOfATrack) {
 }
 
 TEST_F(HangingDiskTest, PausesTheDiscWhenTheQueueIsFullAndLosesNothing) {
-    intercepted(
-        [](const seccomp_data& call) { return hitsSamples(call) ? CallJudge::hold : 0; },
-        [&](CallJudge& judge) {
-            const auto recording = begin();
-            startRecording(*recording);
-            play(1s);
-            ASSERT_TRUE(eventually([&] { return judge.held() > 0; }));
-            play(60s);
-            const std::int64_t bound = disc->position();
-            EXPECT_LE(bound, 441'000 + 44'100)
-                << "the disc has played more than the queue and the batch being written can hold";
-            EXPECT_GE(bound, 441'000);
-            EXPECT_EQ(recording->bytes(), bound * 4);
-            play(60s);
-            EXPECT_EQ(disc->position(), bound);
-            judge.release();
-            ASSERT_TRUE(eventually([&] { return isWritten(*recording); }));
-            play(2s);
-            card.stopRecording(now);
-            EXPECT_EQ(disc->position(), bound + 2 * 44'100);
-            EXPECT_TRUE(recording->save(target).ok());
-        });
+    intercepted([](const seccomp_data& call) { return hitsSamples(call) ? CallJudge::hold : 0; },
+                [&](CallJudge& judge) {
+                    const auto recording = begin();
+                    startRecording(*recording);
+                    play(1s);
+                    ASSERT_TRUE(eventually([&] { return judge.held() > 0; }));
+                    play(60s);
+                    const std::int64_t bound = disc->position();
+                    EXPECT_LE(bound, 441'000 + 44'100)
+                        << "played more than the queue and one batch can hold";
+                    EXPECT_GE(bound, 441'000);
+                    EXPECT_EQ(recording->bytes(), bound * 4);
+                    play(60s);
+                    EXPECT_EQ(disc->position(), bound);
+                    judge.release();
+                    ASSERT_TRUE(eventually([&] { return isWritten(*recording); }));
+                    play(2s);
+                    card.stopRecording(now);
+                    EXPECT_EQ(disc->position(), bound + 2 * 44'100);
+                    EXPECT_TRUE(recording->save(target).ok());
+                });
     expectPlainWav(target, played());
 }
 
