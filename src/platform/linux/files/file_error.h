@@ -24,10 +24,10 @@ namespace sonarith {
 namespace sonarith::files {
 
 /// Like fileErrorOfSystem(), but the message names `path`, and ENOENT gives pathNotFound, whichever
-/// part of the path is missing. For files that are about to be written or are read by their whole
-/// path.
+/// part of the path is missing. For callers that need not distinguish a missing file from a missing
+/// folder, such as callers that create a file.
 [[nodiscard]] Error systemError(int error, const std::filesystem::path& path);
-/// The cause without the file, for a sentence that already names the file: "no space is left".
+/// The cause of `error` for a sentence that already names the file: "no space is left".
 [[nodiscard]] std::string reasonOf(int error);
 
 } // namespace sonarith::files

@@ -44,7 +44,7 @@ std::string machineIdentity() {
 
 /// Prefix of this machine's hidden names. On some network file systems a lock is visible only to
 /// the machine that holds it. So a machine cannot detect whether another machine's files are in
-/// use, and deletes only its own.
+/// use, and deletes only its own files.
 const std::string& machinePrefix() {
     static const std::string prefix = [] {
         // The ID is hashed (FNV-1a), because the file names are visible to other users, who must

@@ -42,7 +42,7 @@ class HiddenNameTest : public testing::Test {
     fakes::TempFolder folder;
 };
 
-TEST_F(HiddenNameTest, IsHiddenAndNewEachTime) {
+TEST_F(HiddenNameTest, NewNamesAreHiddenAndDifferAfterTheMachinesPrefix) {
     const std::string name = newHiddenName();
     EXPECT_THAT(name, MatchesRegex("\\.sonarith-[0-9a-f]{8}-[0-9a-f]{16}"));
     EXPECT_NE(name, newHiddenName());
@@ -59,7 +59,7 @@ TEST_F(HiddenNameTest, TheDestructorDeletesTheFile) {
     EXPECT_FALSE(fs::exists(path));
 }
 
-TEST_F(HiddenNameTest, ReplacesAnExistingFileWhenItIsRenamed) {
+TEST_F(HiddenNameTest, ARenameReplacesAnExistingFile) {
     fs::create_directory(folder / "other");
     std::ofstream(folder / "other/a.wav") << "old";
     const fs::path path = leftover();
@@ -100,7 +100,7 @@ TEST_F(HiddenNameTest, AClaimedFileIsKept) {
     EXPECT_FALSE(fs::exists(path));
 }
 
-TEST_F(HiddenNameTest, AFileIsDeletedOnceItsClaimingProcessWasKilled) {
+TEST_F(HiddenNameTest, AFileIsDeletedAfterItsClaimingProcessWasKilled) {
     const fs::path path = leftover();
     test::ReportingChild child([&](const auto& report) {
         const FileDescriptor file = open(path);
@@ -115,7 +115,7 @@ TEST_F(HiddenNameTest, AFileIsDeletedOnceItsClaimingProcessWasKilled) {
     EXPECT_FALSE(fs::exists(path));
 }
 
-TEST_F(HiddenNameTest, AFileWithAnyOtherNameIsKept) {
+TEST_F(HiddenNameTest, AFileThatIsNotNamedLikeAHiddenFileOfThisMachineIsKept) {
     std::string ofAnotherMachine = newHiddenName();
     ofAnotherMachine[10] = ofAnotherMachine[10] == '0' ? '1' : '0';
     std::string inCapitals = newHiddenName();
@@ -165,7 +165,7 @@ TEST_F(HiddenNameTest, AnotherUsersFileIsNotDeleted) {
     EXPECT_FALSE(fs::exists(path));
 }
 
-TEST_F(HiddenNameTest, NothingIsDeletedWithoutFileLocks) {
+TEST_F(HiddenNameTest, NothingIsDeletedOnAFileSystemWithoutLocks) {
     fs::permissions(folder.path(), fs::perms(0777));
     EXPECT_EQ(test::runUnprivileged([&] {
                   if (!test::refuseFileLocks()) {

@@ -16,7 +16,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The target of the link, if `target` is a symbolic link to an existing file.
+/// The file to which `target` refers if it is a symbolic link to an existing file; otherwise
+/// `target`.
 fs::path withoutLink(const fs::path& target) {
     std::error_code error;
     if (!fs::is_symlink(target, error)) {

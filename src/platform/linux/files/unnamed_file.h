@@ -24,8 +24,8 @@ enum class Concealment {
 class UnnamedFile {
   public:
     /// Creates an empty file in `folder`, open for reading and writing. Unless it is published, the
-    /// file is deleted with this object or when the process ends. Only a file with a hidden name
-    /// remains if the process is killed; the next create() in that folder deletes it.
+    /// file is deleted with this object or when the process ends. If the process is killed, a file
+    /// with a hidden name remains, and the next create() in that folder deletes it.
     [[nodiscard]] static Result<UnnamedFile> create(const std::filesystem::path& folder,
                                                     Concealment concealment = Concealment::noName);
 

@@ -50,7 +50,7 @@ class KilledSaveTest : public testing::TestWithParam<std::tuple<Concealment, Tar
     const Method method = std::get<2>(GetParam());
 };
 
-TEST_P(KilledSaveTest, LeavesTheOldOrTheNewFileAndLeftoversThatTheNextFileDeletes) {
+TEST_P(KilledSaveTest, LeavesTheOldOrTheNewFileAndHiddenFilesThatTheNextCreateDeletes) {
     const std::string before = target == Target::isReplaced ? "old" : "(none)";
     bool usesHiddenNames = concealment == Concealment::hiddenName || target == Target::isReplaced;
     int leftovers = 0;
@@ -73,8 +73,9 @@ TEST_P(KilledSaveTest, LeavesTheOldOrTheNewFileAndLeftoversThatTheNextFileDelete
         EXPECT_EQ(hiddenEntriesIn(folder.path()), 0) << "call " << call;
         EXPECT_EQ(contentOf(folder / "target.wav"), after) << "call " << call;
     }
-    EXPECT_GT(call, 5) << "fewer calls than the flushes, the naming and the calls between them";
-    EXPECT_EQ(leftovers > 0, usesHiddenNames) << "only a save with hidden names may leave files";
+    EXPECT_GT(call, 5) << "the save made fewer calls than its flushes and the naming need";
+    EXPECT_EQ(leftovers > 0, usesHiddenNames)
+        << "kills left files although no hidden name is used, or none although one is used";
 }
 
 INSTANTIATE_TEST_SUITE_P(WithEveryMethod, KilledSaveTest,

@@ -154,7 +154,7 @@ TEST_P(UnnamedFileTest, IsNamedWithoutACopy) {
     }
 }
 
-TEST_P(UnnamedFileTest, IsNoLongerClaimedOnceItIsPublished) {
+TEST_P(UnnamedFileTest, IsNoLongerClaimedAfterItIsPublished) {
     UnnamedFile file = unnamed("new");
     EXPECT_TRUE(file.publish(target).ok());
     EXPECT_TRUE(claim(FileDescriptor(::open(target.c_str(), O_RDWR | O_CLOEXEC))));
@@ -199,7 +199,7 @@ TEST_P(UnnamedFileTest, IsKeptIfAnotherFileIsCreatedAfterAFailedRename) {
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
 
-TEST_P(UnnamedFileTest, IsPublishedOnAFileSystemWithoutLocks) {
+TEST_P(UnnamedFileTest, CanBePublishedOnAFileSystemWithoutLocks) {
     fs::permissions(folder.path(), fs::perms(0777));
     EXPECT_EQ(test::runUnprivileged([&] {
                   if (!test::refuseFileLocks()) {
@@ -214,7 +214,7 @@ TEST_P(UnnamedFileTest, IsPublishedOnAFileSystemWithoutLocks) {
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
 
-TEST_P(UnnamedFileTest, IsPublishedOnAFileSystemWithoutLinks) {
+TEST_P(UnnamedFileTest, CanBePublishedOnAFileSystemWithoutLinks) {
     fs::permissions(folder.path(), fs::perms(0777));
     EXPECT_EQ(test::runUnprivileged([&] {
                   UnnamedFile file = unnamed("new");
@@ -240,7 +240,7 @@ TEST_P(UnnamedFileTest, AcceptsNamesThatAreNotValidUtf8) {
     EXPECT_EQ(contentOf(odd), "new");
 }
 
-TEST_P(UnnamedFileTest, AcceptsTheLongestNameAndNoLongerOne) {
+TEST_P(UnnamedFileTest, AcceptsTheLongestNameAndRejectsALongerName) {
     UnnamedFile file = unnamed("new");
     const fs::path longest = folder / std::string(255, 'n');
     EXPECT_TRUE(file.publish(longest).ok());
@@ -372,8 +372,8 @@ TEST_P(UnnamedFileTest, IsSavedOnADiskWithoutSpaceForACopy) {
         return (saved ? 0 : 1) + (full ? 0 : 2) + (contentOf(target) == content ? 0 : 4);
     });
     if (answer == test::mayNotMount) {
-        GTEST_SKIP()
-            << "this user may not mount a disk; NeedsNoSpaceForACopy tests it with a size limit";
+        GTEST_SKIP() << "this user may not mount a disk; NeedsNoSpaceForACopy tests the same with "
+                        "a size limit";
     }
     EXPECT_EQ(answer, 0);
 }

@@ -57,7 +57,7 @@ TEST_F(ARecorder, CountsTheBytesUpToThePresentMoment) {
     EXPECT_FALSE(card.active());
 }
 
-TEST_F(ARecorder, RecordsOnlySoundDueAfterItsStart) {
+TEST_F(ARecorder, RecordsOnlySoundThatIsDueAfterItsStart) {
     card.attach(sound::Line::compactDisc, std::make_shared<Tone>(), time);
     time += 10s; // the card is not advanced during this time
     const auto recorder = make();
@@ -80,7 +80,7 @@ TEST_F(ARecorder, SavesMonoAsTheMeanOfBothChannels) {
     EXPECT_THAT(wav->samples, Each(8));
 }
 
-TEST_F(ARecorder, ANewStartAppendsToTheRecordingUntilItIsSaved) {
+TEST_F(ARecorder, AppendsAtANewStartAndCannotStartAfterASave) {
     const auto recorder = make();
     ASSERT_TRUE(recorder->start(2).ok());
     time += 10ms;
@@ -113,7 +113,7 @@ TEST_F(ARecorder, CannotStartWhileAnotherRecorderRecords) {
     EXPECT_TRUE(second->start(2).ok());
 }
 
-TEST_F(ARecorder, CannotStartWithoutAFolderNorSaveWithoutARecording) {
+TEST_F(ARecorder, CanNeitherStartWithoutAFolderNorSaveWithoutARecording) {
     const auto recorder = make();
     EXPECT_FALSE(recorder->save(folder / "a.wav").ok());
     folders = {folder / "missing"};
@@ -133,7 +133,7 @@ TEST_F(ARecorder, ReplacesNoFolderAndCanSaveElsewhereAfterAFailedSave) {
     EXPECT_TRUE(recorder->save(folder / "a.wav").ok());
 }
 
-TEST_F(ARecorder, LeavesNoFileIfItIsNotSaved) {
+TEST_F(ARecorder, LeavesNoFileIfItsRecordingIsNotSaved) {
     {
         const auto recorder = make();
         ASSERT_TRUE(recorder->start(2).ok());

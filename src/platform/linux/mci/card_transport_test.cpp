@@ -121,7 +121,7 @@ TEST(ATransport, StopsAtTheExactMomentOfTheCall) {
     CardTransport transport(std::make_shared<FakeDisc>(fakes::audioTable({1000})), bench.card,
                             bench.now);
     ASSERT_TRUE(transport.play(0, 1000).ok());
-    // After this at least one whole sector is buffered, which is longer than 10 ms.
+    // After this call at least one whole sector is buffered. A sector lasts longer than 10 ms.
     bench.playUntil(transport, 1);
     const std::int64_t place = transport.positionInFrames();
     bench.pass(10ms);
@@ -129,7 +129,7 @@ TEST(ATransport, StopsAtTheExactMomentOfTheCall) {
     EXPECT_EQ(transport.positionInFrames(), place + 441);
 }
 
-TEST(ATransport, KeepsItsPositionOnceItsDiscHasVanished) {
+TEST(ATransport, KeepsItsPositionAfterItsDiscHasVanished) {
     Bench bench;
     const auto disc = std::make_shared<FakeDisc>(fakes::audioTable({100'000}));
     CardTransport transport(disc, bench.card, bench.now);

@@ -81,7 +81,7 @@ TEST(ADiscThatVanishesWhilePlaying, KeepsItsPositionUntilTheMediumIsQueried) {
     EXPECT_EQ(session.send("status cd position"), said("00:01:00"));
 }
 
-TEST(ADiscChangedBetweenTwoQueries, IsDetectedOnceTheOldDiscCannotBeRead) {
+TEST(ADiscChangedBetweenTwoQueries, IsDetectedWhenTheOldDiscCanNoLongerBeRead) {
     CdSession session(threeTracks());
     session.send("play cd");
     session.machine.drive->disc = std::make_shared<fakes::FakeDisc>(enhancedDisc());
@@ -145,7 +145,7 @@ TEST(AnOpenDevice, HasNoMediumWhenTheMachineLosesItsDrive) {
     CdSession session(threeTracks());
     session.send("play cd");
     const auto unplugged = std::exchange(session.machine.drive, nullptr);
-    for (int second = 0; second < 2; ++second) {
+    for (int query = 0; query < 2; ++query) {
         EXPECT_EQ(session.send("status cd media present"), said("false"));
     }
     EXPECT_EQ(session.send("status cd mode"), said("not ready"));
@@ -166,7 +166,7 @@ TEST(AnOpenDevice, MovesTheTrayOfTheChosenDrive) {
     EXPECT_TRUE(session.machine.drive->trayOpen);
 }
 
-/// A drive whose background read of the table takes until the test sets `ready`.
+/// A drive whose background read of the table ends when the test sets `ready`.
 class SlowDrive : public fakes::FakeDrive {
   public:
     using FakeDrive::FakeDrive;
@@ -185,7 +185,7 @@ TEST(ThePlayersMediumQuery, ReturnsFalseWhileTheTableIsBeingRead) {
     session.machine.drive = drive;
     EXPECT_EQ(session.send("status cd media present"), said("false"));
     const int loads = drive->loads;
-    for (int second = 0; second < 10; ++second) {
+    for (int query = 0; query < 10; ++query) {
         EXPECT_EQ(session.send("status cd media present"), said("false"));
     }
     EXPECT_EQ(drive->loads, loads) << "the caller waited for a load";
@@ -250,7 +250,7 @@ TEST(AnImageThatVanishes, IsReportedBeforeAReadFails) {
     EXPECT_EQ(session.machine.notices.texts().size(), 1u);
 }
 
-TEST(AnImageThatVanishes, IsNotReportedAfterAnEjectAfterAnotherChoiceOrWhileItDoesNotPlay) {
+TEST(AnImageThatVanishes, IsNotReportedAfterAnEjectOrTheChoiceOfAnotherDriveOrWhileStopped) {
     CdSession session(threeTracks());
     session.machine.drive->driveKind = disc::DriveKind::image;
     session.send("play cd");
@@ -292,7 +292,7 @@ TEST(AnUnreadableDisc, IsReadThreeTimesAndThenCountsAsMissing) {
     MciSession session(threeTracks());
     session.machine.drive->unreadable = true;
     session.send("open cdaudio alias cd");
-    for (int second = 0; second < 100; ++second) {
+    for (int query = 0; query < 100; ++query) {
         EXPECT_EQ(session.send("status cd media present"), said("false"));
     }
     EXPECT_EQ(session.machine.drive->loads, 3);
@@ -303,7 +303,7 @@ TEST(AnUnreadableDisc, IsReadThreeTimesAndThenCountsAsMissing) {
     EXPECT_EQ(session.send("status cd media present"), said("true"));
 }
 
-TEST(AnUnreadableDisc, IsReadAgainOnceAnyCommandHasFoundTheDriveEmpty) {
+TEST(AnUnreadableDisc, IsReadAgainAfterAnyCommandHasFoundTheDriveEmpty) {
     MciSession session(threeTracks());
     session.machine.drive->unreadable = true;
     session.send("open cdaudio alias cd");

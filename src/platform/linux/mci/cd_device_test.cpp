@@ -38,7 +38,7 @@ TEST(InspectingADisc, GivesTheRepliesThatTheLogicExpects) {
     EXPECT_EQ(session.machine.transport, nullptr);
 }
 
-TEST(TheIdentity, IsANumberOf32BitsThatIsEqualForEqualDiscs) {
+TEST(TheIdentity, IsAnIntegerThatIsEqualOnlyForEqualDiscs) {
     CdSession one(threeTracks());
     CdSession same(threeTracks());
     CdSession other(enhancedDisc());
@@ -240,7 +240,7 @@ TEST(ADataTrack, EndsThePlayingWhereTheDataTrackBegins) {
     EXPECT_EQ(session.send("status cd position"), said("20000"));
 }
 
-TEST(TheTimeFormat, IsMsfUntilACommandSetsAnother) {
+TEST(TheTimeFormat, IsMsfUntilACommandSetsAnotherFormat) {
     CdSession session(threeTracks());
     EXPECT_EQ(session.send("status cd time format"), said("msf"));
     EXPECT_EQ(session.send("status cd length"), said("04:15:10"));

@@ -49,7 +49,7 @@ bool CdMedium::present() {
     }
     const bool inDrive = drive_->mediaPresent();
     // If the disc was exchanged between two queries, only the failed reading of the old disc (gone)
-    // reveals it.
+    // reveals the exchange.
     if (!inDrive || (transport_ && transport_->gone())) {
         if (mode() == PlayerMode::playing) {
             reportVanished();

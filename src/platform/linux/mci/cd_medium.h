@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reads the disc in the chosen drive when it is needed, plays and monitors it, and releases it when
-// it is removed or another drive is chosen. The commands are handled in cd_device.h.
+// Reads the disc in the chosen drive when a command needs the disc, plays and monitors the disc,
+// and releases it when the user removes it or chooses another drive. The commands are handled in
+// cd_device.h.
 #pragma once
 
 #include <chrono>
@@ -17,8 +18,9 @@ namespace sonarith::mci {
 /// For the thread of the logic.
 class CdMedium {
   public:
-    /// How long the reading of the next sound may take before the user is notified. Longer than
-    /// the 8 seconds for which a damaged position is tried at most (disc/read_effort.h).
+    /// How long the reading of the next sound may take before the user is notified. Longer than 8
+    /// seconds, the longest time for which the reading of a damaged position is repeated
+    /// (disc/read_effort.h).
     static constexpr std::chrono::seconds longestRead{15};
 
     /// Loads the disc in `drive` and waits until that is done.
@@ -60,7 +62,7 @@ class CdMedium {
     void stop();
 
     /// Notifies the user if the playing disc could not be read for `longestRead`, if it can be read
-    /// again after that, and if the disc of an image has vanished.
+    /// again after that, and if the disc is an image and has vanished.
     void watch();
     /// Returns, for each damaged track, the sound that was lost since playing began or since the
     /// previous call.

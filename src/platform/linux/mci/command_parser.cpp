@@ -75,7 +75,7 @@ std::size_t wordsMatched(std::span<const Word> words, std::string_view keyword) 
 
 struct Match {
     Keyword keyword;
-    std::size_t words = 0; ///< 0: no keyword fits
+    std::size_t words = 0; ///< 0: no keyword matches
 };
 
 Match longestMatch(std::span<const Word> words, std::span<const Keyword> keywords) {
@@ -140,7 +140,7 @@ Outcome<Command> parseCommand(std::string_view text) {
     }
     Command command{*verb, asciiLowerCase(device.value.text), {}, {}};
     skipBlanks(text);
-    // Callers do not quote the path, and it may contain blanks.
+    // The rest of the text is the path: it may contain blanks, and callers usually do not quote it.
     if (command.verb == Verb::save) {
         command.path = withoutQuotes(text);
         return command;

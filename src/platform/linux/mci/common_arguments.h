@@ -11,7 +11,7 @@
 
 namespace sonarith::mci {
 
-/// Parses the words of a command without keywords. Errors: those of parseArguments.
+/// Parses the words of a command that has no keywords of its own. Errors: those of parseArguments.
 [[nodiscard]] MciError parseNothing(std::span<const Word> words);
 
 /// Parses the words of a command that needs a keyword ("set", "info"). Errors: those of

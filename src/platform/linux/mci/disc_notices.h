@@ -25,7 +25,8 @@ struct TrackLoss {
 /// second.
 [[nodiscard]] Notice lostSound(std::span<const TrackLoss> losses, std::string_view path);
 
-/// `drive` is the result of Drive::name(), and is the notice's cause.
+/// The notice's cause is `drive`, the result of Drive::name(). `since` is how long the drive has
+/// not responded.
 [[nodiscard]] Notice playingIsInterrupted(const std::string& drive, std::chrono::seconds since);
 /// `drive` is the result of Drive::name(). The notice has no cause.
 [[nodiscard]] Notice discHasVanished(const std::string& drive);

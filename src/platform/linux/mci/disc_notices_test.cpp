@@ -31,7 +31,8 @@ TEST(TheNoticeAboutLostSound, NamesTracksTimesAndFile) {
     };
     for (const auto& row : rows) {
         EXPECT_EQ(lostSound(row.losses, row.path).text, row.text);
-        EXPECT_EQ(lostSound(row.losses, row.path).cause, "") << "a second notice would be hidden";
+        EXPECT_EQ(lostSound(row.losses, row.path).cause, "")
+            << "with a cause, a second notice would be hidden";
     }
 }
 

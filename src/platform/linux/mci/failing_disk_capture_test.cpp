@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests captures whose destination hangs or is full. The tests send the commands of a capture to
-// the real player, sound card and recording: each command still returns, and the sound that reached
-// the disk is kept.
+// Tests captures (recordings of a played track) whose destination hangs or is full. The tests send
+// the commands of a capture to the real player, sound card and recording: each command still
+// returns, and the sound that reached the disk is kept.
 #include <gmock/gmock.h>
 
 #include <fcntl.h>
@@ -72,7 +72,7 @@ class ADestinationThatHangs : public testing::TestWithParam<std::uint32_t> {
     }
 };
 
-TEST_P(ADestinationThatHangs, BlocksNoCommandOfACaptureAndReceivesTheFileOnceItResponds) {
+TEST_P(ADestinationThatHangs, BlocksNoCommandOfACaptureAndReceivesTheFileWhenItRespondsAgain) {
     hang([](CallJudge& judge) {
         FailingCapture session(sound::briefTiming);
         session.begin();
@@ -106,7 +106,7 @@ TEST_P(ADestinationThatHangs, BlocksNoOtherCapture) {
         judge.release();
         EXPECT_TRUE(session.saves->noneWithin(std::chrono::seconds(30)));
         EXPECT_EQ(session.send("save capture 1.wav"), fine())
-            << "the second command must return the result of the save that timed out";
+            << "the second command did not return the result of the save that timed out";
         EXPECT_EQ(session.send("close all"), fine());
         expectStartOfDisc(session.folder / "1.wav", count);
     });
@@ -122,7 +122,8 @@ TEST_P(ADestinationThatHangs, MayRespondAgainAfterTheDevicesWereDestroyed) {
             session.tickUntil(500);
             EXPECT_EQ(session.send("save capture 1.wav"), refused(MciError::fileNotSaved));
         }
-        // The destructor has also deleted the folder, so the save fails; no window can show that.
+        // The session's destructor has also deleted the folder, so the save fails; the failure can
+        // no longer be reported.
         judge.release();
         EXPECT_TRUE(saves->noneWithin(std::chrono::seconds(30)));
     });

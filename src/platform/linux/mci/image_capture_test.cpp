@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Tests captures from an image's files to the saved file, in each layout of
-// tools/make_disc_image.py: every sample of the ramp must be at its position in the saved file.
+// tools/make_disc_image.py: every sample of the test signal (a ramp) must be at its position in the
+// saved file.
 #include <algorithm>
 
 #include <gmock/gmock.h>
@@ -88,11 +89,11 @@ class AnImageWithATruncatedSheet : public testing::Test, protected MachineSessio
     std::shared_ptr<disc::Drive> drive_ = std::make_shared<disc::ImageDrive>(images_.path("a.cue"));
 };
 
-TEST_F(AnImageWithATruncatedSheet, IsFoundByAnOpenDeviceOnceTheSheetIsRepaired) {
+TEST_F(AnImageWithATruncatedSheet, IsFoundByAnOpenDeviceAfterTheSheetIsRepaired) {
     images_.write("a.cue", "FILE a.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:0");
     images_.writeFrames("a.bin", disc::rampSectors(0, 75));
     EXPECT_EQ(send("open cdaudio alias cd"), fakes::fine());
-    for (int second = 0; second < 10; ++second) {
+    for (int query = 0; query < 10; ++query) {
         EXPECT_EQ(send("status cd media present"), said("false"));
     }
     images_.write("a.cue", "FILE a.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n");

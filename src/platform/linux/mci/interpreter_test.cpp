@@ -50,7 +50,7 @@ TEST(Opening, FailsWithoutADrive) {
     EXPECT_EQ(session.send("open new type waveaudio alias capture"), fine());
 }
 
-TEST(Opening, SupportsItsDeviceTypesAndNoOthers) {
+TEST(Opening, RefusesOtherDeviceTypesAndExistingFilesAndDriveLetters) {
     MciSession session(audioTable({750}));
     EXPECT_EQ(session.send("open sequencer alias x"), refused(MciError::invalidDeviceName));
     EXPECT_EQ(session.send("open new type sequencer alias x"),
@@ -110,7 +110,7 @@ TEST(ASharedDisc, IsOneDeviceUnderSeveralAliases) {
     EXPECT_EQ(session.machine.transport, nullptr);
 }
 
-TEST(ADiscThatIsNotShareable, IsOpenedOnce) {
+TEST(ADiscThatIsNotShareable, CanBeOpenedAgainOnlyAfterItIsClosed) {
     MciSession session(audioTable({750, 750}));
     EXPECT_EQ(session.send("open cdaudio alias a"), fine());
     EXPECT_EQ(session.send("open cdaudio alias b shareable"), refused(MciError::mustUseShareable));

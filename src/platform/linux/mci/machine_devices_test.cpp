@@ -122,7 +122,8 @@ TEST_F(ACapture, IsKeptWhenTheDiscVanishes) {
     const auto wav = fakes::readWav(folder / "kept.wav");
     ASSERT_TRUE(wav);
     EXPECT_GE(runAt(*wav, 150 * framesPerSector, 187 * framesPerSector), 0);
-    // The disc vanished more than a minute before the end; this time was not recorded.
+    // The disc vanished more than a minute before the end of the capture; this time was not
+    // recorded.
     EXPECT_LT(wav->samples.size(), 10U * 2 * 44100);
 }
 

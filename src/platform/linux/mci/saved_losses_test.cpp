@@ -39,7 +39,7 @@ class SavedLosses : public testing::Test {
     std::shared_ptr<fakes::FakeDisc> disc = std::make_shared<fakes::FakeDisc>(threeTracks());
 };
 
-TEST_F(SavedLosses, ContainOnlyThoseOfThePlayedRange) {
+TEST_F(SavedLosses, ContainOnlyLossesOfThePlayedRange) {
     disc->silentSectors = {13874, 13875, 13876, 13975};
     disc->guessedSectors = {13900};
     play("2", 100);
@@ -86,7 +86,7 @@ TEST_F(SavedLosses, AreReportedOnceAndOnlyAfterASuccessfulSave) {
     EXPECT_EQ(notices().size(), 1u);
 }
 
-TEST_F(SavedLosses, AreNotReportedForADiscThatWasRemovedOrClosed) {
+TEST_F(SavedLosses, AreNotReportedAfterTheDiscIsRemovedOrItsDeviceClosed) {
     disc->silentSectors = {13880};
     play("2", 100);
     session.machine.drive->disc = nullptr;

@@ -27,7 +27,7 @@ TEST(TimeFormats, AreFoundByTheirNames) {
     }
 }
 
-TEST(Milliseconds, OfASectorsStartAreRoundedToTheNearest) {
+TEST(Milliseconds, OfASectorsStartAreRoundedToTheNearestInteger) {
     for (std::int64_t sector = 0; sector < 75 * 60 * 100; ++sector) {
         const std::int64_t expected = std::llround(static_cast<double>(sector) * 1000 / 75);
         ASSERT_EQ(millisecondsOfSector(sector), expected) << sector;
@@ -35,7 +35,7 @@ TEST(Milliseconds, OfASectorsStartAreRoundedToTheNearest) {
     }
 }
 
-TEST(Milliseconds, BetweenSectorsAreRoundedToTheNearestSector) {
+TEST(Milliseconds, BetweenTwoSectorStartsAreRoundedToTheNearestSector) {
     EXPECT_EQ(sectorOfMilliseconds(6), 0); // a sector lasts 13.33 ms
     EXPECT_EQ(sectorOfMilliseconds(7), 1);
     EXPECT_EQ(sectorOfMilliseconds(19), 1);

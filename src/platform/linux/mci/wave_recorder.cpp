@@ -132,7 +132,7 @@ MciError WaveRecorder::setFormat(const Arguments& arguments) {
             return MciError::waveInputsUnsuitable;
         }
     }
-    // The channels of a recording never change.
+    // The number of channels of a recording never changes.
     if (recorder_ && channels != channels_) {
         return MciError::nonapplicableFunction;
     }

@@ -128,7 +128,7 @@ TEST(TheLengthsUnit, IsOneOfThreeTimeFormats) {
     EXPECT_EQ(session.send("status capture time format"), said("bytes"));
 }
 
-TEST(Recording, ContinuesAfterAStop) {
+TEST(Recording, CanContinueAfterAStop) {
     Opened session;
     EXPECT_EQ(session.send("record capture overwrite"), fine());
     EXPECT_EQ(session.send("record capture insert"), fine()); // the device records already

@@ -30,8 +30,8 @@ class ByteSource {
     virtual ~ByteSource() = default;
     /// Constant during the lifetime of the source.
     [[nodiscard]] virtual std::int64_t size() const = 0;
-    /// Fills `out` from `offset` on, as far as that can be read. Precondition: the range is within
-    /// size().
+    /// Reads the bytes from `offset` on into `out`, up to the first byte that cannot be read.
+    /// Precondition: the range is within size().
     [[nodiscard]] virtual Reading readAt(std::int64_t offset,
                                          std::span<std::uint8_t> out) const = 0;
 };

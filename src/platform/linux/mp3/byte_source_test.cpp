@@ -45,7 +45,7 @@ TEST_F(FileSourceTest, RefusesFoldersPipesAndMissingFiles) {
     EXPECT_EQ(failureOf(std::string("a\0b", 3)), ErrorNumber::badFileName);
 }
 
-TEST_F(FileSourceTest, FailsIfTheFileHasBecomeShorter) {
+TEST_F(FileSourceTest, ReadingFailsIfTheFileHasBecomeShorter) {
     writeFile(folder / "a", junk(5000));
     const auto source = FileSource::open(folder / "a", stop);
     fs::resize_file(folder / "a", 1000);
@@ -56,7 +56,7 @@ TEST_F(FileSourceTest, FailsIfTheFileHasBecomeShorter) {
     EXPECT_EQ(reading.bytes, 50U) << "the bytes before the end of the file were not read";
 }
 
-TEST_F(FileSourceTest, FailsOnceItIsStopped) {
+TEST_F(FileSourceTest, ReadingFailsAfterAStop) {
     writeFile(folder / "a", junk(5000));
     const auto source = FileSource::open(folder / "a", stop);
     stop = true;
@@ -64,7 +64,7 @@ TEST_F(FileSourceTest, FailsOnceItIsStopped) {
     EXPECT_TRUE(source.value()->readAt(0, got).failure);
 }
 
-TEST_F(FileSourceTest, TheIdentityDiffersOnceTheFileIsChanged) {
+TEST_F(FileSourceTest, TheIdentityDiffersAfterTheFileIsChanged) {
     writeFile(folder / "a", junk(50));
     const auto before = FileIdentity::of(folder / "a");
     ASSERT_TRUE(before);

@@ -27,15 +27,15 @@ struct CompletedDecoding {
 
 /// Life cycle:
 ///
-///     constructed  ->  busy  ->  over           it has ended by itself
-///                            ->  stopped -> over    by `stop` or the destructor
+///     constructed  ->  busy  ->  over                the decoding has ended by itself
+///                            ->  stopped  ->  over   `stop` or the destructor was called
 ///
 /// The WAV file has no name until it is complete. A decoding that is not stopped changes from busy
-/// to over once the WAV file has its name. A stopped
-/// decoding is no longer busy, but it is over only when the disk has stored the decoded part. That
-/// may take long; the thread continues even after the object is destroyed. As long as the
-/// decoding writes, it keeps its turn for the target (target_turn.h), so that the next decoding to
-/// the same file begins only afterwards.
+/// to over as soon as the WAV file has its name, or as soon as it is known that no WAV file will be
+/// saved. A stopped decoding is no longer busy, but it is over only when the disk has stored the
+/// decoded part. That may take long; the thread continues even after the object is destroyed. As
+/// long as the decoding writes, it keeps its turn for the target (target_turn.h), so that the next
+/// decoding to the same file begins only afterwards.
 ///
 /// Threads: one thread constructs, stops and destroys the object, and never waits for a disk. The
 /// const members are thread-safe. The thread of the decoding and `report` own everything that they

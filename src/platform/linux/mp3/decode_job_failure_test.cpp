@@ -87,7 +87,7 @@ TEST_F(DecodeJobTest, KeepsThePartBeforeAnUnreadableOffset) {
 
 constexpr int room = 480'000; ///< the free space for the WAV, in bytes
 
-/// Decodes with space for two thirds of the sound, in a child process. Returns 0 if the part that
+/// Decodes with space for two thirds of the sound. For a child process. Returns 0 if the part that
 /// fits was kept.
 int decodeWithoutRoom(const fs::path& source, const fs::path& wav, unsigned threads) {
     DecodeJob job({source, wav, {threads, 16}}, &ignoreEnd,

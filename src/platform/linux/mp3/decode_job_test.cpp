@@ -173,7 +173,7 @@ TEST_F(DecodeJobTest, DecodesTheFormatOfMostFramesOnOneThreadAndOnTwo) {
     }
 }
 
-TEST_F(DecodeJobTest, IsSkippedUntilOneOfItsFilesIsChanged) {
+TEST_F(DecodeJobTest, IsSkippedOnlyIfItsFilesAreUnchangedSinceACompletedDecoding) {
     writeFile(source, ordinary());
     int reports = 0;
     const auto run = [&](const std::optional<CompletedDecoding>& former) {

@@ -27,13 +27,13 @@ TEST(FrameRowTest, BeginsWhereTwoMoreFramesOfTheFormatFollow) {
     EXPECT_TRUE(beginsRow(header, Data(7, 1) + row(3), 7));
     EXPECT_FALSE(beginsRow(header, row(2) + other + Data(500, 0), 0));
     EXPECT_FALSE(beginsRow(header, row(1) + Data(500, 0), 0));
-    EXPECT_TRUE(beginsRow(header, row(1), 0)) << "a row that the end of the source ends";
+    EXPECT_TRUE(beginsRow(header, row(1), 0)) << "not found: a row that the end of the source ends";
     EXPECT_TRUE(beginsRow(header, row(1) + fixture::text("TAG") + Data(125, 0), 0))
-        << "a row that a tag ends";
+        << "not found: a row that a tag ends";
     EXPECT_TRUE(beginsRow(header, fixture::part(row(2), 0, 600), 0))
-        << "a row whose last frame is truncated";
+        << "not found: a row whose last frame is truncated";
     EXPECT_FALSE(beginsRow(header, fixture::part(row(1), 0, 300), 0))
-        << "a row whose first frame is truncated";
+        << "found: a row whose first frame is truncated";
 }
 
 TEST(RowsAheadTest, FindsRowsOfTheRequestedFormat) {
@@ -47,7 +47,7 @@ TEST(RowsAheadTest, FindsRowsOfTheRequestedFormat) {
     EXPECT_TRUE(rows.anyWithin(format, 4, 101, data, 0));
     EXPECT_TRUE(rows.anyWithin(format, 100, 101, data, 0));
     EXPECT_FALSE(rows.anyWithin(format, 101, 300, data, 0))
-        << "the row begins before this range, and its second frame is after the range";
+        << "found: a row that begins before this range and whose second frame is after the range";
 }
 
 TEST(RowsAheadTest, UsesOffsetsInTheSourceWhereverTheBytesBegin) {

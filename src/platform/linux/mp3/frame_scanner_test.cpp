@@ -183,7 +183,7 @@ TEST(FrameScannerTest, FindsTheSameFramesFromAnyFrameAsFromTheBeginning) {
     }
 }
 
-TEST(FrameScannerTest, FindsFramesOfEveryFormatIfNoneIsGiven) {
+TEST(FrameScannerTest, FindsFramesOfEveryFormatIfNoFormatIsGiven) {
     const Data data = fixture::layer2(9) + fixture::layer1(9);
     const MemorySource source(data);
     FrameScanner scanner(source);
@@ -209,7 +209,8 @@ TEST(FrameScannerTest, CountsTheDamagedPlacesBetweenFrames) {
     EXPECT_EQ(Scan(head + id3v1 + tail).loss.damagedPlaces, 0);
     EXPECT_EQ(Scan(head + junk(700) + tail).loss.damagedPlaces, 1);
     EXPECT_EQ(Scan(head + junk(700) + tail + junk(9) + tail).loss.damagedPlaces, 2);
-    EXPECT_EQ(Scan(part(head, 0, place - 50) + tail).loss.damagedPlaces, 1) << "a truncated frame";
+    EXPECT_EQ(Scan(part(head, 0, place - 50) + tail).loss.damagedPlaces, 1)
+        << "a truncated frame was not counted";
 }
 
 TEST(FrameScannerTest, ReturnsAllFramesBeforeAnUnreadableOffset) {
@@ -266,7 +267,7 @@ TEST(FrameScannerTest, TriesEachOffsetOfHostileDataABoundedNumberOfTimes) {
     EXPECT_LE(scan.placesTried, 2 * static_cast<std::int64_t>(data.size()) / 4);
 }
 
-TEST(FrameScannerTest, EndsOnHostileData) {
+TEST(FrameScannerTest, TerminatesOnHostileData) {
     Data headers; // only beginnings of frames in free format
     while (headers.size() < 400'000) {
         headers = headers.size() < 4096 ? headers + Data{0xFF, 0xFB, 0, 0, 0xFF, 0xF3, 4, 0}

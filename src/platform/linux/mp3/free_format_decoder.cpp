@@ -122,8 +122,8 @@ std::span<const std::int16_t> FreeFormatDecoder::decodeFrame() {
     }
 }
 
-/// When the library abandons a frame, it fills the rest of the frame's samples with zeros. Every
-/// frame that ends in silence counts as abandoned, because an unnecessary new decoder costs little.
+/// When the library gives up a frame, it fills the rest of the frame's samples with zeros. Every
+/// frame that ends in silence counts as given up, because an unnecessary new decoder costs little.
 void FreeFormatDecoder::noteWork(std::span<const std::int16_t> samples) {
     constexpr std::size_t end = 2 * 32; // one synthesis step in stereo, two in mono
     const auto last = samples.last(std::min(samples.size(), end));

@@ -80,9 +80,9 @@ TEST(FreeFormatDecoderTest, ANewDecoderContinuesWithTheSameSoundUpToRounding) {
     }
 }
 
-TEST(FreeFormatDecoderTest, ReplacesItsDecoderSoonAmongUndecodableFrames) {
+TEST(FreeFormatDecoderTest, ReplacesItsDecoderRepeatedlyInAStreamOfUndecodableFrames) {
     Data frame{0xFF, 0xFB, 0x00, 0x64};
-    frame.resize(800, 0xFE); // states more spectral values than a frame has
+    frame.resize(800, 0xFE); // the frame states more spectral values than a frame can have
     Data data;
     for (int i = 0; i < 200; ++i) {
         data = data + frame;

@@ -64,7 +64,7 @@ class HangingDiskTest : public testing::Test {
     std::unique_ptr<Mpg123Control> control;
 };
 
-TEST_F(HangingDiskTest, StopReturnsAndTheWavGetsItsNameWhenTheDiskAllows) {
+TEST_F(HangingDiskTest, StopReturnsAtOnceAndTheWavGetsItsNameWhenTheDiskRespondsAgain) {
     for (const std::uint32_t call : {SYS_pwrite64, SYS_ftruncate, SYS_fsync}) {
         HeldCalls disk({call}, test::ofPath("/slow/"));
         hangIn(disk, slow / "out.wav");
@@ -178,7 +178,7 @@ TEST_F(HangingDiskTest, ASecondStartDoesNotWaitForTheCheckOfTheFiles) {
         EXPECT_TRUE(fakes::eventually([&] { return !control->Busy(); }));
         const auto before = FileIdentity::of(slow / "out.wav");
         EXPECT_TRUE(control->DecodeToWav(slow / "out.wav").ok());
-        EXPECT_TRUE(control->Busy()) << "the check of the files must still hang";
+        EXPECT_TRUE(control->Busy()) << "Busy is false while the check of the files hangs";
         disk.release();
         EXPECT_TRUE(fakes::eventually([&] { return !control->Busy(); }));
         EXPECT_EQ(FileIdentity::of(slow / "out.wav"), before);

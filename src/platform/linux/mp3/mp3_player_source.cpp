@@ -16,7 +16,7 @@
 namespace sonarith::mp3 {
 
 /// Everything that the thread accesses, since the thread may outlive the Mp3PlayerSource. The mutex
-/// is held only while copying, never while the file is read.
+/// is held only while samples are copied, never while the file is read.
 class Mp3PlayerSource::Decoder {
   public:
     explicit Decoder(std::filesystem::path path) : path_(std::move(path)) {}

@@ -31,7 +31,7 @@ std::string nameIn(const std::string& path) {
 } // namespace
 
 /// Reports the results of one control's decodings. The logic may restart a failed decoding once
-/// without the user; if the second failure has the same text, it is not reported.
+/// without a command from the user; if the second failure has the same text, it is not reported.
 class Mpg123Control::Reporter {
   public:
     explicit Reporter(Notices& notices) : notices_(notices) {}

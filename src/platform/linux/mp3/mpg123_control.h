@@ -56,7 +56,8 @@ class Mpg123Control : public ActiveMP3 {
     Mpg123Control(const Mpg123Control&) = delete;
     Mpg123Control& operator=(const Mpg123Control&) = delete;
 
-    /// Takes effect with the next Play or DecodeToWav; running playing and decoding continue.
+    /// Takes effect with the next Play or DecodeToWav; playing and decoding that have already
+    /// started continue.
     Status setSourceFile(const std::string& path) override;
     [[nodiscard]] bool Busy() const override;
     [[nodiscard]] std::int32_t Position() const override;

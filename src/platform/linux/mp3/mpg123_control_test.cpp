@@ -96,7 +96,7 @@ TEST_F(Mpg123ControlTest, PositionIncreasesWithinAConstantPositiveLength) {
     }
 }
 
-TEST_F(Mpg123ControlTest, DecodesNothingAgainThatIsBeingDecodedOrWasCompleted) {
+TEST_F(Mpg123ControlTest, DecodesAFileOnlyOnceIfItIsRequestedDuringAndAfterTheDecoding) {
     decode();
     decode();
     finish();
@@ -163,7 +163,7 @@ TEST_F(Mpg123ControlTest, ADecodingContinuesIfOnlyTheSourceFileIsSet) {
     EXPECT_EQ(control.lastResult().outcome, DecodeOutcome::completed);
 }
 
-TEST_F(Mpg123ControlTest, FailsWithoutASource) {
+TEST_F(Mpg123ControlTest, PlayAndDecodeToWavFailWithoutASource) {
     EXPECT_FALSE(control.DecodeToWav(target).ok());
     EXPECT_FALSE(control.Play().ok());
 }
@@ -205,7 +205,7 @@ TEST_F(Mpg123ControlTest, ReportsNothingAboutFilesThatCannotBePlayed) {
     EXPECT_THAT(notices.texts(), testing::IsEmpty());
 }
 
-TEST_F(Mpg123ControlTest, PlayingRestartsAndStopsInAnyOrder) {
+TEST_F(Mpg123ControlTest, PlayAndStopCanBeRepeated) {
     EXPECT_TRUE(control.Stop().ok());
     EXPECT_TRUE(control.setSourceFile(source).ok());
     for (int i = 0; i < 3; ++i) {
@@ -218,7 +218,7 @@ TEST_F(Mpg123ControlTest, PlayingRestartsAndStopsInAnyOrder) {
     }
 }
 
-TEST_F(Mpg123ControlTest, LeavesTheLineToAnotherControlThatUsesIt) {
+TEST_F(Mpg123ControlTest, StopDoesNotDetachAnotherSourceFromTheWaveLine) {
     EXPECT_TRUE(control.setSourceFile(source).ok());
     EXPECT_TRUE(control.Play().ok());
     card.attach(Line::waveOut, std::make_shared<fakes::PatternSource>(), now);
@@ -297,12 +297,12 @@ TEST_F(Mpg123ControlTest, ReportsEachFailureOnce) {
     EXPECT_TRUE(control.setSourceFile(folder / "none.mp3").ok());
     EXPECT_TRUE(control.DecodeToWav(target).ok());
     finish();
-    EXPECT_TRUE(control.DecodeToWav(target).ok()); // the logic's second start of the same file
+    EXPECT_TRUE(control.DecodeToWav(target).ok()); // the logic starts the same file a second time
     finish();
     const std::string text = "none.mp3 cannot be read (No such file or directory)";
     EXPECT_THAT(notices.texts(), testing::ElementsAre(text));
     EXPECT_TRUE(control.Stop().ok());
-    EXPECT_TRUE(control.DecodeToWav(target).ok()); // started by the user
+    EXPECT_TRUE(control.DecodeToWav(target).ok()); // the user starts it again
     finish();
     EXPECT_THAT(notices.texts(), testing::ElementsAre(text, text));
 }

@@ -31,7 +31,7 @@ TEST_F(SegmentScheduleTest, IsCompleteWhenEverySegmentIsDecoded) {
     EXPECT_EQ(third->frames, 35);
     finish(1, *third);
     EXPECT_FALSE(schedule.take(1));
-    EXPECT_FALSE(schedule.complete()) << "the first segment is not decoded yet";
+    EXPECT_FALSE(schedule.complete()) << "complete although the first segment is not decoded yet";
     EXPECT_EQ(schedule.wholeFrames(), 0);
     schedule.advance(0, 32);
     EXPECT_EQ(schedule.wholeFrames(), 32);
@@ -45,7 +45,7 @@ TEST_F(SegmentScheduleTest, IsCompleteWhenEverySegmentIsDecoded) {
 TEST_F(SegmentScheduleTest, IsNotCompleteBeforeTheScanHasEnded) {
     const auto first = schedule.take(0);
     finish(0, *first);
-    EXPECT_FALSE(schedule.complete()) << "no worker has taken the other segments";
+    EXPECT_FALSE(schedule.complete()) << "complete although no worker has taken the other segments";
     EXPECT_EQ(schedule.wholeFrames(), 60);
 }
 
@@ -73,7 +73,7 @@ TEST_F(SegmentScheduleTest, TheOnePassBeginsAtTheFirstSegmentThatNeedsIt) {
     EXPECT_EQ(schedule.wholeFrames(), 0);
 }
 
-TEST_F(SegmentScheduleTest, SegmentsBeforeAFailedOneAreStillDecodedAndNoneIsTakenAfterIt) {
+TEST_F(SegmentScheduleTest, SegmentsBeforeAFailedSegmentAreStillDecodedAndNoFurtherSegmentIsTaken) {
     const auto first = schedule.take(0);
     const auto second = schedule.take(1);
     finish(0, *first);

@@ -42,8 +42,8 @@ struct Decoded {
     DecodeCount count; ///< of the whole stream, or of the part examined before the end
 };
 
-/// Although `run` may be stopped, and a read or a write may fail, at any time, the WAV always
-/// contains every sample before Decoded::samples.
+/// `run` may be stopped at any time, and a read or a write may fail. The WAV contains every sample
+/// before Decoded::samples in these cases, too.
 class SegmentWorkers {
   public:
     /// All arguments must outlive the object. Precondition: `frames` are of Layer III, and none has

@@ -25,7 +25,7 @@ struct StreamSurvey {
     std::optional<std::int64_t>
         freeFormatOffset; ///< where the stream begins, if it is in free format
     std::optional<Error>
-        failure; ///< why the pass ended early; the other members cover the part before
+        failure; ///< why the pass ended early; the other members cover the part before the failure
 };
 
 /// Surveys the frames that begin before `end` of the source.

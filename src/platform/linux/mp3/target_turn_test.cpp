@@ -50,7 +50,7 @@ TEST_F(TargetTurnTest, WaitsForThePreviousTurnAlsoThroughAnotherPathToTheFile) {
     EXPECT_TRUE(take(path)) << "the target is not free again";
 }
 
-TEST_F(TargetTurnTest, IsNotGrantedOnceTheDecodingIsStopped) {
+TEST_F(TargetTurnTest, IsNotGrantedAfterTheDecodingIsStopped) {
     const auto first = take(path);
     std::thread second([&] { EXPECT_FALSE(take(path)); });
     std::this_thread::sleep_for(std::chrono::milliseconds(20));

@@ -49,7 +49,7 @@ TYPED_TEST(BinaryFileTest, WritesInPlaceAndGrowsTheFile) {
     EXPECT_EQ(file->length().value(), 13);
 }
 
-TYPED_TEST(BinaryFileTest, RefusesOffsetsBeforeTheFile) {
+TYPED_TEST(BinaryFileTest, RefusesNegativeOffsets) {
     this->world_.put("a.mp3", "0123");
     const auto file = this->open("a.mp3", FileAccess::readWrite);
     EXPECT_EQ(readFailure(*file, -1), ErrorNumber::badRecordNumber);

@@ -2,7 +2,7 @@
 // Maps drive letters to parts of the machine's file tree. C: is the root file system, H: is the
 // user's home folder. Mounted file systems get the other letters from D: to Z: in the order in
 // which they are first seen. The settings store keeps these letters, so that a stored path always
-// names the same disk. It translates no paths and accesses no disk.
+// names the same disk. The table translates no paths and accesses no disk.
 #pragma once
 
 #include <optional>

@@ -93,7 +93,7 @@ TEST(DriveTable, TreatsMountsAsPartOfTheEnclosingDriveIfNoLetterIsFree) {
     EXPECT_EQ(table.driveOf("/m/22/x").letter, 'C');
 }
 
-// --- the home ------------------------------------------------------------------------------
+// --- the home folder ------------------------------------------------------------------------
 
 TEST(DriveTable, GivesTheHomeFolderTheLetterHWithoutAnEntryInTheStore) {
     FakeSettingsStore store;

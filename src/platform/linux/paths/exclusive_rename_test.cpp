@@ -15,7 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Each test runs with both implementations.
+/// Each test runs with renameExclusively() and with renameByLink().
 class ExclusiveRenameTest
     : public ::testing::TestWithParam<int (*)(const std::string&, const std::string&)> {
   protected:
@@ -56,7 +56,7 @@ TEST_P(ExclusiveRenameTest, NeverReplacesADanglingLink) {
     EXPECT_TRUE(fs::is_symlink(path("b")));
 }
 
-TEST_P(ExclusiveRenameTest, RenamesAFolderAndNeverReplacesOne) {
+TEST_P(ExclusiveRenameTest, RenamesAFolderAndNeverReplacesAFolder) {
     fs::create_directory(path("a"));
     fs::create_directory(path("c"));
     EXPECT_EQ(rename("a", "b"), 0);

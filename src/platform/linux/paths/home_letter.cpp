@@ -54,8 +54,8 @@ std::string mountPointOf(const SettingsStore& store, char letter) {
     return upper == homeLetter ? std::string() : storedMountPoint(store, upper);
 }
 
-/// `path` with H: in place of another letter; empty if `path` is not below the home folder or
-/// already uses H:.
+/// `path` with H: in place of another letter; empty if `path` is outside the home folder, ends with
+/// the name of the home folder, or already uses H:.
 std::optional<std::string> byHomeLetter(const SettingsStore& store, std::string_view home,
                                         std::string_view path) {
     const std::string mountPoint = hasDrive(path) ? mountPointOf(store, path[0]) : std::string();

@@ -68,7 +68,7 @@ TEST_F(MoveToHomeLetterTest, ChangesNothingIfTheHomeFolderIsTheRoot) {
     EXPECT_THAT(store_.writes, IsEmpty());
 }
 
-TEST_F(MoveToHomeLetterTest, AMountThatHadTheLetterHGetsAnotherLetterAlsoInItsPaths) {
+TEST_F(MoveToHomeLetterTest, AMountThatHadTheLetterHAndItsPathsGetAnotherLetter) {
     store_.put("Drives", "D", "/media/a");
     store_.put("Drives", "H", "/media/b");
     EXPECT_EQ(moved("H:\\My Music"), "E:\\My Music");

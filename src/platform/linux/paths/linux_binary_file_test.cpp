@@ -36,7 +36,7 @@ using test::MachineWorld;
 using test::readFailure;
 using test::textAt;
 
-constexpr std::size_t tagBytes = 128; // so small that the kernel writes them in one step
+constexpr std::size_t tagBytes = 128; // so few that the kernel writes them in one step
 
 class LinuxBinaryFileTest : public BinaryFileTest<MachineWorld> {
   protected:
@@ -180,7 +180,8 @@ TEST_F(LinuxBinaryFileTest, ContinuesAfterAShortWrite) {
     EXPECT_EQ(world_.content("a.mp3")->substr(tagBytes - 4), "1234");
 }
 
-// So another process never reads half of a tag, and a killed process never leaves half of a tag.
+// One call, so that another process never reads half of a tag, and a killed process never leaves
+// half of a tag.
 TEST_F(LinuxBinaryFileTest, WritesATagInOneCall) {
     const std::string old(tagBytes, 'o');
     const std::string tag(tagBytes, 't');

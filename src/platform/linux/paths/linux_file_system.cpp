@@ -200,8 +200,8 @@ Status LinuxFileSystem::changeFolder(const std::string& path) {
     if (::chdir(located.value().path.c_str()) != 0) {
         return errno == ENOENT ? fileError(ErrorNumber::pathNotFound) : fileErrorOfSystem(errno);
     }
-    // The folder may be on another disk that is mounted below this drive. Its logic path then
-    // begins with that disk's letter, so the letter is taken from the logic path and not from
+    // The folder may be on another disk that is mounted below this drive. The result of toLogic()
+    // then begins with that disk's letter, so the letter is taken from this result and not from
     // `path`.
     const std::string here = paths_.toLogic(located.value().path);
     currentLetter_ = here.front();

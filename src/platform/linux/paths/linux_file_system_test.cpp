@@ -119,7 +119,7 @@ TEST_P(LinuxFileSystemTest, NeverReplacesAFileByRenaming) {
     EXPECT_EQ(read("B.WAV"), "b");
 }
 
-TEST_P(LinuxFileSystemTest, ChangesOnlyTheCaseOfAName) {
+TEST_P(LinuxFileSystemTest, ARenameCanChangeOnlyTheCaseOfAName) {
     write("Track.WAV");
     EXPECT_TRUE(files_.rename("d:\\track.wav", "d:\\track.wav").ok());
     EXPECT_EQ(read("track.wav"), "sound");
@@ -208,7 +208,7 @@ TEST_P(LinuxFileSystemTest, ChangesTheCurrentDriveAndFolder) {
     EXPECT_EQ(fs::current_path(), fs::path(disk_ + "/Music/Wav"));
     EXPECT_TRUE(files_.changeFolder("\\").ok());
     EXPECT_EQ(files_.currentFolder(), "D:\\");
-    EXPECT_TRUE(files_.changeFolder("").ok()); // a doubled backslash names the folder itself
+    EXPECT_TRUE(files_.changeFolder("").ok()); // an empty name is the current folder itself
     EXPECT_EQ(files_.currentFolder(), "D:\\");
 }
 
@@ -265,7 +265,7 @@ TEST_P(LinuxFileSystemTest, NamesTheProgramsFolderWithoutATrailingBackslash) {
     EXPECT_EQ(LinuxFileSystem(paths_, disk_ + "/bin").programFolder(), "D:\\bin");
 }
 
-TEST_P(LinuxFileSystemTest, WorksOnNamesThatAreNotUtf8) {
+TEST_P(LinuxFileSystemTest, FindsAndRenamesFilesWhoseNamesAreNotUtf8) {
     write("caf\xe9\\1:2.wav");
     const std::string logic = paths_.toLogic(disk_ + "/caf\xe9\\1:2.wav");
     EXPECT_EQ(files_.fileLength(lowerCase(logic)).value(), 5);

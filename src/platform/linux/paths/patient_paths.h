@@ -3,9 +3,10 @@
 // must not block this thread: each call runs on another thread, and this thread waits only a
 // limited time. A call that times out is left behind: nothing waits for it any more, and its
 // MachineFiles object is not used again. A search then finds the mount that does not respond. Until
-// the call has returned, no other call is made to that mount, and no other call with a path of the
-// call that was left behind: the search may find no mount, for example if a folder contains a link
-// to the mount. The calls themselves are in patient_file_system.h and patient_directories.h.
+// the call has returned, no other call is made to that mount. No other call is made with a path of
+// the call that was left behind either, because the search may find no mount, for example if a
+// folder contains a link to the mount. The calls themselves are in patient_file_system.h and
+// patient_directories.h.
 #pragma once
 
 #include <functional>

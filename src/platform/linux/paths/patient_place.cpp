@@ -18,7 +18,7 @@ namespace sonarith {
 
 namespace {
 
-// The kernel's own limit (path_resolution(7)).
+// The kernel's limit for the symbolic links in one path (path_resolution(7)).
 constexpr int mostLinks = 40;
 
 std::string joined(const std::string& folder, const std::string& name) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Finds step by step the mounts through which a path of the logic leads. A step that hangs
 // identifies the mount that does not respond, and the caller can stop before a step to such a
-// mount. The function starts no thread and limits no wait.
+// mount. The search starts no thread and limits no wait.
 #pragma once
 
 #include <functional>

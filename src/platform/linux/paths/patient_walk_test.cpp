@@ -104,7 +104,7 @@ TEST_F(PatientWalkTest, AllFoldersAreListedInAnyOrder) {
     }
 }
 
-TEST_F(PatientWalkTest, OnlyAFolderThatHangsDuringReadAheadIsReportedAndOnlyOnce) {
+TEST_F(PatientWalkTest, AFolderThatHangsDuringReadAheadIsReportedOnceAndNotCalledAgain) {
     mounts->hang(d);
     EXPECT_THAT(namesIn(parentOfTheMounts()), IsSupersetOf({"d", "e", "mounts"}));
     const int hanging = mounts->blocked();

@@ -18,7 +18,7 @@ class RecordingPaths {
     /// Both waits together are shorter than the 100 ms within which Cancel must take effect.
     static constexpr Waiting::Duration saveBound{40};
 
-    /// `files` must outlive this.
+    /// `files` must outlive this object.
     explicit RecordingPaths(const PatientFileSystem& files) : files_(files) {}
 
     /// The machine path of a recording's folder; `folder` is a path of the logic. Empty if the path
@@ -26,8 +26,8 @@ class RecordingPaths {
     [[nodiscard]] std::filesystem::path beginIn(const std::string& folder);
     /// The machine path of a recording's file; `file` is a path of the logic. If the file is in the
     /// folder of the last successful beginIn() and the disk does not respond within saveBound, the
-    /// name is used as given, although the folder may contain it in another case. A file in any
-    /// other folder is translated as by beginIn().
+    /// name is used as given, although the folder may contain a file of that name in another case.
+    /// A file in any other folder is translated as by beginIn().
     [[nodiscard]] std::filesystem::path saveAs(const std::string& file) const;
 
   private:

@@ -115,7 +115,7 @@ TEST_F(RememberedSpellingTest, ADestinationIsFoundInAFolderThatCannotBeListed) {
               0);
 }
 
-TEST_F(RememberedSpellingTest, ADestinationIsAlsoFoundByTheLetterOfTheRoot) {
+TEST_F(RememberedSpellingTest, ADestinationIsAlsoFoundThroughTheLetterOfTheRoot) {
     makeFolder("My Music");
     hideEntriesOf(".");
     const std::string fromRoot = lowerCase(home_ + "/My Music/1.wav");
@@ -248,7 +248,7 @@ TEST_F(RememberedSpellingTest, APickedFileIsFoundDespiteADestinationOfTheSameNam
     EXPECT_FALSE(fs::exists(home_ + "/my music/renamed.mp3"));
 }
 
-TEST_F(RememberedSpellingTest, AFileIsMovedToAnotherFolderThatIsSpelledDifferently) {
+TEST_F(RememberedSpellingTest, AFileCanBeMovedToAFolderThatIsGivenInAnotherCase) {
     write("One/a.wav");
     makeFolder("Two");
     ASSERT_TRUE(files_.rename("h:\\one\\a.wav", "h:\\two\\a.wav").ok());

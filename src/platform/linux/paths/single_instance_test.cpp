@@ -21,7 +21,7 @@ namespace {
 namespace fs = std::filesystem;
 using testing::ElementsAre;
 
-TEST(SingleInstance, IsFirstOnlyOnceAtATime) {
+TEST(SingleInstance, OnlyOneInstanceAtATimeIsFirst) {
     const fakes::TempFolder folder;
     {
         const SingleInstance first({folder.path().string()});
@@ -71,7 +71,7 @@ TEST(SingleInstance, UsesTheNextFolderIfOneCannotContainTheLock) {
     EXPECT_FALSE(SingleInstance(folders).isFirst());
 }
 
-TEST(SingleInstance, TriesNoFurtherFolderOnceTheResultIsKnown) {
+TEST(SingleInstance, TriesNoFurtherFolderAfterItFindsTheLockOfAnotherInstance) {
     const fakes::TempFolder one;
     const fakes::TempFolder other;
     const SingleInstance first({one.path().string()});
@@ -93,7 +93,7 @@ TEST(SingleInstance, IsFirstOnAFileSystemWithoutLocks) {
               0);
 }
 
-TEST(SingleInstance, IsFirstWithAReadOnlyFolderAndUsesTheNextFolder) {
+TEST(SingleInstance, IsFirstWithOnlyAReadOnlyFolderAndUsesTheNextFolderIfThereIsOne) {
     const fakes::TempFolder closed;
     const fakes::TempFolder open;
     fs::permissions(closed.path(), fs::perms(0555));

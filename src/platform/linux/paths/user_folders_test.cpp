@@ -84,7 +84,7 @@ TEST_F(UserFoldersTest, TheMusicFolderIsTheOneThatTheDesktopDefines) {
     EXPECT_EQ(musicFolder(), homePath_ + "/Musik");
 }
 
-TEST_F(UserFoldersTest, TheMusicFolderIsNeverOneInWhichASearchFindsNoFiles) {
+TEST_F(UserFoldersTest, AMusicFolderInWhichASearchFindsNoFilesIsIgnored) {
     const std::string home = homePath_ + "/jane.doe";
     ::setenv("HOME", home.c_str(), 1);
     ::setenv("XDG_CONFIG_HOME", (home_ / ".config").c_str(), 1);

@@ -42,14 +42,14 @@ TEST_F(DriveKindTest, OfAnInternalDiskIsFixed) {
     EXPECT_EQ(kindOf("ext4", "7:3", "/dev/loop3"), DriveKind::fixed);
 }
 
-TEST_F(DriveKindTest, FollowsTheKernelsFlagOfTheWholeDisk) {
+TEST_F(DriveKindTest, FollowsTheKernelsRemovableFlagOfTheWholeDisk) {
     EXPECT_EQ(kindOf("vfat", "8:0"), DriveKind::removable);
     EXPECT_EQ(kindOf("vfat", "8:1"), DriveKind::removable);
     EXPECT_EQ(kindOf("fuseblk", "8:1"), DriveKind::removable);
     EXPECT_EQ(kindOf("udf", "8:1"), DriveKind::removable); // a stick formatted like a disc
 }
 
-TEST_F(DriveKindTest, FollowsTheFlagThroughMappedDevices) {
+TEST_F(DriveKindTest, FollowsTheRemovableFlagThroughMappedDevices) {
     EXPECT_EQ(kindOf("ext4", "253:0"), DriveKind::removable);
     EXPECT_EQ(kindOf("ext4", "253:1"), DriveKind::fixed);
     EXPECT_EQ(kindOf("ext4", "253:2"), DriveKind::removable);

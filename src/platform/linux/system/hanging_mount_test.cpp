@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Tests a real mount whose calls never return: a FUSE file system without a process that serves its
-// requests. Skipped if the user may not mount.
+// requests. The test is skipped if the user may not mount.
 #include <gtest/gtest.h>
 
 #include <chrono>

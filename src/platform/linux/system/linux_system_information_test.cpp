@@ -233,7 +233,7 @@ TEST_F(SimulatedMachine, ReturnsSizesOfAnyMagnitude) {
     EXPECT_FALSE(information.diskSpace("D:\\").has_value());
 }
 
-/// A reader that hangs on one path until the test ends.
+/// Hangs on the drives of the mount /net until respond() is called.
 struct HangingReader {
     std::mutex mutex;
     std::condition_variable changed;

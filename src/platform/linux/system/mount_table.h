@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Finds the mount that contains a path in the kernel's current list. It accesses no mount, so a
-// hanging mount blocks no caller.
+// Finds, in the kernel's current list of mounts, the mount that contains a path. It accesses no
+// mount, so a hanging mount blocks no caller.
 #pragma once
 
 #include <optional>

@@ -88,7 +88,7 @@ TEST_F(PatientCallsTest, ContinueToCallOtherObjects) {
     EXPECT_EQ(gate->arrivals(), 2);
 }
 
-TEST_F(PatientCallsTest, CallAnObjectAgainOnceItsCallHasReturned) {
+TEST_F(PatientCallsTest, CallAnObjectAgainAfterItsCallHasReturned) {
     gate->close();
     EXPECT_EQ(askGate(), std::nullopt);
     gate->open();
