@@ -74,9 +74,9 @@ ErrorCode copyBytes(const FileDescriptor& from, const FileDescriptor& to) {
     }
 }
 
-/// Whether copying the file avoids `error`, which occurred when the file was to get its name. That
-/// is so if the target is on another file system, if the file system has no links, or if the file
-/// can no longer be linked.
+/// Whether copying the file avoids `error`, which occurred when the file was to get its name.
+/// Copying avoids the error if the target is on another file system, if the file system has no
+/// links, or if the file can no longer be linked.
 bool copyingHelps(ErrorCode error) {
     return error == EXDEV || error == EPERM || error == EOPNOTSUPP || error == ENOENT ||
            error == EMLINK;

@@ -84,7 +84,7 @@ TEST_P(UnnamedFileTest, IsInvisibleUntilItIsPublished) {
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
 
-TEST_P(UnnamedFileTest, ReplacesAFileAndKeepsItsMode) {
+TEST_P(UnnamedFileTest, ReplacesAFileAndKeepsTheModeOfTheReplacedFile) {
     writeFile(target, "old");
     fs::permissions(target, fs::perms(0640));
     EXPECT_TRUE(unnamed("new").publish(target).ok());

@@ -19,8 +19,8 @@ namespace sonarith::mci {
 class CdMedium {
   public:
     /// How long the reading of the next sound may take before the user is notified. Longer than 8
-    /// seconds, the longest time for which the reading of a damaged position is repeated
-    /// (disc/read_effort.h).
+    /// seconds, the longest time that bad sectors can cost in one read (twice wholeBudget in
+    /// disc/read_effort.h).
     static constexpr std::chrono::seconds longestRead{15};
 
     /// Loads the disc in `drive` and waits until that is done.

@@ -35,7 +35,7 @@ class Transport {
     [[nodiscard]] virtual std::int64_t positionInFrames() = 0;
     /// How long the current read of the next sound has taken; 0 if no read is running.
     [[nodiscard]] virtual std::chrono::milliseconds readingFor() = 0;
-    /// True once the disc cannot be read any more.
+    /// Whether the disc can no longer be read. Never changes back to false.
     [[nodiscard]] virtual bool gone() = 0;
 };
 

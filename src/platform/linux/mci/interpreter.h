@@ -35,7 +35,8 @@ class Interpreter : public MediaControl {
     [[nodiscard]] Reply run(std::string_view text);
     [[nodiscard]] Reply open(const Command& command);
     [[nodiscard]] Reply close(const Command& command);
-    /// Called after a recording was saved at `path`: notifies the user of what is missing in it.
+    /// Called after a recording was saved at `path`: notifies the user of the sound that could not
+    /// be read.
     void reportLosses(const std::string& path);
     [[nodiscard]] Outcome<std::shared_ptr<Device>>
     makeDevice(const std::string& type, const std::string& element, bool shareable);

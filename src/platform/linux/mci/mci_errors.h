@@ -62,7 +62,7 @@ struct Outcome {
     [[nodiscard]] bool ok() const { return error == MciError::none; }
 };
 
-/// The result of a command: a text (empty for a command without one), or an error.
+/// The result of a command: a text (empty if the command returns no text), or an error.
 using Reply = Outcome<std::string>;
 
 /// The reply of a successful command without a text.

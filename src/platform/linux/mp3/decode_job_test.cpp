@@ -205,7 +205,7 @@ TEST_F(DecodeJobTest, IsSkippedOnlyIfItsFilesAreUnchangedSinceACompletedDecoding
     EXPECT_FALSE(reused(former));
 }
 
-TEST_F(DecodeJobTest, HasNoReusableResultWithoutAFrameAndKnowsItsFiles) {
+TEST_F(DecodeJobTest, IsForItsOwnFilesOnlyAndHasNoReusableResultWithoutAFrame) {
     writeFile(source, fixture::junk(5000));
     const auto job = start(target);
     EXPECT_TRUE(waitFor(*job));

@@ -14,7 +14,7 @@ enum class DecodeOutcome {
     none,      ///< no decoding has ended yet
     completed, ///< the WAV is complete
     stopped,   ///< the WAV contains the samples before the stop; without samples, no WAV is saved
-    noFrames,  ///< no frame was found, and nothing was written
+    noFrames,  ///< no frame with sound was found, and nothing was written
     failed,    ///< the WAV contains the samples before the failure; without samples, none is saved
 };
 

@@ -38,9 +38,9 @@ class FrameDecoder {
     /// for each channel, with zeros where decoding is impossible. The result is valid until the
     /// next call.
     [[nodiscard]] std::span<const Sample> decode(const Frame& frame, Bytes bytes);
-    /// Whether the last frame was silenced, since data that it refers to are missing.
+    /// Whether the last frame was silenced because data that it refers to are missing.
     [[nodiscard]] bool silencedLast() const { return silencedLast_; }
-    /// Number of frames that were silenced, since data that they refer to are missing.
+    /// The number of frames that were silenced because data that they refer to are missing.
     [[nodiscard]] std::int64_t silencedFrames() const { return silenced_; }
 
   private:

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Parses the information frame that encoders write before the sound ("Xing", "Info"): how many
-// samples the encoder added at both ends. The stream's length is not taken from it.
+// samples the encoder added at both ends. The stream's length is not taken from this frame.
 #pragma once
 
 #include <cstdint>

@@ -17,7 +17,8 @@
 namespace sonarith::mp3 {
 
 /// No caller waits for the file: a disk that hangs blocks only the thread, which may outlive the
-/// object. The part before an offset that cannot be read is played; then the playing ends.
+/// object. If an offset of the file cannot be read, the part before this offset is played, and then
+/// the playing ends.
 class Mp3PlayerSource : public sound::SampleSource {
   public:
     /// A monotonic clock with any origin.

@@ -18,8 +18,8 @@
 namespace sonarith::mp3 {
 
 /// The decoder is replaced at each frame whose number is a multiple of the period. So all passes
-/// over a stream replace it at the same frames, wherever they begin, and deliver the same samples,
-/// also after frames that the library gave up.
+/// over a stream, wherever they begin, replace the decoder at the same frames and deliver the same
+/// samples, also after frames that the library gave up.
 class RenewedDecoder {
   public:
     /// Seven minutes of sound. With this period, 2 of 100 frames are decoded twice, and a frame
@@ -37,7 +37,7 @@ class RenewedDecoder {
 
     /// As FrameDecoder::decode. The frame numbers must be consecutive from call to call.
     [[nodiscard]] std::span<const std::int16_t> decode(const NumberedFrame& frame, Bytes bytes);
-    /// Whether the last frame was silenced, since data that it refers to are missing.
+    /// Whether the last frame was silenced because data that it refers to are missing.
     [[nodiscard]] bool silencedLast() const { return silencedLast_; }
     [[nodiscard]] std::int64_t silencedFrames() const { return silenced_; }
     /// The number of frames that the current decoder has decoded, with its lead.

@@ -55,8 +55,8 @@ class SegmentSchedule {
     /// Whether every frame of the stream is in the result: the scan reached the end of the source,
     /// and every segment was decoded to its end.
     [[nodiscard]] bool complete() const;
-    /// The failure that ended the decoding early; empty if the rest needs one pass. A read that
-    /// fails because of a stop is also a failure here.
+    /// The failure that ended the decoding early; empty if there was none or if the rest needs one
+    /// pass. A read that fails because of a stop is also a failure here.
     [[nodiscard]] std::optional<DecodeFailure> failure() const;
     [[nodiscard]] const DecodeCount& count() const { return index_.count(); }
 

@@ -88,7 +88,7 @@ TEST_F(SegmentScheduleTest, SegmentsBeforeAFailedSegmentAreStillDecodedAndNoFurt
     EXPECT_FALSE(schedule.complete());
 }
 
-TEST_F(SegmentScheduleTest, TheEarlierSegmentCountsIfOneFailsAndAnotherNeedsOnePass) {
+TEST_F(SegmentScheduleTest, TheEarlierSegmentDecidesIfOneSegmentFailsAndAnotherNeedsOnePass) {
     ASSERT_TRUE(schedule.take(0));
     ASSERT_TRUE(schedule.take(1));
     schedule.needOnePass(1);

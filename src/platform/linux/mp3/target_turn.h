@@ -18,7 +18,8 @@ namespace sonarith::mp3 {
 /// The right to write to one place, from `take` until the destructor. Thread-safe.
 class TargetTurn {
   public:
-    /// Waits until no other object has the turn for `place`. Returns nothing once `stop` is true.
+    /// Waits until no other object has the turn for `place`. Returns nothing as soon as `stop` is
+    /// true.
     [[nodiscard]] static std::optional<TargetTurn> take(const files::SavePlace& place,
                                                         const std::atomic<bool>& stop);
     /// Makes every waiting `take` check its `stop` again.

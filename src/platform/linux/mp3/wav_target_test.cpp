@@ -86,7 +86,7 @@ TEST_F(WavTargetTest, BecomesRf64AboveTheSizeLimitOfAPlainWav) {
     EXPECT_EQ(fixture::readWav(path).samples, samples);
 }
 
-TEST_F(WavTargetTest, RefusesTargetsThatCannotBeWrittenWhenItIsCreated) {
+TEST_F(WavTargetTest, CreateRefusesTargetsThatCannotBeWritten) {
     EXPECT_FALSE(WavTarget::create(folder / "none" / "a.wav", {}).ok());
     EXPECT_FALSE(WavTarget::create(std::string("a\0.wav", 6), {}).ok());
     fs::create_directory(path);

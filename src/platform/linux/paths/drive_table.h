@@ -46,7 +46,8 @@ class DriveTable {
 
     /// The drives that are mounted, by letter.
     [[nodiscard]] const std::vector<Drive>& drives() const { return drives_; }
-    /// Empty for a letter that is not assigned or whose disk is not mounted. Case-insensitive.
+    /// The mount point of a letter in either case; empty if the letter is not assigned or its disk
+    /// is not mounted.
     [[nodiscard]] std::optional<std::string> mountPointOf(char letter) const;
     /// The drive with the deepest mount point that contains the absolute machine path; H: if H: and
     /// another drive have the same mount point.

@@ -12,7 +12,8 @@ namespace sonarith {
 /// The fallback of renameExclusively() if the kernel or the file system does not support exclusive
 /// renames. It creates a second hard link and removes the first. If links are not supported, the
 /// failed link() has shown that the name `to` is free, and a plain rename follows. Only in this
-/// case a file is lost if another process creates it under the name `to` between the two calls.
+/// case can a file be lost: a file that another process creates under the name `to` between the two
+/// calls.
 [[nodiscard]] int renameByLink(const std::string& from, const std::string& to);
 
 } // namespace sonarith

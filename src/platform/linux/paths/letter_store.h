@@ -16,7 +16,7 @@ class LetterStore final : public SettingsStore {
     /// Copies the letters of `store`. For the thread of the logic.
     explicit LetterStore(const SettingsStore& store);
 
-    /// Writes the changes since the last call. For the thread of the logic.
+    /// Writes the changes since the last call of writeTo(). For the thread of the logic.
     void writeTo(SettingsStore& store);
 
     // The following functions are thread-safe and support only the section of the drives.

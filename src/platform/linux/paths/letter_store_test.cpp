@@ -27,7 +27,7 @@ TEST(LetterStore, WritesNewLettersToTheStoreOnlyInWriteTo) {
     EXPECT_EQ(stored(store, "D"), "/mnt/old");
 }
 
-TEST(LetterStore, WritesEachLetterOnce) {
+TEST(LetterStore, WritesEachLetterToTheStoreOnlyOnce) {
     test::FakeSettingsStore store;
     LetterStore letters(store);
     EXPECT_EQ(assignLetter(letters, "/mnt/new"), 'D');

@@ -51,8 +51,9 @@ class LinuxDirectoryWalk final : public DirectoryWalk {
     std::map<FindHandle, Listing> listings_;
     FindHandle lastHandle_ = 0;
     const std::shared_ptr<WalkedFolders> walked_;
-    /// The machine paths of folders that were found and not listed yet, so that they need not be
-    /// searched again. The key is the logic's path in lower case with its trailing backslash.
+    /// The machine paths of folders that were found but not listed yet, so that these folders need
+    /// not be searched again. The key is the logic's path in lower case with its trailing
+    /// backslash.
     std::unordered_map<std::string, std::string> met_;
 };
 

@@ -187,7 +187,7 @@ TEST_P(LinuxDirectoryWalkTest, TheListedPathOfAFileWithAQuestionMarkRemovesOnlyT
     EXPECT_THAT(filesBelow("d:"), ElementsAre("d:\\whats.mp3"));
 }
 
-TEST_P(LinuxDirectoryWalkTest, EveryFileListedIsFoundByItsPathInLowerCase) {
+TEST_P(LinuxDirectoryWalkTest, EveryListedFileIsFoundByItsPathInLowerCase) {
     for (const char* name : {"With Blank.WAV", "\"quoted\".wav", "[x].WAV", "*.WAV", "What?.wav",
                              "\xc3\x84.wav", "\xff\xfe.wav", "\xc4\xb0.wav", "\n.wav",
                              "Folder Ä/[B]/\xfe.WAV", " lead/ trail /a.wav"}) {
@@ -342,7 +342,7 @@ TEST_P(LinuxDirectoryWalkTest, AWalkThroughManyFoldersThatLinkToEachOtherEndsSoo
     EXPECT_LE(foldersVisited_, 1 + count + count * count);
 }
 
-TEST_P(LinuxDirectoryWalkTest, AFolderIsListedOnceInAWalkAndAgainInTheNext) {
+TEST_P(LinuxDirectoryWalkTest, AFolderIsListedOnceInAWalkAndAgainInTheNextWalk) {
     write("x/a.wav");
     const auto walk = directories_.startWalk();
     EXPECT_THAT(names(*walk, "d:\\x\\*.*"), SizeIs(3));

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The part of a patient walk (patient_walk.h) that accesses the disk: reads folders, and on request
-// reads the folders below them ahead, since a switch between two threads costs more than reading a
-// usual folder. It runs on a thread that may hang; patient_walk.h waits for that thread.
+// reads ahead the folders below them. Reading ahead saves switches between two threads: one switch
+// costs more than reading a usual folder. This part runs on a thread that may hang; patient_walk.h
+// waits for that thread.
 #pragma once
 
 #include <chrono>

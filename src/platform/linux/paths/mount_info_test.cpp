@@ -61,7 +61,7 @@ TEST(HoldsUserFiles, RejectsInterfacesOfTheKernelAndPackages) {
     EXPECT_TRUE(holdsUserFiles({"/runs", "tmpfs"}));
 }
 
-TEST(MountInfo, ReturnsTheListOnlyOnceWhileNothingChanges) {
+TEST(MountInfo, ReturnsNothingAtTheSecondCallIfNoMountHasChanged) {
     MountInfo mounts;
     EXPECT_TRUE(mounts.changed().has_value());
     EXPECT_FALSE(mounts.changed().has_value());

@@ -66,8 +66,8 @@ class PatientFileSystem final : public FileSystem {
     PatientPaths& paths_;
     std::string currentFolder_;
     std::string programFolder_;
-    /// The last current folder of each drive. LinuxFileSystem also stores these folders, but that
-    /// object is replaced after a call was left behind.
+    /// The last current folder of each drive. LinuxFileSystem also stores these folders, but the
+    /// LinuxFileSystem object is replaced after a call was left behind.
     std::map<char, std::string> currentFolders_;
 };
 

@@ -16,9 +16,9 @@ std::shared_ptr<MachineWalk> PatientWalk::makeMachineWalk() const {
     return std::make_shared<MachineWalk>(walked_, longestReadAhead_);
 }
 
-/// Nothing is read ahead while the logic has not yet listed all folders that were read ahead
-/// before. This limits the memory for every order in which the logic lists folders. Nothing is read
-/// ahead while a call hangs, because the folders below may be on the hanging mount.
+/// Nothing is read ahead before the logic has listed all folders that were read ahead earlier. This
+/// limits the memory for every order in which the logic lists folders. Nothing is read ahead while
+/// a call hangs, because the folders below may be on the hanging mount.
 ReadAhead PatientWalk::mayReadAhead() const {
     const bool isFirst = lastHandle_ == 0;
     return !isFirst && ahead_.empty() && paths_.allReturned() ? ReadAhead::yes : ReadAhead::no;

@@ -135,7 +135,7 @@ TEST(InstanceFolders, AreTheStoresFolderAndThenTheRunTimeFolder) {
     EXPECT_THAT(instanceFolders(store), ElementsAre(store, folder.path().string()));
 }
 
-TEST(InstanceFolders, CreateTheStoresFolderForItsUserOnly) {
+TEST(InstanceFolders, CreateTheStoresFolderForThisUserOnly) {
     const fakes::TempFolder folder;
     const std::string store = (folder / "config/sonarith").string();
     EXPECT_EQ(instanceFolders(store).front(), store);

@@ -24,7 +24,7 @@ class SpellingMemory {
     /// stored as it is spelled and in lower case.
     explicit SpellingMemory(std::size_t mostBytes = usualBytes) : mostBytes_(mostBytes) {}
 
-    /// Stores the spelling of `path`; it replaces another spelling of the same path.
+    /// Stores the spelling of `path` in place of any other spelling of the same path.
     void remember(const std::string& path);
     /// The remembered spelling of a path given in any case; empty if there is none.
     [[nodiscard]] std::optional<std::string> find(std::string_view path);

@@ -47,7 +47,8 @@ class PatientCalls {
     waiting::WorkerThreads& threads_;
     Waiting& waiting_;
     Waiting::Duration patience_;
-    /// The objects whose call has not returned, and the object that was called last.
+    /// The objects whose call has not returned, and the object that was called last, even if that
+    /// call has returned.
     std::map<std::string, waiting::BlockingCalls> unanswered_;
 };
 
