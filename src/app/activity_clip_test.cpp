@@ -38,7 +38,7 @@ TEST(ActivityClip, ShowsAMessageAndSendsPlayIfTheClipCannotBePlaced) {
                                            "point to an .AVI file on your system."}));
 }
 
-TEST(ActivityClip, IsNotStartedByTheProgramsStartOrAnAction) {
+TEST(ActivityClip, IsStartedNeitherByTheProgramsStartNorByAnAction) {
     ApplicationBench bench({1000, 1000});
     bench.application.start();
     bench.select("Available Tracks");

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The whole logic of the program: owns the process-wide variables, the forms and every subsystem.
-// The subsystems set the handlers of their forms; this class only starts the program and reads a
-// disc that was chosen later.
+// The subsystems set the handlers of their forms; this class only starts the program, and reads the
+// disc again after the user has chosen another disc or drive.
 #pragma once
 
 #include "app/activity_clip.h"

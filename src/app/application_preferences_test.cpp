@@ -120,7 +120,8 @@ TEST(PreferencesAtTheStart, MuteTheMixerLineOfTheDiscASecondTimeIfTheSettingIs1)
         };
         bench.application.start();
         EXPECT_EQ(first, 1);
-        EXPECT_EQ(changes(), *muted == '1' ? 2 : 1); // the preferences mute only if it is 1
+        EXPECT_EQ(changes(),
+                  *muted == '1' ? 2 : 1); // the preferences mute only if the setting is 1
     }
 }
 
@@ -213,7 +214,7 @@ TEST(GuardOfAnExtraction, StopsTheCaptureAtItsFirstTickIfTheDriveIsNearlyFull) {
                 ElementsAre(SavedCapture{ApplicationBench::savedAs(1), 2 * 176400}));
 }
 
-TEST(GuardOfAnExtraction, DoesNotStopIfTheWarningIsOff) {
+TEST(GuardOfAnExtraction, DoesNotStopTheCaptureIfTheWarningIsOff) {
     // The timer starts only if the warning is on.
     ApplicationBench bench({5000, 5000});
     leaveFree(bench, 1);
@@ -246,7 +247,7 @@ TEST(GuardOfAnExtraction, WritesNothingToTheStore) {
     EXPECT_THAT(bench.store.writes, IsEmpty());
 }
 
-TEST(GuardOfAnExtraction, LoadsThePreferencesHiddenAgainIfTheyWereClosed) {
+TEST(GuardOfAnExtraction, LoadsThePreferencesAgainButHiddenIfTheyWereClosed) {
     ApplicationBench bench({9000, 9000});
     bench.application.start();
     bench.loop.after(1s, [&] { bench.windows.FrmPrefs.unload(); });
@@ -330,7 +331,7 @@ void atEveryYield(void (*run)(int yield, PreferencesAre window, bool& reached)) 
     }
 }
 
-TEST(GuardOfAnExtraction, StopsAtEveryYieldAndTheNextActionWorks) {
+TEST(GuardOfAnExtraction, StopsTheCaptureAtEveryYieldAndTheNextActionWorks) {
     atEveryYield(&runWithStopAtYield);
 }
 
@@ -388,7 +389,7 @@ void decodeWithStopAtYield(int n, PreferencesAre window, bool& reached) {
     EXPECT_TRUE(bench.atRest());
 }
 
-TEST(GuardOfADecoding, StopsAtEveryYieldAndTheNextRunWorks) {
+TEST(GuardOfADecoding, StopsTheDecodingAtEveryYieldAndTheNextDecodingWorks) {
     atEveryYield(&decodeWithStopAtYield);
 }
 

@@ -102,7 +102,7 @@ TEST(Application, SelectsATrackByAClickAndQueuesItByADoubleClick) {
 
 // --- extraction from end to end ------------------------------------------------------------
 
-TEST(Extraction, ExtractsTheQueuedTracksToFilesStartingWithTheLastChosen) {
+TEST(Extraction, ExtractsTheQueuedTracksInReverseOrderOfTheirChoice) {
     ApplicationBench bench({2000, 1000, 3000});
     bench.application.start();
     bench.media.log.clear();

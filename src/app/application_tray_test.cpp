@@ -61,7 +61,7 @@ TEST(Minimize, IconifiesTheWindowIfNoDesktopPanelShowsTrayIcons) {
     EXPECT_EQ(bench.minimized, 1);
 }
 
-TEST(MinimizeOnStart, HidesOrIconifiesTheWindowDuringTheActionAndShowsItsProgressInTheToolTip) {
+TEST(MinimizeOnStart, HidesOrIconifiesTheWindowDuringAnActionAndShowsTheActionInTheToolTip) {
     for (const bool host : {true, false}) {
         TrayBench bench;
         bench.tray.setHost(host);
@@ -114,7 +114,7 @@ TEST(StopConversion, EndsACaptureAndSavesTheCapturedPart) {
     EXPECT_THAT(bench.disc.saved, SizeIs(1));
 }
 
-TEST(StopConversion, AlsoShowsTheWindowAndSetsCancelRequestedWithoutARunningAction) {
+TEST(StopConversion, ShowsTheWindowAndSetsCancelRequestedEvenIfNoActionRuns) {
     TrayBench bench;
     bench.form.mnuMinimize.click();
     bench.process.cancelRequested = false;

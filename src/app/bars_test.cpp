@@ -65,7 +65,7 @@ TEST(BarToggle, TogglesABarAndUpdatesTheLayout) {
     }
 }
 
-TEST(BarToggle, WithAllFourHiddenTheTreeFillsTheWindow) {
+TEST(BarToggle, TheTreeHasTheWindowsHeightIfAllFourBarsAreHidden) {
     Window window;
     mnuToolbar_Click(window.form);
     mnuActivityBar_Click(window.form);

@@ -154,7 +154,7 @@ TEST(MenuStart, ForcesTheToolBarOnAndStartsTheAction) {
     }
 }
 
-TEST(Timer1, ClearsTheDisplaysOnce) {
+TEST(Timer1, ClearsTheDisplaysAfterFiveSecondsAndDisablesItself) {
     ApplicationBench bench({1000, 1000});
     bench.application.start();
     bench.form.Timer1.setEnabled(true);
@@ -220,7 +220,7 @@ TEST(Close, StopsTheJobsThenTheDevicesAndEndsTheProgram) {
     EXPECT_TRUE(bench.loop.ended());
 }
 
-TEST(Close, IgnoresEveryFailureOfItsSteps) {
+TEST(Close, EndsTheProgramWithoutAMessageIfEveryDeviceCommandFails) {
     ApplicationBench bench({1000, 1000});
     bench.application.start();
     bench.media.answerPrefix("", {.status = 263});
@@ -255,7 +255,7 @@ TEST(Exit, UnloadsThePlayerFirstAndEndsTheProgram) {
     }
 }
 
-TEST(Exit, WorksBeforeTheWindowWasLoaded) {
+TEST(Exit, EndsTheProgramEvenIfTheWindowWasNeverLoaded) {
     ApplicationBench bench({1000, 1000});
     EXPECT_TRUE(bench.endsProgram([&] { bench.form.Command5.click(); }));
     EXPECT_THAT(bench.media.log, IsEmpty());

@@ -192,7 +192,7 @@ void ConversionWorker::StartDecoding() {
     if (!form6_.ActiveMP31->Busy()) {
         form6_.unload();
     }
-    // The condition is evaluated after each event; the timer's ticks are such events.
+    // waitWhile() evaluates this condition after each event, for example after each tick of Timer2.
     platform_.loop.waitWhile(
         [this, load] { return stillLoaded(load) && form6_.ActiveMP31->Busy(); });
     platform_.loop.yield();

@@ -30,21 +30,21 @@ class ConversionWorker {
     ConversionWorker(const ConversionWorker&) = delete;
     ConversionWorker& operator=(const ConversionWorker&) = delete;
 
-    /// Starts currentFile; if stopRequested is set, unloads the window instead.
+    /// Starts to convert currentFile; if stopRequested is set, unloads the window instead.
     void Form_Load();
     /// Stops the control and sets workerBusy false, which ends the main window's wait.
     void Form_Unload();
 
-    /// Makes the control decode currentFile into the destination folder. `Value` is not used. The
-    /// first step that fails ends it without a message; a file below 100 bytes is not started.
+    /// Makes the control decode currentFile into the destination folder. `Value` is not used. A
+    /// step that fails ends the call without a message; a file below 100 bytes is not decoded.
     void StartMP3(std::string_view Value);
     /// Calls StartMP3 with currentWavFile. Nothing calls starthere().
     void starthere();
 
-    /// Runs once, half a second after the load, and starts the job a second time.
+    /// Runs one time, half a second after the load: calls StartMP3 for the same file again.
     void Timer1_Timer();
-    /// Shows the progress; unloads the window when the control has finished, on a stop and on any
-    /// failure. Yields.
+    /// Shows the progress. Unloads the window when the control has finished, a stop was requested
+    /// or a step has failed. Yields.
     void Timer2_Timer();
     /// The button "Cancel". No user can reach it, because the window is not shown.
     void Command1_Click();

@@ -39,8 +39,8 @@ void DecodingDriver::decodeAll() {
         platform_.boxes.show("No files in list.", BoxIcon::information);
         return;
     }
-    // The bound is read once. The counter is process-wide: a nested action in one of the yields
-    // changes it.
+    // The bound is read before the loop, so files that are added to the list later are not decoded.
+    // The counter fileIndex is process-wide: a nested action in one of the yields changes it.
     const int bound = list.listCount();
     std::int32_t& fileIndex = process_.fileIndex;
     for (fileIndex = 0; fileIndex < bound && !process_.stopRequested; ++fileIndex) {
@@ -105,7 +105,8 @@ void DecodingDriver::decodeOne(const std::string& text) {
 /// Sets currentFile to the path for a node's text. Deliberate: in some cases this is the path of
 /// another file, or empty.
 void DecodingDriver::findFile(const std::string& text) {
-    // Not lower-cased: a name with capitals is found in neither list.
+    // `name` keeps its capitals, but findIn() compares it with names in lower case: a name with
+    // capitals is found in neither list.
     const std::string name = SplitPath(text, process_);
     if (!findIn(form_.List2, name)) {
         static_cast<void>(findIn(form_.List4, name));

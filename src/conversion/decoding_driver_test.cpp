@@ -145,7 +145,7 @@ TEST_F(DriverTest, AnEmptyListOfSelectedFilesShowsAMessageAndStartsNothing) {
     EXPECT_FALSE(form.Timer1.enabled());
 }
 
-TEST_F(DriverTest, IfStoppedBeforeTheFirstSelectedFileItShowsTheLengthOfAnEarlierFile) {
+TEST_F(DriverTest, ADecodingOfSelectedFilesStoppedBeforeTheFirstShowsTheLengthOfAnEarlierFile) {
     fill(form.List4, {"c:\\mp3\\b.mp3"});
     process.stopRequested = true;
     form.lblStatus.setCaption("as before");
@@ -252,13 +252,13 @@ TEST_F(DriverTest, OneFileIsNotDecodedIfAStopIsRequested) {
 
 // --- files that cannot be decoded --------------------------------------------------------------
 
-TEST_F(DriverTest, AMissingFileCausesAWaitUntilTheProgramsEndWithCancelHidden) {
+TEST_F(DriverTest, AMissingFileCausesAWaitUntilTheProgramsEndAndCancelIsHidden) {
     fill(form.List2, {"c:\\mp3\\gone.mp3"});
     loop.after(1h, [this] {
         EXPECT_TRUE(process.workerBusy);
         EXPECT_FALSE(form.Command2.visible());
         EXPECT_FALSE(windows.Form6.loaded());
-        // There is no worker to unload.
+        // Form6 is not loaded, so unloading it does not end the wait.
         process.stopRequested = true;
         windows.Form6.unload();
     });
@@ -336,7 +336,7 @@ TEST_F(DriverTest, StartDecodingDoesNothingForAMissingFile) {
 
 // --- a second action inside the first ----------------------------------------------------------
 
-TEST_F(DriverTest, ASecondDecodingInsideTheFirstReplacesItAndItsEndEndsBoth) {
+TEST_F(DriverTest, ASecondDecodingInsideTheFirstStopsTheFirstAndBothEndTogether) {
     fill(form.List2, {"c:\\mp3\\b.mp3", "c:\\mp3\\A.mp3"});
     fill(form.List4, {"c:\\mp3\\A.mp3"});
     mp3.duration = 5s;

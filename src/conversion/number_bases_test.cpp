@@ -44,7 +44,7 @@ TEST(ConvertBase, RefusesATextThatIsNoNumberInTheBase) {
     EXPECT_EQ(ConvertBase("A", 10, 10), "Error");
 }
 
-TEST(ConvertBase, RefusesAnEmptyTextAndOtherBases) {
+TEST(ConvertBase, RefusesAnEmptyTextAndUnsupportedBases) {
     EXPECT_EQ(ConvertBase("", 10, 16), "Error");
     for (const std::int16_t base : {-32768, -2, 0, 37, 32767}) {
         EXPECT_EQ(ConvertBase("1", base, 10), "Error") << base;

@@ -27,8 +27,8 @@ class WavHeadReader {
     explicit WavHeadReader(FileSystem& files) : files_(files) {}
 
     /// Returns whether the file begins with "RIFF". Length, channels and bits are stored for every
-    /// file, the other fields only for a file with that mark. A field that cannot be read keeps its
-    /// value. If the file does not exist, an empty file is created.
+    /// file, the other fields only for a file that begins with "RIFF". A field that cannot be read
+    /// keeps its value. If the file does not exist, an empty file is created.
     bool wHeadInfo(const std::string& path);
 
     [[nodiscard]] const WavHead& head() const { return head_; }

@@ -83,7 +83,7 @@ TEST_F(ControlPanelTest, TheLoadHidesTheForm) {
     EXPECT_FALSE(popup.visible());
 }
 
-TEST_F(ControlPanelTest, TheUnloadDeletesTheIconTwiceAndTheSecondFails) {
+TEST_F(ControlPanelTest, TheUnloadDeletesTheIconTwiceAndTheSecondDeletionFails) {
     popup.load();
     tray.log.clear();
     popup.unload();

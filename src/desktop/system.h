@@ -63,8 +63,9 @@ class System {
     /// For a processor type without a name, the previous text of `type` is kept.
     void SystemInfo(Processors& processors) const;
 
-    // The first three are folders with a trailing backslash. All five are empty on failure, and if
-    // the text does not fit into a buffer of 50 characters including the NUL.
+    // TempDir(), SystemDir() and WinDir() return folders with a trailing backslash. These five
+    // functions return an empty text on failure, and if the machine's text does not fit into a
+    // buffer of 50 characters including the NUL.
     [[nodiscard]] std::string TempDir() const;
     [[nodiscard]] std::string SystemDir() const;
     [[nodiscard]] std::string WinDir() const;

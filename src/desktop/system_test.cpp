@@ -172,7 +172,7 @@ TEST_F(SystemTest, KeyboardTypeHasSevenNames) {
     EXPECT_EQ(system.KeyboardType(), "");
 }
 
-TEST_F(SystemTest, SystemInfoKeepsTheTypesTextForAProcessorWithoutAName) {
+TEST_F(SystemTest, SystemInfoKeepsThePreviousTypeForAProcessorWithoutAName) {
     System::Processors processors;
     machine.processorNow = {386, 1, 1};
     system.SystemInfo(processors);

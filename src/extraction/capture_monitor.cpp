@@ -59,8 +59,9 @@ void CaptureMonitor::tmrRecord_Timer() {
         showProgress(positionMs);
         platform_.loop.yield();
     }
-    // A stop during the yield sets trackEndMs to 0, so the condition is then true. The end of the
-    // track is checked once per tick: the file may contain up to one tick of the following track.
+    // A stop during the yield sets trackEndMs to 0, so the condition below is then true. The end of
+    // the track is checked once per tick: the file may contain up to one tick of the following
+    // track.
     if (form_.Check9.value() == 1 || positionMs >= capture_.trackEndMs) {
         endTrack();
     }

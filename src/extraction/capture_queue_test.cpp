@@ -267,7 +267,7 @@ TEST(CmdStart, ResetsAnEarlierStopRequest) {
     EXPECT_EQ(bench.form.Check9.value(), 0);
 }
 
-TEST(CmdStart, SetsItsTextsFirstWithALeadingBlankAndThenWithoutIt) {
+TEST(CmdStart, ShowsTheTrackFirstWithALeadingBlankAndThenWithoutTheBlank) {
     ExtractionBench bench({1000, 1000});
     bench.insertDisc();
     bench.select("Track  2 - 00:00:01");

@@ -47,7 +47,7 @@ struct StartCase {
     std::int32_t startMs;
 };
 
-TEST(StartOfTrack, IsTheSumOfTheLengthsOfTheTracksBefore) {
+TEST(StartOfTrack, IsTheSumOfTheLengthsOfTheEarlierTracks) {
     const TrackLengths lengths = lengthsOf({100, 200, 300});
     const StartCase cases[] = {
         {1, 3, 0},

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests each way to end a capture early. stop_sweep_test.cpp tests the stops at every moment of a
-// capture.
+// Tests each way to end a capture early: Command8 (its tool tip is "Stop Everything"), Command2
+// ("Cancel"), Command1 (too little disk space), device failures, and Command12 ("Stop playing CD").
+// stop_sweep_test.cpp tests the stops at every moment of a capture.
 #include "extraction/capture_monitor.h"
 
 #include <algorithm>
@@ -46,7 +47,7 @@ TEST(StopEverything, SavesTheCapturedPartAndAddsItToTheTree) {
     EXPECT_EQ(bench.form.Check9.value(), 1);
 }
 
-TEST(StopEverything, OnlySetsItsFlagsIfNoCaptureIsRunning) {
+TEST(StopEverything, SendsNoCommandAndDoesNotYieldIfNoCaptureIsRunning) {
     QueueBench bench(2);
     bench.captureState.trackEndMs = 9;
     bench.form.tmrWarning.setEnabled(true);
@@ -147,7 +148,7 @@ TEST(StopEverything, BeforeTheFirstTrackOnlyShortensThatTrack) {
                 ElementsAre(SavedCapture{savedAs(1), 17640}, SavedCapture{savedAs(2), 176400}));
 }
 
-TEST(StopEverything, BetweenTheLastTracksEndAndTheQueuesEndAlsoAddsTheMp3) {
+TEST(StopEverything, BetweenTheLastTracksEndAndTheQueuesEndAddsTheWavAndTheMp3OfItsName) {
     QueueBench bench(2);
     bench.files.addFile("c:\\wavfiles\\12053477-2.mp3", std::string(200, 'm'));
     bench.disc.onSave = [&](const SavedCapture& save) {
@@ -164,7 +165,7 @@ TEST(StopEverything, BetweenTheLastTracksEndAndTheQueuesEndAlsoAddsTheMp3) {
     EXPECT_TRUE(bench.commandsOpen());
 }
 
-TEST(StopEverything, ListsTheFileInItsOwnCaseAndAgainInLowerCase) {
+TEST(StopEverything, ListsTheFileTwiceInItsOwnCaseAndInLowerCase) {
     QueueBench bench(2);
     bench.state.settings.decodePath = "C:\\WavFiles";
     bench.loop.after(550ms, [&] { bench.form.Command8.click(); });
@@ -223,7 +224,7 @@ TEST(Cancel, DoesNotAffectALaterQueueOfOneTrack) {
     EXPECT_THAT(linesOf(bench.form.List1), IsEmpty());
 }
 
-TEST(LowDiskSpace, StopsWithoutCancellingLaterQueues) {
+TEST(LowDiskSpace, StopsTheCaptureButNotLaterQueues) {
     QueueBench bench(3);
     bench.loop.after(550ms, [&] {
         bench.windows.Form6.load();
@@ -273,7 +274,7 @@ TEST(StopPlaying, LosesARunningCaptureWhoseTimerRunsUntilCommand8IsClicked) {
     EXPECT_TRUE(bench.commandsOpen());
 }
 
-TEST(Finish, OnlyClearsTheDisplaysIfTheTrackEndedWithoutAStop) {
+TEST(EndOfAQueue, OnlyClearsTheDisplaysIfTheLastTrackEndedWithoutAStop) {
     QueueBench bench(1 + 1);
     bench.form.Disablem();
     bench.form.lstRecord.setListIndex(1).passOver();
@@ -284,7 +285,7 @@ TEST(Finish, OnlyClearsTheDisplaysIfTheTrackEndedWithoutAStop) {
     EXPECT_THAT(linesOf(bench.form.List1), IsEmpty());
 }
 
-TEST(Finish, KeepsAFileNameThatIsTooShortToRemoveAnExtension) {
+TEST(EndOfAQueue, KeepsACurrentFileWhoseNameIsTooShortForAnExtension) {
     QueueBench bench(1 + 1);
     bench.state.stopRequested = true;
     bench.state.currentFile = "a";

@@ -53,7 +53,7 @@ std::vector<StopKind> stopKinds() {
     };
 }
 
-/// Stops the job at the `n`-th yield from now, if it yields that often.
+/// Stops the job at the `n`-th yield from now, if the job yields that often.
 class StopAtYield {
   public:
     StopAtYield(ExtractionBench& bench, const StopKind& kind, int n) {
@@ -135,7 +135,8 @@ TEST(EveryStop, AtEveryYieldOfACaptureReturnsToIdleAndTheNextCaptureWorks) {
             }
             bench.expectNextRunWorks();
         }
-        // The starts, ticks and ends of the tracks yield: a run has many more yields than this.
+        // The starts, ticks and ends of the tracks yield: a capture of three tracks has many more
+        // yields than 20.
         EXPECT_GT(n, 20) << kind.name;
     }
 }
@@ -157,7 +158,7 @@ TEST(EveryStop, BetweenTwoTicksReturnsToIdleAndSavesTheCapturedPart) {
     }
 }
 
-TEST(EveryStop, InsideEveryMessageBoxEndsTheRun) {
+TEST(EveryStop, InsideEveryMessageBoxEndsTheCapture) {
     const char* failures[] = {"open new type waveaudio alias capture", "set capture samplespersec",
                               "open cdaudio alias cd", "play cd"};
     for (const StopKind& kind : stopKinds()) {
@@ -240,7 +241,7 @@ TEST(EveryStop, AtEveryYieldOfAnInspectionLeavesADiscThatCanBeCaptured) {
 TEST(EveryStop, InsideTheMessageOfAnInspectionLeavesEverythingIdle) {
     for (const char* tracks : {"0", "1"}) {
         for (const StopKind& kind : stopKinds()) {
-            SCOPED_TRACE(kind.name + " in the box of a disc of " + tracks);
+            SCOPED_TRACE(kind.name + " in the box for a track count of " + tracks);
             ExtractionBench bench({200, 200, 200});
             bench.media.answer("status cd number of tracks", {.reply = tracks});
             int boxes = 0;
@@ -262,7 +263,7 @@ TEST(EveryStop, InsideTheMessageOfAnInspectionLeavesEverythingIdle) {
     }
 }
 
-TEST(EveryStop, InsideAMessageBoxOfALaterTrackEndsTheRun) {
+TEST(EveryStop, InsideAMessageBoxOfALaterTrackEndsTheCapture) {
     // The box is shown inside the tick that ended the previous track.
     const char* failures[] = {"open new type waveaudio alias capture", "set capture samplespersec",
                               "open cdaudio alias cd", "play cd"};

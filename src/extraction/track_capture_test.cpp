@@ -186,8 +186,9 @@ TEST(StartTrackRecording, CalculatesThePositionsAfterItsYield) {
     EXPECT_EQ(bench.captureState.trackEndMs, 30500);
 }
 
-TEST(StartTrackRecording, StartsAtZeroWithLengthsButWithoutATrackCount) {
-    // This is the state after a refresh without a device.
+TEST(StartTrackRecording, StartsAtZeroIfLengthsAreKnownButTheTrackCountIsNot) {
+    // A refresh without a device has this result: it clears the label with the track count and
+    // keeps the lengths.
     ExtractionBench bench({60000, 30000});
     bench.insertDisc();
     bench.form.lblNumTracks.setCaption("");

@@ -86,7 +86,8 @@ void FinderWindow::startSearch() {
     engine_.SearchFiles();
 }
 
-/// Runs inside the search that it stops; the end of that search overwrites most of these values.
+/// Runs inside the search that it stops; the end of that search overwrites most of the values that
+/// are set here.
 void FinderWindow::stopSearch() {
     finder_.lstdirs.setVisible(true);
     finder_.lstfiles.setVisible(true);

@@ -21,8 +21,8 @@ class FinderWindow {
 
     void Form_Load();
 
-    /// Starts a search or stops the running search, depending on the button's caption. A start
-    /// returns at the end of the search.
+    /// Starts a search or stops the running search, depending on the button's caption. A call that
+    /// starts a search returns at the end of that search.
     void Command1_Click();
     /// Closes the window. A running search ends at its next step.
     void cmdend_Click();

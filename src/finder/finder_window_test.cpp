@@ -70,7 +70,7 @@ TEST_F(FinderWindowTest, TheButtonIsDisabledWhileItsCaptionChangesToStop) {
                 ElementsAre("Continue", "Continue closed", "Stop! closed", "Stop!", "Search !"));
 }
 
-TEST_F(FinderWindowTest, TheTickedBoxHidesTheListsUntilTheEndOfTheSearch) {
+TEST_F(FinderWindowTest, TickingHideListsHidesTwoListsUntilTheEndOfTheSearch) {
     disk.addFolder("c:\\m");
     finder.chkhidelist.setValue(1).passOver();
     bool seen = false;
@@ -86,7 +86,7 @@ TEST_F(FinderWindowTest, TheTickedBoxHidesTheListsUntilTheEndOfTheSearch) {
     EXPECT_TRUE(finder.lstfiles.visible());
 }
 
-TEST_F(FinderWindowTest, AnUnknownCaptionDoesNothing) {
+TEST_F(FinderWindowTest, AClickWithAnUnknownCaptionDoesNothing) {
     disk.addFolder("c:\\m");
     finder.Command1.setCaption("Search");
     finder.lstfiles.addItem("kept");

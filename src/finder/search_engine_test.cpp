@@ -118,7 +118,7 @@ TEST_F(SearchEngineTest, AFolderThatIsDeletedBeforeItsScanAddsNothing) {
     EXPECT_THAT(disk.listed, ElementsAre("c:\\m\\*.*", "c:\\m\\gone\\*.*"));
 }
 
-TEST_F(SearchEngineTest, YieldsBeforeEachEntryButTheFirstAndBeforeTheEnd) {
+TEST_F(SearchEngineTest, YieldsAtTheEndAndBeforeEachEntryExceptTheFirst) {
     for (int i = 0; i < 10; ++i) {
         disk.addFile("c:\\m\\" + std::to_string(i) + ".wav");
     }

@@ -36,7 +36,7 @@ TEST_F(SearchMatchingTest, TakesTheExtensionFromTheFirstDotOfTheWholePath) {
     EXPECT_EQ(finder.zFileExt2.text(), ".album\\a.wav");
 }
 
-TEST_F(SearchMatchingTest, FindsNothingBelowAFolderWithADot) {
+TEST_F(SearchMatchingTest, FindsNothingBelowAFolderWithADotInItsName) {
     disk.addFile("c:\\my.music\\a.wav");
     disk.addFile("c:\\my.music\\x\\b.wav");
     search("c:\\my.music", ".wav");
@@ -62,7 +62,7 @@ TEST_F(SearchMatchingTest, SupportsNoWildcards) {
     EXPECT_THAT(found(), IsEmpty());
 }
 
-TEST_F(SearchMatchingTest, UsesAnyOtherTypeAsItIs) {
+TEST_F(SearchMatchingTest, AddsADotToATypeOfAnyCharactersAndTakesItLiterally) {
     disk.addFile("c:\\music\\a.wav");
     for (const std::string& type :
          {std::string("*"), std::string("?"), std::string("a*b["), std::string("[!"),

@@ -98,7 +98,7 @@ TEST_F(SearchStopsTest, ACompleteSearchHasTheExpectedNumberOfYields) {
     expectIdle(*world);
 }
 
-TEST_F(SearchStopsTest, AStopAtAnyYieldEndsTheSearchInTheCurrentFolder) {
+TEST_F(SearchStopsTest, AStopAtAnyYieldEndsTheSearchAtTheEndOfTheCurrentFolder) {
     for (int n = 1; n <= stepCount; ++n) {
         SCOPED_TRACE(n);
         const auto world = makeWorld();

@@ -123,9 +123,10 @@ TEST_F(SharedListsTest, TheStopButtonDuringAScanKeepsTheFoundFiles) {
     expectIdle();
 }
 
-/// The scan for WAV files clicks the button, which only stops the running search, so its result is
-/// that of the stopped search. The scan for MP3 files then starts a search of its own.
-TEST_F(SharedListsTest, AScanInsideASearchStopsItAndReplacesItsResult) {
+/// The scan for WAV files clicks the button, which only stops the user's running search. This scan
+/// therefore uses the files that the stopped search has found. The scan for MP3 files then starts a
+/// search of its own.
+TEST_F(SharedListsTest, AScanInsideASearchStopsTheSearchAndReplacesItsResult) {
     windows.frmsearch.show();
     // At this yield o.wav has been found, and p.mp3 is next.
     loop.atYield(3, [this] {

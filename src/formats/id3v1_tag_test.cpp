@@ -136,7 +136,7 @@ TEST(ReadId3v1Tag, TheThirtiethByteOfTheCommentIsTheTrack) {
     EXPECT_EQ(info.Track, "0");
 }
 
-TEST(ReadId3v1Tag, TheGenreIsTheValueOfItsByteUnlessThatIsABlank) {
+TEST(ReadId3v1Tag, TheGenreIsTheValueOfItsByteUnlessTheByteIsABlank) {
     for (int code = 0; code < 256; ++code) {
         Mp3Info before;
         before.Genre = 99;

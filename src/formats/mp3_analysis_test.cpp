@@ -144,7 +144,7 @@ TEST_F(Mp3AnalysisTest, ReturnsMeaninglessValuesForAFileThatIsNoMp3) {
     EXPECT_EQ(info.Duration, 0);
 }
 
-TEST_F(Mp3AnalysisTest, SearchesTheMarkAtPosition36OfAFileWithoutAFrame) {
+TEST_F(Mp3AnalysisTest, SearchesForTheMarkAtPosition36OfAFileWithoutAFrame) {
     Mp3Bytes bytes(4'000'000);
     bytes.at(1, "\x80\x1d\x90").at(36, "Xing").at(44, Mp3Bytes::bigEndian(30'000));
     EXPECT_TRUE(analyse(bytes).ok());
@@ -186,8 +186,8 @@ TEST_F(Mp3AnalysisTest, AcceptsTheMarkOnlyInOneSpellingAndAtOneOffset) {
         EXPECT_FALSE(info.IsVbr) << other;
         EXPECT_EQ(info.Bitrate, 128) << other;
     }
-    // In a mono frame the mark is 15 bytes earlier: the file counts as a file with a constant bit
-    // rate.
+    // In a mono frame the mark is 15 bytes earlier. It is not found there, so the file counts as a
+    // file with a constant bit rate.
     Mp3Bytes mono(4'000'000);
     mono.header(1, 0xFFFB50C0).at(22, "Xing").at(30, Mp3Bytes::bigEndian(6000));
     EXPECT_TRUE(analyse(mono).ok());
@@ -203,7 +203,7 @@ TEST_F(Mp3AnalysisTest, AConstantRateKeepsThePreviousFilesFrameCount) {
     EXPECT_EQ(info.Bitrate, 128);
 }
 
-TEST_F(Mp3AnalysisTest, ACountAbove32767StopsBeforeHeaderAndTag) {
+TEST_F(Mp3AnalysisTest, AFrameCountAbove32767StopsTheAnalysisBeforeHeaderAndTag) {
     for (const std::uint32_t count : {32768U, 65536U, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU}) {
         fillRecord();
         const Status status = analyse(
@@ -223,7 +223,7 @@ TEST_F(Mp3AnalysisTest, ACountAbove32767StopsBeforeHeaderAndTag) {
     EXPECT_TRUE(info.IsVbr);
 }
 
-TEST_F(Mp3AnalysisTest, AcceptsACountOf32767AndFailsForACountOf0) {
+TEST_F(Mp3AnalysisTest, AcceptsAFrameCountOf32767AndFailsForAFrameCountOf0) {
     EXPECT_TRUE(analyse(Mp3Bytes(4'000'000).header(1, commonHeader).variableRate(1, 32767)).ok());
     EXPECT_EQ(info.Frames, 32767);
     EXPECT_EQ(info.Bitrate, 37);

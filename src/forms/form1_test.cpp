@@ -113,7 +113,7 @@ TEST_F(Form1Test, StartsWithCancelAndTheDiskWarningHidden) {
     EXPECT_FALSE(form.Label5.visible());
 }
 
-TEST_F(Form1Test, StartsWithTheListsAndTheButtonsForCodeHidden) {
+TEST_F(Form1Test, StartsWithTheListsAndTheButtonsThatOnlyCodeClicksHidden) {
     for (const Control* hidden :
          std::vector<Control*>{&form.lstTracks, &form.lstRecord, &form.List1, &form.List2,
                                &form.List3, &form.List4, &form.List5, &form.List7, &form.Check9,
@@ -212,7 +212,7 @@ TEST_F(Form1Test, ClearActivityResetsTheDisplaysToIdle) {
     form.Label33.setCaption("50%");
     form.Status.setCaption("50.00%");
     form.ClearActivity();
-    // The a is in lower case, unlike in the designed text.
+    // "action" begins with a small letter here; in the designed text it begins with a capital.
     EXPECT_EQ(form.Label3.caption(), "Next action:");
     EXPECT_EQ(form.Label2.caption(), "c:\\wavfiles\\");
     EXPECT_EQ(form.caption(), "Sonarith v2.0");

@@ -52,7 +52,7 @@ TEST_F(CdCommandsTest, ACheckedCommandThatFailsClosesAllAndUnloadsThePanelWithou
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(CdCommandsTest, AFailingCloseAllAfterAFailureIsNotHandledAgain) {
+TEST_F(CdCommandsTest, AFailedCloseAllAfterAFailedCommandCausesNoFurtherCommand) {
     media.answer("play cd", {.status = 275});
     media.answer("close all", {.status = 299});
     EXPECT_FALSE(commands.SendMCI("play cd", CommandCheck::checked));

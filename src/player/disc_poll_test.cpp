@@ -291,7 +291,7 @@ TEST_F(DiscPollTest, RemovingTheDiscDoesNotDisableEject) {
 
 // --- failures ------------------------------------------------------------------------------
 
-TEST_F(DiscPollTest, AFailedQueryTreatsTheDiscAsRemoved) {
+TEST_F(DiscPollTest, ADiscWhosePresenceCannotBeReadCountsAsRemoved) {
     poll();
     for (const test::MciAnswer& answer :
          {test::MciAnswer{.status = 263}, {.reply = "maybe"}, {.reply = ""}}) {

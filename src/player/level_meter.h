@@ -15,7 +15,7 @@ namespace sonarith {
 
 class LevelMeter {
   public:
-    /// Sets the handlers of Timer2, Timer3 and Timer4. All must outlive this.
+    /// Sets the handlers of Timer2, Timer3 and Timer4. All parameters must outlive this object.
     LevelMeter(const Platform& platform, Form4& form, MixerAccess& access, MixerState& state,
                MeterCapture& capture);
     LevelMeter(const LevelMeter&) = delete;
@@ -54,7 +54,7 @@ class LevelMeter {
     MeterCapture& capture_;
 
     MixerControlDetails MeterDetails;
-    /// The target of MeterDetails. A failed read does not change it.
+    /// The value that a read with MeterDetails stores. A failed read does not change it.
     std::int32_t reading_ = 0;
     std::int32_t TraceX = 0;
     double TraceY = 0;

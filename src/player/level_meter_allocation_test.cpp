@@ -76,7 +76,7 @@ TEST(LevelMetersTick, AllocatesNothing) {
     LevelMeter meter(platform, form, access, state, capture);
     meter.prepare();
     capture.StartMeter();
-    // Views are connected to the bar and the trace.
+    // These two connections replace the views of the bar and of the trace.
     int steps = 0;
     const Connection moved = form.Label4.changed.connect([&](Property) { ++steps; });
     const Connection drawn =
@@ -92,7 +92,7 @@ TEST(LevelMetersTick, AllocatesNothing) {
                   }
               }),
               0);
-    // The meter has drawn, and the trace has restarted at the edge.
+    // The meter has drawn, and the trace has restarted at the left edge.
     EXPECT_GT(steps, 1500);
     EXPECT_LT(form.picPeakVol.lines().size(), 123U);
 }

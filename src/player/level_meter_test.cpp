@@ -50,7 +50,7 @@ TEST_F(LevelMeterTest, AStepReadsTheInputsPeak) {
     EXPECT_THAT(operationsOf([&] { tick(100); }), ElementsAre("mixer get 7 10020001"));
 }
 
-TEST_F(LevelMeterTest, EachReadUsesTheControlsIdentifierAndItemCountAndOneBlock) {
+TEST_F(LevelMeterTest, EachReadUsesTheControlsIdentifierAndItemCountAndTheSameBuffer) {
     // The card's meter has one item for all channels; other cards may have one for each.
     MixerState& state = player.mixerState;
     state.InputMeterCtrl.cMultipleItems = 2;
@@ -117,7 +117,7 @@ TEST_F(LevelMeterTest, AnInvalidLevelIsDrawnWithoutFailure) {
     EXPECT_EQ(trace.lines().size(), 2U);
 }
 
-TEST_F(LevelMeterTest, TheTraceRestartsAtTheRightEdgeWithItsCurrentHeight) {
+TEST_F(LevelMeterTest, TheTraceRestartsAtTheLeftWithItsCurrentHeightAfterTheRightEdge) {
     int cleared = 0;
     const Connection connection = trace.cleared.connect([&] { ++cleared; });
     for (int x = 0; x < 2440; x += 20) {
@@ -229,7 +229,8 @@ TEST_F(LevelMeterTest, Timer2ReadsTheWaveLineAndDrawsOnlyTheBar) {
     EXPECT_THAT(operationsOf([&] { form.Timer2.fire(); }), ElementsAre("mixer get 4104 10020001"));
     EXPECT_THAT(trace.lines(), IsEmpty());
     EXPECT_EQ(form.Label4.top(), Twips(915 - 819));
-    // Timer2 has not moved the trace to the right, but has changed the height of its next start.
+    // Timer2 has not moved the trace to the right, but has changed the height at which the trace's
+    // next line starts.
     tick(0);
     EXPECT_EQ(lastLine(), (PictureLine{{-20, -50}, {0, 950}}));
 }
@@ -247,7 +248,7 @@ TEST_F(LevelMeterTest, Timer4DrawsWiderStepsFromAConstantHeight) {
     EXPECT_EQ(lastLine(), (PictureLine{{80, 0}, {100, 950}}));
 }
 
-TEST_F(LevelMeterTest, Timer4AlsoRestartsAtTheRightEdge) {
+TEST_F(LevelMeterTest, Timer4RestartsTheTraceAtTheLeftAfterTheRightEdge) {
     for (int x = 0; x < 2400; x += 50) {
         form.Timer4.fire();
     }

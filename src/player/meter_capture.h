@@ -14,7 +14,7 @@ namespace sonarith {
 
 class MeterCapture {
   public:
-    /// Sets the handlers of Check3. Both must outlive this.
+    /// Sets the handlers of Check3. Both parameters must outlive this object.
     MeterCapture(const Platform& platform, Form4& form);
     ~MeterCapture(); ///< stops a running input, which would write to the buffers
     MeterCapture(const MeterCapture&) = delete;

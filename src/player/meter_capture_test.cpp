@@ -19,7 +19,7 @@ struct MeterCaptureTest : test::PlayerWorld {
                                               "wave unprepare", "wave close"};
 };
 
-TEST_F(MeterCaptureTest, StartOpensPreparesAddsAndStarts) {
+TEST_F(MeterCaptureTest, StartOpensTheDeviceQueuesTwoBuffersAndStartsTheInput) {
     EXPECT_EQ(operationsOf([&] { EXPECT_TRUE(capture.StartMeter()); }), started);
     EXPECT_TRUE(capture.running());
     EXPECT_TRUE(waveInput.running);
@@ -58,7 +58,7 @@ TEST_F(MeterCaptureTest, TwoStartsOpenOneDevice) {
     EXPECT_EQ(waveInput.opened, 1);
 }
 
-TEST_F(MeterCaptureTest, StopResetsStopsUnpreparesAndCloses) {
+TEST_F(MeterCaptureTest, StopResetsAndStopsTheInputUnpreparesTheBuffersAndClosesTheDevice) {
     capture.StartMeter();
     EXPECT_EQ(operationsOf([&] { capture.StopMeter(); }), stopped);
     EXPECT_FALSE(capture.running());
@@ -144,7 +144,7 @@ TEST_F(MeterCaptureTest, AStopWhileAMessageIsOpenEndsTheStart) {
     }
 }
 
-TEST_F(MeterCaptureTest, TheInputBoxStartsAndStopsIt) {
+TEST_F(MeterCaptureTest, TheInputBoxStartsAndStopsTheInput) {
     EXPECT_EQ(operationsOf([&] { form.Check3.setValue(1).passOver(); }), started);
     EXPECT_EQ(operationsOf([&] { form.Check3.setValue(0).passOver(); }), stopped);
 }

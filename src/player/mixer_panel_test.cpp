@@ -145,7 +145,7 @@ TEST_F(MixerPanelTest, TheLoadSetsMasterAndDiscToFullVolumeAndTheSlidersShowTheP
     EXPECT_EQ(player.mixerState.Volume, 65535);
 }
 
-TEST_F(MixerPanelTest, ALoadWithoutAMixerShowsTheMessageOnceAndKeepsTheDesignedState) {
+TEST_F(MixerPanelTest, ALoadWithoutAMixerShowsOneMessageAndKeepsTheDesignedState) {
     form.unload();
     player.mixerState = {};
     mixer.present = false;

@@ -116,7 +116,7 @@ TEST_F(PlayerWindowTest, ExitClosesAllDevicesTwiceAndThenThePanel) {
     EXPECT_FALSE(form.loaded());
 }
 
-TEST_F(PlayerWindowTest, ExitChecksItsSecondCloseAll) {
+TEST_F(PlayerWindowTest, ExitChecksTheResultOfItsSecondCloseAll) {
     media.answer("close all", {.status = 299});
     EXPECT_THAT(commandsOf([&] { form.Command1.click(); }),
                 ElementsAre("close all", "close all", // EXIT's own

@@ -34,9 +34,9 @@ class PowerSwitch {
     /// Switches the whole panel off in any state. Deselects both positions of the switch. Yields
     /// seven times.
     void Command6_Click();
-    /// Call before the main window reads a newly chosen disc or drive. The main window opens the
-    /// device for this. A player that is on therefore closes the device, shows no disc, and stops
-    /// polling.
+    /// Call before the main window reads a newly chosen disc or drive: the main window then opens
+    /// the device itself. If the player is on, this function closes the device, shows that there is
+    /// no disc, and stops polling.
     void releaseDisc();
     /// Call after releaseDisc(): opens the device again, and the next poll finds the chosen disc.
     /// If the device cannot be opened, the player is switched off, which yields. Has no effect if

@@ -340,7 +340,7 @@ TEST_F(PowerSwitchTest, TheFullSwitchOffDeselectsOnlyTheMuteSwitchOfTheDisc) {
     EXPECT_TRUE(discMuted());
 }
 
-TEST_F(PowerSwitchTest, TheFullSwitchOffHasRunTheseStepsAtEachOfItsYields) {
+TEST_F(PowerSwitchTest, TheFullSwitchOffRunsItsStepsBetweenItsSevenYieldsInThisOrder) {
     switchOn();
     form.Check3.setValue(1).passOver();
     showMeter();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests clicks on the power switch during other steps of the panel, and other steps during those of
-// the switch. switch_off_sweep_test.cpp tests every yield of a switch-off.
+// Tests clicks on the power switch while the panel runs other steps, and other events while the
+// power switch runs its steps. switch_off_sweep_test.cpp tests every yield of a switch-off.
 #include "player/power_switch.h"
 
 #include "support/player_world.h"

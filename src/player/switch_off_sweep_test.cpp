@@ -224,7 +224,7 @@ TEST(EverySwitchOff, WithAnyEventAtAnyYieldEndsInSilenceAndThePlayerWorksAgain) 
     }
 }
 
-TEST(EverySwitchOff, WithTheInputBoxTickedAtAnyYieldLeavesTheInputOpenOnlyIfTheCaptureRuns) {
+TEST(EverySwitchOff, WithTheInputBoxTickedAtAnyYieldLeavesTheInputOpenOnlyIfMeterCaptureRuns) {
     const Event tick{"input", [](PlayerBench& bench) {
                          bench.form.Check3.setValue(1).passOver();
                      }};
@@ -251,7 +251,7 @@ TEST(EverySwitchOff, WithTheInputBoxTickedAtAnyYieldLeavesTheInputOpenOnlyIfTheC
     }
 }
 
-TEST(EverySwitchOff, AlsoEndsInSilenceWithAnEmptyDriveWhetherOrNotThePlayerWasSwitchedOn) {
+TEST(EverySwitchOff, WithAnEmptyDriveEndsInSilenceWhetherOrNotThePlayerWasOn) {
     for (const SwitchOff& switchOff : switchOffs()) {
         for (const Event& event : events()) {
             for (int n = 1; n <= switchOff.yields; ++n) {

@@ -149,7 +149,7 @@ TEST_F(TransportTest, ATrackSelectedInTheMainWindowIsPlayedInsteadOfTheCurrentTr
     EXPECT_EQ(click(form.play), thenPoll({"play cd from 2"}));
 }
 
-TEST_F(TransportTest, PlaySendsNothingForASelectedTrackFromTheLastOn) {
+TEST_F(TransportTest, PlaySendsNothingIfTheSelectedTrackIsTheLastOrHasALargerNumber) {
     for (const int track : {3, 4, 99}) {
         process.currentTrack = track;
         EXPECT_EQ(click(form.play), thenPoll({})) << track;

@@ -16,7 +16,8 @@ namespace sonarith {
 struct ProcessState {
     /// Requests every running job to end.
     bool stopRequested = false;
-    /// Set by Command2_Click; nothing ever clears it.
+    /// Set by the main window's "Cancel" (CaptureMonitor::Command2_Click()); nothing ever clears
+    /// it.
     bool cancelRequested = false;
     /// True from the start of a decoding until its worker window is unloaded.
     bool workerBusy = false;
@@ -24,8 +25,8 @@ struct ProcessState {
     std::string currentFile;
     /// The WAV file that a decoding writes.
     std::string currentWavFile;
-    /// The number of the current track. Releasing the mouse button on a track of the tree sets it,
-    /// too, and the player plays that track.
+    /// The number of the current track. A click on a track of the tree also sets it. The player's
+    /// "play" button plays the track of this number.
     std::int32_t currentTrack = 0;
     /// Shared loop counter, valid only inside the loop that set it; also stores the status of the
     /// player's unchecked commands.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Monitors the free space of the destination's drive while an action runs: warns below one limit
 // and stops the action below another. Also fills the preferences' list of drives. It shows no
-// message. The start of an action starts the timer, not this class.
+// message. This class does not start its timer tmrWarning; the start of an action does.
 #pragma once
 
 #include "desktop/system.h"
