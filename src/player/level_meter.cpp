@@ -63,8 +63,8 @@ void LevelMeter::readLevel(const MixerControl& control) {
     MeterDetails.dwControlID = control.dwControlID;
     MeterDetails.cMultipleItems = control.cMultipleItems;
     state_.mixerResult = platform_.mixer.getControlDetails(state_.hMixer, MeterDetails);
-    // Also after a failure: the meter shows its last reading again, not a value that a slider has
-    // stored in Volume.
+    // Volume is set after a failed read, too: the meter then shows its last reading again, not a
+    // value that a slider has stored in Volume.
     state_.Volume = reading_;
 }
 

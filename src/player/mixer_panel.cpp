@@ -7,7 +7,7 @@ namespace sonarith {
 
 namespace {
 
-/// The highest value of a level, at a slider's lowest position.
+/// The highest value of a level; the level's slider then has the value 0.
 constexpr std::int32_t highest = 65535;
 
 /// The number, 0 to 10, that is shown beside the slider for a level.

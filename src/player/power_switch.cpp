@@ -153,7 +153,7 @@ void PowerSwitch::openDiscAgain() {
     if (!std::exchange(discReleased_, false)) {
         return;
     }
-    // Closes the device that the main window has left open.
+    // Closes the device if the main window has left it open.
     closeDisc();
     // Unchecked: a missing drive must not close the panel while the Devices window is open.
     if (!commands_.SendMCI(openCommand, CommandCheck::unchecked)) {

@@ -172,7 +172,7 @@ TEST_F(TransportTest, PlayPlaysTheFirstTrackIfTheCurrentTrackNumberIsBelowOne) {
     EXPECT_EQ(click(form.play), thenPoll({"play cd from 1"}));
 }
 
-TEST_F(TransportTest, PlayOnTheLastTrackOnlyDisablesEject) {
+TEST_F(TransportTest, PlayOnTheLastTrackDisablesEjectAndDoesNotPlay) {
     setPositionAndMode(3, 0, 0, false);
     EXPECT_EQ(click(form.play), thenPoll({}));
     EXPECT_FALSE(state.Playing);
@@ -211,7 +211,7 @@ TEST_F(TransportTest, AfterAPausePlayContinuesWithoutATrackNumberAndShowsPlaying
     EXPECT_EQ(click(form.play), thenPoll({"play cd from 2"}));
 }
 
-TEST_F(TransportTest, AfterAPausePlayAlsoDisablesEjectFirst) {
+TEST_F(TransportTest, AfterAPausePlayDisablesEjectBeforeItsCommand) {
     form.pause.click();
     form.eject.setEnabled(true);
     bool sent = false;

@@ -34,7 +34,7 @@ void EntryClicks::List2_Click() {
 }
 
 /// Deliberate: the loop limit is the number of lines in the playlist, not in the main window's
-/// list. The adder checks the work tree again.
+/// list. FileAdder also checks whether the work tree already contains the file.
 bool EntryClicks::mainListContains(const std::string& path) const {
     for (int i = 0; i < form_.List2.listCount(); ++i) {
         if (matches(path, mainForm_.List2.list(i))) {

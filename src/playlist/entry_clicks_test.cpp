@@ -64,7 +64,7 @@ TEST_F(EntryClicksTest, DoesNothingIfTheListIsEmpty) {
     EXPECT_EQ(loop.yieldCount(), 0);
 }
 
-TEST_F(EntryClicksTest, TheLineOfAMissingEntryShowsTheNoDataMessage) {
+TEST_F(EntryClicksTest, AClickOnTheLineOfAMissingEntryShowsTheNoDataMessage) {
     store.put("music", "HowMany", "1");
     editor.load();
     choose(0);
@@ -166,7 +166,7 @@ TEST_F(EntryClicksTest, AddsNothingIfTheBoxIsNotTicked) {
     EXPECT_THAT(lines(mainForm.List2), IsEmpty());
 }
 
-TEST_F(EntryClicksTest, AClickDuringTheYieldAddsTheNewlySelectedEntryInstead) {
+TEST_F(EntryClicksTest, IfAnotherEntryIsClickedDuringTheYieldOnlyThatEntryIsAdded) {
     // The entry that is selected when Check11 is read is added, not the entry that was clicked
     // first.
     addMp3(pathA, "Title A");
@@ -221,7 +221,7 @@ TEST_F(EntryClicksTest, ASourceThatFailsIsNotPlayed) {
     EXPECT_THAT(mp3.log, ElementsAre("SourceFile " + pathA));
 }
 
-TEST_F(EntryClicksTest, StopsEvenIfNothingPlays) {
+TEST_F(EntryClicksTest, SendsAStopEvenIfNothingPlays) {
     open({});
     editor.Command12.click();
     mp3.failStop = Error{ErrorNumber::deviceUnavailable, ""};

@@ -291,7 +291,10 @@ TEST_F(FileDeletionTest, AfterAnyButtonInAnyYieldTheListMatchesTheStore) {
                 (editor.*press.button).click();
             });
             remove(pathA);
-            while (!pressed) { // the number of yields varies by one: press after the deletion
+            // The number of yields varies by one. If the yield was not reached, the button is
+            // pressed
+            // after the deletion.
+            while (!pressed) {
                 loop.yield();
             }
             EXPECT_EQ(lines(editor.List2), inStore());
@@ -335,7 +338,7 @@ TEST_F(FileDeletionTest, TheDeletedFileIsNotAddedToTheWorkTree) {
     EXPECT_THAT(inStore(), ElementsAre(pathA, pathC));
 }
 
-TEST_F(FileDeletionTest, ClearingTheLengthsBoxDuringTheDeletionPreventsTheDelisting) {
+TEST_F(FileDeletionTest, ClearingTheBoxOfTheLengthDuringTheDeletionPreventsTheDelisting) {
     openThree();
     choose(1);
     loop.after(100ms, [&] {

@@ -48,7 +48,8 @@ TEST_F(FileRenameTest, RenamesTheFileAndOnlyTheShownEntry) {
     EXPECT_EQ(editor.Text5.text(), target);
     EXPECT_THAT(store.writes, IsEmpty());
     EXPECT_THAT(boxes.shown, IsEmpty());
-    // The store still has the old name; a restart shows it again unless the list was compacted.
+    // The store still has the old name, because the list was not compacted. So the next load of the
+    // window shows the old name again.
     editor.unload();
     editor.load();
     EXPECT_THAT(lines(editor.List2), ElementsAre(pathB, pathA));
@@ -81,7 +82,7 @@ TEST_F(FileRenameTest, ShowsTheDialogWithTheEditedPathAndItsBaseName) {
     EXPECT_THAT(dialog.opened, IsEmpty());
 }
 
-TEST_F(FileRenameTest, ReplacesTheEntryOnceAndComparesTheOthersWithTheNewPath) {
+TEST_F(FileRenameTest, ReplacesTheFirstMatchingEntryAndComparesTheOthersWithTheNewPath) {
     addMp3(pathA, "Title A");
     open({pathA, pathA, "c:\\music\\n*.mp3"});
     rename(pathA, target);

@@ -88,7 +88,7 @@ TEST_F(HeaderDisplayTest, DoesNothingForBlanks) {
     }
 }
 
-TEST_F(HeaderDisplayTest, ClearsAllButTheLastTwoBoxesFirst) {
+TEST_F(HeaderDisplayTest, ClearsTheLinesAndTheFirstSixBoxesBeforeItReadsTheFile) {
     addMp3(pathA, "Title");
     read(pathA);
     boxes.whileUp = [&](const ShownBox&) {

@@ -83,7 +83,7 @@ TEST_F(PlaylistEntriesTest, LoadsAsManyLinesAsTheCountUpToALimit) {
     }
 }
 
-TEST_F(PlaylistEntriesTest, HasTheSameEntriesAfterTheWindowWasClosed) {
+TEST_F(PlaylistEntriesTest, HasTheSameEntriesAfterTheWindowWasClosedAndOpenedAgain) {
     open({pathA});
     add(pathB);
     editor.unload();

@@ -142,7 +142,7 @@ TEST_F(TagEditorTest, AnEmptyGenreIsReadBackAs0) {
     EXPECT_EQ(editor.Text4(6).text(), "0");
 }
 
-TEST_F(TagEditorTest, TheCommentsLastByteIsABlankUnlessTheUserTypesIt) {
+TEST_F(TagEditorTest, TheCommentsLastByteIsABlankUnlessTheUserTypes30Characters) {
     const std::string thirty = "123456789012345678901234567890";
     disk.addFile(
         pathA, Mp3Bytes(1000).header(1, commonHeader).end(tagOf("T", "A", "", "", thirty)).content);

@@ -56,7 +56,7 @@ TEST_F(DestroyFileTest, YieldsForAFifthOfASecond) {
     EXPECT_EQ(loop_.wakeupCount(), 0U);
 }
 
-TEST_F(DestroyFileTest, EndsItsPauseAcrossMidnight) {
+TEST_F(DestroyFileTest, PausesForAFifthOfASecondAcrossMidnight) {
     disk_.addFolder("c:\\music");
     loop_.setSecondsSinceMidnight(86399.9);
     EXPECT_THAT(destroyTime(), AllOf(Ge(200ms), Le(220ms)));

@@ -79,7 +79,7 @@ TEST_F(MakeDirsTest, ContinuesIfTheRootCannotBeEntered) {
     EXPECT_TRUE(make("c:\\music"));
 }
 
-TEST_F(MakeDirsTest, StopsAtAnyOtherFailureToCreateAFolder) {
+TEST_F(MakeDirsTest, StopsIfAFolderCannotBeCreated) {
     disk_.failWith(Operation::makeFolder, "c:\\music", ErrorNumber::permissionDenied);
     expectFailure("c:\\music\\wav");
     EXPECT_EQ(disk_.log.back(), "makeFolder music");

@@ -11,7 +11,7 @@ TEST(FileBaseName, RemovesFolderAndExtension) {
     EXPECT_EQ(FileBaseName("track1.wav").value(), "track1");
 }
 
-TEST(FileBaseName, RemovesAnyFourCharacters) {
+TEST(FileBaseName, RemovesTheLastFourCharactersWhateverTheyAre) {
     EXPECT_EQ(FileBaseName("c:\\music\\name.mpeg").value(), "name.");
     EXPECT_EQ(FileBaseName("c:\\music\\readme").value(), "re");
     EXPECT_EQ(FileBaseName("c:\\música\\日本語の歌").value(), "日");

@@ -153,7 +153,7 @@ TEST_F(Cmaddfile2Test, ANameOfAnyNodeOfAnyGroupCountsAsADuplicate) {
     EXPECT_THAT(lines(form.List1), IsEmpty());
 }
 
-TEST_F(Cmaddfile2Test, AnExistingEntryIsNotAddedAgainButItsNodeIs) {
+TEST_F(Cmaddfile2Test, ANodeIsAddedForAnExistingEntryWhichIsNotDuplicated) {
     put("c:\\music\\a.mp3");
     fill(form.List2, {"x", "c:\\music\\a.mp3"});
     adder.Cmaddfile2("c:\\music\\a.mp3");
@@ -195,7 +195,7 @@ TEST_F(Cmaddfile2Test, TheFileIsAddedToTheFirstNodeWithTheGroupsText) {
     EXPECT_THAT(childrenOf("WAV Files"), ElementsAre("c:\\music\\a.wav"));
 }
 
-TEST_F(Cmaddfile2Test, IfItsGroupIsMissingOnlyTheEntryIsAdded) {
+TEST_F(Cmaddfile2Test, IfTheGroupIsMissingOnlyTheEntryIsAdded) {
     put("c:\\music\\a.wav");
     view.remove(node("WAV Files Folder")).passOver();
     const auto before = outline();

@@ -62,8 +62,8 @@ Status LabelEdit::rename(const std::string& newText) {
     return {};
 }
 
-/// Renames the first entry whose name matches `oldName`, a pattern in lower case, and its file. A
-/// missing entry is not a failure.
+/// Renames the first entry whose name matches `oldName` (a pattern in lower case), and the file of
+/// that entry. If no entry matches, nothing is renamed and the call succeeds.
 Status LabelEdit::renameFirst(const std::string& oldName, const std::string& newText,
                               std::initializer_list<ListBox*> lists) {
     for (ListBox* list : lists) {

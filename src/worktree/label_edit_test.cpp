@@ -189,7 +189,7 @@ TEST_F(LabelEditTest, AnExistingNameChangesNothingAndOpensTheEditorAgain) {
     EXPECT_EQ(view.editedNode(), nullptr);
 }
 
-TEST_F(LabelEditTest, ARefusalSelectsAndHighlightsDragNode) {
+TEST_F(LabelEditTest, ARenameThatFailsSelectsAndHighlightsDragNode) {
     press(node("a.wav"));
     drag.DragNode = node("b.mp3");
     view.finishLabelEdit("taken.wav");

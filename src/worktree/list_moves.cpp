@@ -138,9 +138,9 @@ void ListMoves::returnMp3(const std::string& s) {
     putOnTop(form_.List2, s, form_.List7);
 }
 
-/// Deliberate, since users rely on it: skips the entry that moves into the place of a removed
-/// entry, because the bound is read once and the index always advances. Beyond the new end of the
-/// list a removal fails, and the failure is ignored.
+/// Deliberate, since users rely on it: the index advances after a removal, too, so the entry that
+/// moves into the place of a removed entry is skipped. The bound is read before the loop; beyond
+/// the new end of the list a removal fails, and the failure is ignored.
 void ListMoves::removeEntries(ListBox& list, const Test& leaves) {
     const int bound = list.listCount();
     for (int i = 0; i < bound; ++i) {

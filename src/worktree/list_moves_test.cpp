@@ -145,7 +145,7 @@ TEST_F(ListMovesTest, DragNodesParentChoosesTheRuleForTracksAndMp3Files) {
     EXPECT_THAT(all(), ElementsAre("lstRecord: Track_1", "List2: a.mp3"));
 }
 
-TEST_F(ListMovesTest, SelectingAnMp3EmptiesTheAvailableListAndDoublesTheSelectedEntries) {
+TEST_F(ListMovesTest, SelectingAnMp3EmptiesTheAvailableListAndDuplicatesTheSelectedEntries) {
     fill(form.List2, {"a.mp3", "b.mp3", "c.mp3"});
     fill(form.List4, {"d.mp3", "e.mp3"});
     move("b.mp3", "MP3 Files");
@@ -153,7 +153,7 @@ TEST_F(ListMovesTest, SelectingAnMp3EmptiesTheAvailableListAndDoublesTheSelected
     EXPECT_THAT(lines(form.List7), ElementsAre("b.mp3", "d.mp3", "e.mp3"));
 }
 
-TEST_F(ListMovesTest, SelectingAnMp3DoesNotDoubleEmptyEntries) {
+TEST_F(ListMovesTest, SelectingAnMp3DoesNotDuplicateEmptyEntries) {
     fill(form.List4, {"", "e.mp3"});
     move("b.mp3", "MP3 Files");
     EXPECT_THAT(lines(form.List4), ElementsAre("", "e.mp3", "b.mp3", "e.mp3"));
@@ -317,7 +317,7 @@ TEST_F(DraggedListMovesTest, TheNameIsAPatternForTheNamesInTheLists) {
     EXPECT_THAT(all(), ElementsAre("List2: c:\\a[1].mp3", "List4: c:\\a1.mp3"));
 }
 
-TEST_F(DraggedListMovesTest, AnMp3KeepsTheOthersAvailableAndIsSelectedOnce) {
+TEST_F(DraggedListMovesTest, AnMp3LeavesTheOthersAvailableAndOccursOnceInTheSelectedList) {
     fill(form.List2, {"c:\\a.mp3", "c:\\b.mp3", "c:\\c.mp3"});
     fill(form.List4, {"c:\\x.mp3", "c:\\y.mp3"});
     moveByDrag("b.mp3", "MP3 Files");

@@ -64,7 +64,7 @@ TEST_F(PopupMenuTest, AWavCanBeRemovedAndDeletedAndNotStarted) {
     expectBothWays(addTo("WAV Files", "B.WAV"), "D-R");
 }
 
-TEST_F(PopupMenuTest, AnMp3CanAlsoBeStarted) {
+TEST_F(PopupMenuTest, AnMp3CanBeRemovedAndDeletedAndStarted) {
     expectBothWays(node(mp3File), "DSR");
     expectBothWays(addTo("MP3 Files", "B.Mp3"), "DSR");
 }
@@ -75,7 +75,7 @@ TEST_F(PopupMenuTest, ATrackCanOnlyBeStarted) {
     expectBothWays(addTo("MP3 Files", "tracking.mp3"), "-S-");
 }
 
-TEST_F(PopupMenuTest, AnItemOfAnotherKindDisablesAllThree) {
+TEST_F(PopupMenuTest, AnItemOfAnotherKindDisablesAllThreeEntries) {
     expectBothWays(addTo("WAV Files", "notes.txt"), "---");
 }
 
@@ -95,7 +95,7 @@ TEST_F(PopupMenuTest, AGroupOfWavFilesKeepsThePreviousState) {
     EXPECT_EQ(open(node("WAV Files")), "---");
 }
 
-TEST_F(PopupMenuTest, ACollectionOrNoNodeDisablesTheThreeAndNothingElse) {
+TEST_F(PopupMenuTest, ACollectionOrNoNodeDisablesTheThreeEntriesAndNoOtherEntry) {
     for (const NodeRef& at : {node("CD Tracks"), node("MP3 Files Folder"), NodeRef()}) {
         setAll(true);
         EXPECT_EQ(open(at), "---");
@@ -244,7 +244,7 @@ TEST_F(PopupMenuTest, DeleteKeepsAFileThatIsInNoList) {
     EXPECT_THAT(disk.log, IsEmpty());
 }
 
-TEST_F(PopupMenuTest, TheNodesTextIsAlsoAPatternForTheFilesToDelete) {
+TEST_F(PopupMenuTest, TheNodesTextIsAPatternForTheFilesToDelete) {
     bareNames();
     for (const char* name : {"c:\\music\\x[1].wav", "c:\\music\\x1.wav"}) {
         disk.addFile(name, "x");
@@ -258,7 +258,7 @@ TEST_F(PopupMenuTest, TheNodesTextIsAlsoAPatternForTheFilesToDelete) {
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\x[1].wav"));
 }
 
-TEST_F(PopupMenuTest, OneCommandDeletesOneFile) {
+TEST_F(PopupMenuTest, OneCommandDeletesOnlyTheFirstFileOfTheName) {
     bareNames();
     disk.addFile("c:\\other\\b.mp3", "x");
     fill(form.List4, {"c:\\other\\b.mp3"});
@@ -269,7 +269,7 @@ TEST_F(PopupMenuTest, OneCommandDeletesOneFile) {
     EXPECT_THAT(lines(form.List4), ElementsAre("c:\\other\\b.mp3"));
 }
 
-TEST_F(PopupMenuTest, TheEntryIsRemovedIfTheListChangedDuringTheDeletion) {
+TEST_F(PopupMenuTest, TheEntryIsRemovedEvenIfTheListChangesDuringTheDeletion) {
     press(node(wavFile), {.right = true});
     loop.after(100ms, [this] { putOnTop(form.List1, "c:\\music\\new.wav", form.List7); });
     form.mnuRemoveDelete.click();

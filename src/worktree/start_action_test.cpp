@@ -158,7 +158,7 @@ TEST_F(StartActionTest, MinimizesOnlyForTheValueOne) {
     EXPECT_EQ(minimized, 1);
 }
 
-TEST_F(StartActionTest, AWavNodeStartsNothingButMinimizesRestoresAndStartsTheTimer) {
+TEST_F(StartActionTest, AWavNodeStartsNoActionButTheWindowIsMinimizedAndRestoredAndTheTimerStarts) {
     process.settings.minimizeOnStart = 1;
     form.mnuMinimize.onClick = [this] {
         log.push_back("minimize");
@@ -179,7 +179,7 @@ TEST_F(StartActionTest, AnUnloadedTrayFormIsNotLoaded) {
     EXPECT_FALSE(loaded);
 }
 
-TEST_F(StartActionTest, ReturnsToIdleOnlyAfterTheActionAndAlsoAfterAStop) {
+TEST_F(StartActionTest, ReturnsToIdleOnlyAfterTheEndOfAStoppedAction) {
     form.tmrRecord.setEnabled(true);
     form.cmdStart.onClick = [this] {
         loop.after(10s, [this] { process.stopRequested = true; });

@@ -53,9 +53,9 @@ bool TreeDrag::levelsFit(const NodeRef& target) const {
 }
 
 void TreeDrag::TreeView1_DragOver(const NodeRef& target) {
-    // Moves the node once for each node that the pointer reaches. But a move stores its target
-    // group in DropTarget, so the next event over the same item counts as a change and moves the
-    // node back.
+    // DragNode moves one time for each node that the pointer reaches. But a move stores its target
+    // group in DropTarget, so the next event over the same item counts as a change and moves
+    // DragNode back.
     if (target == drag_.DropTarget) {
         return;
     }

@@ -127,12 +127,14 @@ struct DragPathTest : TreeDragTest, testing::WithParamInterface<DragCase> {
                 {mp3, "Available Tracks", false},
                 // An MP3 over an MP3 is refused, unlike a track over a track.
                 {mp3, otherMp3, false},
-                // The filters compare lower-case endings only, so no node refuses these files.
+                // The rules apply only to texts that begin with "Track" or end in "wav" or "mp3",
+                // in exactly this case. So no node refuses these files.
                 {"x.WAV", "Available Tracks", true},
                 {"x.MP3", "WAV Files", true},
                 {"x.ogg", wav, true},
                 {"track 9", "MP3 Files", true},
-                // Both filters apply: no group accepts this file.
+                // Both the rule for tracks and the rule for WAV files apply, so no group accepts
+                // this file.
                 {"Track.wav", "WAV Files", false},
                 {"Track.wav", "Selected Tracks", false},
                 {"CD Tracks", "WAV Files Folder", true}};
@@ -174,7 +176,7 @@ TEST_F(TreeDragTest, ANodeOfTheWrongLevelClearsTheHighlightButTheItemMoves) {
     EXPECT_THAT(lines(form.List4), ElementsAre(mp3));
 }
 
-TEST_F(TreeDragTest, LeavingAllNodesClearsTheHighlightAndAlsoMovesTheItem) {
+TEST_F(TreeDragTest, APointerThatLeavesAllNodesClearsTheHighlightAndMovesTheItemBack) {
     beginDrag(mp3);
     dragOver("Selected MP3 Files");
     dragOver(NodeRef());
@@ -225,7 +227,7 @@ TEST_F(TreeDragTest, DropTargetIsKeptBetweenDrags) {
     EXPECT_THAT(childrenOf("Selected MP3 Files"), ElementsAre(mp3, otherMp3));
 }
 
-TEST_F(TreeDragTest, AMoveStoresItsTargetGroupSoTheNextEventOverTheSameItemMovesItBack) {
+TEST_F(TreeDragTest, AMoveStoresItsTargetGroupSoTheNextEventOverTheSameItemMovesTheNodeBack) {
     beginDrag(t1);
     dragOver(t2);
     EXPECT_THAT(childrenOf("Selected Tracks"), ElementsAre(t1));
@@ -292,7 +294,7 @@ TEST_F(TreeDragTest, ADropEndsTheDrag) {
     EXPECT_EQ(drag.DragLevel, 0);
 }
 
-TEST_F(TreeDragTest, ADropOnItselfOrOnNoNodeMovesNothing) {
+TEST_F(TreeDragTest, ADropOfANodeOnItselfOrOnNoNodeMovesNothing) {
     const auto before = outline();
     beginDrag(mp3);
     // The press has highlighted the node itself.

@@ -119,7 +119,7 @@ TEST_F(TreeMovesTest, AfterARefreshATrackMovesUnderTheNodeAtTheOldIndex) {
     EXPECT_THAT(childrenOf("Selected Tracks"), IsEmpty());
 }
 
-TEST_F(TreeMovesTest, AWavsEntryMovesButItsNodeHasNoSiblingGroup) {
+TEST_F(TreeMovesTest, AWavsEntryMovesButItsNodeStaysBecauseItHasNoSiblingGroup) {
     const auto before = outline();
     doubleClick(wav);
     EXPECT_EQ(outline(), before);
@@ -249,7 +249,7 @@ TEST_F(TreeMovesTest, ADraggedMp3KeepsTheOthersInTheirList) {
     EXPECT_THAT(lines(form.List4), ElementsAre(mp3));
 }
 
-TEST_F(TreeMovesTest, ADraggedTrackReturnsThroughTheSameRebuild) {
+TEST_F(TreeMovesTest, ADraggedTrackThatReturnsRebuildsItsGroup) {
     press(node(t1));
     moves.MoveDraggedNode(t1);
     EXPECT_THAT(childrenOf("Selected Tracks"), ElementsAre(t1));

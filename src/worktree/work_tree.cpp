@@ -27,8 +27,9 @@ void WorkTree::showfiles() {
     scanDestination();
     form_.show();
 
-    // A failed add keeps the previous parent: a new node of a later build is added under the group
-    // that was added last, whatever its kind, even in an earlier build.
+    // A failed add keeps the previous parent. In a later build, a new node is therefore added under
+    // the group that was added last, whatever kind of group it is and even if an earlier build has
+    // added it.
     addCollection(tree, "f Collection 1", "CD Tracks").storeIn(collection_);
     addGroup(tree, collection_, "g Selected Tracks", selectedTracksText).storeIn(group_);
     tree.ensureVisible(group_).passOver();

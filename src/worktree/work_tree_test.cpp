@@ -188,7 +188,7 @@ TEST_F(ShowfilesTest, MakesEachMp3VisibleWithoutFullPaths) {
     view.setObserver(nullptr);
 }
 
-TEST_F(ShowfilesTest, AlsoMakesTheMp3GroupVisibleOnALaterBuild) {
+TEST_F(ShowfilesTest, MakesTheMp3GroupVisibleEvenOnALaterBuild) {
     disc(twoTracks);
     tree.showfiles();
     test::RevealLog reveals;
@@ -288,7 +288,7 @@ TEST_F(ShowfilesTest, TheThirdBuildReplacesTheCollectionThatIsThenTheFirst) {
                             "WAV Files Folder", "  WAV Files", "    c:\\music\\c.wav"));
 }
 
-TEST_F(ShowfilesTest, ABuildAlsoRemovesTheNodeAtTheSecondIndex) {
+TEST_F(ShowfilesTest, ABuildRemovesTheNodesAtTheFirstAndTheSecondIndex) {
     tree.showfiles();
     tree.showfiles();
     tree.showfiles();

@@ -55,7 +55,7 @@ TEST_F(DiskGuardTest, ListsNoDriveOfAnotherKind) {
     }
 }
 
-TEST_F(DiskGuardTest, SkipsADriveThatFails) {
+TEST_F(DiskGuardTest, SkipsADriveWhoseSizeIsZeroOrCannotBeRead) {
     freeOn("D:\\", 5'000'000);
     system.drives["C:\\"].space = std::nullopt;
     system.drives["E:\\"].space = DiskSpace{0, 0};
@@ -132,7 +132,7 @@ TEST_F(DiskGuardTest, MeasuresTwentyFiveDrivesWithoutWritingToTheStore) {
     }
     store.writes.clear();
     tick();
-    EXPECT_EQ(system.spaceAsked.size(), 26U); // one of them by the load step
+    EXPECT_EQ(system.spaceAsked.size(), 26U); // one query by the load step
     EXPECT_THAT(store.writes, IsEmpty());
 }
 
@@ -159,7 +159,7 @@ TEST_F(DiskGuardTest, StopsBelowTheStopLimitAtTheFirstTick) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(DiskGuardTest, OnlyWarnsAtTheStopLimitItself) {
+TEST_F(DiskGuardTest, OnlyWarnsIfTheFreeSpaceEqualsTheStopLimit) {
     freeOn("C:\\", 50'000'000);
     tick();
     EXPECT_TRUE(Form1.Label5.visible());
@@ -168,7 +168,7 @@ TEST_F(DiskGuardTest, OnlyWarnsAtTheStopLimitItself) {
     EXPECT_EQ(loop.yieldCount(), 1); // the yield of the load step
 }
 
-TEST_F(DiskGuardTest, DoesNotWarnAtTheWarningLimitItself) {
+TEST_F(DiskGuardTest, DoesNotWarnIfTheFreeSpaceEqualsTheWarningLimit) {
     freeOn("C:\\", 100'000'000);
     tick();
     EXPECT_FALSE(Form1.Label5.visible());
@@ -206,14 +206,14 @@ TEST_F(DiskGuardTest, UnloadsAWorkerThatDecodes) {
     EXPECT_FALSE(windows.Form6.loaded());
 }
 
-TEST_F(DiskGuardTest, DoesNotWarnAfterAStop) {
+TEST_F(DiskGuardTest, DoesNotShowTheWarningAgainAfterTheYieldOfAStop) {
     freeOn("C:\\", 0);
     loop.atYield(1, [&] { Form1.Label5.setVisible(false); });
     tick();
     EXPECT_FALSE(Form1.Label5.visible());
 }
 
-TEST_F(DiskGuardTest, WarnsAndStopsOnlyIfTheSwitchForItIsOn) {
+TEST_F(DiskGuardTest, WarnsOnlyIfTheWarningIsOnAndStopsOnlyIfTheStopIsOn) {
     freeOn("C:\\", 0);
     settings.hdStopDecoding = 0;
     tick();
@@ -249,7 +249,7 @@ TEST_F(DiskGuardTest, AcceptsTheLargestLimit) {
     EXPECT_TRUE(process.stopRequested);
 }
 
-TEST_F(DiskGuardTest, AlsoStopsIfTheStopLimitIsAboveTheWarningLimit) {
+TEST_F(DiskGuardTest, StopsEvenIfTheStopLimitIsAboveTheWarningLimit) {
     settings.hdWarningNo = 10;
     settings.hdStopNo = 1000;
     freeOn("C:\\", 999'000'000);
@@ -278,7 +278,7 @@ TEST_F(DiskGuardTest, ReadsTheFreeSpaceFromTheTextOfLabel4) {
 
 // --- opening and closing the window ----------------------------------------------------------
 
-TEST_F(DiskGuardTest, LoadsAClosedWindowHiddenWithItsWholeLoadStep) {
+TEST_F(DiskGuardTest, LoadsAClosedWindowWithoutShowingItAndRunsItsWholeLoadStep) {
     form.unload();
     muted.clear();
     settings.muteButton = 1;

@@ -250,11 +250,11 @@ TEST_F(PreferencesDestination, IsAppliedButNotStoredIfItsCreationFails) {
     EXPECT_EQ(settings.decodePath, "d:\\new");
     EXPECT_EQ(form.Text9.text(), "d:\\New");
     EXPECT_THAT(store.writes, IsEmpty());
-    EXPECT_FALSE(form.Picture6.visible()); // the last step runs in any case
+    EXPECT_FALSE(form.Picture6.visible()); // hidden even after a failure
     EXPECT_EQ(form.Check2.value(), 0);
 }
 
-TEST_F(PreferencesDestination, IsTheStoredFolderAgainIfCheck2IsNotTicked) {
+TEST_F(PreferencesDestination, IsTheStoredFolderIfCheck2IsNotTicked) {
     start();
     form.Text9.setText("d:\\music\\typed");
     form.Text10.setText("typed");

@@ -119,7 +119,7 @@ TEST_F(PreferencesInterrupted, WhileEachMessageOfTheLoadStepIsShownKeepTheStored
     }
 }
 
-TEST_F(PreferencesInterrupted, InTheYieldOfANewDestinationHaveSavedIt) {
+TEST_F(PreferencesInterrupted, InTheYieldOfANewDestinationHaveSavedTheDestination) {
     forBoth([](Meanwhile what) {
         PreferencesInterrupted run;
         run.start();

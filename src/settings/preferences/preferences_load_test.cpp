@@ -369,7 +369,7 @@ TEST_F(PreferencesLoad, RunsOnceHoweverOftenTheWindowIsHiddenAndShown) {
     EXPECT_THAT(store.writes, IsEmpty());
 }
 
-TEST_F(PreferencesLoad, RunsInFullAfterAClose) {
+TEST_F(PreferencesLoad, RunsInFullWhenTheWindowIsOpenedAgainAfterAClose) {
     start();
     form.Text7.setText("5"); // not saved
     form.unload();

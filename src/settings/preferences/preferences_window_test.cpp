@@ -265,7 +265,7 @@ TEST_F(PreferencesControls, ReadALimitThatIsNoNumberAsZeroAtTheNextStart) {
     EXPECT_EQ(next.held("HDWarningNo"), "letters");
 }
 
-TEST_F(PreferencesControls, SetSavesAllFourKeysOfTheGuardInOrder) {
+TEST_F(PreferencesControls, SaveAllFourKeysOfTheGuardInOrderWhenSetIsClicked) {
     startWithAllOff();
     form.Text7.setText("300");
     form.Text8.setText("200");
@@ -277,7 +277,7 @@ TEST_F(PreferencesControls, SetSavesAllFourKeysOfTheGuardInOrder) {
     EXPECT_EQ(store.fileWrites, 1);
 }
 
-TEST_F(PreferencesControls, SetEndsAtTheFirstLimitThatIsNoNumber) {
+TEST_F(PreferencesControls, SaveNoLimitAfterALimitThatIsNoNumberWhenSetIsClicked) {
     startWithAllOff();
     form.Text7.setText("x");
     form.Text8.setText("200");
@@ -292,7 +292,7 @@ TEST_F(PreferencesControls, SetEndsAtTheFirstLimitThatIsNoNumber) {
     EXPECT_EQ(settings.hdStopNo, 50);
 }
 
-TEST_F(PreferencesControls, RefreshMeasuresTheDrivesAgain) {
+TEST_F(PreferencesControls, MeasureTheDrivesAgainWhenRefreshDataIsClicked) {
     startWithAllOff();
     system.drives["C:\\"].space = DiskSpace{9'000'000'000, 1'000'000};
     form.Command3.click();
