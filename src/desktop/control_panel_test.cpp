@@ -317,7 +317,7 @@ TEST_F(ControlPanelTest, RemovalOfTheTrayPanelIconifiesTheHiddenWindow) {
 }
 
 TEST_F(ControlPanelTest, RemovalOfTheTrayPanelDoesNotAffectAVisibleWindow) {
-    popup.load(); // without hiding the main window, as the preferences do
+    popup.load(); // like the preferences, this does not hide the main window
     tray.setHost(false);
     tray.setHost(true);
     EXPECT_TRUE(form.visible());

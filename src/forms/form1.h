@@ -101,7 +101,7 @@ class Form1 : public Form {
     CommandButton Command8{*this, "Command8",
                            "Cancel"}; ///< stops the current action, keeps its results
 
-    Timer Timer1;     ///< resets the displays to idle once
+    Timer Timer1;     ///< resets the displays to idle and disables itself
     Timer tmrRecord;  ///< capture monitor; its enabled state marks a capture in progress
     Timer tmrWarning; ///< disk space guard
     Timer Timeravi;   ///< activity clip; nothing starts it

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Sends the player's commands and queries to the disc device; the caller chooses whether the result
-// of a command is checked. Transport, DiscPoll and PowerSwitch decide what is sent.
+// of a command is checked. Transport, DiscPoll, PowerSwitch and PlayerWindow decide what is sent.
 #pragma once
 
 #include <cstddef>

@@ -16,11 +16,11 @@ namespace sonarith {
 [[nodiscard]] bool isTrueText(const std::string& reply);
 
 /// Reads the number of tracks from the first two characters. If they are not a number, `disc` keeps
-/// its value.
+/// its track count.
 void readTrackCount(std::string_view reply, DiscState& disc);
 
-/// Parses a position "tt:mm:ss:ff" by the offsets of its characters. For a part that is
-/// not a number, `disc` keeps its value.
+/// Parses a position "tt:mm:ss:ff" by the offsets of its characters. For a part that is not a
+/// number, `disc` keeps the old value of that part.
 void readPosition(std::string_view reply, DiscState& disc);
 
 /// The text of the display: "[03] 01:05". Numbers of more than two digits are written in full.

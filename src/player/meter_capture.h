@@ -20,9 +20,9 @@ class MeterCapture {
     MeterCapture(const MeterCapture&) = delete;
     MeterCapture& operator=(const MeterCapture&) = delete;
 
-    /// Opens device 0 and starts it; does nothing if it is running. Each failure, except of the
-    /// start itself, is shown in a message with the platform's text; the message yields. Returns
-    /// false only if the device could not be opened.
+    /// Opens input device 0 and starts the input; does nothing if the input is already running.
+    /// Each failure, except of the start itself, is shown in a message with the platform's text;
+    /// the message yields. Returns false only if the device could not be opened.
     bool StartMeter();
     /// Stops the input; failures are ignored. May be called at any time.
     void StopMeter();

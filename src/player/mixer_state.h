@@ -17,8 +17,8 @@ struct MixerState {
     /// The results of the last call and of the last look-up of a control.
     MixerResult mixerResult = MixerResult::noError;
     bool mixerFound = false;
-    /// Scratch value of sliders and meter. Each of their handlers writes it before reading it and
-    /// does not yield between the two.
+    /// Scratch value of sliders and meter. Each handler of a slider or of the meter writes the
+    /// value before reading the value, and does not yield in between.
     std::int32_t Volume = 0;
 
     MixerControl MuteCtrlA; ///< scratch record of the mute switches

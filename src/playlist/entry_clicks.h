@@ -16,9 +16,9 @@ class EntryClicks {
     EntryClicks(const EntryClicks&) = delete;
     EntryClicks& operator=(const EntryClicks&) = delete;
 
-    /// Makes the selected entry the edited path and reads header and tag of its file. If Check11 is
-    /// ticked, then adds the file to the work tree, unless a line of the main window's list of MP3
-    /// files matches it. Yields.
+    /// Makes the selected entry the edited path and reads header and tag of its file. Afterwards,
+    /// if Check11 is ticked, adds the file to the work tree, unless a line of the main window's
+    /// list of MP3 files (used as a pattern) matches the file's path. Yields.
     void List2_Click();
     /// Plays the selected entry, even if another entry is playing.
     void Command11_Click();

@@ -21,8 +21,8 @@ class HeaderDisplay {
     HeaderDisplay(const HeaderDisplay&) = delete;
     HeaderDisplay& operator=(const HeaderDisplay&) = delete;
 
-    /// "...": opens the dialog and reads the chosen file. After a cancel it reads the edited file
-    /// if the dialog has a file name from before, and otherwise does nothing.
+    /// "...": opens the dialog and reads the chosen file. After a cancel, reads the edited file if
+    /// the dialog still has the file name of an earlier use; otherwise does nothing.
     void cmdHdr1_Click();
     /// "Read header": analyses and shows the edited file. If the analysis fails, shows the values
     /// of the previous file. Yields before it shows the values.

@@ -45,7 +45,7 @@ Status LabelEdit::rename(const std::string& newText) {
     }
     const std::string oldName = lowerCase(SplitPath(selected->text(), process_));
     // The new ending selects the lists: a WAV file that gets the ending of an MP3 is in none of
-    // them.
+    // these lists.
     Status renamed;
     if (lowered.ends_with("wav")) {
         renamed = renameFirst(oldName, newText, {&form_.List1, &form_.List5});

@@ -217,8 +217,8 @@ TEST_F(TreeDragTest, DropTargetIsKeptBetweenDrags) {
     dragOver("Selected MP3 Files");
     drop();
     EXPECT_EQ(drag.DropTarget, node("Selected MP3 Files"));
-    // The first node of the next drag is the last node of this drag, so it has no effect until the
-    // pointer leaves it.
+    // The first node of the next drag is the last node of this drag, so that node has no effect
+    // until the pointer has left it.
     beginDrag(otherMp3);
     dragOver("Selected MP3 Files");
     EXPECT_THAT(childrenOf("MP3 Files"), ElementsAre(otherMp3));

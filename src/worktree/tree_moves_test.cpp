@@ -314,8 +314,8 @@ TEST_F(TreeMovesTest, ADoubleClickInsideTheRebuildFinishesFirst) {
     moves.moveSelected();
     EXPECT_THAT(lines(form.lstRecord), ElementsAre(t2));
     EXPECT_THAT(childrenOf("Selected Tracks"), ElementsAre(t2));
-    // t2 was removed from the list after its node had been added; t3 moved into its place and was
-    // skipped.
+    // t2 was removed from the list after its node had been added. t3 then moved to t2's index in
+    // the list and was skipped.
     EXPECT_THAT(lines(form.lstTracks), ElementsAre(t3, t1));
     EXPECT_THAT(childrenOf("Available Tracks"), ElementsAre(t1));
 }
@@ -336,7 +336,7 @@ TEST_F(TreeMovesTest, TheReturnOfATrackIsFastBesideAHundredThousandFiles) {
         many.push_back("c:\\music\\" + std::to_string(i) + ".wav");
     }
     finder.files[destination]["wav"] = many;
-    // All of them are new on a second build: they are added under "Available Tracks".
+    // In the second build all these files are new, so they are added under "Available Tracks".
     tree.showfiles();
     ASSERT_GT(node("Available Tracks")->children().size(), 100'000U);
     view.setParent(node(t1), node("Selected Tracks")).passOver();

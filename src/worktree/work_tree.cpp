@@ -51,7 +51,8 @@ void WorkTree::showfiles() {
     const bool fullPath = process_.settings.showFullPath != 0;
     const NodeRef lastMp3 = addFilesFromTheLast(form_.List2, ".mp3", group_,
                                                 fullPath ? Reveal::nothing : Reveal::eachAdded);
-    // The group is found by its text: on a later build it is not the group added last.
+    // The group is found by its text, because on a later build it is not the group that was added
+    // last.
     tree.ensureVisible(firstNodeOfText(tree, mp3FilesText)).passOver();
     tree.ensureVisible(lastMp3).passOver();
     reverse(form_.List2, form_.List7);

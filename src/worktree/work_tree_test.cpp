@@ -330,7 +330,7 @@ TEST_F(ShowfilesTest, AFileAddedWhileTheScanYieldsIsInItsList) {
         }
     };
     tree.showfiles();
-    // The file was added before its group existed; the build that continues adds its node.
+    // The file was added before its group existed. The rest of the build adds the file's node.
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\a.wav", "c:\\other\\x.wav"));
     EXPECT_THAT(childrenOf("WAV Files"), ElementsAre("c:\\music\\a.wav", "c:\\other\\x.wav"));
 }

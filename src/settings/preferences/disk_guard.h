@@ -24,7 +24,7 @@ class DiskGuard {
     /// and its free MB (1,000,000 bytes) to Label4. The two labels do not change if the destination
     /// is not on a fixed drive. Loads the preferences if they are not loaded, which yields.
     void RefreshDriveSpace();
-    /// Checks the limits once. Yields after a stop.
+    /// Compares the free space with both limits, and warns or stops. Yields after a stop.
     void tmrWarning_Timer();
 
   private:

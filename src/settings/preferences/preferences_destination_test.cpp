@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests the destination folder of the preferences: choosing, creating and storing it, and failures.
+// Tests the destination folder of the preferences: how it is chosen, created and stored, and what
+// happens if one of these steps fails.
 #include <string>
 #include <vector>
 

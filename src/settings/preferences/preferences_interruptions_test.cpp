@@ -81,8 +81,8 @@ TEST_F(PreferencesInterrupted, WhileTheLoadStepLoadsThePlayerCompleteTheLoadStep
         run.loop.atYield(1, [&] { run.interrupt(what); });
         run.start();
         EXPECT_TRUE(run.Form4.loaded());
-        // If the window was closed, the rest of the load step uses the window's controls, which
-        // loads it again without showing it.
+        // If the window was closed, the rest of the load step uses the window's controls. This use
+        // loads the window again without showing it.
         EXPECT_TRUE(run.form.loaded());
         EXPECT_EQ(run.form.visible(), what == Meanwhile::reopen);
         EXPECT_EQ(run.form.Label4.caption(), "200000");

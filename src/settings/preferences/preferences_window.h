@@ -37,7 +37,8 @@ class PreferencesWindow {
     /// Saves the disk guard's two switches, then its two limits. A limit that is not a number is
     /// saved as it is, and a limit after it is not saved.
     void Command1_Click();
-    /// Chooses and creates the destination folder. Yields once after saving it.
+    /// Chooses and creates the destination folder. Yields one time, after the folder has been
+    /// saved.
     void Co111_Click();
     void Drive2_Change();
     void Dir2_Change();
