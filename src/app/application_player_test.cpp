@@ -109,7 +109,7 @@ TEST_F(PlayerInApplication, IsShownAfterTheMainWindow) {
     EXPECT_EQ(bench.loop.yieldCount(), 9);
 }
 
-TEST_F(PlayerInApplication, IsShownAgainIfItWasClosedDuringTheStart) {
+TEST_F(PlayerInApplication, IsLoadedAndShownEvenIfItWasClosedDuringTheStart) {
     bench.loop.atYield(8, [&] { panel.unload(); });
     bench.application.start();
     EXPECT_TRUE(panel.loaded());
@@ -248,7 +248,7 @@ TEST_F(PlayerInApplication, StaysOnIfTheCaptureIsStartedByCmdStart) {
     EXPECT_TRUE(panel.Timer6.enabled());
 }
 
-TEST_F(PlayerInApplication, SavesARunningCaptureBeforeItIsSwitchedOn) {
+TEST_F(PlayerInApplication, SavesARunningCaptureBeforeThePlayerIsSwitchedOn) {
     bench.application.start();
     bench.select("Track  1 - 00:01:00");
     bench.loop.after(10s, [&] { panel.OptCD.choose(); });
@@ -261,7 +261,7 @@ TEST_F(PlayerInApplication, SavesARunningCaptureBeforeItIsSwitchedOn) {
     EXPECT_EQ(panel.CD.text(), "Cd Ready");
 }
 
-TEST_F(PlayerInApplication, SavesARunningCaptureBeforeItIsClosed) {
+TEST_F(PlayerInApplication, SavesARunningCaptureBeforeThePanelIsClosed) {
     const std::function<void()> closes[] = {[&] { bench.form.mnuCloseCD.click(); },
                                             [&] { panel.Command1.click(); },
                                             [&] {

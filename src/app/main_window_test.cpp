@@ -175,7 +175,7 @@ TEST(Moving, DragsTheWindowByAnEmptyPartOfTheFormAndByTheHandGrip) {
     EXPECT_EQ(grasped, 2);
 }
 
-TEST(ShapeFromPicture, ShapesTheMainWindowButIsNotCalledByItsLoad) {
+TEST(ShapeFromPicture, ShapesTheMainWindowButIsNotCalledByTheWindowsLoad) {
     test::FakeMachine machine;
     ProcessState process;
     Windows windows(machine.platform, process);

@@ -89,7 +89,7 @@ TEST_F(WorkerTest, AFileOfNinetyNineBytesIsNeverStartedAndNothingUnloadsTheWindo
     EXPECT_THAT(mp3.log, ElementsAre("Stop"));
 }
 
-TEST_F(WorkerTest, AFileThatIsTooShortOnlyAtTheFirstStartIsStartedByTheSecond) {
+TEST_F(WorkerTest, AFileThatIsTooShortOnlyAtTheFirstStartIsDecodedByTheSecondStart) {
     mp3File(source, 99);
     loop.after(400ms, [this] { mp3File(source, 100); });
     window.load();

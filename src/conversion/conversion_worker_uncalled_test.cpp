@@ -112,7 +112,7 @@ TEST_F(StartDecodingTest, DecodeCheckedFilesStartsCurrentFileOnceForEachSelected
     EXPECT_FALSE(window.loaded());
 }
 
-TEST_F(StartDecodingTest, DecodeCheckedFilesEndsAtAStopRequestAndClearsIt) {
+TEST_F(StartDecodingTest, DecodeCheckedFilesEndsAtAStopRequest) {
     fill(form.List4, {"a", "b"});
     form.List4.setSelected(0, true).passOver();
     form.List4.setSelected(1, true).passOver();

@@ -161,7 +161,7 @@ TEST_F(DriverTest, ADecodingOfSelectedFilesStoppedBeforeTheFirstShowsTheLengthOf
 
 // --- case C: one file --------------------------------------------------------------------------
 
-TEST_F(DriverTest, OneFileIsFoundByItsNameWithoutAPath) {
+TEST_F(DriverTest, ASingleFileIsFoundByItsNameWithoutAPath) {
     process.settings.showFullPath = 0;
     fill(form.List2, {"c:\\mp3\\A.mp3", "c:\\mp3\\B.mp3"});
     decode("b.mp3");
@@ -171,7 +171,7 @@ TEST_F(DriverTest, OneFileIsFoundByItsNameWithoutAPath) {
     expectFinished();
 }
 
-TEST_F(DriverTest, OneFileIsFoundByItsFullPathInEitherList) {
+TEST_F(DriverTest, ASingleFileIsFoundByItsFullPathInEitherList) {
     fill(form.List2, {"c:\\mp3\\x.mp3", "c:\\mp3\\b.mp3"});
     decode("c:\\mp3\\b.mp3");
     EXPECT_EQ(mp3.log.front(), "SourceFile c:\\mp3\\b.mp3");
@@ -242,7 +242,7 @@ TEST_F(DriverTest, AnyOtherNodeRequestsAStopWithoutAMessage) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(DriverTest, OneFileIsNotDecodedIfAStopIsRequested) {
+TEST_F(DriverTest, ASingleFileIsNotDecodedIfAStopIsRequested) {
     fill(form.List2, {"c:\\mp3\\b.mp3"});
     process.stopRequested = true;
     decode("b.mp3");

@@ -59,7 +59,7 @@ TEST(ConvertBase, AcceptsBase1ForTheResult) {
     EXPECT_EQ(ConvertBase("0", 10, 1), "0");
 }
 
-TEST(ConvertBase, IsExactUpTo53BitsAndTerminatesAboveThem) {
+TEST(ConvertBase, IsExactUpTo53BitsAndTerminatesForLargerNumbers) {
     EXPECT_EQ(ConvertBase("9007199254740991", 10, 16), "1FFFFFFFFFFFFF");
     EXPECT_EQ(ConvertBase("18446744073709551616", 10, 16), "10000000000000000");
     EXPECT_EQ(ConvertBase(std::string(2000, '9'), 10, 16), "Error");

@@ -133,7 +133,7 @@ TEST_F(ControlPanelTest, ALongTitleIsShortenedOnlyInTheTip) {
     EXPECT_EQ(popup.caption(), std::string(80, 'x'));
 }
 
-TEST_F(ControlPanelTest, TheFormsTitleIsAlsoUpdatedOnceASecond) {
+TEST_F(ControlPanelTest, TheFormsTitleFollowsTheMainWindowsTitleOnceASecond) {
     popup.load();
     EXPECT_EQ(popup.caption(), "Sonarith V2.0");
     form.setCaption("Decoding a.mp3");

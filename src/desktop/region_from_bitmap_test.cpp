@@ -110,7 +110,7 @@ TEST(RegionFromBitmap, ReadsOneColumnAndOneRowPastThePicture) {
                                            std::pair(0, 1), std::pair(1, 1)));
 }
 
-TEST(RegionFromBitmap, AlsoReadsPastAPictureWithoutPixels) {
+TEST(RegionFromBitmap, ReadsOnePixelPastAPictureWithoutPixels) {
     const WatchedPicture picture({});
     static_cast<void>(RegionFromBitmap(&picture, whitePixel));
     EXPECT_THAT(picture.asked, ElementsAre(std::pair(0, 0)));

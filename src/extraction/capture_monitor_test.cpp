@@ -85,7 +85,7 @@ TEST(CaptureMonitor, CapturesBothTracksOfAQueueOfTwo) {
     EXPECT_FALSE(bench.treeHolds(savedAs(1)));
 }
 
-TEST(CaptureMonitor, EndsAQueueOfOneAfterItsTrack) {
+TEST(CaptureMonitor, EndsAQueueOfOneTrackAfterThatTrack) {
     QueueBench bench(2);
     ASSERT_TRUE(bench.form.lstRecord.removeItem(1).ok());
     bench.form.cmdStart.click();

@@ -99,7 +99,7 @@ TEST(CmdStart, IgnoresAnEndedQueueAfterASingleTrack) {
     EXPECT_THAT(bench.disc.saved, ElementsAre(test::SavedCapture{savedAs(2), 176400}));
 }
 
-TEST(CmdStart, RepeatsTheWholeQueueIfATrackIsChosenDuringIt) {
+TEST(CmdStart, RepeatsTheWholeQueueIfATrackIsChosenDuringTheCapture) {
     ExtractionBench bench({1000, 1000, 1000});
     bench.insertDisc();
     bench.choose({1, 2});
@@ -191,7 +191,7 @@ TEST(CmdStart, SendsTheSameCommandsForEachTrackOfAQueue) {
                           test::endCommands(savedAs(1))}));
 }
 
-TEST(CmdStart, EndsEachQueueAfterItsFirstTrackOnceTheUserHasCancelled) {
+TEST(CmdStart, EndsEachQueueAfterItsFirstTrackIfTheUserHasCancelledBefore) {
     test::QueueBench bench(5);
     bench.form.Command2.click();
     bench.media.log.clear();

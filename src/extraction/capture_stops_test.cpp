@@ -79,7 +79,7 @@ TEST(StopEverything, KeepsTheLastPercentageVisibleForFiveSeconds) {
     EXPECT_FALSE(bench.form.Timer1.enabled());
 }
 
-TEST(StopEverything, DuringATickSendsTheEndCommandsTwiceAndAlsoAddsAnMp3OfTheSameName) {
+TEST(StopEverything, DuringATickSendsTheEndCommandsTwiceAndAddsTheWavAndAnMp3OfItsName) {
     QueueBench bench(3);
     bench.files.addFile("c:\\wavfiles\\12053477-1.mp3", std::string(200, 'm'));
     // Yields 1 and 2 belong to the start, 3 to the wait, 4 to the tick.
@@ -184,7 +184,7 @@ TEST(StopEverything, ListsAFileThatWasNotSavedButAddsNoNode) {
     EXPECT_THAT(bench.boxes.shown, IsEmpty());
 }
 
-TEST(Cancel, StopsTheCaptureUnloadsTheWorkerAndHidesItsButton) {
+TEST(Cancel, StopsTheCaptureUnloadsTheWorkerAndHidesTheCancelButton) {
     QueueBench bench(2);
     bench.loop.after(550ms, [&] {
         bench.windows.Form6.load();

@@ -199,7 +199,7 @@ TEST(StartTrackRecording, StartsAtZeroIfLengthsAreKnownButTheTrackCountIsNot) {
 
 // --- the file name -------------------------------------------------------------------------
 
-TEST(FileNumber, IsTheIdentityTimesTheFractionPlusOne) {
+TEST(FileNumber, IsOneMoreThanTheProductOfIdentityAndFraction) {
     EXPECT_EQ(fileNumber("48213906", 0.25F), 12053477);
     EXPECT_EQ(fileNumber("48213906", 0.0F), 1);
     EXPECT_EQ(fileNumber("3", 0.5F), 2);

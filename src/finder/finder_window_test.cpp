@@ -210,7 +210,7 @@ TEST_F(FinderWindowTest, IfNoDriveCanBeEnteredTheFolderDoesNotChange) {
     EXPECT_EQ(finder.Dir1.path(), "c:\\sonarith");
 }
 
-TEST_F(FinderWindowTest, TheFolderListStaysEnabledDuringASearchAndTheDriveFollowsIt) {
+TEST_F(FinderWindowTest, DuringASearchTheFolderListStaysEnabledAndTheDriveFollowsTheFolder) {
     disk.addFile("c:\\m\\a.wav");
     disk.addFolder("d:\\albums");
     loop.atYield(1, [this] {
@@ -243,7 +243,7 @@ TEST_F(FinderWindowTest, TheMenuOpensForARightClickOnASelectedWavOrMp3) {
     EXPECT_THAT(opened, SizeIs(2));
 }
 
-TEST_F(FinderWindowTest, SelectForConversionAddsTheFileOnceAndKeepsItsLine) {
+TEST_F(FinderWindowTest, SelectForConversionRunTwiceAddsTheFileOnlyOnceAndKeepsItsLine) {
     process.settings.showFullPath = 1;
     NodeRef collection;
     addCollection(form.TreeView1, "f Collection 3", "MP3 Files Folder").storeIn(collection);
@@ -408,7 +408,7 @@ TEST_F(FinderWindowTest, TheCloseButtonAndTheCloseEntryUnloadTheWindow) {
     EXPECT_FALSE(windows.frmsearch.visible());
 }
 
-TEST_F(FinderWindowTest, IsResetWhenItIsOpenedAgain) {
+TEST_F(FinderWindowTest, IsResetWhenItIsClosedAndOpenedAgain) {
     disk.addFile("c:\\m\\a.mp3");
     finder.Text1.setText("a");
     finder.chkhidelist.setValue(1).passOver();

@@ -231,7 +231,7 @@ TEST_F(SearchStopsTest, AWindowReopenedDuringASearchIsIndependentOfThatSearch) {
     }
 }
 
-TEST_F(SearchStopsTest, TheScanThatNothingCallsAlsoEndsWithItsWindow) {
+TEST_F(SearchStopsTest, TheScanThatNothingCallsEndsWhenTheWindowIsClosed) {
     const auto world = makeWorld();
     const auto walk = world->disk.startWalk();
     world->loop.atYield(4, [&] { world->finder.cmdend.click(); });

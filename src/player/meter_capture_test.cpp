@@ -162,7 +162,7 @@ TEST_F(MeterCaptureTest, QueuesOnlyCompletedBuffersAgain) {
     EXPECT_THAT(operationsOf([&] { capture.requeueDoneBuffers(); }), IsEmpty());
 }
 
-TEST(MeterCaptureEnd, WithdrawsItsBuffersFromARunningInput) {
+TEST(MeterCaptureDestructor, StopsARunningInputAndRemovesItsBuffers) {
     test::FakeMachine machine;
     Form4 form(machine.loop);
     {

@@ -292,8 +292,7 @@ TEST_F(FileDeletionTest, AfterAnyButtonInAnyYieldTheListMatchesTheStore) {
             });
             remove(pathA);
             // The number of yields varies by one. If the yield was not reached, the button is
-            // pressed
-            // after the deletion.
+            // pressed after the deletion.
             while (!pressed) {
                 loop.yield();
             }

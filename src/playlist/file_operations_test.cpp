@@ -123,7 +123,7 @@ TEST_F(FileRenameTest, DoesNothingForANameTooShortForAnExtension) {
     EXPECT_FALSE(triedToRename());
 }
 
-TEST_F(FileRenameTest, AsksAboutAnExistingTargetAndNeverOverwritesIt) {
+TEST_F(FileRenameTest, AsksAboutAnExistingTargetAndNeverOverwritesThatFile) {
     for (const BoxAnswer answer : {BoxAnswer::yes, BoxAnswer::no, BoxAnswer::cancel}) {
         addMp3(pathA, "Title A");
         addMp3(pathB, "Title B");

@@ -300,7 +300,7 @@ TEST_F(HeaderDisplayTest, MakesTheChosenFileTheEditedFileAndReadsIt) {
     EXPECT_THAT(pointer.shapes, ElementsAre(Pointer::hourglass, Pointer::normal));
 }
 
-TEST_F(HeaderDisplayTest, ShowsTheHourglassWhileItWorks) {
+TEST_F(HeaderDisplayTest, ShowsTheHourglassWhileTheDialogIsOpenAndTheFileIsRead) {
     addMp3(pathA, "Title A");
     dialog.choices = {pathA};
     dialog.whileUp = [&] {

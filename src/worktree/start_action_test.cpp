@@ -265,7 +265,7 @@ TEST_F(ActionAndTreeTest, ThePopupOfAnotherNodeStartsTheNodeThatWasLeftClickedBe
     EXPECT_NE(node(t1), nullptr);
 }
 
-TEST_F(ActionAndTreeTest, WithoutAnEarlierLeftClickThePopupStartsItsOwnNode) {
+TEST_F(ActionAndTreeTest, WithoutAnEarlierLeftClickThePopupStartsTheNodeOnWhichItWasOpened) {
     press(node(mp3), {.right = true});
     run(form.mnupopup.onOpen);
     release(node(mp3), {.right = true});

@@ -306,7 +306,7 @@ TEST_F(TreeDragTest, ADropOfANodeOnItselfOrOnNoNodeMovesNothing) {
     EXPECT_EQ(outline(), before);
 }
 
-TEST_F(TreeDragTest, ACollectionIsDroppedBelowAnother) {
+TEST_F(TreeDragTest, ACollectionIsDroppedBelowAnotherCollection) {
     beginDrag("CD Tracks");
     dragOver("WAV Files Folder");
     EXPECT_EQ(view.roots().size(), 3U);

@@ -320,7 +320,7 @@ TEST_F(ShowfilesTest, TheTreeLacksTheOldCollectionButCanBeUsedWhileTheScanYields
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\a.wav"));
 }
 
-TEST_F(ShowfilesTest, AFileAddedWhileTheScanYieldsIsInItsList) {
+TEST_F(ShowfilesTest, AFileAddedWhileTheScanYieldsGetsAnEntryAndANode) {
     files({"c:\\music\\a.wav"}, {});
     disk.addFile("c:\\other\\x.wav", std::string(200, 'x'));
     bool added = false;
