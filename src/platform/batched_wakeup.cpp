@@ -25,7 +25,7 @@ void BatchedWakeup::arm(Rhythm rhythm) {
 }
 
 void BatchedWakeup::run(int calls) {
-    // Copied, since the handler may destroy this object.
+    // A copy of the pointer, since the handler may destroy this object.
     const std::shared_ptr<Call> call = call_;
     running_ = true;
     for (int i = 0; i < calls && !call->cancelled; ++i) {
@@ -35,7 +35,7 @@ void BatchedWakeup::run(int calls) {
         return;
     }
     running_ = false;
-    lastRun_ = loop_.now(); // calls that became due meanwhile are dropped
+    lastRun_ = loop_.now(); // drops the calls that became due during this run
     silentCalls_ = isSilent_() ? std::min(silentCalls_ + calls, callsBeforeBatches) : 0;
     const Rhythm next =
         isBatching() ? Rhythm{interval_ * callsInBatch, callsInBatch} : Rhythm{interval_, 1};
@@ -45,7 +45,8 @@ void BatchedWakeup::run(int calls) {
 }
 
 void BatchedWakeup::endSilence() {
-    // A new wake-up could call the handler again before it has returned.
+    // While the handler runs, nothing is armed: a new wake-up could call it a second time before it
+    // has returned.
     if (running_ || !isBatching() || isSilent_()) {
         return;
     }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Calls a handler at an interval; while the machine is silent, several calls at once at a longer
-// one. So a level meter seldom wakes the processor while there is nothing to measure. It does not
-// know what silence is: its caller passes the query.
+// Calls a handler at an interval. While the machine is silent, waits for several intervals and then
+// makes their calls one after the other, in a batch. So a level meter seldom wakes the processor
+// while there is nothing to measure. The caller passes the function that detects silence.
 #pragma once
 
 #include <functional>
@@ -15,22 +15,24 @@ class BatchedWakeup : public Wakeup {
   public:
     using SilenceQuery = std::function<bool()>;
 
-    /// 50 ms for a meter's 10 ms: five times fewer wake-ups, and the trace still seems to move.
+    /// The level meter's interval is 10 ms, so its batches come every 50 ms: five times fewer
+    /// wake-ups, and the meter's trace still seems to move.
     static constexpr int callsInBatch = 5;
-    /// Batches begin after this many calls in silence: the meter has shown the end of the sound by
-    /// then, since a mixer holds its last level for some 50 ms.
+    /// Batches begin after this many calls in silence. By then the meter has shown the end of the
+    /// sound, although the mixer reports the last level for some 50 ms after it.
     static constexpr int callsBeforeBatches = 10;
 
     /// `isSilent` is queried after the calls of each wake-up, and by endSilence(). The loop must
-    /// outlive this. The handler may destroy this.
+    /// outlive this object. The handler may destroy this object.
     BatchedWakeup(EventLoop& loop, EventLoop::Duration interval, std::function<void()> handler,
                   SilenceQuery isSilent);
     ~BatchedWakeup() override;
     BatchedWakeup(const BatchedWakeup&) = delete;
     BatchedWakeup& operator=(const BatchedWakeup&) = delete;
 
-    /// To be called when sound may have begun: ends the batches if it has. Runs no handler; the
-    /// calls that are due from the unfinished batch follow within a millisecond.
+    /// Must be called when sound may have begun. Ends the batches if `isSilent` returns false. Does
+    /// not call the handler itself: the calls of the unfinished batch that are already due follow
+    /// within a millisecond.
     void endSilence();
 
   private:
@@ -38,7 +40,7 @@ class BatchedWakeup : public Wakeup {
         std::function<void()> handler;
         bool cancelled = false;
     };
-    /// How many calls follow after which time, repeatedly.
+    /// Repeatedly, `calls` calls are made at the end of an `interval`.
     struct Rhythm {
         EventLoop::Duration interval;
         int calls;
@@ -55,7 +57,7 @@ class BatchedWakeup : public Wakeup {
     SilenceQuery isSilent_;
     Rhythm rhythm_{};
     EventLoop::Time lastRun_{};
-    int silentCalls_ = 0; ///< since the last sound, up to callsBeforeBatches
+    int silentCalls_ = 0; ///< calls since the last sound, at most callsBeforeBatches
     bool running_ = false;
     std::unique_ptr<Wakeup> wakeup_;
 };

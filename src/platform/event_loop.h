@@ -40,14 +40,15 @@ class EventLoop {
     [[nodiscard]] virtual double secondsSinceMidnight() const = 0;
 
     /// Calls `handler` every `interval` (1 ms or more) until the Wakeup is destroyed; the handler
-    /// itself may destroy it. Until `handler` has returned, it is not called again: calls that
-    /// become due before are dropped.
+    /// itself may destroy the Wakeup. Until `handler` has returned, it is not called again, and
+    /// calls that become due in that time are dropped.
     [[nodiscard]] virtual std::unique_ptr<Wakeup> every(Duration interval,
                                                         std::function<void()> handler) = 0;
 
     /// As every(), for a handler that shows the sound of the machine and has nothing new to show in
-    /// silence: then the calls may come late, several at once, but their number is the same. The
-    /// first call after the silence is not late. This implementation makes each call in time.
+    /// silence. During silence, the calls may come late and several at once, but their number is
+    /// the same. The first call after the silence is not late. This default implementation makes
+    /// every call in time.
     [[nodiscard]] virtual std::unique_ptr<Wakeup> everyInSound(Duration interval,
                                                                std::function<void()> handler) {
         return every(interval, std::move(handler));

@@ -47,7 +47,8 @@ TEST_F(WaitFor, AnOuterWaitReturnsNoEarlierThanTheInnerWait) {
     });
     loop.waitFor(300ms);
     EXPECT_EQ(inner, 600ms);
-    // The duration of the outer wait was over at 300 ms, but the inner wait runs inside it.
+    // The outer wait's duration was over at 300 ms, but the outer wait cannot return before the
+    // inner wait, which runs inside it.
     EXPECT_EQ(passed(), 600ms);
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Files and folders by the names that the logic uses: drive letter and backslashes
-// ("c:\music\track1.wav"). The implementation maps these to the paths of the machine.
+// The interface through which the logic uses files and folders. Its paths consist of a drive letter
+// and names separated by backslashes ("c:\music\track1.wav"). The implementation maps them to the
+// paths of the machine.
 #pragma once
 
 #include <chrono>

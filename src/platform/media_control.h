@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The media control string interface: the logic controls disc, recorder and clip devices by command
+// The media control string interface: the logic controls the disc and the recorder by command
 // strings. Interface only; linux/mci/ implements it.
 #pragma once
 

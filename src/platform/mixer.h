@@ -92,7 +92,8 @@ class Mixer {
     /// Finds a line by its component type and fills `line`. Errors: invalidHandle,
     /// invalidParameter, invalidLine; they leave `line` unchanged.
     virtual MixerResult getLineInfo(MixerHandle mixer, MixerLine& line) = 0;
-    /// Finds the one control of `controls.dwControlType` and fills `*controls.pamxctrl`. Errors:
+    /// Finds the line's control of the type `controls.dwControlType` and fills
+    /// `*controls.pamxctrl`. Errors:
     /// invalidHandle, invalidParameter, invalidLine, invalidControl; they leave
     /// `*controls.pamxctrl` unchanged.
     virtual MixerResult getLineControls(MixerHandle mixer, MixerLineControls& controls) = 0;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Stores the texts of the most recent notices to the user; while the cause of a notice lasts, only
-// its first notice is stored. It displays nothing: views are notified and read the texts.
+// Stores the texts of the most recent notices to the user. Of several notices of the same cause, only
+// the first is stored until the cause has ended. It displays nothing: views are notified and read the texts.
 #pragma once
 
 #include <cstddef>
@@ -27,7 +27,7 @@ class NoticeBoard final : public Notices {
     /// The texts that are kept, oldest first.
     [[nodiscard]] std::vector<std::string> texts() const;
     /// `handler` runs for each text that is stored from now on, on the thread that called report()
-    /// or settled(). It must call neither of these.
+    /// or settled(). It must call neither of these two functions.
     void setOnPosted(std::function<void(const std::string& text)> handler);
 
   private:

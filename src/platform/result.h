@@ -36,7 +36,7 @@ enum class ErrorNumber : int {
 };
 
 /// Why an operation failed: a number for the logic, a text for users, and the name of the procedure
-/// that reported the failure to its caller (empty where it is not needed).
+/// that reported the failure to its caller (empty if no caller needs the name).
 struct Error {
     ErrorNumber number;
     std::string text;

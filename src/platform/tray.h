@@ -33,8 +33,8 @@ class Tray {
     virtual bool add(const TrayIcon& icon) = 0;
     virtual bool modify(const TrayIcon& icon) = 0;
     virtual bool remove(std::uint32_t identifier) = 0;
-    /// Sets the menu that the right mouse button or the keyboard opens on the icon, through an
-    /// event of the icon's form. The menu's onOpen runs first.
+    /// Sets the menu that the right mouse button or the keyboard opens on the icon. Whenever the
+    /// menu opens, its onOpen runs first.
     virtual void setMenu(MenuItem& menu) = 0;
 
     /// Whether a panel now shows the notification area, so that the user can open a hidden window

@@ -10,7 +10,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-TEST(Completion, IsCompleteOnceAnotherThreadCompletesIt) {
+TEST(Completion, IsCompleteAfterAnotherThreadHasCompletedIt) {
     Completion completion;
     EXPECT_FALSE(completion.isComplete());
     EXPECT_FALSE(completion.restFor(0ms));

@@ -6,10 +6,9 @@
 // the buffers in the order in which they were added and marks them done; a done buffer may be added
 // again. stop ends the run and marks a partly filled buffer done; the empty buffers stay queued.
 // reset ends the run, marks all queued buffers done and empties the queue. At the end, unprepare
-// each buffer, then close. Any member may be called at any time: a call that does
-// not fit the state returns an error and changes nothing. All members are called on the logic
-// thread and return at once; the device writes to added buffers and to their flags on its own
-// thread.
+// each buffer, then close. Any member may be called at any time: a call that does not fit the state
+// returns an error and changes nothing. All members are called on the logic thread and return at
+// once; the device writes to added buffers and to their flags on its own thread.
 #pragma once
 
 #include <atomic>

@@ -17,7 +17,7 @@ import typing
 
 from waiting import check, wait_for
 
-# Of the virtual screen, in pixels.
+# The size of the virtual screen in pixels.
 SCREEN = (1280, 960)
 # Longer than the double-click interval, so that two clicks at one position are no double click.
 SECONDS_BETWEEN_CLICKS = 0.6
@@ -119,7 +119,7 @@ class Desktop:
         self.environment["DISPLAY"] = f":{number}"
 
     def stop_window_manager(self):
-        """Windows on the screen lose their frames."""
+        """Kills the window manager, so that the windows on the screen lose their frames."""
         self._window_manager.kill()
         self._window_manager.wait()
 
@@ -133,8 +133,8 @@ class Desktop:
         wait_for("the window manager", manages)
 
     def _start_bus(self):
-        # The bus's socket is in the runtime folder and not in /tmp, since some programs run in a
-        # system with another /tmp.
+        # The bus's socket is in the runtime folder and not in /tmp, since the package test runs
+        # the program in a root folder with another /tmp.
         place = pathlib.Path(self.environment["XDG_RUNTIME_DIR"]) / "bus"
         bus = self._start("dbus-daemon", "--session", "--nofork", "--print-address=1",
                           f"--address=unix:path={place}", stdout=subprocess.PIPE, text=True)
@@ -158,7 +158,7 @@ class Desktop:
             check=False).returncode == 0)
         Atspi.init()
         Atspi.set_timeout(20_000, 20_000)  # milliseconds, long enough for a slow program
-        # No cache, since its values may be outdated.
+        # Values are not cached, since a cached value may be outdated.
         Atspi.get_desktop(0).set_cache_mask(Atspi.Cache.NONE)
         return Atspi
 
@@ -300,8 +300,9 @@ class Desktop:
     def frame_of(self, window):
         """The rectangle of a window on the screen, including its frame."""
         def lines(*command):
-            return subprocess.run([command[0], "-id", str(window), *command[1:]], env=self.environment, check=True,
-                                  capture_output=True, text=True).stdout.splitlines()
+            done = subprocess.run([command[0], "-id", str(window), *command[1:]],
+                                  env=self.environment, check=True, capture_output=True, text=True)
+            return done.stdout.splitlines()
         values = dict(line.strip().split(":", 1) for line in lines("xwininfo")
                       if line.count(":") == 1)
         x, y, width, height = (int(values[key]) for key in (

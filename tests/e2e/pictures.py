@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Takes pictures of all windows of the running program on a virtual screen. Stores those for
+"""Takes pictures of all windows of the running program on a virtual screen. Stores the pictures for
 README.md and the package in docs/pictures/, and narrower copies for the help pages in
 share/help/pictures/.
 
@@ -42,7 +42,7 @@ class Camera:
         self.desktop, self.started = desktop, started
 
     def take(self, name, window, of_help_page=True):
-        # Some controls change while the pointer is above them, so it is moved away.
+        # Some controls change while the pointer is above them, so the pointer is moved away.
         self.desktop.xdotool("mousemove", 1270, 950)
         time.sleep(1)
         picture = DOCUMENTS / f"{name}.png"
@@ -163,7 +163,7 @@ def extracting(camera):
     wait_for("eight seconds of sound", lambda: (started.figures()[1] or 0) > bytes_of(8))
     camera.take("extracting", started.main_window_id())
     started.click("Cancel", "push button")
-    wait_for("the end", lambda: started.is_enabled("Preferences", "push button"))
+    wait_for("the end of the capture", lambda: started.is_enabled("Preferences", "push button"))
 
 
 def main():

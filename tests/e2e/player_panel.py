@@ -41,7 +41,7 @@ class PlayerPanel:
     def press(self, name):
         self.started.click(name, "push button")
 
-    def is_open(self, name):
+    def is_enabled(self, name):
         return self.started.is_enabled(name, "push button")
 
     # Mixer.

@@ -7,8 +7,9 @@ from sound import bytes_of
 from waiting import check, check_equal, wait_for
 
 
-# The name of the destination folder, which is in the home. It contains a blank and capitals,
-# because the logic does not quote the path and converts it to lower case.
+# The name of the destination folder, which is in the home. The blank and the capitals in it test
+# that the folder is found although the logic does not quote its path and converts the path to lower
+# case.
 MUSIC = "My Music"
 
 
@@ -32,8 +33,8 @@ def music_folder(desktop):
 
 
 def start_in(desktop, program, destination, full_paths=False, output="none"):
-    """Starts the program with a destination folder and a disc of two tracks. `full_paths` is
-    whether the tree shows the files of the folder with their paths."""
+    """Starts the program with a destination folder and a disc of two tracks. `full_paths`
+    determines whether the tree shows the files of the folder with their paths."""
     sheet = make_disc(desktop.home / "discs", tracks=2, seconds=2, signal="ramp")
     desktop.write_store(sheet, destination, output, **{"show%20full%20path": int(full_paths)})
     started = Program(desktop, program)

@@ -12,7 +12,7 @@ SINK = "sonarith"
 
 class SoundServer:
     """The sound server is the ALSA device "default" of the programs that the desktop starts from
-    now on. It ends with the desktop."""
+    now on. The server ends with the desktop."""
 
     def __init__(self, desktop):
         self._folder = desktop.home / "sound"

@@ -50,7 +50,7 @@ def watch_decoding(started, row):
     lists of distinct texts in order of appearance: the captions of the window, the label texts of
     the activity bar, and the label texts of the status bar except the first."""
     captions, actions, status = [], [], []
-    were_closed = False
+    were_disabled = False
     window = started.get("Sonarith v2.0", "frame")
     commands = started.get("Preferences", "push button")
     activity_bar = started.watch_labels("Activity bar")
@@ -64,18 +64,18 @@ def watch_decoding(started, row):
         return window.get_name(), activity_bar(), status_bar()[1:]
 
     def ended():
-        nonlocal were_closed
-        are_open = started.shows_enabled(commands)
-        were_closed = were_closed or not are_open
+        nonlocal were_disabled
+        are_enabled = started.shows_enabled(commands)
+        were_disabled = were_disabled or not are_enabled
         seen = read()
         if seen != read():
-            return False  # the texts are just changing
+            return False  # the program is changing the texts at this moment
         caption, bar, figures = seen
         if bar[0].startswith("Decoding "):
             add(caption, captions)
             add(tuple(bar), actions)
         add(tuple(figures), status)
-        return were_closed and are_open
+        return were_disabled and are_enabled
 
     start_row(started, row)
     wait_for("the end of the decoding", ended, patience=150)
@@ -177,7 +177,7 @@ def closing_ends_a_wait_for_a_vanished_file(desktop, program):
     started, destination = start_with_tones(desktop, program)
     (destination / "first.mp3").unlink()
     start_row(started, "first.mp3")
-    wait_for("the start", lambda: started.next_action() == "Decoding  first.mp3" and
+    wait_for("the start of the decoding", lambda: started.next_action() == "Decoding  first.mp3" and
              not started.is_enabled("Preferences", "push button"))
     check(started.find("Cancel", "push button") is None, "the Cancel button is shown")
     close(started)
@@ -224,8 +224,8 @@ def cancelling_keeps_the_decoded_part(desktop, program):
     wait_for("the hidden button", lambda: started.find("Cancel", "push button") is None)
     wait_for("the enabled commands", lambda: started.is_enabled("Preferences", "push button"))
     check_decoded_part(destination)
-    # The next decoding works as usual. It is started only after the texts were cleared, because the
-    # clearing would remove its own texts, too.
+    # The next file is decoded as usual. Its decoding is started only after the texts of the first
+    # action were cleared, because the clearing would remove the texts of the second action, too.
     wait_for_cleared_displays(started)
     watch_decoding(started, "short.mp3")
     check_decoded(destination / "short.wav", destination / "short.mp3", SECONDS, 440)

@@ -96,7 +96,7 @@ def an_mp3_is_dragged_to_the_selected_files_and_back(desktop, program):
     wait_for_groups(started, ["one.mp3"], ["two.mp3"])
     started.drag_row("one.mp3", "MP3 Files")
     wait_for_groups(started, [], ["one.mp3", "two.mp3"])
-    # The logic's list matches the group: it is empty, too.
+    # The logic's list of selected files is empty, like the group.
     start_row(started, "Selected MP3 Files")
     check_box(started, NONE_SELECTED)
     check_equal(content_of(destination), content, "the files")
@@ -143,7 +143,7 @@ def two_mp3s_are_selected_by_keys_alone(desktop, program):
     # The logic's list matches the group "MP3 Files": only one file is decoded.
     desktop.press("alt+s")
     wait_for("the WAV in the tree", lambda: started.group("WAV Files") == ["three.wav"])
-    wait_for("the end", lambda: started.is_enabled("Preferences", "push button"))
+    wait_for("the end of the decoding", lambda: started.is_enabled("Preferences", "push button"))
     check_equal(sorted(content_of(destination)), sorted([*content, "three.wav"]), "the files")
     close(started)
 
@@ -153,7 +153,7 @@ def a_drag_onto_a_group_of_another_kind_changes_nothing(desktop, program):
     before = started.rows()
     started.drag_row("one.mp3", "Selected Tracks")
     started.drag_row("MP3 Files", "Selected MP3 Files")
-    # The next drag has a visible effect, so after it the drags before have been handled, too.
+    # When the effect of the next drag is visible, the two drags before it have been handled, too.
     started.drag_row("two.mp3", "Selected MP3 Files")
     wait_for_groups(started, ["two.mp3"], ["one.mp3"])
     started.drag_row("two.mp3", "MP3 Files")

@@ -120,7 +120,7 @@ def files_are_found_by_extension_and_name(desktop, program):
     check_equal(found(started), ["h:\\b\\three.mp3"], "files of that name found")
     search_for(started, ".ogg", "")
     wait_for_end(started)
-    check_equal((found(started), summary(started)), ([], (folders, 0)), "an empty search")
+    check_equal((found(started), summary(started)), ([], (folders, 0)), "the files and the summary of a search without a match")
     close(started)
 
 
@@ -131,7 +131,7 @@ def choose_machine(desktop, started):
     desktop.press("Home", "Return")
     wait_for("the machine's drive", lambda: "C:\\" in started.lines("Folder"))
     choose_folder(started, "C:\\")
-    wait_for("its folders", lambda: "usr" in started.lines("Folder"))
+    wait_for("the folders of the machine", lambda: "usr" in started.lines("Folder"))
 
 
 class LongSearch:
@@ -177,7 +177,7 @@ def a_search_with_hidden_lists_is_stopped(desktop, program):
 
     wait_for("changing folder names", folders_change)
     search.press_button()
-    wait_for("the end", lambda: search.button.get_name() == SEARCH and
+    wait_for("the end of the search", lambda: search.button.get_name() == SEARCH and
              started.shows_enabled(search.wanted))
     wait_for("the shown lists", lambda: all(map(started.shows, search.lists)))
     _, files = wait_for("the summary", lambda: summary(started))
@@ -237,7 +237,7 @@ def closing_ends_the_search(desktop, program):
     wait_for("the closed finder", lambda: started.window(TITLE) is None)
     # When the finder is opened again, its lists are empty, and it can search a small folder.
     started.open_window(BUTTON, TITLE)
-    check_equal((found(started), summary(started)), ([], None), "a finder that is opened again")
+    check_equal((found(started), summary(started)), ([], None), "the files and the summary of the reopened finder")
     started.get(SEARCH, "push button")
     choose_home(desktop, started)
     choose_folder(started, "small")
@@ -249,8 +249,8 @@ def closing_ends_the_search(desktop, program):
 
 
 def make_large_tree(folder, folders=5000, files_each=20):
-    """Creates empty files in many folders. Half of them are WAV files by their names. Returns the
-    number of these."""
+    """Creates empty files in many folders. Half of the files have names of WAV files.
+    Returns the number of these files."""
     names = [f"Track {i}{'.wav' if i % 2 == 0 else '.MP3'}" for i in range(files_each)]
     folder.mkdir()
     for number in range(folders):
@@ -275,8 +275,8 @@ def a_large_tree_is_searched_used_and_closed(desktop, program):
     search = LongSearch(desktop, started, "wav")
     wait_for("the end", lambda: search.button.get_name() == SEARCH and
              search.files_found() == wavs)
-    # Deliberate: there are more files than the counter of the summary can hold, so it keeps its
-    # previous value.
+    # Deliberate: there are more files than the counter of the summary can hold, so the counter
+    # keeps its previous value.
     check_equal(summary(started), (folders_below(desktop.home / "large"), 0), "the summary")
     first, centre = search.centre_of_first_line()
     desktop.click_at(*centre)

@@ -108,7 +108,7 @@ def a_hanging_destination_does_not_delay_cancel_or_the_end(desktop, program):
         check(seconds < SECONDS_TO_RESPOND, f"Cancel took {seconds:.1f} s")
         started.close_window()
         seconds = seconds_until("the end of the program", lambda: not started.running)
-        check(seconds < SECONDS_TO_END, f"the end took {seconds:.1f} s")
+        check(seconds < SECONDS_TO_END, f"the end of the program took {seconds:.1f} s")
 
 
 def the_program_waits_for_a_slow_drive(desktop, program):
@@ -146,7 +146,7 @@ def a_hanging_drive_does_not_delay_the_end(desktop, program):
         time.sleep(1)
         started.close_window()
         seconds = seconds_until("the end of the program", lambda: not started.running)
-        check(seconds < SECONDS_TO_END, f"the end took {seconds:.1f} s")
+        check(seconds < SECONDS_TO_END, f"the end of the program took {seconds:.1f} s")
 
 
 def a_search_continues_after_a_folder_that_hangs(desktop, program):

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Tests that tracks can be selected, extracted and cancelled, and the menus be used, by keyboard
-alone."""
+"""Tests that by keyboard alone the user can select and extract tracks, cancel a capture and use the
+menus."""
 
 from driver import make_disc, run
 from program import Program
@@ -35,8 +35,8 @@ def keys_select_and_start_tracks(desktop, program):
     wait_for("the next action",
              lambda: started.next_action() == "Next Action:  Process  Selected Tracks")
     desktop.press("alt+s")
-    wait_for("sound", lambda: (started.figures()[1] or 0) > bytes_of(1))
-    wait_for("the end", lambda: started.is_enabled("Preferences", "push button"))
+    wait_for("a second of sound", lambda: (started.figures()[1] or 0) > bytes_of(1))
+    wait_for("the end of the capture", lambda: started.is_enabled("Preferences", "push button"))
     found = wavs_by_track(destination)
     check_equal(list(found), [2], "tracks in the destination folder")
     check_track(found[2], disc_samples(sheet), 2, SECONDS)
@@ -72,10 +72,10 @@ def a_key_cancels_a_capture(desktop, program):
     started, _, destination = start_with_focus_in_tree(desktop, program, tracks=3)
     go_to_row(desktop, started, "Available Tracks")
     desktop.press("Return", "alt+s")
-    wait_for("sound", lambda: (started.figures()[1] or 0) > 0)
+    wait_for("captured sound", lambda: (started.figures()[1] or 0) > 0)
     check(started.find("Cancel", "push button"), "the Cancel button is not shown")
     desktop.press("alt+c")
-    wait_for("the end", lambda: started.is_enabled("Preferences", "push button"))
+    wait_for("the end of the capture", lambda: started.is_enabled("Preferences", "push button"))
     check_equal(list(wavs_by_track(destination)), [1], "tracks in the destination folder")
     desktop.press("alt+F4")
     check_equal(started.wait_for_end(), 0, "exit code")

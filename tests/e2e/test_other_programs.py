@@ -50,7 +50,7 @@ def the_window_refuses_an_image_while_it_captures(desktop, program):
     check(str(sheet) in desktop.store.read_text(), "the drive was changed")
     check(started.window("Devices") is None, "the Devices window opened")
     started.click("Cancel", "push button")
-    wait_for("the end", lambda: started.is_enabled("Preferences", "push button"))
+    wait_for("the end of the capture", lambda: started.is_enabled("Preferences", "push button"))
     close(started)
 
 

@@ -16,7 +16,7 @@ from waiting import check, check_equal, wait_for
 
 SECONDS = 30
 TRANSPORT = ("Previous Track", "Play", "Pause", "Stop", "Next Track")
-SMALLEST_STEP = 10 / 50  # by which one key press moves a slider
+SMALLEST_STEP = 10 / 50  # the distance by which one key press moves a slider
 KEYS = 6  # number of key presses that change the number beside the slider
 BASS_HZ, TREBLE_HZ = 60, 9000
 TONE_FRAMES = FRAME_RATE // 5  # whole periods of both tones
@@ -47,31 +47,31 @@ def a_disc_is_played_and_heard(desktop, program):
     server = SoundServer(desktop)
     started, sheet, _ = start_with_disc(desktop, program, SECONDS, "default")
     panel = PlayerPanel(started)
-    check_equal(panel.mode(), "OFF", "the mode before")
-    check(not any(panel.is_open(name) for name in TRANSPORT), "buttons are open while it is off")
+    check_equal(panel.mode(), "OFF", "the mode before the player is switched on")
+    check(not any(panel.is_enabled(name) for name in TRANSPORT), "a transport button is enabled while the player is off")
     panel.switch_on()
     check(panel.shows(f"Track time: 00:{SECONDS}:00"), "the length of the track is not shown")
-    check(all(panel.is_open(name) for name in (*TRANSPORT, "Eject")), "a button is disabled")
-    check(not any(server.latest()), "sound before it plays")
+    check(all(panel.is_enabled(name) for name in (*TRANSPORT, "Eject")), "a transport button is disabled while the player is on")
+    check(not any(server.latest()), "there is sound before the disc plays")
     low = panel.bar_height()
 
     panel.press("Play")
     panel.wait_for_position("two seconds", lambda track, second: track == 1 and second >= 2)
     wait_for_played(server, part_of_track(sheet, 1, 0), "the first track's beginning")
     wait_for("the bar to rise", lambda: panel.bar_height() > low + 5)
-    check(not panel.is_open("Eject"), "it can be ejected while it plays")
+    check(not panel.is_enabled("Eject"), "the button Eject is enabled while the disc plays")
 
     panel.press("Pause")
     server.wait_for_silence("paused")
     paused = panel.position()
     wait_for("the bar to sink", lambda: panel.bar_height() == low)
-    check(not any(server.latest()), "sound while it pauses")
+    check(not any(server.latest()), "there is sound while the player pauses")
     check_equal(panel.position(), paused, "the position in a pause")
     panel.press("Play")
-    wait_for("the mode", lambda: panel.mode() == "Playing")
-    server.wait_for_sound("going on")
+    wait_for("the mode \"Playing\"", lambda: panel.mode() == "Playing")
+    server.wait_for_sound("playing after the pause")
     # Playing continues in the second in which it was paused.
-    panel.wait_for_position("moving on", lambda track, second: track == 1 and second > paused[1])
+    panel.wait_for_position("a later second than that of the pause", lambda track, second: track == 1 and second > paused[1])
 
     start = server.position()
     panel.press("Next Track")
@@ -80,7 +80,7 @@ def a_disc_is_played_and_heard(desktop, program):
     start = server.position()
     panel.press("Previous Track")
     # Within a track, the button skips to the beginning of the track.
-    wait_for_played(server, part_of_track(sheet, 2, 0), "the second track once more", start)
+    wait_for_played(server, part_of_track(sheet, 2, 0), "the second track's beginning for the second time", start)
 
     panel.press("Stop")
     server.wait_for_silence("stopped")
@@ -88,7 +88,7 @@ def a_disc_is_played_and_heard(desktop, program):
     # At the beginning of a track, the button skips to the previous track.
     panel.press("Previous Track")
     panel.wait_for_position("the first track", lambda track, second: (track, second) == (1, 0))
-    check(not any(server.latest()), "sound after a skip at rest")
+    check(not any(server.latest()), "there is sound after a skip without playing")
     close(started)
 
 
@@ -105,7 +105,8 @@ def write_tones(sheet):
 
 
 def tone_level(server, hertz):
-    """The amplitude of a tone in the latest sound of the server; None if there is not enough."""
+    """The amplitude of a tone in the latest sound of the server; None if the
+    server has not played enough."""
     heard = array.array("h", server.latest())[0::2][-TONE_FRAMES:]
     if len(heard) < TONE_FRAMES:
         return None
@@ -161,15 +162,15 @@ def each_slider_is_heard(desktop, program):
     close(started)
 
 
-def lines_are_muted_and_open_again(server, panel):
+def lines_are_muted_and_unmuted(server, panel):
     for line in ("Master", "CD"):
         panel.switch(line, "Mute")
         server.wait_for_silence(f"{line} is muted")
         _, second = panel.position()
-        panel.wait_for_position("going on unheard", lambda _, shown: shown > second)
-        check(not any(server.latest()), f"sound although {line} is muted")
+        panel.wait_for_position("a later second while the line is muted", lambda _, shown: shown > second)
+        check(not any(server.latest()), f"there is sound although {line} is muted")
         panel.switch(line, "Unmute")
-        server.wait_for_sound(f"{line} is open")
+        server.wait_for_sound(f"{line} is unmuted")
     panel.switch("Wave", "Mute")
     wait_for("the muted wave line", lambda: panel.is_muted("Wave"))
     _, second = panel.position()
@@ -197,7 +198,7 @@ def the_mixer_is_operated_and_heard(desktop, program):
     started, panel, _, _ = start_playing(desktop, program)
     # The power switch unmutes both lines.
     server.wait_for_sound("unmuted")
-    lines_are_muted_and_open_again(server, panel)
+    lines_are_muted_and_unmuted(server, panel)
     sliders_are_moved_by_keys(desktop, started, panel)
     panel.set_to_lowest("Master")
     server.wait_for_silence("turned down")
@@ -211,7 +212,7 @@ def height_of(desktop, window):
     return None
 
 
-def its_menus_resize_and_close_it(desktop, program):
+def the_menus_resize_and_close_the_panel(desktop, program):
     started, _, _ = start_with_disc(desktop, program, SECONDS)
     panel = PlayerPanel(started)
     window = started.activate(TITLE)
@@ -233,7 +234,7 @@ def its_menus_resize_and_close_it(desktop, program):
     panel.wait_for_position("playing", lambda track, second: second >= 1)
     choose("CD Off")
     wait_for("the switched-off player", lambda: panel.mode() == "OFF")
-    check(not panel.is_open("Play"), "it can be played while it is off")
+    check(not panel.is_enabled("Play"), "the button Play is enabled while the player is off")
     choose("Close CD Player")
     wait_for("the closed panel", lambda: started.window(TITLE) is None)
 
@@ -264,10 +265,10 @@ def check_pointer_is_free(desktop, started, name, role):
     before = wait_for("a panel at rest", settled_extents(started, name, role))
     desktop.move_to_point(before.x + 200, before.y + 200)
     after = wait_for("a panel at rest", settled_extents(started, name, role))
-    check_equal((after.x, after.y), (before.x, before.y), f"the position of {name!r} after it")
+    check_equal((after.x, after.y), (before.x, before.y), f"the position of {name!r} after the drag")
 
 
-def it_is_dragged_by_its_display(desktop, program):
+def the_panel_is_dragged_by_its_display(desktop, program):
     started, panel, _, _ = start_playing(desktop, program, output="none")
     started.activate(TITLE)
     # A text of the display, its background, the meter and its trace.
@@ -283,11 +284,11 @@ def it_is_dragged_by_its_display(desktop, program):
         wait_for(f"the panel dragged by {name!r}", moved)
         check_pointer_is_free(desktop, started, name, role)
     _, second = panel.position()
-    panel.wait_for_position("playing on", lambda _, shown: shown > second)
+    panel.wait_for_position("a later second of the track", lambda _, shown: shown > second)
     close(started)
 
 
-def it_is_operated_by_keyboard(desktop, program):
+def the_panel_is_operated_by_keyboard(desktop, program):
     started, _, _ = start_with_disc(desktop, program, SECONDS)
     panel = PlayerPanel(started)
     started.activate(TITLE)
@@ -304,7 +305,7 @@ def it_is_operated_by_keyboard(desktop, program):
     panel.wait_for_position("the second track", lambda track, _: track == 2)
     press("Pause")
     press("Play")
-    wait_for("the mode", lambda: panel.mode() == "Playing")
+    wait_for("the mode \"Playing\"", lambda: panel.mode() == "Playing")
     press("Stop")
     track, _ = panel.wait_for_position("a track's beginning", lambda _, second: second == 0)
     press("Previous Track")
@@ -315,7 +316,7 @@ def it_is_operated_by_keyboard(desktop, program):
     desktop.press("Down", "Down", "Return")  # "Play CD"
     panel.wait_for_position("playing", lambda _, second: second >= 1)
     press("Stop")
-    wait_for("the open button", lambda: panel.is_open("Eject"))
+    wait_for("the enabled button Eject", lambda: panel.is_enabled("Eject"))
     press("Eject")
     wait_for("the empty drive", lambda: panel.mode() == "No CD")
     # The switch is a group of two buttons: an arrow key selects the other one.
@@ -325,14 +326,14 @@ def it_is_operated_by_keyboard(desktop, program):
     close(started)
 
 
-def a_disc_is_taken_out_while_it_plays(desktop, program):
+def the_playing_disc_is_removed(desktop, program):
     server = SoundServer(desktop)
     started, panel, sheet, _ = start_playing(desktop, program)
     server.wait_for_sound("playing")
     kept = sheet.rename(sheet.with_name("away.cue"))
     wait_for("the empty drive", lambda: panel.mode() == "No CD")
-    check(not any(panel.is_open(name) for name in TRANSPORT), "buttons are open without a disc")
-    check(panel.position() is not None, "the position has not stayed")
+    check(not any(panel.is_enabled(name) for name in TRANSPORT), "a transport button is enabled without a disc")
+    check(panel.position() is not None, "the display shows no position")
     server.wait_for_silence("without a disc")
     kept.rename(sheet)
     wait_for("the disc", lambda: panel.mode() == "Cd Ready" and panel.position() == (1, 0))
@@ -344,17 +345,17 @@ def a_disc_is_taken_out_while_it_plays(desktop, program):
 def an_ejected_disc_is_detected(desktop, program):
     started, panel, _, _ = start_playing(desktop, program, output="none")
     panel.press("Stop")
-    wait_for("the open button", lambda: panel.is_open("Eject"))
+    wait_for("the enabled button Eject", lambda: panel.is_enabled("Eject"))
     panel.press("Eject")
     wait_for("the empty drive", lambda: panel.mode() == "No CD")
-    check(not any(panel.is_open(name) for name in TRANSPORT), "buttons are open without a disc")
+    check(not any(panel.is_enabled(name) for name in TRANSPORT), "a transport button is enabled without a disc")
     started.click("CD Player Off", "radio button")
     wait_for("the switched-off player", lambda: panel.mode() == "OFF")
-    check_equal(panel.position(), None, "the position while it is off")
+    check_equal(panel.position(), None, "the position while the player is off")
     close(started)
 
 
-def a_capture_switches_it_off_and_is_silent(desktop, program):
+def a_capture_switches_the_player_off_and_is_silent(desktop, program):
     server = SoundServer(desktop)
     seconds = 3
     started, sheet, destination = start_with_disc(desktop, program, seconds, "default")
@@ -366,7 +367,7 @@ def a_capture_switches_it_off_and_is_silent(desktop, program):
     wait_for("the capture", lambda: started.title == "Extracting Track 3")
     start = server.position()
     wait_for("the switched-off player", lambda: panel.mode() == "OFF")
-    check(not panel.is_open("Play"), "it can be played during a capture")
+    check(not panel.is_enabled("Play"), "the button Play is enabled during a capture")
     wait_for("the end of the capture", lambda: started.title == "Sonarith v2.0")
     found = wavs_by_track(destination)
     check_equal(list(found), [3], "tracks in the destination folder")
@@ -378,7 +379,7 @@ def a_capture_switches_it_off_and_is_silent(desktop, program):
     close(started)
 
 
-def another_disc_is_put_in_while_it_plays(desktop, program):
+def another_disc_replaces_the_playing_disc(desktop, program):
     started, panel, sheet, _ = start_playing(desktop, program, output="none")
     # Replaces the image that plays.
     make_disc(sheet.parent, tracks=2, seconds=9, signal="ramp")
@@ -394,16 +395,16 @@ def another_disc_is_put_in_while_it_plays(desktop, program):
     desktop.type(str(other))
     desktop.press("Return")
     wait_for("the length of the new disc", lambda: panel.shows("Track time: 00:07:00"))
-    check_equal((panel.mode(), panel.position()), ("Cd Ready", (1, 0)), "the display")
+    check_equal((panel.mode(), panel.position()), ("Cd Ready", (1, 0)), "the display of the new disc")
     started.click("Close", "push button")
     wait_for("the closed Devices window", lambda: started.window("Devices") is None)
     panel.press("Next Track")
-    panel.wait_for_position("its second track", lambda track, _: track == 2)
+    panel.wait_for_position("the second track of the new disc", lambda track, _: track == 2)
     close(started)
 
 
 if __name__ == "__main__":
     run(a_disc_is_played_and_heard, the_mixer_is_operated_and_heard, each_slider_is_heard,
-        its_menus_resize_and_close_it, it_is_dragged_by_its_display, it_is_operated_by_keyboard,
-        an_ejected_disc_is_detected, a_capture_switches_it_off_and_is_silent,
-        another_disc_is_put_in_while_it_plays, a_disc_is_taken_out_while_it_plays)
+        the_menus_resize_and_close_the_panel, the_panel_is_dragged_by_its_display, the_panel_is_operated_by_keyboard,
+        an_ejected_disc_is_detected, a_capture_switches_the_player_off_and_is_silent,
+        another_disc_replaces_the_playing_disc, the_playing_disc_is_removed)

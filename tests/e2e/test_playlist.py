@@ -220,7 +220,7 @@ def clicking_an_entry_adds_the_file_to_the_work_tree(desktop, program):
     check_equal(started.group("MP3 Files"), [], "files of the tree")
     started.click_line("PlayList", line)
     wait_for("the edited file", lambda: edited_file(started))
-    check_equal(started.group("MP3 Files"), [], "files of the tree without the tick")
+    check_equal(started.group("MP3 Files"), [], "files of the tree after a click without the tick")
     started.click("Click on a file to add it to the Files List", "check box")
     started.click_line("PlayList", line)
     wait_for("the file in the tree", lambda: started.group("MP3 Files") == ["one.mp3"])

@@ -46,8 +46,8 @@ def is_ticked(started, caption):
     return started.is_checked(started.find(caption, "check box"))
 
 
-# Captions and keys of the check boxes by page. UNTICKED: the captions of those boxes whose caption
-# changes when the tick is removed.
+# Captions and keys of the check boxes by page. UNTICKED: the new caption of each box whose
+# caption changes when its tick is removed.
 BOXES = {
     TABS[0]: (("Warn me when hard drive space falls below", "HDWarning"),
               ("Stop converting when hard drive space falls below ", "HDstopdecoding")),
@@ -190,7 +190,7 @@ def a_new_destination_is_created(desktop, program):
     started = start_preferences(desktop, program)
     window = started.window(TITLE)
     open_tab(started, TABS[2])
-    check(started.find("Create", "push button") is None, "Create is shown too early")
+    check(started.find("Create", "push button") is None, "the button Create is shown before the box is ticked")
     tick = "I'll select the destination path and directory"
     started.click(tick, "check box")
     started.get("Create", "push button")
@@ -230,7 +230,7 @@ def go_to_line(desktop, started, box, line):
 
 def a_new_destination_is_created_by_keys(desktop, program):
     (desktop.home / "Records").mkdir()
-    # A folder whose name is not valid UTF-8. There is no other folder beside it.
+    # A folder whose name is not valid UTF-8. It is the only folder in Records.
     odd = os.fsencode(desktop.home / "Records") + b"/caf\xe9"
     os.mkdir(odd)
     started = start_preferences(desktop, program)
@@ -245,7 +245,7 @@ def a_new_destination_is_created_by_keys(desktop, program):
     desktop.press("Return")
     wait_for("the chosen folder",
              lambda: (started.text("Destination path") or "").lower() == "h:\\records")
-    wait_for("its folder", lambda: len(started.lines("Folder")) == 3)
+    wait_for("the folder in Records", lambda: len(started.lines("Folder")) == 3)
     desktop.press("End", "Return")
     wait_for("the odd folder",
              lambda: (started.text("Destination path") or "").lower().startswith("h:\\records\\caf"))
@@ -259,7 +259,7 @@ def a_new_destination_is_created_by_keys(desktop, program):
     os.rmdir(odd + b'/It is "new"')
     again = restart(desktop, program)
     check(os.path.isdir(odd + b'/It is "new"'), "the next start has not recreated the folder")
-    check_equal(os.listdir(os.path.dirname(odd)), [b"caf\xe9"], "folders beside it")
+    check_equal(os.listdir(os.path.dirname(odd)), [b"caf\xe9"], "the folders in Records")
     close(again)
 
 
@@ -317,7 +317,7 @@ def small_disk(folder, megabytes):
         ["mount", "-t", "tmpfs", "-o", f"size={megabytes * MEGABYTE}", "tmpfs", str(folder)],
         check=False, capture_output=True)
     if mounted.returncode != 0:
-        print("  left out: this user may not mount anything", flush=True)
+        print("  skipped: this user has no permission to mount a disk", flush=True)
         yield None
         return
     try:

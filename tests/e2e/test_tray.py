@@ -143,7 +143,7 @@ def the_tip_shows_the_action_and_stop_ends_it(desktop, program):
         host.choose("Stop Conversion")
         wait_for_state(desktop, window, "Normal")
         host.wait_for_no_icon()
-        wait_for("the end", lambda: started.is_enabled("Preferences", "push button"))
+        wait_for("the end of the capture", lambda: started.is_enabled("Preferences", "push button"))
         check_capture_is_saved(sheet, destination)
         close(started)
 
@@ -222,7 +222,7 @@ def start_minimizing_by_keys(desktop, program):
         return desktop.active_window() == window
     wait_for("the focus", has_focus)
     def is_capturing():
-        # The first keys may be sent before the tree has its rows.
+        # The keys are pressed repeatedly, since the tree may still be without rows at first.
         desktop.press("Home", "Down", "Down", "Return", "alt+s")
         time.sleep(1)
         return "Extracting" in desktop.xdotool("getwindowname", window)

@@ -33,7 +33,7 @@ def a_track_is_extracted(desktop, program):
     started, sheet, destination = start(desktop, program)
     start_row(started, FIRST)
     wait_for("the title of the capture", lambda: started.title.startswith("Extracting Track"))
-    wait_for("the end", lambda: started.is_enabled("Preferences", "push button"))
+    wait_for("the end of the capture", lambda: started.is_enabled("Preferences", "push button"))
     check_track(wavs_by_track(destination)[1], disc_samples(sheet), 1, SECONDS)
     close(started)
 

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Where the main window and the player's panel are on the screen. In these scenarios nothing but
-the program and the scenario itself has placed them."""
+"""Tests where the program places the main window and the player's panel on the screen. In these
+scenarios the window manager and the test helpers place neither of them."""
 
 from desktop import SCREEN
 from driver import run
@@ -9,7 +9,7 @@ from program import Program
 from scenes import close
 from waiting import check, check_equal, wait_for
 
-LEFT_OF_CENTRE = 100  # pixels
+LEFT_OF_CENTRE = 100  # pixels from the centre of the main window to the centre of the screen
 MAIN, PANEL = "main window", "panel"
 
 
@@ -47,16 +47,16 @@ def close_and_open_panel(started):
     wait_for("the panel", lambda: started.window(TITLE))
 
 
-def panel_is_beside_the_main_window(desktop, program):
+def the_panel_is_placed_beside_the_main_window(desktop, program):
     started, main = start(desktop, program)
     at, panel = wait_until_side_by_side(desktop, started, main, "after a start")
-    # The position is computed in whole pixels.
+    # The program computes the position in whole pixels, so the centre may differ by a pixel.
     for have, want, what in ((2 * at.left + at.width, SCREEN[0] - 2 * LEFT_OF_CENTRE, "horizontal"),
                              (2 * at.top + at.height, SCREEN[1], "vertical")):
         check(abs(have - want) <= 2, f"{what} centre of the main window: {have / 2}, not {want / 2}")
 
     close_and_open_panel(started)
-    again = wait_until_side_by_side(desktop, started, main, "after it was opened again")
+    again = wait_until_side_by_side(desktop, started, main, "after the panel was opened again")
     check_equal(again, (at, panel), "the rectangles after the panel was opened again")
 
     desktop.xdotool("windowsize", "--sync", main, 420, 560)
@@ -67,11 +67,11 @@ def panel_is_beside_the_main_window(desktop, program):
                 "the panel after the main window was moved")
     close_and_open_panel(started)
     last = wait_until_side_by_side(desktop, started, main, "after the main window was moved")
-    check_equal(last[0], moved, "the main window")
+    check_equal(last[0], moved, "the main window after the panel was opened again")
     close(started)
 
 
-def a_frame_that_is_added_later_counts(desktop, program):
+def the_panel_is_placed_beside_a_frame_that_was_added_later(desktop, program):
     desktop.stop_window_manager()
     try:
         started, main = start(desktop, program)
@@ -93,17 +93,17 @@ def windows_stay_where_the_user_put_them(desktop, program):
         desktop.place(window, *place)
         wait_for("the moved window", lambda: desktop.frame_of(window) != before)
     placed = {MAIN: desktop.frame_of(main), PANEL: desktop.frame_of(panel)}
-    # The height is set by the program, the position is not.
+    # The program sets the height of the cube, but not its position.
     started.choose_menu("CD Menu", "Show as Cube")
     wait_for("the cube", lambda: desktop.frame_of(panel).height < placed[PANEL].height)
     check_equal(desktop.frame_of(panel)[:3], placed[PANEL][:3], "left, top and width of the cube")
     # A toggled bar changes the layout and not the window.
     started.choose_menu("Preferences", "Toolbars", "ToolBar")
     wait_for("the hidden tool bar", lambda: started.find("Preferences", "push button") is None)
-    check_equal(desktop.frame_of(main), placed[MAIN], "the main window")
+    check_equal(desktop.frame_of(main), placed[MAIN], "the main window without the tool bar")
     close(started)
 
 
 if __name__ == "__main__":
-    run(panel_is_beside_the_main_window, a_frame_that_is_added_later_counts,
+    run(the_panel_is_placed_beside_the_main_window, the_panel_is_placed_beside_a_frame_that_was_added_later,
         windows_stay_where_the_user_put_them)

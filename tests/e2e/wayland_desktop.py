@@ -30,7 +30,7 @@ ORDINARY_USER, ORDINARY_GROUP = "nobody", "nogroup"
 
 
 class WaylandDesktop(Desktop):
-    """The compositor as a Desktop. Windows are identified by the numbers that it gives them."""
+    """The compositor as a Desktop. Windows are identified by the numbers that the compositor gives them."""
 
     def __init__(self):
         super().__init__()
@@ -160,7 +160,7 @@ class WaylandDesktop(Desktop):
             time.sleep(0.06)
 
     def type(self, text):
-        raise AssertionError("texts are not typed here")
+        raise AssertionError("this desktop does not simulate the typing of texts")
 
 
 class WaylandProgram(Program):

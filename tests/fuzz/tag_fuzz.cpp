@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reads arbitrary bytes as the end of an MP3 file. If they contain a tag, writes its fields as a
-// new tag and reads this tag: every field must be unchanged.
+// Reads arbitrary bytes as the end of an MP3 file. If the bytes contain a tag, writes the fields
+// of this tag as a new tag and reads the new tag: every field must be unchanged.
 #include <cstddef>
 #include <cstdint>
 #include <string>

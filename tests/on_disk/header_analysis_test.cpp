@@ -95,7 +95,7 @@ class HeaderAnalysisTest : public testing::Test {
 };
 
 // Uses all bit rates and all sampling rates of MPEG 1.
-TEST_F(HeaderAnalysisTest, ReadsTheHeaderOfAConstantRateAsADecoderDoes) {
+TEST_F(HeaderAnalysisTest, ReadsTheHeaderOfAFileWithAConstantRateAsADecoderDoes) {
     int files = 0;
     for (const int rate : {44100, 48000, 32000}) {
         for (const int kilobits : {32, 40, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320}) {
@@ -134,13 +134,14 @@ TEST_F(HeaderAnalysisTest, ReadsModesAndFlagsAsADecoderDoes) {
     EXPECT_EQ(info.Bitrate, 64);
 }
 
-TEST_F(HeaderAnalysisTest, ShowsTheAverageOfAllFramesForAVariableStereoRate) {
+TEST_F(HeaderAnalysisTest, ShowsTheAverageBitRateOfAStereoFileWithAVariableRate) {
     for (const char* options : {"-V 0", "-V 2", "-V 4", "-V 6", "--abr 112", "--abr 190"}) {
         SCOPED_TRACE(options);
         encode(44100, 2, std::string("--resample 44.1 ") + options);
         expectTheHeaderThatTheDecoderRead();
         EXPECT_TRUE(info.IsVbr);
-        // The decoder counts the information frame, too; the count stored in that frame does not.
+        // The decoder counts the information frame, too; the count stored in that frame does not include
+        // it.
         EXPECT_EQ(info.Frames, opinion->frames - 1);
         const double average = static_cast<double>(bytes()) * 8 / seconds(info.Frames) / 1000;
         EXPECT_NEAR(info.Bitrate, average, 0.5);

@@ -93,9 +93,9 @@ TEST_F(PlaylistFilesTest, PipesFoldersDevicesAndBrokenLinksHaveNoDataAndDoNotBlo
     EXPECT_TRUE(fs::is_empty(world.disk() / "folder.mp3"));
 }
 
-// Deliberate: the editor treats them like missing files. It shows the message that the file has
-// been deleted, without a question, and deletes nothing.
-TEST_F(PlaylistFilesTest, PipesFoldersAndDevicesAreReportedAsDeletedButAreNot) {
+// Deliberate: the editor treats pipes, folders and devices like missing files. Without a question, it
+// shows the message that the file has been deleted, and deletes nothing.
+TEST_F(PlaylistFilesTest, PipesFoldersAndDevicesAreReportedAsDeletedButAreNotDeleted) {
     ASSERT_EQ(::mkfifo((world.disk() / "pipe.mp3").c_str(), 0666), 0);
     world.makeFolder("folder.mp3");
     fs::create_symlink("/dev/zero", world.disk() / "device.mp3");
@@ -243,7 +243,7 @@ TEST_F(PlaylistFilesTest, AFileWithoutReadPermissionHasNoData) {
               0);
 }
 
-TEST_F(PlaylistFilesTest, AHugeFileShowsItsTagAndThePreviousFilesHeader) {
+TEST_F(PlaylistFilesTest, TheTagOfAHugeFileIsShownWithTheHeaderOfThePreviousFile) {
     world.put("before.mp3", mp3("Before"));
     read("before.mp3");
     for (const std::int64_t bytes : {2 * test::gibibyte, 5 * test::gibibyte}) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Creates the preferences' logic on given files, folders and settings store, usually real ones; all
-// other interfaces are fakes. For tests. tests/support/preferences_world.h is the same for files in
-// memory.
+// other interfaces are fakes. For tests. tests/support/preferences_world.h creates the same for
+// files in memory.
 #pragma once
 
 #include "extraction/extraction.h"

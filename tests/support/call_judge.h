@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Intercepts chosen system calls of a function. A callback of the test decides on each call: the
-// call is let through, fails, or is held as if the device hung. Only the threads that run the
-// function and that it starts are affected, and only until the function returns.
+// call is let through, fails, or is held as if the device hung. Only the thread that runs
+// the function and the threads that this thread starts are affected, and only until the function
+// returns.
 #pragma once
 
 #include <atomic>

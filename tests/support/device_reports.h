@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Stores the reports of a playback or capture pump about its device. Any thread may report and read
-// them.
+// Stores the reports of a playback or capture pump about its device. Any thread may add and
+// read reports.
 #pragma once
 
 #include <algorithm>

@@ -71,7 +71,8 @@ class FakeFileSystem final : public FileSystem {
         entry.folder = false;
         *entry.content = content;
     }
-    /// Sets the result of fileDate() for an existing file. Before, it is the clock's epoch.
+    /// Sets the result of fileDate() for an existing file. Until then, the result is the clock's
+    /// epoch.
     void setFileDate(const std::string& path, FileTime date) {
         entries_.at(caseFolded(absolute(path))).date = date;
     }
@@ -89,8 +90,8 @@ class FakeFileSystem final : public FileSystem {
     // --- read by the test ------------------------------------------------------------------
 
     /// The calls that change something, oldest first: the operation's name, a blank, its arguments.
-    /// Also the calls that open a file ("openBinary PATH read", or "write" or "readWrite" at the
-    /// end), and those that use an open file ("readBinary PATH OFFSET BYTES", "writeBinary PATH
+    /// The log also contains the calls that open a file ("openBinary PATH read", or "write" or
+    /// "readWrite" at the end), and those that use an open file ("readBinary PATH OFFSET BYTES", "writeBinary PATH
     /// OFFSET BYTES", with the path that was passed to openBinary()).
     std::vector<std::string> log;
     /// Runs with the log entry of each logged call, before the call has an effect: simulates

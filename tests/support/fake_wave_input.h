@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A wave input for tests. It logs every operation, fails those that the test has listed in
-// `failures`, and fills buffers when the test calls fill().
+// A wave input for tests. It logs every operation. The operations that the test has listed
+// in `failures` return an error. A buffer is filled when the test calls fill().
 //
 //     FakeWaveInput input;
 //     input.failures["open"] = WaveResult::notEnabled;

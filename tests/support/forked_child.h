@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Runs a function in a child process. Use it if the function changes the whole process (limits,
-// mounts, refused system calls) or if it is to be interrupted by a kill. The parent does not see
+// mounts, refused system calls) or if the function is to be interrupted by a kill. The parent does not see
 // what the function changes in memory.
 //
 // A child contains only the thread that forked, but inherits the locks that other threads held at
@@ -99,7 +99,8 @@ class ReportingChild {
     ReportingChild(const ReportingChild&) = delete;
     ReportingChild& operator=(const ReportingChild&) = delete;
 
-    /// Waits for the next report and returns it; returns '\0' if the child has ended without it.
+    /// Waits for the next report and returns it; returns '\0' if the child has ended without a
+    /// further report.
     [[nodiscard]] char nextReport() const {
         char report = '\0';
         return ::read(reports_, &report, 1) == 1 ? report : '\0';

@@ -29,7 +29,7 @@ inline KillOutcome killAtCall(int call, const std::function<void()>& prepare,
     if (child == 0) {
         prepare();
         if (::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) == 0) {
-            ::raise(SIGSTOP); // the parent counts from here
+            ::raise(SIGSTOP); // from here on, the parent counts the calls
             step();
             ::_exit(0);
         }

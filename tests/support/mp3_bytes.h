@@ -3,8 +3,7 @@
 // file that otherwise contains zeros. The files contain no audio.
 //
 //     disk.addFile("c:\\a.mp3", Mp3Bytes(4'000'000).header(1, commonHeader).content);
-//     disk.addFile("c:\\b.mp3", Mp3Bytes(1000).header(1,
-//     commonHeader).tag(tagOf("Title")).content);
+//     disk.addFile("c:\\b.mp3", Mp3Bytes(1000).end(tagOf("Title")).content);
 #pragma once
 
 #include <cstdint>

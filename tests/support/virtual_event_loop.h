@@ -3,8 +3,8 @@
 // every interleaving of handlers. The loop never sleeps and does not read the machine's clock.
 //
 //     VirtualEventLoop loop;
-//     loop.atYield(3, [&] { form.Command2.click(); });       // runs inside the third yield from
-//     now loop.after(250ms, [&] { form.Command8.click(); });     // runs once, 250 ms from now
+//     loop.atYield(3, [&] { form.Command2.click(); });       // runs inside the third yield
+//     loop.after(250ms, [&] { form.Command8.click(); });     // runs once, 250 ms from now
 //     job.run();                                             // may yield and wait
 //     EXPECT_THROW(window.close(), ProgramEnded);            // endProgram() throws this
 //     loop.advance(5s);                                      // runs the timers of 5 idle seconds
@@ -165,7 +165,7 @@ class VirtualEventLoop final : public EventLoop {
     };
 
     /// More yields without any progress of time throw WaitNeverEnds. No loop of the program makes
-    /// nearly as many; a test that does fails within a second.
+    /// nearly as many; a test that makes more fails within a second.
     static constexpr int maximumYieldsWithoutTime = 1'000'000;
 
     /// Counts the yield and runs the actions that the test has set for it. Returns false after the

@@ -30,7 +30,8 @@ SharedPaths sharedPaths(const SettingsStore& store, const std::string& home) {
             .programFolder = programFolder(executableFolder(), musicFolder)};
 }
 
-/// Only `afterCall` of the result uses `store`; it is called on the logic thread.
+/// Of the members of the result, only `afterCall` uses `store`. `afterCall` is called on the logic
+/// thread.
 PathAccess pathAccess(SettingsStore& store, const SharedPaths& shared) {
     return {[shared] { return std::make_shared<LinuxMachineFiles>(shared); },
             [&store, letters = shared.letters] { letters->writeTo(store); }, placesOfThisMachine()};

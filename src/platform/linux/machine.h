@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Creates the objects through which the logic uses this machine, in the order of their
 // dependencies: paths and files, the drive, the sound card with its thread, the device commands and
-// the MP3 controls. The desktop is not part of it.
+// the MP3 controls. Windows and the services of the desktop are created elsewhere.
 #pragma once
 
 #include <filesystem>
@@ -56,8 +56,9 @@ class Machine {
     /// afterwards.
     void stop();
 
-    /// Translates a path of the logic to a path of the machine, and back. The result is empty if
-    /// there is no such path, or if its disk does not respond.
+    /// toMachine() translates a path of the logic to a path of the machine, and toLogic() a path of
+    /// the machine to a path of the logic. The result is empty if there is no such path, or if the
+    /// path's disk does not respond.
     [[nodiscard]] std::string toMachine(const std::string& path) const {
         return files_.machinePath(path);
     }
@@ -65,7 +66,8 @@ class Machine {
         return files_.toLogic(path);
     }
 
-    /// Whether nothing is played or recorded. Waits for a block of the sound card at most.
+    /// Whether nothing is played or recorded. Waits at most until the sound card has processed the
+    /// blocks that are due.
     [[nodiscard]] bool isSilent() const;
 
     FileSystem& files() { return files_; }

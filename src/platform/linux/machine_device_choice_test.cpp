@@ -81,7 +81,7 @@ TEST_F(MachineDeviceChoiceTest, ReportsAnUnusableOutputOnceUntilAnotherIsChosen)
     EXPECT_THAT(notices.texts(), ElementsAre(testing::_, "settled output no-such-device"));
 }
 
-TEST_F(MachineDeviceChoiceTest, ReportsNothingOnceTheDevicesAreReleased) {
+TEST_F(MachineDeviceChoiceTest, ReportsNothingAfterTheDevicesWereReleased) {
     store.put("Devices", "Output", "no-such-device");
     MachineDeviceChoice devices(store, slot, card, notices);
     devices.setSource("no-such-input");
