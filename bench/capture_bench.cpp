@@ -171,7 +171,8 @@ double secondsOf(const timeval& time) {
     return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
 }
 
-/// Returns the share of one core that a capture in real time uses, and sets its peak memory.
+/// Returns the share of one core that a capture in real time uses, and stores the capture's peak
+/// memory in `peakKilobytes`.
 double coreShare(std::int64_t seconds, long& peakKilobytes) {
     const fakes::TempFolder folder;
     const fs::path cue = makeDisc(folder.path(), seconds, true);

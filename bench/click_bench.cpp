@@ -44,7 +44,7 @@ int main(int argc, char** argv) {
     setenv("QT_QPA_PLATFORM", "offscreen", 1);
     const fakes::TempFolder folder;
     if (!writeHour(folder.path())) {
-        std::fprintf(stderr, "no MP3 could be made: is lame there?\n");
+        std::fprintf(stderr, "no MP3 could be made: is lame installed?\n");
         return 1;
     }
     QApplication qt(argc, argv);

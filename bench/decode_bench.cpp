@@ -65,7 +65,7 @@ bool writeLong(const fs::path& minute, const fs::path& path, const std::string& 
 /// Runs the tool with which the program is compared. Ends the benchmark if the tool fails.
 void runTool(std::vector<std::string> words) {
     if (!test::runProgram(std::move(words))) {
-        std::fprintf(stderr, "the tool failed: is mpg123 there?\n");
+        std::fprintf(stderr, "the tool failed: is mpg123 installed?\n");
         std::exit(1);
     }
 }
@@ -193,7 +193,7 @@ int main() {
           Kind{"free format", "--freeformat -b 400", sequentialGoal}}) {
         const fs::path mp3 = folder / "long.mp3";
         if (!writeLong(minute, mp3, kind.options, longMinutes)) {
-            std::fprintf(stderr, "no MP3 could be made: is lame there?\n");
+            std::fprintf(stderr, "no MP3 could be made: is lame installed?\n");
             return 1;
         }
         compare(kind.name, mp3, kind.goal);

@@ -185,11 +185,11 @@ int main(int argc, char** argv) {
     std::printf("search without a window   %8.1f ms   %.2f times find\n", median(alone.ms),
                 median(alone.ms) / median(findMs));
     std::printf(
-        "search with the window    %8.1f ms   %.2f times find (limit %.1f), %.2f times that "
+        "search with the window    %8.1f ms   %.2f times find (limit %.1f), %.2f times the search "
         "without (limit %.1f)\n",
         median(inWindow.ms), median(inWindow.ms) / median(findMs), findLimit,
         median(inWindow.ms) / median(alone.ms), windowLimit);
-    std::printf("its processor time        %8.1f ms   %.2f times that without\n",
+    std::printf("processor time with it    %8.1f ms   %.2f times the processor time without it\n",
                 median(inWindow.processorMs),
                 median(inWindow.processorMs) / median(alone.processorMs));
     std::printf("from a press on Stop! to the end %.1f ms\n", median(stopMs));

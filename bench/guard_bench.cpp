@@ -94,7 +94,7 @@ std::vector<fs::path> mountDisks(const fs::path& folder, int count) {
         disks.push_back(folder / ("disk" + std::to_string(i)));
         fs::create_directory(disks.back());
         if (mount("tmpfs", disks.back().c_str(), "tmpfs", 0, "size=2g") != 0) {
-            fail("this user may not mount");
+            fail("this user has no permission to mount");
         }
     }
     return disks;
@@ -105,8 +105,8 @@ void measure(const fs::path& folder) {
     const fs::path storeFolder = folder / "store";
     fs::create_directory(storeFolder);
     IniSettingsStore store(QString::fromStdString(storeFolder.string()));
-    // Connected as in the program. The letters have a store of their own, since the first reading
-    // of the mounts writes to it.
+    // The objects are connected as in the program. The drive letters have a store of their own,
+    // since the first reading of the mounts writes to the store of the letters.
     test::FakeSettingsStore letters;
     MountInfo mounts;
     DriveTable table(letters);
@@ -179,7 +179,7 @@ int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     // Called before any other thread exists: only the calling thread gets its own mounts.
     if (!test::leaveSharedMounts()) {
-        fail("this user may not mount");
+        fail("this user has no permission to mount");
     }
     const QApplication qt(argc, argv);
     const fakes::TempFolder folder;

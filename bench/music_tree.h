@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Creates a tree of 100,000 files for the benchmarks of searches, and runs `find`, with which they
-// are compared.
+// Creates a tree of 100,000 files for the benchmarks of searches, and runs `find`, with which
+// these searches are compared.
 #pragma once
 
 #include <fcntl.h>

@@ -143,8 +143,8 @@ int main() {
         world.switchOn();
         switchedOn.push_back(timeToSound(*output, [&] { form.play.click(); }));
         for (int look = 0; look < 8; ++look) {
-            // This is no multiple of the length of the card's blocks, so that the queries come at
-            // different positions in a block.
+            // The pause is no multiple of the length of the card's blocks, so that the queries come
+            // at different positions in a block.
             std::this_thread::sleep_for(Milliseconds(31.7 + round));
             const double shown = millisecondsOf(positionOf(world.media));
             skews.push_back(std::abs(shown - output->milliseconds()));

@@ -141,7 +141,7 @@ int main() {
     const fs::path mp3 = folder / "music.mp3";
     fakes::PulseServer server;
     if (!writeMusic(folder.path(), mp3) || !server.start() || !server.listen()) {
-        std::fprintf(stderr, "no MP3 or no sound server: are lame and pulseaudio there?\n");
+        std::fprintf(stderr, "no MP3 or no sound server: are lame and pulseaudio installed?\n");
         return 1;
     }
     std::vector<double> ours;

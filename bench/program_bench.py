@@ -39,7 +39,8 @@ class Screen:
     def __init__(self):
         reader, writer = os.pipe()
         self.server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(writer), "-screen", "0", f"{SCREEN_WIDTH}x{SCREEN_HEIGHT}x24", "-noreset"],
+            ["Xvfb", "-displayfd", str(writer), "-screen", "0",
+             f"{SCREEN_WIDTH}x{SCREEN_HEIGHT}x24", "-noreset"],
             pass_fds=[writer],
             stderr=subprocess.DEVNULL,
         )
@@ -136,7 +137,8 @@ def main():
             f"window, median ratio {ratio:.2f} (limit 1.5)"
         )
         ticks = idle_ticks(program, env)
-        print(f"idle: {ticks} ticks of {1000 // TICKS} ms in {IDLE_SECONDS} s (limit: none to measure)")
+        print(f"idle: {ticks} ticks of {1000 // TICKS} ms in {IDLE_SECONDS} s "
+              "(limit: none to measure)")
     finally:
         screen.close()
         shutil.rmtree(home)

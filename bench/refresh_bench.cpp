@@ -75,7 +75,8 @@ Measured startWith(const fs::path& folder, int argc, char** argv) {
     bench::LongestGap gap;
     QTimer heart;
     QObject::connect(&heart, &QTimer::timeout, [&] {
-        // Only gaps during the search count: the tree is then built in one step without events.
+        // Only gaps during the search count: after the search, the tree is built in one step, in
+        // which no events are handled.
         gap.beat(application.windows().frmsearch.loaded() && form.List2.listCount() == 0);
     });
     heart.start(1);

@@ -15,7 +15,8 @@ sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "tests" / "
 from desktop import Desktop  # pylint: disable=wrong-import-position
 from driver import make_disc  # pylint: disable=wrong-import-position
 from program import Program  # pylint: disable=wrong-import-position
-from scenes import MUSIC, start_row, start_track, start_with_disc  # pylint: disable=wrong-import-position
+from scenes import (  # pylint: disable=wrong-import-position
+    MUSIC, start_row, start_track, start_with_disc)
 from sound_server import SoundServer  # pylint: disable=wrong-import-position
 from test_tray import panel, wait_for_state  # pylint: disable=wrong-import-position
 

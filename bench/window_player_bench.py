@@ -25,7 +25,7 @@ from sound_server import SoundServer  # pylint: disable=wrong-import-position
 from waiting import wait_for  # pylint: disable=wrong-import-position
 
 TRACK_SECONDS = 400
-# As of real sound: the level, and with it the bar, jumps from tick to tick.
+# As with real sound, the level of this signal, and so the meter's bar, changes from tick to tick.
 SIGNAL = "music"
 SLICE_SECONDS = 6
 ROUNDS = 7

@@ -41,17 +41,18 @@ add_custom_target(share ALL DEPENDS ${made})
 
 install(TARGETS sonarith)
 install(FILES share/org.sonarith.sonarith.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
-install(FILES share/org.sonarith.sonarith.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
+install(FILES share/org.sonarith.sonarith.metainfo.xml
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
 install(DIRECTORY share/help/ DESTINATION ${CMAKE_INSTALL_DATADIR}/sonarith/help
         FILES_MATCHING PATTERN *.html PATTERN *.css PATTERN *.png)
 install(FILES share/debian/copyright DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 # dpkg-shlibdeps does not find the libraries that are loaded late, since the executable does not
-# list them. So this looks up the packages that contain these libraries on this machine.
+# list them. So this file looks up the packages that contain these libraries on this machine.
 set(latePackages)
 foreach(soname IN LISTS SONARITH_SONAMES)
-  execute_process(COMMAND dpkg-query --search */${soname} OUTPUT_VARIABLE found RESULT_VARIABLE failed
-                  ERROR_QUIET)
+  execute_process(COMMAND dpkg-query --search */${soname} OUTPUT_VARIABLE found
+                  RESULT_VARIABLE failed ERROR_QUIET)
   string(REGEX MATCH "^[^:,]+" package "${found}")
   if(failed OR NOT package)
     # tools/make_package.sh reports this as an error; the program can still be built.

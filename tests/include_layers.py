@@ -40,7 +40,8 @@ BELOW_ONLY_PLATFORM = ("platform/linux/late", "platform/linux", "platform/qt")
 # include its headers.
 LIBRARIES = {
     "": r"utf8proc\.h",
-    "platform/linux": r"(sys|linux)/.*|(fcntl|unistd|poll|dirent|pwd|errno|signal|spawn|pthread)\.h",
+    "platform/linux": (r"(sys|linux)/.*|"
+                       r"(fcntl|unistd|poll|dirent|pwd|errno|signal|spawn|pthread)\.h"),
     # These libraries are loaded at their first call. A call from another folder would link the
     # program to them.
     "platform/linux/late": r"(cdio|alsa)/.*|(sndfile|samplerate|mpg123|dlfcn)\.h",
@@ -104,8 +105,8 @@ def includes(root):
 
 
 def peers(path, target):
-    """Returns the folders of `path` and `target` if these are two folders of one layer above layer 0,
-    otherwise None."""
+    """Returns the folders of `path` and `target` if these are two folders of one layer above layer
+    0, otherwise None."""
     layer, folders = layer_of(path), [p.rpartition("/")[0] for p in (path, target)]
     return folders if layer and layer == layer_of(target) and folders[0] != folders[1] else None
 

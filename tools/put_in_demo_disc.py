@@ -16,7 +16,9 @@ STORE = (
     / "Sonarith v2.0.ini"
 )
 DISC = (
-    pathlib.Path(os.environ.get("XDG_DATA_HOME") or HOME / ".local/share") / "sonarith" / "demo-disc"
+    pathlib.Path(os.environ.get("XDG_DATA_HOME") or HOME / ".local/share")
+    / "sonarith"
+    / "demo-disc"
 )
 
 

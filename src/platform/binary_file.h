@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The interface of an open file whose bytes are read and written at given offsets. The logic uses it
-// for headers and tags of sound files. It supports neither records nor text. FileSystem (file_system.h) opens the files.
+// The interface of an open file whose bytes are read and written at given offsets. The logic uses
+// it for headers and tags of sound files. It supports neither records nor text. FileSystem
+// (file_system.h) opens the files.
 #pragma once
 
 #include <cstddef>

@@ -141,7 +141,8 @@ def playlist(camera, music):
         camera.desktop.type(str(music / f"{name}.mp3"))
         camera.desktop.press("Return")
         wait_for("the chosen file",
-                 lambda: (started.text("Currently editing this file") or "").endswith(f"{name}.mp3"))
+                 lambda: (started.text("Currently editing this file") or "").endswith(
+                     f"{name}.mp3"))
         started.click("Add to PlayList", "push button")
     camera.take("playlist", window)
     started.close_other("Playlist Editor")

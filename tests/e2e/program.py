@@ -169,9 +169,9 @@ class Program:
             lambda: [element.get_name() for element in self._label_elements(bar)], [])
 
     def watch_labels(self, bar):
-        """Finds the labels in a bar once, and returns a function that reads their current texts. This
-        function is a hundred times as fast as labels(). It is for texts that are shown only for half
-        a second."""
+        """Finds the labels in a bar once, and returns a function that reads their current texts.
+        This function is a hundred times as fast as labels(). It is for texts that are shown only
+        for half a second."""
         elements = wait_for(f"the labels of {bar!r}", lambda: self._tolerant(
             lambda: self._label_elements(bar), []))
         return lambda: [element.get_name() for element in elements]

@@ -124,7 +124,8 @@ def a_truncated_image_is_reported_and_its_tracks_extracted(desktop, program):
     started.click_row("Selected Tracks")
     wait_for("the next action", lambda: "Selected Tracks" in started.next_action())
     started.click("Start ", "push button")
-    wait_for("the start of the extraction", lambda: not started.is_enabled("Preferences", "push button"))
+    wait_for("the start of the extraction",
+             lambda: not started.is_enabled("Preferences", "push button"))
     wait_for("the end of the extraction", lambda: started.is_enabled("Preferences", "push button"))
     found = wavs_by_track(destination)
     check_equal(sorted(found), [1, 2], "tracks in the destination folder")

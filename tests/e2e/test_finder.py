@@ -120,7 +120,8 @@ def files_are_found_by_extension_and_name(desktop, program):
     check_equal(found(started), ["h:\\b\\three.mp3"], "files of that name found")
     search_for(started, ".ogg", "")
     wait_for_end(started)
-    check_equal((found(started), summary(started)), ([], (folders, 0)), "the files and the summary of a search without a match")
+    check_equal((found(started), summary(started)), ([], (folders, 0)),
+                "the files and the summary of a search without a match")
     close(started)
 
 
@@ -237,7 +238,8 @@ def closing_ends_the_search(desktop, program):
     wait_for("the closed finder", lambda: started.window(TITLE) is None)
     # When the finder is opened again, its lists are empty, and it can search a small folder.
     started.open_window(BUTTON, TITLE)
-    check_equal((found(started), summary(started)), ([], None), "the files and the summary of the reopened finder")
+    check_equal((found(started), summary(started)), ([], None),
+                "the files and the summary of the reopened finder")
     started.get(SEARCH, "push button")
     choose_home(desktop, started)
     choose_folder(started, "small")

@@ -48,10 +48,12 @@ def a_disc_is_played_and_heard(desktop, program):
     started, sheet, _ = start_with_disc(desktop, program, SECONDS, "default")
     panel = PlayerPanel(started)
     check_equal(panel.mode(), "OFF", "the mode before the player is switched on")
-    check(not any(panel.is_enabled(name) for name in TRANSPORT), "a transport button is enabled while the player is off")
+    check(not any(panel.is_enabled(name) for name in TRANSPORT),
+          "a transport button is enabled while the player is off")
     panel.switch_on()
     check(panel.shows(f"Track time: 00:{SECONDS}:00"), "the length of the track is not shown")
-    check(all(panel.is_enabled(name) for name in (*TRANSPORT, "Eject")), "a transport button is disabled while the player is on")
+    check(all(panel.is_enabled(name) for name in (*TRANSPORT, "Eject")),
+          "a transport button is disabled while the player is on")
     check(not any(server.latest()), "there is sound before the disc plays")
     low = panel.bar_height()
 
@@ -71,7 +73,8 @@ def a_disc_is_played_and_heard(desktop, program):
     wait_for("the mode \"Playing\"", lambda: panel.mode() == "Playing")
     server.wait_for_sound("playing after the pause")
     # Playing continues in the second in which it was paused.
-    panel.wait_for_position("a later second than that of the pause", lambda track, second: track == 1 and second > paused[1])
+    panel.wait_for_position("a later second than that of the pause",
+                            lambda track, second: track == 1 and second > paused[1])
 
     start = server.position()
     panel.press("Next Track")
@@ -80,7 +83,8 @@ def a_disc_is_played_and_heard(desktop, program):
     start = server.position()
     panel.press("Previous Track")
     # Within a track, the button skips to the beginning of the track.
-    wait_for_played(server, part_of_track(sheet, 2, 0), "the second track's beginning for the second time", start)
+    wait_for_played(server, part_of_track(sheet, 2, 0),
+                    "the second track's beginning for the second time", start)
 
     panel.press("Stop")
     server.wait_for_silence("stopped")
@@ -167,7 +171,8 @@ def lines_are_muted_and_unmuted(server, panel):
         panel.switch(line, "Mute")
         server.wait_for_silence(f"{line} is muted")
         _, second = panel.position()
-        panel.wait_for_position("a later second while the line is muted", lambda _, shown: shown > second)
+        panel.wait_for_position("a later second while the line is muted",
+                                lambda _, shown: shown > second)
         check(not any(server.latest()), f"there is sound although {line} is muted")
         panel.switch(line, "Unmute")
         server.wait_for_sound(f"{line} is unmuted")
@@ -265,7 +270,8 @@ def check_pointer_is_free(desktop, started, name, role):
     before = wait_for("a panel at rest", settled_extents(started, name, role))
     desktop.move_to_point(before.x + 200, before.y + 200)
     after = wait_for("a panel at rest", settled_extents(started, name, role))
-    check_equal((after.x, after.y), (before.x, before.y), f"the position of {name!r} after the drag")
+    check_equal((after.x, after.y), (before.x, before.y),
+                f"the position of {name!r} after the drag")
 
 
 def the_panel_is_dragged_by_its_display(desktop, program):
@@ -332,7 +338,8 @@ def the_playing_disc_is_removed(desktop, program):
     server.wait_for_sound("playing")
     kept = sheet.rename(sheet.with_name("away.cue"))
     wait_for("the empty drive", lambda: panel.mode() == "No CD")
-    check(not any(panel.is_enabled(name) for name in TRANSPORT), "a transport button is enabled without a disc")
+    check(not any(panel.is_enabled(name) for name in TRANSPORT),
+          "a transport button is enabled without a disc")
     check(panel.position() is not None, "the display shows no position")
     server.wait_for_silence("without a disc")
     kept.rename(sheet)
@@ -348,7 +355,8 @@ def an_ejected_disc_is_detected(desktop, program):
     wait_for("the enabled button Eject", lambda: panel.is_enabled("Eject"))
     panel.press("Eject")
     wait_for("the empty drive", lambda: panel.mode() == "No CD")
-    check(not any(panel.is_enabled(name) for name in TRANSPORT), "a transport button is enabled without a disc")
+    check(not any(panel.is_enabled(name) for name in TRANSPORT),
+          "a transport button is enabled without a disc")
     started.click("CD Player Off", "radio button")
     wait_for("the switched-off player", lambda: panel.mode() == "OFF")
     check_equal(panel.position(), None, "the position while the player is off")
@@ -395,7 +403,8 @@ def another_disc_replaces_the_playing_disc(desktop, program):
     desktop.type(str(other))
     desktop.press("Return")
     wait_for("the length of the new disc", lambda: panel.shows("Track time: 00:07:00"))
-    check_equal((panel.mode(), panel.position()), ("Cd Ready", (1, 0)), "the display of the new disc")
+    check_equal((panel.mode(), panel.position()), ("Cd Ready", (1, 0)),
+                "the display of the new disc")
     started.click("Close", "push button")
     wait_for("the closed Devices window", lambda: started.window("Devices") is None)
     panel.press("Next Track")
@@ -405,6 +414,7 @@ def another_disc_replaces_the_playing_disc(desktop, program):
 
 if __name__ == "__main__":
     run(a_disc_is_played_and_heard, the_mixer_is_operated_and_heard, each_slider_is_heard,
-        the_menus_resize_and_close_the_panel, the_panel_is_dragged_by_its_display, the_panel_is_operated_by_keyboard,
+        the_menus_resize_and_close_the_panel, the_panel_is_dragged_by_its_display,
+        the_panel_is_operated_by_keyboard,
         an_ejected_disc_is_detected, a_capture_switches_the_player_off_and_is_silent,
         another_disc_replaces_the_playing_disc, the_playing_disc_is_removed)

@@ -190,7 +190,8 @@ def a_new_destination_is_created(desktop, program):
     started = start_preferences(desktop, program)
     window = started.window(TITLE)
     open_tab(started, TABS[2])
-    check(started.find("Create", "push button") is None, "the button Create is shown before the box is ticked")
+    check(started.find("Create", "push button") is None,
+          "the button Create is shown before the box is ticked")
     tick = "I'll select the destination path and directory"
     started.click(tick, "check box")
     started.get("Create", "push button")
@@ -248,7 +249,8 @@ def a_new_destination_is_created_by_keys(desktop, program):
     wait_for("the folder in Records", lambda: len(started.lines("Folder")) == 3)
     desktop.press("End", "Return")
     wait_for("the odd folder",
-             lambda: (started.text("Destination path") or "").lower().startswith("h:\\records\\caf"))
+             lambda: (started.text("Destination path") or "").lower().startswith(
+                 "h:\\records\\caf"))
     started.tab_to("Name of the new directory", "text")
     desktop.press("ctrl+a")
     desktop.type('It is "new"')

@@ -53,7 +53,8 @@ def the_panel_is_placed_beside_the_main_window(desktop, program):
     # The program computes the position in whole pixels, so the centre may differ by a pixel.
     for have, want, what in ((2 * at.left + at.width, SCREEN[0] - 2 * LEFT_OF_CENTRE, "horizontal"),
                              (2 * at.top + at.height, SCREEN[1], "vertical")):
-        check(abs(have - want) <= 2, f"{what} centre of the main window: {have / 2}, not {want / 2}")
+        check(abs(have - want) <= 2,
+              f"{what} centre of the main window: {have / 2}, not {want / 2}")
 
     close_and_open_panel(started)
     again = wait_until_side_by_side(desktop, started, main, "after the panel was opened again")
@@ -105,5 +106,6 @@ def windows_stay_where_the_user_put_them(desktop, program):
 
 
 if __name__ == "__main__":
-    run(the_panel_is_placed_beside_the_main_window, the_panel_is_placed_beside_a_frame_that_was_added_later,
+    run(the_panel_is_placed_beside_the_main_window,
+        the_panel_is_placed_beside_a_frame_that_was_added_later,
         windows_stay_where_the_user_put_them)

@@ -30,7 +30,8 @@ ORDINARY_USER, ORDINARY_GROUP = "nobody", "nogroup"
 
 
 class WaylandDesktop(Desktop):
-    """The compositor as a Desktop. Windows are identified by the numbers that the compositor gives them."""
+    """The compositor as a Desktop. Windows are identified by the numbers that the compositor gives
+    them."""
 
     def __init__(self):
         super().__init__()

@@ -17,7 +17,8 @@ REGISTRY = 2
 BUTTONS = {1: 0x110, 2: 0x112, 3: 0x111}
 # Key codes of linux/input-event-codes.h.
 KEYS = {"Escape": 1, "Tab": 15, "Return": 28, "ctrl": 29, "shift": 42, "alt": 56, "space": 57,
-        "F1": 59, "F10": 68, "Home": 102, "Up": 103, "Left": 105, "Right": 106, "Down": 108, "Menu": 127,
+        "F1": 59, "F10": 68, "Home": 102, "Up": 103, "Left": 105, "Right": 106, "Down": 108,
+        "Menu": 127,
         **{letter: 16 + i for i, letter in enumerate("qwertyuiop")},
         **{letter: 30 + i for i, letter in enumerate("asdfghjkl")},
         **{letter: 44 + i for i, letter in enumerate("zxcvbnm")}}

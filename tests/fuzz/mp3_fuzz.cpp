@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Decodes arbitrary bytes as an MP3 file twice: in one pass and in segments. Both must return the
 // same samples, except if a segment is broken: the decoding in segments then ends at this segment.
-// Both decodings are then repeated with a source that is unreadable from an offset on. The first byte of an input
-// selects the size of the segments, the second byte the offset.
+// Both decodings are then repeated with a source that is unreadable from an offset on. The first
+// byte of an input selects the size of the segments, the second byte the offset.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>

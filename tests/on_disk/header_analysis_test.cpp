@@ -140,8 +140,8 @@ TEST_F(HeaderAnalysisTest, ShowsTheAverageBitRateOfAStereoFileWithAVariableRate)
         encode(44100, 2, std::string("--resample 44.1 ") + options);
         expectTheHeaderThatTheDecoderRead();
         EXPECT_TRUE(info.IsVbr);
-        // The decoder counts the information frame, too; the count stored in that frame does not include
-        // it.
+        // The decoder counts the information frame, too; the count stored in that frame does not
+        // include it.
         EXPECT_EQ(info.Frames, opinion->frames - 1);
         const double average = static_cast<double>(bytes()) * 8 / seconds(info.Frames) / 1000;
         EXPECT_NEAR(info.Bitrate, average, 0.5);

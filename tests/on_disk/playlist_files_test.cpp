@@ -93,8 +93,8 @@ TEST_F(PlaylistFilesTest, PipesFoldersDevicesAndBrokenLinksHaveNoDataAndDoNotBlo
     EXPECT_TRUE(fs::is_empty(world.disk() / "folder.mp3"));
 }
 
-// Deliberate: the editor treats pipes, folders and devices like missing files. Without a question, it
-// shows the message that the file has been deleted, and deletes nothing.
+// Deliberate: the editor treats pipes, folders and devices like missing files. Without a question,
+// it shows the message that the file has been deleted, and deletes nothing.
 TEST_F(PlaylistFilesTest, PipesFoldersAndDevicesAreReportedAsDeletedButAreNotDeleted) {
     ASSERT_EQ(::mkfifo((world.disk() / "pipe.mp3").c_str(), 0666), 0);
     world.makeFolder("folder.mp3");

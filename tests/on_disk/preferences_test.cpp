@@ -77,7 +77,7 @@ class PreferencesOnDisk : public testing::Test {
             << "2 1 8:2 / " << disk().string() << " rw - ext4 /dev/b rw\n";
     }
     ~PreferencesOnDisk() override {
-        fs::current_path("/"); // the present current folder may be below `folder`, which is deleted
+        fs::current_path("/"); // the current folder may be below `folder`, which is deleted next
     }
     [[nodiscard]] fs::path disk() const { return folder / "disk"; }
     [[nodiscard]] std::vector<std::string> namesOnDisk() const {
@@ -185,7 +185,7 @@ TEST_F(PreferencesOnDisk, ADestinationOnAFullOrReadOnlyDiskIsRefused) {
     // another folder.
     const int full = test::runInChild([&] { return step(0, "nr_inodes=2"); });
     if (full == test::mayNotMount) {
-        GTEST_SKIP() << "this user may not mount a disk";
+        GTEST_SKIP() << "this user has no permission to mount a disk";
     }
     EXPECT_EQ(full, 0);
     EXPECT_EQ(test::runInChild([&] { return step(MS_RDONLY, ""); }), 0);

@@ -71,7 +71,8 @@ TEST_F(SystemOfThisMachine, CountsEachDriveOnce) {
 }
 
 TEST_F(SystemOfThisMachine, HasTheLabelAndSerialNumberOfTheRootDrive) {
-    // On a machine without the device manager, the tool cannot read these values, either.
+    // On a machine without the device manager, neither the program nor the tool can read these
+    // values.
     const std::string label = test::outputOf("findmnt -n -o LABEL /");
     EXPECT_EQ(system.VolumeLabel("C:\\"), label.empty() ? "NoName" : label);
     const std::string serial = system.SerialNumber("C:\\");

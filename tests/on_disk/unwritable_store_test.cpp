@@ -111,7 +111,7 @@ TEST_F(UnwritableStoreTest, OnAFullDiskChangesApplyAndAreStoredWhenThereIsSpaceA
         return failed != 0 ? failed : stored() == all ? 0 : 6;
     });
     if (answer == test::mayNotMount) {
-        GTEST_SKIP() << "this user may not mount a disk";
+        GTEST_SKIP() << "this user has no permission to mount a disk";
     }
     EXPECT_EQ(answer, 0);
 }

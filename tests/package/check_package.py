@@ -25,8 +25,9 @@ class Fault(Exception):
 
 def run(*command, **options):
     """Returns the output of a command; if the command fails, raises a Fault with the output."""
-    done = subprocess.run(command, check=False, text=True, errors="replace", stdin=subprocess.DEVNULL,
-                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT, **options)
+    done = subprocess.run(command, check=False, text=True, errors="replace",
+                          stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                          stderr=subprocess.STDOUT, **options)
     if done.returncode != 0:
         raise Fault(f"{' '.join(map(str, command))} ended with {done.returncode}:\n{done.stdout}")
     return done.stdout
@@ -80,7 +81,7 @@ def desktop_file():
             head = picture.read_bytes()[:24]
             size = int.from_bytes(head[16:20], "big"), int.from_bytes(head[20:24], "big")
             if size != (side, side):
-                raise Fault(f"{picture} is {size}")
+                raise Fault(f"{picture} has the size {size}")
         if not (theme / f"scalable/apps/{icon}.svg").exists():
             raise Fault("the scalable icon (SVG) is missing")
         main = pathlib.Path("src/main.cpp").read_text(encoding="utf-8")
@@ -109,11 +110,12 @@ def hardening():
         headers = run("readelf", "--wide", "-hld", program)
         symbols = run("readelf", "--wide", "--dyn-syms", program)
         for text, pattern, what in (
-                (headers, r"Type:\s+DYN \(Position-Independent Executable", "no PIE"),
-                (headers, "GNU_RELRO", "no RELRO"),
+                (headers, r"Type:\s+DYN \(Position-Independent Executable",
+                 "the program is no position-independent executable (PIE)"),
+                (headers, "GNU_RELRO", "the program has no RELRO"),
                 (headers, r"FLAGS_1.*NOW", "symbols are bound late, so RELRO is not full"),
                 (headers, r"GNU_STACK.* RW ", "the stack can be executed"),
-                (symbols, "__stack_chk_fail", "no stack protector"),
+                (symbols, "__stack_chk_fail", "the program has no stack protector"),
                 (symbols, r"_chk@", "no call is fortified (_FORTIFY_SOURCE)")):
             if not re.search(pattern, text):
                 raise Fault(what)
@@ -132,7 +134,8 @@ def dependencies():
         program = (unpacked(folder) / "usr/bin/sonarith").read_bytes()
     sonames = {name.decode() for name in re.findall(rb"\0(lib[\w+-]+\.so\.\d+)(?=\0)", program)}
     late = [name for name in sonames
-            if re.match(r"lib(cdio|cdio_cdda|cdio_paranoia|asound|sndfile|mpg123|samplerate)\.so", name)]
+            if re.match(r"lib(cdio|cdio_cdda|cdio_paranoia|asound|sndfile|mpg123|samplerate)\.so",
+                        name)]
     if len(late) != 7:
         raise Fault(f"expected seven libraries that are loaded late, found: {sorted(late)}")
     for soname in sonames:
@@ -171,7 +174,8 @@ def use_and_remove(root):
     home = root.use_program()
     used = root.files()
     if used.keys() != installed.keys():
-        raise Fault(f"the program wrote outside of the home: {sorted(used.keys() ^ installed.keys())}")
+        raise Fault("the program wrote outside of the home: "
+                    f"{sorted(used.keys() ^ installed.keys())}")
     kept = {path: path.read_bytes() for path in home.rglob("*") if path.is_file()}
     root.run("apt-get", "purge", "-y", "-qq", "sonarith")
     after = root.files()

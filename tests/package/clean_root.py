@@ -12,7 +12,7 @@ import sys
 import tempfile
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "e2e"))
-# Found by the line above.
+# These modules are in the folder that the line above adds.
 from desktop import Desktop  # noqa: E402
 from driver import make_disc  # noqa: E402
 from program import Program  # noqa: E402
@@ -22,11 +22,12 @@ from waiting import check_equal, wait_for  # noqa: E402
 
 SECONDS = 3  # length of each track
 # Folders that files() omits: users or the package manager write to them, or they are not on a disk.
-NOT_COMPARED = ("dev", "home", "proc", "run", "sys", "tmp", "var/cache", "var/lib/apt", "var/lib/dpkg", "var/log")
+NOT_COMPARED = ("dev", "home", "proc", "run", "sys", "tmp", "var/cache", "var/lib/apt",
+                "var/lib/dpkg", "var/log")
 
 
 class NotPossible(Exception):
-    """Such a system cannot be created on this machine or by this user; the message states the
+    """A new system cannot be created on this machine or by this user; the message states the
     reason."""
 
 
@@ -84,8 +85,8 @@ class CleanRoot:
 
     def run(self, *command):
         """Runs a command in the system and returns its output."""
-        plain = ("chroot", self.path, "env", "-i", "PATH=/usr/sbin:/usr/bin:/sbin:/bin", "HOME=/root",
-                 "DEBIAN_FRONTEND=noninteractive", "LC_ALL=C.UTF-8")
+        plain = ("chroot", self.path, "env", "-i", "PATH=/usr/sbin:/usr/bin:/sbin:/bin",
+                 "HOME=/root", "DEBIAN_FRONTEND=noninteractive", "LC_ALL=C.UTF-8")
         done = subprocess.run([*plain, *command], check=False, stdin=subprocess.DEVNULL,
                               stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
                               errors="replace")
@@ -142,7 +143,8 @@ class CleanRoot:
         start_row(started, f"Track  1 - 00:00:0{SECONDS}")
         wavs = home / "Music/Sonarith/WAVFiles"
         wait_for("the WAV file", lambda: wavs.exists() and any(wavs.iterdir()))
-        wait_for("the end", lambda: started.is_enabled("Preferences", "push button"))
+        wait_for("the end of the extraction",
+                 lambda: started.is_enabled("Preferences", "push button"))
         found = wavs_by_track(wavs)
         check_equal(list(found), [1], "the tracks that were extracted")
         check_track(found[1], disc_samples(sheet), 1, SECONDS)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The level meter on the real card and mixer, with its ticks in batches during silence: it must
-// show what it shows with each tick in time. The clock is simulated.
+// Compares a level meter whose ticks come in batches during silence with a level meter whose ticks
+// all come in time: both must show the same. Card and mixer are the program's own, and the clock is
+// simulated.
 #include <algorithm>
 #include <functional>
 #include <memory>
@@ -42,7 +43,8 @@ class MeterLoop final : public test::ForwardingEventLoop {
         batches = wakeup.get();
         return wakeup;
     }
-    /// As the real loop does when a handler has returned.
+    /// Must be called when the sound changes. The real loop does the same before its thread
+    /// sleeps.
     void handlerReturned() {
         if (batches) {
             batches->endSilence();
@@ -56,7 +58,7 @@ class MeterLoop final : public test::ForwardingEventLoop {
     Ticks ticks_;
 };
 
-/// The meter, switched on.
+/// A level meter that is switched on, with the sound card and the mixer that it reads.
 struct MeterWorld {
     explicit MeterWorld(Ticks ticks) : loop(machine.loop, card, ticks) {
         MixerHandle handle = 0;
@@ -86,7 +88,8 @@ struct MeterWorld {
     test::FakeMachine machine;
     const EventLoop::Time begun = machine.loop.now();
     SoundCard card;
-    // Before the meter's timer: a block is played before the tick that is due at the same time.
+    // Created before the meter's timer, so that a block is played before a tick that is due at the
+    // same time.
     std::unique_ptr<Wakeup> cardThread = machine.loop.every(10ms, [this] { card.advance(now()); });
     MeterLoop loop;
     sound::CardMixer mixer{&card, {}, [this] {
@@ -131,13 +134,13 @@ void playASound(MeterWorld& world) {
     world.machine.loop.advance(1s);
 }
 
-TEST(MeterInBatches, DrawsTheLinesOfSingleTicks) {
+TEST(MeterInBatches, DrawsTheSameLinesAsWithSingleTicks) {
     MeterWorld single(Ticks::single);
     MeterWorld batches(Ticks::inBatches);
     playASound(single);
     playASound(batches);
     EXPECT_EQ(single.drawn.size(), 274U);
-    // The last batch may be incomplete.
+    // The ticks of the last batch may be missing at the end of the test.
     const std::size_t drawn = batches.drawn.size();
     ASSERT_LE(drawn, single.drawn.size());
     EXPECT_GT(drawn + BatchedWakeup::callsInBatch, single.drawn.size());
@@ -145,7 +148,7 @@ TEST(MeterInBatches, DrawsTheLinesOfSingleTicks) {
     EXPECT_EQ(batches.form.Label4.top(), batches.form.Picture8.height());
 }
 
-TEST(MeterInBatches, ShowsTheSoundNoLaterThanATick) {
+TEST(MeterInBatches, MovesTheBarAtMostOneTickLaterThanWithSingleTicks) {
     MeterWorld single(Ticks::single);
     MeterWorld batches(Ticks::inBatches);
     playASound(single);
@@ -157,7 +160,7 @@ TEST(MeterInBatches, ShowsTheSoundNoLaterThanATick) {
     }
 }
 
-TEST(MeterInBatches, DrawsSeldomInSilence) {
+TEST(MeterInBatches, DrawsAllLinesInTwentyBatchesASecondInSilence) {
     MeterWorld world(Ticks::inBatches);
     world.machine.loop.advance(2s);
     world.drawnAt.clear();

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Runs a function in a child process. Use it if the function changes the whole process (limits,
-// mounts, refused system calls) or if the function is to be interrupted by a kill. The parent does not see
-// what the function changes in memory.
+// mounts, refused system calls) or if the function is to be interrupted by a kill. The parent does
+// not see what the function changes in memory.
 //
 // A child contains only the thread that forked, but inherits the locks that other threads held at
 // that moment, including those of the sanitizers' allocator. So forkWhenOthersSleep() waits until

@@ -54,7 +54,7 @@ class Arguments(unittest.TestCase):
         for word in ("decode", "test_decode.py", "tests/e2e/test_decode.py"):
             self.assertEqual(self.names_of("e2e", word), ["decode"], word)
 
-    def test_an_unknown_name_lists_the_known_ones(self):
+    def test_the_error_for_an_unknown_name_lists_the_known_names(self):
         for stage, word in (("unit", "work"), ("unit", "src/nothing"), ("e2e", "dec"),
                             ("unit", "")):
             with self.assertRaisesRegex(UnknownName, "close|worktree"):
@@ -105,7 +105,7 @@ class Reports(unittest.TestCase):
                           'them known to be clean</system-out></testcase>')
         self.assertIn("7 of 9 sources cached", found.note())
 
-    def test_a_failure_keeps_both_ends_of_its_output(self):
+    def test_the_first_and_last_lines_of_a_failed_test_are_reported(self):
         text = "\n".join(f"line {n}" for n in range(100)) + "\x1b"
         found = self.read(f'<testcase name="d" status="fail"><failure message=""/>'
                           f"<system-out>{text}</system-out></testcase>")
@@ -120,7 +120,7 @@ class Reports(unittest.TestCase):
                           'executable"/><system-out>Unable</system-out></testcase>')
         self.assertEqual(list(found.failed), ["d"])
 
-    def test_a_missing_file_is_no_report(self):
+    def test_a_missing_file_contains_no_report(self):
         self.assertIsNone(report.read("/nowhere"))
 
 

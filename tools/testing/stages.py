@@ -94,7 +94,7 @@ class Stage:
         return found
 
     def names_of(self, word):
-        """The names that an argument selects. It is a name itself, a folder or a file."""
+        """The names that an argument selects. The argument is a name, a folder or a file."""
         known = self.names()
         if word in known:
             return [word]
@@ -134,6 +134,7 @@ STAGES = (
           preset="asan", targets=("sonarith", "drag_source", "embedding_panel", "stalling_files"),
           selection=("-L", "^e2e$"),
           jobs=PROCESSORS + 1),
-    Stage("package", "the Debian package: built twice, compared, checked, installed (only if named)",
+    Stage("package",
+          "the Debian package: built twice, compared, checked, installed (only if named)",
           preset="package-test", selection=("-R", r"^package\."), jobs=1, named_only=True),
 )

@@ -84,7 +84,7 @@ class Sources:
             if all(os.stat(file).st_mtime < began for file in (source, *files)):
                 verdicts.write_json(self._stored_in(source), self.state(source, files))
         except OSError:
-            pass  # a file was deleted meanwhile
+            pass  # a file was deleted during the check
 
 
 def check_source(build, source):

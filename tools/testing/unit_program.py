@@ -39,7 +39,8 @@ CHATTER = re.compile(r"\[[-=]{10}\] |\[  (?:PASSED|FAILED)  \] |Note: |Running m
 MOST_RUNS = 10
 # The longest time until the first test begins, on a busy machine.
 SECONDS_FOR_THE_START = 60
-# How long processes that the program has left behind may keep its output open after its end.
+# How long processes that the program has left behind may keep its output open after the program
+# has ended.
 SECONDS_FOR_ORPHANS = 2
 LINES_OUTSIDE_TESTS = 60
 
