@@ -45,8 +45,8 @@ void BatchedWakeup::run(int calls) {
 }
 
 void BatchedWakeup::endSilence() {
-    // While the handler runs, nothing is armed: a new wake-up could call it a second time before it
-    // has returned.
+    // While the handler runs, no new wake-up is started: it could call the handler a second time
+    // before the first call has returned.
     if (running_ || !isBatching() || isSilent_()) {
         return;
     }

@@ -41,7 +41,7 @@ class Camera:
     def __init__(self, desktop, started):
         self.desktop, self.started = desktop, started
 
-    def take(self, name, window, of_help_page=True):
+    def take(self, name, window, for_help_page=True):
         # Some controls change while the pointer is above them, so the pointer is moved away.
         self.desktop.xdotool("mousemove", 1270, 950)
         time.sleep(1)
@@ -51,7 +51,7 @@ class Camera:
         # file.
         strip = ("-strip", "-define", "png:exclude-chunks=date,time")
         subprocess.run(["convert", picture, *strip, picture], check=True)
-        if of_help_page:
+        if for_help_page:
             subprocess.run(["convert", picture, "-resize", f"{PAGE_WIDTH}x>", *strip,
                             HELP_PAGES / picture.name], check=True)
 
@@ -152,7 +152,7 @@ def help_window(camera):
     started = camera.started
     started.click("Help", "push button")
     wait_for("the help window", lambda: started.window_id("Sonarith Help"))
-    camera.take("help", started.window_id("Sonarith Help"), of_help_page=False)
+    camera.take("help", started.window_id("Sonarith Help"), for_help_page=False)
     camera.desktop.press("Escape")
     wait_for("the closed help window", lambda: started.window("Sonarith Help") is None)
 

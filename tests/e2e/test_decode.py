@@ -9,7 +9,8 @@ from waiting import check, check_equal, wait_for
 
 SECONDS = 2
 HERTZ = {"first": 440, "second": 550, "third": 660}
-# Long enough that a click on Cancel is handled long before the end of the decoding.
+# The length of the long file. Its decoding takes so long that a click on Cancel is handled before
+# the decoding ends.
 LONG_HOURS = 3
 
 

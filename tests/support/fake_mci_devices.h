@@ -20,8 +20,8 @@ namespace sonarith::fakes {
 
 class FakeTransport : public mci::Transport {
   public:
-    /// Stores a pointer to this transport in `seat`; the destructor clears `seat`, unless it then
-    /// points to another transport.
+    /// Stores a pointer to this transport in `seat`. The destructor clears `seat`, unless `seat`
+    /// then points to another transport.
     FakeTransport(std::shared_ptr<disc::Disc> disc, FakeTransport*& seat)
         : disc_(std::move(disc)), seat_(seat) {
         seat_ = this;
