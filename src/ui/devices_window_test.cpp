@@ -85,7 +85,7 @@ class DevicesWindowTest : public testing::Test {
     DevicesWindow window{devices, calls()};
 };
 
-TEST_F(DevicesWindowTest, ListsTheFirstDriveAndTheDrivesFound) {
+TEST_F(DevicesWindowTest, ListsTheEntryFirstDriveFoundAndAllDrives) {
     window.open();
     EXPECT_TRUE(window.isVisible());
     EXPECT_FALSE(window.isModal());
@@ -139,7 +139,7 @@ TEST_F(DevicesWindowTest, CursorKeysOnlyMoveTheCurrentRowAndReturnChoosesADrive)
     EXPECT_EQ(drive, "/dev/sr1");
 }
 
-TEST_F(DevicesWindowTest, APickedImageIsStoredByteForByteAndRefreshedAtEachPick) {
+TEST_F(DevicesWindowTest, EachPickOfAnImageStoresItsPathByteForByteAndRefreshesTheList) {
     window.open();
     picked = "/m/caf\xE9.toc";
     child<QPushButton>("pickImage").click();

@@ -136,7 +136,7 @@ TEST_F(FormAdapterTest, TheWindowIsResizedWithTheFormAndTheFormWithTheWindow) {
     EXPECT_EQ(window.size(), QSize(400, 250));
 }
 
-TEST_F(FormAdapterTest, TheFrameIsPartOfTheSizeOfAWindowThatItsContentsDetermine) {
+TEST_F(FormAdapterTest, DesignSizeAddsTheFrameToTheSizeOfTheWindow) {
     window.resize(300, 200);
     adapter.designSize();
     form.show();
@@ -156,7 +156,7 @@ TEST_F(FormAdapterTest, TheFrameIsPartOfTheSizeOfAWindowThatItsContentsDetermine
     EXPECT_EQ(form.height(), toTwips(200 + frame.height()));
 }
 
-TEST_F(FormAdapterTest, TheFormHasTheSizeWithTheFrameThatTheWindowGets) {
+TEST_F(FormAdapterTest, TheDesignedSizeOfAFormIncludesTheFrameOfTheWindow) {
     form.setDesignedSize(4500_twips, 3000_twips);
     form.show();
     QCoreApplication::processEvents();

@@ -130,7 +130,7 @@ TEST_F(FormWindowTest, EscapeDoesNothingWithoutACancelButton) {
     EXPECT_TRUE(form.loaded());
 }
 
-TEST_F(FormWindowTest, AScreenReaderFindsItsWidgetsAndItsOpenedPopupMenus) {
+TEST_F(FormWindowTest, AScreenReaderFindsTheWidgetsAndTheOpenedPopupMenus) {
     MenuItem play{form, "mnuPlayCDp", "Play CD"};
     MenuItem popup{form, "mnupopup", "PopupMenu", {&play}};
     FormWindow window(layout());
@@ -252,7 +252,7 @@ TEST_F(FormWindowTest, ACentredWindowStaysCentredWhenItGrows) {
     EXPECT_NEAR(window.geometry().center().y(), screen.center().y(), 2);
 }
 
-TEST_F(FormWindowTest, WithoutALeastSizeItCanBeSmallerThanItsContents) {
+TEST_F(FormWindowTest, WithoutALeastSizeTheWindowCanBeSmallerThanItsContents) {
     WindowLayout any = layout();
     any.leastSize = LeastSize::none;
     const FormWindow window(any);

@@ -36,7 +36,7 @@ class LabelEditorTest : public testing::Test {
     std::vector<std::string> log;
 };
 
-TEST_F(LabelEditorTest, ReportsItsEndOnlyOnce) {
+TEST_F(LabelEditorTest, ReportsTheEndOfTheEditOnlyOnce) {
     QTest::keyClick(&editor, Qt::Key_Return);
     QTest::keyClick(&editor, Qt::Key_Escape);
     loseFocus(Qt::MouseFocusReason);

@@ -122,7 +122,7 @@ TEST_F(MainWindowFit, WhileIdleAllTextsFit) {
     expectStackedWithoutGaps({"Picture3", "TreeView1", "Picture2", "Picture1"});
 }
 
-TEST_F(MainWindowFit, WithAllBarsShownAndFullAllTextsFit) {
+TEST_F(MainWindowFit, WithAllBarsShownAndTheLongestContentsAllTextsFit) {
     showEverything();
     expectRoomForEach();
     expectWholeTexts();

@@ -56,7 +56,7 @@ TEST_F(MenuViewTest, EntriesShowTheirCaptionsWithMnemonics) {
     EXPECT_EQ(bar->letters(), "fp");
 }
 
-TEST_F(MenuViewTest, TheBarIsNotRequestedFromTheDesktop) {
+TEST_F(MenuViewTest, TheMenuBarIsPartOfTheWindowOnEveryDesktop) {
     EXPECT_TRUE(QApplication::testAttribute(Qt::AA_DontUseNativeMenuBar));
     EXPECT_FALSE(bar->isNativeMenuBar());
 }

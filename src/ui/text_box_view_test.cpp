@@ -106,7 +106,7 @@ TEST_F(TextBoxViewTest, ALockedBoxIgnoresTypingAndShowsTextsSetByCode) {
     EXPECT_EQ(view.text(), "200");
 }
 
-TEST_F(TextBoxViewTest, HasTheFontSizeOfTheControlAndZeroMeansThatOfTheWindow) {
+TEST_F(TextBoxViewTest, UsesTheFontSizeOfTheControlOrForZeroTheFontSizeOfTheWindow) {
     const qreal own = view.font().pointSizeF();
     model.setFontSize(18);
     EXPECT_EQ(view.font().pointSize(), 18);

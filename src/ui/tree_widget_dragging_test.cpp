@@ -140,7 +140,7 @@ TEST_F(TreeDraggingTest, SeveralMovementsOverACollectionOrOverNoNodeAreReportedO
     releaseAt(collection);
 }
 
-TEST_F(TreeDraggingTest, TheFirstNodeOfADragIsReportedEvenIfThePreviousDragEndedThere) {
+TEST_F(TreeDraggingTest, TheFirstNodeOfADragIsReportedEvenIfThePreviousDragEndedOnThatNode) {
     dragOnMove();
     for (int i = 0; i < 2; ++i) {
         pressAt(first);

@@ -29,7 +29,7 @@ TEST_F(TreeWidgetTest, APressBelowAllNodesReportsNoNode) {
     EXPECT_THAT(log, ElementsAre("down left nothing", "up left nothing"));
 }
 
-TEST_F(TreeWidgetTest, AClickWithoutASelectingHandlerSelectsNothing) {
+TEST_F(TreeWidgetTest, AClickSelectsNothingIfNoHandlerSelectsTheNode) {
     pressAt(first);
     releaseAt(first);
     EXPECT_FALSE(widget().selectionModel()->hasSelection());

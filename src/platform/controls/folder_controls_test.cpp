@@ -63,7 +63,7 @@ TEST_F(FolderControlsTest, SettingTheCurrentFolderRunsNoHandler) {
     EXPECT_EQ(folderChanges, 0);
 }
 
-TEST_F(FolderControlsTest, ADriveWithoutAPathMeansTheLastFolderOnThatDrive) {
+TEST_F(FolderControlsTest, SettingThePathToADriveAloneOpensTheLastFolderOnThatDrive) {
     EXPECT_TRUE(folder.setPath("d:").ok());
     EXPECT_EQ(folder.path(), "d:\\");
     EXPECT_TRUE(folder.setPath("d:\\albums").ok());
@@ -73,7 +73,7 @@ TEST_F(FolderControlsTest, ADriveWithoutAPathMeansTheLastFolderOnThatDrive) {
     EXPECT_EQ(folder.path(), "d:\\albums");
 }
 
-TEST_F(FolderControlsTest, ADriveWhoseLastFolderWasRemovedOpensAtItsRoot) {
+TEST_F(FolderControlsTest, SettingThePathToADriveWhoseLastFolderWasRemovedOpensItsRoot) {
     EXPECT_TRUE(folder.setPath("d:\\albums").ok());
     EXPECT_TRUE(folder.setPath("c:\\music").ok());
     disk.removeFolder("d:\\albums");

@@ -45,7 +45,7 @@ TEST_F(FormTest, StartsUnloadedAndHidden) {
     EXPECT_THAT(events, IsEmpty());
 }
 
-TEST_F(FormTest, LoadsOnceAndStaysHidden) {
+TEST_F(FormTest, LoadsOnlyOnceIfLoadIsCalledTwiceAndStaysHidden) {
     form.load();
     form.load();
     EXPECT_TRUE(form.loaded());
@@ -142,7 +142,7 @@ TEST_F(FormTest, ANestedUnloadRunsTheHandlerOnUnloadAgain) {
     EXPECT_THAT(events, ElementsAre("load", "query", "again", "unload"));
 }
 
-TEST_F(FormTest, ShowingDuringTheUnloadDoesNotCancelIt) {
+TEST_F(FormTest, ShowingTheFormDuringItsUnloadDoesNotCancelTheUnload) {
     form.onUnload = [&] {
         form.show();
     };
@@ -160,7 +160,7 @@ TEST_F(FormTest, LoadsAgainAfterAnUnload) {
     EXPECT_THAT(events, ElementsAre("load", "query", "unload", "load"));
 }
 
-TEST_F(FormTest, IsUnloadedWhenItNotifiesThatItIsHidden) {
+TEST_F(FormTest, IsAlreadyUnloadedWhenAnUnloadNotifiesThatTheFormIsHidden) {
     form.show();
     bool loadedWhenNotified = true;
     const Connection connection =
@@ -179,7 +179,7 @@ TEST_F(FormTest, RunsItsResizeHandlerOnlyWhenTheSizeChanges) {
     EXPECT_THAT(events, ElementsAre("resize", "resize"));
 }
 
-TEST_F(FormTest, APopupRequestPassesTheMenuToOpen) {
+TEST_F(FormTest, APopupRequestPassesTheRequestedMenu) {
     MenuItem menu(form, "mnupopup", "popup");
     const MenuItem* requested = nullptr;
     const Connection connection =

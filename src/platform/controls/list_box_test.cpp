@@ -75,7 +75,7 @@ TEST_F(ListBoxTest, KeepsTheTextBeforeTheFirstNul) {
     EXPECT_THAT(linesOf(list), ElementsAre("x", "x", "b", "c", "x"));
 }
 
-TEST_F(ListBoxTest, AddsBeforeALineOrAfterTheLast) {
+TEST_F(ListBoxTest, AddItemInsertsBeforeALineOrAfterTheLastLine) {
     EXPECT_TRUE(list.addItem("first", 0).ok());
     EXPECT_TRUE(list.addItem("last", 4).ok());
     EXPECT_THAT(linesOf(list), ElementsAre("first", "a", "b", "c", "last"));

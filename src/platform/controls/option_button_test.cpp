@@ -52,7 +52,7 @@ TEST_F(OptionButtonTest, CodeMayDeselectTheSelectedButton) {
     EXPECT_FALSE(unmute.selected());
 }
 
-TEST_F(OptionButtonTest, AClickByCodeSelectsNothing) {
+TEST_F(OptionButtonTest, AClickByCodeRunsTheHandlerAndSelectsNothing) {
     mute.click();
     EXPECT_EQ(clicks, 1);
     EXPECT_FALSE(mute.selected());

@@ -47,7 +47,7 @@ TEST_F(TimerTest, TicksAtEveryIntervalWhileItIsOn) {
     EXPECT_EQ(ticks, 10);
 }
 
-TEST_F(TimerTest, EnablingATimerThatIsOnDoesNotDelayIt) {
+TEST_F(TimerTest, EnablingAnEnabledTimerDoesNotRestartItsInterval) {
     timer.setEnabled(true);
     loop.advance(90ms);
     timer.setEnabled(true);

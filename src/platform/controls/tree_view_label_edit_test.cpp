@@ -30,27 +30,27 @@ struct TreeLabelEditTest : test::ObservedTree {
     }
 };
 
-TEST_F(TreeLabelEditTest, RunsTheHandlerThenOpensTheEditorOnTheSelectedNode) {
+TEST_F(TreeLabelEditTest, RunsOnBeforeLabelEditThenOpensTheEditorOnTheSelectedNode) {
     EXPECT_TRUE(tree.startLabelEdit().ok());
     EXPECT_EQ(tree.editedNode(), a);
     EXPECT_THAT(events, ElementsAre("before"));
     EXPECT_THAT(observer.log, ElementsAre("edit a"));
 }
 
-TEST_F(TreeLabelEditTest, ARefusalKeepsTheEditorClosed) {
+TEST_F(TreeLabelEditTest, TheEditorStaysClosedIfOnBeforeLabelEditRefuses) {
     refuseEdit = true;
     EXPECT_TRUE(tree.startLabelEdit().ok());
     EXPECT_EQ(tree.editedNode(), nullptr);
     EXPECT_THAT(observer.log, IsEmpty());
 }
 
-TEST_F(TreeLabelEditTest, FailsWithoutASelectedNodeAndRunsNoHandler) {
+TEST_F(TreeLabelEditTest, StartLabelEditFailsWithoutASelectedNodeAndRunsNoHandler) {
     tree.remove(a).passOver();
     EXPECT_EQ(numberOf(tree.startLabelEdit()), ErrorNumber::objectNotSet);
     EXPECT_THAT(events, IsEmpty());
 }
 
-TEST_F(TreeLabelEditTest, TheNewTextBecomesTheLabelAfterTheHandler) {
+TEST_F(TreeLabelEditTest, TheNewTextBecomesTheLabelAfterOnAfterLabelEditReturns) {
     tree.startLabelEdit().passOver();
     std::string during;
     tree.onAfterLabelEdit = [&](bool&, const std::string&) {
@@ -63,7 +63,7 @@ TEST_F(TreeLabelEditTest, TheNewTextBecomesTheLabelAfterTheHandler) {
     EXPECT_EQ(tree.editedNode(), nullptr);
 }
 
-TEST_F(TreeLabelEditTest, ARefusedLabelIsNotSet) {
+TEST_F(TreeLabelEditTest, ALabelThatOnAfterLabelEditRefusesIsNotSet) {
     refuseLabel = true;
     tree.startLabelEdit().passOver();
     tree.finishLabelEdit("new");
@@ -80,7 +80,7 @@ TEST_F(TreeLabelEditTest, ACancelledEditorRunsNoHandlerAndAFinishWithoutAnEditor
     EXPECT_EQ(a->text(), "a");
 }
 
-TEST_F(TreeLabelEditTest, ANodeSelectedByTheHandlerIsNotEdited) {
+TEST_F(TreeLabelEditTest, ANodeThatOnBeforeLabelEditSelectsIsNotEdited) {
     tree.onBeforeLabelEdit = [this](bool&) {
         tree.setSelectedItem(b).passOver();
     };
@@ -93,7 +93,7 @@ TEST_F(TreeLabelEditTest, ANodeSelectedByTheHandlerIsNotEdited) {
     EXPECT_EQ(tree.editedNode(), nullptr);
 }
 
-TEST_F(TreeLabelEditTest, AnEditorOnAnotherNodeIsClosedAndItsTextDiscarded) {
+TEST_F(TreeLabelEditTest, StartingAnEditClosesTheEditorOnAnotherNodeAndDiscardsItsText) {
     tree.startLabelEdit().passOver();
     tree.setSelectedItem(b).passOver();
     observer.log.clear();
@@ -121,7 +121,7 @@ TEST_F(TreeLabelEditTest, AnEditorStaysOpenWhenAnotherNodeIsRemoved) {
     EXPECT_EQ(tree.editedNode(), a);
 }
 
-TEST_F(TreeLabelEditTest, TheHandlerMayRemoveTheNodeThatWasEdited) {
+TEST_F(TreeLabelEditTest, OnAfterLabelEditMayRemoveTheNodeThatWasEdited) {
     tree.onAfterLabelEdit = [this](bool&, const std::string&) {
         tree.remove(a).passOver();
     };
@@ -131,7 +131,7 @@ TEST_F(TreeLabelEditTest, TheHandlerMayRemoveTheNodeThatWasEdited) {
     EXPECT_TRUE(a->removed());
 }
 
-TEST_F(TreeLabelEditTest, TheHandlerMayOpenTheEditorAgain) {
+TEST_F(TreeLabelEditTest, OnAfterLabelEditMayOpenTheEditorAgain) {
     tree.onAfterLabelEdit = [this](bool& cancel, const std::string&) {
         cancel = true;
         tree.startLabelEdit().passOver();

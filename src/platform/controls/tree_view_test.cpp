@@ -102,7 +102,7 @@ TEST_F(TreeViewTest, ARemovalDecrementsEveryHigherIndex) {
     expectConsistent(tree);
 }
 
-TEST_F(TreeViewTest, ARemovalIncludesTheWholeSubtreeInAnyOrderOfIndices) {
+TEST_F(TreeViewTest, ARemovalIncludesTheWholeSubtreeEvenIfItsIndicesAreNotConsecutive) {
     tree.remove(a).passOver();
     EXPECT_THAT(numbering(tree), ElementsAre("A", "b", "B"));
     expectConsistent(tree);
@@ -113,7 +113,7 @@ TEST_F(TreeViewTest, ARemovalIncludesTheWholeSubtreeInAnyOrderOfIndices) {
     EXPECT_FALSE(b->removed());
 }
 
-TEST_F(TreeViewTest, ARemovalIncludesChildrenOlderThanTheirParent) {
+TEST_F(TreeViewTest, ARemovalIncludesChildrenWithLowerIndicesThanTheirParent) {
     tree.setParent(a, B).passOver();
     tree.remove(B).passOver();
     EXPECT_THAT(numbering(tree), ElementsAre("A", "b"));

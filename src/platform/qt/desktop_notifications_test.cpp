@@ -6,7 +6,7 @@
 namespace sonarith {
 namespace {
 
-TEST(DesktopNotifications, TryToStartTheirThreadWithEachTextUntilItRuns) {
+TEST(DesktopNotifications, TryToStartTheirThreadAtEachTextUntilTheThreadRuns) {
     bool hasThreads = false;
     int starts = 0;
     // The test uses no bus: the starter does not run the function that it receives.

@@ -74,7 +74,7 @@ TEST(RunDialog, ReturnsTheDialogsResult) {
     EXPECT_EQ(runningDialog(), nullptr);
 }
 
-TEST(RunDialog, OtherWindowsReceiveNoClicksAndNoKeysWhileItRuns) {
+TEST(RunDialog, OtherWindowsReceiveNoClicksAndNoKeysWhileTheDialogRuns) {
     OtherWindow other;
     QDialog dialog;
     (void)runAnd(dialog, [&] {
@@ -86,7 +86,7 @@ TEST(RunDialog, OtherWindowsReceiveNoClicksAndNoKeysWhileItRuns) {
     EXPECT_EQ(other.clicks, 1);
 }
 
-TEST(RunDialog, OtherWindowsReceiveNoPointerMovementsWhileItRuns) {
+TEST(RunDialog, OtherWindowsReceiveNoPointerMovementsWhileTheDialogRuns) {
     OtherWindow other;
     QDialog dialog;
     (void)runAnd(dialog, [&] { moveOver(other); });
@@ -95,7 +95,7 @@ TEST(RunDialog, OtherWindowsReceiveNoPointerMovementsWhileItRuns) {
     EXPECT_EQ(other.moves, 1);
 }
 
-TEST(RunDialog, OnlyShortcutsOfTheDialogWorkWhileItRuns) {
+TEST(RunDialog, OnlyShortcutsOfTheDialogWorkWhileTheDialogRuns) {
     OtherWindow other;
     QShortcut theirs(Qt::Key_F10, &other);
     int others = 0;
@@ -139,7 +139,7 @@ TEST(RunDialog, OpenMenusCloseBeforeTheDialogIsShown) {
     EXPECT_FALSE(menu.isVisible());
 }
 
-TEST(RunDialog, AMenuThatOpensWhileItRunsWorksOnlyIfTheDialogOwnsTheMenu) {
+TEST(RunDialog, AMenuThatOpensWhileTheDialogRunsWorksOnlyIfTheDialogOwnsTheMenu) {
     OtherWindow other;
     CountingMenu theirs(&other);
     QDialog dialog;
@@ -233,7 +233,7 @@ TEST(RunDialog, EveryWidgetOfOtherWindowsIsNotifiedThatTheWindowIsBlocked) {
     (void)runAnd(dialog, [&] { EXPECT_EQ(child.blocked, 1); });
 }
 
-TEST(RunDialog, OtherWindowsCanBeClosedWhileItRuns) {
+TEST(RunDialog, OtherWindowsCanBeClosedWhileTheDialogRuns) {
     OtherWindow other;
     QDialog dialog;
     (void)runAnd(dialog, [&] { other.close(); });

@@ -37,7 +37,7 @@ TEST_P(EndRequestsTest, RunTheEndFunctionWithinTheEventLoop) {
     EXPECT_EQ(saves, 0);
 }
 
-TEST_P(EndRequestsTest, DoNotCatchTheSecondSignal) {
+TEST_P(EndRequestsTest, LetTheSameSignalEndTheProcessTheSecondTime) {
     const EndRequests requests(end, save);
     EXPECT_EXIT(
         {
@@ -65,7 +65,7 @@ TEST_F(EndRequestsTest, LeaveAnIgnoredSignalIgnored) {
     std::signal(SIGHUP, SIG_DFL);
 }
 
-TEST_F(EndRequestsTest, RunOnlyTheSaveFunctionWhenTheSessionManagerAsks) {
+TEST_F(EndRequestsTest, RunOnlyTheSaveFunctionWhenTheSessionManagerAsksToSave) {
     const EndRequests requests(end, save);
     // No session manager runs here. The handler of Qt's signal ignores its argument, so the
     // argument need not be a real object.

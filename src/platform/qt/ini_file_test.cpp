@@ -79,7 +79,7 @@ TEST_F(IniFileTest, ContainsExactlyTheWrittenValues) {
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
 
-TEST_F(IniFileTest, KeepsTheModeAndFollowsALink) {
+TEST_F(IniFileTest, AWriteKeepsTheModeAndFollowsASymbolicLink) {
     fs::create_directory(folder / "real");
     std::ofstream(folder / "real/b.ini") << "[S]\na=1\n";
     fs::permissions(folder / "real/b.ini", fs::perms(0640));
@@ -158,7 +158,7 @@ TEST_F(IniFileTest, ContainsOnlyTheNewValuesAfterAWriteThatFollowsAFailedWrite) 
     }
 }
 
-TEST_F(IniFileTest, ContainsTheOldOrTheNewValuesAfterAKillAtAnyCall) {
+TEST_F(IniFileTest, ContainsTheOldOrTheNewValuesAfterAKillAtAnySystemCall) {
     int call = 0;
     for (KillOutcome outcome = KillOutcome::killed; outcome == KillOutcome::killed; ++call) {
         const fakes::TempFolder fresh;

@@ -72,7 +72,7 @@ TEST_F(IniSettingsStoreTest, ReturnsTheFallbackForAnAbsentKeyAndWritesNothing) {
     EXPECT_FALSE(fs::exists(file()));
 }
 
-TEST_F(IniSettingsStoreTest, HasEachValueOnDiskWhenTheCallReturns) {
+TEST_F(IniSettingsStoreTest, StoresEachChangeOnDiskBeforeTheCallReturns) {
     IniSettingsStore store(folder());
     save(store, "Audio format", "1");
     EXPECT_THAT(read(file()), HasSubstr("[Settings]"));
@@ -81,7 +81,7 @@ TEST_F(IniSettingsStoreTest, HasEachValueOnDiskWhenTheCallReturns) {
     EXPECT_EQ(read(file()).find("=1"), std::string::npos);
 }
 
-TEST_F(IniSettingsStoreTest, ReturnsAnyBytesAtTheNextStart) {
+TEST_F(IniSettingsStoreTest, ReturnsValuesOfAnyBytesAtTheNextStart) {
     const std::vector<std::string> values = {"",
                                              " ",
                                              "1",
@@ -160,7 +160,7 @@ TEST_F(IniSettingsStoreTest, RewritesTheFileIfItWasRemovedDuringTheRun) {
     EXPECT_THAT(read(file()), HasSubstr("HDWarning=0"));
 }
 
-TEST_F(IniSettingsStoreTest, ReportsThatItCannotBeWrittenAndThatItCanBeWrittenAgain) {
+TEST_F(IniSettingsStoreTest, ReportsAFailedWriteAndTheFirstSuccessfulWriteAfterIt) {
     const fs::path place = temp_ / "settings";
     std::ofstream(place) << "a file at the path of the folder";
     test::FakeNotices notices;
@@ -212,7 +212,7 @@ TEST_F(IniSettingsStoreTest, RenamesAPipeAtItsPath) {
     EXPECT_TRUE(fs::is_fifo(file(".damaged-1")));
 }
 
-TEST_F(IniSettingsStoreTest, RenamesAFileThatAnotherProgramReplacedDuringTheRun) {
+TEST_F(IniSettingsStoreTest, RenamesAForeignFileThatReplacedTheSettingsDuringTheRun) {
     IniSettingsStore store(folder());
     save(store, "HDWarning", "0");
     write("somebody else's notes, longer than the settings were\n");
@@ -313,13 +313,13 @@ TEST_F(IniSettingsStoreTest, RemovesTheUnfinishedFilesOfAKilledProcess) {
     EXPECT_EQ(test::entriesIn(file().parent_path()), 1);
 }
 
-TEST_F(IniSettingsStoreTest, CreatesItsFolderForItsUserOnly) {
+TEST_F(IniSettingsStoreTest, CreatesAFolderThatOnlyTheUserCanAccess) {
     IniSettingsStore store(folder());
     save(store, "HDWarning", "0");
     EXPECT_EQ(fs::status(file().parent_path()).permissions(), fs::perms::owner_all);
 }
 
-TEST_F(IniSettingsStoreTest, LeavesTheOldOrTheNewFileAfterAKill) {
+TEST_F(IniSettingsStoreTest, AKillDuringAWriteLeavesTheOldOrTheNewFile) {
     const auto filler = [](int value) {
         return std::string(20000, static_cast<char>('a' + value % 26));
     };

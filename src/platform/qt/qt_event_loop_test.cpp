@@ -139,7 +139,7 @@ TEST_F(QtEventLoopTest, AnOuterWaitWhoseConditionIsFalseLetsTheInnerWaitSleep) {
     EXPECT_LT(asked, 20);
 }
 
-TEST_F(QtEventLoopTest, AWaitWhoseConditionIsFalseLetsTheDialogWithinItSleep) {
+TEST_F(QtEventLoopTest, AWaitWhoseConditionIsFalseLetsADialogOpenedDuringTheWaitSleep) {
     bool waiting = true;
     int asked = 0;
     post(context, [&] {
@@ -236,7 +236,7 @@ struct CallGroups {
     [[nodiscard]] bool isBatching() const { return !sizes.empty() && sizes.back() == 5; }
 };
 
-TEST_F(QtEventLoopTest, CallsForSoundComeInBatchesWhileTheMachineIsSilent) {
+TEST_F(QtEventLoopTest, EveryInSoundCallsInBatchesWhileTheMachineIsSilent) {
     CallGroups groups(loop);
     const auto wakeup = groups.start();
     loop.waitWhile([&] { return !groups.isBatching(); });
@@ -257,7 +257,7 @@ TEST_F(QtEventLoopTest, ABatchIsEndedByTheHandlerInWhichSoundBegins) {
                 testing::Each(1));
 }
 
-TEST_F(QtEventLoopTest, CallsForSoundAreInTimeIfNothingTellsWhetherThereIsSound) {
+TEST_F(QtEventLoopTest, EveryInSoundCallsInTimeIfNoSilenceFunctionIsSet) {
     CallGroups groups(loop);
     loop.setSilence(nullptr);
     const auto wakeup = groups.start();
@@ -266,7 +266,7 @@ TEST_F(QtEventLoopTest, CallsForSoundAreInTimeIfNothingTellsWhetherThereIsSound)
     EXPECT_THAT(std::vector<int>(groups.sizes.begin(), groups.sizes.end() - 1), testing::Each(1));
 }
 
-TEST_F(QtEventLoopTest, ADestroyedWakeupForSoundAsksNoMore) {
+TEST_F(QtEventLoopTest, ADestroyedWakeupOfEveryInSoundRunsNoHandler) {
     CallGroups groups(loop);
     auto wakeup = groups.start();
     loop.waitWhile([&] { return !groups.isBatching(); });

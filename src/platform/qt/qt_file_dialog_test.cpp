@@ -84,7 +84,7 @@ class QtFileDialogTest : public testing::Test {
                               .fileName = "L:" + machine("one.wav")};
 };
 
-TEST_F(QtFileDialogTest, ShowsTheRequest) {
+TEST_F(QtFileDialogTest, ShowsTheTitleTheFilterAndTheFileOfTheRequest) {
     onDialog([&](QFileDialog& shown) {
         EXPECT_EQ(shown.windowTitle(), "Select WAV or MP3 file");
         EXPECT_EQ(shown.nameFilters(), QStringList{"WAV, MP3 (*.wav *.mp3)"});
@@ -101,7 +101,7 @@ TEST_F(QtFileDialogTest, ReturnsTheChosenFileInTheLogicsForm) {
     EXPECT_EQ(chosen.value(), "L:" + machine("TWO.WAV"));
 }
 
-TEST_F(QtFileDialogTest, TheReturnKeyAcceptsThePreviouslyChosenFile) {
+TEST_F(QtFileDialogTest, TheReturnKeyAcceptsTheFileOfTheRequest) {
     onDialog([&](QFileDialog& shown) {
         auto* line = shown.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
         ASSERT_NE(line, nullptr);
@@ -175,7 +175,7 @@ TEST_F(QtFileDialogTest, CancelEscapeAndCloseReturnError32755) {
     }
 }
 
-TEST_F(QtFileDialogTest, AFileWithoutAPathInTheLogicsFormIsABadName) {
+TEST_F(QtFileDialogTest, ReturnsBadFileNameForAFileWithoutAPathInTheLogicsForm) {
     QtFileDialog lost([](const std::string&) { return std::string(); },
                       [](const std::string&) { return std::string(); });
     onDialog([&](QFileDialog& shown) {

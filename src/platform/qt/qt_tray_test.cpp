@@ -224,7 +224,7 @@ TEST_F(QtTrayTest, TheProgramDrawsTheMenuIfThePanelOnTheBusDrawsNone) {
     menu->close();
 }
 
-TEST_F(QtTrayTest, ClicksOnTheIconThatRequestNoMenuDoNothing) {
+TEST_F(QtTrayTest, ClicksThatRequestNoMenuDoNothing) {
     embedding = true;
     EXPECT_TRUE(tray.add({1, &form, "one"}));
     bool clicked = false;
@@ -270,7 +270,7 @@ TEST_F(QtTrayTest, NotifiesOfPanelsThatAppearAndDisappear) {
     EXPECT_EQ(tray.findChildren<QSystemTrayIcon*>().size(), 1);
 }
 
-TEST_F(QtTrayTest, AnIconOnTheBusIsNotShownInAnEmbeddingPanelLater) {
+TEST_F(QtTrayTest, OnceAnIconIsOnTheBusAnEmbeddingPanelDoesNotCountAsAHost) {
     test::NotifierWatcher watcher(bus);
     watcher.setHost(true);
     EXPECT_TRUE(tray.add({1, &form, "one"}));
@@ -280,7 +280,7 @@ TEST_F(QtTrayTest, AnIconOnTheBusIsNotShownInAnEmbeddingPanelLater) {
     EXPECT_TRUE(hostBecomes(false));
 }
 
-TEST_F(QtTrayTest, AnEmbeddedIconIsNotShownInAPanelOnTheBusLater) {
+TEST_F(QtTrayTest, OnceAnIconIsEmbeddedAPanelOnTheBusDoesNotCountAsAHost) {
     embedding = true;
     EXPECT_TRUE(tray.add({1, &form, "one"}));
     EXPECT_THAT(hosts, ElementsAre(true));

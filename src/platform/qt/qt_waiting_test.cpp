@@ -152,7 +152,7 @@ TEST_F(QtWaitingTest, EndsWhenTheWorkCompletes) {
     worker.join();
 }
 
-TEST_F(QtWaitingTest, ReturnsLateWhenTheBoundHasPassed) {
+TEST_F(QtWaitingTest, TheOutcomeIsLateWhenTheBoundHasPassed) {
     const auto begin = loop.now();
     EXPECT_EQ(waitAnd([] {}, 120ms), Outcome::late);
     EXPECT_GE(loop.now() - begin, 119ms); // now() is truncated to whole milliseconds
@@ -201,7 +201,7 @@ TEST_F(QtWaitingTest, HoldsWheelEventsAndDeliversThemWhenTheLoopContinues) {
     EXPECT_THAT(log, ElementsAre("wheel"));
 }
 
-TEST_F(QtWaitingTest, ATouchIsNotAcceptedAndItsClickIsHeld) {
+TEST_F(QtWaitingTest, ATouchIsNotAcceptedAndItsClickIsNotDeliveredDuringAWait) {
     NotingWindow window(log);
     std::unique_ptr<QPointingDevice> screen(QTest::createTouchDevice());
     (void)waitAnd([&] {
@@ -218,7 +218,7 @@ TEST_F(QtWaitingTest, ATouchIsNotAcceptedAndItsClickIsHeld) {
     EXPECT_THAT(log, IsEmpty());
 }
 
-TEST_F(QtWaitingTest, ManyMovesOfTheMouseAreHeldAsOne) {
+TEST_F(QtWaitingTest, ManyMouseMovementsDuringAWaitAreDeliveredAsOne) {
     NotingWindow window(log);
     window.setMouseTracking(true);
     class Moves : public QObject {

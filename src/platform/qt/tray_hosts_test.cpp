@@ -70,7 +70,7 @@ TEST_F(TrayHostsTest, AWatcherWithoutAHostCountsAsNoHost) {
     EXPECT_TRUE(changesTo(false));
 }
 
-TEST_F(TrayHostsTest, AHostMayAppearLaterDisappearAndReappear) {
+TEST_F(TrayHostsTest, DetectsThatAHostAppearsDisappearsAndReappears) {
     hosts.watchBus();
     QTest::qWait(quietMilliseconds);
     EXPECT_FALSE(hosts.statusNotifier());
@@ -83,7 +83,7 @@ TEST_F(TrayHostsTest, AHostMayAppearLaterDisappearAndReappear) {
     EXPECT_TRUE(changesTo(true));
 }
 
-TEST_F(TrayHostsTest, TheHostIsStillPresentWhenOneOfSeveralHostsDisappears) {
+TEST_F(TrayHostsTest, AHostIsStillPresentAfterOneOfSeveralHostsDisappears) {
     NotifierWatcher watcher(bus);
     watcher.setHost(true);
     hosts.watchBus();
@@ -138,7 +138,7 @@ TEST_F(TrayHostsTest, AWatcherThatHangsCountsAsNoHostUntilItReplies) {
     EXPECT_TRUE(changesTo(true));
 }
 
-TEST_F(TrayHostsTest, LosingTheBusConnectionRemovesTheHost) {
+TEST_F(TrayHostsTest, NoHostIsPresentAfterTheBusConnectionIsLost) {
     NotifierWatcher watcher(bus);
     watcher.setHost(true);
     hosts.watchBus();

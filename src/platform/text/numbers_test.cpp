@@ -58,7 +58,7 @@ TEST(ToDouble, RequiresTheWholeTextToBeANumber) {
     }
 }
 
-TEST(ToDouble, OverflowsForTooLargeNumbersAndIsZeroForTooSmallOnes) {
+TEST(ToDouble, OverflowsForTooLargeNumbersAndReturnsZeroForNumbersTooCloseToZero) {
     EXPECT_EQ(toDouble("1e999").error().number, ErrorNumber::overflow);
     EXPECT_EQ(toDouble("-1e999").error().number, ErrorNumber::overflow);
     EXPECT_EQ(toDouble("1e-999").value(), 0);
@@ -110,7 +110,7 @@ TEST(RoundedToInteger16, RoundsHalvesToTheEvenNumber) {
     EXPECT_EQ(roundedToInteger16(-32769.0).error().number, ErrorNumber::overflow);
 }
 
-TEST(RoundedToInteger16, OverflowsForADivisionByZero) {
+TEST(RoundedToInteger16, OverflowsForInfinityAndNaN) {
     EXPECT_EQ(roundedToInteger16(std::numeric_limits<double>::infinity()).error().number,
               ErrorNumber::overflow);
     EXPECT_EQ(roundedToInteger16(std::numeric_limits<double>::quiet_NaN()).error().number,

@@ -49,7 +49,7 @@ TEST(Windows1252, WritesAQuestionMarkForEachUnknownCharacter) {
     EXPECT_EQ(windows1252Of("a\xe0\xa5\x98z"), "a?z");
 }
 
-TEST(Windows1252, ComposesALetterAndItsAccentsIfTheyFollowDirectly) {
+TEST(Windows1252, ComposesALetterAndTheAccentsDirectlyAfterIt) {
     EXPECT_EQ(windows1252Of("caf"
                             "e\xcc\x81 Zu\xcc\x88rich S\xcc\x8c A\xcc\x8a"),
               "caf\xe9 Z\xfcrich \x8a \xc5");
