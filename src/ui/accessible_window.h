@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Represents the window of a form in the accessibility tree. Its children are its widgets and also
-// its popup menus, because Qt omits popup menus that belong to no menu bar. Each widget provides
-// its own name and role.
+// Represents the window of a form in the accessibility tree. The children of the window are its
+// widgets and its popup menus; Qt's own representation of a window omits popup menus that belong to
+// no menu bar. Each widget provides its own name and role.
 #pragma once
 
 #include <QAccessibleInterface>

@@ -25,9 +25,10 @@ template <typename... Properties>
 /// position of the control (`byControl`).
 enum class Placement { elsewhere, byControl };
 
-/// Which changes are shown at a limited pace: no more often than ten times (captions) or twenty
-/// times (positions) a second. So a caption that changes a thousand times a second is laid out,
-/// painted and sent to screen readers ten times a second. All other changes are shown at once.
+/// Which changes are shown at a limited pace: changes of captions at most ten times a second, of
+/// positions at most twenty times a second. For example, a caption that changes a thousand times a
+/// second is laid out, painted and sent to screen readers only ten times a second. All other
+/// changes are shown at once.
 enum class Pace { atOnce, captions, positions };
 
 /// Updates a widget when its control changes. This object must be destroyed before the widget; a

@@ -244,8 +244,8 @@ void DevicesWindow::chooseDrive(const std::string& drive) {
     }
     refused_ = false;
     devices_.setDrive(drive);
-    // A refresh yields. A choice that is made during a refresh is refreshed after it, not inside
-    // it.
+    // A refresh yields. After a choice that is made during a refresh, the next refresh starts when
+    // the running one has ended, not inside it.
     refreshAgain_ = refreshing_;
     if (refreshing_) {
         return;

@@ -22,7 +22,7 @@ namespace sonarith {
 /// The functions of the program that the window calls, except for those of the devices
 /// (DeviceChoice).
 struct DevicesWindowCalls {
-    /// Whether an action is using the drive, which cannot be changed until the action ends.
+    /// Whether an action is using the drive. Until the action ends, no other drive can be chosen.
     std::function<bool()> driveInUse;
     /// Runs the program's "Refresh List" command. May yield.
     std::function<void()> refreshList;
@@ -67,8 +67,8 @@ class DevicesWindow : public QDialog {
     QComboBox* output_;
     QComboBox* source_;
     QPlainTextEdit* report_;
-    /// Updates the report while the window is open, because a disc may be read again in that time
-    /// and damage may be found.
+    /// Updates the report while the window is open: during that time, a disc may be read and damage
+    /// may be found.
     QTimer reportTimer_;
     /// Time since a drive was last chosen from the list.
     QElapsedTimer sinceChoice_;

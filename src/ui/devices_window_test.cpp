@@ -95,7 +95,8 @@ TEST_F(DevicesWindowTest, ListsTheEntryFirstDriveFoundAndAllDrives) {
     EXPECT_THAT(log, IsEmpty()) << "opening the window has chosen a drive";
 }
 
-// The accessible name of such a box is its entry, so its label must say what is chosen.
+// The accessible name of a drop-down list is its selected entry, so a label must say which device
+// the user chooses there.
 TEST_F(DevicesWindowTest, EachBoxHasALabelForScreenReaders) {
     window.open();
     const QList<QComboBox*> boxes = window.findChildren<QComboBox*>();

@@ -143,14 +143,14 @@ void FormAdapter::followSize() {
     agreedHeight_ = form_.height();
 }
 
-/// Null until the size of the frame is known.
+/// 0 by 0 until the size of the frame is known.
 QSize FormAdapter::frameSize() const {
     const QSize added = window_.frameGeometry().size() - window_.size();
     return added.isNull() ? expectedFrame_ : added;
 }
 
-/// The frame is part of the size that the logic sets and reads. Its size is certain only after the
-/// window is on the screen.
+/// The sizes that the logic sets and reads include the frame. The size of the frame is certain only
+/// after the window is on the screen.
 void FormAdapter::takeFrame() {
     const QSize frame = window_.frameGeometry().size() - window_.size();
     if (frame.isNull() || window_.isMinimized()) {
@@ -160,7 +160,8 @@ void FormAdapter::takeFrame() {
         frameIsPending_ = false;
         window_.resize(window_.size() - frame);
     }
-    // The set size may have been too small for the window's contents, or set for another frame.
+    // The form's size may differ from the window's: the form's size was too small for the contents,
+    // or the window was resized when another frame was expected.
     followSize();
 }
 

@@ -21,8 +21,9 @@ class FormAdapter : public QObject {
     FormAdapter(Form& form, QWidget& window, QWidget& client,
                 std::function<void()> beforeResize = {});
 
-    /// Makes the window's present size, with the frame that it will have, the form's designed size.
-    /// Called for a window whose contents determine its size. May wait for the window manager.
+    /// Sets the form's designed size to the window's present size plus the frame that the window
+    /// will have. Called for a window whose contents determine its size. May wait for the window
+    /// manager.
     void designSize();
 
   protected:
@@ -50,7 +51,7 @@ class FormAdapter : public QObject {
     /// or the user has put it.
     Twips syncedLeft_;
     Twips syncedTop_;
-    /// The same for the size, including the window's frame.
+    /// The last size, including the window's frame, that was the same in the window and the form.
     Twips agreedWidth_;
     Twips agreedHeight_;
     /// The form is being updated after a change by the desktop: the window must not be changed.

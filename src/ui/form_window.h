@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Defines FormWindow, the top-level window of a form, and WindowLayout, its description. The layout
-// creates the contents of the window; the form contains its behaviour. The main window has a class
-// of its own (main_window_view.h). lazy_window.h creates each window when it is first shown.
+// creates the contents of the window; the form contains the window's behaviour. The main window
+// has a class of its own (main_window_view.h). lazy_window.h creates each window when it is first
+// shown.
 //
 // A window is laid out in a file ui/<name>_layout.cpp, by one function that returns its
 // WindowLayout:
@@ -25,9 +26,10 @@
 // In main.cpp: `const LazyWindow finder(finderLayout(windows.frmsearch), help);`
 // In its test: `FormWindow window(finderLayout(form)); form.show();`
 //
-// The name of a view for screen readers is the control's caption, the control's tool tip, or the
-// label that the layout passes. A drop-down list (ComboBoxView, DriveListView) also needs a fixed
-// text beside it: screen readers read that text as its label.
+// The name of a view for screen readers is the first of these texts that is not empty: the
+// control's caption, the control's tool tip, the label that the layout passes. A drop-down list
+// (ComboBoxView, DriveListView) also needs a fixed text beside it: screen readers read that text as
+// its label.
 //
 // The tab order is the order in which the widgets are created. The widget of a control has the
 // control's name: `window.findChild<QWidget*>("lstfiles")`. A frame (FrameView), a page
@@ -84,8 +86,8 @@ class FormWindow : public QWidget {
 
     /// The part of the window below the menu bar.
     [[nodiscard]] QWidget& client() { return *client_; }
-    /// Creates a button with a mnemonic letter that neither the menu bar nor an earlier button of
-    /// this function uses.
+    /// Creates a button with a mnemonic letter that is not used by the menu bar or by a button that
+    /// this function has created before.
     [[nodiscard]] TextButtonView* makeButton(CommandButton& model, QWidget* parent);
 
   protected:

@@ -73,7 +73,7 @@ TEST_F(FormWindowTest, HasTheDesignedSizeTheCaptionAndAnIconWhenItsFormIsShown) 
     EXPECT_EQ(window.frameGeometry().size(), QSize(300, 200));
     EXPECT_FALSE(window.windowIcon().isNull());
     EXPECT_EQ(window.windowFlags() & Qt::WindowType_Mask, Qt::Window)
-        << "other types may be missing in the window list";
+        << "a window of this type may be missing in the desktop's list of windows";
     EXPECT_NE(window.findChild<QWidget*>("Text1"), nullptr);
 }
 

@@ -11,8 +11,8 @@ namespace {
 
 /// A delay that the user does not notice.
 constexpr std::chrono::milliseconds shortWait{30};
-/// Short enough to show the user that a search is running. Each painting of the list takes some
-/// milliseconds; with this interval, painting takes less than a tenth of the time of a search.
+/// This interval is short enough to show the user that a search is running. Each painting of the
+/// list takes some milliseconds, so painting takes less than a tenth of the time of a search.
 constexpr std::chrono::milliseconds longWait{100};
 
 } // namespace

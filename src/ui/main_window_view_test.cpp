@@ -235,7 +235,7 @@ TEST_F(MainWindowViewTest, StartHasAMnemonicThatNoMenuUses) {
         ++starts;
     };
     QTest::keyClick(&view, Qt::Key_S, Qt::AltModifier);
-    // The button shows that it is pressed before it clicks.
+    // The button is shown as pressed for a moment, and then clicks its control.
     EXPECT_TRUE(QTest::qWaitFor([&] { return starts == 1; }));
     EXPECT_EQ(widget("CmdSelectAction").accessibleName(), "Start ");
 }

@@ -21,9 +21,10 @@ QStringList captionsOf(const std::vector<MenuItem*>& items) {
     return captions;
 }
 
-/// Puts the menu bars of the program inside their windows on every desktop: they are part of the
-/// narrow window's layout. This is set before a bar is created, since its constructor would ask the
-/// session bus whether the desktop shows menu bars, and wait for the answer.
+/// Puts the menu bars of the program inside their windows on every desktop, because a menu bar is
+/// part of the layout of its window. The attribute is set before a bar is created. Otherwise the
+/// constructor of the bar would ask the session bus whether the desktop shows menu bars, and would
+/// wait for the reply.
 QWidget* withBarsInside(QWidget* window) {
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeMenuBar);
     return window;

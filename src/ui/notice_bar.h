@@ -17,8 +17,8 @@ class NoticeBar : public QWidget {
     /// Hidden until there is a notice.
     explicit NoticeBar(QWidget* parent);
 
-    /// Shows a notice in place of the previous one. If it is not the first notice since the bar was
-    /// dismissed, their number precedes it. Screen readers announce the notice.
+    /// Shows a notice in place of the previous one. If several notices were shown since the bar
+    /// was last dismissed, their number precedes the text. Screen readers announce the notice.
     void show(const QString& text);
     /// Hides the bar.
     void dismiss();

@@ -25,9 +25,9 @@ OptionButtonView::OptionButtonView(OptionButton& button, const QString& label, Q
                   setChecked(button_.selected());
               }
           }) {
-    // The models make the buttons of a group exclude each other, so Qt must not do so. The button
-    // is put into a button group of its own that is not exclusive; screen readers still treat it as
-    // a radio button.
+    // The models make the buttons of a group exclude each other, so Qt's own exclusion must be off.
+    // The button is put into a button group of its own that is not exclusive; screen readers still
+    // treat the button as a radio button.
     auto* alone = new QButtonGroup(this);
     alone->setExclusive(false);
     alone->addButton(this);

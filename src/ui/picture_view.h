@@ -13,7 +13,7 @@
 
 namespace sonarith {
 
-/// A bar with a thin line along one edge, `line`. For the bars of the main window, that is the edge
+/// A bar with a thin line along the edge `line`. In the main window, this is the edge of the bar
 /// next to the work tree.
 class BarView : public QWidget {
   public:

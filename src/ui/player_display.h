@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The surfaces of the player's panel, which show picture boxes that contain other controls. The
-// user can drag the panel by a surface. A PlayerDisplay is dark with light text on every desktop.
+// Defines the surfaces of the player's panel. A surface shows a picture box that contains other
+// controls, and the user can drag the panel by it. A PlayerDisplay is dark with light text on every
+// desktop.
 #pragma once
 
 #include <QColor>

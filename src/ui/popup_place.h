@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Stores the position of a menu that is requested while a press or a key is handled: the position
-// of the press, or of the item at which the key is directed. popup_menus.h opens the menu.
+// Stores the position at which a menu opens that is requested while a press or a key is handled:
+// the position of the press, or of the item to which the key applies. popup_menus.h opens the menu.
 #pragma once
 
 #include <optional>

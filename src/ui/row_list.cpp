@@ -246,7 +246,7 @@ void RowList::rowsInserted(const QModelIndex& parent, int first, int last) {
 
 void RowList::rowsAboutToBeRemoved(const QModelIndex& parent, int first, int last) {
     QAbstractItemView::rowsAboutToBeRemoved(parent, first, last);
-    // The first visible row is stored now, because the removal of rows may scroll the list.
+    // The first visible row is stored before the removal, because the removal may scroll the list.
     firstBeforeRemoval_ = firstRow();
 }
 
@@ -271,7 +271,8 @@ void RowList::dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomR
     QAbstractItemView::dataChanged(topLeft, bottomRight, roles);
 }
 
-// Selection. QListView would report it to screen readers by the positions of its own layout.
+// Selection. QListView would report the selection to screen readers with the row positions of its
+// own layout.
 
 void RowList::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
     if (QAccessible::isActive() && current.isValid() && hasFocus()) {

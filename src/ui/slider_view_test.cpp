@@ -36,7 +36,8 @@ class SliderViewTest : public testing::Test {
 
 TEST_F(SliderViewTest, AMoveByCodeIsShownAndRunsNoHandler) {
     model.setValue(32768).passOver();
-    // The widget's own value is the distance from its lower end, and so the loudness.
+    // The widget's own value is the distance of the handle from the lower end, which is the
+    // loudness.
     EXPECT_EQ(view.value(), 32767);
     EXPECT_EQ(view.maximum(), 65535);
     EXPECT_EQ(moves, 0);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows the lines of a PictureBox. They are painted from the model and so are sharp at every scale;
-// a new line repaints only its own rectangle.
+// Shows the lines of a PictureBox. The lines are painted from the model, so they are sharp at every
+// scale. A new line repaints only its own rectangle.
 #pragma once
 
 #include <QColor>

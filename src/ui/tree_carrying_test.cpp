@@ -15,7 +15,7 @@ using testing::UnorderedElementsAreArray;
 
 const std::string t1 = "Track  1 - 00:03:05";
 const std::string t2 = "Track  2 - 00:04:00";
-/// Stands for the empty area below the last row, which is a drop target, too.
+/// Represents the empty area below the last row. A node can also be dropped on this area.
 const std::string noRow;
 
 struct TreeCarryingTest : test::TreeEditingWorld {
@@ -45,8 +45,8 @@ struct TreeCarryingTest : test::TreeEditingWorld {
             movePointer(pointOf(place) + QPoint(i, 0));
         }
     }
-    /// Drags the node with this text over all rows between its row and `target`, and releases it
-    /// there.
+    /// Drags the node with this text over all rows between its own row and the row `target`, and
+    /// releases it over `target`.
     void carry(const std::string& text, const std::string& target, int movementsPerRow) {
         const std::vector<std::string> way = places();
         auto at = std::find(way.begin(), way.end(), text);

@@ -20,16 +20,17 @@ namespace sonarith {
 class DirListBox : public Control {
   public:
     /// `directories` and `files` must outlive this object. Each load sets the path to the program's
-    /// folder. The path is not set to the current folder: that is the root of a drive after a
-    /// destination folder could not be created, and a search that starts at a root reads the whole
-    /// drive.
+    /// folder and not to the process's current folder. After a destination folder could not be
+    /// created, the current folder is the root of a drive, and a search that starts at a root reads
+    /// the whole drive.
     DirListBox(Form& owner, std::string name, Directories& directories, const FileSystem& files)
         : Control(owner, std::move(name)), directories_(directories), files_(files) {}
 
     /// The path has no backslash at its end, except for the root of a drive.
     [[nodiscard]] const std::string& path() const { return path_; }
-    /// Error: pathNotFound, which leaves the path unchanged. A drive alone ("d:") means the folder
-    /// that was last current on that drive, or else the root of the drive.
+    /// Error: pathNotFound, which leaves the path unchanged. A drive alone ("d:") means the last
+    /// path of this control on that drive, or the root of the drive if there is no such path or its
+    /// folder was removed.
     Status setPath(const std::string& path);
     /// Names of the subfolders of the current folder, in no particular order. Empty for a folder
     /// that cannot be read. Does not yield.

@@ -44,8 +44,8 @@ class ListBox : public Control {
     Status removeItem(int index);
     void clear();
 
-    /// The current line, -1 for none. The index is adjusted when lines before it are inserted or
-    /// removed, and becomes -1 when the current line is removed.
+    /// The index of the current line, -1 for none. The same line stays current when lines before it
+    /// are inserted or removed; no line is current after the current line was removed.
     [[nodiscard]] int listIndex() const { return listIndex_; }
     /// -1 to listCount() - 1. Error: invalidPropertyValue, with no change, outside that range.
     Status setListIndex(int index);

@@ -40,7 +40,8 @@ class OptionButton : public ControlWith<OptionButtonState> {
     [[nodiscard]] const OptionGroup& group() const { return group_; }
 
     [[nodiscard]] bool selected() const { return state_.selected; }
-    /// Selecting this button deselects the others of its group. Code may leave none selected.
+    /// Selecting this button deselects the others of its group. Code may deselect all buttons
+    /// of the group.
     void setSelected(bool selected) {
         if (selected) {
             for (OptionButton* other : group_.buttons_) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A picture, or a bar that contains other controls. Drawn lines stay until they are cleared. The
-// view chooses the colours.
+// The model of a picture box: a picture, or a bar that contains other controls. Drawn lines stay
+// until they are cleared. The view chooses the colours.
 #pragma once
 
 #include <cstddef>

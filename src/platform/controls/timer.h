@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A timer of a form. While the timer is enabled, it repeatedly runs its handler; such a run is a
-// tick. It does not fire while a tick runs, with one exception: after a tick has disabled and
-// enabled the timer, the timer also fires while that tick waits. So later ticks can monitor a job
-// that runs inside that tick.
+// tick. The timer does not fire while a tick runs, with one exception: after a tick has disabled
+// and enabled the timer, the timer also fires while that tick yields. So later ticks can monitor a
+// job that runs inside the first tick.
 #pragma once
 
 #include <memory>

@@ -116,7 +116,7 @@ TEST_F(TimerTest, FiresDuringATickThatHasRestartedTheTimer) {
     EXPECT_EQ(ticks, 3);
 }
 
-/// Makes the calls of everyInSound() twice as far apart.
+/// Doubles the interval of everyInSound(), as an event loop may do while the machine is silent.
 class SlowInSilence final : public test::ForwardingEventLoop {
   public:
     using ForwardingEventLoop::ForwardingEventLoop;

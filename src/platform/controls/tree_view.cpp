@@ -63,7 +63,7 @@ Status TreeView::remove(int index) {
 }
 
 Status TreeView::remove(const NodeRef& node) {
-    // A copy: the caller's reference may be to a member that this removal clears.
+    // A copy, because the caller may have passed a member that this removal clears.
     const NodeRef leaving = node; // NOLINT(performance-unnecessary-copy-initialization)
     if (Status status = usable(leaving); !status.ok()) {
         return status;
@@ -140,7 +140,7 @@ void TreeView::renumberFrom(int index) {
 }
 
 Status TreeView::setParent(const NodeRef& child, const NodeRef& newParent) {
-    // Copies: the caller's references may be to elements of the lists that change here.
+    // Copies, because the caller may have passed elements of the lists that change here.
     const NodeRef node = child;       // NOLINT(performance-unnecessary-copy-initialization)
     const NodeRef parent = newParent; // NOLINT(performance-unnecessary-copy-initialization)
     for (const NodeRef& involved : {node, parent}) {

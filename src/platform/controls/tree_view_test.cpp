@@ -247,7 +247,8 @@ TEST_F(TreeViewTest, TheDropHighlightIsClearedOnRequestAndWhenItsNodeIsRemoved) 
     tree.remove(a).passOver();
     EXPECT_EQ(tree.dropHighlight(), nullptr);
     tree.setSelectedItem(b).passOver();
-    // The handler of a mouse release selects the highlighted node even if there is none.
+    // The handler of a mouse release passes dropHighlight() to setSelectedItem() even if no node
+    // is highlighted.
     EXPECT_EQ(numberOf(tree.setSelectedItem(tree.dropHighlight())), ErrorNumber::objectNotSet);
     EXPECT_EQ(tree.selectedItem(), b);
 }
@@ -282,8 +283,8 @@ TEST_F(ObservedTree, NotifiesOfEachChangeOnce) {
     EXPECT_THAT(observer.log, ElementsAre("selection", "highlight", "text x", "reveal b", "drag"));
 }
 
-/// Does not measure the time. Quadratic work on this many nodes would take minutes and so exceed
-/// the time limit that applies to every test.
+/// Does not measure the time: with quadratic work on this many nodes, the test would take minutes
+/// and exceed the time limit of every test.
 TEST(LargeTree, ASubtreeOfAHundredThousandNodesIsBuiltMovedAndRemoved) {
     constexpr int nodes = 100'000;
     Form form("Form1");

@@ -9,7 +9,7 @@ namespace {
 TEST(DesktopNotifications, TryToStartTheirThreadAtEachTextUntilTheThreadRuns) {
     bool hasThreads = false;
     int starts = 0;
-    // The test uses no bus: the starter does not run the function that it receives.
+    // The starter does not run the function that it receives, so nothing is sent to a bus.
     DesktopNotifications notifications(
         QStringLiteral("Sonarith"), [&](const std::function<void()>&) -> Result<std::thread> {
             ++starts;

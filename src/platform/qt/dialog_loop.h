@@ -14,7 +14,7 @@ namespace sonarith {
 /// the program ends, the function does not return.
 [[nodiscard]] int runDialog(QDialog& dialog);
 
-/// The dialog that is running; the one opened last if there are several; null if there is none.
+/// The running dialog that was opened last; null if no dialog is running.
 [[nodiscard]] QDialog* runningDialog();
 
 /// The parent for a new dialog. A dialog stays above its parent and is hidden or minimized together

@@ -9,10 +9,12 @@
 namespace sonarith {
 namespace {
 
-/// Meanwhile the program loads the window system's libraries; reading beside that slows both down,
-/// since both change the memory map that the threads share. Afterwards the program mostly waits for
-/// replies of the window system. Of the values from 0 to 6 ms, 1.5 and 2 ms gave the shortest
-/// start, 8 % shorter than 0 (measured); from 0.5 to 4 ms it was shorter, from 5 ms longer.
+/// The time that the thread waits before it reads. During this time the main thread loads the
+/// libraries of the window system. If the configuration were read at the same time, both would be
+/// slower, because both change the memory map, which the threads share. After the libraries have
+/// loaded, the main thread mostly waits for replies of the window system. Measured from 0 to 6 ms:
+/// with 1.5 and 2 ms the start is shortest, 8 % shorter than with 0 ms. With 0.5 to 4 ms the start
+/// is shorter than with 0 ms, from 5 ms on it is longer.
 constexpr std::chrono::milliseconds whileLibrariesLoad{2};
 
 } // namespace

@@ -11,9 +11,9 @@ namespace sonarith {
 
 /// The constructor starts a thread, which reads the configuration 2 ms later; the destructor waits
 /// for the end of the thread. The configuration is stored in the font library, once per process.
-/// Without this class, Qt reads the configuration when it first measures a text. This reading is
-/// half of the CPU instructions that are executed while the main window is created. Time is saved
-/// only if a core is free.
+/// Without this class, Qt reads the configuration when it first measures a text. Half of the CPU
+/// instructions that are executed while the main window is created belong to this reading. The
+/// class saves time only if another core is free.
 class EarlyFonts {
   public:
     explicit EarlyFonts(const ThreadStarter& starter = startThread);

@@ -18,9 +18,9 @@ namespace sonarith {
 class EndRequests {
   public:
     /// `end` runs within the event loop after SIGTERM, SIGINT or SIGHUP. A signal that is ignored,
-    /// such as SIGHUP under nohup, stays ignored. Each signal is caught once: the same signal a
-    /// second time ends the process. `save` runs when the desktop's session manager asks all
-    /// programs to save; the session may continue after that.
+    /// such as SIGHUP under nohup, stays ignored. Each signal is caught once: if the same signal
+    /// arrives a second time, it ends the process. `save` runs when the desktop's session manager
+    /// asks all programs to save; the session may continue after that.
     EndRequests(std::function<void()> end, std::function<void()> save);
     ~EndRequests();
     EndRequests(const EndRequests&) = delete;

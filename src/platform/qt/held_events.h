@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Holds back the window system's events while the program waits for something that may hang, and
-// delivers them afterwards in their order. Windows are still painted. qt_waiting.h decides how long
-// the events are held.
+// delivers them after the wait in the order in which they arrived. Windows are still painted.
+// qt_waiting.h decides how long the events are held.
 #pragma once
 
 #include <cstddef>
@@ -34,14 +34,14 @@ class HeldEvents final : private QObject {
     /// kept. A call from an assistive program gets no reply.
     void hold();
 
-    /// Ends hold(). The held events are delivered one after the other when control is back in an
-    /// event loop, including that of a yield; requests to close a window come first. Events for a
-    /// window that was destroyed are dropped. Events that arrive before all held events are
-    /// delivered are queued after them.
+    /// Ends the holding that hold() began. The held events are delivered one by one when control
+    /// is back in an event loop, including that of a yield; requests to close a window come first.
+    /// Events for a window that was destroyed are dropped. Events that arrive before all held
+    /// events are delivered are queued after them.
     void release();
 
-    /// Whether, since hold(), a window was asked to close or a signal to end the program has
-    /// arrived. Reset when control is back in an event loop.
+    /// Whether, since hold(), a request to close a window or a signal to end the program has
+    /// arrived. Becomes false when control is back in an event loop.
     [[nodiscard]] bool endRequested() const { return endRequested_; }
 
   private:

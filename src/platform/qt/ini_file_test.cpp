@@ -106,8 +106,8 @@ TEST_F(IniFileTest, CannotBeWrittenIntoAMissingFolder) {
     EXPECT_FALSE(writeIniFile(text(folder / "none/a.ini"), {{"S/a", "1"}}));
 }
 
-// Without the checks of writeIniFile(), QSettings replaces the old file by a part of the new one
-// and reports success.
+// Without the checks of writeIniFile(), QSettings would replace the old file by a part of the new
+// one and report success.
 TEST_F(IniFileTest, KeepsTheOldValuesIfTheDiskIsFull) {
     constexpr int values = 2000;
     IniValues many;
@@ -178,10 +178,11 @@ TEST_F(IniFileTest, ContainsTheOldOrTheNewValuesAfterAKillAtAnySystemCall) {
         EXPECT_EQ(entriesIn(fresh.path()), 1) << "call " << call;
         EXPECT_EQ(contentOf(file), after);
     }
-    EXPECT_GT(call, 20) << "fewer calls than two files, a lock, flushes and renames need";
+    EXPECT_GT(call, 20)
+        << "a write to two files with a lock, flushes and renames needs more system calls";
 }
 
-// Without this removal, an empty lock file delays the first write after a kill by 30 seconds.
+// Without this removal, an empty lock file would delay the first write after a kill by 30 seconds.
 TEST_F(IniFileTest, RemovesOnlyTheUnfinishedFilesAndTheLockOfAKilledProcess) {
     write("[S]\na=1\n");
     for (const char* name : {"a.ini.unfinished.lock", "a.ini.unfinished", "a.ini.unfinished7"}) {

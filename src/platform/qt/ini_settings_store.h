@@ -52,7 +52,7 @@ class IniSettingsStore final : public SettingsStore {
 
     enum class State {
         written,     ///< the file contains all changes
-        toBeWritten, ///< the last write failed; each change retries
+        toBeWritten, ///< the last write failed; the next change writes again
         untouchable  ///< the file at this path must not be changed
     };
 
@@ -72,10 +72,11 @@ class IniSettingsStore final : public SettingsStore {
     QString path_;
     Notices* notices_;
     State state_ = State::written;
-    /// The stamp and the values of the file at the last time this object has read or written it.
+    /// The stamp and the values that the file had when this object last read or wrote it.
     Stamp stamp_;
     IniValues onDisk_;
-    /// The values that this run has saved; no value for a deleted key. They override the file.
+    /// The values that this object has saved; no value for a deleted key. These values override
+    /// those of the file.
     std::map<Key, std::optional<std::string>> changes_;
     int transactions_ = 0; ///< nesting depth
     bool changesWait_ = false;

@@ -47,8 +47,8 @@ class QtWakeup : public Wakeup, private QObject {
     std::shared_ptr<Call> call_;
 };
 
-/// Sound begins in a handler. So it is noticed when the handlers have returned, before the thread
-/// sleeps.
+/// The Wakeup of everyInSound(). Playing and recording start only within handlers, so it suffices
+/// to check for sound after the handlers have returned, before the thread sleeps.
 class SoundWakeup : public Wakeup {
   public:
     SoundWakeup(EventLoop& loop, EventLoop::Duration interval, std::function<void()> handler,
@@ -67,7 +67,7 @@ class SoundWakeup : public Wakeup {
 } // namespace
 
 QtEventLoop::QtEventLoop() {
-    // Only endProgram() ends the program; the program continues while all windows are hidden.
+    // Only endProgram() ends the program: the program continues even while all windows are hidden.
     QApplication::setQuitOnLastWindowClosed(false);
     QCoreApplication::setQuitLockEnabled(false);
 }
@@ -103,7 +103,7 @@ void QtEventLoop::waitWhile(const std::function<bool()>& condition) {
             }
         });
     while (condition()) {
-        // Sleeps until an event arrives and returns after it has been handled.
+        // Sleeps until an event arrives, and returns after that event has been handled.
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
     QObject::disconnect(beforeRest);

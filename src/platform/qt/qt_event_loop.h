@@ -37,8 +37,8 @@ class QtEventLoop : public EventLoop {
     [[nodiscard]] std::unique_ptr<Wakeup> everyInSound(Duration interval,
                                                        std::function<void()> handler) override;
     /// `isSilent` returns whether the machine neither plays nor records anything; it is
-    /// called before the thread sleeps, so it must be quick. Without it, the machine is never
-    /// silent. Applies to later calls of everyInSound().
+    /// called before the thread sleeps, so it must be quick. While no function is set, the
+    /// machine counts as not silent. Applies to later calls of everyInSound().
     void setSilence(std::function<bool()> isSilent) { isSilent_ = std::move(isSilent); }
 
     [[noreturn]] void endProgram() override;

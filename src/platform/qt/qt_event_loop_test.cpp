@@ -101,7 +101,7 @@ TEST_F(QtEventLoopTest, AWaitSleepsInsteadOfSpinning) {
         ++asked;
         return waiting;
     });
-    // A loop that spins for 60 ms evaluates the condition about ten thousand times.
+    // A wait that spun for 60 ms would evaluate the condition about ten thousand times.
     EXPECT_LT(asked, 20);
     EXPECT_GT(rests, 0);
 }
@@ -210,7 +210,7 @@ TEST_F(QtEventLoopTest, ACancelledTimerNeverFires) {
     EXPECT_EQ(calls, 0);
 }
 
-/// The sizes of the groups of calls that come without a pause in between.
+/// Records the sizes of the groups of calls between which the thread does not sleep.
 struct CallGroups {
     QtEventLoop& loop;
     bool silent = true;
@@ -251,7 +251,7 @@ TEST_F(QtEventLoopTest, ABatchIsEndedByTheHandlerInWhichSoundBegins) {
     groups.sizes.clear();
     post(context, [&] { groups.silent = false; });
     loop.waitWhile([&] { return groups.sizes.size() < 5; });
-    // The unfinished batch, and then each call for itself.
+    // The first group is the batch that was interrupted. After it, each call is a group of its own.
     EXPECT_LT(groups.sizes.front(), 5);
     EXPECT_THAT(std::vector<int>(groups.sizes.begin() + 1, groups.sizes.end() - 1),
                 testing::Each(1));
@@ -290,8 +290,8 @@ TEST_F(QtEventLoopTest, SecondsSinceMidnightFollowTheWallClock) {
     EXPECT_LT(std::fmod(seconds - expected + day, day), 2.0);
 }
 
-/// Ends the program while a message box is open that a timer's handler has opened during a wait.
-/// Each step that must not run after that would print a text.
+/// Waits; during the wait, the handler of a timer opens a message box; while the box is open, ends
+/// the program. Each piece of code that must not run after that would print a text.
 [[noreturn]] void endInsideANestedBox() {
     QtEventLoop loop;
     QtMessageBoxes boxes("Title");

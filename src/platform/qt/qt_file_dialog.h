@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Implements FileDialog with Qt's file dialog. The dialog runs its own event loop until it is
-// closed, so timers and jobs continue while it is open. It opens no file.
+// closed, so timers and jobs continue while it is open. This class opens no file.
 #pragma once
 
 #include <functional>

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Implements Shell, the desktop around the program: the screen size, the help and the about box.
+// Implements Shell, the program's interface to the desktop: the screen size, the help and the about
+// box.
 #pragma once
 
 #include <functional>

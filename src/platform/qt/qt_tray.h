@@ -56,9 +56,10 @@ class QtTray : public QObject, public Tray {
     Connection watcherReplaced_;
     std::optional<Way> way_;
     bool presentBefore_ = false;
-    /// Most panels on the bus draw menu_ themselves; for an embedded icon, Qt draws it. Some panels
-    /// on the bus ask the program to draw the menu. drawnHere_, which has the same entries, is for
-    /// these, because Qt never draws a menu that it has exported to the bus.
+    /// Most panels on the bus draw menu_ themselves; Qt draws menu_ for an embedded icon. Some
+    /// panels on the bus ask the program to draw the menu. For these panels, the program opens
+    /// drawnHere_, which has the same entries, because Qt never draws a menu that it has exported
+    /// to the bus.
     std::unique_ptr<TrayMenu> menu_;
     std::unique_ptr<TrayMenu> drawnHere_;
     std::map<std::uint32_t, Entry> entries_;

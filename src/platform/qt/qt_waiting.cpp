@@ -13,7 +13,7 @@ namespace sonarith {
 namespace {
 
 /// How long a wait sleeps between two polls of the window system. Painting is delayed by at most
-/// this time, and a wait of several seconds takes almost no processor time.
+/// this time; and with so few polls, a wait of several seconds takes almost no processor time.
 constexpr Waiting::Duration frame{20};
 /// One pass of an event dispatcher does not always handle events that were posted during that pass.
 constexpr int passesPerFrame = 4;

@@ -40,8 +40,8 @@ class TrayHosts : public QObject {
 
     /// statusNotifier() has changed, or polling has detected a change of embedding().
     Signal<> changed;
-    /// Another process has replaced the watcher (the registry of status notifiers), and a watcher
-    /// existed all the time. Icons that were registered with the previous watcher are not
+    /// Another process has replaced the watcher (the registry of status notifiers), so that a
+    /// watcher existed all the time. Icons that were registered with the previous watcher are not
     /// registered with the new one.
     Signal<> watcherReplaced;
 

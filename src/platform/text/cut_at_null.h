@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Returns the reply in a buffer of fixed size. Not for ordinary text: a text without a NUL gives an
-// empty result, because a buffer without a NUL means that no reply was written.
+// Extracts the text of a reply from a buffer of fixed size. Not for ordinary text: for a buffer
+// without a NUL, the result is empty, because such a buffer contains no reply.
 #pragma once
 
 #include <string>

@@ -21,7 +21,8 @@ inline constexpr std::size_t longestStoreFileBytes = 64 * 1024 * 1024;
 /// The format: UTF-8 without NUL; each line ends with a line feed and is one of these: a blank
 /// line; a comment, which starts with ';' (not with '#', which QSettings reads as the start of a
 /// key); a section in brackets; or a key, '=' and a value. The quotes of a value are balanced, and
-/// a value does not end in a single backslash. An empty file is complete.
+/// a value does not end within an escape sequence, which is a backslash and the character after it.
+/// An empty file is complete.
 [[nodiscard]] StoreFileState checkStoreFile(std::string_view bytes);
 
 } // namespace sonarith
