@@ -9,7 +9,8 @@
 
 namespace sonarith {
 
-/// For moving pictures: twenty pictures a second still seem to move.
+/// The interval for moving pictures: the meter draws every 10 ms, so it shows twenty pictures a
+/// second, which still seem to move.
 inline constexpr std::chrono::milliseconds pictureInterval{40};
 
 class LimitedPace {
@@ -18,7 +19,7 @@ class LimitedPace {
     /// together as one.
     enum class First { atOnce, delayed };
 
-    /// `show` shows the present value. It must be valid as long as this object.
+    /// `show` shows the present value. All objects that `show` uses must outlive this object.
     LimitedPace(std::chrono::milliseconds interval, First first, std::function<void()> show);
 
     /// Runs `show` when the present interval ends, once for all requests until then. If no interval

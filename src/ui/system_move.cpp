@@ -14,15 +14,16 @@ void SystemMove::start() {
     if (!handle || started_) {
         return;
     }
-    // Repeated calls install it once.
+    // If this object is already installed, this call does not install it a second time.
     handle->installEventFilter(this);
     started_ = start_(*handle);
 }
 
-/// The events of the QWindow, before its widgets receive them. The desktop takes the pointer during
-/// the move. At its end Qt receives a release at another position, and first sends a mouse move
-/// with the button still held. A second move that this event started would begin after the release:
-/// the window would follow the pointer until the next click.
+/// Filters the events of the QWindow before its widgets receive them. The desktop grabs the pointer
+/// during the move. At the end of the move, Qt receives a release at another position; before the
+/// release, Qt sends a mouse move with the button still down. If this mouse move started a second
+/// move of the window, that move would begin after the release, and the window would follow the
+/// pointer until the next click.
 bool SystemMove::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonRelease) {
         if (static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {

@@ -10,8 +10,9 @@
 namespace sonarith {
 namespace {
 
-/// As in the player's panel: a picture that drags the window by a press, in one that drags it by a
-/// mouse move. The inner one ignores mouse moves, so that they reach the outer one.
+/// Creates two nested pictures, as in the player's panel: a press on the inner picture, or a mouse
+/// move over the outer picture, starts a move of the window. The inner picture ignores mouse moves,
+/// so they reach the outer picture.
 class SystemMoveTest : public testing::Test {
   protected:
     SystemMoveTest() {
@@ -61,7 +62,7 @@ TEST_F(SystemMoveTest, ADragStartsOneMove) {
 }
 
 TEST_F(SystemMoveTest, AReleaseAtAnotherPositionStartsNoMove) {
-    // Qt turns it into a mouse move with the button held and a release.
+    // Qt converts such a release into a mouse move with the button down, followed by a release.
     for (const QPoint& grip : {QPoint(10, 10), QPoint(150, 10)}) {
         requests = started = 0;
         press(grip);
@@ -74,18 +75,18 @@ TEST_F(SystemMoveTest, AReleaseAtAnotherPositionStartsNoMove) {
     }
 }
 
-TEST_F(SystemMoveTest, EachPressStartsItsOwnMove) {
+TEST_F(SystemMoveTest, EachPressOfTheLeftButtonStartsAMove) {
     press({10, 10});
     release({10, 10});
     press({10, 10});
     EXPECT_EQ(started, 2);
-    // The desktop has kept the release of the last move.
+    // This press follows a press without a release, because the desktop has received the release.
     press({10, 10});
     EXPECT_EQ(started, 3);
     release({10, 10});
 }
 
-TEST_F(SystemMoveTest, TheRightButtonEndsNoMove) {
+TEST_F(SystemMoveTest, AClickOfTheRightButtonDuringADragStartsNoSecondMove) {
     press({150, 10});
     moveTo({155, 10});
     press({155, 10}, Qt::RightButton);
@@ -95,7 +96,7 @@ TEST_F(SystemMoveTest, TheRightButtonEndsNoMove) {
     release({160, 10});
 }
 
-TEST_F(SystemMoveTest, AMoveThatTheDesktopCannotDoIsTriedAgain) {
+TEST_F(SystemMoveTest, AMoveThatTheDesktopRefusesIsRequestedAgainAtTheNextMouseMove) {
     possible = false;
     press({10, 10});
     EXPECT_EQ(started, 0);

@@ -9,7 +9,7 @@ namespace sonarith {
 
 EarlyBus::EarlyBus(const ThreadStarter& starter) {
     Result<std::thread> connecting = starter([] {
-        // The users of the bus check whether it is connected.
+        // A failure is ignored here: all code that uses the bus checks whether it is connected.
         static_cast<void>(QDBusConnection::sessionBus());
     });
     if (connecting.ok()) {

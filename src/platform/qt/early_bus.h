@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Connects to the session bus while the main window is being built. It sends nothing and knows none
-// of the services on the bus.
+// Connects to the session bus while the main window is being built. Uses no service on the bus.
 #pragma once
 
 #include <thread>
@@ -9,11 +8,11 @@
 
 namespace sonarith {
 
-/// The constructor starts a thread that connects; the destructor waits for its end. Qt stores the
-/// connection for the whole process. Without this class Qt would connect when the first window is
-/// shown, for assistive programs, and the window would wait for the bus: for several replies, or,
-/// if no bus is running, until the attempt to start one has failed. Create it after the
-/// QApplication.
+/// The constructor starts a thread that connects to the bus; the destructor waits for the end of
+/// the thread. Qt stores the connection for the whole process. Without this class, Qt would connect
+/// when the first window is shown, because assistive programs are reached over the bus. The window
+/// would then be delayed by several replies of the bus or, if no bus is running, until the attempt
+/// to start a bus has failed. Create this object after the QApplication.
 class EarlyBus {
   public:
     explicit EarlyBus(const ThreadStarter& starter = startThread);
@@ -22,7 +21,7 @@ class EarlyBus {
     EarlyBus& operator=(const EarlyBus&) = delete;
 
   private:
-    std::thread connecting_; ///< not started if the system cannot create a thread: then Qt connects
+    std::thread connecting_; ///< empty if the system cannot create a thread; Qt then connects later
 };
 
 } // namespace sonarith

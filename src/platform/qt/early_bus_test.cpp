@@ -13,8 +13,8 @@ namespace {
 
 using testing::ExitedWithCode;
 
-/// The number of connections to the user's bus that `steps` adds. Qt connects once per process, so
-/// each test counts in a process of its own, and exits with the number.
+/// Ends the process; its exit code is the number of connections to the session bus that `steps`
+/// added. Each count needs a new process, because Qt connects only once per process.
 template <typename Steps>
 [[noreturn]] void exitWithNewConnections(Steps steps) {
     qsizetype added = 0;
@@ -32,7 +32,7 @@ template <typename Steps>
     std::_Exit(static_cast<int>(added));
 }
 
-TEST(EarlyBus, IsTheConnectionThatTheProgramUsesLater) {
+TEST(EarlyBus, OpensTheOnlyConnectionThatTheProgramUses) {
     EXPECT_EXIT(exitWithNewConnections([] { const EarlyBus bus; }), ExitedWithCode(1), "");
     EXPECT_EXIT(exitWithNewConnections([] {
                     { const EarlyBus bus; }
@@ -41,7 +41,7 @@ TEST(EarlyBus, IsTheConnectionThatTheProgramUsesLater) {
                 ExitedWithCode(1), "");
 }
 
-TEST(EarlyBus, IsLeftToTheFirstUserIfNoThreadCanBeCreated) {
+TEST(EarlyBus, LeavesConnectingToTheFirstUseOfTheBusIfNoThreadCanBeCreated) {
     const auto withoutThreads = [] {
         const fakes::LimitedThreads none(0);
         const EarlyBus bus(none.starter());

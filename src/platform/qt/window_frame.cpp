@@ -19,7 +19,7 @@ using std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds longestWait{200};
 constexpr std::chrono::milliseconds pause{1};
-/// Left, right, top and bottom, in this order.
+/// The widths of the frame's edges: left, right, top and bottom, in this order.
 using Extents = std::array<std::uint32_t, 4>;
 
 class FrameRequest {
@@ -32,7 +32,7 @@ class FrameRequest {
 
     /// Whether the window manager lists the request among the supported ones.
     [[nodiscard]] bool supported() const {
-        // More than the standard has, in units of 32 bits.
+        // In units of 32 bits: more than the number of atoms that the standard defines.
         constexpr std::uint32_t most = 1024;
         const auto reply = property(root(), atomOf(connection_, "_NET_SUPPORTED"), most);
         if (!reply || reply->format != 32) {
@@ -91,7 +91,7 @@ QSize expectedFrame() {
     if (!x11 || !x11->connection()) {
         return {0, 0};
     }
-    // Never on the screen. The window manager replies for a normal window.
+    // This window is never shown. The window manager replies with the frame of a normal window.
     QWindow window;
     window.create();
     const FrameRequest request(x11->connection(), static_cast<xcb_window_t>(window.winId()));

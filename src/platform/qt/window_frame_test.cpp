@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The desktop tests read the frame of a real window manager: tests/e2e/test_windows.py.
+// Tests the size of the frame without an X server; tests/e2e/test_windows.py tests it with a real
+// window manager.
 #include "platform/qt/window_frame.h"
 
 #include <gmock/gmock.h>

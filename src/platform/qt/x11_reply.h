@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Ownership of the replies of the X server. The requests are made by the files that need them.
+// Defines the smart pointer that owns a reply of the X server, and a function that requests an
+// atom. Other requests are sent by the files that need them.
 #pragma once
 
 #include <cstdint>
@@ -18,7 +19,8 @@ struct FreeReply {
 template <typename Reply>
 using ReplyPointer = std::unique_ptr<Reply, FreeReply>;
 
-/// Sends a request to the X server and waits for its reply. Returns XCB_ATOM_NONE on failure.
+/// The atom with this name. Sends a request to the X server and waits for the reply. Returns
+/// XCB_ATOM_NONE on failure.
 [[nodiscard]] inline xcb_atom_t atomOf(xcb_connection_t* connection, std::string_view name) {
     const auto request =
         xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
