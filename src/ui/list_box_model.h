@@ -40,8 +40,9 @@ class ListBoxModel : public QAbstractListModel {
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
 
   private:
-    /// The range of the pending changes. It starts at `first`; there, `lines` lines of the list
-    /// will replace `rows` announced rows. Each row before and after the range shows one line.
+    /// The range of the pending changes. The `rows` announced rows from row `first` on will be
+    /// replaced by the `lines` lines of the list from line `first` on. Each row before and after
+    /// the range shows one line.
     struct Pending {
         int first = 0;
         int rows = 0;
