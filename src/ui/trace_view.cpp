@@ -53,13 +53,13 @@ void TraceView::showLine(const PictureLine& line) {
         behind_ = true;
         return;
     }
-    drawn_ += placeOf(line);
+    drawn_ |= placeOf(line);
     pace_.request();
 }
 
 void TraceView::repaintDrawn() {
-    const QRegion drawn = std::exchange(drawn_, {});
-    update(std::exchange(behind_, false) ? QRegion(rect()) : drawn);
+    const QRect drawn = std::exchange(drawn_, {});
+    update(std::exchange(behind_, false) ? rect() : drawn);
 }
 
 QSize TraceView::sizeHint() const {
@@ -71,7 +71,7 @@ void TraceView::paintEvent(QPaintEvent* event) {
     painter.fillRect(event->rect(), colors_.background);
     painter.setPen(QPen(colors_.line, lineWidth));
     for (const PictureLine& line : model_.lines()) {
-        if (event->region().intersects(placeOf(line))) {
+        if (event->rect().intersects(placeOf(line))) {
             painter.drawLine(QLineF(inPixels(line.from), inPixels(line.to)));
         }
     }

@@ -4,7 +4,7 @@
 #pragma once
 
 #include <QColor>
-#include <QRegion>
+#include <QRect>
 
 #include "ui/limited_pace.h"
 #include "ui/picture_view.h"
@@ -32,7 +32,7 @@ class TraceView : public PictureView {
     PictureBox& model_;
     bool behind_ = false; ///< lines were drawn while the window was not on the screen
     Colors colors_;
-    QRegion drawn_; ///< by lines since the last repaint
+    QRect drawn_; ///< by lines since the last repaint
     LimitedPace pace_;
     Connection lineDrawn_;
     Connection cleared_;
