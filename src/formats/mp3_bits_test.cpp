@@ -22,7 +22,7 @@ TEST(BytesToBits, DropsLeadingZeros) {
     EXPECT_EQ(digitsOf({0, 0x7F, 0, 0, 0}), "1111111000000000000000000000000");
 }
 
-TEST(BytesToBits, SetsItsElementsToZero) {
+TEST(BytesToBits, SetsElements1To4OfItsArgumentToZero) {
     FourBytes bytes{7, 0xFF, 0x12, 0x00, 0x9A};
     static_cast<void>(BytesToBits(bytes));
     EXPECT_EQ(bytes, (FourBytes{7, 0, 0, 0, 0}));

@@ -25,7 +25,7 @@ class DeviceChoice {
     [[nodiscard]] virtual std::vector<DeviceEntry> sources() const = 0;
 
     /// The stored choices. An empty drive means the first optical drive found; otherwise it is a
-    /// device node or the path of a disc image, in the machine's form.
+    /// device node or the machine path of a disc image.
     [[nodiscard]] virtual std::string drive() const = 0;
     [[nodiscard]] virtual std::string output() const = 0;
     [[nodiscard]] virtual std::string source() const = 0;

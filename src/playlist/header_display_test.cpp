@@ -254,7 +254,7 @@ TEST_F(HeaderDisplayTest, AFileThatShrinksBetweenHeaderAndTagHasNoTag) {
     read(pathA);
     EXPECT_EQ(line(0), "Bitrate            128");
     EXPECT_EQ(line(2), "Duration          0")
-        << "not computed from the length after the file has shrunk";
+        << "the duration was not computed from the length after the file shrank";
     EXPECT_THAT(boxes4(), ElementsAre("", "", "", "", "", "255", "False", "48000 bytes"));
 }
 
@@ -274,7 +274,7 @@ TEST_F(HeaderDisplayTest, AFileRemovedAfterItsTagIsReadShowsThePreviousHeader) {
     EXPECT_EQ(editor.Text4(2).text(), "Title A");
 }
 
-TEST_F(HeaderDisplayTest, AFileRemovedBeforeTheDisplayIsShownAsItWasRead) {
+TEST_F(HeaderDisplayTest, AFileRemovedDuringTheYieldShowsTheHeaderThatWasRead) {
     addMp3(pathA, "Title A");
     loop.atYield(1, [&] { EXPECT_TRUE(disk.removeFile(pathA).ok()); });
     read(pathA);

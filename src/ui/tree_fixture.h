@@ -71,7 +71,7 @@ class TreeFixture : public testing::Test {
         log.push_back(event + (buttons.left ? " left" : "") + (buttons.right ? " right" : "") +
                       " " + (node ? node->text() : "nothing"));
     }
-    /// Makes a press select the node and start an edit, as in the program.
+    /// From now on, a mouse press on a node selects the node and starts an edit, as in the program.
     void editOnPress() {
         tree.onMouseDown = [this](MouseButtons, NodeRef node) {
             tree.setSelectedItem(node).passOver();
@@ -79,7 +79,7 @@ class TreeFixture : public testing::Test {
         };
     }
 
-    /// Makes a movement with the left button pressed start a drag, as in the program.
+    /// From now on, moving the pointer with the left button held starts a drag, as in the program.
     void dragOnMove() {
         tree.onMouseMove = [this](MouseButtons buttons, NodeRef) {
             if (buttons.left) {

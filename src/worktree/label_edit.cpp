@@ -44,8 +44,8 @@ Status LabelEdit::rename(const std::string& newText) {
         return {};
     }
     const std::string oldName = lowerCase(SplitPath(selected->text(), process_));
-    // The new ending selects the lists: a WAV file that gets the ending of an MP3 is in none of
-    // these lists.
+    // The new ending determines which lists are searched. A WAV file whose new name ends in "mp3"
+    // is normally in none of these lists: then only the label changes.
     Status renamed;
     if (lowered.ends_with("wav")) {
         renamed = renameFirst(oldName, newText, {&form_.List1, &form_.List5});

@@ -39,7 +39,7 @@ TEST_F(Showfiles3Test, StopsAtAnEntryOfEitherListThatEqualsTheChosenPath) {
     }
 }
 
-TEST_F(Showfiles3Test, ComparesCapitalsExactlyAndAppendsAWavToTheMp3List) {
+TEST_F(Showfiles3Test, ComparesCaseSensitivelyAndAppendsAWavToTheMp3List) {
     fill(form.List1, {"c:\\x\\two.wav"});
     choose(2);
     tree.showfiles3();
@@ -72,7 +72,7 @@ TEST_F(Showfiles3Test, AddsNothingForAFileOfAnotherTypeOrWithoutASelection) {
     EXPECT_THAT(lines(form.List2), IsEmpty());
 }
 
-TEST_F(Showfiles3Test, PassesTheEntrysNumberToTheAdderAsAPath) {
+TEST_F(Showfiles3Test, PassesTheEntrysNumberToFileAdderInsteadOfThePath) {
     choose(2);
     const auto before = outline();
     EXPECT_EQ(timeOfShowfiles3(), 300ms);

@@ -37,8 +37,8 @@ def wavs(destination):
 
 
 def check_wavs(destination, names):
-    """Checks that the folder contains the three MP3 files and, of WAV files, exactly those with
-    these names, and checks their samples."""
+    """Checks that the folder contains only the three MP3 files and the WAV files with these names, and
+    checks the samples of the WAV files."""
     check_equal(wavs(destination), sorted(names), "WAV files of the folder")
     check_equal(len(list(destination.iterdir())), len(HERTZ) + len(names), "files of the folder")
     for name in names:

@@ -164,7 +164,7 @@ TEST_F(PreferencesLoad, WritesTheStoreOnceBeforeItsYield) {
     EXPECT_EQ(loop.yieldCount(), 1);
     EXPECT_EQ(store.fileWrites, 1);
     form.Check6.setValue(0).passOver();
-    EXPECT_EQ(store.fileWrites, 2); // no write was pending after the load step
+    EXPECT_EQ(store.fileWrites, 2); // the load step has ended its transaction
 }
 
 TEST_F(PreferencesLoad, WritesTheStoreBeforeAMessageYields) {
@@ -217,7 +217,7 @@ TEST_F(PreferencesLoad, LoadsTheTrayFormAndHidesTheWindowIfTheSwitchIsOn) {
     EXPECT_THAT(written(), Contains("desktop icon=1"));
 }
 
-TEST_F(PreferencesLoad, OpensTheWindowEvenIfTheTraySwitchIsOn) {
+TEST_F(PreferencesLoad, AnExplicitShowOpensTheWindowEvenIfTheTraySwitchIsOn) {
     store.put("Settings", "desktop icon", "1");
     LoadSettings(store, files.programFolder(), settings);
     form.show();
@@ -233,7 +233,7 @@ TEST_F(PreferencesLoad, KeepsTheCaptionsOfSwitchesThatAreOff) {
     EXPECT_FALSE(windows.frmpopup.loaded());
 }
 
-TEST_F(PreferencesLoad, MeasuresTheDrivesBeforeTheDestinationIsChosen) {
+TEST_F(PreferencesLoad, ShowsTheFreeSpaceOfTheStoredDestinationsDrive) {
     store.put("Settings", "DecodePath", "d:\\music\\wav");
     files.addDrive('d');
     system.drives["D:\\"].space = DiskSpace{9'000'000'000, 7'000'000'000};
@@ -340,7 +340,7 @@ TEST_F(PreferencesLoad, SelectsNothingForMinusOneAndContinues) {
     EXPECT_EQ(held("DecodePath"), "c:\\sonarith\\WAVFiles");
 }
 
-TEST_F(PreferencesLoad, ToleratesValuesThatAreNotNumbers) {
+TEST_F(PreferencesLoad, ToleratesValuesThatAreNot16BitNumbers) {
     // Each of these leaves its field at 0.
     for (const char* key :
          {"Audio format", "Encoding quality", "Encoding bitrate", "HDWarning", "HDWarningNo",

@@ -43,7 +43,7 @@ TEST(JoinPauses, LeavesOutTheGapBeforeANewSession) {
                 ElementsAre(silence(10)));
 }
 
-TEST(StatedBytes, AreTheExactBytesThatTheSheetStates) {
+TEST(StatedBytes, EndInsideTheLastSectorIfTheStatedLengthDoes) {
     EXPECT_EQ(statedBytes({SegmentKind::sound, 0, 44, 1234567}), 4 * 1234567);
     EXPECT_EQ(statedBytes({SegmentKind::data, 0, 16, 3 * 588, 2048}), 3 * 2048);
     EXPECT_EQ(statedBytes({SegmentKind::data, 0, 16, 3 * 588, 2048, 588, 2047}), 4097);

@@ -40,7 +40,8 @@ Status CardRecorder::start(int channels) {
         }
         recording_ = std::move(begun.value());
     }
-    // Only sound that is due from now on is recorded: startRecording first plays the earlier sound.
+    // Only frames that become due after now are recorded: startRecording() first produces the
+    // earlier frames, without passing them to the recording.
     card_.startRecording(recording_->sink(), now_());
     input_->user = this;
     return {};

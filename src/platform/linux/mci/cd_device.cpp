@@ -190,8 +190,8 @@ Reply CdDevice::play(const Command& command) {
     if (first.value > end.value) {
         return MciError::outOfRange;
     }
-    // "play" without "from" and with the current end continues at the exact sample, not at the
-    // start of that sample's sector.
+    // "play" without "from" and with the same end as the most recent "play" continues at the exact
+    // sample, not at the start of that sample's sector.
     if (!from && end.value == medium_.playEnd() && medium_.mode() != PlayerMode::stopped) {
         return resume();
     }

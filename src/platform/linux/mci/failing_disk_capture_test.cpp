@@ -67,7 +67,7 @@ class ADestinationThatHangs : public testing::TestWithParam<std::uint32_t> {
     /// Runs `body` while the disk hangs.
     static void hang(const std::function<void(CallJudge&)>& body) {
         if (!CallJudge::run({GetParam()}, verdict, body)) {
-            GTEST_SKIP() << "this kernel cannot pass calls to another thread";
+            GTEST_SKIP() << "this kernel cannot intercept system calls for another thread";
         }
     }
 };
@@ -132,7 +132,7 @@ TEST_P(ADestinationThatHangs, MayRespondAgainAfterTheDevicesWereDestroyed) {
 INSTANTIATE_TEST_SUITE_P(Calls, ADestinationThatHangs,
                          testing::Values(SYS_openat, SYS_pwrite64, SYS_fdatasync, SYS_linkat));
 
-TEST(ADestinationThatIsFull, KeepsTheCompleteStartOfTheTrackAndNotifiesTheUser) {
+TEST(ADestinationThatIsFull, KeepsTheBeginningOfTheTrackWithoutGapsAndNotifiesTheUser) {
     const fakes::TempFolder result; // on another disk
     const int answer = test::runInChild([&] {
         FailingCapture session(sound::patientTiming);

@@ -34,7 +34,7 @@ class MachineFiles : public std::enable_shared_from_this<MachineFiles> {
     [[nodiscard]] virtual std::string toLogic(const std::string& machinePath) = 0;
 };
 
-/// State that all LinuxMachineFiles objects share; each object is used on a thread of its own.
+/// State that all LinuxMachineFiles objects share. The objects are used on different threads.
 struct SharedPaths {
     std::shared_ptr<LetterStore> letters;
     std::shared_ptr<Spellings> spellings = std::make_shared<Spellings>();

@@ -20,9 +20,9 @@ namespace sonarith {
 class PatientWalk final : public DirectoryWalk {
   public:
     /// The longest time of one call that reads ahead, so that a slow disk does not delay the folder
-    /// that the logic waits for. A call that was left behind has exceeded this time, so that call
-    /// reads no other folder when the folder that hung responds again. The walk reads the remaining
-    /// folders with new calls.
+    /// that the logic waits for. This limit also ends a call that was left behind: when the folder
+    /// that hung responds again, the limit has passed, so the call reads no further folder. The
+    /// walk reads the remaining folders with new calls.
     static constexpr std::chrono::milliseconds usualReadAhead{5};
 
     /// `paths` must outlive this object.

@@ -79,8 +79,7 @@ class PlayingCard {
     std::shared_ptr<PatternSource> disc_;
 };
 
-/// Half a second of sound, the unit of the waits: a test waits until one or more of these have been
-/// played.
+/// Half a second of sound. The tests wait until this length, or a multiple of it, has been played.
 constexpr std::int64_t halfSecond = frameRate / 2;
 
 TEST(AlsaOutput, DeliversEverySampleOfASoundToTheServer) {
