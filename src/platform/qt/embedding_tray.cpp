@@ -1,29 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/qt/embedding_tray.h"
 
-#include <cstdlib>
 #include <string>
 
 #include <QGuiApplication>
 
-#include "platform/qt/x11_reply.h"
+#include "platform/qt/x11_requests.h"
 
 namespace sonarith {
 namespace {
 
-/// The number of the screen in DISPLAY, the only screen that Qt uses.
-int screenNumber() {
-    char* host = nullptr;
-    int display = 0;
-    int screen = 0;
-    const bool known = xcb_parse_display(nullptr, &host, &display, &screen) != 0;
-    std::free(host);
-    return known ? screen : 0;
-}
-
 xcb_atom_t traySelection(xcb_connection_t* connection) {
     const std::string name = "_NET_SYSTEM_TRAY_S" + std::to_string(screenNumber());
-    return atomOf(connection, name);
+    return AtomRequest(connection, name).reply();
 }
 
 } // namespace

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Requests to the X server that Qt has no functions for: atoms, properties and the root window. The
+// functions fail, as described for each, if the X server does not reply.
+#pragma once
+
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include <xcb/xcb.h>
+
+namespace sonarith {
+
+struct FreeReply {
+    void operator()(void* reply) const { std::free(reply); }
+};
+/// Null after a failed request.
+template <typename Reply>
+using ReplyPointer = std::unique_ptr<Reply, FreeReply>;
+
+/// Asks for the atom with this name. The constructor sends the request, so that several requests
+/// can be on their way before the first `reply` waits for the server.
+class AtomRequest {
+  public:
+    AtomRequest(xcb_connection_t* connection, std::string_view name);
+    /// Waits for the reply. To be called once. Returns XCB_ATOM_NONE on failure.
+    [[nodiscard]] xcb_atom_t reply() const;
+
+  private:
+    xcb_connection_t* connection_;
+    xcb_intern_atom_cookie_t sent_;
+};
+
+/// The number of the screen in DISPLAY, the only screen that Qt uses.
+[[nodiscard]] int screenNumber();
+
+/// The root window of that screen; XCB_WINDOW_NONE if the server has no such screen.
+[[nodiscard]] xcb_window_t rootWindow(xcb_connection_t* connection);
+
+/// The first values of a property whose values have 32 bits, at most `most` of them. Empty if the
+/// window does not have the property, or if its values have another size.
+[[nodiscard]] std::vector<std::uint32_t>
+propertyOf(xcb_connection_t* connection, xcb_window_t window, xcb_atom_t name, std::uint32_t most);
+
+} // namespace sonarith
