@@ -8,13 +8,13 @@
 #include <QApplication>
 
 #include "app/application.h"
+#include "platform/background_work.h"
 #include "platform/linux/late/device_libraries.h"
 #include "platform/linux/machine.h"
 #include "platform/linux/paths/single_instance.h"
 #include "platform/notice_board.h"
 #include "platform/qt/desktop_notifications.h"
-#include "platform/qt/early_bus.h"
-#include "platform/qt/early_fonts.h"
+#include "platform/qt/early_steps.h"
 #include "platform/qt/end_requests.h"
 #include "platform/qt/ini_settings_store.h"
 #include "platform/qt/qt_event_loop.h"
@@ -156,9 +156,9 @@ int main(int argc, char** argv) {
     if (!instance.isFirst()) {
         return 0;
     }
-    const EarlyFonts fonts;
+    const BackgroundWork fonts(readFontConfiguration);
     QApplication qt(argc, argv);
-    const EarlyBus bus;
+    const BackgroundWork bus(connectToSessionBus);
     QApplication::setApplicationName("sonarith");
     // Docks and the desktop's menu identify the windows by this name.
     QApplication::setDesktopFileName("org.sonarith.sonarith");

@@ -1,17 +1,26 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/qt/early_bus.h"
+#include "platform/qt/early_steps.h"
 
 #include <cstdlib>
 
+#include <fontconfig/fontconfig.h>
 #include <gmock/gmock.h>
 
-#include "support/limited_threads.h"
+#include "platform/background_work.h"
 #include "support/private_bus.h"
 
 namespace sonarith {
 namespace {
 
 using testing::ExitedWithCode;
+
+TEST(ReadFontConfiguration, ReadsTheConfigurationThatTheLibraryThenUses) {
+    { const BackgroundWork reading(readFontConfiguration); }
+    FcConfig* const read = FcConfigGetCurrent();
+    ASSERT_NE(read, nullptr);
+    EXPECT_TRUE(FcInit());
+    EXPECT_EQ(FcConfigGetCurrent(), read);
+}
 
 /// Ends the process; its exit code is the number of connections to the session bus that `steps`
 /// added. Each count needs a new process, because Qt connects only once per process.
@@ -32,23 +41,11 @@ template <typename Steps>
     std::_Exit(static_cast<int>(added));
 }
 
-TEST(EarlyBus, OpensTheOnlyConnectionThatTheProgramUses) {
-    EXPECT_EXIT(exitWithNewConnections([] { const EarlyBus bus; }), ExitedWithCode(1), "");
-    EXPECT_EXIT(exitWithNewConnections([] {
-                    { const EarlyBus bus; }
-                    static_cast<void>(QDBusConnection::sessionBus());
-                }),
+TEST(ConnectToSessionBus, OpensTheOnlyConnectionThatTheProgramUses) {
+    EXPECT_EXIT(exitWithNewConnections([] { const BackgroundWork bus(connectToSessionBus); }),
                 ExitedWithCode(1), "");
-}
-
-TEST(EarlyBus, LeavesConnectingToTheFirstUseOfTheBusIfNoThreadCanBeCreated) {
-    const auto withoutThreads = [] {
-        const fakes::LimitedThreads none(0);
-        const EarlyBus bus(none.starter());
-    };
-    EXPECT_EXIT(exitWithNewConnections(withoutThreads), ExitedWithCode(0), "");
-    EXPECT_EXIT(exitWithNewConnections([&] {
-                    withoutThreads();
+    EXPECT_EXIT(exitWithNewConnections([] {
+                    { const BackgroundWork bus(connectToSessionBus); }
                     static_cast<void>(QDBusConnection::sessionBus());
                 }),
                 ExitedWithCode(1), "");

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Does work of the start on a thread of its own, which saves time only if another core is free.
+#pragma once
+
+#include <functional>
+#include <thread>
+
+#include "platform/thread_start.h"
+
+namespace sonarith {
+
+/// The constructor starts the thread; the destructor waits until the work is done. If the system
+/// cannot create a thread, the work is not done: only work that is done later anyway, when its
+/// result is first needed, belongs here.
+class BackgroundWork {
+  public:
+    explicit BackgroundWork(std::function<void()> work, const ThreadStarter& starter = startThread);
+    ~BackgroundWork();
+    BackgroundWork(const BackgroundWork&) = delete;
+    BackgroundWork& operator=(const BackgroundWork&) = delete;
+
+  private:
+    std::thread thread_; ///< not joinable if the system cannot create a thread
+};
+
+} // namespace sonarith
