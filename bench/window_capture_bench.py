@@ -14,6 +14,7 @@ sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "tests" / "
 
 from desktop import Desktop  # pylint: disable=wrong-import-position
 from driver import make_disc  # pylint: disable=wrong-import-position
+from processor_time import share  # pylint: disable=wrong-import-position
 from program import Program  # pylint: disable=wrong-import-position
 from scenes import (  # pylint: disable=wrong-import-position
     MUSIC, start_row, start_track, start_with_disc)
@@ -25,24 +26,13 @@ SETTLING_SECONDS = 2
 LIMIT_PERCENT = 3
 
 
-def processor_seconds(pid):
-    """The processor time of a process, from the kernel's clock for it (clock_getcpuclockid)."""
-    return time.clock_gettime((~pid << 3) | 2)
-
-
-def percent_of_a_core(pid, seconds):
-    began, before = time.monotonic(), processor_seconds(pid)
-    time.sleep(seconds)
-    return 100 * (processor_seconds(pid) - before) / (time.monotonic() - began)
-
-
 def in_the_window(desktop, program, output):
     seconds = MEASURED_SECONDS + 10
     started, _, _ = start_with_disc(desktop, program, seconds, output)
     start_track(started, f"Track  1 - 00:00:{seconds}")
-    share = percent_of_a_core(started.process.pid, MEASURED_SECONDS)
+    measured = share(started.process.pid, MEASURED_SECONDS)
     desktop.end_programs()
-    return share
+    return measured
 
 
 def window_against_tray(desktop, program):
@@ -59,11 +49,11 @@ def window_against_tray(desktop, program):
         host.wait_for_icon()
         wait_for_state(desktop, window, "Withdrawn")
         time.sleep(SETTLING_SECONDS)
-        tray = percent_of_a_core(started.process.pid, MEASURED_SECONDS)
+        tray = share(started.process.pid, MEASURED_SECONDS)
         host.choose("Restore Control panel")
         wait_for_state(desktop, window, "Normal")
         time.sleep(SETTLING_SECONDS)
-        shown = percent_of_a_core(started.process.pid, MEASURED_SECONDS)
+        shown = share(started.process.pid, MEASURED_SECONDS)
         desktop.end_programs()
     return shown, tray
 
@@ -75,8 +65,8 @@ def main():
             desktop.move_to(desktop.folder / output)
             if output == "default":
                 SoundServer(desktop)
-            share = in_the_window(desktop, program, output)
-            print(f"capture in the window, output {output}: {share:.2f} % of one core "
+            measured = in_the_window(desktop, program, output)
+            print(f"capture in the window, output {output}: {measured:.2f} % of one core "
                   f"(limit {LIMIT_PERCENT} %)", flush=True)
         desktop.move_to(desktop.folder / "tray")
         window, tray = window_against_tray(desktop, program)

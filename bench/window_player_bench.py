@@ -8,7 +8,6 @@ and is compared with aplay (the peer), which plays the same sound into the same 
 
 window_player_bench.py FOLDER_OF_THE_PROGRAMS
 """
-import os
 import pathlib
 import statistics
 import sys
@@ -18,7 +17,7 @@ sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "tests" / "
 
 from desktop import Desktop  # pylint: disable=wrong-import-position
 from player_panel import TITLE, PlayerPanel  # pylint: disable=wrong-import-position
-from program_bench import processor_ticks  # pylint: disable=wrong-import-position
+from processor_time import processor_seconds, share, shares  # pylint: disable=wrong-import-position
 from scenes import close, start_with_disc  # pylint: disable=wrong-import-position
 from sound import bytes_of, disc_samples  # pylint: disable=wrong-import-position
 from sound_server import SoundServer  # pylint: disable=wrong-import-position
@@ -29,23 +28,15 @@ TRACK_SECONDS = 400
 SIGNAL = "music"
 SLICE_SECONDS = 6
 ROUNDS = 7
+# A tick of 10 ms, the unit in which a task manager counts, in 10 seconds.
+LIMIT_OFF = 0.1
 LIMIT_PLAYING = 4
 LIMIT_METER = 1
 LIMIT_SILENT = 0.5
 
 
-def shares(pids, seconds=SLICE_SECONDS):
-    """The processor time of each process over the same seconds, in percent of one core."""
-    began = time.monotonic()
-    before = [processor_ticks(pid) for pid in pids]
-    time.sleep(seconds)
-    ticks = [processor_ticks(pid) - start for pid, start in zip(pids, before)]
-    elapsed = time.monotonic() - began
-    return [100 * count / os.sysconf("SC_CLK_TCK") / elapsed for count in ticks]
-
-
-def share(started):
-    return shares([started.process.pid])[0]
+def share_of(started):
+    return share(started.process.pid, SLICE_SECONDS)
 
 
 def show_panel(desktop, window, visible):
@@ -71,14 +62,15 @@ def without_server(desktop, program):
     started, _, _ = start_with_disc(desktop, program, TRACK_SECONDS, "none", SIGNAL)
     panel = PlayerPanel(started)
     window = started.activate(TITLE)
-    said("off, panel in sight", [share(started) for _ in range(ROUNDS)], "none to measure")
+    said("off, panel in sight", [share_of(started) for _ in range(ROUNDS)],
+         f"none to measure: {LIMIT_OFF} %")
     panel.switch_on()
     time.sleep(1)
     silent, silent_hidden = [], []
     for _ in range(ROUNDS):
-        silent.append(share(started))
+        silent.append(share_of(started))
         show_panel(desktop, window, False)
-        silent_hidden.append(share(started))
+        silent_hidden.append(share_of(started))
         show_panel(desktop, window, True)
     said("on, nothing playing, panel in sight", silent, "with the meter's input")
     said("on, nothing playing, panel hidden", silent_hidden, f"{LIMIT_SILENT} %")
@@ -88,9 +80,9 @@ def without_server(desktop, program):
     panel.wait_for_position("playing", lambda _, second: second >= 1)
     seen, hidden = [], []
     for _ in range(ROUNDS):
-        seen.append(share(started))
+        seen.append(share_of(started))
         show_panel(desktop, window, False)
-        hidden.append(share(started))
+        hidden.append(share_of(started))
         show_panel(desktop, window, True)
     said("playing, output none, panel in sight", seen, f"{LIMIT_PLAYING} %")
     said("playing, output none, panel hidden", hidden, f"{LIMIT_PLAYING} %")
@@ -107,7 +99,7 @@ def with_server(desktop, program):
     raw = desktop.home / "same.raw"
     raw.write_bytes(disc_samples(sheet)[:bytes_of(TRACK_SECONDS)])
     peer = desktop.launch("/usr/bin/aplay", "-q", "-t", "raw", "-f", "cd", raw)
-    wait_for("the peer", lambda: processor_ticks(peer.pid) > 0)
+    wait_for("the peer", lambda: processor_seconds(peer.pid) > 0.01)
     pairs = [shares([started.process.pid, peer.pid], 2 * SLICE_SECONDS) for _ in range(ROUNDS)]
     ours, theirs = zip(*pairs)
     said("playing into the sound server", ours,
