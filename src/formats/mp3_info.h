@@ -17,12 +17,12 @@ struct Mp3Info {
     std::string Emphasis;
     std::int16_t MpegVersion = 0; ///< 1, 2, 25 for 2.5, 0 for reserved
     std::int16_t MpegLayer = 0;   ///< 1 to 3, 0 for reserved
-    std::string Padding;          ///< "yes" or "no", like the texts below
-    std::string CRC;
-    std::int32_t Duration = 0; ///< whole seconds
-    std::string CopyRight;
-    std::string Original;
-    std::string Private;
+    std::string Padding;          ///< "yes" or "no"
+    std::string CRC;              ///< "yes" or "no"
+    std::int32_t Duration = 0;    ///< whole seconds
+    std::string CopyRight;        ///< "yes" or "no"
+    std::string Original;         ///< "yes" or "no"
+    std::string Private;          ///< "yes" or "no"
 
     // Fields of the tag. Texts are UTF-8 and include the NULs of the file.
     bool HasTag = false;
@@ -35,7 +35,7 @@ struct Mp3Info {
     std::int16_t Genre = 0; ///< 0 to 255; 255 also for a file without a tag
     std::string Track;      ///< the comment's last character; nothing uses it
 
-    // Fields of the header of a variable bit rate; stored as soon as they are read.
+    // Fields of the header that a file of variable bit rate has; stored as soon as they are read.
     bool IsVbr = false;
     std::int16_t Frames = 0;
 };

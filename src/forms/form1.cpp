@@ -35,7 +35,7 @@ Form1::Form1(EventLoop& loop, const ProcessState& state, std::vector<Form*> clos
     Label5.setVisible(false);
     Command2.setVisible(false);
     mnupopup.setVisible(false);
-    // When the popup menu opens, it enables these three entries if its node allows them.
+    // Opening the popup menu on a node of the tree enables the entries that apply to this node.
     for (MenuItem* entry : {&mnuStart2, &mnuFileRemove, &mnuRemoveDelete}) {
         entry->setEnabled(false);
     }

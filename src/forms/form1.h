@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Declares the main window's controls and lists, and the procedures that several jobs call. The
-// classes of the jobs, which are in other folders, set the handlers of the controls.
+// Declares the main window's controls and lists, and the procedures that several parts of the
+// program call. Classes in other folders set the handlers of the controls.
 #pragma once
 
 #include <memory>
@@ -95,8 +95,8 @@ class Form1 : public Form {
     ListBox List5{*this, "List5"}; ///< selected WAV paths
     ListBox List7{*this,
                   "List7"}; ///< scratch list; its content has no meaning between two operations
-    CheckBox Check9{*this, "Check9"};                   ///< 1: the next tick ends the current track
-    CommandButton cmdStart{*this, "cmdStart", "Start"}; ///< extracts tracks
+    CheckBox Check9{*this, "Check9"};                        ///< 1: tmrRecord ends the track
+    CommandButton cmdStart{*this, "cmdStart", "Start"};      ///< extracts tracks
     CommandButton CmdDecoder{*this, "CmdDecoder", "decode"}; ///< decodes MP3 files
     CommandButton Command8{*this, "Command8",
                            "Cancel"}; ///< stops the current action, keeps its results

@@ -25,13 +25,13 @@ struct Form1Test : testing::Test, test::FakeMachine {
         &form.mnuHelp,   &form.mnupopup, &form.mnuRemoveDelete, &form.mnuFileRemove};
 
     std::vector<std::string> namesOfEnabled() const {
-        std::vector<std::string> open;
+        std::vector<std::string> enabled;
         for (const Control* command : commands) {
             if (command->enabled()) {
-                open.push_back(command->name());
+                enabled.push_back(command->name());
             }
         }
-        return open;
+        return enabled;
     }
 };
 
@@ -93,7 +93,7 @@ TEST_F(Form1Test, HasTheDesignedCaptionsOnButtonsAndDiskWarning) {
     EXPECT_EQ(form.Label5.caption(), "Low Drive space");
 }
 
-TEST_F(Form1Test, HasToolTipsOnItsPicturesAndFourButtons) {
+TEST_F(Form1Test, HasToolTipsOnThreePicturesAndFourButtons) {
     const std::pair<const Control*, const char*> tips[] = {
         {&form.Command11, "Play Selected track"},
         {&form.Command12, "Stop playing CD"},
@@ -113,7 +113,7 @@ TEST_F(Form1Test, StartsWithCancelAndTheDiskWarningHidden) {
     EXPECT_FALSE(form.Label5.visible());
 }
 
-TEST_F(Form1Test, StartsWithTheListsAndTheButtonsThatOnlyCodeClicksHidden) {
+TEST_F(Form1Test, HidesTheListsAndTheControlsThatOnlyCodeUses) {
     for (const Control* hidden :
          std::vector<Control*>{&form.lstTracks, &form.lstRecord, &form.List1, &form.List2,
                                &form.List3, &form.List4, &form.List5, &form.List7, &form.Check9,
@@ -137,7 +137,7 @@ TEST_F(Form1Test, StartsWithEmptyListsAndTimersOff) {
     EXPECT_THAT(intervals, ElementsAre(5000, 100, 2000, 1000));
 }
 
-TEST_F(Form1Test, HasItsMenuEntriesInThisOrder) {
+TEST_F(Form1Test, HasItsMenuEntriesInTheDesignedOrder) {
     const auto captions = [](const MenuItem& menu) {
         std::vector<std::string> all;
         for (const MenuItem* entry : menu.entries()) {

@@ -85,8 +85,8 @@ class Form4 : public Form {
 
     Timer Timer6; ///< polls the disc
     Timer Timer1; ///< has the same handler as Timer6; nothing enables it
-    Timer Timer2; ///< runs two variants of the meter's step; nothing enables it
-    Timer Timer4;
+    Timer Timer2; ///< runs a second variant of the meter's step; nothing enables it
+    Timer Timer4; ///< runs a third variant of the meter's step; nothing enables it
     Timer Timer3; ///< runs the meter's step
 
     MenuItem mnuCDon{*this, "mnuCDon", "CD On"};

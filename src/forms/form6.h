@@ -19,7 +19,7 @@ class Form6 : public Form {
 
     ActiveMp3Host ActiveMP31;
     CommandButton Command1{*this, "Command1", "Cancel"};
-    Timer Timer1; ///< starts the job a second time; enabled at load
+    Timer Timer1; ///< starts to decode the same file a second time; enabled at load
     Timer Timer2; ///< shows the progress
 };
 

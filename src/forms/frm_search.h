@@ -32,8 +32,8 @@ class FrmSearch : public Form {
     ListBox lstfiles{*this, "lstfiles"}; ///< the results, in order of finding
     TextBox zFileExt{*this, "zFileExt", ".wav"}; ///< the extension to search for
     TextBox Text1{*this, "Text1"};               ///< the name to search for, without extension
-    TextBox zFileExt2{*this, "zFileExt2"};       ///< the extension of the current entry
-    TextBox Text2{*this, "Text2"};               ///< the name of the current entry
+    TextBox zFileExt2{*this, "zFileExt2"}; ///< the extension of the folder entry being compared
+    TextBox Text2{*this, "Text2"};         ///< the name of the folder entry being compared
     DriveListBox Drive1;
     DirListBox Dir1;
     /// Starts and stops a search. Its caption also stores the state of the search.
@@ -57,7 +57,7 @@ class FrmSearch : public Form {
 
 // Steps that run at the end of every search, whether it is complete or was stopped.
 
-/// Sets FileCount to the count of lstfiles; a count above 32767 leaves it unchanged.
+/// Sets FileCount to the count of lstfiles; a count above 32767 leaves FileCount unchanged.
 void countFiles(FrmSearch& finder);
 /// Writes the summary line from the counters and resets the counters.
 void showSummary(FrmSearch& finder);

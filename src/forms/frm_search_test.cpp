@@ -53,7 +53,7 @@ TEST_F(FrmSearchTest, ThePopupMenuHasFourEntriesAndIsNotInTheMenuBar) {
                                       "Delete File", "Close Window"));
 }
 
-TEST_F(FrmSearchTest, UsingAControlLoadsTheWindowWithoutShowingIt) {
+TEST_F(FrmSearchTest, TouchingTheWindowTwiceLoadsItOnceWithoutShowingIt) {
     int loads = 0;
     finder.onLoad = [&] {
         ++loads;

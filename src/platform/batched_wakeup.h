@@ -40,7 +40,7 @@ class BatchedWakeup : public Wakeup {
         std::function<void()> handler;
         bool cancelled = false;
     };
-    /// Repeatedly, `calls` calls are made at the end of an `interval`.
+    /// `calls` calls are made at the end of every `interval`.
     struct Rhythm {
         EventLoop::Duration interval;
         int calls;

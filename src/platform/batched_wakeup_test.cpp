@@ -18,7 +18,7 @@ using testing::ElementsAre;
 using testing::ElementsAreArray;
 using Times = std::vector<EventLoop::Duration>;
 
-/// A handler every 10 ms.
+/// Records when the handler of a BatchedWakeup with an interval of 10 ms is called.
 struct BatchedWakeupTest : testing::Test {
     test::VirtualEventLoop loop;
     const EventLoop::Time start = loop.now();
@@ -38,7 +38,7 @@ struct BatchedWakeupTest : testing::Test {
             },
             [this] { return silent; });
     }
-    /// Forgets the first ten calls, which are in time.
+    /// Starts the wake-up in silence and discards the first ten calls, which are not in batches.
     void beginInBatches() {
         begin();
         loop.advance(100ms);
@@ -74,17 +74,17 @@ TEST_F(BatchedWakeupTest, TheNumberOfCallsIsTheSameInSilence) {
     EXPECT_EQ(calls.size(), 1000U);
 }
 
-TEST_F(BatchedWakeupTest, SoundWithinABatchBringsItsCallsAndThenEachInTime) {
+TEST_F(BatchedWakeupTest, WhenSoundBeginsBetweenBatchesTheDueCallsFollowAndThenEachIsInTime) {
     beginInBatches();
     loop.advance(50ms + 32ms);
     calls.clear();
     soundBegins();
-    EXPECT_THAT(calls, ElementsAre()) << "a handler ran inside the call";
+    EXPECT_THAT(calls, ElementsAre()) << "endSilence() itself called the handler";
     loop.advance(31ms);
     EXPECT_THAT(calls, ElementsAre(183ms, 183ms, 183ms, 193ms, 203ms, 213ms));
 }
 
-TEST_F(BatchedWakeupTest, SoundDirectlyAfterABatchBringsOnlyTheNextCall) {
+TEST_F(BatchedWakeupTest, WhenSoundBeginsDirectlyAfterABatchNoCallIsDueBeforeTheNextInterval) {
     beginInBatches();
     loop.advance(59ms);
     calls.clear();
@@ -142,10 +142,11 @@ TEST_F(BatchedWakeupTest, ShortSilenceIsNotServedInBatches) {
     loop.advance(10ms);
     EXPECT_THAT(calls, ElementsAre(250ms));
     loop.advance(49ms);
-    EXPECT_THAT(calls, ElementsAre(250ms)) << "the next five are due at 300 ms";
+    EXPECT_THAT(calls, ElementsAre(250ms))
+        << "a call was made before the next batch, which is due at 300 ms";
 }
 
-TEST_F(BatchedWakeupTest, ACheckDuringSilenceChangesNothing) {
+TEST_F(BatchedWakeupTest, EndSilenceDuringSilenceChangesNothing) {
     beginInBatches();
     for (int i = 0; i < 5; ++i) {
         loop.advance(10ms);
@@ -154,7 +155,7 @@ TEST_F(BatchedWakeupTest, ACheckDuringSilenceChangesNothing) {
     EXPECT_THAT(calls, ElementsAre(150ms, 150ms, 150ms, 150ms, 150ms));
 }
 
-TEST_F(BatchedWakeupTest, ACheckWhileThereIsSoundDelaysNothing) {
+TEST_F(BatchedWakeupTest, EndSilenceWhileThereIsSoundDelaysNoCall) {
     silent = false;
     begin();
     for (int i = 0; i < 5; ++i) {
@@ -177,7 +178,7 @@ TEST_F(BatchedWakeupTest, AHandlerThatWaitsIsNotReentered) {
     int deepest = 0;
     duringCall = [&] {
         deepest = std::max(deepest, ++depth);
-        // Sound begins within the handler, as by a click in its wait.
+        // Sound begins while the handler runs, as if the user had clicked a button.
         soundBegins();
         loop.waitFor(30ms);
         --depth;
@@ -187,7 +188,7 @@ TEST_F(BatchedWakeupTest, AHandlerThatWaitsIsNotReentered) {
     EXPECT_GT(calls.size(), 5U);
 }
 
-TEST_F(BatchedWakeupTest, AHandlerMayDestroyItWithinABatch) {
+TEST_F(BatchedWakeupTest, AHandlerMayDestroyTheWakeupWithinABatch) {
     beginInBatches();
     duringCall = [&] {
         if (calls.size() == 3) {

@@ -29,7 +29,7 @@ struct FindRecord {
 
 /// Identifies an open listing. Never 0.
 using FindHandle = int;
-/// The result of FindFirst() on failure. It differs from 0, too.
+/// The result of FindFirst() on failure.
 inline constexpr FindHandle invalidFindHandle = -1;
 
 /// One walk through a folder tree. Several listings may be open at the same time. A walk lists each

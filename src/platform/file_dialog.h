@@ -16,8 +16,8 @@ struct FileDialogRequest {
     std::string filter = {};
     /// Appended to a typed name without an extension. Written without the dot.
     std::string defaultExtension = {};
-    /// The folder in which the dialog opens, or a file in it. If it is empty or does not exist, the
-    /// dialog opens in the folder where it was last closed.
+    /// The folder in which the dialog opens, or the path of a file in that folder. If the path is
+    /// empty or does not exist, the dialog opens in the folder where it was last closed.
     std::string initialFolder = {};
     /// The file that is selected when the dialog opens: a path, or a name in the initial folder.
     /// Empty: no file is selected.

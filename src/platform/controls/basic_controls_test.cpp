@@ -224,7 +224,7 @@ TEST(ProgressBar, RefusesValuesOutsideItsRange) {
     EXPECT_EQ(bar.value(), 40);
 }
 
-TEST(MenuItem, KeepsTheOrderOfItsEntriesAndItsTick) {
+TEST(MenuItem, KeepsItsTickAndTheOrderOfItsEntries) {
     Form form("Form1");
     MenuItem first(form, "mnuFirst", "First");
     MenuItem second(form, "mnuSecond", "Second");

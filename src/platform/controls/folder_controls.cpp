@@ -35,7 +35,7 @@ Status DirListBox::setPath(const std::string& path) {
         return folder.error();
     }
     if (folder.value() != path_) {
-        standIn(folder.value());
+        enterFolder(folder.value());
         run(onChange);
     }
     return {};
@@ -43,7 +43,7 @@ Status DirListBox::setPath(const std::string& path) {
 
 void DirListBox::atLoad() {
     lastOnDrive_.clear();
-    standIn(files_.programFolder());
+    enterFolder(files_.programFolder());
     Control::atLoad();
 }
 
@@ -66,7 +66,7 @@ std::vector<std::string> DirListBox::subfolders() const {
     return names;
 }
 
-void DirListBox::standIn(const std::string& path) {
+void DirListBox::enterFolder(const std::string& path) {
     if (const std::string drive = driveOf(path); !drive.empty()) {
         lastOnDrive_[drive.front()] = path;
     }

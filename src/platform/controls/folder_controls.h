@@ -21,7 +21,7 @@ class DirListBox : public Control {
   public:
     /// `directories` and `files` must outlive this object. Each load sets the path to the program's
     /// folder and not to the process's current folder. After a destination folder could not be
-    /// created, the current folder is the root of a drive, and a search that starts at a root reads
+    /// created, the current folder is the root of a drive; a search that started there would read
     /// the whole drive.
     DirListBox(Form& owner, std::string name, Directories& directories, const FileSystem& files)
         : Control(owner, std::move(name)), directories_(directories), files_(files) {}
@@ -44,7 +44,7 @@ class DirListBox : public Control {
 
   private:
     [[nodiscard]] Result<std::string> folderFor(const std::string& path) const;
-    void standIn(const std::string& path);
+    void enterFolder(const std::string& path);
 
     Directories& directories_;
     const FileSystem& files_;

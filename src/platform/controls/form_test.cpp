@@ -216,7 +216,7 @@ struct DesignTest : testing::Test {
     test::VirtualEventLoop loop;
     DesignedForm form{loop};
 
-    void changeTheDesign() {
+    void changeTheState() {
         form.setCaption("other");
         form.setWidth(1_twips);
         form.setLeft(5_twips);
@@ -248,7 +248,7 @@ struct DesignTest : testing::Test {
 
 TEST_F(DesignTest, EachLoadStartsWithTheDesignedState) {
     form.load();
-    changeTheDesign();
+    changeTheState();
     form.unload();
     form.onLoad = [this] {
         expectAsDesigned();
@@ -259,7 +259,7 @@ TEST_F(DesignTest, EachLoadStartsWithTheDesignedState) {
 
 TEST_F(DesignTest, ResettingTheControlsAtALoadRunsNoHandler) {
     form.load();
-    changeTheDesign();
+    changeTheState();
     form.unload();
     int ran = 0;
     const auto count = [&ran] {
@@ -275,7 +275,7 @@ TEST_F(DesignTest, ResettingTheControlsAtALoadRunsNoHandler) {
 
 TEST_F(DesignTest, ResettingAControlAtALoadNotifiesItsViewOnce) {
     form.load();
-    changeTheDesign();
+    changeTheState();
     form.unload();
     std::vector<Property> changes;
     const Connection connection =

@@ -211,7 +211,7 @@ TEST_F(ReorderTest, PutOnTopLeavesTheSameLinesInTheScratchList) {
     EXPECT_THAT(linesOf(scratch), ElementsAre("top", "a", "b", "c"));
 }
 
-TEST_F(ReorderTest, PutOnTopOfAnEmptyListAddsItsOnlyLine) {
+TEST_F(ReorderTest, PutOnTopCanAddALineToAnEmptyList) {
     list.clear();
     putOnTop(list, "top", scratch);
     EXPECT_THAT(linesOf(list), ElementsAre("top"));

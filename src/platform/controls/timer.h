@@ -18,7 +18,8 @@ namespace sonarith {
 /// Whether a timer is enabled when its form loads.
 enum class TimerAtLoad { off, on };
 
-/// Whether each tick must be in time, or only while there is sound: see EventLoop::everyInSound().
+/// Whether ticks must always be in time, or only while there is sound: see
+/// EventLoop::everyInSound().
 enum class TicksInTime { always, inSound };
 
 /// Unloading the form disables the timer.

@@ -125,23 +125,24 @@ class TreeView : public Control {
     Status startLabelEdit();
     /// The node that is being edited; empty while no editor is open.
     [[nodiscard]] NodeRef editedNode() const { return edited_; }
-    /// The user has ended the editor with a new text. Runs onAfterLabelEdit and sets the node's
+    /// The user has finished the edit with a new text. Runs onAfterLabelEdit and sets the node's
     /// label, unless the handler refuses the text. Does nothing without an open editor.
     void finishLabelEdit(std::string text);
     /// The editor was closed without a new text.
     void cancelLabelEdit() { edited_.reset(); }
     void beginDrag();
 
-    // User input. `at` is the node under the pointer, empty if there is none.
+    // User input. A NodeRef argument is the node under the pointer; empty if there is none.
     Handler<MouseButtons, NodeRef> onMouseDown;
     Handler<MouseButtons, NodeRef> onMouseUp;
     Handler<MouseButtons, NodeRef> onMouseMove;
     Handler<> onDoubleClick;
     Handler<NodeRef> onDragOver;
     Handler<NodeRef> onDragDrop;
-    /// `cancel` starts as false; true keeps the editor closed.
+    /// The argument `cancel` starts as false; true keeps the editor closed.
     Handler<bool&> onBeforeLabelEdit;
-    /// `cancel` starts as false; true keeps the old label.
+    /// The arguments are `cancel` and the new text. `cancel` starts as false; true keeps the old
+    /// label.
     Handler<bool&, const std::string&> onAfterLabelEdit;
 
     /// Sets the view that observes the tree, or null for no view.

@@ -284,7 +284,7 @@ TEST_F(ObservedTree, NotifiesOfEachChangeOnce) {
 }
 
 /// Does not measure the time: with quadratic work on this many nodes, the test would take minutes
-/// and exceed the time limit of every test.
+/// and exceed the time limit that applies to each test.
 TEST(LargeTree, ASubtreeOfAHundredThousandNodesIsBuiltMovedAndRemoved) {
     constexpr int nodes = 100'000;
     Form form("Form1");

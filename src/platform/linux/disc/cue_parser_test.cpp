@@ -53,8 +53,8 @@ TEST(CueParser, AStoredPauseBelongsToThePreviousTrack) {
     const auto layout = accepted("FILE a.bin BINARY\n"
                                  "TRACK 01 AUDIO\nINDEX 00 00:00:00\nINDEX 01 00:02:00\n"
                                  "TRACK 02 AUDIO\nINDEX 00 00:04:00\nINDEX 01 00:06:00\n");
-    EXPECT_THAT(layout.tracks[0].segments, ElementsAre(soundOf(0, 150, 150), soundOf(0, 300, 150)))
-        << "the content before track 1 must not be on the time line";
+    // The content before track 1 is not on the time line.
+    EXPECT_THAT(layout.tracks[0].segments, ElementsAre(soundOf(0, 150, 150), soundOf(0, 300, 150)));
     EXPECT_THAT(layout.tracks[1].segments, ElementsAre(soundOf(0, 450, toFileEnd)));
 }
 
@@ -149,7 +149,7 @@ TEST(CueParser, TheGapBeforeASecondSessionIsNotOnTheTimeLine) {
     EXPECT_THAT(layout.tracks[1].segments, ElementsAre(soundOf(0, 450, 150), soundOf(0, 600, 75)));
 }
 
-TEST(CueParser, AcceptsLowerCaseAByteOrderMarkAndCrLfLineEnds) {
+TEST(CueParser, AcceptsLowerCaseAndAByteOrderMarkAndCrLfLineEnds) {
     const auto layout = accepted("\xEF\xBB\xBF"
                                  "file \"a.bin\" binary\r\n\ttrack 1 audio\r\n"
                                  "\t\tindex 1 0:0:0\r\n\r\n");

@@ -101,10 +101,10 @@ enum class DeviceProblem {
     noMedium,     ///< the drive is empty
     trayOpen,     ///< the drive is empty and its tray is open
     busy,         ///< the drive spins up, or another program uses it
-    noPermission, ///< this user has no permission to read it
+    noPermission, ///< the user has no permission to read the drive or the image
     unreadable,   ///< the medium cannot be read as a disc
     hung,         ///< the drive does not respond
-    missing,      ///< there is no such drive or file, or it is not a drive
+    missing,      ///< the drive or the image does not exist, or the device is not a drive
 };
 
 /// The state of a drive or its disc, for the user.

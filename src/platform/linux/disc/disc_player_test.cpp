@@ -99,7 +99,7 @@ TEST(DiscPlayer, NeverReadsFurtherAheadThanFourSeconds) {
     const auto disc = longDisc();
     DiscPlayer player(disc);
     ASSERT_TRUE(player.play(0, 10000).ok());
-    // Waits until the reader has read 4 s ahead; it can do so because nothing is pulled yet.
+    // Waits until the reader has read 4 s ahead of the first frame, which is not pulled yet.
     constexpr std::int64_t ahead = 4 * sectorsPerSecond;
     while (disc->furthest() < ahead) {
         std::this_thread::yield();
@@ -367,7 +367,7 @@ TEST(DiscPlayer, APlayFailsWhileNoThreadCanBeStarted) {
     threads.free(1);
     ASSERT_TRUE(player.play(7, 9).ok());
     EXPECT_EQ(playToItsEnd(player), framesAt(7 * framesPerSector, 2 * framesPerSector));
-    ASSERT_TRUE(player.play(1, 2).ok()) << "the next play must use the same thread";
+    ASSERT_TRUE(player.play(1, 2).ok()) << "the second play() tried to start another thread";
 }
 
 } // namespace

@@ -91,7 +91,8 @@ TEST_F(DriveSlotTest, KeepsTheDriveAndItsOpenTrayUntilTheUserMakesAChoice) {
     EXPECT_FALSE(slot.openDrive()->mediaPresent());
     EXPECT_EQ(made.size(), 1u);
     slot.choiceMade();
-    EXPECT_TRUE(slot.openDrive()->mediaPresent()) << "the same image must be inserted again";
+    EXPECT_TRUE(slot.openDrive()->mediaPresent())
+        << "the choice of the same image did not insert the image again";
     EXPECT_EQ(made.size(), 1u);
     configured = "/b.cue";
     slot.choiceMade();

@@ -40,7 +40,8 @@ struct DriveStatus {
 /// (kernel documentation, cdrom).
 [[nodiscard]] std::vector<std::string> driveNames(std::string_view information);
 
-/// The device nodes of the drives in that list for which `exists` is true.
+/// The device nodes of the drives that driveNames() returns for `information` and for which
+/// `exists` returns true.
 [[nodiscard]] std::vector<std::string>
 driveDevices(std::string_view information,
              const std::function<bool(const std::string& device)>& exists);

@@ -119,7 +119,7 @@ TEST_F(ImageDriveTest, AFileThatChangesWhileInUseCountsAsAChangeOfDiscs) {
     std::filesystem::remove(bin);
     EXPECT_FALSE(drive_.mediaPresent());
     EXPECT_FALSE(drive_.mediaPresent())
-        << "no disc must be present, because the sound file is still missing";
+        << "a disc is present, although the sound file is still missing";
 }
 
 TEST_F(ImageDriveTest, AFileThatChangesWhileUnusedIsNoChangeOfDiscs) {

@@ -15,7 +15,7 @@ TEST(ImagePath, PrefersTheExactName) {
     EXPECT_EQ(findImageFile(folder.path(""), "a.bin"), folder.path("a.bin"));
     EXPECT_EQ(findImageFile(folder.path(""), "A.BIN"), folder.path("A.BIN"));
     EXPECT_EQ(findImageFile(folder.path(""), "A.bin"), folder.path("A.BIN"))
-        << "the file must be the first match in byte order";
+        << "the result is not the first match in byte order";
 }
 
 TEST(ImagePath, FindsFilesInSubfoldersInAnyCaseAndWithBackslashes) {

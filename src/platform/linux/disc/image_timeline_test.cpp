@@ -116,7 +116,7 @@ TEST(Timeline, ATruncatedTrackKeepsItsStatedLength) {
 TEST(Timeline, CountsTheLostSectorsOfARange) {
     const ImageTimeline truncated = cueLine(threeTrackSheet, {400 * 2352 + 100}).value();
     EXPECT_EQ(lostSectors(truncated, 0, 900), 500)
-        << "the rest of track 2 and all of track 3 must count as lost";
+        << "not all of track 3 and of the rest of track 2 counts as lost";
     EXPECT_EQ(lostSectors(truncated, 300, 600), 200);
     EXPECT_EQ(lostSectors(truncated, 0, 400), 0);
     EXPECT_EQ(lostSectors(truncated, 399, 401), 1);
@@ -169,7 +169,7 @@ TEST(Timeline, ADataTrackHasALengthButNoSound) {
                               {100 * 2048, 2352});
     EXPECT_THAT(lengthsOf(line.value()), ElementsAre(100, 1));
     EXPECT_EQ(line.value().table.tracks[0].kind, TrackKind::data);
-    EXPECT_EQ(line.value().sound.size(), 1U) << "data must not count as sound";
+    EXPECT_EQ(line.value().sound.size(), 1U) << "the data track was counted as sound";
 }
 
 TEST(Timeline, ADiscWithoutAnyContentIsAnError) {

@@ -30,9 +30,9 @@ class AudioSectors {
     /// Makes `first` the next sector; sectors from `end` on are never requested from the drive.
     virtual void seek(std::int64_t first, std::int64_t end) = 0;
     /// Fills `out` (framesPerSector frames) with the next sector and advances by one. Precondition:
-    /// the effort is not `none`. If an attempt fails, at most one more begins after the time limit
-    /// in `plan`. After a stop request, no further command is sent to the drive, and `out` is
-    /// unspecified.
+    /// the effort is not `none`. If an attempt fails, at most one more attempt begins after the
+    /// time limit in `plan`. After a stop request, no further command is sent to the drive, and
+    /// `out` is unspecified.
     [[nodiscard]] virtual SectorOutcome
     next(ReadEffort::Plan plan, std::span<sound::StereoFrame> out, const std::stop_token& stop) = 0;
 };

@@ -164,7 +164,7 @@ TEST_F(OpticalDiscTest, IssuesNoCommandAfterAStopRequestAndCanReadAgainLater) {
     EXPECT_EQ(disc.read(4, frames, drive->stop.get_token()), ReadOutcome::interrupted);
     EXPECT_EQ(drive->efforts.size(), 4u);
     EXPECT_THAT(disc.remark(), testing::StartsWith("3 sectors"))
-        << "the interrupted fourth sector must not be counted";
+        << "the fourth sector, whose read was interrupted, is counted";
     drive->stopAt = INT64_MAX;
     EXPECT_EQ(read(3, 10), sectorsAt(3, 10));
 }

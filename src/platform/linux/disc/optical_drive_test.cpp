@@ -47,7 +47,8 @@ constexpr std::int64_t discSectors = 100;
 class OpticalDriveTest : public testing::Test {
   protected:
     OpticalDriveTest() {
-        // The library looks for the sound beside the sheet, whatever file the sheet names.
+        // The library reads the sound from the .bin file with the name of the sheet, whatever file
+        // the sheet states, so each sheet has its own .bin file.
         for (const std::string name : {"disc", "other"}) {
             folder_.writeFrames(name + ".bin", rampSectors(0, discSectors));
             folder_.write(name + ".cue", "FILE \"" + name + ".bin\" BINARY\n" +

@@ -129,7 +129,7 @@ TEST_F(ParanoiaSectorsTest, DeliversTheRightSectorsAfterSeeksAndSingleReads) {
 
 TEST_F(ParanoiaSectorsTest, RepairsSectorsThatCanBeReadEventually) {
     bad_ = {60, 61, 90};
-    failures_ = 3; // the large command, the small one, the single-sector one
+    failures_ = 3; // of the large command, the small command and the single-sector command
     const auto reader = makeReader();
     reader->seek(40, endOfSound);
     std::vector<StereoFrame> out(framesPerSector);
