@@ -120,7 +120,7 @@ std::optional<Loaded> PatientDrive::loadSoon() {
 
 bool PatientDrive::mediaPresent() {
     reportResponding();
-    // Sent only if no call is running: queued queries would all be sent to the drive later.
+    // The query is sent only if no call is running: queued queries would all reach the drive later.
     if (calls_.idle()) {
         std::int64_t trayOpenings = 0;
         {

@@ -117,7 +117,7 @@ TEST_F(PatientDriveTest, WaitsOnlyBrieflyForCallsMadeEverySecond) {
     EXPECT_FALSE(drive.mediaPresent());
     EXPECT_EQ(drive.loadSoon(), std::nullopt);
     EXPECT_EQ(drive.loadSoon(), std::nullopt);
-    EXPECT_THAT(noting.bounds, ElementsAre(35ms, 10ms)) << "a busy drive must get no further call";
+    EXPECT_THAT(noting.bounds, ElementsAre(35ms, 10ms)) << "the busy drive received a further call";
     EXPECT_LE(PatientDrive::mediumMoment + PatientDrive::tableMoment, Waiting::plainMoment);
     EXPECT_EQ(drive.load().disc, nullptr);
     drive.openTray();
@@ -200,7 +200,7 @@ TEST_F(PatientDriveTest, CanBeDestroyedWhileACallHangs) {
     device->recover();
     EXPECT_TRUE(fakes::eventually([&] { return device.use_count() == 1; }));
     EXPECT_THAT(device->calls(), ElementsAre("load"))
-        << "calls that have not begun must be dropped";
+        << "a call that had not begun was not dropped";
 }
 
 TEST_F(PatientDriveTest, LoadsWithoutBlockingACallerThatPolls) {
@@ -266,7 +266,7 @@ TEST_F(PatientDriveTest, ADiscStillBeingReadWhenTheTrayOpensIsNotReturned) {
     drive->openTray();
     EXPECT_FALSE(drive->mediaPresent());
     EXPECT_TRUE(discIsDropped());
-    EXPECT_EQ(drive->load().disc.get(), device->disc.get()) << "the disc must be read again";
+    EXPECT_EQ(drive->load().disc.get(), device->disc.get()) << "the disc was not read again";
 }
 
 TEST_F(PatientDriveTest, ReportsOnceThatTheDriveHangsAndOnceThatItRespondsAgain) {

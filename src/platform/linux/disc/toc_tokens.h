@@ -24,7 +24,8 @@ struct TocToken {
 [[nodiscard]] Result<std::vector<TocToken>> tocTokens(std::string_view sheet,
                                                       std::string_view text);
 
-/// The decoded text of a string token: \" and \\ and \ooo (a byte in three octal digits).
+/// The text of a string token after its escapes were decoded: \" and \\ and \ooo (a byte in three
+/// octal digits).
 [[nodiscard]] std::string unescaped(std::string_view text);
 
 } // namespace sonarith::disc

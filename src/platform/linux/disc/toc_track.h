@@ -29,10 +29,10 @@ class TocTrack {
     void add(Segment segment);
     /// START without a time: all content added so far precedes INDEX 01.
     [[nodiscard]] TocTrackCheck startHere(int line);
-    /// START with a time: content of that length precedes INDEX 01. A part of this content may be
-    /// added later.
+    /// START with a time: the first `sectors` sectors of the content precede INDEX 01. A part of
+    /// this content may be added later.
     [[nodiscard]] TocTrackCheck startAt(std::int64_t sectors, int line);
-    /// PREGAP: silence of that length precedes INDEX 01, and all content follows INDEX 01.
+    /// PREGAP: `sectors` sectors of silence precede INDEX 01, and all content follows INDEX 01.
     [[nodiscard]] TocTrackCheck pregap(std::int64_t sectors, int line);
     /// INDEX: does not split the content. Its time is checked, because a wrong time reveals a
     /// truncated sheet.

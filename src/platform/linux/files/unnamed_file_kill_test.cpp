@@ -75,7 +75,8 @@ TEST_P(KilledSaveTest, LeavesTheOldOrTheNewFileAndHiddenFilesThatTheNextCreateDe
     }
     EXPECT_GT(call, 5) << "the save made fewer calls than its flushes and the naming need";
     EXPECT_EQ(leftovers > 0, usesHiddenNames)
-        << "kills left files although no hidden name is used, or none although one is used";
+        << "a kill left a file although no hidden name is used, or no kill left a file although "
+           "hidden names are used";
 }
 
 INSTANTIATE_TEST_SUITE_P(WithEveryMethod, KilledSaveTest,

@@ -58,8 +58,8 @@ TEST(LateLibrary, IsLoadedWithAllOthersByLoadDeviceLibraries) {
 }
 
 TEST(LateLibrary, FindsAFunctionEvenIfTwoThreadsCallItAtOnce) {
-    // Two threads may call a function of a linked library at once, so they may also call a function
-    // that is loaded late.
+    // Two threads may call a function of a linked library at once; a function that is loaded late
+    // must permit the same.
     std::vector<std::string> words(2);
     {
         std::jthread first([&] { words[0] = sf_strerror(nullptr); });

@@ -41,7 +41,7 @@ class CdMedium {
     /// Whether a disc has been read and not released since. Does not query the drive.
     [[nodiscard]] bool loaded() const { return disc_ != nullptr; }
 
-    /// Both return false if the machine has no drive.
+    /// openTray() and closeTray() return false if the machine has no drive.
     [[nodiscard]] bool openTray();
     [[nodiscard]] bool closeTray();
     /// Whether openTray() was called and no disc has been found since.
@@ -53,10 +53,10 @@ class CdMedium {
     /// The end sector of the most recent play command; 0 if there was none.
     [[nodiscard]] std::int64_t playEnd() const { return playEnd_; }
 
-    // Precondition: a disc is loaded.
+    // Precondition of play() and seek(): a disc is loaded.
     [[nodiscard]] Status play(std::int64_t sector, std::int64_t endSector);
     void seek(std::int64_t sector);
-    // Without effect before the first play() or seek().
+    // pause(), resume() and stop() have no effect before the first play() or seek().
     void pause();
     void resume();
     void stop();
