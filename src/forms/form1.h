@@ -78,7 +78,7 @@ class Form1 : public Form {
     // Status bar.
     ProgressBar ProgressBar1{*this, "ProgressBar1", 0, 100};
     Label Status{*this, "Status", "00.00%"}; ///< constant text; nothing changes it
-    Label Label33{*this, "Label33", "OFF"};  ///< percentage of the track or file
+    Label Label33{*this, "Label33", "OFF"};  ///< percentage of the track or file that is done
     Label lblStatus{*this, "lblStatus"};     ///< bytes captured, or bytes of the last decoded WAV
 
     TreeView TreeView1{*this, "TreeView1"};

@@ -45,7 +45,7 @@ class FrmPlayList : public Form {
     static constexpr std::array<const char*, text4Count> text4Labels = {
         "Artist", "Title", "Album", "Year", "Comment", "Genre", "HasTag", "Length"};
     /// The boxes Text4(1) to Text4(8): the tag's fields with the genre as a number, whether there
-    /// is a tag, and the length of the file.
+    /// is a tag, and the length of the file in bytes.
     [[nodiscard]] TextBox& Text4(std::size_t number) { return text4_.at(number - 1); }
 
   private:

@@ -19,7 +19,7 @@ class BatchedWakeup : public Wakeup {
     /// wake-ups, and the meter's trace still seems to move.
     static constexpr int callsInBatch = 5;
     /// Batches begin after this many calls in silence. By then the meter has shown the end of the
-    /// sound, although the mixer reports the last level for some 50 ms after it.
+    /// sound, although the mixer still reports the last level for some 50 ms after that end.
     static constexpr int callsBeforeBatches = 10;
 
     /// `isSilent` is queried after the calls of each wake-up, and by endSilence(). The loop must

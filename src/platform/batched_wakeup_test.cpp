@@ -84,7 +84,7 @@ TEST_F(BatchedWakeupTest, WhenSoundBeginsBetweenBatchesTheDueCallsFollowAndThenE
     EXPECT_THAT(calls, ElementsAre(183ms, 183ms, 183ms, 193ms, 203ms, 213ms));
 }
 
-TEST_F(BatchedWakeupTest, WhenSoundBeginsDirectlyAfterABatchNoCallIsDueBeforeTheNextInterval) {
+TEST_F(BatchedWakeupTest, WhenSoundBeginsDirectlyAfterABatchTheNextCallIsOneIntervalLater) {
     beginInBatches();
     loop.advance(59ms);
     calls.clear();

@@ -13,7 +13,7 @@
 
 namespace sonarith {
 
-/// Describes a change of the lines to a view. Sent after the change.
+/// What has changed in the lines. Sent to the views after the change.
 struct ListChange {
     enum class Kind {
         inserted, ///< the line is new; the indices of the lines after it have increased by one

@@ -68,7 +68,7 @@ TEST_F(MachineDeviceChoiceTest, ReportsAnUnusableOutputOnceUntilAnotherIsChosen)
     store.put("Devices", "Output", "no-such-device");
     MachineDeviceChoice devices(store, slot, card, notices);
     const sound::SoundCardThread thread(card);
-    EXPECT_THAT(notices.texts(), IsEmpty()) << "reported before the output was used";
+    EXPECT_THAT(notices.texts(), IsEmpty()) << "a problem was reported before the output was used";
     const auto disc = std::make_shared<fakes::PatternSource>();
     card.attach(sound::Line::compactDisc, disc, sound::monotonicNow());
     ASSERT_TRUE(eventually([&] { return !notices.texts().empty(); }));

@@ -15,7 +15,7 @@ TEST(CueWords, ModesHaveAKindAndASectorSize) {
     EXPECT_EQ(cueTrackMode("MODE2/2352")->sectorBytes, 2352);
 }
 
-TEST(CueWords, UnsupportedModesAreUnknown) {
+TEST(CueWords, AnUnsupportedModeIsNotFound) {
     EXPECT_FALSE(cueTrackMode("CDG").has_value());
     EXPECT_FALSE(cueTrackMode("AUDI").has_value());
     EXPECT_FALSE(cueTrackMode("").has_value());

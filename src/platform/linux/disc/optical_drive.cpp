@@ -24,8 +24,8 @@ RawToc currentTocOf(const OpticalAccess& access, const std::string& device) {
 }
 
 /// Whether the disc whose table is `toc` was removed. A state that does not decide this (loaded,
-/// notReady, unknown) counts as removal only if the drive also reports a change and its table
-/// differs.
+/// notReady, unknown) counts as removal only if the drive also reports a change and its current
+/// table differs from `toc`.
 bool wasRemoved(const OpticalAccess& access, const std::string& device, CdIo_t* cdio,
                 const RawToc& toc) {
     const DriveState state = access.status(device).state;
@@ -94,8 +94,8 @@ Loaded OpticalDrive::load() {
                           "that the disc is clean and correctly inserted.");
     case DriveState::empty:
     case DriveState::trayOpen:
-        // So that the next load starts a new damage record: the disc may be another one, or the
-        // same one after cleaning.
+        // Makes the next load start a new damage record: its disc may be another disc, or the same
+        // disc after cleaning.
         toc_ = {};
         return noDisc(status.state == DriveState::empty ? DeviceProblem::noMedium
                                                         : DeviceProblem::trayOpen);

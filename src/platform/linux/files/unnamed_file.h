@@ -31,8 +31,8 @@ class UnnamedFile {
 
     [[nodiscard]] const FileDescriptor& descriptor() const { return file_; }
 
-    /// Gives the file the name `target` and flushes it to the disk before it returns. An existing
-    /// file of that name is replaced in one step, and its mode is kept; a symbolic link is
+    /// Gives the file the name `target` and flushes the file to the disk before returning. An
+    /// existing file of that name is replaced in one step, and its mode is kept; a symbolic link is
     /// followed. The contents are copied only if this file was published before, or if it cannot
     /// be linked at the target, for example on another file system. After a failure `target` is
     /// unchanged, and this file can still be published. Fails if `target` is a folder, another
@@ -41,7 +41,7 @@ class UnnamedFile {
 
   private:
     UnnamedFile() = default;
-    // These return an errno value; 0 is success.
+    // openIn() to copyTo() return an errno value; 0 is success.
     [[nodiscard]] int openIn(const FileDescriptor& folder, Concealment concealment);
     [[nodiscard]] int openUnderHiddenName(const FileDescriptor& folder);
     [[nodiscard]] int linkUnderHiddenName(const FileDescriptor& folder);

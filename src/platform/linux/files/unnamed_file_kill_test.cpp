@@ -30,7 +30,7 @@ enum class Method { itself, copy };
 
 class KilledSaveTest : public testing::TestWithParam<std::tuple<Concealment, Target, Method>> {
   protected:
-    /// Runs one save in `folder` and kills it at system call number `call`.
+    /// Runs one save in `folder` in a child process, which is killed at system call number `call`.
     KillOutcome save(const fs::path& folder, int call) const {
         std::optional<UnnamedFile> file;
         return test::killAtCall(

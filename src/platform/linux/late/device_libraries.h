@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Loads at once all libraries that the headers of this folder declare (see late_library.h).
+// Loads, in one call, all libraries that the headers of this folder declare (see late_library.h).
 #pragma once
 
 namespace sonarith {

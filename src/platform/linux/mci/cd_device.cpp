@@ -251,7 +251,8 @@ std::string_view CdDevice::mode() const {
     return "stopped";
 }
 
-// Rounded down to a whole sector, so that the end is never reported before it has been reached.
+// Rounds the position down to a whole sector, so that the end is never reported before it has been
+// reached.
 std::int64_t CdDevice::currentSector() const {
     return medium_.positionInFrames() / disc::framesPerSector;
 }

@@ -269,7 +269,7 @@ TEST(AnImageThatVanishes, IsNotReportedAfterAnEjectOrTheChoiceOfAnotherDriveOrWh
     EXPECT_THAT(session.machine.notices.texts(), IsEmpty());
 }
 
-TEST(ADiscThatTheUserEjects, IsNotReported) {
+TEST(ADiscRemovedFromAnOpticalDrive, IsNotReported) {
     CdSession session(threeTracks());
     session.send("play cd");
     session.machine.transport->isGone = true;

@@ -44,7 +44,8 @@ class CdMedium {
     /// openTray() and closeTray() return false if the machine has no drive.
     [[nodiscard]] bool openTray();
     [[nodiscard]] bool closeTray();
-    /// Whether openTray() was called and no disc has been found since.
+    /// Whether openTray() was called, and since then neither closeTray() was called nor a disc was
+    /// found nor another drive was chosen.
     [[nodiscard]] bool trayOpened() const { return trayOpened_; }
 
     /// The mode and position of the disc; stopped at sector 0 before the first play() or seek().
@@ -65,7 +66,7 @@ class CdMedium {
     /// again after that, and if the disc is an image and has vanished.
     void watch();
     /// Returns, for each damaged track, the sound that was lost since playing began or since the
-    /// previous call.
+    /// previous call, whichever is later.
     [[nodiscard]] std::vector<TrackLoss> takeLosses();
 
   private:
@@ -84,7 +85,7 @@ class CdMedium {
     std::unique_ptr<Transport> transport_;
     std::int64_t playedFrom_ = 0; ///< the first sector whose losses were not yet taken
     std::int64_t playEnd_ = 0;
-    int failedLoads_ = 0; ///< since the drive was last seen empty
+    int failedLoads_ = 0; ///< since the drive was last seen empty, or the last release()
     bool trayOpened_ = false;
     bool removalUnseen_ = false;        ///< a loaded disc was released since the last present()
     bool interruptionReported_ = false; ///< whether the interruption notice is shown
