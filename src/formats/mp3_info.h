@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Stores the results of the analysis of MP3 files: the fields of the last header and of the last
-// tag. There is one record per program. It is not cleared between files: fields that an analysis
-// does not store keep the values of an earlier file.
+// Stores the results of the analysis of MP3 files: the fields of the header and of the tag that
+// were read last. There is one record per program. It is not cleared between files: fields that an
+// analysis does not store keep the values of an earlier file.
 #pragma once
 
 #include <cstdint>

@@ -10,8 +10,8 @@ FrmSearch::FrmSearch(const FileSystem& files, Directories& directories)
     : Form("frmsearch", "File Finder"),
       Drive1(*this, "Drive1", directories, files),
       Dir1(*this, "Dir1", directories, files) {
-    // Limits what the user can type: the extension, including its dot, and the name. Texts that
-    // code sets have no limit.
+    // The limits apply only to typing, not to texts that code sets. The dot counts as a character
+    // of the extension.
     zFileExt.setTypingLimit(4);
     Text1.setTypingLimit(100);
     mnupopup.setVisible(false);

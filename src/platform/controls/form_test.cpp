@@ -192,7 +192,7 @@ TEST_F(FormTest, APopupRequestPassesTheRequestedMenu) {
 struct DesignedForm : Form {
     explicit DesignedForm(EventLoop& loop) : Form("FrmPrefs", "Preferences"), tick(*this, loop) {
         hidden.setVisible(false);
-        group.setToolTip("a tip");
+        tabs.setToolTip("a tip");
         setDesignedSize(100_twips, 200_twips);
         keepDesign();
     }
@@ -208,7 +208,7 @@ struct DesignedForm : Form {
     Label hidden{*this, "Label4", "Label4"};
     ListBox list{*this, "List1"};
     ComboBox combo{*this, "Combo1"};
-    TabControl group{*this, "SSTab2", {"a", "b"}};
+    TabControl tabs{*this, "SSTab2", {"a", "b"}};
     Ticks tick;
 };
 
@@ -227,8 +227,8 @@ struct DesignTest : testing::Test {
         form.hidden.setVisible(true);
         form.list.addItem("line");
         form.combo.addItem("entry");
-        form.group.setTab(1).passOver();
-        form.group.setToolTip("");
+        form.tabs.setTab(1).passOver();
+        form.tabs.setToolTip("");
     }
     void expectAsDesigned() const {
         EXPECT_EQ(form.caption(), "Preferences");
@@ -241,8 +241,8 @@ struct DesignTest : testing::Test {
         EXPECT_FALSE(form.hidden.visible());
         EXPECT_EQ(form.list.listCount(), 0);
         EXPECT_EQ(form.combo.listCount(), 0);
-        EXPECT_EQ(form.group.tab(), 0);
-        EXPECT_EQ(form.group.toolTip(), "a tip");
+        EXPECT_EQ(form.tabs.tab(), 0);
+        EXPECT_EQ(form.tabs.toolTip(), "a tip");
     }
 };
 

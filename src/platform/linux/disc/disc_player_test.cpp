@@ -296,7 +296,7 @@ TEST(DiscPlayer, DeliversExactFramesWhileAnotherThreadIssuesCommands) {
     constexpr std::int64_t grid = 100; // all plays start on multiples of this many sectors
     std::atomic<bool> done = false;
     std::int64_t played = 0;
-    std::int64_t strays = 0;
+    std::int64_t violations = 0;
     std::thread engine([&] {
         std::vector<StereoFrame> block(blockFrames);
         StereoFrame last = frameAt(-1);
@@ -308,7 +308,7 @@ TEST(DiscPlayer, DeliversExactFramesWhileAnotherThreadIssuesCommands) {
                 const std::int64_t now = static_cast<std::uint16_t>(block[i].left) +
                                          std::int64_t{block[i].right} * 65536;
                 if (now != before + 1 && now % (grid * framesPerSector) != 0) {
-                    ++strays;
+                    ++violations;
                 }
                 last = block[i];
             }
@@ -339,7 +339,7 @@ TEST(DiscPlayer, DeliversExactFramesWhileAnotherThreadIssuesCommands) {
                 player.play(sector, sector + 1 + static_cast<std::int64_t>(random() % 900)).ok());
         }
         if (player.positionInFrames() > 10000 * framesPerSector) {
-            ++strays;
+            ++violations;
         }
         std::this_thread::yield();
     }
@@ -350,7 +350,7 @@ TEST(DiscPlayer, DeliversExactFramesWhileAnotherThreadIssuesCommands) {
     }
     done = true;
     engine.join();
-    EXPECT_EQ(strays, 0);
+    EXPECT_EQ(violations, 0);
     EXPECT_GE(played, 30 * framesPerSector);
     EXPECT_LE(disc->furthest(), 10000);
 }

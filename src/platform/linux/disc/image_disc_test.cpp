@@ -29,8 +29,8 @@ std::string refused(const std::filesystem::path& path) {
     return disc.ok() ? std::string() : disc.error().text;
 }
 
-void expectLine(const std::filesystem::path& path,
-                const std::vector<sound::StereoFrame>& expected) {
+void expectTimeLine(const std::filesystem::path& path,
+                    const std::vector<sound::StereoFrame>& expected) {
     const auto disc = opened(path);
     ASSERT_NE(disc, nullptr);
     EXPECT_THAT(disc->remark(), IsEmpty());
@@ -48,20 +48,21 @@ TEST(ImageDisc, PlaysEverySampleOfABinaryFile) {
     folder.writeFrames("a.bin", rampSectors(0, 30));
     const auto path = folder.write("a.cue", twoTracks("a.bin BINARY"));
     EXPECT_EQ(opened(path)->table().start(2), 15);
-    expectLine(path, rampSectors(0, 30));
+    expectTimeLine(path, rampSectors(0, 30));
 }
 
 TEST(ImageDisc, PlaysAFileWithTheHighBytesFirst) {
     const ImageFolder folder;
     folder.writeFrames("a.bin", rampSectors(0, 30), std::endian::big);
-    expectLine(folder.write("a.cue", twoTracks("a.bin MOTOROLA")), rampSectors(0, 30));
+    expectTimeLine(folder.write("a.cue", twoTracks("a.bin MOTOROLA")), rampSectors(0, 30));
 }
 
 TEST(ImageDisc, PlaysAWaveAndPadsItsLastSector) {
     const ImageFolder folder;
     folder.writeWave("a.wav", ramp(0, 30 * 588 + 5));
-    expectLine(folder.write("a.cue", twoTracks("a.wav WAVE")),
-               joined({ramp(0, 30 * 588 + 5), ramp(0, 0), std::vector<sound::StereoFrame>(583)}));
+    expectTimeLine(
+        folder.write("a.cue", twoTracks("a.wav WAVE")),
+        joined({ramp(0, 30 * 588 + 5), ramp(0, 0), std::vector<sound::StereoFrame>(583)}));
 }
 
 TEST(ImageDisc, PlaysFilesOneAfterTheOther) {
@@ -69,11 +70,12 @@ TEST(ImageDisc, PlaysFilesOneAfterTheOther) {
     folder.writeFrames("1.bin", rampSectors(0, 10));
     folder.writeWave("2.wav", rampSectors(10, 12));
     folder.writeFrames("3.bin", rampSectors(22, 9), std::endian::big);
-    expectLine(folder.write("a.cue", "FILE 1.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"
-                                     "FILE 2.wav WAVE\nTRACK 02 AUDIO\nINDEX 00 00:00:00\n"
-                                     "INDEX 01 00:00:04\n"
-                                     "FILE 3.bin MOTOROLA\nTRACK 03 AUDIO\nINDEX 01 00:00:00\n"),
-               rampSectors(0, 31));
+    expectTimeLine(folder.write("a.cue",
+                                "FILE 1.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"
+                                "FILE 2.wav WAVE\nTRACK 02 AUDIO\nINDEX 00 00:00:00\n"
+                                "INDEX 01 00:00:04\n"
+                                "FILE 3.bin MOTOROLA\nTRACK 03 AUDIO\nINDEX 01 00:00:00\n"),
+                   rampSectors(0, 31));
     EXPECT_EQ(opened(folder.path("a.cue"))->table().start(2), 14);
 }
 
@@ -85,8 +87,8 @@ TEST(ImageDisc, PlaysPausesStoredInTheFileAndOtherPausesAsSilenceButNoneBeforeTr
                  "TRACK 01 AUDIO\nPREGAP 00:02:00\nINDEX 00 00:00:00\nINDEX 01 00:00:03\n"
                  "TRACK 02 AUDIO\nINDEX 00 00:00:10\nINDEX 01 00:00:12\nPOSTGAP 00:00:04\n"
                  "TRACK 03 AUDIO\nPREGAP 00:00:06\nINDEX 01 00:00:20\n");
-    expectLine(path, joined({rampSectors(3, 9), rampSectors(12, 8), silentSectors(4 + 6),
-                             rampSectors(20, 20)}));
+    expectTimeLine(path, joined({rampSectors(3, 9), rampSectors(12, 8), silentSectors(4 + 6),
+                                 rampSectors(20, 20)}));
     const Table table = opened(path)->table();
     EXPECT_EQ(table.start(2), 9);
     EXPECT_EQ(table.start(3), 9 + 18);
@@ -121,10 +123,10 @@ TEST(ImageDisc, PlaysEverySampleOfAToc) {
                                             "START 00:00:03\nFILE \"b.bin\" SWAP 0\n"
                                             "TRACK AUDIO\nSILENCE 00:00:02\nZERO 588\nSTART\n"
                                             "FILE \"c.wav\" 588\nSILENCE 1\n");
-    expectLine(path, joined({rampSectors(2, 28), ramp(30 * 588, 1000),
-                             // silence up to the next sector, and the pause before track 3
-                             std::vector<sound::StereoFrame>(2 * 588 - 1000), silentSectors(3),
-                             rampSectors(41, 4), silentSectors(1)}));
+    expectTimeLine(path, joined({rampSectors(2, 28), ramp(30 * 588, 1000),
+                                 // silence up to the next sector, and the pause before track 3
+                                 std::vector<sound::StereoFrame>(2 * 588 - 1000), silentSectors(3),
+                                 rampSectors(41, 4), silentSectors(1)}));
     EXPECT_EQ(opened(path)->table().start(2), 8 + 3);
     EXPECT_EQ(opened(path)->table().start(3), 8 + 20 + 2 + 3);
 }
@@ -133,11 +135,11 @@ TEST(ImageDisc, PlaysToTheLastSampleIfAStatedLengthEndsInsideASector) {
     const ImageFolder folder;
     folder.writeWave("a.wav", ramp(0, 10 * 588 + 355));
     folder.writeFrames("b.bin", ramp(10 * 588 + 355, 233), std::endian::big);
-    expectLine(folder.write("a.toc", "TRACK AUDIO\nAUDIOFILE \"a.wav\" 0 6235\n"
-                                     "FILE \"b.bin\" 0 233\n"),
-               rampSectors(0, 11));
-    expectLine(folder.write("b.toc", "TRACK AUDIO\nAUDIOFILE \"a.wav\" 0 6235\n"),
-               joined({ramp(0, 6235), std::vector<sound::StereoFrame>(233)}));
+    expectTimeLine(folder.write("a.toc", "TRACK AUDIO\nAUDIOFILE \"a.wav\" 0 6235\n"
+                                         "FILE \"b.bin\" 0 233\n"),
+                   rampSectors(0, 11));
+    expectTimeLine(folder.write("b.toc", "TRACK AUDIO\nAUDIOFILE \"a.wav\" 0 6235\n"),
+                   joined({ramp(0, 6235), std::vector<sound::StereoFrame>(233)}));
 }
 
 TEST(ImageDisc, ADataTrackIsListedAndReadAsSilence) {
@@ -147,7 +149,7 @@ TEST(ImageDisc, ADataTrackIsListedAndReadAsSilence) {
                                             "INDEX 01 00:00:00\nREM SESSION 02\n"
                                             "TRACK 02 MODE2/2352\nINDEX 00 00:00:10\n"
                                             "INDEX 01 00:00:12\n");
-    expectLine(path, joined({rampSectors(0, 10), silentSectors(18)}));
+    expectTimeLine(path, joined({rampSectors(0, 10), silentSectors(18)}));
     EXPECT_EQ(opened(path)->table().tracks[1].kind, TrackKind::data);
 }
 
@@ -156,9 +158,9 @@ TEST(ImageDisc, FindsFilesInAnyCaseAndDetectsTheKindOfASheetByItsText) {
     folder.writeFrames("Disc.Bin", rampSectors(0, 30));
     const auto cue = twoTracks("DISC.BIN BINARY");
     const std::string toc = "CD_DA\nTRACK AUDIO\nFILE \"disc.BIN\" SWAP 0\n";
-    expectLine(folder.write("a.CuE", cue), rampSectors(0, 30));
-    expectLine(folder.write("a.txt", cue), rampSectors(0, 30));
-    expectLine(folder.write("b.txt", toc), rampSectors(0, 30));
+    expectTimeLine(folder.write("a.CuE", cue), rampSectors(0, 30));
+    expectTimeLine(folder.write("a.txt", cue), rampSectors(0, 30));
+    expectTimeLine(folder.write("b.txt", toc), rampSectors(0, 30));
     EXPECT_THAT(refused(folder.write("c.txt", "hello\n")), HasSubstr("neither a CUE sheet nor"));
     EXPECT_THAT(refused(folder.path("Disc.Bin")), StartsWith("Disc.Bin"));
 }

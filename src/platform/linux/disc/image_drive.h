@@ -24,8 +24,8 @@ class ImageDrive final : public Drive {
     [[nodiscard]] Loaded load() override;
     /// Returns false while the tray is open or the sheet does not exist, and after a failed load
     /// until the files can be read. If a file of the loaded disc was replaced, written to or
-    /// deleted while the disc is in use, one call returns false: later reads of that disc return
-    /// `gone`, and load() reads the new content.
+    /// deleted while the disc is in use, the next call returns false; from then on, reads of that
+    /// disc return `gone`, and load() reads the new content.
     [[nodiscard]] bool mediaPresent() override;
     /// Ejects the loaded disc: later reads return `gone`, even for a player that still uses the
     /// disc.

@@ -18,10 +18,10 @@ const std::string threeTrackSheet = "FILE a.bin BINARY\nTRACK 01 AUDIO\nINDEX 01
                                     "TRACK 02 AUDIO\nINDEX 01 00:04:00\n"
                                     "TRACK 03 AUDIO\nINDEX 01 00:08:00\n";
 
-Result<ImageTimeline> cueLine(const std::string& text, std::vector<std::int64_t> fileBytes) {
+Result<ImageTimeline> timelineOfCue(const std::string& text, std::vector<std::int64_t> fileBytes) {
     return layOnLine("disc.cue", parseCue("disc.cue", text).value(), fileBytes);
 }
-Result<ImageTimeline> tocLine(const std::string& text, std::vector<std::int64_t> fileBytes) {
+Result<ImageTimeline> timelineOfToc(const std::string& text, std::vector<std::int64_t> fileBytes) {
     return layOnLine("disc.toc", parseToc("disc.toc", text).value(), fileBytes);
 }
 
@@ -42,7 +42,7 @@ std::int64_t soundFrames(const ImageTimeline& line) {
 }
 
 TEST(Timeline, TheLastTrackEndsWithTheLastWholeSectorOfTheFile) {
-    const auto line = cueLine(threeTrackSheet, {1000 * 2352 + 2351});
+    const auto line = timelineOfCue(threeTrackSheet, {1000 * 2352 + 2351});
     ASSERT_TRUE(line.ok());
     EXPECT_THAT(lengthsOf(line.value()), ElementsAre(300, 300, 400));
     EXPECT_THAT(line.value().remark, IsEmpty());
@@ -50,27 +50,27 @@ TEST(Timeline, TheLastTrackEndsWithTheLastWholeSectorOfTheFile) {
 }
 
 TEST(Timeline, TheLastSectorOfASoundFileIsPadded) {
-    const auto line = cueLine("FILE 1.wav WAVE\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"
-                              "FILE 2.wav WAVE\nTRACK 02 AUDIO\nINDEX 01 00:00:00\n",
-                              {(300 * 588 + 1) * 4, 300 * 588 * 4});
+    const auto line = timelineOfCue("FILE 1.wav WAVE\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"
+                                    "FILE 2.wav WAVE\nTRACK 02 AUDIO\nINDEX 01 00:00:00\n",
+                                    {(300 * 588 + 1) * 4, 300 * 588 * 4});
     EXPECT_THAT(lengthsOf(line.value()), ElementsAre(301, 300));
     EXPECT_EQ(line.value().sound[0].frames, 300 * 588 + 1);
     EXPECT_EQ(line.value().sound[1].start, 301 * 588);
 }
 
 TEST(Timeline, FilesOfOneTocTrackAreJoinedAtTheExactFrame) {
-    const auto line = tocLine("TRACK AUDIO\nFILE \"a.bin\" 0\nFILE \"b.bin\" 0\n"
-                              "TRACK AUDIO\nSILENCE 1\n",
-                              {100 * 4, 1000 * 4 + 3});
+    const auto line = timelineOfToc("TRACK AUDIO\nFILE \"a.bin\" 0\nFILE \"b.bin\" 0\n"
+                                    "TRACK AUDIO\nSILENCE 1\n",
+                                    {100 * 4, 1000 * 4 + 3});
     EXPECT_THAT(lengthsOf(line.value()), ElementsAre(2, 1));
     EXPECT_EQ(line.value().sound[1].start, 100);
     EXPECT_EQ(line.value().sound[1].frames, 1000);
 }
 
 TEST(Timeline, AStatedLengthMayEndAnywhereInASector) {
-    const auto line = tocLine("TRACK AUDIO\nFILE \"a.bin\" 0 1234567\n"
-                              "TRACK AUDIO\nFILE \"a.bin\" 1234567 589\nFILE \"b.bin\" 0 1\n",
-                              {(1234567 + 589) * 4, 4});
+    const auto line = timelineOfToc("TRACK AUDIO\nFILE \"a.bin\" 0 1234567\n"
+                                    "TRACK AUDIO\nFILE \"a.bin\" 1234567 589\nFILE \"b.bin\" 0 1\n",
+                                    {(1234567 + 589) * 4, 4});
     ASSERT_TRUE(line.ok());
     EXPECT_THAT(lengthsOf(line.value()), ElementsAre(2100, 2));
     EXPECT_THAT(line.value().remark, IsEmpty());
@@ -83,7 +83,7 @@ TEST(Timeline, AStatedLengthMayEndAnywhereInASector) {
 }
 
 TEST(Timeline, ATrackWhoseFileIsOneByteTooShortIsTruncated) {
-    const auto line = tocLine("TRACK AUDIO\nFILE \"a.bin\" 0 1234567\n", {1234567 * 4 - 1});
+    const auto line = timelineOfToc("TRACK AUDIO\nFILE \"a.bin\" 0 1234567\n", {1234567 * 4 - 1});
     EXPECT_EQ(line.value().sound[0].frames, 1234567 / 588 * 588);
     EXPECT_THAT(line.value().remark, HasSubstr("track 1 is truncated"));
 }
@@ -91,18 +91,20 @@ TEST(Timeline, ATrackWhoseFileIsOneByteTooShortIsTruncated) {
 TEST(Timeline, AStatedLengthOfDataMayEndAnywhereInASector) {
     const std::string text = "TRACK AUDIO\nFILE \"a.bin\" 0 588\n"
                              "TRACK MODE1\nDATAFILE \"d.iso\" 4097\n";
-    const auto whole = tocLine(text, {2352, 4097});
+    const auto whole = timelineOfToc(text, {2352, 4097});
     EXPECT_THAT(lengthsOf(whole.value()), ElementsAre(1, 3));
     EXPECT_THAT(whole.value().remark, IsEmpty());
-    EXPECT_THAT(tocLine(text, {2352, 4096}).value().remark, HasSubstr("track 2 is truncated"));
+    EXPECT_THAT(timelineOfToc(text, {2352, 4096}).value().remark,
+                HasSubstr("track 2 is truncated"));
     // If START splits the data, the incomplete last sector is in the part after the START.
     const std::string parted = text + "START 00:00:02\n";
-    EXPECT_THAT(tocLine(parted, {2352, 4097}).value().remark, IsEmpty());
-    EXPECT_THAT(tocLine(parted, {2352, 4096}).value().remark, HasSubstr("track 2 is missing"));
+    EXPECT_THAT(timelineOfToc(parted, {2352, 4097}).value().remark, IsEmpty());
+    EXPECT_THAT(timelineOfToc(parted, {2352, 4096}).value().remark,
+                HasSubstr("track 2 is missing"));
 }
 
 TEST(Timeline, ATruncatedTrackKeepsItsStatedLength) {
-    const auto line = cueLine(threeTrackSheet, {400 * 2352 + 100});
+    const auto line = timelineOfCue(threeTrackSheet, {400 * 2352 + 100});
     ASSERT_TRUE(line.ok());
     EXPECT_THAT(lengthsOf(line.value()), ElementsAre(300, 300, 300));
     EXPECT_EQ(soundFrames(line.value()), 400 * 588);
@@ -114,7 +116,7 @@ TEST(Timeline, ATruncatedTrackKeepsItsStatedLength) {
 }
 
 TEST(Timeline, CountsTheLostSectorsOfARange) {
-    const ImageTimeline truncated = cueLine(threeTrackSheet, {400 * 2352 + 100}).value();
+    const ImageTimeline truncated = timelineOfCue(threeTrackSheet, {400 * 2352 + 100}).value();
     EXPECT_EQ(lostSectors(truncated, 0, 900), 500)
         << "not all of track 3 and of the rest of track 2 counts as lost";
     EXPECT_EQ(lostSectors(truncated, 300, 600), 200);
@@ -123,31 +125,34 @@ TEST(Timeline, CountsTheLostSectorsOfARange) {
     EXPECT_EQ(lostSectors(truncated, 600, 500), 0);
     // The padding of a sound file and a pause are meant to be silent, so they do not count as lost.
     const ImageTimeline whole =
-        tocLine("TRACK AUDIO\nFILE \"a.bin\" 0\nTRACK AUDIO\nSILENCE 9\n", {10 * 2352 + 4}).value();
+        timelineOfToc("TRACK AUDIO\nFILE \"a.bin\" 0\nTRACK AUDIO\nSILENCE 9\n", {10 * 2352 + 4})
+            .value();
     EXPECT_EQ(lostSectors(whole, 0, 999), 0);
     // One segment ends and the next one begins within the same sector.
     const ImageTimeline pieces =
-        tocLine("TRACK AUDIO\nFILE \"a.bin\" 0 588\nFILE \"b.bin\" 0 300\nFILE \"b.bin\" 300 900\n",
-                {2352, 0})
+        timelineOfToc(
+            "TRACK AUDIO\nFILE \"a.bin\" 0 588\nFILE \"b.bin\" 0 300\nFILE \"b.bin\" 300 900\n",
+            {2352, 0})
             .value();
     EXPECT_EQ(pieces.table.sectors(), 4);
     EXPECT_EQ(lostSectors(pieces, 0, 4), 3);
 }
 
 TEST(Timeline, ConsecutiveMissingTracksAreReportedAsOneRange) {
-    const auto line = tocLine("TRACK AUDIO\nFILE \"a.bin\" 0 588\nTRACK AUDIO\n"
-                              "FILE \"a.bin\" 588 588\nTRACK AUDIO\nFILE \"a.bin\" 1176 588\n",
-                              {2352});
+    const auto line =
+        timelineOfToc("TRACK AUDIO\nFILE \"a.bin\" 0 588\nTRACK AUDIO\n"
+                      "FILE \"a.bin\" 588 588\nTRACK AUDIO\nFILE \"a.bin\" 1176 588\n",
+                      {2352});
     EXPECT_THAT(lengthsOf(line.value()), ElementsAre(1, 1, 1));
     EXPECT_THAT(line.value().remark, HasSubstr("tracks 2 to 3 are missing and read as silence"));
 }
 
 TEST(Timeline, ATrackAtTheVeryEndOfItsFileKeepsItsNumber) {
-    const auto line = cueLine("FILE 1.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"
-                              "TRACK 02 AUDIO\nINDEX 01 00:00:10\n"
-                              "FILE 2.bin BINARY\nTRACK 03 AUDIO\nPREGAP 00:00:05\n"
-                              "INDEX 01 00:00:00\n",
-                              {10 * 2352, 20 * 2352});
+    const auto line = timelineOfCue("FILE 1.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"
+                                    "TRACK 02 AUDIO\nINDEX 01 00:00:10\n"
+                                    "FILE 2.bin BINARY\nTRACK 03 AUDIO\nPREGAP 00:00:05\n"
+                                    "INDEX 01 00:00:00\n",
+                                    {10 * 2352, 20 * 2352});
     ASSERT_EQ(line.value().table.tracks.size(), 3U);
     EXPECT_EQ(line.value().table.tracks[2].sectors, 20);
     EXPECT_THAT(line.value().remark, HasSubstr("track 2"));
@@ -155,32 +160,32 @@ TEST(Timeline, ATrackAtTheVeryEndOfItsFileKeepsItsNumber) {
 }
 
 TEST(Timeline, AnEmptyPauseAtTheEndOfAFileIsNoShortage) {
-    const auto line = cueLine("FILE 1.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"
-                              "TRACK 02 AUDIO\nINDEX 00 00:00:10\n"
-                              "FILE 2.bin BINARY\nINDEX 01 00:00:00\n",
-                              {10 * 2352, 20 * 2352});
+    const auto line = timelineOfCue("FILE 1.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"
+                                    "TRACK 02 AUDIO\nINDEX 00 00:00:10\n"
+                                    "FILE 2.bin BINARY\nINDEX 01 00:00:00\n",
+                                    {10 * 2352, 20 * 2352});
     EXPECT_THAT(lengthsOf(line.value()), ElementsAre(10, 20));
     EXPECT_THAT(line.value().remark, IsEmpty());
 }
 
 TEST(Timeline, ADataTrackHasALengthButNoSound) {
-    const auto line = cueLine("FILE a.bin BINARY\nTRACK 01 MODE1/2048\nINDEX 01 00:00:00\n"
-                              "FILE b.bin BINARY\nTRACK 02 AUDIO\nINDEX 01 00:00:00\n",
-                              {100 * 2048, 2352});
+    const auto line = timelineOfCue("FILE a.bin BINARY\nTRACK 01 MODE1/2048\nINDEX 01 00:00:00\n"
+                                    "FILE b.bin BINARY\nTRACK 02 AUDIO\nINDEX 01 00:00:00\n",
+                                    {100 * 2048, 2352});
     EXPECT_THAT(lengthsOf(line.value()), ElementsAre(100, 1));
     EXPECT_EQ(line.value().table.tracks[0].kind, TrackKind::data);
     EXPECT_EQ(line.value().sound.size(), 1U) << "the data track was counted as sound";
 }
 
 TEST(Timeline, ADiscWithoutAnyContentIsAnError) {
-    const auto line = cueLine(threeTrackSheet, {2351});
+    const auto line = timelineOfCue(threeTrackSheet, {2351});
     ASSERT_FALSE(line.ok());
     EXPECT_THAT(line.error().text, HasSubstr("disc.cue, line 2: no content of the disc was found"));
-    EXPECT_FALSE(cueLine(threeTrackSheet, {0}).ok());
+    EXPECT_FALSE(timelineOfCue(threeTrackSheet, {0}).ok());
 }
 
 TEST(Timeline, ADiscOfSilenceNeedsNoFile) {
-    const auto line = tocLine("TRACK AUDIO\nSILENCE 00:04:00\n", {});
+    const auto line = timelineOfToc("TRACK AUDIO\nSILENCE 00:04:00\n", {});
     ASSERT_TRUE(line.ok());
     EXPECT_THAT(lengthsOf(line.value()), ElementsAre(300));
     EXPECT_THAT(line.value().sound, IsEmpty());
@@ -188,10 +193,10 @@ TEST(Timeline, ADiscOfSilenceNeedsNoFile) {
 
 TEST(Timeline, ADiscThatIsLongerThanPossibleIsAnError) {
     const std::int64_t mostBytes = 450000LL * 2352;
-    EXPECT_EQ(cueLine(threeTrackSheet, {mostBytes}).value().table.sectors(), 450000);
-    EXPECT_THAT(cueLine(threeTrackSheet, {mostBytes + 2352}).error().text,
+    EXPECT_EQ(timelineOfCue(threeTrackSheet, {mostBytes}).value().table.sectors(), 450000);
+    EXPECT_THAT(timelineOfCue(threeTrackSheet, {mostBytes + 2352}).error().text,
                 HasSubstr("disc.cue, line 6: this track makes the disc longer than 99:59:74"));
-    EXPECT_FALSE(cueLine(threeTrackSheet, {INT64_MAX}).ok());
+    EXPECT_FALSE(timelineOfCue(threeTrackSheet, {INT64_MAX}).ok());
 }
 
 TEST(Timeline, RefusesManyReferencesToAHugeFileWithoutOverflow) {
@@ -199,7 +204,7 @@ TEST(Timeline, RefusesManyReferencesToAHugeFileWithoutOverflow) {
     for (int i = 0; i < 100; ++i) {
         text += "FILE \"a.bin\" 0\n";
     }
-    EXPECT_FALSE(tocLine(text, {INT64_MAX}).ok());
+    EXPECT_FALSE(timelineOfToc(text, {INT64_MAX}).ok());
 }
 
 } // namespace

@@ -22,7 +22,7 @@ struct SectorsState {
     std::vector<Effort> efforts;
     std::int64_t cursor = 0;
     std::int64_t badFrom = INT64_MAX; ///< the first damaged sector; all later ones are damaged too
-    SectorOutcome howBad = SectorOutcome::silent;
+    SectorOutcome damagedOutcome = SectorOutcome::silent;
     std::int64_t repairedFrom = INT64_MAX;
     std::int64_t goneFrom = INT64_MAX;
     ReadEffort::Duration now{0};
@@ -54,7 +54,7 @@ class FakeSectors : public AudioSectors {
         if (sector >= state_->repairedFrom) {
             return SectorOutcome::repaired;
         }
-        return sector >= state_->badFrom ? state_->howBad : SectorOutcome::ok;
+        return sector >= state_->badFrom ? state_->damagedOutcome : SectorOutcome::ok;
     }
 
   private:
@@ -191,7 +191,7 @@ TEST_F(OpticalDiscTest, ReportsHowManySectorsOfARangeWereDamaged) {
     EXPECT_EQ(disc.damageIn(0, 48600), (Damage{.silent = 3, .guessed = 0}));
     EXPECT_EQ(disc.damageIn(0, 38602), Damage{});
     EXPECT_EQ(disc.damageIn(38603, 38604), (Damage{.silent = 1, .guessed = 0}));
-    drive->howBad = SectorOutcome::guessed;
+    drive->damagedOutcome = SectorOutcome::guessed;
     EXPECT_EQ(read(38602, 1).size(), 1u * framesPerSector);
     EXPECT_EQ(disc.damageIn(0, 48600), (Damage{.silent = 2, .guessed = 1}));
     EXPECT_EQ(disc.damageIn(0, 999999), (Damage{.silent = 2, .guessed = 1}));

@@ -71,8 +71,8 @@ class OpticalDriveTest : public testing::Test {
             return openCdio(folder_.path(inDrive_).string(), DRIVER_BINCUE);
         };
         made.mediaChanged = [this](CdIo_t*) {
-            ++askedForChange_;
-            return changed_;
+            ++changeQueries_;
+            return changeReply_;
         };
         made.read = [this](CdIo_t* cdio, std::int64_t first, std::int64_t count, std::byte* out) {
             for (std::int64_t sector = first; sector < first + count; ++sector) {
@@ -98,8 +98,8 @@ class OpticalDriveTest : public testing::Test {
     /// The successive replies of the drive; the last one is repeated.
     std::deque<DriveStatus> statuses_ = {{DriveState::loaded}};
     std::string inDrive_ = "disc.cue";
-    int changed_ = 0;
-    int askedForChange_ = 0;
+    int changeReply_ = 0; ///< of OpticalAccess::mediaChanged
+    int changeQueries_ = 0;
     std::set<std::int64_t> bad_;
     std::chrono::milliseconds paused_{0};
     OpticalDrive drive_{"/dev/sr0", access()};
@@ -207,23 +207,23 @@ class DamagedDisc : public OpticalDriveTest {
     DamagedDisc() {
         loaded_ = drive_.load();
         bad_ = {21};
-        askedForChange_ = 0;
+        changeQueries_ = 0;
     }
     Loaded loaded_;
 };
 
 TEST_F(DamagedDisc, IsStillPresentIfTheDriveCannotReportAChange) {
-    changed_ = -1;
+    changeReply_ = -1;
     inDrive_ = "other.cue"; // must not be read
     EXPECT_EQ(readAt(*loaded_.disc, 20), ReadOutcome::ok);
-    EXPECT_GT(askedForChange_, 0);
+    EXPECT_GT(changeQueries_, 0);
     EXPECT_THAT(loaded_.disc->remark(), StartsWith("1 sector of the disc"));
 }
 
 TEST_F(DamagedDisc, IsStillPresentInADriveThatAlwaysReportsAChange) {
-    changed_ = 1;
+    changeReply_ = 1;
     EXPECT_EQ(readAt(*loaded_.disc, 20), ReadOutcome::ok);
-    EXPECT_GT(askedForChange_, 0);
+    EXPECT_GT(changeQueries_, 0);
 }
 
 TEST_F(DamagedDisc, IsStillPresentWhileTheDriveSpinsUpAgain) {
@@ -232,7 +232,7 @@ TEST_F(DamagedDisc, IsStillPresentWhileTheDriveSpinsUpAgain) {
 }
 
 TEST_F(DamagedDisc, IsGoneWhenAnotherTableIsFoundAfterAChange) {
-    changed_ = 1;
+    changeReply_ = 1;
     inDrive_ = "other.cue";
     EXPECT_EQ(readAt(*loaded_.disc, 20), ReadOutcome::gone);
 }
@@ -248,10 +248,10 @@ TEST_F(DamagedDisc, IsGoneWhenTheDriveIsEmptyOrUnreachable) {
 }
 
 TEST_F(DamagedDisc, IsNotCheckedForRemovalWhileReadsSucceed) {
-    changed_ = 1;
+    changeReply_ = 1;
     inDrive_ = "other.cue";
     EXPECT_EQ(readAt(*loaded_.disc, 30), ReadOutcome::ok);
-    EXPECT_EQ(askedForChange_, 0);
+    EXPECT_EQ(changeQueries_, 0);
 }
 
 TEST_F(DamagedDisc, AddsUpItsDamageOverSeveralLoads) {

@@ -44,8 +44,8 @@ class ParanoiaSectorsTest : public testing::Test {
 
     CdioHandle openDisc() const { return openCdio((folder_ / "disc.cue").string(), DRIVER_BINCUE); }
 
-    /// A reader whose commands fail if they contain a sector of `bad_`, `failures_` times for each
-    /// such sector.
+    /// A reader whose commands fail if they contain a sector of `bad_`, `failuresPerSector_` times
+    /// for each such sector.
     std::unique_ptr<ParanoiaSectors> makeReader() {
         CdioHandle cdio = openDisc();
         CdIo_t* const raw = cdio.get();
@@ -59,7 +59,7 @@ class ParanoiaSectorsTest : public testing::Test {
                 return false;
             }
             for (std::int64_t sector = first; sector < first + count; ++sector) {
-                if (bad_.contains(sector) && failed_[sector]++ < failures_) {
+                if (bad_.contains(sector) && failureCounts_[sector]++ < failuresPerSector_) {
                     return false;
                 }
             }
@@ -78,8 +78,8 @@ class ParanoiaSectorsTest : public testing::Test {
     std::filesystem::path folder_;
     std::vector<StereoFrame> frames_;
     std::set<std::int64_t> bad_;
-    std::map<std::int64_t, int> failed_;
-    int failures_ = 1;
+    std::map<std::int64_t, int> failureCounts_;
+    int failuresPerSector_ = 1;
     bool gone_ = false;
     int commands_ = 0;
     int stopAtCommand_ = 0;
@@ -129,7 +129,7 @@ TEST_F(ParanoiaSectorsTest, DeliversTheRightSectorsAfterSeeksAndSingleReads) {
 
 TEST_F(ParanoiaSectorsTest, RepairsSectorsThatCanBeReadEventually) {
     bad_ = {60, 61, 90};
-    failures_ = 3; // of the large command, the small command and the single-sector command
+    failuresPerSector_ = 3; // of the large command, the small command and the single-sector command
     const auto reader = makeReader();
     reader->seek(40, endOfSound);
     std::vector<StereoFrame> out(framesPerSector);
@@ -138,12 +138,12 @@ TEST_F(ParanoiaSectorsTest, RepairsSectorsThatCanBeReadEventually) {
                     testing::AnyOf(SectorOutcome::ok, SectorOutcome::repaired));
         ASSERT_EQ(out, sector(i)) << i;
     }
-    EXPECT_FALSE(failed_.empty());
+    EXPECT_FALSE(failureCounts_.empty());
 }
 
 TEST_F(ParanoiaSectorsTest, LosesOnlyTheSectorThatCannotBeRead) {
     bad_ = {60};
-    failures_ = INT_MAX;
+    failuresPerSector_ = INT_MAX;
     const auto reader = makeReader();
     reader->seek(55, endOfSound);
     std::vector<StereoFrame> out(framesPerSector);
@@ -156,12 +156,12 @@ TEST_F(ParanoiaSectorsTest, LosesOnlyTheSectorThatCannotBeRead) {
         }
     }
     EXPECT_THAT(damaged, testing::ElementsAre(60));
-    EXPECT_LT(failed_[60], 50);
+    EXPECT_LT(failureCounts_[60], 50);
 }
 
 TEST_F(ParanoiaSectorsTest, DeliversSilenceForAFailedSingleRead) {
     bad_ = {60};
-    failures_ = INT_MAX;
+    failuresPerSector_ = INT_MAX;
     const auto reader = makeReader();
     reader->seek(60, endOfSound);
     std::vector<StereoFrame> out(framesPerSector, {5, 5});
@@ -175,7 +175,7 @@ TEST_F(ParanoiaSectorsTest, EndsRepairsAtTheTimeLimit) {
     for (std::int64_t i = 60; i < 80; ++i) {
         bad_.insert(i);
     }
-    failures_ = INT_MAX;
+    failuresPerSector_ = INT_MAX;
     const auto reader = makeReader();
     reader->seek(60, endOfSound);
     std::vector<StereoFrame> out(framesPerSector);
@@ -186,7 +186,7 @@ TEST_F(ParanoiaSectorsTest, EndsRepairsAtTheTimeLimit) {
     // last attempt.
     EXPECT_LE(commands_, 4 * 20);
     // The library's cache does not contain the silence that replaced the sectors.
-    failures_ = 0;
+    failuresPerSector_ = 0;
     for (std::int64_t i = 80; i < 120; ++i) {
         ASSERT_EQ(reader->next(patient, out, {}), SectorOutcome::ok) << i;
         ASSERT_EQ(out, sector(i)) << i;
@@ -206,7 +206,7 @@ TEST_F(ParanoiaSectorsTest, HasNoTimeLimitWhileNothingFails) {
 
 TEST_F(ParanoiaSectorsTest, IssuesNoCommandAfterAStopRequest) {
     bad_ = {60, 61, 62};
-    failures_ = INT_MAX;
+    failuresPerSector_ = INT_MAX;
     const auto reader = makeReader();
     std::vector<StereoFrame> out(framesPerSector);
     for (const ReadEffort::Plan plan : {patient, single}) {
@@ -224,7 +224,7 @@ TEST_F(ParanoiaSectorsTest, IssuesNoCommandAfterAStopRequest) {
     }
     // The library's cache contains nothing of the interrupted read.
     stopAtCommand_ = 0;
-    failures_ = 0;
+    failuresPerSector_ = 0;
     reader->seek(60, endOfSound);
     ASSERT_EQ(reader->next(patient, out, {}), SectorOutcome::ok);
     EXPECT_EQ(out, sector(60));

@@ -32,7 +32,7 @@ class Device {
         hangs_ = false;
         changed_.notify_all();
     }
-    void pass(const std::string& call) {
+    void execute(const std::string& call) {
         std::unique_lock lock(mutex_);
         begun_ = true;
         changed_.notify_all();
@@ -64,16 +64,16 @@ class HangingDrive : public Drive {
     DriveKind kind() const override { return DriveKind::optical; }
     std::string name() const override { return "the drive /dev/sr7"; }
     Loaded load() override {
-        device_->pass("load");
+        device_->execute("load");
         return device_->disc ? Loaded{device_->disc, {}}
                              : noDisc(DeviceProblem::unreadable, "torn");
     }
     bool mediaPresent() override {
-        device_->pass("present");
+        device_->execute("present");
         return device_->present;
     }
-    void openTray() override { device_->pass("open"); }
-    void closeTray() override { device_->pass("close"); }
+    void openTray() override { device_->execute("open"); }
+    void closeTray() override { device_->execute("close"); }
 
   private:
     std::shared_ptr<Device> device_;

@@ -310,7 +310,7 @@ TEST_P(UnnamedFileTest, ChangesNeitherAReadOnlyFolderNorAReadOnlyFile) {
     fs::permissions(locked, fs::perms(0444));
     fs::permissions(closed, fs::perms(0555));
     fs::permissions(folder.path(), fs::perms(0777));
-    const int answer = test::runUnprivileged([&] {
+    const int exitCode = test::runUnprivileged([&] {
         UnnamedFile file = unnamed("new");
         const auto isDenied = [&](const fs::path& path) {
             return numberOf(file.publish(path)) == ErrorNumber::permissionDenied;
@@ -319,7 +319,7 @@ TEST_P(UnnamedFileTest, ChangesNeitherAReadOnlyFolderNorAReadOnlyFile) {
                (isDenied(locked) ? 0 : 4) + (create(closed).ok() ? 8 : 0);
     });
     fs::permissions(closed, fs::perms(0777));
-    EXPECT_EQ(answer, 0);
+    EXPECT_EQ(exitCode, 0);
     EXPECT_EQ(contentOf(closed / "kept.wav"), "old");
     EXPECT_EQ(contentOf(locked), "old");
     EXPECT_EQ(entriesIn(closed), 1);
@@ -359,7 +359,7 @@ TEST_P(UnnamedFileTest, NeedsNoSpaceForACopy) {
 }
 
 TEST_P(UnnamedFileTest, IsSavedOnADiskWithoutSpaceForACopy) {
-    const int answer = test::runInChild([&] {
+    const int exitCode = test::runInChild([&] {
         if (!test::mountSmallDisk(folder.path().string())) {
             return test::mayNotMount;
         }
@@ -371,11 +371,11 @@ TEST_P(UnnamedFileTest, IsSavedOnADiskWithoutSpaceForACopy) {
                           static_cast<ssize_t>(content.size());
         return (saved ? 0 : 1) + (full ? 0 : 2) + (contentOf(target) == content ? 0 : 4);
     });
-    if (answer == test::mayNotMount) {
+    if (exitCode == test::mayNotMount) {
         GTEST_SKIP() << "this user may not mount a disk; NeedsNoSpaceForACopy tests the same with "
                         "a size limit";
     }
-    EXPECT_EQ(answer, 0);
+    EXPECT_EQ(exitCode, 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(Kept, UnnamedFileTest,

@@ -38,7 +38,7 @@ class Bench {
             std::this_thread::yield();
         }
     }
-    void pass(sound::SoundCard::Time time) { time_ += time; }
+    void advanceTime(sound::SoundCard::Time time) { time_ += time; }
 
     sound::SoundCard card;
     Clock now = [this] {
@@ -102,7 +102,7 @@ TEST(APausedTransport, LosesNoSampleAndRepeatsNone) {
     bench.card.stopRecording(bench.now());
     const std::int64_t place = transport.positionInFrames();
     EXPECT_EQ(place, static_cast<std::int64_t>(recorded->sound.size()));
-    bench.pass(1h);
+    bench.advanceTime(1h);
     EXPECT_EQ(transport.positionInFrames(), place);
     EXPECT_EQ(transport.mode(), PlayerMode::paused);
     transport.resume();
@@ -124,7 +124,7 @@ TEST(ATransport, StopsAtTheExactMomentOfTheCall) {
     // After this call at least one whole sector is buffered. A sector lasts longer than 10 ms.
     bench.playUntil(transport, 1);
     const std::int64_t place = transport.positionInFrames();
-    bench.pass(10ms);
+    bench.advanceTime(10ms);
     transport.stop();
     EXPECT_EQ(transport.positionInFrames(), place + 441);
 }
@@ -139,10 +139,10 @@ TEST(ATransport, KeepsItsPositionAfterItsDiscHasVanished) {
     std::int64_t place = -1;
     while (!transport.gone() || place != transport.positionInFrames()) {
         place = transport.positionInFrames();
-        bench.pass(100ms);
+        bench.advanceTime(100ms);
         std::this_thread::yield();
     }
-    bench.pass(1h);
+    bench.advanceTime(1h);
     EXPECT_EQ(transport.positionInFrames(), place);
     transport.stop();
     EXPECT_EQ(transport.positionInFrames(), place);

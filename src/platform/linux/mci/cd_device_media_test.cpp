@@ -171,11 +171,11 @@ class SlowDrive : public fakes::FakeDrive {
   public:
     using FakeDrive::FakeDrive;
     std::optional<disc::Loaded> loadSoon() override {
-        ++asked;
+        ++queries;
         return ready ? std::optional(load()) : std::nullopt;
     }
     bool ready = false;
-    int asked = 0;
+    int queries = 0;
 };
 
 TEST(ThePlayersMediumQuery, ReturnsFalseWhileTheTableIsBeingRead) {
@@ -189,7 +189,7 @@ TEST(ThePlayersMediumQuery, ReturnsFalseWhileTheTableIsBeingRead) {
         EXPECT_EQ(session.send("status cd media present"), said("false"));
     }
     EXPECT_EQ(drive->loads, loads) << "the caller waited for a load";
-    EXPECT_EQ(drive->asked, 10);
+    EXPECT_EQ(drive->queries, 10);
     drive->ready = true;
     EXPECT_EQ(session.send("status cd media present"), said("true"));
     EXPECT_EQ(session.send("status cd number of tracks wait"), said("3"));
