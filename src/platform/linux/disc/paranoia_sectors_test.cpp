@@ -18,7 +18,7 @@ using namespace std::chrono_literals;
 using sound::StereoFrame;
 
 constexpr std::int64_t imageSectors = 400;
-constexpr std::int64_t endOfSound = 300; // before the end of the disc, as with a session gap
+constexpr std::int64_t endOfSound = 300; // before the disc's end, as if a gap followed
 
 class ParanoiaSectorsTest : public testing::Test {
   protected:
@@ -129,7 +129,8 @@ TEST_F(ParanoiaSectorsTest, DeliversTheRightSectorsAfterSeeksAndSingleReads) {
 
 TEST_F(ParanoiaSectorsTest, RepairsSectorsThatCanBeReadEventually) {
     bad_ = {60, 61, 90};
-    failuresPerSector_ = 3; // of the large command, the small command and the single-sector command
+    // The large, the small and the single-sector command fail once each.
+    failuresPerSector_ = 3;
     const auto reader = makeReader();
     reader->seek(40, endOfSound);
     std::vector<StereoFrame> out(framesPerSector);
