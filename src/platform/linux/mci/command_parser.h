@@ -75,9 +75,9 @@ class Arguments {
     std::map<std::string, std::string, std::less<>> found_;
 };
 
-/// Finds `keywords` in `words`, case-insensitive; if several match, the longest one counts. "wait"
-/// and "notify" are accepted with every command and ignored: a command has either completed when it
-/// returns or continues in the background, and there is no window to notify. Errors:
+/// Finds `keywords` in `words`, case-insensitive; where several keywords match, the longest counts.
+/// "wait" and "notify" are accepted with every command and ignored: a command has either completed
+/// when it returns or continues in the background, and there is no window to notify. Errors:
 /// unrecognizedKeyword, missingParameter (a keyword without its value), duplicateFlags.
 [[nodiscard]] Outcome<Arguments> parseArguments(std::span<const Word> words,
                                                 std::span<const Keyword> keywords);

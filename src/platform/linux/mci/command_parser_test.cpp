@@ -54,7 +54,7 @@ TEST(ACommand, MayQuoteAParameterWithBlanks) {
     EXPECT_FALSE(command.value.words[2].quoted);
 }
 
-TEST(ACommand, FailsIfItsVerbOrDeviceIsMissingOrUnknown) {
+TEST(ACommand, FailsIfItsVerbIsMissingOrUnknownOrItsDeviceIsMissing) {
     EXPECT_EQ(errorOf(""), MciError::missingCommandString);
     EXPECT_EQ(errorOf("  \t "), MciError::missingCommandString);
     EXPECT_EQ(errorOf("\0play cd"s), MciError::missingCommandString);
@@ -65,7 +65,7 @@ TEST(ACommand, FailsIfItsVerbOrDeviceIsMissingOrUnknown) {
     EXPECT_EQ(errorOf("play \"\""), MciError::missingDeviceName);
 }
 
-TEST(ACommand, FailsWithUnbalancedQuotes) {
+TEST(ACommand, FailsIfAClosingQuoteIsMissingOrDirectlyFollowedByText) {
     EXPECT_EQ(errorOf("\"play cd"), MciError::noClosingQuote);
     EXPECT_EQ(errorOf("play \"cd"), MciError::noClosingQuote);
     EXPECT_EQ(errorOf("open cdaudio alias \""), MciError::noClosingQuote);

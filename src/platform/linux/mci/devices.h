@@ -39,8 +39,8 @@ class Transport {
     [[nodiscard]] virtual bool gone() = 0;
 };
 
-/// One recording of 16 bit samples at 44100 Hz, hidden until it is saved; unsaved sound is deleted
-/// with the object. For the logic's thread only.
+/// One recording of 16 bit samples at 44100 Hz. Its file is hidden until the recording is saved;
+/// unsaved sound is deleted with the object. For the logic's thread only.
 class Recorder {
   public:
     virtual ~Recorder() = default;
@@ -61,8 +61,8 @@ class Recorder {
 };
 
 struct Devices {
-    /// The drive chosen now; a null pointer if the machine has none. It is the same object as long
-    /// as the choice is the same.
+    /// The drive that is chosen at the time of the call; a null pointer if the machine has no
+    /// drive. Returns the same object as long as the choice is the same.
     std::function<std::shared_ptr<disc::Drive>()> drive;
     std::function<std::unique_ptr<Transport>(std::shared_ptr<disc::Disc>)> transport;
     std::function<std::unique_ptr<Recorder>()> recorder;

@@ -20,9 +20,9 @@ struct TrackLoss {
     friend bool operator==(const TrackLoss&, const TrackLoss&) = default;
 };
 
-/// "Track 3: 2.4 s could not be read and are silent in 1234-3.wav." `path` is the recording's path
-/// in the logic's form; only its last component is shown. Times are rounded up to a tenth of a
-/// second.
+/// Example: "Track 3: 2.4 s could not be read and are silent in 1234-3.wav." `path` is the
+/// recording's path in the logic's form; only its last component is shown. Times are rounded up to
+/// a tenth of a second.
 [[nodiscard]] Notice lostSound(std::span<const TrackLoss> losses, std::string_view path);
 
 /// The notice's cause is `drive`, the result of Drive::name(). `since` is how long the drive has

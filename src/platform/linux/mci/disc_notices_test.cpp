@@ -32,14 +32,15 @@ TEST(TheNoticeAboutLostSound, NamesTracksTimesAndFile) {
     for (const auto& row : rows) {
         EXPECT_EQ(lostSound(row.losses, row.path).text, row.text);
         EXPECT_EQ(lostSound(row.losses, row.path).cause, "")
-            << "with a cause, a second notice would be hidden";
+            << "the notice has a cause, so the next notice of lost sound would be hidden";
     }
 }
 
 TEST(DiscNotices, NameTheDrive) {
-    const Notice still = playingIsInterrupted("the drive /dev/sr0", std::chrono::seconds(15));
-    EXPECT_EQ(still.text, "Playing is interrupted: the drive /dev/sr0 has not responded for 15 s.");
-    EXPECT_EQ(still.cause, "the drive /dev/sr0");
+    const Notice interrupted = playingIsInterrupted("the drive /dev/sr0", std::chrono::seconds(15));
+    EXPECT_EQ(interrupted.text,
+              "Playing is interrupted: the drive /dev/sr0 has not responded for 15 s.");
+    EXPECT_EQ(interrupted.cause, "the drive /dev/sr0");
     EXPECT_EQ(discHasVanished("the disc image /a.cue").text,
               "Playing has ended: the disc image /a.cue was removed or has changed.");
 }

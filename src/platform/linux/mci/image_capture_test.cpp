@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests captures from an image's files to the saved file, in each layout of
-// tools/make_disc_image.py: every sample of the test signal (a ramp) must be at its position in the
-// saved file.
+// Tests captures (recordings of a played track) of disc images, from the image's files to the saved
+// WAV file, in each layout of tools/make_disc_image.py: every sample of the test signal (a ramp)
+// must be at its position in the WAV file.
 #include <algorithm>
 
 #include <gmock/gmock.h>
@@ -33,7 +33,7 @@ class AnImage : public testing::TestWithParam<const char*>, protected MachineSes
 
 /// Expects that the file begins with no more silence than the time between the commands "record"
 /// and "play", contains the disc from `firstSector` to at least `endSector`, and ends within one
-/// tick after that.
+/// tick (103 ms) after `endSector`.
 void expectCapture(const std::filesystem::path& path, std::int64_t firstSector,
                    std::int64_t endSector) {
     const auto wav = fakes::readWav(path);

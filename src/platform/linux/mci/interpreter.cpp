@@ -62,8 +62,9 @@ void Interpreter::reportLosses(const std::string& path) {
 Reply Interpreter::open(const Command& command) {
     static constexpr Keyword keywords[] = {
         {"alias", Takes::value}, {"type", Takes::value}, {"shareable"}};
-    // "cdaudio", or a type and the file to open ("avivideo!c:\a.avi"). The type is checked before
-    // the words are parsed, since a path with blanks is split into several words.
+    // The device is "cdaudio", or a type and the file to open ("avivideo!c:\a.avi"). "avivideo" is
+    // refused before the words are parsed: the rest of a path with blanks is among the words, and
+    // would be an unrecognized keyword.
     const std::size_t mark = command.device.find('!');
     std::string type = command.device.substr(0, mark);
     std::string element = mark == std::string::npos ? "" : command.device.substr(mark + 1);

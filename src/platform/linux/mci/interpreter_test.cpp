@@ -80,6 +80,7 @@ TEST(Opening, ReturnsTheErrorOfAWrongCommand) {
     EXPECT_EQ(session.send("open !"), refused(MciError::invalidDeviceName));
 }
 
+// The activity clip is the video that the logic plays on the tool bar.
 TEST(TheActivityClip, CannotBeOpenedBecauseItsDeviceIsNotInstalled) {
     MciSession session(audioTable({750}));
     EXPECT_EQ(session.send("stop movie"), refused(MciError::invalidDeviceName));

@@ -86,7 +86,7 @@ TEST_F(SavedLosses, AreReportedOnceAndOnlyAfterASuccessfulSave) {
     EXPECT_EQ(notices().size(), 1u);
 }
 
-TEST_F(SavedLosses, AreNotReportedAfterTheDiscIsRemovedOrItsDeviceClosed) {
+TEST_F(SavedLosses, AreNotReportedAfterTheDiscIsRemovedOrItsDeviceIsClosed) {
     disc->silentSectors = {13880};
     play("2", 100);
     session.machine.drive->disc = nullptr;

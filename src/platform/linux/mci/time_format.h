@@ -34,7 +34,7 @@ enum class TimeFormat {
 /// The position `sector` of the disc's time line as a text.
 [[nodiscard]] std::string positionText(const disc::Table& table, std::int64_t sector,
                                        TimeFormat format);
-/// The length between two sectors of the time line as a text. In tmsf the text is "mm:ss:ff",
+/// The length between two sectors of the time line as a text. In tmsf the text is that of msf,
 /// since a length has no track.
 [[nodiscard]] std::string lengthText(std::int64_t first, std::int64_t end, TimeFormat format);
 

@@ -45,7 +45,7 @@ MciError recordingError(ErrorNumber number) {
     case ErrorNumber::invalidProcedureCall:
         return MciError::nonapplicableFunction;
     default:
-        // The file could not be created; this error's text names disk space and permission.
+        // The file could not be created; the text of fileNotSaved names disk space and permission.
         return MciError::fileNotSaved;
     }
 }

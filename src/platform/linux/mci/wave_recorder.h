@@ -38,7 +38,7 @@ class WaveRecorder : public Device {
 
     std::function<std::unique_ptr<Recorder>()> makeRecorder_;
     std::function<std::filesystem::path(const std::string&)> machinePath_;
-    std::unique_ptr<Recorder> recorder_; ///< empty until something has been recorded
+    std::unique_ptr<Recorder> recorder_; ///< null until a "record" has succeeded
     int channels_ = 2;
     LengthUnit unit_ = LengthUnit::milliseconds;
 };

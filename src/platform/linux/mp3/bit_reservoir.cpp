@@ -11,7 +11,7 @@ namespace {
 struct Layout {
     int mainDataBeginBits;
     int privateBits;
-    int shareBits; ///< which scale factors the second granule shares with the first
+    int shareBits; ///< for the scale factors that the second granule shares with the first
     int granules;
     int channels;
     int scaleFactorBits;
@@ -25,7 +25,7 @@ constexpr int bigValuesBits = 9;
 constexpr int gainBits = 8;
 constexpr int windowsBits = 1; ///< whether other windows than the normal one are used
 constexpr int tableBits = 5;
-/// The offsets of these fields.
+/// The offsets of some of these fields, in bits from the first field.
 constexpr int bigValuesAt = lengthBits;
 constexpr int gainAt = bigValuesAt + bigValuesBits;
 constexpr int scaleFactorAt = gainAt + gainBits;

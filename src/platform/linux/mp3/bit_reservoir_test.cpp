@@ -68,12 +68,12 @@ TEST(BitReservoirTest, SilenceEmptiesTheSideInformationExceptTheReservoirReferen
         EXPECT_TRUE(isEmptySideInfo(header, frame));
         EXPECT_EQ(frame[36], 0x55) << "main data that later frames need were changed";
     }
-    Data low(96, 0x55);
-    std::copy_n(Data{0xFF, 0xF3, 0x40, 0xC4}.begin(), 4, low.begin());
-    silence(*parseHeader(low), low, 255);
-    EXPECT_EQ(mainDataBegin(*parseHeader(low), low), 255);
-    EXPECT_TRUE(isEmptySideInfo(*parseHeader(low), low));
-    EXPECT_EQ(low[13], 0x55);
+    Data mpeg2(96, 0x55);
+    std::copy_n(Data{0xFF, 0xF3, 0x40, 0xC4}.begin(), 4, mpeg2.begin());
+    silence(*parseHeader(mpeg2), mpeg2, 255);
+    EXPECT_EQ(mainDataBegin(*parseHeader(mpeg2), mpeg2), 255);
+    EXPECT_TRUE(isEmptySideInfo(*parseHeader(mpeg2), mpeg2));
+    EXPECT_EQ(mpeg2[13], 0x55);
 }
 
 TEST(BitReservoirTest, SideInformationIsEmptyOnlyIfItsDecodingCannotFail) {

@@ -27,7 +27,8 @@ std::span<const sound::StereoFrame> CardRate::convert(std::span<const std::int16
 }
 
 void CardRate::resample(std::span<const std::int16_t> samples) {
-    // Per call of src_process; the loop below repeats the call until all samples are converted.
+    // The space for one call of src_process; the loop below repeats the call until all samples are
+    // converted.
     constexpr std::size_t outputFrames = 4096;
     const auto channels = static_cast<std::size_t>(format_.channels);
     input_.resize(samples.size());

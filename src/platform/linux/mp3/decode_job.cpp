@@ -51,7 +51,8 @@ struct DecodeJob::Run {
             }
         }
         report(result);
-        report = nullptr; // destroys the objects that it owns: other threads may wait for that
+        // Other threads may wait until the objects that `report` owns are destroyed.
+        report = nullptr;
     }
 
     void end() {

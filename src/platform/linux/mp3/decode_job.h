@@ -76,7 +76,7 @@ class DecodeJob {
 
   private:
     struct Run;
-    std::shared_ptr<Run> run_; ///< shared with its thread
+    std::shared_ptr<Run> run_; ///< shared with the thread of the decoding
     sound::AbandonableThread thread_;
 };
 

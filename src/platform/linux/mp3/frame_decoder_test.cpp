@@ -48,7 +48,7 @@ TEST(FrameDecoderTest, SilencesFramesThatNeedMissingDataOfEarlierFrames) {
         frame.afterGap = i == 100;
         const Data bytes = bytesOf(stream, frame);
         ASSERT_TRUE(i != 100 || mainDataBegin(frame.header, bytes) > 0)
-            << "the test data have no such frame";
+            << "frame 100 of the test data does not need data of earlier frames";
         const auto samples = decoder.decode(frame, bytes);
         if (i == 100) {
             EXPECT_THAT(samples, Each(0));

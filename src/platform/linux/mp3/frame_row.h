@@ -39,7 +39,7 @@ class RowsAhead {
     /// Precondition: position <= begin, and begin never decreases between calls.
     [[nodiscard]] bool anyWithin(const StreamFormat& format, std::int64_t begin, std::int64_t end,
                                  Bytes bytes, std::int64_t position);
-    /// How many offsets were tried in total.
+    /// How many offsets were tried in total as the beginning of a row.
     [[nodiscard]] std::int64_t placesTried() const { return placesTried_; }
 
   private:

@@ -97,8 +97,8 @@ bool FrameScanner::verified(const FrameHeader& header, Bytes bytes, std::size_t 
 }
 
 /// The length of the tag at position_, where `bytes` begin; 0 if there is no tag, or if its length
-/// cannot be trusted. The length is trusted if the file, a frame or another tag follows: the tag
-/// ends at the end of the file, or a header or another tag begins there.
+/// cannot be trusted. The length is trusted if the source ends, or a header or another tag begins,
+/// where the tag would end.
 std::int64_t FrameScanner::tagBytes(Bytes bytes) const {
     const std::int64_t claimed = claimedTagBytes(bytes);
     return claimed > 0 && leadsOn(position_ + claimed) ? claimed : 0;
@@ -134,8 +134,8 @@ void FrameScanner::skipJunk() {
             freeFormat_ = position_;
             return;
         }
-        // Offsets within the look-ahead of the window's end are left for the next iteration, unless
-        // the source ends there or cannot be read further.
+        // Offsets that are followed by fewer bytes in the window than the look-ahead are left for
+        // the next iteration, unless the source ends there or cannot be read further.
         const bool last = bytes.size() < SourceWindow::lookAhead ||
                           position_ + static_cast<std::int64_t>(bytes.size()) == source_->size();
         const std::size_t limit = last ? bytes.size() : bytes.size() - SourceWindow::lookAhead + 1;

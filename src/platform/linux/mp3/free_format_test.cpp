@@ -17,8 +17,10 @@ Data freeFrame(std::size_t bytes) {
 
 TEST(FreeFormatTest, IsARowOfHeadersAtEqualDistances) {
     EXPECT_TRUE(isFreeFormat(freeFrame(1306) + freeFrame(1306) + freeFrame(1306)));
-    EXPECT_TRUE(isFreeFormat(freeFrame(1306) + freeFrame(1307) + freeFrame(1306))) << "padding";
-    EXPECT_TRUE(isFreeFormat(freeFrame(1307) + freeFrame(1306) + freeFrame(1306))) << "padding";
+    EXPECT_TRUE(isFreeFormat(freeFrame(1306) + freeFrame(1307) + freeFrame(1306)))
+        << "not detected: a row whose second frame is padded";
+    EXPECT_TRUE(isFreeFormat(freeFrame(1307) + freeFrame(1306) + freeFrame(1306)))
+        << "not detected: a row whose first frame is padded";
 }
 
 TEST(FreeFormatTest, MayBeginWithAnInformationFrameThatHasABitRate) {
@@ -37,7 +39,8 @@ TEST(FreeFormatTest, IsNotDetectedInHeadersAtUnequalDistances) {
 TEST(FreeFormatTest, IsDetectedOnlyInFramesLargeEnoughForSound) {
     EXPECT_TRUE(isFreeFormat(freeFrame(36) + freeFrame(36) + freeFrame(36)));
     EXPECT_FALSE(isFreeFormat(freeFrame(35) + freeFrame(35) + freeFrame(35)));
-    Data headers; // of Layer II, at every fourth byte: any three at equal distances form a row
+    // Layer II headers at every fourth byte: any three of them at equal distances form a row.
+    Data headers;
     while (headers.size() < 8000) {
         headers = headers + Data{0xFF, 0xFD, 0x00, 0x00};
     }

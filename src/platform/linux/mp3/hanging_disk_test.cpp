@@ -24,7 +24,7 @@ class HangingDiskTest : public testing::Test {
   protected:
     HangingDiskTest() {
         fs::create_directory(slow);
-        fs::create_directory(sound);
+        fs::create_directory(working);
         fixture::writeFile(source, ordinary());
     }
     ~HangingDiskTest() override { EXPECT_TRUE(saves->noneWithin(30s)); }
@@ -55,9 +55,9 @@ class HangingDiskTest : public testing::Test {
     static constexpr std::size_t allSamples = 4U * 44100 * 2;
 
     fakes::TempFolder folder;
-    const fs::path slow = folder / "slow"; ///< the disk that hangs
-    const fs::path sound = folder / "sound";
-    const fs::path source = sound / "in.mp3";
+    const fs::path slow = folder / "slow";       ///< the disk that hangs
+    const fs::path working = folder / "working"; ///< a disk that responds at once
+    const fs::path source = working / "in.mp3";
     sound::SoundCard card;
     test::FakeNotices notices;
     const std::shared_ptr<sound::PendingSaves> saves = std::make_shared<sound::PendingSaves>();
@@ -115,10 +115,10 @@ TEST_F(HangingDiskTest, TheNextFileIsDecodedWhileAStoppedWavWaitsForTheDisk) {
     hangIn(disk, slow / "out.wav");
     ASSERT_TRUE(disk.run([&] {
         control->Stop().passOver();
-        EXPECT_TRUE(control->DecodeToWav(sound / "next.wav").ok());
+        EXPECT_TRUE(control->DecodeToWav(working / "next.wav").ok());
         EXPECT_TRUE(fakes::eventually([&] { return !control->Busy(); }));
     }));
-    EXPECT_EQ(samplesIn(sound / "next.wav"), allSamples);
+    EXPECT_EQ(samplesIn(working / "next.wav"), allSamples);
     EXPECT_FALSE(fs::exists(slow / "out.wav"));
     disk.release();
     EXPECT_TRUE(saves->noneWithin(30s));
@@ -170,7 +170,7 @@ TEST_F(HangingDiskTest, ADecodingThatIsStoppedWhileItWaitsDoesNotReplaceThePrevi
     EXPECT_EQ(samplesIn(wav), allSamples);
 }
 
-TEST_F(HangingDiskTest, ASecondStartDoesNotWaitForTheCheckOfTheFiles) {
+TEST_F(HangingDiskTest, ASecondDecodeToWavDoesNotWaitForTheCheckWhetherItsFilesChanged) {
     HeldCalls disk({SYS_newfstatat}, test::ofPath("in.mp3"));
     ASSERT_TRUE(disk.run([&] {
         control = makeControl();

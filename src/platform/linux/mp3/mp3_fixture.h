@@ -93,7 +93,7 @@ inline const Samples& sound(int rate, int channels, double seconds) {
     return samples;
 }
 
-/// The sound of these arguments, encoded with `options` (of LAME). The stream for each set of
+/// The result of sound(), encoded by LAME with `options`. The stream for each set of
 /// arguments is created once per process.
 inline const Data& encoded(int rate, int channels, const std::string& options, double seconds = 4) {
     static std::map<std::string, Data> made;
@@ -112,7 +112,7 @@ inline const Data& encoded(int rate, int channels, const std::string& options, d
     return data;
 }
 
-/// The stream of most tests: 128 kbit/s, with an information frame; 155 frames.
+/// The stream of most tests: an information frame, and 155 frames of sound at 128 kbit/s.
 inline const Data& ordinary() {
     return encoded(44100, 2, "-b 128");
 }

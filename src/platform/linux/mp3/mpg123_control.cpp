@@ -132,7 +132,7 @@ Status Mpg123Control::DecodeToWav(const std::string& path) {
         reporter_->forget();
     }
     const DecodeNames names{nameIn(sourceFile_), nameIn(path), order.target.parent_path()};
-    const bool mayBeSpared = former.has_value();
+    const bool mayReuse = former.has_value();
     job_.reset(); // stops the decoding before the next one begins
     job_ = std::make_unique<DecodeJob>(
         order,
@@ -140,7 +140,7 @@ Status Mpg123Control::DecodeToWav(const std::string& path) {
             reporter->report(names, result);
         },
         saves_, std::move(former));
-    if (mayBeSpared) {
+    if (mayReuse) {
         job_->awaitEnd(checkTimeout);
     }
     return {};

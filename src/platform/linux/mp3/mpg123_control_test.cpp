@@ -83,7 +83,7 @@ TEST_F(Mpg123ControlTest, MapsThePathsOfTheLogic) {
     EXPECT_TRUE(fs::exists(target));
 }
 
-TEST_F(Mpg123ControlTest, PositionIncreasesWithinAConstantPositiveLength) {
+TEST_F(Mpg123ControlTest, PositionNeverDecreasesAndStaysWithinAConstantLength) {
     writeFile(source, encoded(44100, 2, "-b 320"));
     decode();
     std::int32_t last = 0;

@@ -56,7 +56,7 @@ TEST_F(Mpg123ControlsTest, StopAllStopsAllControls) {
     const auto first = decodingTo(target);
     const auto second = decodingTo(folder / "second.wav");
     EXPECT_TRUE(second->Play().ok());
-    controls.create().reset(); // a destroyed control is not called
+    controls.create().reset(); // stopAll() must not call the destroyed control
     controls.stopAll();
     EXPECT_FALSE(first->Busy());
     EXPECT_FALSE(second->Busy());

@@ -23,8 +23,8 @@ struct PcmFormat {
 /// Counts the decoded and the lost frames.
 struct DecodeCount {
     std::int64_t framesDecoded = 0;
-    /// Those of framesDecoded that are silent, because data of earlier frames that they need are
-    /// missing; 0 in free format, where they are not counted.
+    /// How many of framesDecoded are silent because they need data of earlier frames that are
+    /// missing; 0 in free format, where silent frames are not counted.
     std::int64_t framesSilenced = 0;
     ScanLoss loss;
     friend bool operator==(const DecodeCount&, const DecodeCount&) = default;
@@ -46,8 +46,7 @@ class PcmReader {
 };
 
 /// Creates a reader of `source`, which must outlive the reader; `survey` must be the survey of
-/// `source`.
-/// Null if the source has no frame.
+/// `source`. Null if the source has no frame.
 [[nodiscard]] Result<std::unique_ptr<PcmReader>> openPcmReader(const ByteSource& source,
                                                                const StreamSurvey& survey);
 

@@ -13,7 +13,8 @@ constexpr std::int64_t windowTurn = 8;
 /// lasting effect of a frame is its overlap with the next one. The number 24 was measured to be
 /// safe, and the further frames cost little time.
 constexpr std::int64_t leastFrames = 24;
-/// For this many frames before the boundary, all data that they refer to must be available.
+/// For this many frames before the first frame whose samples are used, all data that they refer to
+/// must be available.
 constexpr std::int64_t soundFrames = 8;
 /// The smallest frames (24 bytes: MPEG-2, 24 kHz, 8 kbit/s, stereo, checksum) have one byte of main
 /// data, and a frame may refer back over 255 bytes. So this many frames are enough for any stream.

@@ -40,7 +40,7 @@ class RenewedDecoder {
     /// Whether the last frame was silenced because data that it refers to are missing.
     [[nodiscard]] bool silencedLast() const { return silencedLast_; }
     [[nodiscard]] std::int64_t silencedFrames() const { return silenced_; }
-    /// The number of frames that the current decoder has decoded, with its lead.
+    /// The number of frames that the current decoder has decoded, including its lead.
     [[nodiscard]] std::int64_t framesOfDecoder() const { return framesOfDecoder_; }
 
   private:

@@ -77,10 +77,10 @@ void breakFrame(Data& data, std::size_t number) {
             byte = static_cast<std::uint8_t>(set ? byte | mask : byte & ~mask);
         }
     };
-    constexpr std::size_t share = 12; // which scale factors the second granule shares
+    constexpr std::size_t share = 12; // the bits that select the shared scale factors
     constexpr std::size_t granule = 20 + 2 * 59;
     setBits(share, 8, 0);
-    setBits(granule, 12, 1);       // bits of data
+    setBits(granule, 12, 1);       // the number of bits of data
     setBits(granule + 29, 4, 0xF); // the largest scale factors
 }
 

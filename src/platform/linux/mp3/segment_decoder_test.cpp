@@ -80,7 +80,7 @@ TEST(SegmentDecoderTest, MatchesOnePassForDamagedStreams) {
 }
 
 TEST(SegmentDecoderTest, MatchesOnePassForDamagedBitsOrReportsABrokenSegment) {
-    int refused = 0;
+    int broken = 0;
     int same = 0;
     std::mt19937 random(11);
     for (int round = 0; round < 24; ++round) {
@@ -88,9 +88,9 @@ TEST(SegmentDecoderTest, MatchesOnePassForDamagedBitsOrReportsABrokenSegment) {
         for (int i = 0; i < 1 + round; ++i) {
             data[random() % data.size()] ^= static_cast<std::uint8_t>(1U << random() % 8);
         }
-        (expectSame(data, "round " + std::to_string(round)) ? same : refused)++;
+        (expectSame(data, "round " + std::to_string(round)) ? same : broken)++;
     }
-    EXPECT_GT(refused, 0) << "unsuitable test data: no frame is broken";
+    EXPECT_GT(broken, 0) << "unsuitable test data: no frame is broken";
     EXPECT_GT(same, 0);
 }
 

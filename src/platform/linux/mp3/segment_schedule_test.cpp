@@ -8,7 +8,7 @@
 namespace sonarith::mp3 {
 namespace {
 
-const DecodeFailure badDisk{DecodeStep::writing, {ErrorNumber::diskFull, "full"}};
+const DecodeFailure fullDisk{DecodeStep::writing, {ErrorNumber::diskFull, "full"}};
 
 /// Tests the schedule without threads, so that a test can choose any interleaving of two workers.
 class SegmentScheduleTest : public testing::Test {
@@ -79,7 +79,7 @@ TEST_F(SegmentScheduleTest, SegmentsBeforeAFailedSegmentAreStillDecodedAndNoFurt
     finish(0, *first);
     const auto third = schedule.take(0);
     ASSERT_TRUE(third);
-    schedule.fail(0, badDisk);
+    schedule.fail(0, fullDisk);
     EXPECT_TRUE(schedule.wanted(1));
     EXPECT_FALSE(schedule.take(0));
     finish(1, *second);
@@ -92,14 +92,14 @@ TEST_F(SegmentScheduleTest, TheEarlierSegmentDecidesIfOneSegmentFailsAndAnotherN
     ASSERT_TRUE(schedule.take(0));
     ASSERT_TRUE(schedule.take(1));
     schedule.needOnePass(1);
-    schedule.fail(0, badDisk);
+    schedule.fail(0, fullDisk);
     EXPECT_EQ(schedule.rest()->firstFrame, 0);
     EXPECT_TRUE(schedule.failure());
 
     SegmentSchedule other(FrameSequence(source, StreamFormat{}), 60, 2);
     ASSERT_TRUE(other.take(0));
     ASSERT_TRUE(other.take(1));
-    other.fail(1, badDisk);
+    other.fail(1, fullDisk);
     other.needOnePass(0);
     EXPECT_EQ(other.rest()->firstFrame, 0);
     EXPECT_FALSE(other.failure());

@@ -155,9 +155,8 @@ TEST_F(SegmentWorkersTest, LeaveAPrefixWithoutGapsIfTheSingleWorkerIsStopped) {
     const Data data = brokenAt({75});
     const fixture::DecodedSound whole = fixture::sequentially(data);
     int beyond = 0;
-    // The first read determines the format. How far each worker is at a given read depends on the
-    // system's scheduler, so the loop is repeated until a worker was stopped after the broken
-    // frame.
+    // How far each worker is at a given read depends on the system's scheduler, so the loop is
+    // repeated until the single worker was stopped after the broken frame.
     constexpr int mostTries = 200;
     for (int i = 0; i < 8 || (beyond == 0 && i < mostTries); ++i) {
         const int readings = 4 + 3 * (i % 8);
@@ -176,7 +175,8 @@ TEST_F(SegmentWorkersTest, LeaveAPrefixWithoutGapsIfTheSingleWorkerIsStopped) {
         EXPECT_TRUE(!decoded.complete || part.size() == whole.samples.size()) << readings;
         beyond += !decoded.complete && part.size() > 80U * 2304 ? 1 : 0;
     }
-    EXPECT_GT(beyond, 0) << "unsuitable test data: the single worker was never stopped";
+    EXPECT_GT(beyond, 0) << "unsuitable test data: the single worker was never stopped "
+                            "after the broken frame";
 }
 
 TEST_F(SegmentWorkersTest, DoAllWorkEvenIfNotAllThreadsCanBeStarted) {

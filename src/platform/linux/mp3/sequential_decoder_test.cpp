@@ -121,15 +121,15 @@ TEST(SequentialDecoderTest, ReturnsTheKeptPartOfEachFrame) {
     const StreamFormat format; // 1152 samples, stereo
     const std::vector<std::int16_t> samples(2304);
     const GaplessTrim trim(1500, 2500, 3456);
-    const auto lengths = [&](std::int64_t number) {
+    const auto keptRange = [&](std::int64_t number) {
         const auto kept = keptPart(trim, format, number, samples);
         return std::pair(kept.empty() ? 0 : kept.data() - samples.data(), kept.size());
     };
     using Pair = std::pair<std::ptrdiff_t, std::size_t>;
-    EXPECT_EQ(lengths(0), (Pair{0, 0}));
-    EXPECT_EQ(lengths(1), (Pair{348 * 2, (2304 - 1500) * 2}));
-    EXPECT_EQ(lengths(2), (Pair{0, (2500 - 2304) * 2}));
-    EXPECT_EQ(lengths(3), (Pair{0, 2304}));
+    EXPECT_EQ(keptRange(0), (Pair{0, 0}));
+    EXPECT_EQ(keptRange(1), (Pair{348 * 2, (2304 - 1500) * 2}));
+    EXPECT_EQ(keptRange(2), (Pair{0, (2500 - 2304) * 2}));
+    EXPECT_EQ(keptRange(3), (Pair{0, 2304}));
 }
 
 } // namespace

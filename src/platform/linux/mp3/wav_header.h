@@ -11,7 +11,7 @@
 
 namespace sonarith::mp3 {
 
-/// RF64, "ds64" of 28 bytes, "fmt " of 16 bytes, "data".
+/// The parts of the header: RF64, "ds64" of 28 bytes, "fmt " of 16 bytes, "data".
 inline constexpr std::int64_t rf64HeaderBytes = 80;
 
 /// The plain form: RIFF, "fmt " of 16 bytes, "data". Its length is sound::wavHeaderBytes.

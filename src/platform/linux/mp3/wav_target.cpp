@@ -120,7 +120,7 @@ std::int64_t WavTarget::roomFor(std::int64_t samples, std::int64_t distance) {
 }
 
 /// Makes space for the larger header: moves the samples towards the end of the file, the last ones
-/// first. That space is not reserved in each file, because small files then could not have the
+/// first. The space is not reserved from the beginning, because small files then could not have the
 /// plain header.
 Status WavTarget::moveUp(std::int64_t bytes, std::int64_t distance) {
     std::vector<std::uint8_t> block(

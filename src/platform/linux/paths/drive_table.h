@@ -44,7 +44,7 @@ class DriveTable {
     /// letters are assigned, a further mount belongs to the drive that contains its mount point.
     void update(const std::vector<MountPoint>& mounts);
 
-    /// The drives that are mounted, by letter.
+    /// The drives that currently exist, in the order of their letters.
     [[nodiscard]] const std::vector<Drive>& drives() const { return drives_; }
     /// The mount point of a letter in either case; empty if the letter is not assigned or its disk
     /// is not mounted.
