@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Tests the behaviour that the machine's files have in common with the fake files. The machine's
-// files are accessed directly and through the patient classes.
+// files are accessed directly, and through the classes that limit the wait for a disk
+// (patient_paths.h).
 #include <gtest/gtest.h>
 
 #include <limits>

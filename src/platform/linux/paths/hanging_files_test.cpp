@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests the patient classes (patient_paths.h) while a mount hangs. All other behaviour is covered
-// by the tests of the machine's files, which also run through the patient classes.
+// Tests the patient classes (patient_paths.h), whose calls return even if a mount hangs. A call
+// that hangs is left behind: it fails, and nothing waits for it any longer. The calls on mounts
+// that respond are covered by the tests of the machine's files, which also run through these
+// classes.
 #include <gmock/gmock.h>
 
 #include <array>
@@ -33,7 +35,7 @@ class HangingFilesTest : public testing::Test, public test::HangingWorld {
     [[nodiscard]] std::string reportOf(const std::string& mount) const {
         return "The disk or server at " + mount + " does not respond.";
     }
-    [[nodiscard]] std::string returnOf(const std::string& mount) const {
+    [[nodiscard]] std::string recoveryOf(const std::string& mount) const {
         return "settled mount " + mount + ": The disk or server at " + mount + " responds again.";
     }
 
@@ -85,10 +87,10 @@ TEST_F(HangingFilesTest, AMountThatRespondsAgainIsCalledAgain) {
     ASSERT_FALSE(files.fileLength("d:\\music\\a.wav").ok());
     mounts->answer(d);
     EXPECT_TRUE(fakes::eventually([&] { return files.fileLength("d:\\music\\a.wav").ok(); }));
-    EXPECT_THAT(notices.texts(), ElementsAre(reportOf(d), returnOf(d)));
+    EXPECT_THAT(notices.texts(), ElementsAre(reportOf(d), recoveryOf(d)));
     mounts->hang(d);
     EXPECT_FALSE(files.fileLength("d:\\music\\a.wav").ok());
-    EXPECT_THAT(notices.texts(), ElementsAre(reportOf(d), returnOf(d), reportOf(d)));
+    EXPECT_THAT(notices.texts(), ElementsAre(reportOf(d), recoveryOf(d), reportOf(d)));
 }
 
 TEST_F(HangingFilesTest, ForALinkTheMountOfItsTargetIsReported) {
@@ -112,7 +114,7 @@ TEST_F(HangingFilesTest, TwoMountsHangIndependently) {
     mounts->answer(e);
     EXPECT_TRUE(fakes::eventually([&] { return files.fileLength("e:\\b.wav").ok(); }));
     EXPECT_FALSE(files.fileLength("d:\\music\\a.wav").ok());
-    EXPECT_THAT(notices.texts(), ElementsAre(reportOf(d), reportOf(e), returnOf(e)));
+    EXPECT_THAT(notices.texts(), ElementsAre(reportOf(d), reportOf(e), recoveryOf(e)));
 }
 
 TEST_F(HangingFilesTest, ACallThatHangsOnAnUnidentifiedMountBlocksOnlyItsOwnPath) {

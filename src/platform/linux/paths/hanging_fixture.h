@@ -161,7 +161,7 @@ class HangingMachine final : public MachineFiles {
     }
     [[nodiscard]] Result<Located> locate(const std::string& path) override {
         Result<Located> located = machine_->locate(path);
-        if (located.ok() && !located.value().givenName.empty()) { // a root needs no call
+        if (located.ok() && !located.value().givenName.empty()) { // a drive's root needs no access
             mounts_->touchLink(located.value().path);
         }
         return located;

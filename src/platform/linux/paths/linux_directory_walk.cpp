@@ -59,8 +59,8 @@ class LinuxDirectoryWalk final : public DirectoryWalk {
 
 std::optional<std::string> LinuxDirectoryWalk::machinePathOf(const std::string& folder) {
     if (const auto known = met_.extract(folder)) {
-        // A chosen spelling (PathMap::rememberChosen) has priority for this folder; for the files
-        // in it, PathMap gives it priority.
+        // A chosen spelling (PathMap::rememberChosen) has priority: for this folder it is applied
+        // here, and PathMap applies it to the files in the folder.
         auto chosen = paths_.hasChosen(known.mapped()) ? paths_.chosenFor(folder) : std::nullopt;
         return chosen ? chosen : known.mapped();
     }

@@ -39,8 +39,8 @@ class WalkedFolders {
 };
 
 /// Lists folders, regular files and links to them. Pipes, devices and dangling links are omitted.
-/// Names that begin with a dot are hidden; files have the archive bit; there are no other
-/// attributes.
+/// Folders have the attribute "directory", files the attribute "archive". Entries whose names begin
+/// with a dot also have the attribute "hidden".
 class LinuxDirectories final : public Directories {
   public:
     /// Both arguments must outlive this object and its walks. `files` provides the current folder.

@@ -17,8 +17,8 @@
 #include "support/unprivileged.h"
 
 #if defined(__SANITIZE_THREAD__)
-/// A forked process that uses the patient classes starts threads. By default the sanitizer aborts a
-/// forked process that starts threads.
+/// A forked process that uses the patient classes (patient_paths.h) starts threads. By default the
+/// sanitizer aborts a forked process that starts threads.
 extern "C" const char* __tsan_default_options() {
     return "die_after_fork=0";
 }

@@ -85,7 +85,8 @@ std::string machineName(std::string_view logicName) {
     name.reserve(logicName.size());
     while (!logicName.empty()) {
         if (logicName.starts_with(mark)) {
-            // logicName() never writes a mark before other characters, so this mark is literal.
+            // A mark that precedes no special character is literal: logicName() does not write such
+            // marks.
             const std::size_t marked = specialBytesAt(logicName.substr(mark.size()));
             name.append(marked > 0 ? logicName.substr(mark.size(), marked) : mark);
             logicName.remove_prefix(mark.size() + marked);

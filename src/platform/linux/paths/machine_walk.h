@@ -79,7 +79,7 @@ class MachineWalk {
 
     const std::shared_ptr<WalkedFolders> walked_;
     const Duration longestReadAhead_;
-    std::shared_ptr<MachineFiles> owner_; ///< owner of walk_, which must not outlive it
+    std::shared_ptr<MachineFiles> owner_; ///< has created walk_; walk_ must not outlive it
     std::unique_ptr<DirectoryWalk> walk_;
     int number_ = 0; ///< identifies walk_: handles are valid only in one walk
 };

@@ -18,9 +18,9 @@
 namespace sonarith {
 
 /// Each operation that accesses a disk fails with deviceUnavailable if the disk does not respond
-/// within PatientPaths::bound(). The operation fails at once while an earlier call to the mount has
-/// not returned. An operation that timed out may still be carried out later. Everything else is as
-/// in LinuxFileSystem; this object stores the current drive and folder.
+/// within PatientPaths::bound(). The operation fails at once while an earlier call to the same
+/// mount has not returned. An operation that timed out may still be carried out later. Everything
+/// else is as in LinuxFileSystem; this object stores the current drive and folder.
 class PatientFileSystem final : public FileSystem {
   public:
     /// `paths` must outlive this object and the files that it opens. Starts in the process's
@@ -42,7 +42,7 @@ class PatientFileSystem final : public FileSystem {
     Status makeFolder(const std::string& name) override;
     [[nodiscard]] std::string programFolder() const override { return programFolder_; }
 
-    // For callers that pass paths to other parts of the machine.
+    // For modules that use machine paths.
 
     /// The machine path of a path of the logic; empty if the path is invalid or its disk does not
     /// respond.
@@ -67,7 +67,7 @@ class PatientFileSystem final : public FileSystem {
     std::string currentFolder_;
     std::string programFolder_;
     /// The last current folder of each drive. LinuxFileSystem also stores these folders, but the
-    /// LinuxFileSystem object is replaced after a call was left behind.
+    /// LinuxFileSystem object is replaced when a call times out.
     std::map<char, std::string> currentFolders_;
 };
 

@@ -20,7 +20,7 @@ namespace sonarith {
 class PatientWalk final : public DirectoryWalk {
   public:
     /// The longest time of one call that reads ahead, so that a slow disk does not delay the folder
-    /// that the logic waits for. This limit also ends a call that was left behind: when the folder
+    /// that the logic waits for. This limit also ends a call that has timed out: when the folder
     /// that hung responds again, the limit has passed, so the call reads no further folder. The
     /// walk reads the remaining folders with new calls.
     static constexpr std::chrono::milliseconds usualReadAhead{5};

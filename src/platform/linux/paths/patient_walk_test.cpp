@@ -114,7 +114,7 @@ TEST_F(PatientWalkTest, AFolderThatHangsDuringReadAheadIsReportedOnceAndNotCalle
     EXPECT_TRUE(files.fileExists("e:\\b.wav"));
 }
 
-TEST_F(PatientWalkTest, ListsAllOtherFoldersAfterAReadAheadWasLeftBehind) {
+TEST_F(PatientWalkTest, ListsAllOtherFoldersAfterAReadAheadTimedOut) {
     mounts->write("f/late.wav");
     mounts->write("c/late.wav");
     PatientWalk usual(paths);
@@ -142,7 +142,7 @@ TEST_F(PatientWalkTest, NothingIsReadAheadWhileACallHangs) {
 }
 
 TEST_F(PatientWalkTest, ALargeFolderReadAheadIsReadToItsEnd) {
-    constexpr int many = 2500; // more than two parts of a folder
+    constexpr int many = 2500; // more than twice FolderPart::mostRecords
     for (int i = 0; i < many; ++i) {
         mounts->write("d/large/" + std::to_string(i));
     }

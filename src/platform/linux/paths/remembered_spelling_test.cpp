@@ -233,7 +233,8 @@ TEST_F(RememberedSpellingTest, ASpellingChosenOnOneDiskDoesNotApplyToAnotherDisk
     EXPECT_EQ(meant("h:\\stick\\a.wav"), "Stick/A.wav");
 }
 
-TEST_F(RememberedSpellingTest, APickedFileIsFoundDespiteADestinationOfTheSameName) {
+TEST_F(RememberedSpellingTest,
+       APickedFileIsFoundEvenIfItsFolderDiffersFromTheDestinationOnlyInCase) {
     write("My Music/song.mp3");
     write("my music/Song.mp3");
     ASSERT_TRUE(makeDestination({"My Music"}));

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Determines the folders that the account and the desktop define for a user's files, as machine
-// paths. It creates no folder. Only musicFolder() reads a file, which is usually in the home
-// folder; the home folder may be on a server that does not respond.
+// paths. It creates no folder. Only musicFolder() reads a file; the call hangs if that file, which
+// is usually in the home folder, is on a server that does not respond.
 #pragma once
 
 #include <optional>

@@ -107,7 +107,7 @@ TEST_F(UserFoldersTest, AUserDirsFileThatIsTooLargeOrNoRegularFileIsIgnored) {
     EXPECT_EQ(musicFolder(), homePath_ + "/Music");
 }
 
-TEST(MusicFolderIn, ParsesTheFormat) {
+TEST(MusicFolderIn, ParsesTheFormatOfUserDirs) {
     const auto in = [](const char* text) {
         return musicFolderIn(text, "/home/me").value_or("none");
     };

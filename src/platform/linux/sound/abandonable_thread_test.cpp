@@ -23,7 +23,7 @@ TEST(AbandonableThread, WaitsForABodyThatReturns) {
         thread.leave(1h);
     }
     EXPECT_TRUE(*owned);
-    EXPECT_EQ(owned.use_count(), 1) << "the body must be destroyed when leave() returns";
+    EXPECT_EQ(owned.use_count(), 1) << "the body still existed when leave() had returned";
 }
 
 TEST(AbandonableThread, WaitsForAHangingBodyOnlyForALimitedTime) {
