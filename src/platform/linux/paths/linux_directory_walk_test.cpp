@@ -3,130 +3,25 @@
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <filesystem>
-#include <fstream>
+#include <string>
+#include <vector>
 
 #include <sys/stat.h>
 
-#include "platform/linux/paths/linux_file_system.h"
+#include "platform/linux/paths/linux_directory_walk_fixture.h"
 #include "platform/linux/paths/machine_names.h"
-#include "platform/linux/paths/patient_fixture.h"
-#include "platform/text/unicode.h"
-#include "support/fake_settings_store.h"
-#include "support/temp_folder.h"
 #include "support/unprivileged.h"
 
 namespace sonarith {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::Contains;
+using test::LinuxDirectoryWalkTest;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 using testing::UnorderedElementsAre;
-
-/// D: is a temporary folder; C: is the machine's root.
-class LinuxDirectoryWalkTest : public testing::TestWithParam<test::Reach> {
-  protected:
-    // The process must not remain in a folder that is about to be deleted.
-    ~LinuxDirectoryWalkTest() override { fs::current_path("/"); }
-
-    void write(const std::string& name) {
-        fs::create_directories(fs::path(disk_ + "/" + name).parent_path());
-        std::ofstream(disk_ + "/" + name) << "sound";
-    }
-    void makeFolder(const std::string& name) { fs::create_directories(disk_ + "/" + name); }
-    void link(const std::string& target, const std::string& name) {
-        fs::create_directory_symlink(target, disk_ + "/" + name);
-    }
-
-    /// The names of one folder in the order of the listing.
-    static std::vector<std::string> names(DirectoryWalk& walk, const std::string& pattern) {
-        std::vector<std::string> all;
-        FindRecord entry;
-        const FindHandle handle = walk.FindFirst(pattern, entry);
-        for (bool found = handle != invalidFindHandle; found;
-             found = walk.FindNext(handle, entry)) {
-            all.push_back(entry.name);
-        }
-        walk.FindClose(handle);
-        return all;
-    }
-    /// All files below a folder, found as the file search does it: with paths in lower case,
-    /// without hidden folders, and with the most recently found folder first.
-    std::vector<std::string> filesBelow(const std::string& start) {
-        return filesBelow(start, directories_);
-    }
-    std::vector<std::string> filesBelow(const std::string& start, Directories& directories) {
-        const auto walk = directories.startWalk();
-        std::vector<std::string> waiting{start + "\\"};
-        std::vector<std::string> files;
-        while (!waiting.empty() && ++foldersVisited_ < 1000) {
-            const std::string folder = waiting.back();
-            waiting.pop_back();
-            FindRecord entry;
-            const FindHandle handle = walk->FindFirst(folder + "*.*", entry);
-            while (walk->FindNext(handle, entry)) {
-                const std::string path = lowerCase(folder + entry.name);
-                if ((entry.attributes & file_attribute::directory) == 0) {
-                    files.push_back(path);
-                } else if (!entry.name.starts_with('.')) {
-                    waiting.push_back(path + "\\");
-                }
-            }
-            walk->FindClose(handle);
-        }
-        EXPECT_TRUE(waiting.empty()) << "the walk did not end after 1000 folders";
-        return files;
-    }
-    std::uint32_t attributesOf(const std::string& name) {
-        const auto walk = directories_.startWalk();
-        FindRecord entry;
-        const FindHandle handle = walk->FindFirst("d:\\*.*", entry);
-        while (walk->FindNext(handle, entry)) {
-            if (entry.name == name) {
-                return entry.attributes;
-            }
-        }
-        ADD_FAILURE() << name << " is not listed";
-        return 0;
-    }
-
-    /// Creates the list of mounts for this test and the disk's folder; returns the list's
-    /// path.
-    std::string mountList() {
-        fs::create_directories(disk_);
-        std::ofstream list(folder_ / "mounts");
-        list << "1 0 8:1 / / rw - ext4 /dev/a rw\n"
-             << "2 1 8:2 / " << disk_ << " rw - ext4 /dev/b rw\n";
-        return (folder_ / "mounts").string();
-    }
-
-    /// Null if the machine is accessed directly. A forked process creates its own object, since it
-    /// does not inherit the threads of its parent.
-    std::unique_ptr<test::PatientMachine> reach() {
-        return GetParam() == test::Reach::patiently
-                   ? std::make_unique<test::PatientMachine>(store_, (folder_ / "mounts").string(),
-                                                            disk_)
-                   : nullptr;
-    }
-
-    fakes::TempFolder folder_;
-    std::string disk_ = (folder_ / "disk").string();
-    test::FakeSettingsStore store_;
-    DriveTable drives_{store_};
-    MountInfo mounts_{mountList()};
-    PathMap paths_{drives_, mounts_};
-    LinuxFileSystem directFiles_{paths_, disk_};
-    LinuxDirectories direct_{paths_, directFiles_};
-    std::unique_ptr<test::PatientMachine> patient_ = reach();
-    FileSystem& files_ = patient_ ? static_cast<FileSystem&>(patient_->files) : directFiles_;
-    Directories& directories_ =
-        patient_ ? static_cast<Directories&>(patient_->directories) : direct_;
-    int foldersVisited_ = 0;
-};
 
 INSTANTIATE_TEST_SUITE_P(Reached, LinuxDirectoryWalkTest,
                          testing::Values(test::Reach::directly, test::Reach::patiently),
@@ -297,50 +192,7 @@ TEST_P(LinuxDirectoryWalkTest, AFolderReplacedByAFileIsSkipped) {
     EXPECT_THAT(names(*walk, "d:\\x\\*.*"), IsEmpty());
 }
 
-// --- links ----------------------------------------------------------------------------------
-
-TEST_P(LinuxDirectoryWalkTest, ALinkToAFolderElsewhereIsFollowed) {
-    fs::create_directories(folder_ / "elsewhere/sub");
-    std::ofstream(folder_ / "elsewhere/sub/a.wav") << "x";
-    link((folder_ / "elsewhere").string(), "Link");
-    EXPECT_THAT(filesBelow("d:"), ElementsAre("d:\\link\\sub\\a.wav"));
-}
-
-TEST_P(LinuxDirectoryWalkTest, TwoLinksToOneFolderAreFollowedOnce) {
-    fs::create_directories(folder_ / "elsewhere");
-    std::ofstream(folder_ / "elsewhere/a.wav") << "x";
-    link((folder_ / "elsewhere").string(), "one");
-    link((folder_ / "elsewhere").string(), "two");
-    EXPECT_THAT(filesBelow("d:"), SizeIs(1));
-}
-
-TEST_P(LinuxDirectoryWalkTest, ALoopOfLinksEnds) {
-    write("a.wav");
-    write("x/b.wav");
-    write("y/c.wav");
-    link(".", "self");
-    link("..", "x/up");
-    link("../y", "x/across");
-    link("../x", "y/across");
-    link(disk_, "y/whole");
-    const auto files = filesBelow("d:");
-    EXPECT_THAT(files, SizeIs(3));
-    for (const char* name : {"a.wav", "b.wav", "c.wav"}) {
-        EXPECT_THAT(files, Contains(testing::EndsWith(name)));
-    }
-}
-
-TEST_P(LinuxDirectoryWalkTest, AWalkThroughManyFoldersThatLinkToEachOtherEndsSoon) {
-    constexpr int count = 20;
-    for (int i = 0; i < count; ++i) {
-        write(std::to_string(i) + "/a.wav");
-        for (int k = 0; k < count; ++k) {
-            link("../" + std::to_string(k), std::to_string(i) + "/to" + std::to_string(k));
-        }
-    }
-    EXPECT_THAT(filesBelow("d:"), SizeIs(count));
-    EXPECT_LE(foldersVisited_, 1 + count + count * count);
-}
+// --- several listings ----------------------------------------------------------------------
 
 TEST_P(LinuxDirectoryWalkTest, AFolderIsListedOnceInAWalkAndAgainInTheNextWalk) {
     write("x/a.wav");
