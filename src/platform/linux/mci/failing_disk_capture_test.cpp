@@ -60,9 +60,9 @@ void expectStartOfDisc(const std::filesystem::path& path, std::int64_t count) {
 class ADestinationThatHangs : public testing::TestWithParam<std::uint32_t> {
   protected:
     static int verdict(const seccomp_data& call) {
-        const bool isMeant = static_cast<std::uint32_t>(call.nr) == GetParam() &&
-                             (call.nr != SYS_openat || (call.args[2] & O_TMPFILE) == O_TMPFILE);
-        return isMeant ? CallJudge::hold : CallJudge::letThrough;
+        const bool isToBeHeld = static_cast<std::uint32_t>(call.nr) == GetParam() &&
+                                (call.nr != SYS_openat || (call.args[2] & O_TMPFILE) == O_TMPFILE);
+        return isToBeHeld ? CallJudge::hold : CallJudge::letThrough;
     }
     /// Runs `body` while the disk hangs.
     static void hang(const std::function<void(CallJudge&)>& body) {
@@ -153,9 +153,9 @@ TEST(ADestinationThatIsFull, KeepsTheBeginningOfTheTrackWithoutGapsAndNotifiesTh
         const bool isReported = texts.size() == 2 && texts[0].find("no space is left") < 200 &&
                                 texts[1].find(place) < 200 && texts[1].find("0:05 are kept") < 400;
         std::filesystem::copy(session.folder / "4711-1.wav", result / "copy.wav");
-        const bool isAlone = test::entriesIn(session.folder.path()) == 1;
+        const bool isOnlyEntry = test::entriesIn(session.folder.path()) == 1;
         return (hasEnded ? 0 : 1) + (isKept ? 0 : 2) + (isSaved ? 0 : 4) + (isReported ? 0 : 8) +
-               (isAlone ? 0 : 16);
+               (isOnlyEntry ? 0 : 16);
     });
     if (answer == test::mayNotMount) {
         GTEST_SKIP() << "this user may not mount a disk";

@@ -9,9 +9,9 @@ namespace {
 /// frame, and its rounding depends on the position: after 8 frames the window is at its starting
 /// position.
 constexpr std::int64_t windowTurn = 8;
-/// The minimum number of preceding frames. One preceding frame should suffice, since the only
-/// lasting effect of a frame is its overlap with the next one. The number 24 was measured to be
-/// safe, and the further frames cost little time.
+/// The minimum number of frames before the first frame whose samples are used. One such frame
+/// should suffice, since the only lasting effect of a frame is its overlap with the next one. The
+/// number 24 was measured to be safe, and the further frames cost little time.
 constexpr std::int64_t leastFrames = 24;
 /// For this many frames before the first frame whose samples are used, all data that they refer to
 /// must be available.

@@ -50,11 +50,11 @@ Data song(const std::string& options, int times) {
 TEST(RenewedDecoderTest, ReturnsTheSameSamplesAsASingleDecoder) {
     for (const char* options : {"-b 128", "-t -V 4", "-b 8 --resample 24", "-t -m m -b 32"}) {
         const Data data = song(options, 9);
-        const Pass one = decodeFrom(data, RenewedDecoder::never);
+        const Pass single = decodeFrom(data, RenewedDecoder::never);
         const Pass renewed = decodeFrom(data, shortPeriod);
-        EXPECT_EQ(fixture::difference(renewed.samples, one.samples), std::nullopt) << options;
-        EXPECT_EQ(renewed.silenced, one.silenced) << options;
-        EXPECT_EQ(one.mostFrames, static_cast<std::int64_t>(fixture::framesOf(data).size()));
+        EXPECT_EQ(fixture::difference(renewed.samples, single.samples), std::nullopt) << options;
+        EXPECT_EQ(renewed.silenced, single.silenced) << options;
+        EXPECT_EQ(single.mostFrames, static_cast<std::int64_t>(fixture::framesOf(data).size()));
     }
 }
 
@@ -86,22 +86,23 @@ void breakFrame(Data& data, std::size_t number) {
 
 TEST(RenewedDecoderTest, ReturnsTheSameSamplesAfterBrokenFramesWhereverTheDecodingBegan) {
     constexpr std::int64_t period = 576; // the second decoder begins at frame 296
-    constexpr std::size_t replaced = period * 2304;
+    constexpr std::size_t samplesBeforeReplacement = period * 2304;
     Data data = song("-b 128", 16);
     for (const std::size_t number : {100U, 400U, 580U}) {
         breakFrame(data, number);
     }
     const Samples whole = decodeFrom(data, period).samples;
-    const Samples one = decodeFrom(data, RenewedDecoder::never).samples;
-    EXPECT_NE(fixture::difference(whole, one), std::nullopt)
+    const Samples single = decodeFrom(data, RenewedDecoder::never).samples;
+    EXPECT_NE(fixture::difference(whole, single), std::nullopt)
         << "unsuitable test data: no decoder was replaced, or no frame is broken";
     // The first broken frame affects the samples only up to the replacement; the other broken
     // frames are in both passes.
     for (const std::size_t first : {200U, 304U}) {
         const Samples rest = decodeFrom(data, period, first).samples;
-        EXPECT_TRUE(std::equal(whole.begin() + replaced, whole.end(),
-                               rest.begin() + static_cast<std::ptrdiff_t>(replaced - first * 2304),
-                               rest.end()))
+        EXPECT_TRUE(std::equal(
+            whole.begin() + samplesBeforeReplacement, whole.end(),
+            rest.begin() + static_cast<std::ptrdiff_t>(samplesBeforeReplacement - first * 2304),
+            rest.end()))
             << first;
     }
 }

@@ -81,7 +81,7 @@ TEST_F(SegmentWorkersTest, ReturnTheSamplesOfOnePassForAnyNumberOfWorkers) {
 TEST_F(SegmentWorkersTest, LeaveAPrefixWithoutGapsWhereverTheyAreStopped) {
     const Data& data = encoded(44100, 2, "-b 320");
     const fixture::DecodedSound whole = fixture::sequentially(data);
-    int between = 0;
+    int stoppedInTheMiddle = 0;
     for (std::int64_t at = 0; at < static_cast<std::int64_t>(data.size()); at += 30'000) {
         stop = false;
         WatchedSource source(data);
@@ -96,9 +96,9 @@ TEST_F(SegmentWorkersTest, LeaveAPrefixWithoutGapsWhereverTheyAreStopped) {
         ASSERT_LE(part.size(), whole.samples.size());
         EXPECT_TRUE(std::equal(part.begin(), part.end(), whole.samples.begin())) << at;
         EXPECT_TRUE(!decoded.complete || part.size() == whole.samples.size()) << at;
-        between += !part.empty() && part.size() < whole.samples.size() ? 1 : 0;
+        stoppedInTheMiddle += !part.empty() && part.size() < whole.samples.size() ? 1 : 0;
     }
-    EXPECT_GT(between, 0) << "unsuitable test data: no worker was stopped in the middle";
+    EXPECT_GT(stoppedInTheMiddle, 0) << "unsuitable test data: no worker was stopped in the middle";
 }
 
 TEST_F(SegmentWorkersTest, KeepEverythingBeforeAnUnreadableOffset) {
@@ -154,29 +154,30 @@ TEST_F(SegmentWorkersTest, OneWorkerContinuesAloneFromTheFirstBrokenSegment) {
 TEST_F(SegmentWorkersTest, LeaveAPrefixWithoutGapsIfTheSingleWorkerIsStopped) {
     const Data data = brokenAt({75});
     const fixture::DecodedSound whole = fixture::sequentially(data);
-    int beyond = 0;
+    int stoppedAfterBrokenFrame = 0;
     // How far each worker is at a given read depends on the system's scheduler, so the loop is
     // repeated until the single worker was stopped after the broken frame.
     constexpr int mostTries = 200;
-    for (int i = 0; i < 8 || (beyond == 0 && i < mostTries); ++i) {
-        const int readings = 4 + 3 * (i % 8);
+    for (int i = 0; i < 8 || (stoppedAfterBrokenFrame == 0 && i < mostTries); ++i) {
+        const int allowedReads = 4 + 3 * (i % 8);
         stop = false;
         std::atomic<int> count = 0;
         WatchedSource source(data);
         source.onRead = [&](std::int64_t) {
-            stop = stop || ++count > readings;
+            stop = stop || ++count > allowedReads;
             return stop ? Status(ErrorNumber::deviceInputOutput, "stopped") : Status();
         };
         const Decoded decoded = decode(source, {2, 20});
         EXPECT_FALSE(decoded.failure);
         const fixture::Samples part = written(decoded);
         ASSERT_LE(part.size(), whole.samples.size());
-        EXPECT_TRUE(std::equal(part.begin(), part.end(), whole.samples.begin())) << readings;
-        EXPECT_TRUE(!decoded.complete || part.size() == whole.samples.size()) << readings;
-        beyond += !decoded.complete && part.size() > 80U * 2304 ? 1 : 0;
+        EXPECT_TRUE(std::equal(part.begin(), part.end(), whole.samples.begin())) << allowedReads;
+        EXPECT_TRUE(!decoded.complete || part.size() == whole.samples.size()) << allowedReads;
+        stoppedAfterBrokenFrame += !decoded.complete && part.size() > 80U * 2304 ? 1 : 0;
     }
-    EXPECT_GT(beyond, 0) << "unsuitable test data: the single worker was never stopped "
-                            "after the broken frame";
+    EXPECT_GT(stoppedAfterBrokenFrame, 0)
+        << "unsuitable test data: the single worker was never stopped "
+           "after the broken frame";
 }
 
 TEST_F(SegmentWorkersTest, DoAllWorkEvenIfNotAllThreadsCanBeStarted) {

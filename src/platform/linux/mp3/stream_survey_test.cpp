@@ -44,8 +44,8 @@ TEST(StreamSurveyTest, ChoosesTheFormatOfMostFramesWhereverTheyAre) {
 }
 
 TEST(StreamSurveyTest, CountsFramesAndNotBytes) {
-    const Data thick = encoded(48000, 2, "-t -b 320", 1.5);
-    EXPECT_EQ(rateOf(frames(thick, 20) + frames(slow(), 21)), 32000);
+    const Data highBitRate = encoded(48000, 2, "-t -b 320", 1.5);
+    EXPECT_EQ(rateOf(frames(highBitRate, 20) + frames(slow(), 21)), 32000);
 }
 
 TEST(StreamSurveyTest, TheFirstFormatIsChosenIfAllHaveEquallyManyFrames) {

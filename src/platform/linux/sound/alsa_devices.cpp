@@ -13,7 +13,8 @@ namespace sonarith::sound {
 
 namespace {
 
-/// The length of the device's buffer: 200 ms, twice the time by which the card may be late.
+/// The length of the device's buffer: 200 ms, twice the time by which the software card may be
+/// late.
 constexpr unsigned int bufferMicroseconds = 200'000;
 
 // ALSA requires a variadic function here.
