@@ -44,7 +44,7 @@ class Interpreter : public MediaControl {
 
     Devices devices_;
     std::map<std::string, std::shared_ptr<Device>> open_; ///< by alias in lower case
-    std::weak_ptr<CdDevice> cd_;                          ///< empty if no alias names it
+    std::weak_ptr<CdDevice> cd_;                          ///< empty if no "cdaudio" is open
     bool cdShareable_ = false;                            ///< whether cd_ was opened as shareable
 };
 

@@ -172,7 +172,7 @@ TEST(AReply, IsTruncatedToTheBufferAndEmptyAfterAnError) {
     session.interpreter.sendString("stop cd", &buffer);
     EXPECT_EQ(buffer.bytes().front(), '\0');
     EXPECT_EQ(session.interpreter.sendString("stop cd"), mciSuccess);
-    ReplyBuffer nothing(0); // the player passes such a buffer to commands without a reply
+    ReplyBuffer nothing(0); // without space even for the NUL
     EXPECT_EQ(session.interpreter.sendString("status cd length", &nothing), mciSuccess);
 }
 

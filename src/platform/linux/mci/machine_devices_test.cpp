@@ -123,7 +123,7 @@ TEST_F(ACapture, IsKeptWhenTheDiscVanishes) {
     const auto wav = fakes::readWav(folder / "kept.wav");
     ASSERT_TRUE(wav);
     EXPECT_GE(runAt(*wav, 150 * framesPerSector, 187 * framesPerSector), 0);
-    // The disc vanished more than a minute before the end of the capture; this time was not
+    // The capture ended more than a minute after the disc had vanished, but this minute was not
     // recorded.
     EXPECT_LT(wav->samples.size(), 10U * 2 * 44100);
 }

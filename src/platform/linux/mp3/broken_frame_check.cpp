@@ -59,8 +59,8 @@ void BrokenFrameCheck::pass(const Frame& frame, Bytes bytes) {
 }
 
 std::vector<std::uint8_t> soundingFrame(Bytes like, Bytes reservoir) {
-    // The same header, but without a checksum, with the highest bit rate (so that the reservoir
-    // fits), without padding, and with independently coded channels.
+    // The header of `like`, but without a checksum, with the highest bit rate (so that the
+    // reservoir fits), without padding, and with independently coded channels.
     std::vector<std::uint8_t> frame(like.begin(), like.begin() + headerBytes);
     frame[1] |= 0x01;
     frame[2] = static_cast<std::uint8_t>(0xE0 | (frame[2] & 0x0C));

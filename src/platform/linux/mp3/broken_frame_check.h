@@ -26,7 +26,7 @@ class BrokenFrameCheck {
     /// the frame. Precondition: pass() was called for the frames before it.
     [[nodiscard]] bool isBroken(const Frame& frame, Bytes bytes,
                                 std::span<const std::int16_t> samples);
-    /// Must be called for every frame, in order, after isBroken() where that is called.
+    /// Must be called for every frame, in order; for a frame that isBroken() checks, after that.
     void pass(const Frame& frame, Bytes bytes);
 
   private:

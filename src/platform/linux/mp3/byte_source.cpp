@@ -17,8 +17,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Large enough that the cost of system calls does not matter, small enough for one window per
-/// thread on many cores.
+/// Large enough that the cost of system calls does not matter, small enough that each of many
+/// threads can have a window.
 constexpr std::size_t windowBytes = 48 * 1024;
 
 FileIdentity identityIn(const struct stat& found) {

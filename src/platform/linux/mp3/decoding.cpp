@@ -137,8 +137,8 @@ void Decoding::finish(const Decoded& decoded, WavTarget& target, DecodeResult& r
                      : !decoded.complete ? DecodeOutcome::stopped
                                          : DecodeOutcome::completed;
     if (decoded.samples == 0) {
-        // Without a sample nothing is saved, and an existing file of that name is kept. A stream
-        // may consist of an information frame alone.
+        // An existing file of that name is kept. A complete decoding has no sample if the stream
+        // consists of an information frame alone.
         if (result.outcome == DecodeOutcome::completed) {
             result.outcome = DecodeOutcome::noFrames;
         }

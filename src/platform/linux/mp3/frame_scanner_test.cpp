@@ -140,7 +140,7 @@ TEST(FrameScannerTest, DropsFramesOfAnotherFormat) {
     }
 }
 
-TEST(FrameScannerTest, FindsNoFrameInOtherData) {
+TEST(FrameScannerTest, FindsNoFrameInDataWithoutFrames) {
     for (const Data& data : {Data{}, Data(1, 0xFF), Data(100'000, 0), Data(100'000, 0xFF),
                              junk(200'000), Data{0xFF, 0xFB, 0x90, 0x64}}) {
         const Scan scan(data);

@@ -33,7 +33,8 @@ class SegmentIndex {
     [[nodiscard]] std::optional<Segment> next();
     /// The counts of frames and losses in the segments returned so far.
     [[nodiscard]] const DecodeCount& count() const { return count_; }
-    /// After the last segment: why the stream ended before the end of the source, if it did.
+    /// After the last segment: the error that ended the stream before the end of the source; empty
+    /// if there was none.
     [[nodiscard]] const std::optional<Error>& failure() const {
         return frames_.scanner().failure();
     }

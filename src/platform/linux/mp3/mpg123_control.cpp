@@ -152,8 +152,8 @@ DecodeResult Mpg123Control::lastResult() const {
 
 void Mpg123Control::endPlaying() {
     if (playing_) {
-        // The card may have released the source because it has ended, or another control may use
-        // the line now.
+        // The card may have released the source at its end, or another control may use the line
+        // now.
         card_.detachSource(sound::Line::waveOut, *playing_);
         playing_.reset();
     }

@@ -70,7 +70,8 @@ class Mpg123Control : public ActiveMP3 {
     /// Failures after the call has returned end the decoding and are reported to the user.
     Status DecodeToWav(const std::string& path) override;
 
-    /// The result of the last decoding; `none` if there was none, or while it is running.
+    /// The result of the last decoding; its outcome is `none` while a decoding is running, and if
+    /// no decoding was ever started.
     [[nodiscard]] DecodeResult lastResult() const;
 
   private:

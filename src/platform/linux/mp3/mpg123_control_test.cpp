@@ -297,12 +297,12 @@ TEST_F(Mpg123ControlTest, ReportsEachFailureOnce) {
     EXPECT_TRUE(control.setSourceFile(folder / "none.mp3").ok());
     EXPECT_TRUE(control.DecodeToWav(target).ok());
     finish();
-    EXPECT_TRUE(control.DecodeToWav(target).ok()); // the logic starts the same file a second time
+    EXPECT_TRUE(control.DecodeToWav(target).ok()); // the logic starts the decoding again
     finish();
     const std::string text = "none.mp3 cannot be read (No such file or directory)";
     EXPECT_THAT(notices.texts(), testing::ElementsAre(text));
     EXPECT_TRUE(control.Stop().ok());
-    EXPECT_TRUE(control.DecodeToWav(target).ok()); // the user starts it again
+    EXPECT_TRUE(control.DecodeToWav(target).ok()); // the user starts the decoding again
     finish();
     EXPECT_THAT(notices.texts(), testing::ElementsAre(text, text));
 }

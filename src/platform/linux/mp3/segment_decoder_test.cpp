@@ -17,8 +17,8 @@ using fixture::operator+;
 using fixture::ordinary;
 using fixture::part;
 
-/// Expects that segments of several sizes have the same samples as one pass. Segments that are
-/// broken are not compared. Returns whether no segment was broken.
+/// Expects that segments of several sizes have the same samples as one pass. Sizes with a broken
+/// segment are not compared. Returns whether no segment was broken.
 bool expectSame(const Data& data, const std::string& name) {
     const DecodedSound whole = fixture::sequentially(data);
     EXPECT_FALSE(whole.samples.empty()) << name;

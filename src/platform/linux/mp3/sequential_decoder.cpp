@@ -25,7 +25,7 @@ std::span<const std::int16_t> SequentialDecoder::next() {
     while (const std::optional<NumberedFrame> frame = frames_.next()) {
         const Bytes bytes = frames_.bytesOf(*frame);
         if (bytes.size() < static_cast<std::size_t>(frame->header.bytes)) {
-            break; // the scanner could read the frame, but it can no longer be read
+            break; // the frame, which the scanner could read, can no longer be read
         }
         const auto kept = keptPart(frames_.trim(), frames_.format(), frame->number,
                                    decoder_.decode(*frame, bytes));

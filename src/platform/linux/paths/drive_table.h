@@ -25,7 +25,7 @@ inline constexpr char homeLetter = 'H';
 
 struct Drive {
     char letter;            ///< upper case
-    std::string mountPoint; ///< or the home folder
+    std::string mountPoint; ///< for H: the home folder
 
     bool operator==(const Drive&) const = default;
 };

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The fixture of the tests of LinuxDirectories, which run directly and through the patient classes
-// (patient_paths.h). For tests only.
+// The fixture of the tests of LinuxDirectories. Each test accesses the machine directly, and
+// through the patient classes (patient_paths.h). For tests only.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -90,8 +90,7 @@ class LinuxDirectoryWalkTest : public testing::TestWithParam<test::Reach> {
         return 0;
     }
 
-    /// Creates the list of mounts for this test and the disk's folder; returns the list's
-    /// path.
+    /// Creates the disk's folder and the list of mounts for this test; returns the list's path.
     std::string mountList() {
         fs::create_directories(disk_);
         std::ofstream list(folder_ / "mounts");

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+// Tests walks through folders that contain links. linux_directory_walk_test.cpp instantiates the
+// suite.
 #include <gmock/gmock.h>
 
 #include <filesystem>

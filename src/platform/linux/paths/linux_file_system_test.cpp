@@ -46,8 +46,7 @@ class LinuxFileSystemTest : public ::testing::TestWithParam<test::Reach> {
     }
     static ErrorNumber numberOf(const Status& status) { return status.error().number; }
 
-    /// Creates the list of mounts for this test and the disk's folder; returns the list's
-    /// path.
+    /// Creates the disk's folder and the list of mounts for this test; returns the list's path.
     std::string mountList() {
         fs::create_directories(disk_);
         std::ofstream list(folder_ / "mounts");

@@ -27,7 +27,7 @@ TEST(MachineName, EscapesACharacterThatLooksLikeAReplacement) {
     EXPECT_EQ(machineName("\u00ac\u00ac\u2217"), "\u00ac*");
 }
 
-TEST(MachineName, TreatsAMarkBeforeAnyOtherCharacterAsLiteral) {
+TEST(MachineName, TreatsAMarkThatPrecedesNoSpecialCharacterAsLiteral) {
     EXPECT_EQ(machineName("\u00acx"), "\u00acx");
     EXPECT_EQ(machineName("x\u00ac"), "x\u00ac");
 }

@@ -35,7 +35,7 @@ struct ReadFolder {
     FolderPart part;    ///< the first entries, at least one
 };
 
-/// Passes the folders that one call has read to the thread of the logic. Thread-safe.
+/// Passes to the thread of the logic the folders that one call has read. Thread-safe.
 class ReadFolders {
   public:
     explicit ReadFolders(std::string first) : folder_(std::move(first)) {}

@@ -34,7 +34,7 @@ class PathMapTest : public ::testing::Test {
     }
     ErrorNumber failure(std::string_view logic) { return paths_.locate(logic).error().number; }
 
-    /// Creates the list of mounts for this test and the disk's folder; returns the list's path.
+    /// Creates the disk's folder and the list of mounts for this test; returns the list's path.
     std::string mountList() {
         fs::create_directories(disk_);
         std::ofstream list(folder_ / "mounts");
