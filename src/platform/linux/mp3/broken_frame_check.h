@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Distinguishes broken frames, which the decoder library gives up half-way, from silent frames.
-// After a broken frame the library's window state differs for the rest of the stream, so segments
-// decoded separately would differ in the last bit from one pass over the whole stream. This class
-// only checks frames; the caller chooses how to continue.
+// Distinguishes broken frames, which the decoder library gives up (stops decoding half-way), from
+// silent frames. After a broken frame the library's window state differs for the rest of the
+// stream, so segments decoded separately would differ in the last bit from one pass over the whole
+// stream. This class only checks frames; the caller chooses how to continue.
 #pragma once
 
 #include <cstdint>

@@ -14,12 +14,12 @@ namespace sonarith::mp3 {
 
 class FreeFormatDecoder : public PcmReader {
   public:
-    /// For each frame that the library gives up, it needs time in proportion to the number of
-    /// preceding frames (measured: 3 ns per preceding frame), so a long stream of damaged frames
-    /// would take hours. When the sum of the numbers of preceding frames reaches this limit (a
-    /// third of a second of work), a new decoder replaces the current one, but only after a frame
-    /// that ends in silence, so that no sound is lost. Every frame that the library gives up ends
-    /// in silence.
+    /// For each frame that the library gives up (stops decoding half-way), it needs time in
+    /// proportion to the number of preceding frames (measured: 3 ns per preceding frame), so a long
+    /// stream of damaged frames would take hours. When the sum of the numbers of preceding frames
+    /// reaches this limit (a third of a second of work), a new decoder replaces the current one,
+    /// but only after a frame that ends in silence, so that no sound is lost. Every frame that the
+    /// library gives up ends in silence.
     static constexpr std::int64_t usualPatience = 100'000'000;
 
     /// Reads `source` from `offset` on. Null if the library finds no frame there.

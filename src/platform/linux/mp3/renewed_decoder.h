@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Decodes a stream of any length, frame by frame, and replaces the library's decoder periodically.
-// The reason: for each frame that the library gives up, it needs time in proportion to the number
-// of preceding frames, so a long stream of damaged frames would take hours. The replacements do not
-// affect the samples of undamaged streams.
+// The reason: for each frame that the library gives up (stops decoding half-way), it needs time in
+// proportion to the number of preceding frames, so a long stream of damaged frames would take
+// hours. The replacements do not affect the samples of undamaged streams.
 #pragma once
 
 #include <cstdint>

@@ -19,7 +19,7 @@ namespace sonarith::mp3 {
 enum class SegmentEnd {
     complete,
     stopped, ///< the receiver has ended the decoding
-    broken,  ///< the library gave up a frame: one decoder must decode from this segment to the end
+    broken,  ///< the library cannot decode a frame: one decoder must decode from this segment on
     failed,
 };
 

@@ -55,8 +55,8 @@ std::string ReadFolders::folder() const {
     return folder_;
 }
 
-/// The walk on `machine`. A new walk is created if `machine` is a new object, which happens after a
-/// call of this walk or of another one was left behind together with the previous object.
+/// The walk on `machine`. A new walk is created if `machine` is a new object: when a call of this
+/// walk or of another one times out, a new object replaces the one that made the call.
 DirectoryWalk& MachineWalk::of(MachineFiles& machine) {
     if (owner_.get() != &machine) {
         walk_ = machine.continueWalk(walked_);
