@@ -93,9 +93,8 @@ class Mixer {
     /// invalidParameter, invalidLine; they leave `line` unchanged.
     virtual MixerResult getLineInfo(MixerHandle mixer, MixerLine& line) = 0;
     /// Finds the line's control of the type `controls.dwControlType` and fills
-    /// `*controls.pamxctrl`. Errors:
-    /// invalidHandle, invalidParameter, invalidLine, invalidControl; they leave
-    /// `*controls.pamxctrl` unchanged.
+    /// `*controls.pamxctrl`. Errors: invalidHandle, invalidParameter, invalidLine, invalidControl;
+    /// they leave `*controls.pamxctrl` unchanged.
     virtual MixerResult getLineControls(MixerHandle mixer, MixerLineControls& controls) = 0;
     /// Writes the control's value to `*details.paDetails`. Does not allocate. Errors:
     /// invalidHandle, invalidParameter, invalidControl; they leave the value unchanged.

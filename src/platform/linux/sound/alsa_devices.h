@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Opens and lists ALSA devices, for playback and capture. Devices are opened in the format of the
-// software sound card. It transfers no sound.
+// Opens and lists ALSA devices, for playback and capture, but transfers no sound. Devices are
+// opened in the format of the software sound card.
 #pragma once
 
 #include <memory>
@@ -22,9 +22,10 @@ struct ClosePcm {
 };
 using PcmHandle = std::unique_ptr<snd_pcm_t, ClosePcm>;
 
-/// Opens `name` for non-blocking reads and writes of stereo frames at the card's rate, and does not
-/// start the device. ALSA converts the rate if the device has another one. Returns a null pointer
-/// if the device cannot be opened. The first call disables ALSA's messages for the whole process.
+/// Opens `name` for non-blocking reads or writes of stereo frames at the rate of the software sound
+/// card, and does not start the device. ALSA converts the rate if the device has another rate.
+/// Returns a null pointer if the device cannot be opened. The first call suppresses ALSA's error
+/// messages for the whole process.
 [[nodiscard]] PcmHandle openPcm(const std::string& name, snd_pcm_stream_t direction);
 
 /// One entry of ALSA's list of devices.
@@ -36,9 +37,8 @@ struct DeviceHint {
 
 /// The entries of `hints` that can be chosen for `direction`: the default device first, whether it
 /// is in the list or not; then sound servers, real devices and devices from the user's
-/// configuration, in the order of `hints`. ALSA's plug-ins (converters, mixers, its own device
-/// files) and names of devices with more than two channels are omitted. For playback, "none" is
-/// last.
+/// configuration, in the order of `hints`. ALSA's plug-ins (converters, mixers, "null", "oss") and
+/// devices with more than two channels are omitted. For playback, "none" is last.
 [[nodiscard]] std::vector<DeviceEntry> choosable(const std::vector<DeviceHint>& hints,
                                                  snd_pcm_stream_t direction);
 

@@ -58,7 +58,7 @@ TEST(AlsaDevices, OutputsAreSoundServersRealDevicesAndTheUsersOwnDevices) {
                             "none"));
 }
 
-TEST(AlsaDevices, InputsAreTheDevicesOfTheSameKindsThatCanCapture) {
+TEST(AlsaDevices, InputsAreSoundServersAndDevicesThatCanCapture) {
     EXPECT_THAT(namesOf(choosable(hintsOfAMachine(), SND_PCM_STREAM_CAPTURE)),
                 ElementsAre("default", "jack", "pipewire", "pulse", "living-room",
                             "hw:CARD=PCH,DEV=0", "plughw:CARD=PCH,DEV=0", "sysdefault:CARD=PCH",
@@ -75,7 +75,7 @@ TEST(AlsaDevices, DescriptionsAreOneLineAndNeverEmpty) {
     EXPECT_EQ(entries[8].description, "Webcam, USB Audio Direct hardware device");
 }
 
-TEST(AlsaDevices, AMachineWithoutSoundOffersTheDefaultDeviceAndForOutputAlsoTheEntryNone) {
+TEST(AlsaDevices, AnEmptyListOffersTheDefaultDeviceAndForOutputAlsoTheEntryNone) {
     EXPECT_THAT(namesOf(choosable({}, SND_PCM_STREAM_PLAYBACK)), ElementsAre("default", "none"));
     EXPECT_THAT(namesOf(choosable({}, SND_PCM_STREAM_CAPTURE)), ElementsAre("default"));
 }

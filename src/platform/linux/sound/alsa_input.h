@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Creates external inputs of the card that capture from ALSA devices. sound_card.h records, and
-// capture_pump.h controls the timing.
+// Creates the software sound card's external inputs, which capture from ALSA devices. sound_card.h
+// records their sound, and capture_pump.h controls the timing.
 #pragma once
 
 #include <memory>

@@ -58,7 +58,7 @@ TEST(AlsaInput, RecordsTheSoundOfTheServersMonitor) {
     player.attach(Line::waveOut, std::make_shared<PatternSource>(), monotonicNow());
 
     // The recording must contain a fifth of a second without a gap. It may begin with any frame of
-    // the sound, because it is not fixed when the server's monitor is opened.
+    // the sound, because the delay until the server's monitor is open varies.
     EXPECT_TRUE(eventually([&] { return longestRun(tape->frames()) >= frameRate / 5; }));
 }
 

@@ -53,7 +53,7 @@ class PlayingCard {
         return eventually([&] { return disc_->position() >= end; });
     }
     void changeOutput(const std::string& output) { card_.setSpeakers(makeOutput(output)); }
-    /// Expects that the recording is the disc's sound from its first frame on, without gaps.
+    /// Stops the recording, and expects in it all frames that the disc has played, without gaps.
     void expectWholeCapture() {
         const std::int64_t played = disc_->position();
         card_.stopRecording(monotonicNow());
@@ -143,7 +143,7 @@ TEST(AlsaOutput, DisturbsNoRecordingAndWritesNoMessagesIfTheDeviceDoesNotExist) 
         EXPECT_TRUE(playing.awaitFrames(halfSecond));
         playing.expectWholeCapture();
     }
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "the library has written messages";
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "a sound library has written messages";
 }
 
 TEST(AlsaOutput, IsANullOutputForAnEmptyNameAndForTheNameNone) {

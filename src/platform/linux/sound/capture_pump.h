@@ -19,8 +19,8 @@ namespace sonarith::sound {
 struct CaptureTiming {
     /// Minimum delay before a device that was lost or cannot be opened is tried again.
     std::chrono::milliseconds retryAfter{2000};
-    /// How long the destructor waits for a device call that does not return. The program's window
-    /// is blocked during that wait. A call to a working device takes a few milliseconds.
+    /// How long the pump's destructor waits for a device call that does not return. The program's
+    /// window is blocked during that wait. A call to a working device takes a few milliseconds.
     std::chrono::milliseconds patience{150};
 };
 

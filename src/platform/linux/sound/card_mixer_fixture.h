@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A mixer of a sound card whose time the test advances, and the list of the mixer's controls. For
-// tests only.
+// Provides the mixer of a sound card whose time the test advances, and a list of the controls that
+// the mixer must have. For tests only.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -50,7 +50,7 @@ class CardMixerTest : public testing::Test {
     void play(Line line, std::shared_ptr<SampleSource> source) {
         card.attach(line, std::move(source), now);
     }
-    /// The speakers' sound during `time`.
+    /// Advances the card by `time` and returns the sound that the speakers received.
     std::vector<StereoFrame> hear(SoundCard::Time time) {
         const auto speakers = std::make_shared<fakes::MemorySink>();
         card.setSpeakers(speakers);
@@ -69,15 +69,15 @@ class CardMixerTest : public testing::Test {
     MixerHandle handle = 0;
 };
 
-struct Place {
+struct ExpectedControl {
     std::uint32_t line;
     std::uint32_t type;
-    std::int32_t start;
+    std::int32_t initial; ///< value
     std::int32_t highest; ///< -1: the control cannot be set
 };
 
-inline const std::vector<Place>& allControls() {
-    static const std::vector<Place> all{
+inline const std::vector<ExpectedControl>& allControls() {
+    static const std::vector<ExpectedControl> all{
         {4, 0x50030001, 65535, 65535},      // master volume
         {4, 0x50030002, 32768, 65535},      // bass
         {4, 0x50030003, 32768, 65535},      // treble
@@ -86,8 +86,8 @@ inline const std::vector<Place>& allControls() {
         {0x1005, 0x20010002, 0, 1},         // disc mute
         {0x1008, 0x20010002, 0, 1},         // wave mute
         {0x1008, 0x10020001, 0, -1},        // wave peak
-        {7, 0x10020001, 0, -1},             // recorded sound: peak
-        {0x1003, 0x10020001, 0, -1},        // external input: peak
+        {7, 0x10020001, 0, -1},             // recorder peak
+        {0x1003, 0x10020001, 0, -1},        // external input peak
     };
     return all;
 }

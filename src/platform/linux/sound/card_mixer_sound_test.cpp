@@ -85,6 +85,7 @@ TEST_P(CardMixerTone, FollowsItsCurveWithinAFifthOfADecibel) {
             const double left = amplitudeAt(fakes::leftOf(played), hz, frameRate) / amplitude;
             const double right = amplitudeAt(fakes::rightOf(played), hz, frameRate) / amplitude;
             EXPECT_NEAR(decibels(left), expected, 0.2) << hz << " Hz at " << position;
+            // ToneSource has half the amplitude on the right channel.
             EXPECT_NEAR(decibels(right * 2), expected, 0.2) << hz << " Hz at " << position;
         }
     }
@@ -123,9 +124,9 @@ TEST_F(CardMixerTest, RecordsBitForBitAtAnySliderPosition) {
     play(Line::compactDisc, std::make_shared<PatternSource>());
     for (int step = 0; step < 200; ++step) {
         const std::int32_t position = step * 7919 % 65536;
-        for (const Place& place : allControls()) {
-            if (place.highest > 0) {
-                EXPECT_EQ(set(place.line, place.type, std::min(position, place.highest)),
+        for (const ExpectedControl& expected : allControls()) {
+            if (expected.highest > 0) {
+                EXPECT_EQ(set(expected.line, expected.type, std::min(position, expected.highest)),
                           MixerResult::noError);
             }
         }

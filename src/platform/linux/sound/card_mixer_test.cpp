@@ -12,11 +12,11 @@ namespace {
 
 TEST_F(CardMixerTest, HasEachControlOnceWithItsOwnIdentifier) {
     std::set<std::uint32_t> identifiers;
-    for (const Place& place : allControls()) {
+    for (const ExpectedControl& expected : allControls()) {
         MixerControl found;
-        ASSERT_EQ(find(place.line, place.type, found), MixerResult::noError);
+        ASSERT_EQ(find(expected.line, expected.type, found), MixerResult::noError);
         EXPECT_EQ(found.cbStruct, 152U);
-        EXPECT_EQ(found.dwControlType, place.type);
+        EXPECT_EQ(found.dwControlType, expected.type);
         EXPECT_EQ(found.cMultipleItems, 0U);
         EXPECT_NE(found.dwControlID, 0U);
         EXPECT_TRUE(identifiers.insert(found.dwControlID).second);
@@ -24,39 +24,40 @@ TEST_F(CardMixerTest, HasEachControlOnceWithItsOwnIdentifier) {
 }
 
 TEST_F(CardMixerTest, StartsAtFullVolumeUnmutedNeutralAndSilent) {
-    for (const Place& place : allControls()) {
-        EXPECT_EQ(get(place.line, place.type), place.start) << place.line << " " << place.type;
+    for (const ExpectedControl& expected : allControls()) {
+        EXPECT_EQ(get(expected.line, expected.type), expected.initial)
+            << expected.line << " " << expected.type;
     }
 }
 
-TEST_F(CardMixerTest, KeepsWrittenValuesAndRejectsThoseOutOfRange) {
-    for (const Place& place : allControls()) {
-        if (place.highest < 0) {
-            EXPECT_EQ(set(place.line, place.type, 0), MixerResult::invalidValue)
-                << "a meter must not be settable";
+TEST_F(CardMixerTest, KeepsWrittenValuesAndRejectsValuesOutOfRange) {
+    for (const ExpectedControl& expected : allControls()) {
+        if (expected.highest < 0) {
+            EXPECT_EQ(set(expected.line, expected.type, 0), MixerResult::invalidValue)
+                << "a meter was set";
             continue;
         }
-        for (const std::int32_t value : {place.highest, 0, 1}) {
-            EXPECT_EQ(set(place.line, place.type, value), MixerResult::noError);
-            EXPECT_EQ(get(place.line, place.type), value);
+        for (const std::int32_t value : {expected.highest, 0, 1}) {
+            EXPECT_EQ(set(expected.line, expected.type, value), MixerResult::noError);
+            EXPECT_EQ(get(expected.line, expected.type), value);
         }
-        for (const std::int32_t value : {place.highest + 1, -1, INT32_MIN, INT32_MAX}) {
-            EXPECT_EQ(set(place.line, place.type, value), MixerResult::invalidValue) << value;
-            EXPECT_EQ(get(place.line, place.type), 1);
+        for (const std::int32_t value : {expected.highest + 1, -1, INT32_MIN, INT32_MAX}) {
+            EXPECT_EQ(set(expected.line, expected.type, value), MixerResult::invalidValue) << value;
+            EXPECT_EQ(get(expected.line, expected.type), 1);
         }
     }
 }
 
 TEST_F(CardMixerTest, CallsToneChangedOnlyForBassAndTreble) {
-    for (const Place& place : allControls()) {
-        static_cast<void>(set(place.line, place.type, 1));
+    for (const ExpectedControl& expected : allControls()) {
+        static_cast<void>(set(expected.line, expected.type, 1));
     }
     EXPECT_EQ(toneChanges, 2);
     EXPECT_EQ(set(4, 0x50030002, 70'000), MixerResult::invalidValue);
     EXPECT_EQ(toneChanges, 2);
 }
 
-TEST_F(CardMixerTest, ReportsMissingControls) {
+TEST_F(CardMixerTest, RejectsLinesAndControlsThatDoNotExist) {
     MixerLine line{mixerLineSize, 99, 0x1004};
     EXPECT_EQ(mixer.getLineInfo(handle, line), MixerResult::invalidLine);
     EXPECT_EQ(line.dwLineID, 99U);

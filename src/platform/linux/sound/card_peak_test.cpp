@@ -43,7 +43,7 @@ TEST(PeakOf, IsTheLargestAbsoluteSampleOfBothChannels) {
 }
 
 TEST(CardPeak, IsTheLargestSampleSinceTheLastReading) {
-    // An irregular signal of rising level; the louder channel changes.
+    // An irregular signal whose level rises and falls; the louder channel changes.
     Frames signal;
     for (int i = 0; i < frameRate; ++i) {
         const double swell = std::abs(std::sin(i / 7001.0));

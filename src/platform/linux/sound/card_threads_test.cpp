@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Uses the mixer, reads peaks, uses the wave input and changes the source while the card's own
-// thread runs. Each call is made on the thread that makes it in the program, or on more threads
-// than there. Under the thread sanitizer, these tests detect data races.
+// thread runs. Each function is called on the same thread as in the program, or on more threads
+// than in the program. Under the thread sanitizer, these tests detect data races.
 #include <gmock/gmock.h>
 
 #include <atomic>

@@ -16,8 +16,8 @@ namespace sonarith::sound {
 
 class CardWaveInput final : public WaveInput {
   public:
-    /// How long open() waits until an external input was opened; a user does not notice such a
-    /// short delay. An input that takes longer counts as opened. If its opening fails later, the
+    /// The longest wait of open() for the opening of an external input; a user does not notice such
+    /// a short delay. An input that takes longer counts as opened. If its opening fails later, the
     /// input is silent.
     static constexpr std::chrono::milliseconds inputPatience{40};
 

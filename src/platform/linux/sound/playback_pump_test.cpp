@@ -307,7 +307,7 @@ TEST_F(PlaybackPumpTest, NeitherPlayNorTheDestructorIsBlockedByAHangingDevice) {
     EXPECT_TRUE(eventually([&] { return device->closed == device->opened; }));
 }
 
-TEST_F(PlaybackPumpTest, DropsFramesThatDoNotFit) {
+TEST_F(PlaybackPumpTest, DropsFramesThatDoNotFitIntoItsQueue) {
     device->hangs = true;
     PlaybackPump pump(opener(), patient);
     play(pump, 0, 10 * frameRate);
@@ -348,7 +348,7 @@ TEST_F(PlaybackPumpTest, ReportsThatTheDeviceIsLostAndThatItPlaysAgain) {
         missing = false;
         EXPECT_TRUE(eventually([&] {
             play(pump, 0, 441);
-            // So that the pump reads the queue faster than the test fills it.
+            // The delay lets the pump read the queue faster than the test fills it.
             std::this_thread::sleep_for(5ms);
             return reports.hold(DeviceState::works);
         }));

@@ -21,8 +21,8 @@ constexpr std::size_t prefillFrames = frameRate / 10;
 /// The silence that is written after the end of a sound: 50 ms. A device that repeats its buffer
 /// after an underrun then repeats silence.
 constexpr std::size_t paddingFrames = frameRate / 20;
-/// A device that has accepted this number of frames has certainly played some of them: it is half a
-/// second, which is more than the device's buffer.
+/// A device that has accepted half a second of sound has certainly played some of it, because its
+/// buffer is shorter.
 constexpr std::size_t certainFrames = frameRate / 2;
 /// The longest single wait for space, and so the longest time until the thread notices that it must
 /// end.

@@ -20,7 +20,7 @@ struct PlaybackTiming {
     std::chrono::milliseconds retryAfter{2000};
     /// A device that accepts no frames for this time counts as lost.
     std::chrono::milliseconds stallLimit{2000};
-    /// How long the destructor waits for a device call that does not return.
+    /// How long the pump's destructor waits for a device call that does not return.
     std::chrono::milliseconds patience{500};
 };
 

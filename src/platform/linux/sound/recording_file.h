@@ -19,7 +19,7 @@ namespace sonarith::sound {
 /// the disk is slow, a call takes as long as the disk does.
 class RecordingFile {
   public:
-    /// Creates a WAV without samples in `folder`. This should be the folder in which the recording
+    /// Creates a WAV without samples in `folder`. `folder` should be the one in which the recording
     /// will be saved, since no copy is needed then. Recordings of more than `longestWavBytes`
     /// sample bytes are saved as RF64.
     [[nodiscard]] static Result<RecordingFile>

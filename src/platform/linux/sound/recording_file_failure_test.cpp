@@ -100,7 +100,7 @@ TEST_F(FailingDiskTest, SavesThePartThatFitsOnASmallDisk) {
             taken = recording.append(pattern(block * 441, 441));
         }
         const bool full = !taken && recording.failure() == ENOSPC;
-        // The disk without the file system's own data.
+        // The file system's own data take less than 64 KiB of the disk.
         const std::int64_t room = test::smallDiskBytes - 64 * 1024;
         const bool nearlyAll = recording.frames() * 4 > room;
         const bool saved = recording.save(target).ok() && entriesIn(folder.path()) == 1;
@@ -307,7 +307,7 @@ TEST_F(FailingDiskTest, KeepsThePartThatFitsIntoAPlainWavIfNoRf64CopyCanBeMade) 
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
 
-TEST_F(FailingDiskTest, DoesNotNameAFileThatLacksCountedSamples) {
+TEST_F(FailingDiskTest, DoesNotNameAFileThatHasBecomeTooShort) {
     auto made = RecordingFile::create(Channels::stereo, folder.path(), maxWavSampleBytes,
                                       files::Concealment::hiddenName);
     ASSERT_TRUE(made.ok());

@@ -117,7 +117,7 @@ TEST_F(HangingDiskTest, PausesTheDiscWhenTheQueueIsFullAndLosesNothing) {
                     play(60s);
                     const std::int64_t bound = disc->position();
                     EXPECT_LE(bound, 441'000 + 44'100)
-                        << "played more than the queue and one batch can hold";
+                        << "the disc has played over a second more than the queue can hold";
                     EXPECT_GE(bound, 441'000);
                     EXPECT_EQ(recording->bytes(), bound * 4);
                     play(60s);

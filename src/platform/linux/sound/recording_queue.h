@@ -42,7 +42,8 @@ class RecordingQueue : public RecordingSink {
     void record(std::span<const StereoFrame> frames) override;
     [[nodiscard]] std::size_t room() const override;
 
-    /// The number of frames passed to `record`; after giveUp(), the number of kept frames.
+    /// The number of frames that record() has queued so far; after giveUp(), the number of kept
+    /// frames.
     [[nodiscard]] std::int64_t frames() const;
     /// Accepts no more frames from the card.
     void end();

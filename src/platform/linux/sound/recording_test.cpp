@@ -211,7 +211,7 @@ TEST_F(RecordingTest, NeedsConstantMemory) {
     recordSeconds(600);
     EXPECT_GT(recording->bytes(), 100'000'000);
     EXPECT_LT(test::memoryInKibibytes() - before, 1024)
-        << "KiB more memory than before; 100,000 KiB were recorded, a full queue needs 1,700";
+        << "a recording of 100,000 KiB used more than 1024 KiB of memory; a full queue needs 1,700";
 }
 
 TEST_F(RecordingTest, FailsWithANoticeIfTheSystemHasNoThread) {

@@ -67,7 +67,7 @@ void ShelfFilter::filter(std::span<FilterFrame> frames, double gainDb) {
             rampPiece(piece, gainDb);
         }
     }
-    resetHistory();
+    clearNegligibleHistory();
 }
 
 double ShelfFilter::step(const Coefficients& c, Memory& memory, double in) {
@@ -105,7 +105,7 @@ void ShelfFilter::rampPiece(std::span<FilterFrame> piece, double gainDb) {
     now = end; // removes the rounding errors of the sums
 }
 
-void ShelfFilter::resetHistory() {
+void ShelfFilter::clearNegligibleHistory() {
     for (double* memory : {&left_.first, &left_.second, &right_.first, &right_.second}) {
         if (std::abs(*memory) < trace) {
             *memory = 0;

@@ -30,7 +30,7 @@ class ShelfFilter {
     ShelfFilter(Side side, double cornerHz);
 
     /// Filters `frames` in place. The gain moves from its present value towards `gainDb`, by
-    /// rampDbPerSecond at most, and stays there.
+    /// rampDbPerSecond at most, and stays at `gainDb` when it has reached that value.
     void filter(std::span<FilterFrame> frames, double gainDb);
     /// Applies `gainDb` at once and clears the filter's state.
     void restart(double gainDb);
@@ -61,7 +61,7 @@ class ShelfFilter {
     static double step(const Coefficients& c, Memory& memory, double in);
     void rampPiece(std::span<FilterFrame> piece, double gainDb);
     void steadyPiece(std::span<FilterFrame> piece);
-    void resetHistory();
+    void clearNegligibleHistory();
 
     Side side_;
     double cornerRadians_; ///< per frame

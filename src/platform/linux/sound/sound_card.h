@@ -97,7 +97,7 @@ class SoundCard {
     void detach(Line line);
     /// Like detach(), but only if `source` is still the line's source: a source that has replaced
     /// it stays. Returns whether `source` was still the line's source; a source that has ended is
-    /// not.
+    /// no line's source any more.
     bool detachSource(Line line, const SampleSource& source);
 
     /// Delivers every frame that is due after `now` to `sink`, which replaces an earlier sink.
@@ -109,8 +109,8 @@ class SoundCard {
     /// or not, and replaces an earlier listener; null for none. While the source is silent or lost,
     /// the listener receives silence. A listener never stops the card: its room() is not called.
     void setListener(std::shared_ptr<RecordingSink> sink, Time now);
-    /// Takes effect with the next frame that is produced. While `source` is the external input,
-    /// `input` is open as long as there is a recording or a listener.
+    /// The change takes effect with the next frame that is produced. While `source` is the external
+    /// input, `input` is open as long as there is a recording or a listener.
     void setRecordingSource(RecordingSource source, std::shared_ptr<ExternalInput> input = nullptr);
     /// The external input that the recorder uses; null if its source is another line or the mix.
     [[nodiscard]] std::shared_ptr<ExternalInput> externalInput() const;
@@ -139,7 +139,7 @@ class SoundCard {
     /// line, or a recording sink without space, stops the whole card until it has frames or space
     /// again, and that time is not caught up: no frame is skipped and no silence is inserted. A
     /// source that has ended is released, and its line becomes silent; while a lost source is
-    /// neither replaced nor detached, a recorder that listens to it records nothing. A `now` before
+    /// neither replaced nor detached, a recorder that uses its line records nothing. A `now` before
     /// that of an earlier call has no effect.
     void advance(Time now);
     /// Whether there is any work: a line with a source, a recording or a listener. While false, the

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Writes 16-bit samples at the card's rate sequentially as a WAV into an open file. It neither
+// Writes a WAV of 16-bit samples at the sound card's rate sequentially to an open file. It neither
 // opens nor names files.
 #pragma once
 

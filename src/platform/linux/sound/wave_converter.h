@@ -56,8 +56,8 @@ class WaveConverter {
     std::vector<std::byte> bytes_; ///< valid up to bytesUsed_
     std::size_t bytesUsed_ = 0;
     std::size_t silentFrames_ = 0; ///< since the last sound, up to settledFrames
-    std::uint64_t silentRemainder_ =
-        0; ///< of silence that is not passed yet, in frames / frameRate
+    /// Silence that was not delivered yet, in units of 1 / frameRate of a converted frame.
+    std::uint64_t silentRemainder_ = 0;
 };
 
 } // namespace sonarith::sound

@@ -26,7 +26,7 @@ std::vector<int> numbers(std::span<const std::byte> bytes) {
     return result;
 }
 
-const Frames& corners() {
+const Frames& exampleFrames() {
     static const Frames frames{{0, 0}, {32767, 32767}, {-32768, -32768}, {256, -256}, {0x1234, 3}};
     return frames;
 }
@@ -34,21 +34,22 @@ const Frames& corners() {
 TEST(WaveConverter, KeepsTheCardsOwnFormatBitForBit) {
     const auto converter = WaveConverter::create(pcmFormat(2, 44100, 16));
     EXPECT_EQ(converter->frameBytes(), 4U);
-    EXPECT_THAT(numbers(converter->convert(corners())),
+    EXPECT_THAT(numbers(converter->convert(exampleFrames())),
                 ElementsAre(0, 0, 0, 0, 0xFF, 0x7F, 0xFF, 0x7F, 0, 0x80, 0, 0x80, 0, 1, 0, 0xFF,
                             0x34, 0x12, 3, 0));
 }
 
 TEST(WaveConverter, ProducesUnsignedSamplesOf8Bits) {
     const auto converter = WaveConverter::create(pcmFormat(2, 44100, 8));
-    EXPECT_THAT(numbers(converter->convert(corners())),
+    EXPECT_THAT(numbers(converter->convert(exampleFrames())),
                 ElementsAre(128, 128, 255, 255, 0, 0, 129, 127, 128 + 0x12, 128));
 }
 
 TEST(WaveConverter, ProducesTheMeanOfBothChannelsForMono) {
     const auto converter = WaveConverter::create(pcmFormat(1, 44100, 8));
     EXPECT_EQ(converter->frameBytes(), 1U);
-    EXPECT_THAT(numbers(converter->convert(corners())), ElementsAre(128, 255, 0, 128, 128 + 0x09));
+    EXPECT_THAT(numbers(converter->convert(exampleFrames())),
+                ElementsAre(128, 255, 0, 128, 128 + 0x09));
 }
 
 TEST(WaveConverter, RejectsFormatsThatAreNotPcmOrNotConsistent) {

@@ -111,7 +111,7 @@ TEST_F(DriveKindTest, IsFixedIfTheKernelHasNoInformation) {
     EXPECT_EQ(driveKindOf({"/mnt", "ext4", false, "8:1", "/dev/sda1"}, nothing), DriveKind::fixed);
 }
 
-// --- labels and serial numbers -------------------------------------------------------------------
+// --- labels and UUIDs ----------------------------------------------------------------------------
 
 TEST_F(DriveKindTest, LabelAndUuidAreReadFromTheDeviceManagersLinks) {
     sys.addLink("by-label", "MY\\x20STICK", "sda1");

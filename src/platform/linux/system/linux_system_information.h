@@ -52,7 +52,7 @@ class LinuxSystemInformation final : public SystemInformation {
     [[nodiscard]] std::optional<DiskSpace> diskSpace(const std::string& root) const override;
     [[nodiscard]] DriveKind driveKind(const std::string& root) const override;
     /// The serial number is the last eight digits of the file system's UUID: the whole UUID if it
-    /// has eight digits, and the part that other systems show if it has sixteen.
+    /// has eight digits, and the part that other operating systems show if it has sixteen.
     [[nodiscard]] std::optional<VolumeInformation>
     volumeInformation(const std::string& root) const override;
     [[nodiscard]] MemoryStatus memoryStatus() const override;

@@ -136,7 +136,7 @@ std::optional<SystemVersion> versionIn(std::string_view release) {
     if (!minor) {
         return std::nullopt;
     }
-    // 2 is this interface's platform number for systems with user accounts, permissions and
+    // 2 is SystemInformation's platform number for systems with user accounts, permissions and
     // protected memory.
     return SystemVersion{2, *major, *minor};
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Parses the kernel's texts about memory, processors and keyboards. It opens no file.
+// Parses the kernel's texts about memory, processors, keyboards and its version. It opens no file.
 #pragma once
 
 #include <cstdint>

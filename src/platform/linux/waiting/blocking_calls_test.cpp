@@ -106,7 +106,7 @@ TEST_F(BlockingCallsTest, DropQueuedCallsWhenDestroyedDuringAHang) {
     EXPECT_THAT(done(), ElementsAre("hangs"));
 }
 
-/// Ends each wait at once, like a window that the user wants to close.
+/// Ends each wait at once, as if the user wanted to close the window.
 class EndingWait final : public Waiting {
   public:
     Outcome wait(const Completion&, Duration) override { return Outcome::ended; }
