@@ -27,21 +27,21 @@ TEST_F(NoticeBoardTest, KeepsReportsInOrder) {
     EXPECT_THAT(posted, ElementsAre("a", "b"));
 }
 
-TEST_F(NoticeBoardTest, ShowsOnlyTheFirstNoticeOfACauseUntilItIsSettled) {
+TEST_F(NoticeBoardTest, PostsOnlyTheFirstNoticeOfACauseUntilItIsSettled) {
     board.report({"lost", "output"});
     board.report({"lost again", "output"});
     board.report({"not written", "store"});
     EXPECT_THAT(posted, ElementsAre("lost", "not written"));
 }
 
-TEST_F(NoticeBoardTest, ShowsTheNextNoticeOfASettledCause) {
+TEST_F(NoticeBoardTest, PostsTheNextNoticeOfASettledCause) {
     board.report({"lost", "output"});
     board.settled("output", "back");
     board.report({"lost again", "output"});
     EXPECT_THAT(posted, ElementsAre("lost", "back", "lost again"));
 }
 
-TEST_F(NoticeBoardTest, ShowsNothingIfAnUnreportedCauseIsSettledOrTheTextIsEmpty) {
+TEST_F(NoticeBoardTest, PostsNothingIfAnUnreportedCauseIsSettledOrTheTextIsEmpty) {
     board.settled("output", "back");
     EXPECT_THAT(posted, IsEmpty());
     board.report({"lost", "output"});
@@ -49,7 +49,7 @@ TEST_F(NoticeBoardTest, ShowsNothingIfAnUnreportedCauseIsSettledOrTheTextIsEmpty
     EXPECT_THAT(posted, ElementsAre("lost"));
 }
 
-TEST_F(NoticeBoardTest, ShowsAllNoticesWithoutACause) {
+TEST_F(NoticeBoardTest, PostsAllNoticesWithoutACause) {
     board.report({"a"});
     board.report({"a"});
     EXPECT_THAT(posted, ElementsAre("a", "a"));

@@ -20,7 +20,7 @@ class Shell {
     virtual void showHelp(const std::string& path) = 0;
     virtual void showAboutBox() = 0;
     /// The number that the window system gives the window that shows `control`; 0 if there is no
-    /// such window. For device commands that contain the number of a window.
+    /// such window. Device commands may contain this number.
     [[nodiscard]] virtual std::uint64_t windowHandle(const Control& control) const = 0;
 };
 

@@ -51,7 +51,7 @@ bool isPress(QEvent::Type type) {
     }
 }
 
-/// The running dialogs; each was opened while the one before it was open.
+/// The running dialogs; each was opened while the previous dialog was open.
 std::vector<QDialog*>& running() {
     static std::vector<QDialog*> dialogs;
     return dialogs;
@@ -68,7 +68,7 @@ const QWidget* ownerOf(const QWidget& widget) {
 }
 
 /// Whether `widget` receives input while `dialog` runs: true for the dialog's own controls, lists
-/// and menus, and for a dialog that it opens.
+/// and menus, and for a dialog that `dialog` opens.
 bool takesInput(const QWidget& widget, const QDialog& dialog) {
     const QWidget* above = &widget;
     while (above && above != &dialog) {
@@ -122,8 +122,8 @@ class InputGuard : public QObject {
 };
 
 /// Notifies all other windows and their widgets that they are blocked, as Qt's own modal dialogs
-/// do. A widget that tracks a pressed mouse button then stops, because it will not receive the
-/// release.
+/// do. A widget that tracks a pressed mouse button then stops tracking, because it will not receive
+/// the release.
 void notifyBlockedWindows(const QDialog& dialog) {
     for (QWidget* window : QApplication::topLevelWidgets()) {
         if (window != &dialog) {

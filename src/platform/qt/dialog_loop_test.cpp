@@ -97,13 +97,13 @@ TEST(RunDialog, OtherWindowsReceiveNoPointerMovementsWhileTheDialogRuns) {
 
 TEST(RunDialog, OnlyShortcutsOfTheDialogWorkWhileTheDialogRuns) {
     OtherWindow other;
-    QShortcut theirs(Qt::Key_F10, &other);
-    int others = 0;
-    QObject::connect(&theirs, &QShortcut::activated, [&] { ++others; });
+    QShortcut otherShortcut(Qt::Key_F10, &other);
+    int otherActivations = 0;
+    QObject::connect(&otherShortcut, &QShortcut::activated, [&] { ++otherActivations; });
     QDialog dialog;
-    QShortcut own(Qt::Key_F9, &dialog);
-    int owns = 0;
-    QObject::connect(&own, &QShortcut::activated, [&] { ++owns; });
+    QShortcut ownShortcut(Qt::Key_F9, &dialog);
+    int ownActivations = 0;
+    QObject::connect(&ownShortcut, &QShortcut::activated, [&] { ++ownActivations; });
     (void)runAnd(dialog, [&] {
         // Each window is activated before its key is pressed, because a blocked key press activates
         // the dialog.
@@ -114,12 +114,12 @@ TEST(RunDialog, OnlyShortcutsOfTheDialogWorkWhileTheDialogRuns) {
         QCoreApplication::processEvents();
         QTest::keyClick(&dialog, Qt::Key_F9);
     });
-    EXPECT_EQ(others, 0);
-    EXPECT_EQ(owns, 1);
+    EXPECT_EQ(otherActivations, 0);
+    EXPECT_EQ(ownActivations, 1);
     other.activateWindow();
     QCoreApplication::processEvents();
     QTest::keyClick(&other, Qt::Key_F10);
-    EXPECT_EQ(others, 1);
+    EXPECT_EQ(otherActivations, 1);
 }
 
 TEST(RunDialog, OpenMenusCloseBeforeTheDialogIsShown) {

@@ -20,8 +20,8 @@ namespace sonarith {
 /// Use it only on the user-interface thread.
 class HeldEvents final : private QObject {
   public:
-    /// Maximum number of held events; further events are dropped. This number is enough for a
-    /// minute of key repeat, or an hour of clicks on a window that seems to hang.
+    /// Maximum number of held events; further events are dropped. This number is enough for half
+    /// a minute of key repeat, or an hour of clicks on a window that seems to hang.
     static constexpr std::size_t mostHeld = 2000;
 
     HeldEvents() = default;

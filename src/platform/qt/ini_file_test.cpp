@@ -178,8 +178,7 @@ TEST_F(IniFileTest, ContainsTheOldOrTheNewValuesAfterAKillAtAnySystemCall) {
         EXPECT_EQ(entriesIn(fresh.path()), 1) << "call " << call;
         EXPECT_EQ(contentOf(file), after);
     }
-    EXPECT_GT(call, 20)
-        << "a write to two files with a lock, flushes and renames needs more system calls";
+    EXPECT_GT(call, 20) << "a write with a lock, flushes and renames needs more system calls";
 }
 
 // Without this removal, an empty lock file would delay the first write after a kill by 30 seconds.
@@ -205,7 +204,7 @@ TEST_F(IniFileTest, KeepsTheFilesOfARunningWriter) {
     ::close(held);
 }
 
-TEST_F(IniFileTest, CanBeWrittenAfterAnyEditByTheUser) {
+TEST_F(IniFileTest, CanBeWrittenAfterAnyEditThatLeavesItWhole) {
     std::mt19937 random(1);
     const auto typed = [&random] {
         static constexpr std::string_view alphabet = "ab=[]\\/\"%@(),; #:\t\r01xU";

@@ -23,8 +23,8 @@ class IniSettingsStore final : public SettingsStore {
     [[nodiscard]] static QString defaultFolder();
 
     /// Opens `folder`/"Sonarith v2.0.ini", or creates this file at the first write. A file that is
-    /// torn or no settings file is renamed, and the store is then empty. `notices` must outlive the
-    /// store; if it is null, failures are not reported.
+    /// torn, or that is no settings file, is renamed, and the store is then empty. `notices` must
+    /// outlive the store; if it is null, failures are not reported.
     explicit IniSettingsStore(const QString& folder = defaultFolder(), Notices* notices = nullptr);
 
     // Sections are the file's groups. Names of sections and keys contain no slash and no backslash.

@@ -203,7 +203,7 @@ TEST_F(IniSettingsStoreTest, RenamesATornOrForeignFileAndStartsEmpty) {
     EXPECT_EQ(read(file(".damaged-3")), "[Settings]\nx=\"open\n");
 }
 
-TEST_F(IniSettingsStoreTest, RenamesAPipeAtItsPath) {
+TEST_F(IniSettingsStoreTest, RenamesAPipeAtThePathOfTheFile) {
     fs::create_directories(file().parent_path());
     ASSERT_EQ(::mkfifo(file().c_str(), 0666), 0);
     IniSettingsStore store(folder());

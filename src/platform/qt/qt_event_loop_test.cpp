@@ -210,7 +210,7 @@ TEST_F(QtEventLoopTest, ACancelledTimerNeverFires) {
     EXPECT_EQ(calls, 0);
 }
 
-/// Records the sizes of the groups of calls between which the thread does not sleep.
+/// Counts the handler's calls in each group: the calls between two sleeps of the thread.
 struct CallGroups {
     QtEventLoop& loop;
     bool silent = true;
@@ -290,8 +290,8 @@ TEST_F(QtEventLoopTest, SecondsSinceMidnightFollowTheWallClock) {
     EXPECT_LT(std::fmod(seconds - expected + day, day), 2.0);
 }
 
-/// Waits; during the wait, the handler of a timer opens a message box; while the box is open, ends
-/// the program. Each piece of code that must not run after that would print a text.
+/// During a wait, the handler of a timer opens a message box, and while the box is open, another
+/// timer ends the program. Code that must not run after that prints a text.
 [[noreturn]] void endInsideANestedBox() {
     QtEventLoop loop;
     QtMessageBoxes boxes("Title");

@@ -22,7 +22,7 @@ class QtFileDialog : public FileDialog {
         : toMachine_(std::move(toMachine)), toLogic_(std::move(toLogic)) {}
 
     /// Shows the files that match the filter, ignoring case, and accepts only an existing file. The
-    /// dialog starts in the folder of `request.fileName` if that is a path, otherwise in the
+    /// dialog starts in the folder of `request.fileName` if that name is a path, otherwise in the
     /// initial folder, otherwise in the folder in which it was last closed. Errors:
     /// dialogCancelled; badFileName for a file without a path in the logic's form.
     Result<std::string> open(const FileDialogRequest& request) override;

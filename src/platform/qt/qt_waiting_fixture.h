@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A waiting object with its event loop, and a window that logs its input. For tests only.
+// Provides a QtWaiting with an event loop, a window that logs its input, and simulated input. For
+// tests only.
 #pragma once
 
 #include <chrono>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests the input, and the requests to close or to end, that arrive during a wait.
+// Tests input, requests to close a window and signals to end the program that arrive during a wait.
 #include "platform/qt/qt_waiting.h"
 
 #include <csignal>
@@ -58,7 +58,7 @@ TEST_F(QtWaitingTest, ATouchIsNotAcceptedAndItsClickIsNotDeliveredDuringAWait) {
             QTouchEvent event(type, screen.get(), {}, {{1, state, at, at}});
             QCoreApplication::sendEvent(window.windowHandle(), &event);
             EXPECT_FALSE(event.isAccepted())
-                << "Qt converts only unaccepted touches to mouse events";
+                << "Qt will not convert the accepted touch to mouse input";
         };
         touch(QEvent::TouchBegin, QEventPoint::Pressed);
         touch(QEvent::TouchEnd, QEventPoint::Released);

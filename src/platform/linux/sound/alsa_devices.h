@@ -35,8 +35,8 @@ struct DeviceHint {
     std::string direction;   ///< "Input", "Output", or empty for both
 };
 
-/// The entries of `hints` that can be chosen for `direction`: the default device first, whether it
-/// is in the list or not; then sound servers, real devices and devices from the user's
+/// The entries of `hints` that can be chosen for `direction`: the default device first, even if
+/// `hints` does not contain it; then sound servers, real devices and devices from the user's
 /// configuration, in the order of `hints`. ALSA's plug-ins (converters, mixers, "null", "oss") and
 /// devices with more than two channels are omitted. For playback, "none" is last.
 [[nodiscard]] std::vector<DeviceEntry> choosable(const std::vector<DeviceHint>& hints,

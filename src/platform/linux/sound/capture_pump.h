@@ -39,7 +39,8 @@ class CapturePump : public SampleSource {
     CapturePump(const CapturePump&) = delete;
     CapturePump& operator=(const CapturePump&) = delete;
 
-    /// The result of the last attempt to open the device; waits at most `atMost` for the first one.
+    /// The result of the last attempt to open the device; waits at most `atMost` for the first
+    /// result.
     enum class Opening { pending, open, failed };
     [[nodiscard]] Opening opening(std::chrono::milliseconds atMost);
 

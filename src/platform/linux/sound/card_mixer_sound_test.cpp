@@ -50,8 +50,8 @@ TEST_F(CardMixerTest, VolumesAndMutesChangeTheOutput) {
     EXPECT_THAT(hear(100ms), IsSound(silence(4410)));
 }
 
-/// The gain in the analog model of shelf_filter.h; `side` is 1 for the low shelf and -1 for the
-/// high shelf.
+/// The gain in dB at `hz` by the analog model in shelf_filter.h; `side` is 1 for the low shelf and
+/// -1 for the high shelf.
 double shelfDb(double hz, double cornerHz, double gainDb, int side) {
     const auto warped = [](double frequency) {
         return std::tan(std::numbers::pi * frequency / frameRate);

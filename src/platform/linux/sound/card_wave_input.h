@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The machine's wave input: device 0 delivers the sound of the software sound card's recorder,
-// whatever its source is. It records no file (recording.h) and measures no peak (sound_card.h).
+// whatever the recorder's source is. It records no file (recording.h) and measures no peak
+// (sound_card.h).
 #pragma once
 
 #include <chrono>

@@ -66,13 +66,13 @@ TEST_F(CardWaveInputExternal, DeliversItsSoundToBuffersPeaksAndRecording) {
     add(buffer);
     EXPECT_EQ(input.start(handle), WaveResult::noError);
     card.startRecording(tape, now);
-    pass(20ms);
+    advance(20ms);
     EXPECT_THAT(buffer.frames(), IsSound(pattern(0, 882)));
     EXPECT_EQ(card.recorderPeak(now), 882);
     EXPECT_EQ(card.linePeak(Line::externalInput, now), 882);
     EXPECT_EQ(input.reset(handle), WaveResult::noError);
     EXPECT_EQ(device->closed, 0) << "the device was closed, although the recording still uses it";
-    pass(20ms);
+    advance(20ms);
     card.stopRecording(now);
     EXPECT_EQ(device->closed, 1);
     EXPECT_THAT(tape->frames(), IsSound(pattern(0, 4 * 441)));
@@ -106,7 +106,7 @@ TEST_F(CardWaveInputExternal, DoesNotWaitForADeviceWhoseOpeningHangs) {
     Buffer buffer(4 * 441);
     add(buffer);
     EXPECT_EQ(input.start(handle), WaveResult::noError);
-    pass(10ms);
+    advance(10ms);
     EXPECT_THAT(buffer.frames(), IsSound(silence(441)))
         << "the buffer must be filled with silence at the format's rate";
     EXPECT_EQ(input.reset(handle), WaveResult::noError);

@@ -43,7 +43,7 @@ class CardWaveInputTest : public testing::Test {
         ASSERT_EQ(input.prepareHeader(handle, buffer.header), WaveResult::noError);
         ASSERT_EQ(input.addBuffer(handle, buffer.header), WaveResult::noError);
     }
-    void pass(SoundCard::Time time) {
+    void advance(SoundCard::Time time) {
         now += time;
         card.advance(now);
     }

@@ -29,14 +29,14 @@ TEST_F(CardWaveInputTest, FillsBuffersInTheirOrderWithTheRecordersSound) {
     add(second);
     EXPECT_EQ(input.start(handle), WaveResult::noError);
     card.attach(Line::compactDisc, std::make_shared<PatternSource>(), now);
-    pass(20ms);
+    advance(20ms);
     EXPECT_FALSE(first.isDone());
     EXPECT_TRUE(first.isQueued());
-    pass(10ms);
+    advance(10ms);
     EXPECT_TRUE(first.isDone());
     EXPECT_FALSE(first.isQueued());
     EXPECT_FALSE(second.isDone());
-    pass(10ms);
+    advance(10ms);
     EXPECT_TRUE(second.isDone());
     EXPECT_THAT(first.frames(), IsSound(pattern(0, 1000)));
     EXPECT_THAT(second.frames(), IsSound(pattern(1000, 500)));
@@ -44,7 +44,7 @@ TEST_F(CardWaveInputTest, FillsBuffersInTheirOrderWithTheRecordersSound) {
     // frames.
     EXPECT_EQ(input.addBuffer(handle, first.header), WaveResult::noError);
     EXPECT_FALSE(first.isDone());
-    pass(30ms);
+    advance(30ms);
     EXPECT_THAT(first.frames(), IsSound(pattern(4 * 441, 1000)));
 }
 
@@ -59,7 +59,7 @@ TEST_F(CardWaveInputTest, FillsBuffersWithSilenceAtTheFormatsRateIfThereIsNoSoun
     EXPECT_TRUE(card.active());
     int filled = 0;
     for (int tick = 0; tick < 1000; ++tick) { // ten seconds
-        pass(10ms);
+        advance(10ms);
         for (Buffer& buffer : buffers) {
             if (buffer.isDone()) {
                 ++filled;
@@ -81,12 +81,12 @@ TEST_F(CardWaveInputTest, ReceivesTheRecordedSoundWithoutAffectingTheRecording) 
     Buffer buffer(4 * 4410);
     add(buffer);
     EXPECT_EQ(input.start(handle), WaveResult::noError);
-    pass(50ms);
+    advance(50ms);
     card.startRecording(tape, now);
     card.attach(Line::compactDisc, std::make_shared<PatternSource>(), now);
-    pass(500ms);
+    advance(500ms);
     EXPECT_EQ(input.reset(handle), WaveResult::noError);
-    pass(500ms);
+    advance(500ms);
     card.stopRecording(now);
     EXPECT_THAT(tape->frames(), IsSound(pattern(0, frameRate)));
     Frames expected = silence(2205);
@@ -103,17 +103,17 @@ TEST_F(CardWaveInputTest, StopMarksAPartlyFilledBufferDoneAndKeepsEmptyBuffersQu
     add(second);
     EXPECT_EQ(input.start(handle), WaveResult::noError);
     card.attach(Line::compactDisc, std::make_shared<PatternSource>(), now);
-    pass(10ms);
+    advance(10ms);
     EXPECT_EQ(input.stop(handle), WaveResult::noError);
     EXPECT_TRUE(first.isDone());
     EXPECT_THAT(first.frames(), IsSound(pattern(0, 441)));
     EXPECT_TRUE(second.isQueued());
     EXPECT_EQ(input.stop(handle), WaveResult::noError);
     EXPECT_TRUE(second.isQueued());
-    pass(100ms);
+    advance(100ms);
     EXPECT_EQ(second.header.dwBytesRecorded, 0U);
     EXPECT_EQ(input.start(handle), WaveResult::noError);
-    pass(30ms);
+    advance(30ms);
     EXPECT_THAT(second.frames(), IsSound(pattern(11 * 441, 1000)));
 }
 
@@ -124,7 +124,7 @@ TEST_F(CardWaveInputTest, ResetMarksAllBuffersDone) {
     add(first);
     add(second);
     EXPECT_EQ(input.start(handle), WaveResult::noError);
-    pass(10ms);
+    advance(10ms);
     for (int twice = 0; twice < 2; ++twice) {
         EXPECT_EQ(input.reset(handle), WaveResult::noError);
         EXPECT_TRUE(first.isDone());
@@ -163,7 +163,7 @@ TEST_F(CardWaveInputTest, RejectsUnusableBuffersAndWritesOnlyWholeFrames) {
     Buffer odd(4 * 441 + 3);
     add(odd);
     EXPECT_EQ(input.start(handle), WaveResult::noError);
-    pass(10ms);
+    advance(10ms);
     EXPECT_TRUE(odd.isDone());
     EXPECT_EQ(odd.header.dwBytesRecorded, 4U * 441);
     EXPECT_EQ(odd.data.back(), std::byte{0x55}) << "a part of a frame was written";
@@ -189,12 +189,12 @@ TEST_F(CardWaveInputTest, WritesToNoBufferAfterItsDestruction) {
         ASSERT_EQ(ending.prepareHeader(own, buffer.header), WaveResult::noError);
         ASSERT_EQ(ending.addBuffer(own, buffer.header), WaveResult::noError);
         ASSERT_EQ(ending.start(own), WaveResult::noError);
-        pass(10ms);
+        advance(10ms);
     }
     EXPECT_FALSE(card.active());
     const std::uint32_t recorded = buffer.header.dwBytesRecorded;
     card.attach(Line::compactDisc, std::make_shared<PatternSource>(), now);
-    pass(10ms);
+    advance(10ms);
     EXPECT_EQ(buffer.header.dwBytesRecorded, recorded);
 }
 

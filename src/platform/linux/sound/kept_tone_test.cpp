@@ -67,7 +67,7 @@ TEST_F(KeptToneTest, IsWrittenHalfASecondAfterTheLastMoveOfADrag) {
     EXPECT_EQ(loop.wakeupCount(), 0U) << "an idle program must have no running timer";
 }
 
-TEST_F(KeptToneTest, WritesBothSlidersAtOnce) {
+TEST_F(KeptToneTest, WritesBothSlidersInOneFileWrite) {
     KeptTone kept(tone, store, loop);
     tone.setBass(5);
     kept.changed();

@@ -170,7 +170,7 @@ bool PlaybackSession::awaitRoom(Clock::time_point stalledSince) {
     } else if (room <= 0) {
         hadRoom_ = false;
     }
-    // The next write reports an underrun again and handles it.
+    // An underrun or a suspend is handled after the next write, which reports it again.
     return room >= 0 || room == -EPIPE || room == -ESTRPIPE || room == -EINTR;
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The functions that a recording's threads run, and the state that these threads share with the
 // logic's thread. One thread, the writer, creates the file, writes and saves; if a folder blocks
-// the writer, another thread replaces it. The waits of the logic's thread are in
+// the writer, another thread becomes the writer. The waits of the logic's thread are in
 // recording_orders.h.
 #pragma once
 
