@@ -107,7 +107,7 @@ TEST_F(IniFileTest, CannotBeWrittenIntoAMissingFolder) {
 }
 
 // Without the checks of writeIniFile(), QSettings would replace the old file by a part of the new
-// one and report success.
+// file and report success.
 TEST_F(IniFileTest, KeepsTheOldValuesIfTheDiskIsFull) {
     constexpr int values = 2000;
     IniValues many;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Converts between the logic's texts (UTF-8 bytes) and the desktop's (QString). File names are
-// bytes that need not be UTF-8; a conversion to QString and back preserves them. mnemonics.h
+// bytes that need not be UTF-8; a conversion to QString and back preserves these bytes. mnemonics.h
 // prepares texts for display.
 #pragma once
 

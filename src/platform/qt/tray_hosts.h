@@ -42,7 +42,7 @@ class TrayHosts : public QObject {
     Signal<> changed;
     /// Another process has replaced the watcher (the registry of status notifiers), so that a
     /// watcher existed all the time. Icons that were registered with the previous watcher are not
-    /// registered with the new one.
+    /// registered with the new watcher.
     Signal<> watcherReplaced;
 
   private:

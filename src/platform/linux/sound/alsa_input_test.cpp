@@ -25,7 +25,7 @@ using fakes::silence;
 
 using Frames = std::vector<StereoFrame>;
 
-/// The longest run of frames in which each is the successor of the previous one in the test sound.
+/// The length of the longest run of frames that follow one another in the test sound.
 int longestRun(const Frames& frames) {
     int longest = 0;
     int run = 0;
@@ -42,7 +42,7 @@ int longestRun(const Frames& frames) {
     return longest;
 }
 
-TEST(AlsaInput, RecordsTheSoundOfTheServersMonitor) {
+TEST(AlsaInput, RecordsTheSoundThatTheServerPlays) {
     fakes::PulseServer server;
     ASSERT_TRUE(server.start());
     // One card plays and another one listens, as two programs would.

@@ -92,7 +92,7 @@ TEST(AlsaOutput, DeliversEverySampleOfASoundToTheServer) {
     playing.expectWholeCapture();
 }
 
-TEST(AlsaOutput, DoesNotDisturbARecordingIfTheServerIsKilledWhilePlaying) {
+TEST(AlsaOutput, DoesNotDisturbARecordingIfTheServerIsKilledDuringPlayback) {
     fakes::PulseServer server;
     ASSERT_TRUE(server.start());
     PlayingCard playing("default");
@@ -121,7 +121,7 @@ TEST(AlsaOutput, PlaysAgainWhenTheServerRunsAgain) {
     playing.expectWholeCapture();
 }
 
-TEST(AlsaOutput, BlocksNeitherTheCardNorItsDestructorIfTheServerHangs) {
+TEST(AlsaOutput, BlocksNeitherTheCardNorTheOutputsDestructorIfTheServerHangs) {
     fakes::PulseServer server;
     ASSERT_TRUE(server.start());
     {

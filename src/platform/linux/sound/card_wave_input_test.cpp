@@ -135,7 +135,7 @@ TEST_F(CardWaveInputTest, ResetMarksAllBuffersDone) {
     EXPECT_FALSE(card.active());
 }
 
-TEST_F(CardWaveInputTest, OpensOnlyDeviceZeroAndOnlyOnce) {
+TEST_F(CardWaveInputTest, OpensOnlyDeviceZeroAndOnlyOneHandleAtATime) {
     WaveInHandle other = 5;
     EXPECT_EQ(input.open(other, 1, cardFormat), WaveResult::badDevice);
     EXPECT_EQ(input.open(other, 0, pcmFormat(5, 44100, 16)), WaveResult::badFormat);

@@ -37,7 +37,7 @@ TEST_F(DeviceNoticesTest, ReportALossOnceAndTheRecoveryOnceHoweverOftenTheDevice
     EXPECT_THAT(board.texts(), SizeIs(3)) << "a new loss must be reported again";
 }
 
-TEST_F(DeviceNoticesTest, SkipRepeatedReports) {
+TEST_F(DeviceNoticesTest, PassEachChangeToNoticesOnlyOnce) {
     test::FakeNotices notified;
     const ReportDevice device =
         reportTo(std::make_shared<DeviceNotices>(notified), SoundDevice::output, "hw:0");

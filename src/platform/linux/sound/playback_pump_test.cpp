@@ -161,7 +161,7 @@ TEST_F(PlaybackPumpTest, FillsTheDevicesBufferBeforeItStartsTheDevice) {
     EXPECT_LT(device->startedAt.front(), 5000U);
 }
 
-TEST_F(PlaybackPumpTest, WritesThreeBlocksOfTheCardAtOnce) {
+TEST_F(PlaybackPumpTest, WritesBatchesOfThreeBlocksOfTheCard) {
     endless.batchWait = 1h;
     PlaybackPump pump(opener(), endless);
     play(pump, 0, 21 * blockFrames);

@@ -11,7 +11,7 @@ struct PlaybackTiming {
     /// After this time without frames the sound counts as ended. The time is longer than the card's
     /// delay under load.
     std::chrono::milliseconds dryAfter{60};
-    /// How long the first frames of a batch (the frames of one write) wait for its last ones. The
+    /// How long the first frames of a batch (the frames of one write) wait for its last frames. The
     /// time is longer than the playing time of a batch, so that the thread wakes once per batch.
     std::chrono::milliseconds batchWait{40};
     /// After this time of silence, or without any frames, the device is closed.

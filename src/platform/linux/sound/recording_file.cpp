@@ -110,7 +110,7 @@ Status RecordingFile::save(const fs::path& target) {
     return file_.publish(target);
 }
 
-/// Makes the file a complete WAV; no effect if it already is one.
+/// Makes the file a complete WAV; no effect if it is already complete.
 Status RecordingFile::finish(const fs::path& target) {
     if (stage_ == Stage::whole) {
         return {};

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A recording on the disk: a WAV file without a name until it is saved. Samples that have been
-// flushed to the disk are kept: save() can still give them a name after a later failure. The
+// flushed to the disk can still be saved after a later failure. The
 // members of this class wait for the disk, so recording.h calls them on a separate thread.
 #pragma once
 

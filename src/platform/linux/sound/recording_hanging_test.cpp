@@ -58,7 +58,7 @@ bool hitsSamples(const seccomp_data& call) {
     return RecordingFixture::isSamples(call);
 }
 
-TEST_F(HangingDiskTest, BlocksNeitherTheCardNorItsOutputNorItsQueries) {
+TEST_F(HangingDiskTest, BlocksNeitherTheCardNorTheSpeakersNorQueries) {
     const auto speakers = std::make_shared<fakes::MemorySink>();
     intercepted([](const seccomp_data& call) { return hitsSamples(call) ? CallJudge::hold : 0; },
                 [&](CallJudge& judge) {

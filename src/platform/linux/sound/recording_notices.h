@@ -30,7 +30,7 @@ class RecordingNotices {
     /// No file can be created in any folder. The cause persists until a file can be created.
     void cannotBegin(const Error& error);
     void begun(const std::filesystem::path& folder);
-    /// The folder has not responded, and the recording is created in the next one.
+    /// The folder has not responded, and the recording is created in the next folder.
     void folderSkipped(const std::filesystem::path& folder);
     /// The disk does not respond; the recorded sound waits for it.
     void stalled(const std::filesystem::path& folder);

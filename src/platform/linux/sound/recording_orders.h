@@ -49,7 +49,7 @@ class RecordingOrders {
 
     // For the threads that watch the writer.
 
-    /// Describes the turn that replaces a hanging one.
+    /// Describes the turn that replaces a hanging turn.
     struct Replacement {
         Turn turn;
         std::size_t hanging; ///< the index of the folder in which the writer hangs

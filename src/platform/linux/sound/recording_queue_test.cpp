@@ -41,7 +41,7 @@ TEST_F(RecordingQueueTest, HasSpaceForTenSecondsOfSound) {
     EXPECT_EQ(queue.room(), 20'000U);
 }
 
-TEST_F(RecordingQueueTest, DeliversTheRestAfterItsEnd) {
+TEST_F(RecordingQueueTest, DeliversTheQueuedFramesAfterEnd) {
     queue.record(pattern(0, 100));
     queue.end();
     queue.record(pattern(100, 100));
@@ -51,7 +51,7 @@ TEST_F(RecordingQueueTest, DeliversTheRestAfterItsEnd) {
     EXPECT_THAT(take(70), IsEmpty());
 }
 
-TEST_F(RecordingQueueTest, NeverStopsTheCardAfterItsEnd) {
+TEST_F(RecordingQueueTest, NeverStopsTheCardAfterEnd) {
     queue.record(pattern(0, 441'000));
     queue.end();
     EXPECT_GT(queue.room(), 1'000'000U);

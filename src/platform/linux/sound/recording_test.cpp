@@ -214,7 +214,7 @@ TEST_F(RecordingTest, NeedsConstantMemory) {
         << "a recording of 100,000 KiB used more than 1024 KiB of memory; a full queue needs 1,700";
 }
 
-TEST_F(RecordingTest, FailsWithANoticeIfTheSystemHasNoThread) {
+TEST_F(RecordingTest, FailsWithANoticeIfNoThreadCanBeStarted) {
     const fakes::LimitedThreads threads(0);
     context.starter = threads.starter();
     const auto begun = Recording::begin(Channels::stereo, {folder.path()}, context);

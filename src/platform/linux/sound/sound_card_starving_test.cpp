@@ -20,7 +20,7 @@ using fakes::PatternSource;
 
 using Frames = std::vector<StereoFrame>;
 
-/// The frames of a recording without the silent ones at its beginning and end.
+/// The frames of a recording without the silence at the recording's beginning and end.
 Frames soundOf(const Frames& frames) {
     const auto audible = [](const StereoFrame& frame) {
         return frame != StereoFrame{};
@@ -270,7 +270,7 @@ TEST_F(FullRecordingTest, StopsTheCardAndLosesAndInsertsNothing) {
         << "the speakers must play what is recorded";
 }
 
-TEST_F(FullRecordingTest, DoesNotStopTheCardAfterItsEnd) {
+TEST_F(FullRecordingTest, DoesNotStopTheCardAfterTheRecordingHasEnded) {
     card.startRecording(narrow, 0ns);
     card.attach(Line::compactDisc, disc, 0ns);
     card.stopRecording(10ms);

@@ -52,7 +52,7 @@ TEST(WaveConverter, ProducesTheMeanOfBothChannelsForMono) {
                 ElementsAre(128, 255, 0, 128, 128 + 0x09));
 }
 
-TEST(WaveConverter, RejectsFormatsThatAreNotPcmOrNotConsistent) {
+TEST(WaveConverter, RejectsUnsupportedAndInconsistentFormats) {
     EXPECT_NE(WaveConverter::create(pcmFormat(1, 8000, 8)), nullptr);
     EXPECT_NE(WaveConverter::create(pcmFormat(2, 192'000, 16)), nullptr);
     EXPECT_EQ(WaveConverter::create({}), nullptr);
