@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Creates outputs for the card's speakers: one that plays on an ALSA device, or one that discards
-// the sound. The name "default" usually selects the desktop's sound server. sound_card.h mixes the
-// sound, and playback_pump.h controls the timing.
+// Creates outputs for the software sound card's speakers: one that plays on an ALSA device, or one
+// that discards the sound. The name "default" usually selects the desktop's sound server.
+// sound_card.h mixes the sound, and playback_pump.h controls the timing.
 #pragma once
 
 #include <memory>

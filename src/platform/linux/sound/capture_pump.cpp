@@ -15,7 +15,8 @@ namespace sonarith::sound {
 
 namespace {
 
-/// The most frames that wait for the card: 500 ms. Beyond that the oldest frames are dropped.
+/// The most frames that wait for the software sound card: 500 ms. Beyond that the oldest frames are
+/// dropped.
 constexpr std::size_t backlogFrames = frameRate / 2;
 /// The line is silent until 60 ms are buffered. A device may deliver larger blocks than the card
 /// takes; without this reserve the sound would have gaps.

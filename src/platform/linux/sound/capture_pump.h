@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Transfers the sound of a capture device to a line of the card, on a separate thread. During its
-// lifetime, the pump tries to keep the device open. The pump calls no sound library itself. It
-// never blocks the card: without data from the device, the line is silent.
+// Transfers the sound of a capture device to a line of the software sound card, on a separate
+// thread. During its lifetime, the pump tries to keep the device open. The pump calls no sound
+// library itself. It never blocks the card: without data from the device, the line is silent.
 #pragma once
 
 #include <chrono>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Defines how the pumps report the state of their device. device_notices.h creates the notices for
-// the user.
+// Defines how a pump (playback_pump.h, capture_pump.h) reports the state of its device.
+// device_notices.h creates the notices for the user.
 #pragma once
 
 #include <functional>
@@ -13,8 +13,8 @@ enum class DeviceState {
     unused, ///< the device was closed and is not tried any more
 };
 
-/// Called on the pump's thread, or on the thread that destroys the pump. The function must return
-/// at once. A state may be reported several times in a row.
+/// Called on the pump's thread, or on a thread that is calling a member of the pump. The function
+/// must return at once. A state may be reported several times in a row.
 using ReportDevice = std::function<void(DeviceState)>;
 
 } // namespace sonarith::sound

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A queue of frames between the card and the thread of a device or of a reader. Its buffer is
-// allocated once. The queue has no lock: its owner must lock a mutex for each call.
+// A queue of frames between the software sound card and a thread that uses a device, a disc or a
+// file. The queue's buffer is allocated once. The queue has no lock: its owner must lock a mutex
+// for each call.
 #pragma once
 
 #include <algorithm>

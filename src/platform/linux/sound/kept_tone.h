@@ -13,7 +13,7 @@
 
 namespace sonarith::sound {
 
-/// For the loop's thread only.
+/// For the thread of the event loop only.
 class KeptTone {
   public:
     /// A slider counts as at rest after this time without a change. While a user drags a slider,

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Measures the peak of a sound between two readings. The card's thread records the peaks and the
-// meter's view reads them, without a lock. sound_card.h chooses the sound that is measured.
+// Measures the peak of a sound between two readings. The sound card's thread records the peaks and
+// the meter's view reads them, without a lock. sound_card.h chooses the sound that is measured.
 #pragma once
 
 #include <algorithm>

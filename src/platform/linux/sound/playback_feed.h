@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The queue of frames between the card and the thread that writes the frames to a device. The card
-// adds frames without blocking; the thread waits here for frames. Thread-safe.
+// The queue of frames between the software sound card and the thread that writes the frames to a
+// device. The card adds frames without blocking; the thread waits here for frames. Thread-safe.
 #pragma once
 
 #include <chrono>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Transfers the speakers' mix to a device, on a separate thread: the card adds its frames without
-// blocking. The device is open only while there is sound. The pump calls no sound library itself.
+// Transfers the software sound card's mix to a device, on a separate thread: the card adds its
+// frames without blocking. The device is open only while there is sound. The pump calls no sound
+// library itself.
 #pragma once
 
 #include <chrono>

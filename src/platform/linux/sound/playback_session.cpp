@@ -15,8 +15,8 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 /// The number of frames that are written before the device is started: 100 ms. So the device plays
-/// the beginning of a sound without a gap, and underruns only if the card is late by nearly this
-/// time.
+/// the beginning of a sound without a gap, and underruns only if the sound card is late by nearly
+/// this time.
 constexpr std::size_t prefillFrames = frameRate / 10;
 /// The silence that is written after the end of a sound: 50 ms. A device that repeats its buffer
 /// after an underrun then repeats silence.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Writes the sound of the card's recorder to a file (recording_file.h). The card never waits for
-// the disk, and the logic's thread waits only for a limited time. The caller chooses where the
-// recording is saved.
+// Writes the sound of the software sound card's recorder to a file (recording_file.h). The card
+// never waits for the disk, and the logic's thread waits only for a limited time. The caller
+// chooses where the recording is saved.
 #pragma once
 
 #include <chrono>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Notifies the user about recordings: what is kept, where, and why a recording is not complete. One
-// object serves all recordings of a card; each cause is reported once while it persists. The
+// object serves all recordings of a sound card; each cause is reported once while it persists. The
 // recordings are not controlled here.
 #pragma once
 

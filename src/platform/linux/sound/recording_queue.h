@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The queue of frames between the card and the thread that writes the frames to the disk. The card
-// adds frames without blocking; the thread waits here for frames. The queue writes nothing itself.
+// The queue of frames between the software sound card and the thread that writes the frames to the
+// disk. The card adds frames without blocking; the thread waits here for frames. The queue writes
+// nothing itself.
 #pragma once
 
 #include <condition_variable>

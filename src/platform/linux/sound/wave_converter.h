@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Converts the card's frames to the format that a program requests from a wave input: PCM of
-// another rate, mono or stereo, 8 or 16 bits. It fills no buffers (card_wave_input.h).
+// Converts the software sound card's frames to the format that a program requests from a wave
+// input: PCM of another rate, mono or stereo, 8 or 16 bits. It fills no buffers
+// (card_wave_input.h).
 #pragma once
 
 #include <cstddef>
