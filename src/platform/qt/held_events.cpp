@@ -232,7 +232,8 @@ void HeldEvents::deliver(const Held& held) {
         return;
     }
     const QEvent* const outer = std::exchange(delivered_, held.event.get());
-    // Not sendEvent(), which would clear the flag that the event came from the window system.
+    // sendEvent() is not used, because it would clear the flag that marks events of the window
+    // system.
     qApp->notify(held.receiver, held.event.get());
     delivered_ = outer;
 }

@@ -25,7 +25,7 @@ QString settingName(const std::pair<std::string, std::string>& key) {
 /// The content of the file; empty optional if the file cannot be read. For anything but a regular
 /// file, returns a single NUL, which checkStoreFile() treats as foreign.
 std::optional<QByteArray> bytesOf(const QString& path) {
-    // With O_NONBLOCK, because open() on a pipe would otherwise wait for a writer.
+    // O_NONBLOCK is set because open() on a pipe would otherwise wait for a writer.
     const int opened =
         ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (opened < 0) {

@@ -14,7 +14,7 @@ namespace sonarith {
 namespace {
 
 // The watcher is the registry of status notifiers (freedesktop.org, StatusNotifierItem). Every
-// desktop uses this name for it, although that document specifies another name.
+// desktop uses this name for the watcher, although that document specifies another name.
 constexpr QLatin1String watcherName("org.kde.StatusNotifierWatcher");
 constexpr QLatin1String watcherPath("/StatusNotifierWatcher");
 

@@ -58,7 +58,8 @@ std::size_t numberLength(std::string_view text) {
 }
 
 /// Whether the absolute value of the number is less than 1, which is true if the number, written as
-/// 0.ddd times a power of ten, has an exponent of 0 or less. Not for the number 0.
+/// 0.ddd times a power of ten, has an exponent of 0 or less. Precondition: the number
+/// is not 0.
 bool isBelowOne(std::string_view number) {
     const std::size_t mantissaEnd = std::min(number.find_first_of("eE"), number.size());
     const std::string_view mantissa = number.substr(0, mantissaEnd);

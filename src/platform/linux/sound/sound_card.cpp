@@ -268,7 +268,7 @@ std::size_t SoundCard::produceBlock(std::size_t wanted, Time now, Released& rele
         return 0;
     }
     for (Channel& line : channels_) {
-        if (line.waitingFrames < frames) { // it has no source, or no longer has one
+        if (line.waitingFrames < frames) { // only a line without a source
             std::fill(line.waiting.begin() + static_cast<std::ptrdiff_t>(line.waitingFrames),
                       line.waiting.begin() + static_cast<std::ptrdiff_t>(frames), StereoFrame{});
         }
@@ -380,7 +380,7 @@ void SoundCard::feedOutput(std::size_t frames) {
             frame = {atLevel(frame.left, master), atLevel(frame.right, master)};
         }
     }
-    // After the volumes: a sound with reduced volume has headroom for a boost.
+    // The tone is applied after the volumes, because a reduced volume leaves headroom for a boost.
     tone_.apply(std::span(mix).first(frames));
     Block out;
     std::transform(mix.begin(), mix.begin() + static_cast<std::ptrdiff_t>(frames), out.begin(),

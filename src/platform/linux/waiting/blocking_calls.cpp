@@ -47,8 +47,8 @@ BlockingCalls::BlockingCalls(WorkerThreads& threads, Waiting& waiting)
     : threads_(threads), waiting_(waiting), queue_(std::make_shared<Queue>()) {}
 
 BlockingCalls::~BlockingCalls() {
-    // Declared before the lock, so that the dropped calls are destroyed after the unlock: the
-    // destructors of what a call owns may be slow.
+    // `dropped` is declared before the lock, so that the calls in it are destroyed after the
+    // unlock: the destructors of what a call owns may be slow.
     std::deque<Queue::Entry> dropped;
     const std::lock_guard lock(queue_->mutex);
     dropped.swap(queue_->entries);
