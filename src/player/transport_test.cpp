@@ -293,49 +293,7 @@ TEST_F(TransportTest, EjectOpensTheTrayAndStaysDisabled) {
     EXPECT_EQ(enabledButtons(), allButtons);
 }
 
-// --- without a disc, with a data disc, switched off: clicks on menu entries -----------------
-
-TEST(TransportWithoutADisc, PlayOnlyPolls) {
-    test::PlayerBench bench;
-    bench.disc.remove();
-    bench.switchOn();
-    EXPECT_THAT(bench.commandsOf([&] { bench.form.mnuPlayCD.click(); }),
-                ElementsAre("status cd media present"));
-    EXPECT_TRUE(bench.on());
-    EXPECT_FALSE(bench.form.eject.enabled());
-}
-
-TEST(TransportWithoutADisc, StopFailsAtItsSeekAndClosesThePanelWithoutAMessage) {
-    test::PlayerBench bench;
-    bench.disc.remove();
-    bench.switchOn();
-    EXPECT_THAT(bench.commandsOf([&] { bench.form.mnuStopPlay.click(); }),
-                ElementsAre("stop cd wait", "seek cd to 0",     //
-                            "close all", "close all",           // after the failure
-                            "stop cd", "close cd", "close all", // the panel's unload
-                            "status cd media present"));        // the handler continues
-    EXPECT_FALSE(bench.form.loaded());
-    EXPECT_TRUE(bench.off());
-    EXPECT_THAT(bench.boxes.shown, IsEmpty());
-}
-
-TEST(TransportWithADataDisc, PlayOnlyPolls) {
-    test::PlayerBench bench({60000});
-    bench.switchOn();
-    EXPECT_THAT(bench.commandsOf([&] { bench.form.mnuPlayCD.click(); }),
-                ElementsAre("status cd media present", "status cd number of tracks wait"));
-    EXPECT_FALSE(bench.disc.playing());
-    EXPECT_EQ(bench.form.CD.text(), "Not audio");
-}
-
-TEST(TransportSwitchedOff, PlayOnlyPollsIfNoDiscWasEverRead) {
-    test::PlayerBench bench;
-    EXPECT_THAT(bench.commandsOf([&] { bench.form.mnuPlayCD.click(); }),
-                ElementsAre("status cd media present"));
-    EXPECT_TRUE(bench.form.loaded());
-    EXPECT_EQ(bench.form.CD.text(), "OFF");
-    EXPECT_TRUE(bench.off());
-}
+// --- switched off --------------------------------------------------------------------------
 
 TEST_F(TransportTest, PlayWhileSwitchedOffClosesThePanelWithoutAMessageIfADiscWasRead) {
     form.optNoCD.choose();
