@@ -16,7 +16,7 @@ namespace sonarith {
 
 enum class CommandCheck {
     unchecked, ///< the status is stored in fileIndex, but no code tests it
-    checked,   ///< a failure closes all devices and unloads the panel, without a message
+    checked,   ///< a failure closes all devices and unloads the player's panel, without a message
 };
 
 class CdCommands {

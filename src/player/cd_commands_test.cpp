@@ -140,8 +140,8 @@ TEST_F(CaptureDuringPlayerTest, IsSavedEvenIfItBeginsWhileThePanelCloses) {
 }
 
 TEST_F(CaptureDuringPlayerTest, IsNotStoppedByASwitchOffForAnAction) {
-    // While the panel is open, every action starts with this click. So a second "Start " during a
-    // capture closes the capture's disc.
+    // While the panel is open, every action starts with this click. So a second click on "Start "
+    // during a capture closes the capture's disc.
     form.Command6.click();
     EXPECT_THAT(operations, testing::Not(Contains("stop everything")));
     EXPECT_THAT(operations, Contains("close cd"));

@@ -16,8 +16,9 @@ class DiscPoll {
     DiscPoll(const DiscPoll&) = delete;
     DiscPoll& operator=(const DiscPoll&) = delete;
 
-    /// Polls once. Failures of its steps are ignored: the values that a step would set stay
-    /// unchanged. Yields if the seek to the first track of a newly found disc fails.
+    /// Polls once. A query that fails counts as a query with an empty reply. If the seek to the
+    /// first track of a newly found disc fails, all devices are closed and the panel is unloaded,
+    /// which yields.
     void UpdatePlayer();
 
   private:

@@ -12,7 +12,7 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// The player is switched on with a disc of three tracks of a minute, and has not polled yet.
+/// The player is switched on with a disc of three one-minute tracks, and has not polled yet.
 struct DiscPollTest : test::PlayerWorld {
     const std::vector<std::string> shortPoll = {"status cd media present", "status cd position",
                                                 "status cd mode"};

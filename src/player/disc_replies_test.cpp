@@ -29,7 +29,7 @@ TEST(ReadTrackCount, ReadsTheFirstTwoCharacters) {
     }
 }
 
-TEST(ReadTrackCount, KeepsTheCountIfTheReplyDoesNotBeginWithANumber) {
+TEST(ReadTrackCount, KeepsTheCountIfTheFirstTwoCharactersAreNoNumber) {
     for (const char* reply : {"", "x", "1x", "no tracks"}) {
         DiscState disc;
         disc.NumTracks = 5;
@@ -51,7 +51,7 @@ TEST(ReadPosition, ReadsEachNumberAtItsOffset) {
 }
 
 TEST(ReadPosition, ReadsDecimalNumbers) {
-    // Tests all numbers of two digits, because digits read in another base differ only from 10 on.
+    // A wrong base, such as 8 after a leading zero, changes only some numbers, so all are tested.
     for (int number = 0; number < 100; ++number) {
         const std::string digits = (number < 10 ? "0" : "") + std::to_string(number);
         DiscState disc;

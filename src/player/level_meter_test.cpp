@@ -51,7 +51,8 @@ TEST_F(LevelMeterTest, AStepReadsTheInputsPeak) {
 }
 
 TEST_F(LevelMeterTest, EachReadUsesTheControlsIdentifierAndItemCountAndTheSameBuffer) {
-    // The card's meter has one item for all channels; other cards may have one for each.
+    // The fake card's meter has one item for all channels; the meters of other cards may have one
+    // for each channel.
     MixerState& state = player.mixerState;
     state.InputMeterCtrl.cMultipleItems = 2;
     state.WaveMeterCtrl.cMultipleItems = 3;
@@ -102,11 +103,11 @@ TEST_F(LevelMeterTest, DuringSilenceTheTraceIsAStraightLineAndTheBarIsHidden) {
 
 TEST_F(LevelMeterTest, ALevelAndItsNegativeDrawTheSamePoint) {
     tick(-32768);
-    const double below = lastLine().to.y;
+    const double y = lastLine().to.y;
     const Twips top = form.Label4.top();
     tick(0);
     tick(32768);
-    EXPECT_EQ(lastLine().to.y, below);
+    EXPECT_EQ(lastLine().to.y, y);
     EXPECT_EQ(form.Label4.top(), top);
     EXPECT_EQ(player.mixerState.Volume, -32768);
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Keeps the sound card's input running while the level meter shows it. The samples are discarded:
-// the level is read from the mixer.
+// Keeps the sound card's input running while the level meter shows the input's level. The samples
+// are discarded: the level is read from the mixer.
 #pragma once
 
 #include <array>
@@ -14,15 +14,16 @@ namespace sonarith {
 
 class MeterCapture {
   public:
-    /// Sets the handlers of Check3. Both parameters must outlive this object.
+    /// Sets the handler of Check3. Both parameters must outlive this object.
     MeterCapture(const Platform& platform, Form4& form);
     ~MeterCapture(); ///< stops a running input, which would write to the buffers
     MeterCapture(const MeterCapture&) = delete;
     MeterCapture& operator=(const MeterCapture&) = delete;
 
     /// Opens input device 0 and starts the input; does nothing if the input is already running.
-    /// Each failure, except of the start itself, is shown in a message with the platform's text;
-    /// the message yields. Returns false only if the device could not be opened.
+    /// Each failure is shown in a message with the platform's text, and the message yields; only a
+    /// failure of the last step, WaveInput::start(), is ignored. Returns false only if the device
+    /// could not be opened.
     bool StartMeter();
     /// Stops the input; failures are ignored. May be called at any time.
     void StopMeter();

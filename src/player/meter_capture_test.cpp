@@ -75,7 +75,7 @@ TEST_F(MeterCaptureTest, StopMayBeCalledTwiceOrWithoutAStart) {
     EXPECT_EQ(operationsOf([&] { capture.StartMeter(); }), started);
 }
 
-TEST_F(MeterCaptureTest, StartsAgainAfterAStopWithEmptyBuffers) {
+TEST_F(MeterCaptureTest, ARestartUsesEmptyBuffers) {
     capture.StartMeter();
     std::fill_n(waveInput.queue[0]->lpData, 100, std::byte{7});
     waveInput.fill(100);

@@ -16,8 +16,8 @@ namespace sonarith {
 }
 
 /// The top of the bar inside a picture of `pictureHeight`: at the picture's bottom edge for
-/// silence, so that the bar is invisible, and above its upper edge for levels too high for the
-/// picture.
+/// silence, so that the bar is invisible, and above the picture's top edge for levels too high for
+/// the picture.
 [[nodiscard]] constexpr Twips barTop(Twips pictureHeight, std::int32_t level) {
     constexpr double twipsOfBarForEachStep = 0.05;
     return Twips::rounded(pictureHeight.count() - level * twipsOfBarForEachStep);

@@ -23,8 +23,8 @@ class MixerAccess {
     [[nodiscard]] std::int32_t GetControlValue(MixerHandle mixer, const MixerControl& record);
     /// Writes `value` and returns whether the control has accepted it. Sets mixerLastError.
     bool SetControlValue(MixerHandle mixer, const MixerControl& record, std::int32_t value);
-    /// Deliberate: unmutes whatever `state` is; muting is SetControlValue() with 1. Returns whether
-    /// the control has accepted it.
+    /// Deliberate: unmutes, even if `state` is true; to mute, call SetControlValue() with 1.
+    /// Returns whether the control has accepted the value.
     bool SetMuteControl(MixerHandle mixer, const MixerControl& record, bool state);
 
   private:

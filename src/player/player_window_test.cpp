@@ -16,7 +16,7 @@ struct PlayerWindowTest : test::PlayerWorld {};
 
 // --- load and unload -----------------------------------------------------------------------
 
-TEST_F(PlayerWindowTest, IsAtTheRightEdgeOfTheMainWindowWithItsTopAndHeight) {
+TEST_F(PlayerWindowTest, IsAtTheRightEdgeOfTheMainWindowWithTheSameTopAndHeight) {
     form.unload();
     main.setLeft(1000_twips);
     main.setTop(700_twips);
@@ -99,7 +99,8 @@ TEST_F(PlayerWindowTest, TheDiscsTracksAreKeptWhenThePanelIsLoadedAgain) {
 }
 
 TEST_F(PlayerWindowTest, AnInputThatStartsDuringTheCloseIsStopped) {
-    // "input" is ticked in the last yield of the close, after every step that stops it.
+    // The box "input" is ticked in the last yield of the switch-off, when all steps of the
+    // switch-off that stop the input have run.
     loop.atYield(7, [&] {
         form.Check3.setValue(1).passOver();
         EXPECT_TRUE(waveInput.running);

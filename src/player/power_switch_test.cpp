@@ -82,7 +82,7 @@ TEST_F(PowerSwitchTest, SwitchingOnUnmutesTheMasterAndTheDisc) {
     EXPECT_EQ(mixer.value(mixer_line::speakers, mixer_control::mute), 0);
     EXPECT_FALSE(discMuted());
     EXPECT_EQ(mixer.value(mixer_line::waveOut, mixer_control::mute), 1);
-    // Only the handlers run: the switches still show the user's choice.
+    // Switching on runs the handlers of Option1 and Option14 without selecting these buttons.
     EXPECT_FALSE(form.Option1.selected());
     EXPECT_FALSE(form.Option14.selected());
 }

@@ -10,7 +10,7 @@
 namespace sonarith {
 namespace {
 
-/// The player is switched on and has read a disc of three tracks of a minute.
+/// The player is switched on and has read a disc of three one-minute tracks.
 struct TransportOrderTest : test::PlayerWorld {
     DiscState& state = player.disc;
 

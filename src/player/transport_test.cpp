@@ -16,14 +16,14 @@ using testing::IsEmpty;
 
 using Commands = std::vector<std::string>;
 
-/// The player is switched on and has read a disc of three tracks of a minute.
+/// The player is switched on and has read a disc of three one-minute tracks.
 struct TransportTest : test::PlayerWorld {
     DiscState& state = player.disc;
     const Commands allButtons = {"play", "pause", "stopbtn", "ftrack", "btrack", "eject"};
     const Commands allButEject = {"play", "pause", "stopbtn", "ftrack", "btrack"};
 
     TransportTest() { switchOn(); }
-    /// The commands of a button, including those of the poll that follows it.
+    /// `commands`, followed by the queries of one poll.
     static Commands thenPoll(Commands commands) {
         for (const char* question :
              {"status cd media present", "status cd position", "status cd mode"}) {
@@ -113,7 +113,7 @@ TEST_F(TransportTest, EachButtonDisablesEjectFirstAndStopEnablesItLast) {
         button->click();
         EXPECT_FALSE(enabledAtCommand);
         EXPECT_FALSE(form.eject.enabled());
-        // "Eject" has opened the tray.
+        // A click on "Eject" has opened the tray, so a disc is inserted again.
         disc.insert({60000, 60000, 60000});
         player.poll.UpdatePlayer();
     }

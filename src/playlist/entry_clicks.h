@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Handles actions on an entry of the playlist: a click makes the entry's file the edited file
-// (Text5), and two buttons play and stop it.
+// (Text5), one button plays the selected entry, and another button stops playback.
 #pragma once
 
 #include "forms/windows.h"

@@ -127,7 +127,7 @@ TEST_F(EntryClicksTest, ComparesOnlyAsManyLinesOfTheMainListAsThePlaylistHas) {
     tick();
     const auto before = loop.now();
     choose(0);
-    // The third line is not compared, so the adder is called; the adder waits.
+    // The third line is not compared, so the adder is called, which waits.
     EXPECT_GE(loop.now() - before, 300ms);
     EXPECT_TRUE(inTree(pathA));
     // With three lines in the playlist, the third line of the main list is compared and found.

@@ -235,7 +235,8 @@ TEST_F(FileDeletionTest, AClickDuringTheDeletionChangesTheEditedFile) {
     remove(pathA);
     EXPECT_FALSE(disk.fileExists(pathA));
     EXPECT_TRUE(disk.fileExists(pathC));
-    // The report names the file that is edited at that time, and that file's entry is removed.
+    // The report names the file that is edited when the report appears. The entry of that file is
+    // removed.
     EXPECT_THAT(boxes.shown, ElementsAre(deletionQuestion, deleted(pathC)));
     EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathB));
     EXPECT_EQ(editor.Text5.text(), "");

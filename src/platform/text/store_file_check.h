@@ -9,13 +9,13 @@
 namespace sonarith {
 
 enum class StoreFileState {
-    whole,
+    whole,  ///< a complete settings file
     torn,   ///< ends in the middle of a line or of a value
     foreign ///< contains something that no settings file contains
 };
 
-/// A settings file with more bytes than this is treated as foreign. The largest settings file that
-/// the program writes contains a playlist of about 100,000 paths.
+/// A settings file with more bytes than this is treated as foreign. The limit leaves about 670
+/// bytes for each path of the longest playlist that the program writes, which has 100,000 paths.
 inline constexpr std::size_t longestStoreFileBytes = 64 * 1024 * 1024;
 
 /// The format: UTF-8 without NUL; each line ends with a line feed and is one of these: a blank

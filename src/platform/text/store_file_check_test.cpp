@@ -8,7 +8,7 @@
 namespace sonarith {
 namespace {
 
-TEST(CheckStoreFile, AcceptsFilesThatTheProgramWritesAsComplete) {
+TEST(CheckStoreFile, ReturnsWholeForFilesThatTheProgramWrites) {
     EXPECT_EQ(checkStoreFile(""), StoreFileState::whole);
     EXPECT_EQ(checkStoreFile("[Settings]\nAudio%20format=1\nDecodePath=C:\\\\Music\n\n[music]\n"
                              "1=\"a, b; \\\"c\\\"\"\n2=@ByteArray(\\xff)\nempty=\n"),

@@ -43,8 +43,8 @@ char byteOf(std::int32_t character) {
     return ofSameNumber ? static_cast<char>(character) : '?';
 }
 
-/// Replaces each letter with accents by the accented letter if Unicode has one. `text` is valid
-/// UTF-8.
+/// Replaces each letter and the accents after it by the accented letter if Unicode has one. `text`
+/// is valid UTF-8.
 std::string composed(std::string_view text) {
     utf8proc_uint8_t* result = nullptr;
     const utf8proc_ssize_t length =
