@@ -64,7 +64,7 @@ TEST_F(FileRenameTest, TheNextCompactionStoresTheNewName) {
     EXPECT_THAT(inStore(), ElementsAre(target));
 }
 
-TEST_F(FileRenameTest, AddsAFileWithoutAnEntry) {
+TEST_F(FileRenameTest, AddsAnEntryIfTheFileHasNone) {
     addMp3(pathA, "Title A");
     open({pathB});
     rename(pathA, target);

@@ -17,7 +17,8 @@ namespace sonarith {
 /// "1", "2" and so on.
 inline constexpr const char* playlistSection = "music";
 
-/// The keys of that section whose values are paths, in the logic's form.
+/// The keys of that section whose values are paths. The paths are in the logic's form (drive
+/// letter, backslashes).
 [[nodiscard]] std::vector<std::string> playlistPathKeys(const SettingsStore& store);
 
 class PlaylistEntries {

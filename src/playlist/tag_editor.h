@@ -10,7 +10,7 @@ namespace sonarith {
 
 class TagEditor {
   public:
-    /// Sets the handlers of cmdTag. Both parameters must outlive this object.
+    /// Sets the handler of cmdTag. Both parameters must outlive this object.
     TagEditor(const Platform& platform, FrmPlayList& form);
     TagEditor(const TagEditor&) = delete;
     TagEditor& operator=(const TagEditor&) = delete;

@@ -9,7 +9,8 @@ namespace sonarith {
 
 namespace {
 
-/// Start of the file name: after the last backslash, or 0 if nothing follows it.
+/// Start of the file name: after the last backslash; 0 if there is no backslash or if nothing
+/// follows the last one.
 std::size_t nameStart(const std::string& path) {
     const std::size_t last = path.rfind('\\');
     return last == std::string::npos || last + 1 == path.size() ? 0 : last + 1;

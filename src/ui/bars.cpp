@@ -75,7 +75,8 @@ BarView* makeCdBar(Form1& form, QWidget* parent) {
     warning->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     columns->addWidget(warning, 0, 3, 2, 1);
     columns->setColumnStretch(1, 1);
-    // A hidden warning takes no space, but the bar and so the window are always wide enough for it.
+    // A hidden warning takes no space, but the bar, and therefore the window, is always wide enough
+    // for the warning.
     bar->setMinimumWidth(columns->minimumSize().width() + columns->horizontalSpacing() +
                          warning->minimumSizeHint().width());
     return bar;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows a Label as a block of one colour, without its text, at the position of the control. The
-// parent clips the block, so that a bar seems to grow when the block moves.
+// Shows a Label as a block of one colour, without its text, at the Label's own position. The parent
+// clips the block, so that a moving block looks like a bar that grows or shrinks.
 #pragma once
 
 #include <QColor>

@@ -69,8 +69,8 @@ void DiskGuard::RefreshDriveSpace() {
 void DiskGuard::tmrWarning_Timer() {
     RefreshDriveSpace();
     const AppSettings& settings = process_.settings;
-    // Deliberate: the designed text of Label4 is read as 0, so a destination on a drive that is not
-    // fixed counts as full.
+    // Deliberate: the initial text of Label4 contains no number and is read as 0, so a destination
+    // on a drive that is not fixed counts as full.
     const double freeMegabytes = numberOf(touched(windows_.FrmPrefs).Label4.caption());
     if (settings.hdStopDecoding == 1 && freeMegabytes < settings.hdStopNo) {
         process_.stopRequested = true;

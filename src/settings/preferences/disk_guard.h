@@ -14,7 +14,7 @@ namespace sonarith {
 
 class DiskGuard {
   public:
-    /// Sets the handlers of tmrWarning. All parameters must outlive this object.
+    /// Sets the handler of tmrWarning. All parameters must outlive this object.
     DiskGuard(const Platform& platform, ProcessState& process, Windows& windows,
               const System& system, CaptureMonitor& monitor);
     DiskGuard(const DiskGuard&) = delete;

@@ -43,7 +43,7 @@ struct PreferencesDestination : test::PreferencesWorld {
 
 TEST_F(PreferencesDestination, IsWavFilesInTheProgramFolderAtTheFirstStart) {
     files.setProgramFolder("C:\\Sonarith");
-    start(); // LoadSettings has set the program folder itself
+    start(); // LoadSettings has set decodePath to the program folder itself
     EXPECT_TRUE(files.folderExists("c:\\sonarith\\wavfiles"));
     EXPECT_EQ(held("DecodePath"), "C:\\Sonarith\\WAVFiles");
     EXPECT_EQ(settings.decodePath, "c:\\sonarith\\wavfiles");
@@ -104,7 +104,7 @@ TEST_F(PreferencesDestination, MayHaveAnyName) {
     }
 }
 
-TEST_F(PreferencesDestination, ShowsTwoMessagesAndKeepsTheKeyIfItCannotBeCreated) {
+TEST_F(PreferencesDestination, ShowsTwoMessagesAndKeepsItsKeyIfItsCreationFails) {
     store.put("Settings", "DecodePath", "X:\\Gone\\Wav");
     start();
     expectTwoMessagesFor("X:\\Gone\\Wav");
@@ -124,7 +124,7 @@ TEST_F(PreferencesDestination, IsShownAndAppliedBeforeItsFoldersAreCreated) {
         ++boxesUp;
         EXPECT_EQ(form.Text9.text(), "d:\\New");
         EXPECT_EQ(settings.decodePath, "d:\\new");
-        // The controls are hidden after both messages.
+        // The controls for a new folder are hidden only after both messages.
         EXPECT_TRUE(form.Picture6.visible());
         EXPECT_EQ(form.Check2.value(), 1);
     };

@@ -200,14 +200,14 @@ TEST_F(PreferencesLoad, LeavesNoWritePendingAfterAFailure) {
 
 // --- side effects of switches that are on ----------------------------------------------------
 
-TEST_F(PreferencesLoad, MutesTheDiscsLineIfTheSwitchIsOn) {
+TEST_F(PreferencesLoad, MutesTheDiscsLineIfTheMuteSwitchIsOn) {
     start();
     EXPECT_THAT(muted, ElementsAre("Option13"));
     EXPECT_TRUE(Form4.Option13.selected());
     EXPECT_EQ(form.Check1.caption(), "Mute");
 }
 
-TEST_F(PreferencesLoad, LoadsTheTrayFormAndHidesTheWindowIfTheSwitchIsOn) {
+TEST_F(PreferencesLoad, LoadsTheTrayFormAndHidesTheWindowIfTheTraySwitchIsOn) {
     store.put("Settings", "desktop icon", "1");
     Form1.show();
     start();
