@@ -61,8 +61,8 @@ TEST_F(ButtonViewTest, ADoubleClickIsOneClick) {
     parent.show();
     for (QWidget* view : {static_cast<QWidget*>(&text), static_cast<QWidget*>(&icon)}) {
         clicks = 0;
-        // The events are sent as by the desktop: a press, a release, the second press as a double
-        // click, a release.
+        // The events have the types and the order in which the desktop sends them: a press, a
+        // release, the second press as a double click, a release.
         QTest::mouseClick(view, Qt::LeftButton);
         QTest::mouseDClick(view, Qt::LeftButton); // only the second press
         QTest::mouseRelease(view, Qt::LeftButton);

@@ -11,7 +11,7 @@
 namespace sonarith {
 namespace {
 
-/// The same interval as for the lists beside such a caption (list_box_model.h).
+/// The interval of Pace::captions. ListBoxModel uses the same interval for Gathered::changes.
 constexpr std::chrono::milliseconds captionInterval{100};
 
 } // namespace

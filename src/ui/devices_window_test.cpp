@@ -95,8 +95,8 @@ TEST_F(DevicesWindowTest, ListsTheEntryFirstDriveFoundAndAllDrives) {
     EXPECT_THAT(log, IsEmpty()) << "opening the window has chosen a drive";
 }
 
-// The accessible name of a drop-down list is its selected entry, so a label must say which device
-// the user chooses there.
+// Qt reports the selected entry of a drop-down list as the accessible name of the list, so a label
+// must say which device the user chooses in the list.
 TEST_F(DevicesWindowTest, EachBoxHasALabelForScreenReaders) {
     window.open();
     const QList<QComboBox*> boxes = window.findChildren<QComboBox*>();

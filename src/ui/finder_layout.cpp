@@ -52,7 +52,7 @@ QWidget* makeSide(FrmSearch& form, FormWindow& window, QWidget* parent) {
 }
 
 /// The list of folders still to scan lies behind the two other lists, in the same cells. It can be
-/// seen only while a search hides those.
+/// seen only while a search hides the two other lists.
 QWidget* makeLists(FrmSearch& form, QWidget* parent) {
     using Tips = ListBoxView::LineTips;
     using Gathered = ListBoxView::Gathered;

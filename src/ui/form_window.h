@@ -24,7 +24,7 @@
 //     }
 //
 // In main.cpp: `const LazyWindow finder(finderLayout(windows.frmsearch), help);`
-// In its test: `FormWindow window(finderLayout(form)); form.show();`
+// In the test of the layout: `FormWindow window(finderLayout(form)); form.show();`
 //
 // The name of a view for screen readers is the first of these texts that is not empty: the
 // control's caption, the control's tool tip, the label that the layout passes. A drop-down list

@@ -87,7 +87,7 @@ TEST_F(FormWindowTest, ARequestOfTheWindowManagerToCloseUnloadsItsForm) {
     };
     FormWindow window(layout());
     form.show();
-    EXPECT_FALSE(window.close()) << "only the form may hide the window";
+    EXPECT_FALSE(window.close()) << "the window has closed itself; only the form may hide it";
     EXPECT_THAT(log, ElementsAre("query", "unload"));
     EXPECT_FALSE(window.isVisible());
     form.show();
@@ -140,7 +140,7 @@ TEST_F(FormWindowTest, AScreenReaderFindsTheWidgetsAndTheOpenedPopupMenus) {
     EXPECT_EQ(read->role(), QAccessible::Window);
     EXPECT_EQ(read->text(QAccessible::Name), "File Finder");
     const int widgets = read->childCount();
-    EXPECT_EQ(widgets, 2) << "the children must be the menu bar and the client area";
+    EXPECT_EQ(widgets, 2) << "the children are not the menu bar and the client area";
     form.popupRequested.emit(popup);
     ASSERT_EQ(read->childCount(), widgets + 1);
     QAccessibleInterface* opened = read->child(widgets);
@@ -231,8 +231,7 @@ TEST_F(FormWindowTest, ADesignedSizeThatIsTooSmallIsReplacedByTheSizeOfTheConten
     form.unload();
     form.onLoad = [&] {
         EXPECT_EQ(form.width(), Twips(least.width() * 15))
-            << "the load step centres the window by the form's width, which must be the grown "
-               "width";
+            << "the form does not have the grown width, by which the load step centres the window";
     };
     show();
     EXPECT_EQ(window.size(), least);

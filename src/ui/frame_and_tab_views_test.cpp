@@ -41,7 +41,7 @@ TEST_F(TabControlViewTest, HasAPageForEachCaption) {
     EXPECT_EQ(view.accessibleName(), "Preferences");
 }
 
-TEST_F(TabControlViewTest, CodeAPressedKeyAndAClickCanSelectAPage) {
+TEST_F(TabControlViewTest, APageCanBeSelectedByCodeByAKeyAndByAClick) {
     model.setTab(2).passOver();
     EXPECT_EQ(view.currentIndex(), 2);
     QTest::keyClick(view.tabBar(), Qt::Key_Left);

@@ -9,21 +9,23 @@
 
 namespace sonarith {
 
-/// The interval for moving pictures: the meter draws every 10 ms, so it shows twenty pictures a
-/// second, which still seem to move.
+/// The interval for moving pictures. A new interval begins with the first request after the last
+/// interval. The meter draws every 10 ms, so a picture is shown every 40 to 50 ms; at this pace,
+/// the pictures still seem to move.
 inline constexpr std::chrono::milliseconds pictureInterval{40};
 
 class LimitedPace {
   public:
-    /// When a request is shown that begins an interval. `delayed` shows several changes that come
-    /// together as one.
+    /// Whether the request that begins an interval is shown at once or at the end of the interval.
+    /// With `delayed`, changes that follow each other closely are shown together.
     enum class First { atOnce, delayed };
 
     /// `show` shows the present value. All objects that `show` uses must outlive this object.
     LimitedPace(std::chrono::milliseconds interval, First first, std::function<void()> show);
 
     /// Runs `show` when the present interval ends, once for all requests until then. If no interval
-    /// is running, begins one; `first` decides whether `show` then runs at once or at its end.
+    /// is running, begins one; `first` decides whether `show` then runs at once or at the end of
+    /// that interval.
     void request();
 
   private:

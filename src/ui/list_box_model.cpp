@@ -114,9 +114,9 @@ void ListBoxModel::follow(const ListChange& change) {
 }
 
 /// If `line` is close to the range of pending lines, which ends before `end`, extends the range to
-/// `line` and returns true. The unchanged lines between them become part of the range. For example,
-/// a search removes the first folder and adds others after the next one; one range includes all
-/// these changes.
+/// `line` and returns true. The unchanged lines between the range and `line` become part of the
+/// range. For example, a search removes the first folder and adds folders after the second; one
+/// range includes all these changes.
 bool ListBoxModel::reaches(int line, int end) {
     constexpr int closeBy = 2;
     const int before = std::max(0, pending_.first - line);
