@@ -48,8 +48,8 @@ class ListBoxModelTest : public testing::Test {
     ListBox list{form, "lstdirs"};
 };
 
-/// Repeats the steps of a search in its list of folders to scan: the search adds the folders that
-/// it has found after the first folder, then removes the first folder.
+/// Repeats the steps of a search in its list of folders to scan: the search inserts new folders
+/// below the first folder of the list, then removes the first folder.
 TEST_F(ListBoxModelTest, ChangesCloseToEachOtherAreAnnouncedTogetherAndOnce) {
     fill({"scanned", "waiting", "last"});
     ListBoxModel model(list, Gathered::changes);

@@ -202,8 +202,8 @@ TEST_F(ListBoxViewTest, WhileChangesArePendingAClickChoosesTheLineThatTheRowShow
     QTest::mouseClick(gathering.viewport(), Qt::LeftButton, {}, rowPlace(1));
     EXPECT_EQ(model.text(), "two");
     EXPECT_EQ(gathering.currentIndex().data().toString(), "two");
-    // A cursor key first shows the pending changes, so it moves to the list's own neighbour, the
-    // new line.
+    // At a cursor key, the pending changes are announced first. So the key moves to the line before
+    // the current line in the list, which is the new line.
     QTest::keyClick(&gathering, Qt::Key_Up);
     EXPECT_EQ(model.text(), "new");
     EXPECT_EQ(gathering.model()->rowCount(), 4);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Shows the main window: the menus, the bars at its edges, the work tree, and beside the tree the
-// grip strip with a picture by which the user drags the window. Other
-// files connect the controls to the logic; the form's resize layout places the tree.
+// grip strip with a picture by which the user drags the window. Other files connect the controls to
+// the logic; the form's resize layout places the tree.
 #pragma once
 
 #include <functional>

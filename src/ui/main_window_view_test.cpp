@@ -363,7 +363,7 @@ TEST_F(MainWindowViewTest, ADiscImageIsRefusedWhileTheDriveIsInUse) {
     dropped.clear();
     QCoreApplication::processEvents();
     EXPECT_THAT(dropped, Contains("/m/late.cue"))
-        << "the handler must run, so that the user learns why the image is refused";
+        << "the handler did not run, so the user does not learn why the image is refused";
 }
 
 TEST_F(MainWindowViewTest, ClosingTheWindowUnloadsTheForm) {

@@ -94,7 +94,7 @@ TEST_F(OptionButtonViewTest, ArrowKeysSkipADisabledButton) {
 
 TEST_F(OptionButtonViewTest, TheTabKeyStopsOnlyAtTheSelectedButtonOfAGroup) {
     EXPECT_NE(offView.focusPolicy() & Qt::TabFocus, 0)
-        << "the tab key must stop at each button, because none is selected";
+        << "the tab key does not stop at this button, although no button is selected";
     on.setSelected(true);
     EXPECT_EQ(offView.focusPolicy() & Qt::TabFocus, 0);
     EXPECT_NE(onView.focusPolicy() & Qt::TabFocus, 0);

@@ -18,7 +18,7 @@ namespace {
 
 // Device-independent pixels.
 constexpr int listWidth = 300;
-/// The number of characters in the longest fields of the tag, which fit into each box.
+/// The length of the longest fields of the tag. Each box is wide enough for this many characters.
 constexpr int charactersOfABox = 30;
 constexpr int headerLines = 12;
 constexpr int lineSpace = 4; ///< the largest distance between two lines of a list

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Lays out the playlist editor: at the left the list and the buttons that play it, at the right the
-// edited file with its header and its tag.
+// Lays out the playlist editor: at the left the list and its buttons, at the right the edited file
+// with its header and its tag.
 #pragma once
 
 #include "forms/frm_playlist.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Stores the position at which a menu opens that is requested while a press or a key is handled:
-// the position of the press, or of the item to which the key applies. popup_menus.h opens the menu.
+// Stores where a menu opens if it is requested while a press or a key is handled: at the position
+// of the press, or of the item to which the key applies. popup_menus.h opens the menu.
 #pragma once
 
 #include <optional>

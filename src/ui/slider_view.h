@@ -37,7 +37,7 @@ class SliderView : public QSlider {
     };
 
     SpokenByScale
-        spoken_; ///< before view_, which sets the widget's name and so creates its interface
+        spoken_; ///< before view_, which creates the interface when it sets the widget's name
     Slider& slider_;
     const Greatest greatest_;
     const int shownTop_;

@@ -88,9 +88,9 @@ TEST_F(SliderViewTest, TheHandleIsAtTheRequestedEndForTheControlsGreatestValue) 
     EXPECT_GT(handleOf(view), 180);
     EXPECT_LT(handleOf(upright), 20);
     QTest::keyClick(&view, Qt::Key_Home);
-    EXPECT_EQ(model.value(), 65535) << "the home key must move the handle to the lower end";
+    EXPECT_EQ(model.value(), 65535) << "the home key did not move the handle to the lower end";
     QTest::keyClick(&view, Qt::Key_End);
-    EXPECT_EQ(model.value(), 0) << "the end key must move the handle to the upper end";
+    EXPECT_EQ(model.value(), 0) << "the end key did not move the handle to the upper end";
 }
 
 /// Counts the pixels of the filled part in the upper and in the lower half of the slider.
@@ -148,7 +148,7 @@ TEST_F(SliderViewTest, AScreenReaderReadsAndSetsTheNumberThatTheUserSees) {
     EXPECT_NEAR(value->minimumStepSize().toDouble(), 0.2, 0.001);
     value->setCurrentValue(10);
     EXPECT_EQ(model.value(), 0);
-    EXPECT_EQ(moves, 0) << "the slider was already at this position, so no handler may run";
+    EXPECT_EQ(moves, 0) << "the handler ran, although the slider was already at this position";
     value->setCurrentValue(7.5);
     EXPECT_NEAR(model.value(), 65535 / 4, 1);
     EXPECT_EQ(moves, 1);
