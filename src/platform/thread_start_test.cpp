@@ -40,7 +40,7 @@ int withoutThreads() {
     return started.error().number == ErrorNumber::deviceUnavailable && isDestroyed ? 0 : 1;
 }
 
-TEST(StartThread, ReturnsAnErrorAtTheSystemsLimit) {
+TEST(StartThread, ReturnsAnErrorAtTheSystemsLimitOfThreads) {
     // The limit of 1 allows the child process itself, but no second thread.
     EXPECT_EQ(test::runInChild(&withoutThreads), 0);
 }

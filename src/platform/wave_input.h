@@ -65,8 +65,8 @@ struct WaveHeader {
 class WaveInput {
   public:
     virtual ~WaveInput() = default;
-    /// Opens device 0, 1, ... Errors: badDevice, notEnabled, badFormat; they leave `handle`
-    /// unchanged.
+    /// Opens the device with the number `device`, counted from 0. Errors: badDevice, notEnabled,
+    /// badFormat; they leave `handle` unchanged.
     virtual WaveResult open(WaveInHandle& handle, std::uint32_t device,
                             const WaveFormat& format) = 0;
     virtual WaveResult prepareHeader(WaveInHandle handle, WaveHeader& header) = 0;

@@ -30,8 +30,8 @@ class CdCommands {
     /// Sends one command and returns whether it succeeded. Yields if a checked command fails.
     bool SendMCI(std::string_view command, CommandCheck check);
 
-    /// Sends a query and returns the reply up to its first NUL: at most 29 characters, none if the
-    /// query failed. The status is not checked, and fileIndex does not change.
+    /// Sends a query and returns the reply up to its first NUL, at most 29 characters; an empty
+    /// text if the query failed. The status is not checked, and fileIndex does not change.
     [[nodiscard]] std::string ask(std::string_view question);
 
     /// Closes every device of the process, including a recorder. A running capture is stopped and

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Polls the drive for the player, once a second and after each click on a button: reads an inserted
-// disc, detects that a disc was removed, and shows track and time. Plays nothing.
+// Polls the drive for the player, once a second and when Transport or PowerSwitch requests a poll:
+// reads an inserted disc, detects that a disc was removed, and shows track and time. Plays nothing.
 #pragma once
 
 #include "forms/form4.h"

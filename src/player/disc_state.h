@@ -10,7 +10,7 @@
 namespace sonarith {
 
 struct DiscState {
-    /// Whether the mode that was last read or commanded is playing. If true, a skip plays the new
+    /// Whether the mode that was last read or commanded is "playing". If true, a skip plays the new
     /// track; otherwise the skip only seeks to that track.
     bool Playing = false;
     /// An audio disc has been read and the transport buttons are enabled.

@@ -16,7 +16,7 @@ class MeterCapture {
   public:
     /// Sets the handler of Check3. Both parameters must outlive this object.
     MeterCapture(const Platform& platform, Form4& form);
-    ~MeterCapture(); ///< stops a running input, which would write to the buffers
+    ~MeterCapture(); ///< stops a running input, which could write to destroyed buffers
     MeterCapture(const MeterCapture&) = delete;
     MeterCapture& operator=(const MeterCapture&) = delete;
 

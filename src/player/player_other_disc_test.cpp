@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests the choice of another disc or drive while the player is on: the player closes its device
-// for the main window, and opens it again. disc_poll_test.cpp tests a disc that is changed in the
-// drive.
+// Tests the choice of another disc or drive while the player is on: the player closes its device,
+// so that the main window can open it, and opens it again later. disc_poll_test.cpp tests a disc
+// that is changed in the drive.
 #include "player/power_switch.h"
 
 #include "support/player_world.h"

@@ -18,7 +18,7 @@ class EntryClicks {
 
     /// Makes the selected entry the edited path and reads header and tag of its file. Afterwards,
     /// if Check11 is ticked, adds the file to the work tree, unless a line of the main window's
-    /// list of MP3 files (used as a pattern) matches the file's path. Yields.
+    /// list of MP3 files matches the file's path (each line is used as a pattern). Yields.
     void List2_Click();
     /// Plays the selected entry, even if another entry is playing.
     void Command11_Click();

@@ -41,7 +41,7 @@ struct ProcessState {
     std::optional<sonarith::WindowRegion> WindowRegion;
     /// The folder part, with its trailing backslash, of the last path passed to SplitPath().
     std::string SplitDir;
-    /// Root of the drive whose space was last measured, and its bytes.
+    /// Root, size and free space of the drive whose space was last measured.
     std::string DriveName;
     std::int64_t DriveTotalBytes = 0;
     std::int64_t DriveFreeBytes = 0;

@@ -95,7 +95,7 @@ TEST_F(ButtonViewTest, APictureButtonShowsItsCaptionAsToolTip) {
     EXPECT_NE(view.focusPolicy() & Qt::TabFocus, 0);
 }
 
-TEST_F(ButtonViewTest, APictureButtonShowsTheControlsToolTipIfThereIsOne) {
+TEST_F(ButtonViewTest, APictureButtonShowsTheToolTipOfItsControl) {
     CommandButton play(form, "Command11");
     play.setToolTip("Play Selected track");
     const IconButtonView view(play, Symbol::play, &parent);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows a CheckBox. A click by the user sets the value of the control, which runs its click
-// handler.
+// Shows a CheckBox. A click by the user sets the value of the control; the control then
+// runs its click handler.
 #pragma once
 
 #include <QCheckBox>

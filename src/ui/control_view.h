@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows the properties that all controls have in a widget: name, visibility, enabled state, tool
+// Shows in a widget the properties that all controls have: name, visibility, enabled state, tool
 // tip and accessible name. The view class of each kind of control shows the other properties.
 #pragma once
 
@@ -21,8 +21,8 @@ template <typename... Properties>
     return changed == Property::all || ((changed == shown) || ...);
 }
 
-/// What determines the position of the widget: a layout or the window (`elsewhere`), or the
-/// position of the control (`byControl`).
+/// What determines the position and the size of the widget: a layout or the window (`elsewhere`),
+/// or the control (`byControl`).
 enum class Placement { elsewhere, byControl };
 
 /// Which changes are shown at a limited pace: changes of captions at most ten times a second, of

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows a DriveListBox as a drop-down list of the drives that exist when it opens. A drive that was
-// removed while the list is open cannot be chosen: the box keeps the previous drive.
+// Shows a DriveListBox as a drop-down list of the drives that exist when the list opens. A drive
+// that was removed while the list is open cannot be chosen: the box keeps the previous drive.
 #pragma once
 
 #include "platform/controls/folder_controls.h"

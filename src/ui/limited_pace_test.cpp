@@ -60,7 +60,7 @@ TEST_F(LimitedPaceTest, AValueShownAtTheEndOfAnIntervalStartsTheNextInterval) {
     EXPECT_EQ(shown.back(), 3);
 }
 
-TEST_F(LimitedPaceTest, ADelayedFirstRequestIsShownOnceWithThoseThatFollowIt) {
+TEST_F(LimitedPaceTest, ADelayedFirstRequestIsShownTogetherWithTheNextRequest) {
     for (int round = 1; round <= 2; ++round) {
         changeDelayed();
         changeDelayed();

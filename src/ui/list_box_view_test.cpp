@@ -267,7 +267,7 @@ TEST_F(ListBoxViewTest, AClickHandlerMayClearTheList) {
     EXPECT_THAT(log, ElementsAre("down left"));
 }
 
-TEST_F(ListBoxViewTest, AScreenReaderReadsTheLinesAndSelectingOneRunsItsClick) {
+TEST_F(ListBoxViewTest, AScreenReaderReadsTheLinesAndCanClickALineBySelectingIt) {
     QAccessibleInterface* list = QAccessible::queryAccessibleInterface(&view);
     ASSERT_NE(list, nullptr);
     EXPECT_EQ(list->role(), QAccessible::List);

@@ -176,7 +176,7 @@ TEST_F(MainWindowViewTest, TheTabKeyReachesEveryButtonAndTheTree) {
                                                 "Command11", "Command12"}));
 }
 
-TEST_F(MainWindowViewTest, F10OpensTheFirstMenuAndAltWithALetterOpensItsMenu) {
+TEST_F(MainWindowViewTest, F10OpensTheFirstMenuAndAltWithALetterOpensTheMenuOfTheLetter) {
     show();
     QTest::keyClick(&view, Qt::Key_F10);
     ASSERT_NE(QApplication::activePopupWidget(), nullptr);

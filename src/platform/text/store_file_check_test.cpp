@@ -15,7 +15,7 @@ TEST(CheckStoreFile, ReturnsWholeForFilesThatTheProgramWrites) {
               StoreFileState::whole);
 }
 
-TEST(CheckStoreFile, AcceptsAByteOrderMarkBlanksAndCarriageReturnsOfATextEditor) {
+TEST(CheckStoreFile, AcceptsBlanksCarriageReturnsAndTheByteOrderMarkOfATextEditor) {
     EXPECT_EQ(checkStoreFile("\xef\xbb\xbf; mine\r\n[Settings]\r\n  HDWarning = 0\r\n"),
               StoreFileState::whole);
 }
@@ -44,7 +44,7 @@ TEST(CheckStoreFile, TreatsFilesOfOtherFormatsAsForeign) {
     }
 }
 
-TEST(CheckStoreFile, RefusesAFileBeyondTheSizeLimit) {
+TEST(CheckStoreFile, TreatsAFileBeyondTheSizeLimitAsForeign) {
     const std::string bytes(longestStoreFileBytes + 1, '\n');
     EXPECT_EQ(checkStoreFile(bytes), StoreFileState::foreign);
 }

@@ -116,7 +116,7 @@ TEST_F(DiskGuardTest, FindsTheDestinationsDriveByItsLetterInAnyCase) {
     EXPECT_EQ(form.Label4.caption(), "88");
 }
 
-TEST_F(DiskGuardTest, KeepsTheDestinationsFiguresIfItIsOnNoListedDrive) {
+TEST_F(DiskGuardTest, KeepsTheFiguresIfTheDestinationIsOnNoListedDrive) {
     preferences.guard.RefreshDriveSpace();
     for (const char* path : {"x:\\gone", "", "\\\\server\\share"}) {
         settings.decodePath = path;

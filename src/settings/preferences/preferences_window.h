@@ -24,7 +24,8 @@ class PreferencesWindow {
     PreferencesWindow(const PreferencesWindow&) = delete;
     PreferencesWindow& operator=(const PreferencesWindow&) = delete;
 
-    /// Ends at a stored value that its control does not accept; the window is loaded nevertheless.
+    /// Ends early at a stored value that the control for it does not accept; the window is loaded
+    /// nevertheless.
     /// All settings that it saves before its first yield reach the disk in one write.
     void Form_Load();
     /// Saves quality, bit rate and capture format, which are saved only here.
