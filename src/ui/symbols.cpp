@@ -11,7 +11,7 @@
 namespace sonarith {
 namespace {
 
-// The numbers below are the coordinates of the drawings, in units of the grid.
+// The numbers below are coordinates on the grid of symbols.h, which has 24 by 24 units.
 
 /// Sets the pens and brushes of a drawing, with colours that depend on the icon's mode.
 class Pencils {

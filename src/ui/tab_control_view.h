@@ -14,7 +14,8 @@ class TabControlView : public QTabWidget {
   public:
     TabControlView(TabControl& tabs, QString label, QWidget* parent);
 
-    /// The page with an index, from 0, on which a layout puts widgets. This object owns the page.
+    /// Returns the page with the index `number` (from 0), on which a layout puts widgets. This
+    /// object owns the page.
     [[nodiscard]] QWidget& page(int number) const { return *widget(number); }
 
   private:

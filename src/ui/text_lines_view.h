@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows a TextBox as a list of lines that can be read, selected and copied, but not edited. Lines
-// end with CR LF or LF.
+// Shows a TextBox as a list of lines that can be read, selected and copied, but not edited. In
+// the text of the box, a line ends with CR LF or LF.
 #pragma once
 
 #include <QPlainTextEdit>

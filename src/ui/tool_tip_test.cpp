@@ -26,7 +26,7 @@ TEST(PlainToolTip, ShowsEveryTextAsPlainText) {
     }
 }
 
-TEST(PlainToolTip, DoesNotChangeAnOrdinaryText) {
+TEST(PlainToolTip, DoesNotChangeATextWithoutMarkup) {
     EXPECT_EQ(plainToolTip(QStringLiteral("a & b < c.wav")), QStringLiteral("a & b < c.wav"));
 }
 

@@ -15,8 +15,8 @@ namespace {
 
 /// The width of a line in device-independent pixels.
 constexpr int lineWidth = 1;
-/// The limit of coordinates, far outside of any screen. Rectangles of widgets have integer
-/// coordinates, which must not overflow.
+/// The limit of coordinates in pixels, far outside of any screen. Rectangles of widgets have
+/// integer coordinates, which must not overflow.
 constexpr double farthest = 1e6;
 
 QPointF inPixels(const PicturePoint& point) {

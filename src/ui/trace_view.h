@@ -32,7 +32,7 @@ class TraceView : public PictureView {
     PictureBox& model_;
     bool behind_ = false; ///< lines were drawn while the window was not on the screen
     Colors colors_;
-    QRect drawn_; ///< by lines since the last repaint
+    QRect drawn_; ///< encloses the lines that were drawn since the last repaint
     LimitedPace pace_;
     Connection lineDrawn_;
     Connection cleared_;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests the two views of the level meter: the trace, which shows lines, and the block, which its
-// parent clips.
+// Tests the two views of the level meter: the trace shows lines; the block is a filled rectangle,
+// of which only the part inside the parent widget is visible.
 #include "ui/trace_view.h"
 
 #include <QImage>
@@ -53,7 +53,7 @@ class TraceViewTest : public testing::Test {
 
 TEST_F(TraceViewTest, IsLargeEnoughToShowALineAtTheLowerEdgeOfTheControl) {
     EXPECT_EQ(view.size(), QSize(164, 64));
-    // Silence is drawn at 950 twips, below the height of 945 twips.
+    // Silence is drawn at 950 twips, below the control's lower edge at 945 twips.
     model.line({0, 950}, {2445, 950});
     EXPECT_TRUE(isLine(80, 63));
     EXPECT_FALSE(isLine(80, 62));
@@ -92,7 +92,7 @@ TEST_F(TraceViewTest, LinesInQuickSuccessionAreRepaintedTogether) {
     EXPECT_TRUE(isLine(100, 20));
 }
 
-TEST_F(TraceViewTest, IsNotRepaintedWhileItsWindowIsHiddenAndFullyRepaintedAtTheNextLine) {
+TEST_F(TraceViewTest, IsNotRepaintedInAHiddenWindowAndIsFullyRepaintedAtTheFirstLineAfterwards) {
     parent.windowHandle()->setVisible(false);
     ASSERT_TRUE(QTest::qWaitFor([&] { return !parent.windowHandle()->isExposed(); }));
     QCoreApplication::processEvents();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests dragging nodes in the widget, by mouse and by keys, with the handlers of the logic. After
-// each drop on any target, the tree must contain the same files as the lists.
+// Tests dragging nodes in the widget, by mouse and by keys, with the handlers that the program
+// uses. After a drop on any target, the tree must contain the same files as the main window's
+// lists.
 #include <algorithm>
 #include <vector>
 
@@ -102,7 +103,8 @@ TEST_F(TreeCarryingTest, TreeAndListsAgreeAfterASlowDragFromAnyItemToAnyRow) {
              std::vector<std::string>{"a.mp3", "b.mp3", "a.wav", "b.wav", t1, t2}) {
             for (const int movements : {2, 3, 6}) {
                 carry(text, target, movements);
-                SCOPED_TRACE(text + " to \"" + target + "\", " + std::to_string(movements));
+                SCOPED_TRACE(text + " to \"" + target +
+                             "\", movements per row: " + std::to_string(movements));
                 expectTreeAndListsAgree();
                 if (HasFailure()) {
                     return;

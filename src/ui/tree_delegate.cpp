@@ -10,8 +10,7 @@ namespace {
 
 /// Margin above and below a row's text, in device-independent pixels.
 constexpr int rowPadding = 2;
-/// The opacity of a node that is dragged by keys. Desktops show items that were cut in the same
-/// way.
+/// The opacity of a node that is dragged by keys. File managers also paint cut items paler.
 constexpr double carriedOpacity = 0.4;
 
 void paintDropMark(QPainter& painter, const QStyleOptionViewItem& option) {
@@ -31,8 +30,8 @@ void paintDropMark(QPainter& painter, const QStyleOptionViewItem& option) {
 void TreeDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                          const QModelIndex& index) const {
     const NodeRef node = model_.nodeAt(index);
-    // A highlighted node that is also selected is painted as selected only, because every press
-    // highlights the node that it selects.
+    // The highlight of the selected node is not painted: every press highlights the node that it
+    // selects, even if no drag follows.
     if (node == tree_.dropHighlight() && node != tree_.selectedItem()) {
         paintDropMark(*painter, option);
     }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Paints a row of the work tree. The row of the node with the drop highlight is painted with the
-// highlight; the row of a node that is dragged by keys is painted paler.
+// Paints a row of the work tree. Marks the row of the node with the drop highlight, unless that
+// node is selected. Paints the row of a node that is dragged by keys paler.
 #pragma once
 
 #include <utility>

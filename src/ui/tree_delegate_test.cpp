@@ -15,7 +15,7 @@ TEST_F(TreeDelegateTest, AllRowsHaveTheSameHeightWithPaddingAroundTextAndPicture
     EXPECT_EQ(widget().visualRect(indexOf(collection)).height(), height);
 }
 
-TEST_F(TreeDelegateTest, ASelectedNodeLooksTheSameWithTheDropHighlight) {
+TEST_F(TreeDelegateTest, ASelectedNodeLooksTheSameWithAndWithoutTheDropHighlight) {
     const auto row = [&] {
         return widget().viewport()->grab(widget().visualRect(indexOf(first))).toImage();
     };

@@ -51,7 +51,7 @@ TEST_F(TreeEditingTest, ARefusedNameOpensTheEditorAgainWithTheOldLabel) {
     EXPECT_EQ(editor(), nullptr);
 }
 
-TEST_F(TreeEditingTest, ARefusedNameFinishedByAPressOnAnotherNodeLeavesThatNodeSelected) {
+TEST_F(TreeEditingTest, APressOnAnotherNodeSelectsThatNodeEvenIfTheTypedNameIsRefused) {
     pressAt("a.wav");
     releaseAt("a.wav");
     ASSERT_NE(editor(), nullptr);

@@ -95,7 +95,8 @@ void TreeWidget::selectionChanged(const QItemSelection& selected,
         return;
     }
     // A screen reader has selected the node in this widget. This counts as a click on the node. The
-    // click runs after this call has returned, because its handler may yield.
+    // click runs after this call has returned, because the click's handler may yield, that is, run
+    // the event loop.
     const QPersistentModelIndex chosen = selected.indexes().value(0);
     runLater(*this, [this, chosen] {
         showSelection();

@@ -24,7 +24,7 @@ class TreeWidget : public QTreeView {
     TreeWidget(TreeView& tree, TreeModel& model, QWidget* parent);
     ~TreeWidget() override;
 
-    // Notifications from the tree, passed on by the adapter.
+    // Notifications from the tree, passed on by TreeViewAdapter.
     void showSelection();
     void showDropHighlight() { viewport()->update(); }
     /// Expands the node's ancestors now. Scrolls the node into view later, when the next events are

@@ -106,8 +106,8 @@ TEST_F(ViewsAccessibility, ReadsDropDownListsByTheirEntryAndListsByTheirLabel) {
     combo.addItem("good");
     combo.setListIndex(0).passOver();
     ComboBoxView comboView(combo, "Encoding Quality", &parent);
-    // On this desktop, the accessible name of a drop-down list is its value; the label beside it
-    // says what the value means.
+    // On Linux, Qt uses the value of a drop-down list as its accessible name. The label beside the
+    // list says what the value means.
     EXPECT_EQ(read(comboView), "ComboBox: good");
     EXPECT_EQ(labelOf(comboView), "");
     static_cast<void>(makeFixedText("Encoding Quality", &comboView, &parent));

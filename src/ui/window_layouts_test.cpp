@@ -54,8 +54,8 @@ class WindowLayouts : public testing::Test {
         std::vector<std::string> found;
         for (const QWidget* child : window.findChildren<QWidget*>()) {
             const std::string name = child->objectName().toStdString();
-            // On this platform, the accessible name of a drop-down list is its entry, so a label
-            // must say what the entry means.
+            // On Linux, Qt uses the current entry of a drop-down list as its accessible name, so a
+            // label must say what the entry means.
             if (qobject_cast<const QComboBox*>(child) && labelOf(*child).isEmpty()) {
                 found.push_back(name + " has no label");
             }
@@ -158,8 +158,8 @@ TEST_F(WindowLayouts, TheBarOfTheLevelMeterMovesWithinThePictureThatClipsIt) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return bar->y() == 0; }));
 }
 
-// The menu entry "Show as Cube" changes only the height of the panel, so its upper part stays
-// visible.
+// The menu entry "Show as Cube" changes only the height of the panel, so the upper part of the
+// panel stays visible.
 TEST_F(WindowLayouts, ThePlayersPanelAsACubeShowsDisplayMeterAndTransport) {
     Form4 form(machine.loop);
     FormWindow window(playerLayout(form));

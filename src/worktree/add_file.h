@@ -18,8 +18,8 @@ class FileAdder {
         : platform_(platform), process_(process), form_(form) {}
 
     /// Waits 0.3 s, then adds one WAV or MP3 file: a node at the end of its group and an entry at
-    /// the top of its list, both in lower case. Does nothing, without a message, if the file is too
-    /// short or cannot be read, or if its name is already in the tree.
+    /// the top of its list, both in lower case. Does nothing, without a message, if the file is
+    /// shorter than leastFileLength or cannot be read, or if its name is already in the tree.
     void Cmaddfile2(std::string path);
 
   private:

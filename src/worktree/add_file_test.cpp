@@ -213,8 +213,8 @@ TEST_F(Cmaddfile2Test, IfTheGroupIsRemovedBetweenTheYieldsOnlyTheEntryIsAdded) {
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\a.wav"));
 }
 
-/// The parameter is the number of the yield of a first call inside which another call for the same
-/// file starts.
+/// Starts a second call for the same file inside a yield of the first call. The parameter is the
+/// number of that yield.
 struct OverlappingCalls : Cmaddfile2Test, testing::WithParamInterface<int> {};
 
 TEST_P(OverlappingCalls, LeaveOneNodeAndOneEntry) {

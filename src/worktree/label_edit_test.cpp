@@ -40,7 +40,7 @@ struct LabelEditTest : test::WorkTreeWorld {
     }
 };
 
-// --- before ------------------------------------------------------------------------------------
+// --- which labels may be edited ----------------------------------------------------------------
 
 TEST_F(LabelEditTest, LabelsWithALowerOrUpperCaseEndingMayBeEdited) {
     for (const char* text : {"a.wav", "a.WAV", "a.mp3", "a.MP3", "c:\\x\\a.wav", ".wav"}) {
@@ -68,7 +68,7 @@ TEST_F(LabelEditTest, WithNothingSelectedTheEditIsRefused) {
     EXPECT_TRUE(cancel);
 }
 
-// --- after -------------------------------------------------------------------------------------
+// --- after an edit ------------------------------------------------------------------------------
 
 TEST_F(LabelEditTest, ANewNameRenamesFileEntryAndLabelAndKeepsTheKey) {
     const NodeRef file = node("a.wav");
@@ -136,7 +136,7 @@ TEST_F(LabelEditTest, AnEndingOfTheOtherTypeChangesOnlyTheLabel) {
     EXPECT_NE(node("a.mp3"), nullptr);
 }
 
-TEST_F(LabelEditTest, AnyOtherEndingChangesNeitherFileNorEntryAndTheTreeKeepsItsLabel) {
+TEST_F(LabelEditTest, AnyOtherEndingChangesOnlyTheLabelAndNotDragNode) {
     const NodeRef file = node("a.wav");
     press(file);
     drag.DragNode = nullptr;

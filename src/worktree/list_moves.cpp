@@ -35,7 +35,8 @@ void ListMoves::moveEntry(const std::string& text, MovedBy movedBy) {
 }
 
 void ListMoves::moveFileEntry(const std::string& s, MovedBy movedBy) {
-    // The parent of the selected node decides for WAV files, the parent of DragNode for MP3 files.
+    // The rule for a WAV file depends on the parent of the selected node, the rule for an MP3 file
+    // on the parent of DragNode.
     const std::string selected = parentText(form_.TreeView1.selectedItem());
     const std::string dragged = parentText(drag_.DragNode);
     if (s.ends_with("wav") && selected == wavFilesText) {
@@ -119,8 +120,8 @@ void ListMoves::selectMp3(const std::string& s, MovedBy movedBy) {
     for (int i = 0; i < form_.List4.listCount(); ++i) {
         form_.List7.addItem(form_.List4.list(i));
     }
-    // Unlike for a WAV file or a drag, List2 is cleared but List4 is not, so the old entries of
-    // List4 occur twice, before and after the new entry. A start then decodes them twice.
+    // A double click on an MP3 file clears List2 but not List4, so the old entries of List4 occur
+    // twice, before and after the new entry, and a start decodes them twice. A drag does neither.
     form_.List2.clear();
     for (int i = 0; i < form_.List7.listCount(); ++i) {
         if (!form_.List7.list(i).empty()) {

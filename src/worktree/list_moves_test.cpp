@@ -185,7 +185,7 @@ TEST_F(ListMovesTest, ABareNameMatchesNoPathAndIsInsertedAtTheTop) {
 TEST_F(ListMovesTest, TheEntryThatMovesIntoThePlaceOfARemovedEntryIsSkipped) {
     fill(form.List1, {"a.wav", "a.wav", "a.wav", "b.wav", "a.wav"});
     move("a.wav", "WAV Files");
-    // The second and the last entry moved up after the index had advanced.
+    // The second entry moved into the place of the first entry and was skipped.
     EXPECT_THAT(lines(form.List1), ElementsAre("a.wav", "b.wav"));
 }
 

@@ -44,8 +44,8 @@ PopupMenu::PopupMenu(const Platform& platform, ProcessState& process, Form1& for
 void PopupMenu::mnupopup_Open() {
     drag_.DragLevel = NodeLevel(drag_.DragNode);
     const std::string text = lowerCase(draggedText());
-    // The rules apply in this order; each rule overrides the rules before it. A group without a
-    // rule ("WAV Files") keeps the state of the previous opening.
+    // The rules apply in this order; each rule overrides the rules before it. For a group without
+    // a rule ("WAV Files"), the entries keep the state of the previous opening.
     if (drag_.DragLevel == itemLevel && !text.ends_with(".mp3")) {
         set({});
     }
@@ -85,8 +85,8 @@ void PopupMenu::mnuFileRemove_Click() {
     removeNode(text);
     for (ListBox* list : fileLists(form_)) {
         for (int i = 0; i < list->listCount(); ++i) {
-            // Compares the whole entry, unlike mnuRemoveDelete_Click(): a node that shows a bare
-            // name removes no path from its list, and a start still decodes such an MP3 file.
+            // Compares the whole entry, unlike mnuRemoveDelete_Click(). If the node shows only a
+            // name, no path is removed from its list, and a start still decodes the MP3 file.
             if (matches(list->list(i), text)) {
                 list->removeItem(i).passOver();
                 return;

@@ -49,7 +49,7 @@ struct PopupMenuTest : test::WorkTreeWorld {
             entry->setEnabled(enabled);
         }
     }
-    void expectBothWays(const NodeRef& at, const std::string& expected) {
+    void expectFromEitherState(const NodeRef& at, const std::string& expected) {
         for (const bool before : {false, true}) {
             setAll(before);
             EXPECT_EQ(open(at), expected) << at->text();
@@ -60,29 +60,29 @@ struct PopupMenuTest : test::WorkTreeWorld {
 // --- which entries are enabled -----------------------------------------------------------------
 
 TEST_F(PopupMenuTest, AWavCanBeRemovedAndDeletedAndNotStarted) {
-    expectBothWays(node(wavFile), "D-R");
-    expectBothWays(addTo("WAV Files", "B.WAV"), "D-R");
+    expectFromEitherState(node(wavFile), "D-R");
+    expectFromEitherState(addTo("WAV Files", "B.WAV"), "D-R");
 }
 
 TEST_F(PopupMenuTest, AnMp3CanBeRemovedAndDeletedAndStarted) {
-    expectBothWays(node(mp3File), "DSR");
-    expectBothWays(addTo("MP3 Files", "B.Mp3"), "DSR");
+    expectFromEitherState(node(mp3File), "DSR");
+    expectFromEitherState(addTo("MP3 Files", "B.Mp3"), "DSR");
 }
 
 TEST_F(PopupMenuTest, ATrackCanOnlyBeStarted) {
-    expectBothWays(node("Track  1 - 00:03:05"), "-S-");
+    expectFromEitherState(node("Track  1 - 00:03:05"), "-S-");
     // A file with such a name is treated as a track, since later rules override earlier rules.
-    expectBothWays(addTo("MP3 Files", "tracking.mp3"), "-S-");
+    expectFromEitherState(addTo("MP3 Files", "tracking.mp3"), "-S-");
 }
 
 TEST_F(PopupMenuTest, AnItemOfAnotherKindDisablesAllThreeEntries) {
-    expectBothWays(addTo("WAV Files", "notes.txt"), "---");
+    expectFromEitherState(addTo("WAV Files", "notes.txt"), "---");
 }
 
 TEST_F(PopupMenuTest, FourGroupsCanBeStarted) {
     for (const char* group :
          {"Available Tracks", "Selected Tracks", "Selected MP3 Files", "MP3 Files"}) {
-        expectBothWays(node(group), "-S-");
+        expectFromEitherState(node(group), "-S-");
     }
 }
 

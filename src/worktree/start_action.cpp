@@ -14,7 +14,7 @@ ActionStarter::ActionStarter(ProcessState& process, Windows& windows)
 
 void ActionStarter::CmdSelectAction_Click() {
     if (process_.PlayerOpen) {
-        // The player may be using the disc.
+        // Switches off the player, which may be using the disc.
         windows_.Form4.Command6.click();
     }
     form_.Label5.setVisible(false);

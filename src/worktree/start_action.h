@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Starts the action for the selected node and resets the window to idle when it has ended. The
-// actions themselves are the handlers of cmdStart and CmdDecoder, which this class clicks.
+// Starts the action for the selected node and resets the window to idle when the action has ended.
+// The actions themselves are the handlers of cmdStart and CmdDecoder, which this class clicks.
 #pragma once
 
 #include <string>

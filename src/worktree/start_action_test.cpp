@@ -32,7 +32,7 @@ struct StartActionTest : test::WorkTreeWorld {
         form.mnuMinimize.onClick = note("minimize");
         form.cmdStart.onClick = note("cmdStart");
         form.CmdDecoder.onClick = note("CmdDecoder");
-        windows.frmpopup.onUnload = note("tray away");
+        windows.frmpopup.onUnload = note("tray removed");
     }
     void select(const std::string& text) {
         NodeRef chosen = node(text);
@@ -92,9 +92,9 @@ TEST_F(StartActionTest, RunsItsStepsInOrder) {
     process.settings.minimizeOnStart = 1;
     const auto look = [this](const std::string& step) {
         log.push_back(step + (form.Label5.visible() ? " label" : "") +
-                      (form.tmrWarning.enabled() ? " guard" : "") +
+                      (form.tmrWarning.enabled() ? " tmrWarning" : "") +
                       (process.stopRequested ? " stop" : "") +
-                      (form.Timer1.enabled() ? " clearing" : ""));
+                      (form.Timer1.enabled() ? " Timer1" : ""));
     };
     windows.Form4.Command6.onClick = [&] {
         look("player off");
@@ -111,16 +111,16 @@ TEST_F(StartActionTest, RunsItsStepsInOrder) {
         EXPECT_FALSE(form.visible());
     };
     windows.frmpopup.onUnload = [&] {
-        look("tray away");
+        look("tray removed");
         EXPECT_FALSE(form.tmrRecord.enabled());
         EXPECT_FALSE(form.mnuFile.enabled());
         EXPECT_FALSE(form.visible());
     };
     const Connection showing = form.showRequested.connect(
-        [&] { look(form.mnuFile.enabled() ? "shown, open" : "shown, closed"); });
+        [&] { look(form.mnuFile.enabled() ? "shown, menu enabled" : "shown, menu disabled"); });
     EXPECT_THAT(start("Selected Tracks"),
-                ElementsAre("player off label stop", "minimize guard", "action guard",
-                            "tray away clearing", "shown, open clearing"));
+                ElementsAre("player off label stop", "minimize tmrWarning", "action tmrWarning",
+                            "tray removed Timer1", "shown, menu enabled Timer1"));
     EXPECT_TRUE(form.visible());
     EXPECT_TRUE(form.mnuFile.enabled());
     EXPECT_FALSE(windows.frmpopup.loaded());
@@ -165,7 +165,7 @@ TEST_F(StartActionTest, AWavNodeStartsNoActionButTheWindowIsMinimizedAndRestored
         windows.frmpopup.load();
         form.hide();
     };
-    EXPECT_THAT(start("c:\\music\\a.wav"), ElementsAre("minimize", "tray away"));
+    EXPECT_THAT(start("c:\\music\\a.wav"), ElementsAre("minimize", "tray removed"));
     EXPECT_TRUE(form.visible());
     EXPECT_TRUE(form.Timer1.enabled());
 }

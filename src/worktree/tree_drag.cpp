@@ -9,7 +9,8 @@ namespace sonarith {
 namespace {
 
 /// Whether a node with the text `target` refuses a node with the text `dragged`. A track is
-/// accepted over every track, a file only over the groups of its kind.
+/// accepted over "Selected Tracks" and over every track, a WAV or MP3 file only over the groups of
+/// its kind. Other texts are never refused.
 bool refuses(const std::string& target, const std::string& dragged) {
     const bool keepsTrackOut =
         isTrackText(dragged) && target != selectedTracksText && !isTrackText(target);

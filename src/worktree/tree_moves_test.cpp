@@ -119,7 +119,7 @@ TEST_F(TreeMovesTest, AfterARefreshATrackMovesUnderTheNodeAtTheOldIndex) {
     EXPECT_THAT(childrenOf("Selected Tracks"), IsEmpty());
 }
 
-TEST_F(TreeMovesTest, AWavsEntryMovesButItsNodeStaysBecauseItHasNoSiblingGroup) {
+TEST_F(TreeMovesTest, AWavsEntryMovesButItsNodeStaysBecauseTheNodesGroupHasNoSibling) {
     const auto before = outline();
     doubleClick(wav);
     EXPECT_EQ(outline(), before);
@@ -270,7 +270,7 @@ TEST_F(TreeMovesTest, AnEmptyTextMovesNothingAndDoesNotYield) {
 
 // --- what other handlers do inside the yields ------------------------------------------------
 
-TEST_F(TreeMovesTest, AClickInsideAYieldOfTheListsChangesTheNodeThatIsMoved) {
+TEST_F(TreeMovesTest, AClickInsideTheYieldBeforeTheNodeMovesChangesWhichNodeMoves) {
     press(node(mp3));
     loop.atYield(1, [this] { press(node(otherMp3)); });
     moves.moveSelected();

@@ -25,7 +25,8 @@ class TreeSelection {
     void TreeView1_MouseDown(MouseButtons buttons, const NodeRef& at);
     /// Shows the next action; for a track, also sets the current track number.
     void TreeView1_MouseUp();
-    /// Moves the double-clicked item to the other side of its collection.
+    /// Moves the double-clicked item from the "available" to the "selected" side of its
+    /// collection, or back.
     void TreeView1_DblClick();
 
   private:

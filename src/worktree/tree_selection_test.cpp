@@ -96,7 +96,7 @@ TEST_F(TreeSelectionTest, ADisabledPopupDoesNotOpenButTheNodeIsSelected) {
     EXPECT_THAT(popups, ElementsAre("mnupopup"));
 }
 
-TEST_F(TreeSelectionTest, ANonEmptyLabelEditGuardHighlightsDragNode) {
+TEST_F(TreeSelectionTest, APressWithANonEmptyLabelEditGuardHighlightsDragNode) {
     drag.LabelEditGuard = "x";
     press(node(t1));
     EXPECT_EQ(view.dropHighlight(), node(t1));
@@ -146,7 +146,7 @@ TEST_F(TreeSelectionTest, ATracksNumberBecomesTheCurrentTrack) {
     EXPECT_EQ(process.currentTrack, 12);
 }
 
-TEST_F(TreeSelectionTest, TheNumberIsReadFromAnyTextThatBeginsWithTrackInAnyCase) {
+TEST_F(TreeSelectionTest, TheNumberIsReadFromAnyTextThatBeginsWithTrackAndABlankInAnyCase) {
     const NodeRef group = node("Available Tracks");
     addItem(view, group, "p a", "TRACK 07.mp3").passOver();
     click("TRACK 07.mp3");

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Creates the work tree's jobs and connects each of them to the main window. This struct adds no
-// behaviour.
+// Creates the objects that build the work tree and handle its events, and connects them to the main
+// window. This struct adds no behaviour.
 #pragma once
 
 #include "forms/windows.h"

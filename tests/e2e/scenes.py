@@ -50,7 +50,7 @@ def go_to_row(desktop, started, name):
 
 def row_of(path):
     """The text of a row for a file in the music_folder() while the tree shows full paths: the path
-    of the logic in lower case. The home is drive H:."""
+    with a drive letter, in lower case. The home is drive H:."""
     below_home = path.parts[path.parts.index(MUSIC):]
     return "\\".join(["h:", *below_home]).lower()
 

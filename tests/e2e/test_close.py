@@ -42,7 +42,7 @@ def a_signal_saves_a_running_capture(desktop, program):
     check_capture_is_saved(sheet, destination)
 
 
-def closing_under_a_message_box_ends_the_program(desktop, program):
+def closing_while_a_message_box_is_open_ends_the_program(desktop, program):
     started, _, _ = start_with_disc(desktop, program, seconds=2)
     started.click_row("Selected Tracks")
     started.click("Start ", "push button")
@@ -60,5 +60,5 @@ def closing_with_other_windows_open_ends_the_program(desktop, program):
 
 if __name__ == "__main__":
     run(closing_saves_a_running_capture, the_exit_button_saves_a_running_capture,
-        a_signal_saves_a_running_capture, closing_under_a_message_box_ends_the_program,
+        a_signal_saves_a_running_capture, closing_while_a_message_box_is_open_ends_the_program,
         closing_with_other_windows_open_ends_the_program)

@@ -220,7 +220,8 @@ def clicking_an_entry_adds_the_file_to_the_work_tree(desktop, program):
     check_equal(started.group("MP3 Files"), [], "files of the tree")
     started.click_line("PlayList", line)
     wait_for("the edited file", lambda: edited_file(started))
-    check_equal(started.group("MP3 Files"), [], "files of the tree after a click without the tick")
+    check_equal(started.group("MP3 Files"), [],
+                "files of the tree after a click while the box is not ticked")
     started.click("Click on a file to add it to the Files List", "check box")
     started.click_line("PlayList", line)
     wait_for("the file in the tree", lambda: started.group("MP3 Files") == ["one.mp3"])
@@ -247,7 +248,7 @@ def the_editor_plays_and_stops_an_entry(desktop, program):
     started.click("Add to PlayList", "push button")
     wait_for_list(desktop, started, path)
     click_entry(started, path)
-    check(not any(server.latest()), "sound before the file plays")
+    check(not any(server.latest()), "there is sound before the file plays")
     window = started.window(TITLE)
     started.click("Play", "push button", within=window)
     part = decoded(path)[bytes_of(1):bytes_of(1) + bytes_of(1) // 4]

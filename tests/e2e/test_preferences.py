@@ -85,8 +85,8 @@ def ticks_are_stored_at_once(desktop, program, show_page, press):
                      lambda: is_ticked(started, shown) == (not before))
             # At the next start, every box has its original caption, ticked or not.
             expected[tab, caption] = not before
-    # Ticking this box hides only the window of the preferences. There is no icon, since no panel
-    # runs.
+    # Ticking this box hides only the window of the preferences. There is no tray
+    # icon, since no panel runs that would show it.
     press(started, TRAY, "check box")
     wait_for("the hidden window", lambda: started.window(TITLE) is None)
     wait_for_stored(desktop, "desktop icon", "1")

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Simulates a panel that shows tray icons: the StatusNotifierWatcher on the bus with which programs
-register their icons, and a user who reads an icon's tool tip and chooses from its menu."""
+"""Simulates a panel that shows tray icons: the StatusNotifierWatcher, with which programs register
+their icons on the bus, and a user who reads an icon's tool tip and chooses from its menu."""
 
 import threading
 

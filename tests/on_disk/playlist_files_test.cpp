@@ -71,7 +71,7 @@ TEST_F(PlaylistFilesTest, AKillAtAnyCallOfATagWriteLeavesTheOldOrTheNewTag) {
         ASSERT_TRUE(left == old || left == written) << "call " << call;
         ++(left == old ? leftOld : leftWritten);
     }
-    EXPECT_GT(leftOld, 1) << "no kill came before the write";
+    EXPECT_GT(leftOld, 1) << "too few kills came before the write";
     EXPECT_GT(leftWritten, 1) << "no kill came after the write";
 }
 
