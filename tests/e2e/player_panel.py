@@ -4,9 +4,11 @@
 import re
 import subprocess
 
+from scenes import start_with_disc
 from waiting import wait_for
 
 TITLE = "CD Player"
+SECONDS = 30
 
 
 class PlayerPanel:
@@ -91,3 +93,13 @@ class PlayerPanel:
 
 def _is_green(row):
     return any(row[at + 1] > row[at] + 60 for at in range(0, len(row) - 2, 3))
+
+
+def start_playing(desktop, program, output="default", seconds=SECONDS):
+    started, sheet, destination = start_with_disc(desktop, program, seconds, output)
+    panel = PlayerPanel(started)
+    panel.switch_on()
+    panel.press("Play")
+    panel.wait_for_position("a second of the first track", lambda track, second: track == 1 and
+                            second >= 1)
+    return started, panel, sheet, destination

@@ -1,25 +1,17 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Tests the CD player: its display, transport, sound, mixer, menus and sizes, and how it behaves
-during other work of the program."""
+"""Tests the CD player: its display, transport, sound, menus and sizes, and how it behaves during
+other work of the program."""
 
-import array
-import math
 import time
 
 from driver import make_disc, run
-from player_panel import TITLE, PlayerPanel
-from program import Program
+from player_panel import SECONDS, TITLE, PlayerPanel, start_playing
 from scenes import close, start_row, start_with_disc, wavs_by_track
 from sound import FRAME_RATE, bytes_of, check_run, disc_samples, find_run, track_samples
 from sound_server import SoundServer
 from waiting import check, check_equal, wait_for
 
-SECONDS = 30
 TRANSPORT = ("Previous Track", "Play", "Pause", "Stop", "Next Track")
-SMALLEST_STEP = 10 / 50  # the distance by which one key press moves a slider
-KEYS = 6  # number of key presses that change the number beside the slider
-BASS_HZ, TREBLE_HZ = 60, 9000
-TONE_FRAMES = FRAME_RATE // 5  # whole periods of both tones
 
 
 def part_of_track(sheet, number, second):
@@ -27,16 +19,6 @@ def part_of_track(sheet, number, second):
     track = track_samples(disc_samples(sheet), number, SECONDS)
     start = bytes_of(second)
     return track[start:start + bytes_of(1) // 4]
-
-
-def start_playing(desktop, program, output="default", seconds=SECONDS):
-    started, sheet, destination = start_with_disc(desktop, program, seconds, output)
-    panel = PlayerPanel(started)
-    panel.switch_on()
-    panel.press("Play")
-    panel.wait_for_position("a second of the first track", lambda track, second: track == 1 and
-                            second >= 1)
-    return started, panel, sheet, destination
 
 
 def wait_for_played(server, part, what, start=0):
@@ -93,120 +75,6 @@ def a_disc_is_played_and_heard(desktop, program):
     panel.press("Previous Track")
     panel.wait_for_position("the first track", lambda track, second: (track, second) == (1, 0))
     check(not any(server.latest()), "there is sound after a skip without playing")
-    close(started)
-
-
-def write_tones(sheet):
-    """Replaces the samples of an image by a low and a high tone."""
-    binary = sheet.with_suffix(".bin")
-    period = array.array("h")
-    for frame in range(TONE_FRAMES):
-        value = round(sum(5000 * math.sin(2 * math.pi * hertz * frame / FRAME_RATE)
-                          for hertz in (BASS_HZ, TREBLE_HZ)))
-        period.extend((value, value))
-    size = binary.stat().st_size
-    binary.write_bytes((period.tobytes() * (size // len(period.tobytes()) + 1))[:size])
-
-
-def tone_level(server, hertz):
-    """The amplitude of a tone in the latest sound of the server; None if the
-    server has not played enough."""
-    heard = array.array("h", server.latest())[0::2][-TONE_FRAMES:]
-    if len(heard) < TONE_FRAMES:
-        return None
-    turns = [2 * math.pi * hertz * frame / FRAME_RATE for frame in range(TONE_FRAMES)]
-    real = sum(value * math.cos(turn) for value, turn in zip(heard, turns))
-    imaginary = sum(value * math.sin(turn) for value, turn in zip(heard, turns))
-    return 2 * math.hypot(real, imaginary) / TONE_FRAMES
-
-
-def wait_for_levels(server, what, bass, treble):
-    """Waits until the amplitudes of both tones are within these bounds."""
-    def heard():
-        levels = [tone_level(server, hertz) for hertz in (BASS_HZ, TREBLE_HZ)]
-        return None not in levels and all(low <= level <= high for level, (low, high) in
-                                          zip(levels, (bass, treble)))
-    wait_for(what, heard)
-
-
-def each_slider_is_heard(desktop, program):
-    server = SoundServer(desktop)
-    sheet = make_disc(desktop.home / "discs", tracks=2, seconds=90)
-    write_tones(sheet)
-    desktop.write_store(sheet, desktop.home / "My Music", "default")
-    started = Program(desktop, program)
-    started.wait_for_window()
-    panel = PlayerPanel(started)
-    panel.switch_on()
-    at_rest = wait_for("a flat trace", lambda: (rows := panel.trace_rows()) and len(rows) < 4 and
-                       rows)
-    panel.press("Play")
-    full, soft, low = (4800, 5200), (3800, 4700), (900, 3000)
-    wait_for_levels(server, "both tones as they are on the disc", full, full)
-    wait_for("a trace at the tones' height", lambda: (rows := panel.trace_rows()) and
-             rows[-1] < at_rest[0] - 10)
-    started.activate(TITLE)
-    for name in ("Master", "CD"):
-        started.tab_to(name, "slider")
-        desktop.press(*["Down"] * KEYS)
-        wait_for_levels(server, f"{name} turned down a little", soft, soft)
-        panel.set_to_lowest(name)
-        server.wait_for_silence(f"{name} turned down")
-        desktop.press("End")
-        wait_for(f"the loudest {name}", lambda: panel.number(name) == "10")
-        wait_for_levels(server, f"{name} at its loudest", full, full)
-    for name, levels in (("Bass", (low, full)), ("Treble", (full, low))):
-        panel.set_to_lowest(name)
-        wait_for_levels(server, f"{name} turned down", *levels)
-        desktop.press(*["Prior"] * 5)
-        wait_for(f"the number of {name}", lambda: panel.number(name) in ("4", "5"))
-        wait_for_levels(server, f"{name} in its middle", full, full)
-    panel.press("Stop")
-    wait_for("the trace at rest", lambda: panel.trace_rows() == at_rest)
-    close(started)
-
-
-def lines_are_muted_and_unmuted(server, panel):
-    for line in ("Master", "CD"):
-        panel.switch(line, "Mute")
-        server.wait_for_silence(f"{line} is muted")
-        _, second = panel.position()
-        panel.wait_for_position("a later second while the line is muted",
-                                lambda _, shown: shown > second)
-        check(not any(server.latest()), f"there is sound although {line} is muted")
-        panel.switch(line, "Unmute")
-        server.wait_for_sound(f"{line} is unmuted")
-    panel.switch("Wave", "Mute")
-    wait_for("the muted wave line", lambda: panel.is_muted("Wave"))
-    _, second = panel.position()
-    panel.wait_for_position("going on", lambda _, shown: shown > second)
-    check(any(server.latest()), "muting the wave line has silenced the disc")
-
-
-def sliders_are_moved_by_keys(desktop, started, panel):
-    started.activate(TITLE)
-    for name, before in (("Master", 10), ("CD", 10), ("Bass", 5), ("Treble", 5)):
-        check_equal(panel.number(name), str(before), f"the number of {name}")
-        value = panel.slider(name)
-        started.tab_to(name, "slider")
-        desktop.press(*["Down"] * KEYS)
-        wait_for(f"{name} lower", lambda: panel.slider(name) < value - (KEYS - 0.5) * SMALLEST_STEP)
-        expected = str(int(panel.slider(name)))
-        wait_for(f"the number {expected} of {name}", lambda: panel.number(name) == expected)
-        check(int(expected) < before, f"the number of {name} has not fallen")
-        desktop.press(*["Up"] * KEYS)
-        wait_for(f"{name} as before", lambda: panel.number(name) == str(before))
-
-
-def the_mixer_is_operated_and_heard(desktop, program):
-    server = SoundServer(desktop)
-    started, panel, _, _ = start_playing(desktop, program)
-    # The power switch unmutes both lines.
-    server.wait_for_sound("unmuted")
-    lines_are_muted_and_unmuted(server, panel)
-    sliders_are_moved_by_keys(desktop, started, panel)
-    panel.set_to_lowest("Master")
-    server.wait_for_silence("turned down")
     close(started)
 
 
@@ -413,8 +281,7 @@ def another_disc_replaces_the_playing_disc(desktop, program):
 
 
 if __name__ == "__main__":
-    run(a_disc_is_played_and_heard, the_mixer_is_operated_and_heard, each_slider_is_heard,
-        the_menus_resize_and_close_the_panel, the_panel_is_dragged_by_its_display,
-        the_panel_is_operated_by_keyboard,
+    run(a_disc_is_played_and_heard, the_menus_resize_and_close_the_panel,
+        the_panel_is_dragged_by_its_display, the_panel_is_operated_by_keyboard,
         an_ejected_disc_is_detected, a_capture_switches_the_player_off_and_is_silent,
         another_disc_replaces_the_playing_disc, the_playing_disc_is_removed)
