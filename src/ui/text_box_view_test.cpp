@@ -53,7 +53,7 @@ TEST_F(TextBoxViewTest, ATextSetByCodeIsShownAndTheCaretKeepsItsPositionOrStaysA
     EXPECT_EQ(view.cursorPosition(), 11);
 }
 
-TEST_F(TextBoxViewTest, ShowsTheTextThatTheHandlerHasSet) {
+TEST_F(TextBoxViewTest, ShowsTheTextThatTheChangeHandlerSets) {
     model.onChange = [this] {
         std::string lower = model.text();
         for (char& c : lower) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The interface through which the work tree uses the file finder: one search of a folder at a time,
-// and the list of its results. The finder's window and its other uses are not part of it.
+// and the list of its results. The finder's window and the finder's other uses are not part of
+// this interface.
 #pragma once
 
 #include <string>

@@ -22,8 +22,9 @@ void OpenFile::mnuOpenfile_Click() {
     if (FileName_.empty()) {
         return;
     }
-    // After a cancel this is the name from the previous use, which is rejected because it is
-    // already in the tree. The ending is not checked here: only the dialog's filter limits it.
+    // After a cancel, FileName_ is still the name from the previous use, which is rejected because
+    // it is already in the tree. The ending is not checked here: only the dialog's filter limits
+    // it.
     adder_.Cmaddfile2(FileName_);
 }
 

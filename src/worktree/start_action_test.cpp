@@ -143,7 +143,7 @@ TEST_F(StartActionTest, TheDiskGuardsTimerRunsDuringTheActionIfTheWarningIsOn) {
     EXPECT_FALSE(form.tmrWarning.enabled());
 }
 
-TEST_F(StartActionTest, MinimizesOnlyForTheValueOne) {
+TEST_F(StartActionTest, MinimizesOnlyIfTheSettingIsOne) {
     int minimized = 0;
     form.mnuMinimize.onClick = [&] {
         ++minimized;
@@ -193,7 +193,7 @@ TEST_F(StartActionTest, ReturnsToIdleOnlyAfterTheEndOfAStoppedAction) {
     EXPECT_TRUE(process.stopRequested);
 }
 
-TEST_F(StartActionTest, TheNodeSelectedAfterMinimizingIsUsed) {
+TEST_F(StartActionTest, ASelectionDuringMinimizingDeterminesTheAction) {
     process.settings.minimizeOnStart = 1;
     form.mnuMinimize.onClick = [this] {
         select("MP3 Files");

@@ -7,8 +7,9 @@ namespace sonarith {
 
 namespace {
 
-/// Indices of the two groups of tracks after a first build. After a later build other nodes have
-/// these indices, and a track is moved under one of those nodes (for example "WAV Files").
+/// Indices of the two groups of tracks after the first build of the tree. After a later build other
+/// nodes have these indices, and a track is moved under one of those nodes (for example "WAV
+/// Files").
 constexpr int selectedTracksIndex = 2;
 constexpr int availableTracksIndex = 3;
 

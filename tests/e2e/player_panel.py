@@ -8,7 +8,7 @@ from scenes import start_with_disc
 from waiting import wait_for
 
 TITLE = "CD Player"
-SECONDS = 30
+SECONDS = 30  # length of each track
 
 
 class PlayerPanel:

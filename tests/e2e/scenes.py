@@ -55,7 +55,7 @@ def row_of(path):
     return "\\".join(["h:", *below_home]).lower()
 
 
-def check_box(started, text):
+def close_message_box(started, text):
     """Waits for a message box with this text and closes it by its button."""
     wait_for(f"the message box {text!r}", lambda: started.find(text, "label"))
     started.click("OK", "push button")

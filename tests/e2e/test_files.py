@@ -4,7 +4,8 @@ how they are dragged, renamed, removed from the list and deleted."""
 
 from driver import run
 from mp3 import make_mp3
-from scenes import check_box, close, go_to_row, music_folder, row_of, start_in, start_row
+from scenes import (close, close_message_box, go_to_row, music_folder, row_of, start_in,
+                    start_row)
 from sound import bytes_of
 from waiting import check, check_equal, wait_for
 
@@ -99,7 +100,7 @@ def an_mp3_is_dragged_to_the_selected_files_and_back(desktop, program):
     wait_for_groups(started, [], ["one.mp3", "two.mp3"])
     # The logic's list of selected files is empty, like the group.
     start_row(started, "Selected MP3 Files")
-    check_box(started, NONE_SELECTED)
+    close_message_box(started, NONE_SELECTED)
     check_equal(content_of(destination), content, "the files")
     close(started)
 
@@ -113,7 +114,7 @@ def dragging_all_mp3s_to_the_selected_files_empties_the_list(desktop, program):
         wait_for(f"{row} among the selected", lambda: row in started.group("Selected MP3 Files"))
     wait_for_groups(started, rows, [])
     start_row(started, "MP3 Files")
-    check_box(started, NO_FILES)
+    close_message_box(started, NO_FILES)
     check_equal(content_of(destination), content, "the files")
     close(started)
 
@@ -224,7 +225,7 @@ def removing_from_the_list_keeps_the_file(desktop, program):
     desktop.press("r")
     wait_for_groups(started, [], [])
     start_row(started, "MP3 Files")
-    check_box(started, NO_FILES)
+    close_message_box(started, NO_FILES)
     check_equal(content_of(destination), content, "the files")
     close(started)
 

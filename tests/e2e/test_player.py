@@ -15,7 +15,7 @@ TRANSPORT = ("Previous Track", "Play", "Pause", "Stop", "Next Track")
 
 
 def part_of_track(sheet, number, second):
-    """A quarter of a second of a track."""
+    """A quarter of a second of a track, starting at `second`."""
     track = track_samples(disc_samples(sheet), number, SECONDS)
     start = bytes_of(second)
     return track[start:start + bytes_of(1) // 4]
@@ -149,7 +149,8 @@ def the_panel_is_dragged_by_its_display(desktop, program):
     for name, role in (("Track and time", "text"), ("Display", None), ("Level meter", None),
                        ("Sound Level Meter", None)):
         before = wait_for("a panel at rest", settled_extents(started, name, role))
-        # At the left edge of the element: other widgets cover the middle of some elements.
+        # The drag starts at the left edge of the element, because other widgets cover the middle
+        # of some elements.
         grip = (before.x + 3, before.y + before.height // 2)
         desktop.drag(grip, (grip[0] - 60, grip[1] + 45))
         def moved():

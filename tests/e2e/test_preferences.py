@@ -9,7 +9,8 @@ import subprocess
 
 from driver import make_disc, run
 from program import Program
-from scenes import check_box, close, start_in, start_track, start_with_disc, wavs_by_track
+from scenes import (close, close_message_box, start_in, start_track, start_with_disc,
+                    wavs_by_track)
 from sound import beginning_of_track, bytes_of, disc_samples
 from waiting import check, check_equal, wait_for
 
@@ -205,7 +206,7 @@ def a_new_destination_is_created(desktop, program):
     started.type_into("Name of the new directory", "")
     desktop.press("BackSpace")
     started.click("Create", "push button")
-    check_box(started, "Enter a name for the Destination directory")
+    close_message_box(started, "Enter a name for the Destination directory")
     started.type_into("Name of the new directory", "New Ones")
     started.click("Create", "push button")
     wait_for("the new folder", lambda: (desktop.home / "Records" / "New Ones").is_dir())
@@ -283,13 +284,14 @@ def destinations_with_unusual_names_are_created(desktop, program):
 
 def check_destination_is_refused(desktop, program, destination):
     started = start_with_destination(desktop, program, destination)
-    check_box(started, "Error While Attempting to Create Directories on Destination Drive.")
+    close_message_box(started,
+                      "Error While Attempting to Create Directories on Destination Drive.")
     if destination.is_relative_to(desktop.home):
         path = "H:\\" + str(destination.relative_to(desktop.home))
     else:
         path = "C:" + str(destination).replace("/", "\\")
-    check_box(started, f"Error in creating the path {path}"
-              "  Create a new Destination path using the selection controls")
+    close_message_box(started, f"Error in creating the path {path}"
+                      "  Create a new Destination path using the selection controls")
     started.wait_for_window()
     started.open_window(TITLE, TITLE)
     close(started)

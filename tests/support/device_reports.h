@@ -19,6 +19,7 @@ class DeviceReports {
             states_.push_back(state);
         };
     }
+    /// Whether `state` has been reported.
     [[nodiscard]] bool hold(sound::DeviceState state) {
         const std::lock_guard lock(mutex_);
         return std::find(states_.begin(), states_.end(), state) != states_.end();

@@ -45,7 +45,7 @@ class ExtractionBench : public FakeMachine {
             form.Timer1.setEnabled(false);
             form.ClearActivity();
         };
-        // The groups that the jobs read or extend.
+        // Adds the groups that the jobs read or extend.
         for (const char* group :
              {"Selected Tracks", "Available Tracks", "WAV Files", "MP3 Files"}) {
             static_cast<void>(form.TreeView1.add(nullptr, std::string("g ") + group, group, 2, 5));

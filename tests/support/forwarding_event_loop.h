@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// An event loop that passes every call on to another one. A test derives from it to observe or to
-// replace a single operation.
+// An event loop that passes every call on to another event loop. A test derives from this
+// class to observe or to replace a single operation.
 #pragma once
 
 #include <cstdlib>
@@ -14,7 +14,7 @@ namespace sonarith::test {
 
 class ForwardingEventLoop : public EventLoop {
   public:
-    /// `target` must outlive this.
+    /// `target` must outlive this object.
     explicit ForwardingEventLoop(EventLoop& target) : target_(target) {}
 
     void yield() override { target_.yield(); }

@@ -85,7 +85,7 @@ class HeldCalls {
     /// objects whose threads would otherwise not end. Such objects must be declared before this
     /// object, since a body that has not finished in time may still create them.
     void atEnd(std::function<void()> step) { atEnd_ = std::move(step); }
-    /// Waits until a call has been held, for half a minute at most. Returns whether one has.
+    /// Waits until a call has been held, for half a minute at most. Returns whether this happened.
     bool waitForCall() {
         return fakes::eventually([this] { return held_ > 0; });
     }

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Simulates a disc and a recorder that are controlled by device commands, in the time of an event
 // loop: the disc's position advances while it plays, and the number of recorded bytes grows while
-// the recorder runs. Saves are logged. For ScriptedMediaControl::device. Supports the commands that
-// the inspection, the extraction and the player send; all other commands fail.
+// the recorder runs. Saves are logged. device() is assigned to ScriptedMediaControl::device.
+// Supports the commands that the inspection, the extraction and the player send; all other commands
+// fail.
 //
 //     SimulatedDisc disc(loop, {185000, 240000});
 //     media.device = disc.device();
@@ -222,7 +223,8 @@ class SimulatedDisc {
                                lengthsMs_.begin() + static_cast<std::ptrdiff_t>(track - 1),
                                std::int64_t{0});
     }
-    /// The position in milliseconds for a number in a command, which has the current time format.
+    /// The position in milliseconds that a number in a command means in the current time format. In
+    /// tmsf the number is that of a track. No value if this track does not exist.
     [[nodiscard]] std::optional<std::int64_t> placeOf(std::int64_t number) const {
         if (format_ != Format::tmsf) {
             return number;
