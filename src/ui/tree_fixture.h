@@ -117,7 +117,7 @@ class TreeFixture : public testing::Test {
     void releaseAt(const NodeRef& node, Qt::MouseButton button = Qt::LeftButton) {
         QTest::mouseRelease(widget().viewport(), button, {}, placeOf(node));
     }
-    /// Moves the pointer over a node with the left button down.
+    /// Moves the pointer over a node while the left button is down.
     void moveTo(const NodeRef& node) { movePointer(placeOf(node)); }
     void movePointer(const QPoint& at) {
         QWidget* viewport = widget().viewport();

@@ -25,7 +25,7 @@ class TreeModel : public QAbstractItemModel {
     void afterRemove() { endRemoveRows(); }
     void beforeMove(const NodeRef& node, const NodeRef& parent, int position);
     void afterMove() { endMoveRows(); }
-    /// The node's text or picture has changed.
+    /// Must be called after the node's text or picture has changed.
     void nodeChanged(const NodeRef& node);
 
     [[nodiscard]] QModelIndex index(int row, int column,

@@ -272,7 +272,7 @@ bool TreeWidget::event(QEvent* event) {
         }
         break;
     case QEvent::KeyPress:
-        // Handled here, before Qt uses the tab key to move the focus.
+        // The key is handled here, before Qt uses the tab key to move the focus.
         if (dragging()) {
             keyWhileDragging(static_cast<QKeyEvent&>(*event));
             return true;

@@ -27,7 +27,7 @@ void LabelEdit::TreeView1_AfterLabelEdit(bool& cancel, const std::string& newTex
     if (rename(newText).ok()) {
         return;
     }
-    // The label must keep the name of the existing file.
+    // The file keeps its old name, so the label must keep it, too.
     cancel = true;
     form_.TreeView1.startLabelEdit().passOver();
     takeAsSelection(drag_.DragNode);

@@ -103,7 +103,7 @@ TEST_F(LabelEditTest, AnMp3IsSearchedInTheListsOfMp3Files) {
     EXPECT_THAT(lines(form.List4), ElementsAre("x", "c:\\music\\m.mp3"));
 }
 
-TEST_F(LabelEditTest, ASelectedWavIsFoundInTheSecondListAndOnlyOneEntryIsRenamed) {
+TEST_F(LabelEditTest, AWavIsAlsoFoundInTheListOfSelectedWavsAndOnlyOneEntryIsRenamed) {
     disk.addFile("d:\\a.wav", "d");
     fill(form.List1, {"c:\\music\\taken.wav"});
     fill(form.List5, {"d:\\a.wav", "c:\\music\\a.wav"});
@@ -173,7 +173,7 @@ TEST_F(LabelEditTest, AnEndingOfMixedCaseRenamesButDoesNotSetDragNode) {
     EXPECT_NE(node("n.Wav"), nullptr);
 }
 
-TEST_F(LabelEditTest, AnExistingNameChangesNothingAndOpensTheEditorAgain) {
+TEST_F(LabelEditTest, TheNameOfAnotherFileChangesNothingAndOpensTheEditorAgain) {
     const NodeRef file = node("a.wav");
     relabel("a.wav", "taken.wav");
     EXPECT_EQ(contentOf("c:\\music\\taken.wav"), "c:\\music\\taken.wav");
@@ -207,7 +207,7 @@ TEST_F(LabelEditTest, NothingIsRenamedIfTheTreeWasEmptiedDuringTheEdit) {
     EXPECT_THAT(disk.log, IsEmpty());
 }
 
-TEST_F(LabelEditTest, AFullPathAsLabelFailsAndOpensTheEditorAgain) {
+TEST_F(LabelEditTest, AFullPathAsTheNewNameFailsAndOpensTheEditorAgain) {
     process.settings.showFullPath = 1;
     view.clear();
     tree.showfiles();

@@ -86,7 +86,7 @@ TEST_F(PopupMenuTest, FourGroupsCanBeStarted) {
     }
 }
 
-TEST_F(PopupMenuTest, AGroupOfWavFilesKeepsThePreviousState) {
+TEST_F(PopupMenuTest, ForAGroupOfWavFilesTheEntriesKeepTheirState) {
     open(node(mp3File));
     EXPECT_EQ(open(node("WAV Files")), "DSR");
     open(node(wavFile));

@@ -17,7 +17,7 @@ class ActionStarter {
     ActionStarter(const ActionStarter&) = delete;
     ActionStarter& operator=(const ActionStarter&) = delete;
 
-    /// The button "Start ". Returns only when the action has ended.
+    /// Handles a click on the button "Start ". Returns only when the action has ended.
     void CmdSelectAction_Click();
 
   private:

@@ -203,7 +203,7 @@ TEST_F(TreeDragTest, AnEventOverTheSameNodeAsBeforeDoesNothing) {
     EXPECT_THAT(childrenOf("Selected MP3 Files"), ElementsAre(mp3));
 }
 
-TEST_F(TreeDragTest, TwoAcceptingNodesMoveTheItemThereAndBack) {
+TEST_F(TreeDragTest, ADragOverTwoAcceptingNodesMovesTheItemThereAndBack) {
     beginDrag(mp3);
     dragOver("Selected MP3 Files");
     dragOver("MP3 Files");

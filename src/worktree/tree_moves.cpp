@@ -16,7 +16,7 @@ constexpr int availableTracksIndex = 3;
 enum class Neighbour { before, after };
 
 struct FileMove {
-    const char* group; ///< text of the node or of its parent
+    const char* group; ///< text of the node that moves, or of its parent
     Neighbour target;  ///< which sibling of the node's parent takes the node
 };
 
@@ -78,8 +78,8 @@ void TreeMoves::moveUnderNode(int index) {
 /// Removes the nodes of the group "Available Tracks" and adds new nodes in the order of lstTracks.
 void TreeMoves::rebuildAvailableTracks() {
     TreeView& tree = form_.TreeView1;
-    // From the last to the first, so that a long group is removed in linear time. Removes all
-    // children, including those that are not tracks.
+    // Removes the nodes from the last to the first, so that a long group is removed in linear time.
+    // Removes all children, including those that are not tracks.
     for (int i = tree.count(); i >= 2; --i) {
         if (parentText(tree.node(i)) == availableTracksText) {
             tree.remove(i).passOver();

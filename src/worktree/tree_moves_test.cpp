@@ -211,7 +211,7 @@ TEST_F(TreeMovesTest, ADoubleClickOutsideTheNodesMovesOnlyTheSelectedWavsEntry) 
     EXPECT_THAT(lines(form.List5), ElementsAre(wav));
 }
 
-TEST_F(TreeMovesTest, DragNodeAndSelectionMayDifferAndThenDragNodeIsMoved) {
+TEST_F(TreeMovesTest, IfDragNodeAndSelectionDifferDragNodeIsMoved) {
     view.setSelectedItem(node(t1)).passOver();
     drag.DragNode = node(t3);
     moves.moveSelected();

@@ -77,8 +77,8 @@ TEST_F(Showfiles3Test, PassesTheEntrysNumberToFileAdderInsteadOfThePath) {
     const auto before = outline();
     EXPECT_EQ(timeOfShowfiles3(), 300ms);
     EXPECT_EQ(outline(), before);
-    // The current folder contains a file with that number as its name: SplitDir shows that the
-    // adder was called with this name.
+    // The current folder contains a file whose name is the number of the entry: SplitDir shows
+    // that the adder was called with this name.
     disk.changeFolder("c:\\sonarith").passOver();
     disk.addFile("c:\\sonarith\\2", std::string(100, 'x'));
     process.SplitDir = "untouched";

@@ -121,7 +121,7 @@ TEST_F(ShowfilesTest, WithoutFullPathsShowsTheBaseWithALowerCaseEnding) {
     tree.showfiles();
     EXPECT_THAT(childrenOf("WAV Files"), ElementsAre("Name.wav"));
     EXPECT_EQ(node("Name.wav")->key(), "p Name.wav");
-    // Four characters are removed, whatever they are.
+    // The last four characters of the name are removed, whatever they are.
     EXPECT_THAT(childrenOf("MP3 Files"), ElementsAre("Tune.mp3", "Long..mp3"));
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\Name.WAV"));
 }

@@ -30,7 +30,7 @@ void checkLengths(const Mp3Info& info) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
     require(windows1252Of(textOfWindows1252(bytes)) == bytes);
-    // Any text in a box of the window can be written as a tag.
+    // Any text in a box of the playlist editor can be written as a tag.
     static_cast<void>(id3v1Tag({.title = std::string(bytes)}));
     require(windows1252Of(bytes).size() <= characterCount(bytes));
 

@@ -20,7 +20,8 @@ namespace {
 using test::SecondOpinion;
 
 constexpr int samplesPerFrame = 1152; // of MPEG 1 Layer III
-/// Not near a whole second, so that one frame more or less does not change the duration in seconds.
+/// This length is not near a whole second, so that one frame more or less does not change the
+/// duration in seconds.
 constexpr double soundSeconds = 2.5;
 
 /// Noise whose volume changes, so that an encoder with a variable bit rate uses several rates.

@@ -235,7 +235,7 @@ TEST_F(PreferencesOnDisk, AllSettingsAreKeptAcrossARestart) {
     EXPECT_THAT(next.messages(), IsEmpty());
 }
 
-TEST(PreferencesWithAHangingDestination, ShowTheTwoMessagesAndLoadTheirWindow) {
+TEST(PreferencesWithAHangingDestination, ShowTwoErrorMessagesAndLoadTheirWindow) {
     test::HangingWorld world;
     test::FakeSettingsStore store;
     store.put(settingsSection, decodePathKey, "e:\\Music\\Wav");

@@ -62,7 +62,7 @@ struct FakeMachine {
         Tray* tray = nullptr;
         SystemInformation* system = nullptr;
     };
-    /// The objects in `other`, and this one, must outlive the result.
+    /// The objects in `other`, and this object, must outlive the result.
     [[nodiscard]] Platform platformWith(const OtherParts& other) {
         const auto chosen = [](auto* part, auto& fake) -> decltype(*part) {
             return part != nullptr ? *part : fake;

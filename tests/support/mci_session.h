@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Creates a command interpreter on a machine of fakes, and compares its replies: for tests that
-// send commands.
+// Creates a command interpreter on a machine of fakes, for tests that send commands. The replies
+// can be compared and printed.
 #pragma once
 
 #include <memory>

@@ -45,7 +45,7 @@ struct Mp3Bytes {
     }
 };
 
-/// A field of a tag, padded with blanks.
+/// A field of a tag, padded with `filler` or cut to `length` bytes.
 inline std::string padded(std::string text, std::size_t length, char filler = ' ') {
     text.resize(length, filler);
     return text;

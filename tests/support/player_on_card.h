@@ -26,7 +26,7 @@ namespace sonarith::test {
 
 class PlayerOnCard {
   public:
-    /// `now` is the clock of the card: its times are those that the caller passes to
+    /// `now` is the clock of the card: the caller must pass times of this clock to
     /// card.advance().
     PlayerOnCard(std::shared_ptr<disc::Drive> drive, std::function<sound::SoundCard::Time()> now)
         : media(
