@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A test fixture for tests of the CD player within the whole application. It switches the player on
+// and reports whether it is off and whether the disc is muted.
+#pragma once
+
+#include <chrono>
+
+#include <gtest/gtest.h>
+
+#include "support/application_bench.h"
+
+namespace sonarith {
+
+inline constexpr const char* muteKey = "mute button";
+
+struct PlayerInApplication : testing::Test {
+    test::ApplicationBench bench{{60000, 60000}};
+    Form4& panel = bench.windows.Form4;
+
+    [[nodiscard]] bool discMuted() const {
+        return bench.mixer.value(mixer_line::compactDisc, mixer_control::mute) == 1;
+    }
+    void switchOnAndPlay() {
+        panel.OptCD.choose();
+        bench.loop.advance(std::chrono::seconds(1));
+        panel.play.click();
+        EXPECT_TRUE(bench.disc.playing());
+    }
+    [[nodiscard]] bool playerOff() const {
+        return !bench.waveInput.isOpen && !panel.Timer6.enabled() && !panel.Timer3.enabled();
+    }
+};
+
+} // namespace sonarith
