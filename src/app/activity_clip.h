@@ -19,8 +19,8 @@ class ActivityClip {
     ActivityClip(const ActivityClip&) = delete;
     ActivityClip& operator=(const ActivityClip&) = delete;
 
-    /// Opens the clip "download.avi" of the program folder in Picture6 and plays it. If the clip
-    /// cannot be placed there, a message is shown.
+    /// Plays the clip "download.avi", a file in the program folder, inside Picture6. If the clip
+    /// cannot be placed inside Picture6, a message is shown.
     void Timeravi_Timer();
 
   private:

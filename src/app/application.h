@@ -23,14 +23,15 @@ namespace sonarith {
 
 class Application {
   public:
-    /// The parts of `platform` must outlive the application. The constructor runs no step of the
-    /// logic.
+    /// The parts of `platform` must outlive the application. The constructor only connects the
+    /// subsystems and their forms.
     explicit Application(const Platform& platform);
     Application(const Application&) = delete;
     Application& operator=(const Application&) = delete;
 
-    /// Makes the program's folder the current folder and loads the main window. The load yields,
-    /// and the program may end before start() returns.
+    /// Makes the program's folder the current folder and loads the main window. The load yields:
+    /// it lets the event loop handle the events that are due. So the program may end before start()
+    /// returns.
     void start();
 
     /// Call after another disc or drive was chosen. Runs "Refresh List"; a player that is on opens
@@ -39,8 +40,8 @@ class Application {
 
     [[nodiscard]] Windows& windows() { return windows_; }
     [[nodiscard]] ProcessState& process() { return process_; }
-    /// Whether an extraction is running. It opens the drive for each of its tracks, so the user
-    /// must not choose another drive during it.
+    /// Whether an extraction is running. An extraction opens the drive anew for each track, so the
+    /// user must not choose another drive before the extraction has ended.
     [[nodiscard]] bool driveInUse() const { return extraction_.capture.running(); }
 
   private:

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests through the whole application how files are added and MP3 files are decoded to WAV: by the
-// tree's events, with every stop, and with the end of the program at every yield.
+// Tests the editing of the tree and the decoding of MP3 files through the whole application. Each
+// way to stop a decoding, and each way to end the program, is tested at every yield of a decoding.
+// A yield is a call in which a running handler lets the event loop handle the events that are due.
 #include <functional>
 #include <string>
 #include <vector>
@@ -21,7 +22,8 @@ using testing::IsEmpty;
 const std::string folder = ApplicationBench::destination;
 
 /// The started program with three MP3 files in the destination folder. The tree shows their names
-/// without the folder. Decoding a file takes 1.2 s, a few ticks.
+/// without the folder. Decoding a file takes 1.2 s, a few ticks of the
+/// timer that watches a decoding.
 struct DecodingBench : ApplicationBench {
     DecodingBench() : ApplicationBench({1000, 1000}) {
         for (const char* name : {"c", "b", "a"}) {
@@ -138,6 +140,7 @@ struct Ending {
     std::function<void(DecodingBench&)> run;
 };
 
+/// Command2 is the button "Cancel"; Command8 is a hidden button that stops the current action.
 std::vector<Ending> stops() {
     return {
         {"Command2",
@@ -215,6 +218,7 @@ TEST(StopOfADecodingAction, KeepsTheDecodedFileAndTheDecodedPartOfTheNext) {
 // --- every end -----------------------------------------------------------------------------------
 
 TEST(EndDuringADecodingAction, AtEveryYieldEndsTheProgram) {
+    // Command5 is the button "Exit".
     const Ending ends[] = {
         {"close",
          [](DecodingBench& bench) {
@@ -255,7 +259,8 @@ TEST(EndDuringADecodingAction, EndsTheWaitForAMissingFileWhichTheStopButtonDoesN
     for (const std::string& path : bench.lines(bench.form.List2)) {
         bench.files.removeFile(path).passOver();
     }
-    // The stop button Command2 does not end this wait; closing the window does.
+    // The button "Cancel" (Command2) does not end the wait for a missing file. Closing the window
+    // ends it.
     bench.loop.after(1h, [&] { bench.form.Command2.click(); });
     bench.loop.after(2h, [&] { bench.form.unload(); });
     const auto start = bench.loop.now();

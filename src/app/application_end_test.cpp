@@ -25,7 +25,9 @@ struct EndKind {
     std::function<void(ApplicationBench&)> end;
 };
 
-/// The ways in which the user can end the program.
+/// The ways in which the user can end the program. Command5 is the button "Exit", mnuEnd the entry
+/// "Shutdown program" of the tray icon's menu. Command8 is a hidden button that stops the current
+/// action.
 std::vector<EndKind> endKinds() {
     return {
         {"close",
@@ -112,7 +114,7 @@ TEST(EveryEnd, AtEveryYieldOfACaptureEndsTheProgram) {
     }
 }
 
-TEST(EveryEnd, BetweenTwoTicksSavesTheCapturedPart) {
+TEST(EveryEnd, BetweenTwoTicksOfTheCapturesTimerSavesTheCapturedPart) {
     for (const EndKind& kind : endKinds()) {
         for (auto moment = 50ms; moment < 400ms; moment += 100ms) {
             SCOPED_TRACE(kind.name + " after " + std::to_string(moment.count()) + " ms");
@@ -175,9 +177,10 @@ TEST(EveryEnd, AtEveryYieldOfTheStartEndsTheProgram) {
     }
 }
 
-TEST(EveryEnd, InsideTheInspectionsMessageBoxEndsTheProgram) {
+TEST(EveryEnd, InsideTheMessageBoxOfTheDiscInspectionEndsTheProgram) {
     for (const EndKind& kind : endKinds()) {
         SCOPED_TRACE(kind.name);
+        // The inspection reads the disc's tracks. It shows a message box for a disc with one track.
         ApplicationBench bench({200});
         bench.boxes.whileUp = [&](const test::ShownBox&) {
             kind.end(bench);
@@ -190,14 +193,15 @@ TEST(EveryEnd, InsideTheInspectionsMessageBoxEndsTheProgram) {
     }
 }
 
-TEST(SecondClose, WaitsForTheFirstCloseToEnd) {
+TEST(SecondClose, ReturnsAndLeavesTheEndOfTheProgramToTheFirstClose) {
     ApplicationBench bench({60000, 60000});
     bench.application.start();
     bench.select("Available Tracks");
     int closesReturned = 0;
     bench.loop.after(1s, [&] {
         bench.loop.after(100ms, [&] {
-            // The first close is saving the capture.
+            // The first close has saved the capture and waits 300 ms before it adds the file to the
+            // tree.
             bench.form.unload();
             ++closesReturned;
         });
@@ -225,8 +229,9 @@ TEST(ExitDuringAClose, EndsTheProgramAtOnce) {
     EXPECT_THAT(bench.disc.saved, ElementsAre(SavedCapture{ApplicationBench::savedAs(1), 176400}));
 }
 
-/// The program captures a track of one minute, and its window is closed; while the close waits
-/// until the capture has been added to the tree, "Start " is pressed again.
+/// Starts the program and selects a track of one minute. After 1 s the window is closed. 100 ms
+/// later, while the close waits before it adds the captured file to the tree, "Start " is pressed
+/// and begins a second capture. The caller begins the first capture.
 void startWithinAClose(ApplicationBench& bench) {
     bench.application.start();
     bench.select("Track  1 - 00:01:00");
@@ -236,7 +241,7 @@ void startWithinAClose(ApplicationBench& bench) {
     });
 }
 
-TEST(StartWithinAClose, IsStoppedAndSavedByTheNextClose) {
+TEST(CaptureStartedWithinAClose, IsStoppedAndSavedByTheNextClose) {
     ApplicationBench bench({60000, 60000});
     startWithinAClose(bench);
     bench.loop.after(3s, [&] { bench.form.unload(); });
@@ -246,7 +251,7 @@ TEST(StartWithinAClose, IsStoppedAndSavedByTheNextClose) {
     EXPECT_THAT(bench.disc.saved, SizeIs(2));
 }
 
-TEST(StartWithinAClose, IsStoppedAndSavedByExit) {
+TEST(CaptureStartedWithinAClose, IsStoppedAndSavedByExit) {
     ApplicationBench bench({60000, 60000});
     startWithinAClose(bench);
     bench.loop.after(3s, [&] { bench.form.Command5.click(); });

@@ -51,7 +51,7 @@ TEST_F(PlayerInApplication, IsSwitchedOffAndMutedBeforeAnActionAndTheCaptureIsCo
     EXPECT_FALSE(discMuted());
 }
 
-TEST_F(PlayerInApplication, AnotherDiscThatIsChosenIsReadByTheMainWindowAndByThePlayer) {
+TEST_F(PlayerInApplication, AndTheMainWindowReadADiscThatIsChosenWhileThePlayerIsOn) {
     bench.application.start();
     switchOnAndPlay();
     bench.disc.insert({5000, 6000, 7000});
@@ -63,8 +63,8 @@ TEST_F(PlayerInApplication, AnotherDiscThatIsChosenIsReadByTheMainWindowAndByThe
     EXPECT_EQ(panel.tracktime.caption(), "Track time: 00:05:00");
     EXPECT_TRUE(bench.boxes.shown.empty());
 
-    // If the drive is empty, the main window leaves its device open and shows a message box, during
-    // which the timers run.
+    // If the drive is empty, the main window leaves the CD device open and shows a message box. The
+    // timers run while the box is shown.
     bench.disc.remove();
     bench.boxes.whileUp = [&](const test::ShownBox&) {
         bench.loop.advance(3s);
@@ -78,7 +78,7 @@ TEST_F(PlayerInApplication, AnotherDiscThatIsChosenIsReadByTheMainWindowAndByThe
     EXPECT_EQ(panel.tracktime.caption(), "Track time: 00:08:00");
 }
 
-TEST_F(PlayerInApplication, MutesTheDiscBeforeAnActionEvenIfThePlayerIsAlreadyOff) {
+TEST_F(PlayerInApplication, MutesTheDiscForAnActionEvenIfThePlayerIsAlreadyOff) {
     bench.store.put("Settings", muteKey, "0");
     bench.application.start();
     EXPECT_FALSE(discMuted());
@@ -87,7 +87,7 @@ TEST_F(PlayerInApplication, MutesTheDiscBeforeAnActionEvenIfThePlayerIsAlreadyOf
     EXPECT_TRUE(discMuted());
 }
 
-TEST_F(PlayerInApplication, DoesNotMuteTheDiscWhileItsPanelIsClosed) {
+TEST_F(PlayerInApplication, DoesNotMuteTheDiscForAnActionWhileThePlayersPanelIsClosed) {
     bench.store.put("Settings", muteKey, "0");
     bench.application.start();
     panel.unload();
@@ -100,8 +100,8 @@ TEST_F(PlayerInApplication, DoesNotMuteTheDiscWhileItsPanelIsClosed) {
 }
 
 TEST_F(PlayerInApplication, StaysOnIfTheCaptureIsStartedByCmdStart) {
-    // Only CmdSelectAction switches the player off. The capture that cmdStart starts finds the disc
-    // in use.
+    // Only the button "Start " (CmdSelectAction) switches the player off. So the capture, which the
+    // hidden button cmdStart starts here, finds the disc in use.
     bench.application.start();
     switchOnAndPlay();
     bench.select("Track  1 - 00:01:00");

@@ -79,8 +79,8 @@ TEST_F(PlayerInApplication, IsShownAfterTheMainWindow) {
         });
     }
     bench.application.start();
-    // The scan of the folder already shows the main window; the panel follows before the last
-    // yield.
+    // The step that lists the destination folder already shows the main window. The panel is shown
+    // before the last yield.
     EXPECT_THAT(seen,
                 ElementsAre("", "", "main", "main", "main", "main", "main", "main", "main panel"));
     EXPECT_EQ(bench.loop.yieldCount(), 9);

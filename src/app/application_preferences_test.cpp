@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Tests the preferences and the disk guard through the whole application: at the start, in an
-// extraction, in a decoding, and at the end of the program.
+// extraction, in a decoding, and at the end of the program. The disk guard warns, or stops the
+// action, when the disk is nearly full.
 #include <algorithm>
 #include <functional>
 #include <string>
@@ -108,7 +109,7 @@ TEST(PreferencesAtTheStart, MuteTheMixerLineOfTheDiscASecondTimeIfTheSettingIs1)
     for (const char* muted : {"1", "0"}) {
         ApplicationBench bench({1000, 1000});
         bench.store.put("Settings", "mute button", muted);
-        int first = -1; // number of changes before the preferences are loaded
+        int first = -1; // how often the mute was set before the preferences are loaded
         const auto changes = [&] {
             return std::count(bench.mixer.log.begin(), bench.mixer.log.end(),
                               std::string("set 4101 20010002 ") + muted);
@@ -134,7 +135,7 @@ TEST(PreferencesAtTheStart, ShowTwoMessagesAndThenTheMainWindowIfTheDestinationC
     EXPECT_EQ(bench.form.Label2.caption(), "x:\\gone\\wav\\");
 }
 
-TEST(PreferencesAtTheEnd, DoNotSaveTheThreeListsIfTheirWindowIsStillOpen) {
+TEST(PreferencesAtTheEnd, DoNotSaveTheChoicesOfTheThreeDropDownListsIfTheWindowIsStillOpen) {
     ApplicationBench bench({1000, 1000});
     bench.application.start();
     bench.form.Copt.click();
@@ -204,7 +205,7 @@ TEST(GuardOfAnExtraction, WarnsThenStopsAndSavesTheCapturedPart) {
     bench.form.CmdSelectAction.click();
 }
 
-TEST(GuardOfAnExtraction, StopsTheCaptureAtItsFirstTickIfTheDriveIsNearlyFull) {
+TEST(GuardOfAnExtraction, StopsTheCaptureAtTheGuardsFirstTickIfTheDriveIsNearlyFull) {
     ApplicationBench bench({60000, 60000});
     leaveFree(bench, 49);
     bench.application.start();
@@ -215,7 +216,7 @@ TEST(GuardOfAnExtraction, StopsTheCaptureAtItsFirstTickIfTheDriveIsNearlyFull) {
 }
 
 TEST(GuardOfAnExtraction, DoesNotStopTheCaptureIfTheWarningIsOff) {
-    // The timer starts only if the warning is on.
+    // The guard's timer starts only if the warning is on.
     ApplicationBench bench({5000, 5000});
     leaveFree(bench, 1);
     bench.store.put("Settings", "HDWarning", "0");
@@ -335,7 +336,7 @@ TEST(GuardOfAnExtraction, StopsTheCaptureAtEveryYieldAndTheNextActionWorks) {
     atEveryYield(&runWithStopAtYield);
 }
 
-/// The started program with three MP3 files. Decoding a file takes 1.2 s, a few ticks.
+/// The started program with three MP3 files. Decoding a file takes 1.2 s.
 struct GuardedDecoding : ApplicationBench {
     GuardedDecoding() : ApplicationBench({1000, 1000}) {
         for (const char* name : {"c", "b", "a"}) {
@@ -356,7 +357,7 @@ struct GuardedDecoding : ApplicationBench {
     }
 };
 
-TEST(GuardOfADecoding, StopsTheDecodingAtTheFirstTickOfItsTimer) {
+TEST(GuardOfADecoding, StopsTheDecodingAtTheGuardsFirstTick) {
     GuardedDecoding bench;
     leaveFree(bench, 49);
     bench.decodeAll();

@@ -136,7 +136,7 @@ TEST(Extraction, EndsByItselfAfterASecondStartAtAnyYield) {
         bool reached = false;
         bench.loop.atYield(n, [&] {
             reached = true;
-            // Starts a single track, because the queue is already being processed.
+            // The first start processes the queue; this second start is of a single track.
             bench.select("Track  1 - 00:00:00");
             bench.form.CmdSelectAction.click();
         });
@@ -184,8 +184,8 @@ TEST(Extraction, ReportsTheDriveAsInUseFromTheFirstTrackToTheEndOfTheLast) {
 }
 
 TEST(Extraction, SendsNothingToTheMixerIfStartedByCmdStart) {
-    // Only CmdSelectAction mutes the disc's mixer line. This test clicks cmdStart, the capture's
-    // own button, which does not change that line.
+    // Only the button "Start " (CmdSelectAction) mutes the disc's mixer line. The hidden button
+    // cmdStart, which this test clicks, starts the capture without this step.
     ApplicationBench bench({300, 300});
     bench.application.start();
     bench.select("Available Tracks");

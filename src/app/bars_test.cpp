@@ -31,8 +31,8 @@ struct BarCase {
     MenuItem Form1::*entry;
     PictureBox Form1::*bar;
     bool visibleAtStart;
-    Twips treeTop; ///< after one toggle
-    Twips treeHeight;
+    Twips treeTop;    ///< after one toggle
+    Twips treeHeight; ///< after one toggle
 };
 
 TEST(BarToggle, TogglesABarAndUpdatesTheLayout) {

@@ -23,7 +23,8 @@ class MainWindow {
     MainWindow& operator=(const MainWindow&) = delete;
 
     /// Places the window, reads settings, disc and destination folder, and shows the window. A step
-    /// that fails ends the load. Afterwards the pointer always has its normal shape. Yields.
+    /// that fails ends the load. In every case, the mouse pointer then has its normal shape.
+    /// Yields.
     void Form_Load();
     /// Stops every job; never refuses the close. Yields while a capture is saved. A second close
     /// during that yield calls this function again. That call stops a job that was started during
@@ -42,7 +43,7 @@ class MainWindow {
     void mnuMinimize_Click();
     /// "Refresh List": reads the disc again and rebuilds the tree.
     void C1212_Click();
-    /// Stops the timer and resets the displays to idle.
+    /// Stops Timer1 and resets the displays to idle.
     void Timer1_Timer();
     /// Starts to move the window with the pointer, as if the user dragged its caption.
     void N1Drag();
@@ -56,7 +57,7 @@ class MainWindow {
     void wireMenus();
     Status runLoadSteps();
     /// Loads the player's panel without showing it, and mutes or unmutes the disc's line according
-    /// to the settings. Yields in the message about a missing mixer.
+    /// to the settings. Yields while it shows the message about a missing mixer.
     void loadPlayer();
     void placeWindow();
 

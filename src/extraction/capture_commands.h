@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Defines the capture formats, and builds and sends the device commands that several extraction
-// jobs use. The jobs decide when to send them.
+// jobs use. The jobs decide when to call these functions.
 #pragma once
 
 #include <cstdint>
@@ -38,8 +38,8 @@ struct CaptureFormat {
 /// Sends `command` and returns the reply up to its first NUL; empty if the command failed.
 [[nodiscard]] std::string ask(MediaControl& media, const std::string& command, ReplyBuffer& reply);
 
-/// Stops both devices, saves the recording under `path` and closes them. Ignores all results: if
-/// the capture has already ended, the commands fail without effect.
+/// Stops the recorder and the disc, saves the recording under `path` and closes both devices.
+/// Ignores all results: if the capture has already ended, the commands fail without effect.
 void saveAndClose(MediaControl& media, const std::string& path);
 
 } // namespace sonarith

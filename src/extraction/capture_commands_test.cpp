@@ -27,7 +27,7 @@ TEST(CaptureFormat, IsAllZeroForAnyOtherNumber) {
     }
 }
 
-TEST(CaptureFormat, IsFoundByTheWholeTextOfItsEntry) {
+TEST(CaptureFormat, IsFoundByTheWholeTextOfItsListEntry) {
     EXPECT_EQ(captureFormatNamed("44.100Hz, 16bit Mono, 86k/sec"), captureFormat(0));
     EXPECT_EQ(captureFormatNamed("44.100Hz, 16bit Stereo, 172k/sec"), captureFormat(1));
     EXPECT_EQ(captureFormatNamed("44.100Hz, 16bit Stereo"), CaptureFormat{});
@@ -59,7 +59,7 @@ TEST(Ask, ShortensAReplyThatDoesNotFitIntoItsBuffer) {
     EXPECT_EQ(ask(media, "info cd identity", reply), std::string(63, '7'));
 }
 
-TEST(SaveAndClose, SendsItsFiveCommandsWhateverTheirStatuses) {
+TEST(SaveAndClose, SendsItsFiveCommandsEvenIfAllFail) {
     test::ScriptedMediaControl media;
     media.answerPrefix("", {.status = 263});
     saveAndClose(media, "c:\\my music\\7-3.wav");

@@ -33,8 +33,8 @@ class CaptureMonitor {
     /// no number.
     void ShowCaptureLength();
 
-    /// TrackCapture calls this after a device failure. Ends the queue and leaves the commands
-    /// disabled.
+    /// TrackCapture calls this after a device failure. Ends the queue. Does not enable the
+    /// commands.
     void cmdCancel_Click();
     /// Requests a stop of every job and ends a running capture. The captured audio is saved and
     /// added to the tree.

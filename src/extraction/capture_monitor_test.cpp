@@ -191,7 +191,7 @@ TEST(CaptureMonitor, ShowsThePercentageRoundedDownAndSetsTheBarOnlyWithinItsRang
         {"999", "-1%", 42}, // before the start; the bar refuses the value and does not change
         {"0", "-25%", 42},     {"", "-25%", 42},      {"no position", "-25%", 42},
         {"4999.4", "99%", 99}, {"5000", "100%", 100}, {"9000", "200%", 42},
-        {"9e99", "-25%", 42}, // a value beyond 32 bits counts as no position
+        {"9e99", "-25%", 42}, // a value beyond 32 bits counts as position 0
     };
     for (const Progress& c : cases) {
         SCOPED_TRACE(c.position);

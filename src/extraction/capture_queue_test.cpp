@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests how cmdStart_Click uses the selected node. track_capture_test.cpp tests the start of one
-// track.
+// Tests which tracks cmdStart_Click captures for the selected node of the tree.
+// track_capture_test.cpp tests the start of one track.
 #include "extraction/track_capture.h"
 
 #include <initializer_list>
@@ -196,7 +196,8 @@ TEST(CmdStart, EndsEachQueueAfterItsFirstTrackIfTheUserHasCancelledBefore) {
     bench.form.Command2.click();
     bench.media.log.clear();
     bench.form.cmdStart.click();
-    // The stop sends the end commands again, although the capture is already closed.
+    // The monitor sends the end commands twice: at the end of the track, and when it stops the
+    // queue.
     EXPECT_EQ(bench.media.logWithoutTicks(),
               commandsOf({startCommands(0), test::endCommands(savedAs(1)),
                           test::endCommands(savedAs(1))}));

@@ -206,7 +206,7 @@ TEST(Cancel, EndsEveryLaterQueueAfterItsFirstTrack) {
     for (const std::size_t runs : {1U, 2U}) {
         bench.form.cmdStart.click();
         EXPECT_EQ(bench.disc.saved.size(), runs);
-        // The first track is complete, and the stop adds it to the tree.
+        // The first track is complete. The monitor adds it to the tree when it stops the queue.
         EXPECT_EQ(bench.disc.saved.back(), (SavedCapture{savedAs(1), 176400}));
         EXPECT_TRUE(bench.form.lstRecord.selected(0));
         EXPECT_TRUE(bench.treeHolds(savedAs(1)));
@@ -274,7 +274,7 @@ TEST(StopPlaying, LosesARunningCaptureWhoseTimerRunsUntilCommand8IsClicked) {
     EXPECT_TRUE(bench.commandsOpen());
 }
 
-TEST(EndOfAQueue, OnlyClearsTheDisplaysIfTheLastTrackEndedWithoutAStop) {
+TEST(EndOfAQueue, ClearsOnlyTheDisplaysIfNoTrackIsRunningAndNoStopIsRequested) {
     QueueBench bench(1 + 1);
     bench.form.Disablem();
     bench.form.lstRecord.setListIndex(1).passOver();

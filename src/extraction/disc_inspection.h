@@ -18,8 +18,9 @@ class DiscInspection {
 
     /// Fills lblCDID, lblNumTracks, lstTracks and trackLengthMs (milliseconds) and clears
     /// lstRecord. If the disc cannot be opened, the labels and lists stay empty, and no message is
-    /// shown. If the disc has fewer than two tracks, a message may be shown, and the disc stays
-    /// open. In both cases the lengths are unchanged. Yields once or twice.
+    /// shown. If the reported number of tracks is less than two, the disc stays open, and a message
+    /// is shown for 0 and for 1. In both cases the lengths are unchanged. Yields once; twice for
+    /// fewer than two tracks; not at all if the disc cannot be opened.
     void InspectCD();
 
   private:

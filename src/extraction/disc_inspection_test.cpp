@@ -100,7 +100,7 @@ TEST(InspectCD, LeavesADiscWithFewerThanTwoTracksOpenAndShowsAMessageForZeroOrOn
     }
 }
 
-TEST(InspectCD, ShowsItsMessagesAsPlainBoxes) {
+TEST(InspectCD, ShowsItsMessageInABoxWithoutAnIcon) {
     ExtractionBench bench({1000});
     bench.inspection.InspectCD();
     EXPECT_THAT(bench.boxes.shown, ElementsAre(test::ShownBox{notMusic}));
@@ -150,7 +150,7 @@ TEST(InspectCD, RoundsANumberOfMillisecondsAndIgnoresATooLargeNumber) {
     EXPECT_EQ(bench.captureState.trackLengthMs(2).value(), 0);
 }
 
-TEST(InspectCD, LimitsAnInvalidTrackCount) {
+TEST(InspectCD, LimitsAnInvalidTrackCountTo9999) {
     ExtractionBench bench({1000, 1000});
     bench.media.answer("status cd number of tracks", {.reply = "1e15"});
     bench.inspection.InspectCD();

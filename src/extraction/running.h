@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Counts a procedure as running as long as this object exists. If the program ends inside the
-// procedure, the stack is unwound, so the destructor runs in that case, too. A counter is needed
-// because procedures that yield may be nested.
+// An object of the class Running counts a procedure as running until the object is destroyed. If
+// the program ends inside the procedure, the stack is unwound, so the destructor runs in that case,
+// too. The count may exceed 1: a procedure that yields may be called again before it returns.
 #pragma once
 
 namespace sonarith {

@@ -20,6 +20,8 @@ struct StopKind {
     std::function<void(ExtractionBench&)> stop;
 };
 
+/// Command8 stops everything, Command2 is the button "Cancel", Command1 the stop for too little
+/// disk space, and Command12 the button "Stop playing CD".
 std::vector<StopKind> stopKinds() {
     return {
         {"Command8",
@@ -178,8 +180,8 @@ TEST(EveryStop, InsideEveryMessageBoxEndsTheCapture) {
                     bench.form.cmdStart.click();
                     EXPECT_EQ(boxes, 1);
                     EXPECT_TRUE(bench.idle());
-                    // After a disc failure the commands are disabled again. The end of the action
-                    // enables them, but it is not part of this test.
+                    // After a disc failure the start of the track disables the commands. Only the
+                    // end of the action, which this test does not run, enables them.
                     const bool discFailed = std::string(failing).find("cd") != std::string::npos;
                     EXPECT_EQ(bench.commandsOpen(), !discFailed);
                     bench.form.Enablem();

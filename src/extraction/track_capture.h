@@ -24,15 +24,17 @@ class TrackCapture {
     TrackCapture(const TrackCapture&) = delete;
     TrackCapture& operator=(const TrackCapture&) = delete;
 
-    /// Captures the selected node of the tree: a track or one of the two groups of tracks; for any
-    /// other node the current track. Yields, and returns when the whole queue has ended.
+    /// Captures the track, or all tracks of the group, that is selected in the tree. If another
+    /// node or none is selected, captures the current track. Yields, and returns when the whole
+    /// queue has ended.
     void cmdStart_Click();
     /// Whether a queue is being processed. Stays true between two tracks of the queue, although the
     /// drive is then closed.
     [[nodiscard]] bool running() const { return running_ > 0; }
 
-    /// Starts one track. On return its capture is running, or a failure has ended it and a message
-    /// was shown. Yields once.
+    /// Starts the capture of one track. On return the capture is running, or a device has failed
+    /// and a message was shown, or no command was sent because the track does not exist. Yields
+    /// once.
     void StartTrackRecording2(std::int32_t TrackNum);
 
     /// A variant of StartTrackRecording2: uses ItemData of the current line of lstRecord as the
@@ -63,8 +65,8 @@ class TrackCapture {
     int running_ = 0;
 };
 
-/// The number at the start of a capture's file name: identity x `fraction` + 1, rounded down. 0 if
-/// the identity is not a number or the result does not fit 32 bits.
+/// The number at the start of a capture's file name: `identity` x `fraction` + 1, rounded down. 0
+/// if the identity is not a number or the result does not fit 32 bits.
 [[nodiscard]] std::int32_t fileNumber(const std::string& identity, float fraction);
 
 } // namespace sonarith

@@ -54,7 +54,7 @@ TEST(StartTrackRecording, CapturesMonoForFormatZero) {
 struct DeviceFailure {
     std::string command;
     std::string message;
-    std::vector<std::string> sentUpToIt;
+    std::vector<std::string> sentUpToTheFailure;
     bool commandsOpen;
 };
 
@@ -86,7 +86,7 @@ TEST(StartTrackRecording, EndsTheQueueWithAMessageIfADeviceFails) {
         bench.media.answer(failure.command, {.status = 300});
         bench.form.cmdStart.click();
         EXPECT_THAT(bench.boxes.shown, ElementsAre(ShownBox{failure.message, BoxIcon::critical}));
-        EXPECT_EQ(bench.media.log, joined(failure.sentUpToIt, endCommands(savedAs(2))));
+        EXPECT_EQ(bench.media.log, joined(failure.sentUpToTheFailure, endCommands(savedAs(2))));
         EXPECT_EQ(bench.captureState.trackEndMs, 0);
         EXPECT_EQ(bench.form.lstRecord.listIndex(), 2);
         EXPECT_FALSE(bench.form.tmrWarning.enabled());

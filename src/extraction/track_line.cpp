@@ -7,7 +7,7 @@ namespace sonarith {
 
 namespace {
 constexpr std::size_t numberWidth = 2;
-// Counts from 0. The field that is read includes the blank before the two-character number.
+// The index, from 0, of the field that is read. The field includes the blank before the number.
 constexpr std::size_t numberPosition = 5;
 constexpr std::size_t readWidth = 3;
 } // namespace
