@@ -123,7 +123,8 @@ void compare(const std::string& name, const fs::path& mp3, double goal) {
     fs::remove(ours);
 }
 
-/// Decodes a file of three minutes many times, and compares the total times.
+/// Decodes a file of three minutes many times with the tool and with the program, and compares the
+/// total times.
 void compareMany(const fs::path& mp3) {
     constexpr int files = 200;
     const fs::path wav = mp3.string() + ".wav";

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A Qt Widgets program that shows an empty window. program_bench.py compares the program's start
-// with the start of this one.
+// A Qt Widgets program that shows an empty window. program_bench.py compares the start of Sonarith
+// with the start of this program.
 #include <QApplication>
 #include <QWidget>
 

@@ -63,8 +63,8 @@ double medianOf(const std::vector<Spent>& all, double Spent::*which) {
     return bench::median(values);
 }
 
-/// Creates the subfolders. Their names are as long as those of a user, and they are not created in
-/// alphabetical order.
+/// Creates the subfolders, not in alphabetical order, with names as long as those of a user's
+/// folders.
 void makeFolders(const fs::path& parent) {
     for (int i = 0; i < subfolders; ++i) {
         const int mixed = i * 7919 % subfolders;

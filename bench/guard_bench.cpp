@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Measures the processor time of one tick of the disk guard, including the repainting of the list
-// of drives, on all threads. Limit: 2 ms. The benchmark mounts disks so that there are at least ten
-// drives; the settings store and the preferences' window, which is open, are real (off screen).
-// Also counts how often the store's file is replaced: a tick must not replace it; the load step and
-// the change of a check box must replace it once. Needs the permission to mount.
+// of drives, on all threads. Limit: 2 ms. The disk guard checks during an action whether the disk
+// is nearly full. The benchmark mounts disks so that there are at least ten drives; the settings
+// store and the preferences' window, which is open, are real (off screen). Also counts how often
+// the store's file is replaced: a tick must not replace it; the load step of the preferences'
+// window and the change of a check box must replace it once each. Needs the permission to mount.
 #include <sys/inotify.h>
 #include <sys/mount.h>
 #include <unistd.h>

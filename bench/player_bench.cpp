@@ -143,7 +143,7 @@ int main() {
         world.switchOn();
         switchedOn.push_back(timeToSound(*output, [&] { form.play.click(); }));
         for (int look = 0; look < 8; ++look) {
-            // The pause is no multiple of the length of the card's blocks, so that the queries come
+            // The sleep is no multiple of the length of the card's blocks, so that the queries come
             // at different positions in a block.
             std::this_thread::sleep_for(Milliseconds(31.7 + round));
             const double shown = millisecondsOf(positionOf(world.media));

@@ -138,7 +138,7 @@ def main():
         )
         ticks = idle_ticks(program, env)
         print(f"idle: {ticks} ticks of {1000 // TICKS} ms in {IDLE_SECONDS} s "
-              "(limit: none to measure)")
+              "(limit: no measurable time)")
     finally:
         screen.close()
         shutil.rmtree(home)

@@ -3,8 +3,9 @@
 """Measures the processor time of the real program with the CD player, as a share of one core.
 
 Without a sound output, the player is switched off, switched on without playing, and playing a disc
-image; if it is on, with its panel visible and hidden. With a sound server, it plays a disc image
-and is compared with aplay (the peer), which plays the same sound into the same server.
+image. While the player is on, each round measures with the panel visible and then with the panel
+hidden. With a sound server, the player plays a disc image and is compared with aplay (the peer),
+which plays the same sound into the same server.
 
 window_player_bench.py FOLDER_OF_THE_PROGRAMS
 """
@@ -47,7 +48,7 @@ def show_panel(desktop, window, visible):
     time.sleep(1)
 
 
-def said(what, values, limit):
+def report(what, values, limit):
     print(f"{what}: median {statistics.median(values):.2f} %, of "
           f"{', '.join(f'{value:.2f}' for value in values)} (limit {limit})", flush=True)
 
@@ -62,8 +63,8 @@ def without_server(desktop, program):
     started, _, _ = start_with_disc(desktop, program, TRACK_SECONDS, "none", SIGNAL)
     panel = PlayerPanel(started)
     window = started.activate(TITLE)
-    said("off, panel in sight", [share_of(started) for _ in range(ROUNDS)],
-         f"none to measure: {LIMIT_OFF} %")
+    report("off, panel in sight", [share_of(started) for _ in range(ROUNDS)],
+           f"no measurable time: {LIMIT_OFF} %")
     panel.switch_on()
     time.sleep(1)
     silent, silent_hidden = [], []
@@ -72,10 +73,10 @@ def without_server(desktop, program):
         show_panel(desktop, window, False)
         silent_hidden.append(share_of(started))
         show_panel(desktop, window, True)
-    said("on, nothing playing, panel in sight", silent, "with the meter's input")
-    said("on, nothing playing, panel hidden", silent_hidden, f"{LIMIT_SILENT} %")
-    said("the panel's own share in silence", [a - b for a, b in zip(silent, silent_hidden)],
-         f"{LIMIT_METER} %")
+    report("on, nothing playing, panel in sight", silent, "none, since the meter records")
+    report("on, nothing playing, panel hidden", silent_hidden, f"{LIMIT_SILENT} %")
+    report("the panel's own share in silence", [a - b for a, b in zip(silent, silent_hidden)],
+           f"{LIMIT_METER} %")
     panel.press("Play")
     panel.wait_for_position("playing", lambda _, second: second >= 1)
     seen, hidden = [], []
@@ -84,9 +85,9 @@ def without_server(desktop, program):
         show_panel(desktop, window, False)
         hidden.append(share_of(started))
         show_panel(desktop, window, True)
-    said("playing, output none, panel in sight", seen, f"{LIMIT_PLAYING} %")
-    said("playing, output none, panel hidden", hidden, f"{LIMIT_PLAYING} %")
-    said("the panel's own share", [a - b for a, b in zip(seen, hidden)], f"{LIMIT_METER} %")
+    report("playing, output none, panel in sight", seen, f"{LIMIT_PLAYING} %")
+    report("playing, output none, panel hidden", hidden, f"{LIMIT_PLAYING} %")
+    report("the panel's own share", [a - b for a, b in zip(seen, hidden)], f"{LIMIT_METER} %")
     close(started)
 
 
@@ -102,9 +103,9 @@ def with_server(desktop, program):
     wait_for("the peer", lambda: processor_seconds(peer.pid) > 0.01)
     pairs = [shares([started.process.pid, peer.pid], 2 * SLICE_SECONDS) for _ in range(ROUNDS)]
     ours, theirs = zip(*pairs)
-    said("playing into the sound server", ours,
-         f"{1.5 * statistics.median(theirs) + 2:.2f} %: 1.5 times aplay and 2")
-    said("aplay with the same sound", theirs, "the peer")
+    report("playing into the sound server", ours,
+           f"{1.5 * statistics.median(theirs) + 2:.2f} %: 1.5 times aplay plus 2")
+    report("aplay with the same sound", theirs, "the peer")
     close(started)
 
 

@@ -24,7 +24,7 @@ struct WorkerTest : test::ConversionWorld {
 
 // --- loading -----------------------------------------------------------------------------------
 
-TEST_F(WorkerTest, LoadingStartsTheJob) {
+TEST_F(WorkerTest, LoadingTheWindowStartsTheJob) {
     window.load();
     EXPECT_THAT(mp3.log, ElementsAre(setSource, decodeToWav));
     EXPECT_TRUE(process.workerBusy);
@@ -40,7 +40,7 @@ TEST_F(WorkerTest, HasTwoTimersOf500MillisecondsAndACancelButton) {
     EXPECT_EQ(window.Command1.caption(), "Cancel");
 }
 
-TEST_F(WorkerTest, LoadingUnloadsTheWindowIfAStopIsRequested) {
+TEST_F(WorkerTest, LoadingTheWindowUnloadsItAtOnceIfAStopIsRequested) {
     process.stopRequested = true;
     process.workerBusy = true;
     window.load();

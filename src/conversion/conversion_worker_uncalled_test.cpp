@@ -44,7 +44,7 @@ TEST_F(StartDecodingTest, DecodesIntoTheFilesFolderAndWaitsForTheEnd) {
     EXPECT_EQ(loop.wakeupCount(), 0U);
 }
 
-TEST_F(StartDecodingTest, StopsAndUnloadsIfAStopIsRequested) {
+TEST_F(StartDecodingTest, StopsTheControlAndUnloadsTheWindowIfAStopIsRequested) {
     process.stopRequested = true;
     worker().StartDecoding();
     EXPECT_THAT(mp3.log, ElementsAre("Stop", "Stop"));

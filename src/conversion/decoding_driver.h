@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Converts the MP3 files of the selected node to WAV files, one after the other: all files, the
-// selected files, or a single file. The conversion worker converts each of them.
+// Converts MP3 files to WAV files, one after the other: all files, the selected files, or a single
+// file, depending on the selected node of the work tree. The conversion worker converts each file.
 #pragma once
 
 #include <string>

@@ -93,7 +93,7 @@ TEST_F(DriverTest, CommandsAreDisabledAndCancelIsVisibleDuringADecoding) {
     decode("MP3 Files");
     EXPECT_TRUE(seen);
     EXPECT_FALSE(form.Command2.visible());
-    // The caller of the action enables the commands.
+    // The code that started the action, which this test does not run, enables the commands again.
     EXPECT_FALSE(form.mnuFile.enabled());
 }
 
@@ -207,11 +207,12 @@ TEST_F(DriverTest, ASelectedFileWithAnIndexBeyondList2IsWaitedForButNotDecoded) 
 }
 
 TEST_F(DriverTest, ANameWithCapitalsMatchesNoLineAndDecodesTheLineAtWhichTheSearchEnded) {
-    // The search of the empty second list ends at index 0, so the first line is used.
+    // The last list that is searched is List4. It is empty, so its search ends at index 0, and line
+    // 0 of List2 is decoded.
     fill(form.List2, {"c:\\mp3\\b.mp3", "c:\\mp3\\A.mp3"});
     decode("A.mp3");
     EXPECT_EQ(mp3.log.front(), "SourceFile c:\\mp3\\b.mp3");
-    // The search of a second list with one line ends at index 1.
+    // With one line in List4, its search ends at index 1, and line 1 of List2 is decoded.
     fill(form.List4, {"c:\\mp3\\z.mp3"});
     process.stopRequested = false;
     mp3.log.clear();

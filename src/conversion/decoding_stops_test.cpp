@@ -105,7 +105,7 @@ TEST(StopOfADecoding, AtEveryYieldReturnsToIdleAndTheNextActionWorks) {
                     // complete it.
                     EXPECT_LE(run.mp3.finished.size(), whole + 1);
                 }
-                // Every started file is in the tree, complete or partial.
+                // Every completed file is in the tree.
                 for (const std::string& path : run.mp3.finished) {
                     EXPECT_NE(run.node(path), nullptr) << path;
                 }
@@ -130,7 +130,8 @@ TEST(StopOfADecoding, DuringTheSecondOfFiveFilesKeepsTheFirstAndAPartOfTheSecond
         }
         SCOPED_TRACE(kind.name);
         Decodings run;
-        // The first file ends at the tick of 1500 ms; Cmaddfile2 takes 300 ms.
+        // The first file ends at the tick of 1500 ms, and Cmaddfile2 then waits 300 ms. So the stop
+        // happens during the second file.
         run.loop.after(2500ms, [&] { kind.stop(run); });
         run.decode("MP3 Files");
         EXPECT_THAT(run.mp3.finished, ElementsAre("c:\\music\\a.wav"));

@@ -71,7 +71,7 @@ TEST_F(WavHeadTest, IdentifiesSixSampleRatesByTheirLowByte) {
     }
 }
 
-TEST_F(WavHeadTest, KeepsThePreviousFilesRateForEveryOtherByte) {
+TEST_F(WavHeadTest, KeepsThePreviousFilesRateForAnUnknownLowByte) {
     for (unsigned byte = 0; byte < 256; ++byte) {
         EXPECT_TRUE(read(wav(1000, 1, 8, 11025)));
         EXPECT_TRUE(read(wav(1000, 1, 16, byte)));
@@ -187,7 +187,7 @@ TEST_F(WavHeadTest, KeepsTheFieldsBeyondTheEndOfAShortFile) {
     EXPECT_TRUE(read(wav(100, 1, 8, 44100).substr(0, 24)));
     EXPECT_EQ(head().wavChannels, 1);
     EXPECT_EQ(head().wavBits, 16);
-    // A missing byte counts as 0.
+    // A missing rate byte counts as 0, the low byte of 32000 Hz.
     EXPECT_EQ(head().wavSampleRate, "32000");
     EXPECT_TRUE(read(wav(100, 9, 8, 44100).substr(0, 35)));
     EXPECT_EQ(head().wavChannels, 9);

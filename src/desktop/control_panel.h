@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Shows the program in the desktop's tray: an icon whose tool tip ("tip") follows the main window's
-// title, and the icon's menu. The icon exists while frmpopup is loaded. The code that loads that
-// form also hides the main window.
+// title, and the icon's menu. The icon exists while the form frmpopup is loaded. Loading this form
+// does not hide the main window; minimizeToTray() does.
 #pragma once
 
 #include <cstdint>
@@ -28,9 +28,9 @@ class ControlPanel {
     void Form_Unload();
     /// Copies the main window's title to the icon's tip. Yields.
     void Timer1_Timer();
-    /// Copies the main window's title to the form's own title. Yields.
+    /// Copies the main window's title to frmpopup's own title. Yields.
     void Timer2_Timer();
-    /// Copies the main window's title to the form's own title before the menu opens. A left click
+    /// Copies the main window's title to frmpopup's own title before the menu opens. A left click
     /// on the icon has no handler and no effect.
     void Popup_Open();
 

@@ -23,7 +23,7 @@ class ControlPanelTest : public testing::Test, protected test::FakeMachine {
         minimized_ = form.minimizeRequested.connect(
             [this] { events.push_back(form.visible() ? "shrink" : "shrink while hidden"); });
     }
-    /// Runs the same steps as the main window's menu entry.
+    /// Runs the same steps as the main window's menu entry "Minimize".
     void goToTray() {
         popup.load();
         minimizeToTray(form, tray);
@@ -317,7 +317,8 @@ TEST_F(ControlPanelTest, RemovalOfTheTrayPanelIconifiesTheHiddenWindow) {
 }
 
 TEST_F(ControlPanelTest, RemovalOfTheTrayPanelDoesNotAffectAVisibleWindow) {
-    popup.load(); // like the preferences, this does not hide the main window
+    // Adds the icon without hiding the main window, as a switch of the preferences does.
+    popup.load();
     tray.setHost(false);
     tray.setHost(true);
     EXPECT_TRUE(form.visible());

@@ -47,14 +47,14 @@ class System {
     /// this user may use.
     void DriveInfo(const std::string& root, std::int64_t& totalBytes,
                    std::int64_t& freeBytes) const;
-    /// Adds 1 to a counter for each drive of its type. Counters are not reset first.
+    /// For each drive, adds 1 to the counter of the drive's type. Does not reset the counters.
     void Drives(DriveCounts& counts) const;
     /// "Removable drive", "Fixed drive", "Network drive", "CD-ROM drive", "RAM-disk", or empty.
     [[nodiscard]] std::string DriveType(const std::string& root) const;
     /// The number with points between groups of three digits, counted from the right.
     [[nodiscard]] static std::string PutPoints(std::int32_t number);
-    /// Free bytes of a drive ("c:" or longer): changes to that drive, reads them and changes back
-    /// to the previous folder. 0 if the drive cannot be entered or queried.
+    /// Free bytes of a drive ("c:" or longer): changes to that drive, reads its free bytes and
+    /// changes back to the previous folder. 0 if the drive cannot be entered or queried.
     [[nodiscard]] std::int64_t FastDiskSpace(const std::string& drive) const;
     void FreeMemory(Memory& memory) const;
     [[nodiscard]] std::uint8_t FunctionKeys() const;
@@ -63,7 +63,7 @@ class System {
     /// For a processor type without a name, the previous text of `type` is kept.
     void SystemInfo(Processors& processors) const;
 
-    // TempDir(), SystemDir() and WinDir() return folders with a trailing backslash. These five
+    // TempDir(), SystemDir() and WinDir() return folders with a trailing backslash. The next five
     // functions return an empty text on failure, and if the machine's text does not fit into a
     // buffer of 50 characters including the NUL.
     [[nodiscard]] std::string TempDir() const;

@@ -61,7 +61,7 @@ TEST_F(SystemTest, DriveTypeHasFiveNames) {
     }
 }
 
-TEST_F(SystemTest, DriveTypeOfAPathThatDoesNotExistIsEmpty) {
+TEST_F(SystemTest, DriveTypeOfADriveThatDoesNotExistIsEmpty) {
     EXPECT_EQ(system.DriveType("X:\\"), "");
 }
 

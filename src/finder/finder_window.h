@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Handles the events of the file finder's window: starts and stops a search, and handles commands
-// for a found file. search_engine.h searches; ui/finder_layout.h has the widgets.
+// for a found file. SearchEngine does the search; ui/finder_layout.h creates the widgets.
 #pragma once
 
 #include "finder/search_engine.h"

@@ -45,11 +45,12 @@ TEST_F(FinderWindowTest, TheButtonIsDisabledWhileItsCaptionChangesToStop) {
     disk.addFolder("c:\\m");
     std::vector<std::string> states;
     const Connection watch = finder.Command1.changed.connect([&](Property) {
-        states.push_back(finder.Command1.caption() + (finder.Command1.enabled() ? "" : " closed"));
+        states.push_back(finder.Command1.caption() +
+                         (finder.Command1.enabled() ? "" : " disabled"));
     });
     search("c:\\m", ".wav");
-    EXPECT_THAT(states,
-                ElementsAre("Continue", "Continue closed", "Stop! closed", "Stop!", "Search !"));
+    EXPECT_THAT(states, ElementsAre("Continue", "Continue disabled", "Stop! disabled", "Stop!",
+                                    "Search !"));
 }
 
 TEST_F(FinderWindowTest, TickingHideListsHidesTwoListsUntilTheEndOfTheSearch) {

@@ -24,8 +24,8 @@ class SearchEngine {
     /// a yield, the search ends after that yield and does not change a window that is loaded later.
     void SearchFiles();
 
-    /// Scans one folder; ends early if its window is unloaded. Removes surrounding blanks from
-    /// `path` and adds a trailing backslash. `pattern` is always "*.*".
+    /// Scans one folder; ends early if the finder's window is unloaded. Removes surrounding blanks
+    /// from `path` and adds a trailing backslash. `pattern` is always "*.*".
     void findfilesapi(DirectoryWalk& walk, std::string& path, const std::string& pattern);
 
     /// A similar scan, which lists every file. Nothing calls this function.

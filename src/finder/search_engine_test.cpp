@@ -251,7 +251,7 @@ TEST_F(SearchEngineTest, TheCountOfFoldersStopsAtItsMaximum) {
     EXPECT_EQ(finder.Label1.caption(), "Directories: 32767   Files:  0");
 }
 
-TEST_F(SearchEngineTest, TheFileCountStaysZeroIfItIsAboveItsMaximum) {
+TEST_F(SearchEngineTest, TheFileCountStaysZeroIfMoreFilesAreFoundThanItCanCount) {
     constexpr int tooMany = std::numeric_limits<std::int16_t>::max() + 1;
     for (int i = 0; i < tooMany; ++i) {
         disk.addFile("c:\\m\\" + std::to_string(i) + ".wav");

@@ -53,7 +53,6 @@ TEST_F(SharedListsTest, TheWindowOpensWithTheResultOfTheScan) {
     EXPECT_EQ(finder.Dir1.path(), "c:\\Music");
     EXPECT_EQ(finder.zFileExt.text(), ".mp3");
     EXPECT_THAT(lines(finder.lstfiles), ElementsAre("c:\\music\\b.mp3"));
-    // Starts the user's search.
     search("c:\\Other", ".wav");
     EXPECT_THAT(lines(finder.lstfiles), ElementsAre("c:\\other\\o.wav", "c:\\other\\sub\\q.wav"));
     expectTreeOfDestination();

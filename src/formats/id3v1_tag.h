@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Parses and creates the ID3v1 tag, the last 128 bytes of an MP3 file. Deliberate: reading is not
-// the inverse of writing. The texts of a tag are in the code page of windows_1252.h.
+// the inverse of writing, because only 29 of the comment's 30 bytes are read as the comment, and a
+// genre with code 32 is not read. The texts of a tag are in the code page of windows_1252.h.
 #pragma once
 
 #include <array>

@@ -148,7 +148,7 @@ TEST(ReadId3v1Tag, TheGenreIsTheValueOfItsByteUnlessTheByteIsABlank) {
 
 TEST(ReadId3v1Tag, SearchesBytesForTheMarkAndConvertsTheFieldsFromWindows1252) {
     // The bytes before the tag are UTF-8 characters that are shorter in lower case, so a conversion
-    // would change the position of the tag.
+    // to lower case would change the position of the tag.
     std::string bytes = withTagAt(129, tagOf("Title", "A"));
     for (std::size_t i = 0; i + 3 < 120; i += 3) {
         bytes.replace(i, 3, "\xe2\x84\xaa");
