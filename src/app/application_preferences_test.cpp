@@ -178,7 +178,7 @@ TEST(AppliedPreferences, ChooseTheFolderOfTheNextCapture) {
 
 // --- the guard -----------------------------------------------------------------------------------
 
-TEST(GuardOfAnExtraction, WarnsThenStopsAndSavesTheCapturedPart) {
+TEST(GuardOfAnExtraction, WarnsThenStopsTheCaptureAndTheCapturedPartIsSaved) {
     ApplicationBench bench({60000, 60000});
     bench.application.start();
     bench.loop.after(3s, [&] { leaveFree(bench, 99); });

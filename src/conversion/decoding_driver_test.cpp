@@ -145,7 +145,7 @@ TEST_F(DriverTest, AnEmptyListOfSelectedFilesShowsAMessageAndStartsNothing) {
     EXPECT_FALSE(form.Timer1.enabled());
 }
 
-TEST_F(DriverTest, ADecodingOfSelectedFilesStoppedBeforeTheFirstShowsTheLengthOfAnEarlierFile) {
+TEST_F(DriverTest, IfAStopPrecedesTheFirstSelectedFileTheLengthOfAnEarlierFileIsShown) {
     fill(form.List4, {"c:\\mp3\\b.mp3"});
     process.stopRequested = true;
     form.lblStatus.setCaption("as before");

@@ -193,7 +193,7 @@ TEST_F(ControlPanelTest, OpeningTheMenuUpdatesTheFormsTitle) {
     EXPECT_EQ(popup.caption(), "Extracting Track 3");
 }
 
-TEST_F(ControlPanelTest, StopConversionShowsTheWindowCancelsAndRemovesTheIconInThisOrder) {
+TEST_F(ControlPanelTest, StopConversionShowsTheWindowThenCancelsAndThenRemovesTheIcon) {
     goToTray();
     EXPECT_FALSE(form.visible());
     form.Command2.onClick = [this] {

@@ -57,11 +57,11 @@ TEST(RegionFromBitmap, IsNulloptWithoutAPicture) {
     EXPECT_EQ(RegionFromBitmap(nullptr, whitePixel), std::nullopt);
 }
 
-TEST(RegionFromBitmap, IsTheWholeRectangleForAPictureWithoutTheColour) {
+TEST(RegionFromBitmap, IsTheWholeRectangleForAPictureWithoutTheTransparentColour) {
     EXPECT_THAT(rectanglesOf({"xxx", "xxx"}), ElementsAre(PixelRectangle{0, 0, 3, 2}));
 }
 
-TEST(RegionFromBitmap, HasNoRectanglesForAPictureInTheColourOnly) {
+TEST(RegionFromBitmap, HasNoRectanglesForAPictureInTheTransparentColourOnly) {
     const WatchedPicture picture({"   ", "   "});
     const auto region = RegionFromBitmap(&picture, whitePixel);
     ASSERT_TRUE(region.has_value());
@@ -94,7 +94,7 @@ TEST(RegionFromBitmap, EqualAdjacentRowsShareTheirRectangles) {
                             PixelRectangle{0, 4, 1, 5}));
 }
 
-TEST(RegionFromBitmap, RemovesTheGivenColour) {
+TEST(RegionFromBitmap, RemovesOnlyTheGivenColour) {
     EXPECT_THAT(rectanglesOf({"x x"}, black), ElementsAre(PixelRectangle{1, 0, 2, 1}));
     EXPECT_THAT(rectanglesOf({"x x"}, 0xFEFFFF), ElementsAre(PixelRectangle{0, 0, 3, 1}));
     // No pixel has the colour 0xFFFFFFFF, which elsewhere means "no pixel".
@@ -129,7 +129,7 @@ TEST(RegionFromBitmap, SkipsThePixelAfterARunBecauseItHasAnotherColour) {
 
 // --- any picture ---------------------------------------------------------------------------
 
-TEST(RegionFromBitmap, CoversEveryPixelOfAnotherColourExactlyOnce) {
+TEST(RegionFromBitmap, CoversEveryPixelThatIsNotTransparentExactlyOnce) {
     std::mt19937 random(20260);
     for (int round = 0; round < 200; ++round) {
         const int width = static_cast<int>(random() % 12);

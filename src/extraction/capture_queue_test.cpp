@@ -65,7 +65,7 @@ TEST(CmdStart, ContinuesWithAnEarlierQueueAfterASingleTrack) {
                                               test::SavedCapture{savedAs(3), 176400}));
 }
 
-TEST(CmdStart, ContinuesWithAllLinesOfAQueueWithoutACurrentLine) {
+TEST(CmdStart, AfterASingleTrackContinuesWithAllLinesOfAQueueWithoutACurrentLine) {
     ExtractionBench bench({1000, 1000, 1000});
     bench.insertDisc();
     bench.choose({1, 3});
@@ -204,7 +204,7 @@ TEST(CmdStart, EndsEachQueueAfterItsFirstTrackIfTheUserHasCancelledBefore) {
     EXPECT_EQ(bench.disc.saved.size(), 1U);
 }
 
-TEST(CmdStart, OnlyShowsAMessageIfNoTracksAreChosen) {
+TEST(CmdStart, ShowsAMessageAndDoesNothingElseIfNoTracksAreChosen) {
     ExtractionBench bench({1000, 1000});
     bench.insertDisc();
     bench.state.currentTrack = 7;
@@ -219,7 +219,7 @@ TEST(CmdStart, OnlyShowsAMessageIfNoTracksAreChosen) {
     EXPECT_EQ(bench.state.currentTrack, 7);
 }
 
-TEST(CmdStart, CapturesTheCurrentTrackForAnyOtherNode) {
+TEST(CmdStart, CapturesTheCurrentTrackIfTheNodeIsNeitherATrackNorAGroupOfTracks) {
     for (const char* text : {"WAV Files", "CD Tracks", "track  1 - 00:00:01"}) {
         ExtractionBench bench({1000, 1000});
         bench.insertDisc();

@@ -38,7 +38,7 @@ TEST(BitsToLong, AddsThePowersOfTwo) {
     EXPECT_EQ(BitsToLong("1111111111111111111111111111111").value(), 2147483647);
 }
 
-TEST(BitsToLong, TreatsAnyCharacterButOneAsZero) {
+TEST(BitsToLong, TreatsEveryCharacterOtherThanTheDigit1AsZero) {
     EXPECT_EQ(BitsToLong("1x2 1").value(), 17);
 }
 
