@@ -182,7 +182,8 @@ double coreShare(std::int64_t seconds, long& peakKilobytes) {
 }
 
 /// Captures a track while all cores are busy. Returns the number of frames of the track that are
-/// wrong in the WAV file; -1 if the file is too short.
+/// wrong in the WAV file; -1 if the file is too short. `leadMs` and `tailMs` receive the
+/// lengths of the parts of the file before and after the track, `saveMs` the duration of the save.
 std::int64_t wrongFramesUnderLoad(std::int64_t seconds, double& leadMs, double& tailMs,
                                   double& saveMs) {
     const fakes::TempFolder folder;

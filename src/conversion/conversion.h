@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Creates the classes of the conversion and connects them to the windows. This struct adds no
-// behaviour.
+// Creates the objects of the conversion, which decodes MP3 files to WAV, and connects them to the
+// windows. This struct adds no behaviour.
 #pragma once
 
 #include "conversion/conversion_worker.h"
