@@ -29,7 +29,7 @@ using namespace sonarith;
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
-/// Forwards commands to the interpreter and adds up the time that they take there.
+/// Forwards commands to the interpreter and adds up the time that the interpreter takes for them.
 class TimedMedia : public MediaControl {
   public:
     explicit TimedMedia(MediaControl& device) : device_(device) {}

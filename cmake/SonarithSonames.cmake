@@ -2,7 +2,7 @@
 # Reads the names (SONAME) of the libraries that the program loads at their first call, and writes
 # them to a header. The names are those on the machine that builds the program, because the program
 # is compiled with the headers of these versions, and the Debian package depends on the packages
-# that contain them. SONARITH_SONAMES lists the names.
+# that contain these libraries. SONARITH_SONAMES lists the names.
 
 find_program(SONARITH_READELF NAMES readelf llvm-readelf REQUIRED)
 set(SONARITH_SONAMES)

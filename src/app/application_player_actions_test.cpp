@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests the CD player within the whole application: how it and the actions of the main window
-// affect each other.
+// Tests the CD player within the whole application: how the player and the actions of the
+// main window affect each other.
 #include "app/application.h"
 
 #include <functional>

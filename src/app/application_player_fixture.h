@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A test fixture for tests of the CD player within the whole application. It switches the player on
-// and reports whether it is off and whether the disc is muted.
+// A test fixture for tests of the CD player within the whole application. It switches the player
+// on, and reports whether the player is off and whether the disc is muted.
 #pragma once
 
 #include <chrono>

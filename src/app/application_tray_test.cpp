@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests the tray icon through the whole application: minimizing to it, the effect of its menu on a
-// running job, and restoring the window.
+// Tests the tray icon through the whole application: minimizing the window to the icon, the effect
+// of the icon's menu on a running job, and restoring the window.
 #include "app/application.h"
 
 #include <chrono>

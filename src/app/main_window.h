@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Loads and ends the main window and runs the commands for the window itself. The jobs that its
-// buttons start are in other folders; Application connects them to the window.
+// Loads and ends the main window and runs the commands for the window itself. Other folders
+// contain the jobs that the window's buttons start; Application connects these jobs to the window.
 #pragma once
 
 #include <string>

@@ -18,8 +18,8 @@ namespace sonarith {
 class CaptureMonitor {
   public:
     /// Sets the handlers of tmrRecord, Command8 and Command2. `startTrack` starts the capture of a
-    /// track; it is a function and not a reference to TrackCapture, because TrackCapture itself
-    /// refers to this object, which it calls when a device fails. All other parameters must outlive
+    /// track. It is a function, because a reference to TrackCapture would be circular: TrackCapture
+    /// refers to this object and calls it when a device fails. All other parameters must outlive
     /// this object.
     CaptureMonitor(const Platform& platform, ProcessState& process, Windows& windows,
                    CaptureState& capture, FileAdder& files,

@@ -108,8 +108,8 @@ TEST(CmdStart, RepeatsTheWholeQueueIfATrackIsChosenDuringTheCapture) {
         putOnTop(bench.form.lstRecord, bench.form.lstTracks.list(2), bench.form.List7);
     });
     bench.form.cmdStart.click();
-    // Choosing a track fills the list again, so the list has no current line: the queue starts
-    // again with its first line and includes the tracks that were already captured.
+    // Choosing a track fills the list of the queue again, which leaves the list without a current
+    // line. So the queue starts again with its first line and repeats the tracks already captured.
     EXPECT_THAT(bench.disc.saved, ElementsAre(test::SavedCapture{savedAs(1), 176400},
                                               test::SavedCapture{savedAs(2), 176400},
                                               test::SavedCapture{savedAs(3), 176400},

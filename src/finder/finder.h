@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Creates the two parts of the file finder, its search and its window's logic, and connects them.
+// Creates the two parts of the file finder, the search and the logic of the window, and connects
+// these parts.
 // This struct adds no behaviour.
 #pragma once
 

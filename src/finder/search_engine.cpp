@@ -162,7 +162,7 @@ void SearchEngine::takeFile(const std::string& path, const std::string& name, st
     if (const auto dot = full.find('.'); dot != std::string::npos) {
         ext = full.substr(dot);
     }
-    // The name without its extension: the text before its first dot, or all of it.
+    // Text2 gets the part of the name before the first dot, or the whole name if it has no dot.
     finder_.Text2.setText(lowerCase(name.substr(0, name.find('.'))));
     finder_.zFileExt2.setText(lowerCase(ext));
     if (isWanted()) {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests stopping, restarting and closing a search, and changing its lists, at each of its yields.
+// Tests what happens if the user, at a yield of a search, stops or restarts the search, closes its
+// window or changes its lists.
 #include <gmock/gmock.h>
 
 #include <memory>

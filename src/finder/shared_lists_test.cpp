@@ -105,8 +105,8 @@ TEST_F(SharedListsTest, ClosingTheWindowAtAnyYieldOfAScanLosesTheRestOfTheScansR
         world.expectIdle();
         const bool inFirstSearch = n <= yields / 2;
         EXPECT_EQ(world.lines(world.form.List1).empty(), inFirstSearch);
-        // Empty in both cases: the close ended the second search, or the second search used the
-        // folder of a new window.
+        // Empty for each n: either the close ended the second search, or the close came before that
+        // search, which then used the folder of a new window.
         EXPECT_THAT(world.lines(world.form.List2), IsEmpty());
     }
 }
