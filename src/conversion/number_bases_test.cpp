@@ -65,6 +65,9 @@ TEST(ConvertBase, IsExactUpTo53BitsAndTerminatesForLargerNumbers) {
     EXPECT_EQ(ConvertBase(std::string(2000, '9'), 10, 16), "Error");
     for (std::int16_t base = 2; base <= 36; ++base) {
         EXPECT_FALSE(ConvertBase(std::string(300, '7'), 10, base).empty());
+        // Rounding errors make some remainders negative; their digits have no sign.
+        const std::string digits = ConvertBase(std::string(100, '1'), 2, base);
+        EXPECT_EQ(digits.find('-'), std::string::npos) << base << ": " << digits;
     }
 }
 
@@ -81,6 +84,17 @@ TEST(ModDouble, RoundsTheQuotientDownwards) {
 TEST(ModDouble, FailsForADivisorOfZero) {
     EXPECT_EQ(ModDouble(1, 0).error().number, ErrorNumber::divisionByZero);
     EXPECT_EQ(ModDouble(0, 0).error().number, ErrorNumber::divisionByZero);
+}
+
+// In base 36 the neighbours of the digits and letters would have valid values.
+TEST(ConvertBase, AcceptsOnlyTheDigitsAndLettersOfBase36) {
+    for (int code = 0; code < 128; ++code) {
+        const bool digit = code >= '0' && code <= '9';
+        const bool letter = (code >= 'A' && code <= 'Z') || (code >= 'a' && code <= 'z');
+        const std::string one(1, static_cast<char>(code));
+        EXPECT_EQ(ConvertBase(one, 36, 10) != "Error", digit || letter) << code;
+        EXPECT_EQ(ConvertBase("1" + one, 36, 10) != "Error", digit || letter) << code;
+    }
 }
 
 } // namespace

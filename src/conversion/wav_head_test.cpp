@@ -169,6 +169,9 @@ TEST_F(WavHeadTest, ABitRateBeyond32BitsIsNotStored) {
     EXPECT_EQ(head().wavChannels, 32767);
     EXPECT_EQ(head().wavBitRate, 64'000);
     EXPECT_EQ(head().wavDuration, "00:02");
+    EXPECT_TRUE(read(wav(16'000 + 1000, 0xFFFE, 32767, 48000)));
+    EXPECT_EQ(head().wavChannels, -2);
+    EXPECT_EQ(head().wavBitRate, 64'000);
     // The fields of two bytes are read as signed numbers.
     EXPECT_TRUE(read(wav(8000 + 1000, 0xFFFF, 8, 8000)));
     EXPECT_EQ(head().wavChannels, -1);
@@ -257,6 +260,29 @@ TEST_F(WavHeadTest, DoesNotChangeTheFile) {
     const std::string before = wav(500, 1, 8, 8000);
     read(before);
     EXPECT_EQ(disk.content(path), before);
+}
+
+TEST_F(WavHeadTest, ANegativeBitRateMakesMinutesAndSecondsNegative) {
+    const auto duration = [&](std::size_t tenths) {
+        read(wav(tenths * 800 + 1000, 0xFFFF, 8, 8000)); // -8000 bytes per second
+        return head().wavDuration;
+    };
+    EXPECT_EQ(duration(594), "00:-59");
+    EXPECT_EQ(duration(597), "-01:00");
+    EXPECT_EQ(duration(610), "-01:-01");
+}
+
+TEST_F(WavHeadTest, AFileWhoseLengthCannotBeReadGetsThePreviousFilesLength) {
+    EXPECT_TRUE(read(wav(8000 + 1000, 1, 8, 8000)));
+    disk.failWith(FakeFileSystem::Operation::fileLength, path, ErrorNumber::permissionDenied);
+    EXPECT_TRUE(read(wav(500, 1, 4, 8000)));
+    EXPECT_EQ(head().wavFileLength, "9000");
+    EXPECT_EQ(head().wavDuration, "00:02");
+    WavHeadReader first(disk);
+    EXPECT_TRUE(first.wHeadInfo(path));
+    EXPECT_EQ(first.head().wavFileLength, "");
+    EXPECT_EQ(first.head().wavBitRate, 32'000);
+    EXPECT_EQ(first.head().wavDuration, "");
 }
 
 } // namespace

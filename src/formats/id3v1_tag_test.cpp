@@ -134,6 +134,8 @@ TEST(ReadId3v1Tag, TheThirtiethByteOfTheCommentIsTheTrack) {
         reading(withTagAt(129, tagOf("T", "", "", "", "123456789012345678901234567890")));
     EXPECT_EQ(info.Comment, "12345678901234567890123456789");
     EXPECT_EQ(info.Track, "0");
+    const std::string accented = padded("", 29, 'x') + "\xe9";
+    EXPECT_EQ(reading(withTagAt(129, tagOf("T", "", "", "", accented))).Track, "\xc3\xa9");
 }
 
 TEST(ReadId3v1Tag, TheGenreIsTheValueOfItsByteUnlessTheByteIsABlank) {

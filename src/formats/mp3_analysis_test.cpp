@@ -344,5 +344,64 @@ TEST_F(Mp3AnalysisTest, DoesNotChangeTheFile) {
     EXPECT_EQ(disk.content(path), before);
 }
 
+TEST_F(Mp3AnalysisTest, AFileWhoseTailCannotBeReadHasAHeaderAndNoTag) {
+    fillRecord();
+    disk.meanwhile = [&](const std::string& entry) {
+        if (entry == "readBinary c:\\a.mp3 3744 256") {
+            disk.failWith(FakeFileSystem::Operation::readBinary, path,
+                          ErrorNumber::deviceInputOutput);
+        }
+    };
+    EXPECT_TRUE(analyse(Mp3Bytes(4000).header(1, commonHeader).end(tagOf("new"))).ok());
+    EXPECT_EQ(info.Bitrate, 128);
+    EXPECT_FALSE(info.HasTag);
+    EXPECT_EQ(info.Title + info.Artist + info.Album + info.Year + info.Comment + info.Track, "");
+    EXPECT_EQ(info.Genre, 255);
+}
+
+TEST_F(Mp3AnalysisTest, ATagThatLosesItsEndWhileItIsReadKeepsThePreviousFilesGenre) {
+    fillRecord();
+    const std::string whole = Mp3Bytes(4000).header(1, commonHeader).end(tagOf("new")).content;
+    disk.meanwhile = [&](const std::string& entry) {
+        if (entry == "readBinary c:\\a.mp3 3744 256") {
+            disk.addFile(path, whole.substr(0, 3999));
+        }
+    };
+    EXPECT_TRUE(analyse(whole).ok());
+    EXPECT_EQ(info.Title, "new");
+    EXPECT_EQ(info.Genre, 17);
+}
+
+TEST_F(Mp3AnalysisTest, BytesOfTheFrameCountBeyondTheEndOfTheFileCountAsZeros) {
+    Mp3Bytes bytes(300);
+    bytes.header(255, commonHeader).at(255 + 36, "Xing").at(255 + 44, std::string("\0\x01", 2));
+    EXPECT_EQ(analyse(bytes).error().number, ErrorNumber::overflow)
+        << "the count is 00 01 00 00 (hexadecimal), so it is above 32767";
+    EXPECT_TRUE(info.IsVbr);
+    Mp3Bytes shorter(290 + 4);
+    shorter.header(255, commonHeader).at(255 + 36, "Xing");
+    EXPECT_EQ(analyse(shorter).error().number, ErrorNumber::divisionByZero);
+    EXPECT_EQ(info.Frames, 0);
+}
+
+TEST_F(Mp3AnalysisTest, ComputesTheDurationFromTheWholeFileIncludingItsTags) {
+    // 16,000 bytes are one second; the tags make up half of the file.
+    Mp3Bytes bytes(32'000);
+    bytes.at(1, "ID3").header(4'990, commonHeader).end(tagOf("T"));
+    EXPECT_TRUE(analyse(bytes).ok());
+    EXPECT_EQ(info.Duration, 2);
+}
+
+TEST_F(Mp3AnalysisTest, AnOpenFileWhoseLengthCannotBeReadFailsWithNothingStored) {
+    fillRecord();
+    disk.failWith(FakeFileSystem::Operation::lengthOfOpenFile, path,
+                  ErrorNumber::deviceInputOutput);
+    const Status status = analyse(Mp3Bytes(4000).header(1, commonHeader).end(tagOf("new")));
+    EXPECT_EQ(status.error().number, ErrorNumber::deviceInputOutput);
+    EXPECT_TRUE(info.IsVbr);
+    EXPECT_EQ(info.Title, "T");
+    EXPECT_THAT(disk.log, ElementsAre("openBinary c:\\a.mp3 read"));
+}
+
 } // namespace
 } // namespace sonarith

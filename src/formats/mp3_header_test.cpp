@@ -7,18 +7,19 @@
 #include <string>
 #include <utility>
 
+#include "formats/mp3_bits.h"
+
 namespace sonarith {
 namespace {
 
 constexpr std::int64_t fourMillion = 4'000'000;
 
-/// The 32 digits of a header value.
+/// The digits of a header's four bytes.
 std::string digitsOf(std::uint32_t header) {
-    std::string digits;
-    for (int bit = 31; bit >= 0; --bit) {
-        digits += (header >> bit & 1) != 0 ? '1' : '0';
-    }
-    return digits;
+    FourBytes bytes{0, static_cast<std::uint8_t>(header >> 24U),
+                    static_cast<std::uint8_t>(header >> 16U),
+                    static_cast<std::uint8_t>(header >> 8U), static_cast<std::uint8_t>(header)};
+    return BytesToBits(bytes);
 }
 
 /// Values that no header stores, to detect which fields were stored.
@@ -268,6 +269,10 @@ TEST(Mp3Header, TreatsMissingDigitsOfAShortTextAsZeros) {
     info = untouched();
     EXPECT_TRUE(decodeMp3Header("", fourMillion, info).ok());
     expectUntouched(info);
+}
+
+TEST(Mp3Header, FailsForAReservedSamplingRateOfAVariableRate) {
+    EXPECT_EQ(failureOf(0xFFFB9C00, fourMillion, variable(6000)), ErrorNumber::subscriptOutOfRange);
 }
 
 } // namespace

@@ -125,9 +125,10 @@ TEST_F(TagEditorTest, WritesTheGenreAsACodeOr0IfItIsNotANumberFrom0To255) {
         const char* text;
         int code;
     };
-    for (const Row& row : {Row{"0", 0}, Row{"255", 255}, Row{" 17 ", 17}, Row{"12.5", 12},
-                           Row{"1e2", 100}, Row{"256", 0}, Row{"-1", 0}, Row{"", 0}, Row{"Rock", 0},
-                           Row{"17x", 0}, Row{"99999999999", 0}, Row{"1e300", 0}}) {
+    for (const Row& row :
+         {Row{"0", 0}, Row{"255", 255}, Row{" 17 ", 17}, Row{"12.5", 12}, Row{"1e2", 100},
+          Row{"256", 0}, Row{"257", 0}, Row{"65", 65}, Row{"-1", 0}, Row{"", 0}, Row{"Rock", 0},
+          Row{"17x", 0}, Row{"99999999999", 0}, Row{"1e300", 0}}) {
         disk.addFile(pathA, sound(500));
         editor.Text4(6).setText(row.text);
         write(pathA);
@@ -228,6 +229,16 @@ TEST_F(TagEditorTest, AFileThatCannotBeWrittenIsNotChanged) {
     write("c:\\music");
     write("z:\\nowhere\\a.mp3");
     EXPECT_THAT(boxes.shown, IsEmpty());
+}
+
+// A fallback to the start of the file would overwrite the first 128 bytes of the sound.
+TEST_F(TagEditorTest, AFileWhoseLengthIsUnknownIsNotChanged) {
+    disk.addFile(pathA, sound(500));
+    disk.failWith(FakeFileSystem::Operation::lengthOfOpenFile, pathA,
+                  ErrorNumber::deviceUnavailable);
+    write(pathA);
+    EXPECT_EQ(disk.content(pathA), sound(500));
+    EXPECT_THAT(disk.log, ElementsAre("openBinary c:\\music\\a.mp3 write"));
 }
 
 } // namespace

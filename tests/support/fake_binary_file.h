@@ -16,9 +16,9 @@ namespace sonarith::test {
 
 class FakeBinaryFile final : public BinaryFile {
   public:
-    enum class Use { read, write };
-    /// Called before each read and write, for example to log the call. If the gate returns an
-    /// error, the call fails with this error.
+    enum class Use { length, read, write };
+    /// Called before each call, for example to log it; `offset` and `bytes` are 0 for length(). If
+    /// the gate returns an error, the call fails with this error.
     using Gate =
         std::function<std::optional<Error>(Use use, std::int64_t offset, std::size_t bytes)>;
 
@@ -26,6 +26,9 @@ class FakeBinaryFile final : public BinaryFile {
         : content_(std::move(content)), access_(access), gate_(std::move(gate)) {}
 
     [[nodiscard]] Result<std::int64_t> length() const override {
+        if (const auto refusal = gate_(Use::length, 0, 0)) {
+            return *refusal;
+        }
         return static_cast<std::int64_t>(content_->size());
     }
     [[nodiscard]] Result<std::size_t> read(std::int64_t offset,

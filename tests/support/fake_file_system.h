@@ -32,6 +32,7 @@ class FakeFileSystem final : public FileSystem {
         fileLength,
         fileDate,
         openBinary,
+        lengthOfOpenFile, ///< BinaryFile::length(), which is not logged
         readBinary,
         writeBinary,
         rename,
@@ -157,6 +158,9 @@ class FakeFileSystem final : public FileSystem {
         }
         const auto gate = [this, path, full](FakeBinaryFile::Use use, std::int64_t offset,
                                              std::size_t bytes) {
+            if (use == FakeBinaryFile::Use::length) {
+                return scripted(Operation::lengthOfOpenFile, full);
+            }
             const bool reads = use == FakeBinaryFile::Use::read;
             note((reads ? "readBinary " : "writeBinary ") + path + " " + std::to_string(offset) +
                  " " + std::to_string(bytes));
