@@ -12,6 +12,7 @@
 
 #include "on_disk/second_opinion.h"
 #include "platform/linux/paths/binary_file_fixture.h"
+#include "support/mp3_bytes.h"
 #include "support/sound_files.h"
 
 namespace sonarith {
@@ -49,8 +50,12 @@ class HeaderAnalysisTest : public testing::Test {
         ASSERT_TRUE(test::writeWav(world.parent() / "in.wav", {rate, channels}, samples));
         ASSERT_TRUE(test::encodeMp3(world.parent() / "in.wav", options, file()))
             << "lame is missing or failed: " << options;
-        opinion = test::secondOpinionOf(file());
+        readFile();
         ASSERT_TRUE(opinion) << options;
+    }
+    /// Reads the file with the analysis and with the decoder.
+    void readFile() {
+        opinion = test::secondOpinionOf(file());
         info = {};
         analysed =
             GetMp3Info(world.files(), "d:\\a.mp3", TagReading::yes, HeaderReading::yes, info).ok();
@@ -190,6 +195,40 @@ TEST_F(HeaderAnalysisTest, TreatsAVariableRateOfAMonoFileAsConstant) {
 TEST_F(HeaderAnalysisTest, FindsNoFrameBehindALongLeadingTag) {
     encode(44100, 2, "-b 128 --id3v2-only --pad-id3v2-size 6000 --tt Title");
     EXPECT_EQ(opinion->first.bitrate, 128);
+    EXPECT_EQ(info.Bitrate, 0);
+    EXPECT_FALSE(info.HasTag);
+}
+
+// In a leading tag, the title "ÿû" has the bytes FF FB.
+TEST_F(HeaderAnalysisTest, MistakesATitleInALeadingTagForTheFirstFrame) {
+    encode(44100, 2, "-b 128 --id3v2-only --id3v2-latin1 --tt \xc3\xbf\xc3\xbb\xc2\xb0");
+    const std::string content = world.content("a.mp3").value();
+    ASSERT_TRUE(content.starts_with("ID3"));
+    ASSERT_LT(content.find("\xff\xfb\xb0"), 100U) << "the encoder wrote another title";
+    EXPECT_EQ(opinion->first.bitrate, 128);
+    EXPECT_EQ(info.Bitrate, 192);
+}
+
+// The sound of a short file is repeated, so that the file lasts for about 15 minutes.
+TEST_F(HeaderAnalysisTest, AFileWithMoreThan32767FramesHasNoHeaderAndNoTag) {
+    encode(44100, 2, "-V 9 --resample 44.1 -f");
+    const std::string content = world.content("a.mp3").value();
+    const auto informationFrame = static_cast<std::size_t>(opinion->first.framesize);
+    const std::int64_t times = 32'768 / (opinion->frames - 1) + 1;
+    const std::int64_t frames = times * (opinion->frames - 1);
+    std::string longer = content.substr(0, informationFrame);
+    longer.replace(44, 4, test::Mp3Bytes::bigEndian(static_cast<std::uint32_t>(frames)));
+    for (std::int64_t i = 0; i < times; ++i) {
+        longer += content.substr(informationFrame);
+    }
+    world.put("a.mp3", longer + test::tagOf("Title"));
+    readFile();
+    ASSERT_TRUE(opinion);
+    EXPECT_EQ(opinion->frames, frames + 1);
+    EXPECT_EQ(opinion->title, "Title");
+    EXPECT_FALSE(analysed);
+    EXPECT_TRUE(info.IsVbr);
+    EXPECT_EQ(info.Frames, 0);
     EXPECT_EQ(info.Bitrate, 0);
     EXPECT_FALSE(info.HasTag);
 }
