@@ -21,6 +21,8 @@
 #include <unistd.h>
 
 #include "platform/linux/paths/binary_file_fixture.h"
+#include "support/call_judge.h"
+#include "support/forked_child.h"
 #include "support/killed_at_call.h"
 #include "support/refused_call.h"
 #include "support/unprivileged.h"
@@ -205,6 +207,36 @@ TEST_F(LinuxBinaryFileTest, ReturnsTheModificationTime) {
     ASSERT_EQ(::utimensat(AT_FDCWD, path("a.mp3").c_str(), times.data(), 0), 0);
     const auto date = world_.files().fileDate("d:\\a.mp3").value();
     EXPECT_EQ(date.time_since_epoch(), std::chrono::nanoseconds(1'000'000'000'123'456'789));
+}
+
+// A pipe replaces the file after open() has checked it. If the system call then waited for the
+// other end of the pipe, the alarm would kill the child.
+TEST_F(LinuxBinaryFileTest, DoesNotWaitIfAPipeReplacesTheFileAfterTheCheck) {
+    for (const FileAccess access : {FileAccess::read, FileAccess::write, FileAccess::readWrite}) {
+        world_.put("a.mp3", "0123");
+        ASSERT_EQ(::mkfifo(path("pipe").c_str(), 0666), 0);
+        const std::string file = path("a.mp3");
+        const std::string pipe = path("pipe");
+        const int answer = test::runInChild([&] {
+            constexpr unsigned longestSeconds = 10;
+            ::alarm(longestSeconds);
+            bool replaced = false;
+            bool refused = false;
+            const auto verdict = [&](const seccomp_data& call) {
+                if (file == reinterpret_cast<const char*>(call.args[1])) {
+                    replaced = ::rename(pipe.c_str(), file.c_str()) == 0;
+                }
+                return test::CallJudge::letThrough;
+            };
+            const bool ran = test::CallJudge::run({SYS_openat}, verdict, [&](test::CallJudge&) {
+                refused = !LinuxBinaryFile::open(file, access).ok();
+            });
+            return ran && replaced && refused ? 0 : 1;
+        });
+        EXPECT_EQ(answer, 0) << static_cast<int>(access);
+        EXPECT_TRUE(fs::is_fifo(file));
+        fs::remove(file);
+    }
 }
 
 TEST(FileTimeOf, ClampsDatesOutsideTheRange) {
