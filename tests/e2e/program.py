@@ -2,12 +2,15 @@
 """Operates the program as a user does: through the accessibility tree and the mouse."""
 
 import subprocess
+import time
 
 from gi.repository import GLib
 
 from waiting import check, wait_for
 
 MOST_LINES_WALKED = 200
+# An element that has the same position after this time does not move.
+STILL_SECONDS = 0.05
 
 
 class Program:
@@ -18,6 +21,7 @@ class Program:
         self.desktop = desktop
         self.process = desktop.launch(path)
         self._atspi = desktop.atspi
+        self._found = {}  # (name, role): the element that find() returned
 
     # The process.
 
@@ -44,19 +48,25 @@ class Program:
         return None
 
     def _children(self, accessible):
-        # The count is read before each child, because rows may be added and removed at any time.
-        i = 0
-        while i < accessible.get_child_count():
-            child = accessible.get_child_at_index(i)
+        i, count = 0, accessible.get_child_count()
+        while i < count:
+            child = accessible.get_child_at_index(i)  # None if it has been removed since
             if child is not None:
                 yield child
             i += 1
+            if i == count:
+                count = accessible.get_child_count()  # children may have been added since
 
     def _walk(self, accessible):
+        """The element and the elements in it, without the contents of hidden elements and of long
+        lists: each property of an element takes a call of the program. Use lines() for the lines
+        of a long list."""
         yield accessible
-        if (accessible.get_role_name() == "list" and
-                accessible.get_child_count() > MOST_LINES_WALKED):
-            return  # reading each line takes a call; use lines() for the lines of a long list
+        count = accessible.get_child_count()
+        if count == 0 or not self._shows(accessible):
+            return
+        if count > MOST_LINES_WALKED and accessible.get_role_name() == "list":
+            return
         for child in self._children(accessible):
             yield from self._walk(child)
 
@@ -81,16 +91,22 @@ class Program:
 
     def find(self, name, role=None, within=None):
         """The first visible element with this name, and with this role if given; None if there is
-        none."""
+        none. An element that was found by an earlier call is returned as long as it fits."""
+        def fits(element):
+            return (element.get_name() == name and
+                    (role is None or element.get_role_name() == role) and self._shows(element))
         def read():
             for window in [within] if within is not None else self.top_windows():
                 for element in self._walk(window):
-                    if (element.get_name() == name and
-                            (role is None or element.get_role_name() == role) and
-                            self._shows(element)):
+                    if fits(element):
                         return element
             return None
-        return self._tolerant(read, None)
+        if within is not None:
+            return self._tolerant(read, None)
+        known = self._found.get((name, role))
+        if known is None or not self._tolerant(lambda: fits(known), False):
+            known = self._found[name, role] = self._tolerant(read, None)
+        return known
 
     def get(self, name, role=None, within=None):
         return wait_for(f"{role or 'element'} {name!r}", lambda: self.find(name, role, within))
@@ -258,6 +274,7 @@ class Program:
             return element and self._tolerant(lambda: self.centre_of(element), None)
         def settled():
             first = read()
+            time.sleep(STILL_SECONDS)
             return first if first is not None and first == read() else None
         return wait_for(f"{role or 'element'} {name!r} to stop moving", settled)
 
