@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "playlist/entry_clicks.h"
 
+#include <algorithm>
 #include <string>
 
 #include "platform/text/blanks.h"
@@ -33,10 +34,13 @@ void EntryClicks::List2_Click() {
     }
 }
 
-/// Deliberate: the loop limit is the number of lines in the playlist, not in the main window's
-/// list. FileAdder also checks whether the work tree already contains the file.
+/// Deliberate: of a main window's list that is longer than the playlist, only as many lines as the
+/// playlist has are compared. FileAdder also checks whether the work tree already contains the
+/// file.
 bool EntryClicks::mainListContains(const std::string& path) const {
-    for (int i = 0; i < form_.List2.listCount(); ++i) {
+    // Lines after the end of the main window's list match nothing, not even an entry of blanks.
+    const int compared = std::min(form_.List2.listCount(), mainForm_.List2.listCount());
+    for (int i = 0; i < compared; ++i) {
         if (matches(path, mainForm_.List2.list(i))) {
             return true;
         }

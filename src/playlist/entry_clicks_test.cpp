@@ -146,6 +146,21 @@ TEST_F(EntryClicksTest, AShorterMainListMatchesNothingAfterItsEnd) {
     EXPECT_TRUE(inTree(pathA));
 }
 
+TEST_F(EntryClicksTest, AnEntryOfBlanksMatchesNothingAfterTheEndOfAShorterMainList) {
+    open({"   "});
+    tick();
+    const auto before = loop.now();
+    choose(0);
+    // The adder is called and waits; it adds nothing.
+    EXPECT_GE(loop.now() - before, 300ms);
+    EXPECT_THAT(lines(mainForm.List2), IsEmpty());
+    // An empty line of the main window's list matches.
+    mainForm.List2.addItem("");
+    const auto again = loop.now();
+    choose(0);
+    EXPECT_EQ(loop.now(), again);
+}
+
 TEST_F(EntryClicksTest, TheEntryIsAddedWithTheBlanksThatItHasInTheList) {
     // The file without the blanks was read, but the adder gets the entry with its blanks.
     addMp3(" " + pathA, "Title");
