@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "playlist/playlist_entries.h"
 
-#include <algorithm>
 #include <cstdint>
 
 #include "platform/centred_form.h"
@@ -19,16 +18,25 @@ constexpr const char* missing = "0";
 constexpr const char* emptyLine = "Empty";
 
 /// Ten times the longest list for which the window is designed. A damaged count would otherwise
-/// fill the list and the memory with "Empty" lines.
-constexpr std::int32_t mostEntries = 100'000;
+/// fill the list and the memory with "Empty" lines. Entries that exist are not limited.
+constexpr std::int32_t mostMissingEntries = 100'000;
 
 std::string readText(const SettingsStore& store, const std::string& key) {
     return store.GetSetting(applicationName, playlistSection, key, missing);
 }
 
-/// Returns 0 for a count that is not a number.
-std::int32_t storedCount(const SettingsStore& store) {
-    return std::min(toInteger32(readText(store, countKey)).valueOr(0), mostEntries);
+/// Calls `take` with key and value of each stored entry, from the first to the last. The value of a
+/// missing entry is `missing`. There is no entry if the count is not a number.
+template <typename Take>
+void forEachEntry(const SettingsStore& store, Take take) {
+    const std::int32_t count = toInteger32(readText(store, countKey)).valueOr(0);
+    std::int32_t missingEntries = 0;
+    for (std::int32_t i = 0; i < count && missingEntries < mostMissingEntries; ++i) {
+        const std::string key = std::to_string(i + 1);
+        const std::string value = readText(store, key);
+        missingEntries += value == missing ? 1 : 0;
+        take(key, value);
+    }
 }
 
 bool isMp3(const std::string& entry) {
@@ -39,10 +47,7 @@ bool isMp3(const std::string& entry) {
 
 std::vector<std::string> playlistPathKeys(const SettingsStore& store) {
     std::vector<std::string> keys;
-    const std::int32_t count = storedCount(store);
-    for (std::int32_t i = 1; i <= count; ++i) {
-        keys.push_back(std::to_string(i));
-    }
+    forEachEntry(store, [&](const std::string& key, const std::string&) { keys.push_back(key); });
     return keys;
 }
 
@@ -65,11 +70,9 @@ void PlaylistEntries::Form_Load() {
 }
 
 void PlaylistEntries::LoadPlayList() {
-    const std::int32_t count = storedCount(platform_.store);
-    for (std::int32_t i = 1; i <= count; ++i) {
-        const std::string entry = readText(platform_.store, std::to_string(i));
+    forEachEntry(platform_.store, [this](const std::string&, const std::string& entry) {
         form_.List2.addItem(entry == missing ? emptyLine : entry);
-    }
+    });
 }
 
 void PlaylistEntries::Command20_Click() {

@@ -69,7 +69,7 @@ TEST_F(PlaylistEntriesTest, LoadsNothingIfTheCountIsNotAPositive32BitNumber) {
     }
 }
 
-TEST_F(PlaylistEntriesTest, LoadsAsManyLinesAsTheCountUpToALimit) {
+TEST_F(PlaylistEntriesTest, LoadsAsManyLinesAsTheCountUpToALimitOfMissingEntries) {
     struct Row {
         const char* count;
         int lines;
@@ -81,6 +81,27 @@ TEST_F(PlaylistEntriesTest, LoadsAsManyLinesAsTheCountUpToALimit) {
         EXPECT_EQ(editor.List2.listCount(), row.lines);
         EXPECT_EQ(editor.List2.list(row.lines - 1), "Empty");
     }
+}
+
+// Otherwise the next change of the list would drop the entries after the limit.
+TEST_F(PlaylistEntriesTest, TheNumberOfExistingEntriesIsNotLimited) {
+    stored(std::vector<std::string>(100'002, pathA));
+    editor.load();
+    EXPECT_EQ(editor.List2.listCount(), 100'002);
+    add(pathB);
+    EXPECT_EQ(store.held("music", "HowMany"), "100003");
+    EXPECT_EQ(store.held("music", "100003"), pathB);
+}
+
+TEST_F(PlaylistEntriesTest, DelistingFromAListOfMissingEntriesOnlyLeavesAnEmptyList) {
+    store.put("music", "HowMany", "32767");
+    editor.load();
+    EXPECT_EQ(editor.List2.listCount(), 32767);
+    select(16'000);
+    editor.Command6.click();
+    EXPECT_EQ(editor.List2.listCount(), 0);
+    EXPECT_EQ(store.held("music", "HowMany"), "0");
+    EXPECT_EQ(store.held("music", "1"), std::nullopt);
 }
 
 TEST_F(PlaylistEntriesTest, HasTheSameEntriesAfterTheWindowWasClosedAndOpenedAgain) {
@@ -98,7 +119,7 @@ TEST_F(PlaylistEntriesTest, ListsTheKeysThatContainPaths) {
     store.put("music", "HowMany", "x");
     EXPECT_THAT(playlistPathKeys(store), IsEmpty());
     store.put("music", "HowMany", "2000000000");
-    EXPECT_THAT(playlistPathKeys(store), SizeIs(100'000));
+    EXPECT_THAT(playlistPathKeys(store), SizeIs(100'003));
 }
 
 // --- adding ----------------------------------------------------------------------------------
@@ -302,6 +323,71 @@ TEST_F(PlaylistEntriesTest, KeepsPathsOfAnyBytes) {
     editor.unload();
     editor.load();
     EXPECT_EQ(lines(editor.List2), odd);
+}
+
+TEST_F(PlaylistEntriesTest, DelistingDropsWhatTheScratchListContained) {
+    for (const bool byProcedure : {false, true}) {
+        open({pathA, pathB});
+        editor.List3.addItem(pathC);
+        select(0);
+        if (byProcedure) {
+            EXPECT_TRUE(playlist.entries.CompactPlayList().ok());
+        } else {
+            editor.Command6.click();
+        }
+        EXPECT_THAT(inStore(), ElementsAre(pathB));
+        EXPECT_THAT(lines(editor.List3), IsEmpty());
+        editor.unload();
+    }
+}
+
+TEST_F(PlaylistEntriesTest, NoChangeOfTheListYields) {
+    open({pathA, pathB});
+    add(pathC);
+    select(0);
+    editor.Command6.click();
+    select(0);
+    EXPECT_TRUE(playlist.entries.CompactPlayList().ok());
+    EXPECT_EQ(loop.yieldCount(), 0);
+}
+
+// The keys are written while the lines move, so a reader of the store sees each step.
+TEST_F(PlaylistEntriesTest, ReadersOfTheStoreSeeEachStepOfADelisting) {
+    struct Row {
+        bool byProcedure;
+        std::vector<std::string> counts;
+    };
+    // The stored count after each line that leaves the list. The first of them is the delisted
+    // line, and the count is written after the line has left.
+    for (const Row& row : {Row{false, {"3", "3", "3"}}, Row{true, {"3", "3", "1"}}}) {
+        open({pathA, pathB, pathC});
+        std::vector<std::string> counts;
+        std::vector<std::string> added;
+        const auto read = [&](const std::string& key) {
+            return store.GetSetting(applicationName, playlistSection, key, "(none)");
+        };
+        const auto leaving = editor.List2.listChanged.connect([&](const ListChange& change) {
+            if (change.kind == ListChange::Kind::removed) {
+                EXPECT_EQ(read("1"), ""); // the index 1 of the delisted line, used as a key
+                counts.push_back(read("HowMany"));
+            }
+        });
+        const auto moving = editor.List3.listChanged.connect([&](const ListChange& change) {
+            if (change.kind == ListChange::Kind::removed) {
+                added.push_back(read("HowMany") + " " + read(read("HowMany")));
+            }
+        });
+        select(1);
+        if (row.byProcedure) {
+            EXPECT_TRUE(playlist.entries.CompactPlayList().ok());
+        } else {
+            editor.Command6.click();
+        }
+        EXPECT_EQ(counts, row.counts);
+        EXPECT_THAT(added, ElementsAre("1 " + pathA, "2 " + pathC));
+        EXPECT_EQ(store.fileWrites, 1);
+        editor.unload();
+    }
 }
 
 } // namespace
