@@ -362,5 +362,59 @@ TEST_F(FileDeletionTest, TheStoreIsCorrectEvenIfTheWindowIsClosedDuringTheDeleti
     EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathC));
 }
 
+TEST_F(FileDeletionTest, TheMessageAboutAnEmptyFileIsShownBeforeItsDeletion) {
+    openThree();
+    disk.addFile(pathB, "");
+    boxes.whileUp = [&](const ShownBox&) {
+        EXPECT_TRUE(disk.fileExists(pathB));
+        EXPECT_EQ(editor.Text4(8).text(), "0");
+    };
+    remove(pathB);
+    EXPECT_THAT(boxes.shown, ElementsAre(noDataBox));
+    EXPECT_FALSE(disk.fileExists(pathB));
+}
+
+TEST_F(FileDeletionTest, TheLengthIsReadAgainAfterTheDeletionAndAfterTheReport) {
+    openThree();
+    choose(1);
+    // The file cannot be deleted, and another program changes its length.
+    disk.failWith(FakeFileSystem::Operation::removeFile, pathB, ErrorNumber::permissionDenied);
+    loop.atYield(1, [&] { disk.addFile(pathB, std::string(200, 'x')); });
+    std::vector<std::string> lengths;
+    boxes.whileUp = [&](const ShownBox& box) {
+        lengths.push_back(editor.Text4(8).text());
+        if (box == deleted(pathB)) {
+            disk.addFile(pathB, std::string(300, 'x'));
+        }
+    };
+    const auto delisted = editor.List2.listChanged.connect([&](const ListChange&) {
+        if (lengths.size() == 2) {
+            lengths.push_back(editor.Text4(8).text());
+        }
+    });
+    remove(pathB);
+    EXPECT_THAT(lengths, ElementsAre("48000", "200", "300"));
+    EXPECT_THAT(boxes4(), Each(""));
+}
+
+// An entry with a bracket does not match its own path, so the selected entry is removed instead.
+TEST_F(FileDeletionTest, AnEntryWithABracketIsRemovedOnlyIfItIsSelected) {
+    const std::string bracketed = "c:\\music\\a [live].mp3";
+    addMp3(pathA, "Title A");
+    addMp3(bracketed, "Title");
+    open({pathA, bracketed});
+    choose(1);
+    remove(bracketed);
+    EXPECT_THAT(inStore(), ElementsAre(pathA));
+    addMp3(bracketed, "Title");
+    editor.unload();
+    open({pathA, bracketed});
+    choose(0);
+    remove(bracketed);
+    EXPECT_FALSE(disk.fileExists(bracketed));
+    EXPECT_TRUE(disk.fileExists(pathA));
+    EXPECT_THAT(inStore(), ElementsAre(bracketed));
+}
+
 } // namespace
 } // namespace sonarith

@@ -203,5 +203,39 @@ TEST_F(FileRenameTest, IfTheEditedPathChangesDuringTheQuestionTheNewlyEditedFile
     EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathC));
 }
 
+TEST_F(FileRenameTest, AFailureOfTheDialogOtherThanACancelEndsTheRename) {
+    addMp3(pathA, "Title A");
+    open({pathA});
+    dialog.failure = Error{ErrorNumber::badFileName, "Bad file name or number"};
+    rename(pathA, target);
+    EXPECT_EQ(dialog.savings.size(), 1U);
+    EXPECT_FALSE(triedToRename());
+    EXPECT_THAT(boxes.shown, IsEmpty());
+    EXPECT_THAT(lines(editor.List2), ElementsAre(pathA));
+    EXPECT_EQ(editor.Text5.text(), pathA);
+}
+
+// The new name does not match itself as a pattern, so "Add to PlayList" adds it a second time.
+TEST_F(FileRenameTest, ATargetWithABracketGetsASecondEntry) {
+    const std::string bracketed = "c:\\music\\a [live].mp3";
+    addMp3(pathA, "Title A");
+    open({pathA, pathB});
+    rename(pathA, bracketed);
+    EXPECT_THAT(lines(editor.List2), ElementsAre(bracketed, pathB, bracketed));
+    EXPECT_THAT(inStore(), ElementsAre(pathA, pathB, bracketed));
+    EXPECT_EQ(editor.Text5.text(), "");
+}
+
+// An entry with a bracket does not match its own path, so it keeps the old name.
+TEST_F(FileRenameTest, AnEntryWithABracketIsNotReplaced) {
+    const std::string bracketed = "c:\\music\\a [live].mp3";
+    addMp3(bracketed, "Title A");
+    open({bracketed});
+    rename(bracketed, target);
+    EXPECT_TRUE(disk.fileExists(target));
+    EXPECT_THAT(lines(editor.List2), ElementsAre(bracketed, target));
+    EXPECT_THAT(inStore(), ElementsAre(bracketed, target));
+}
+
 } // namespace
 } // namespace sonarith

@@ -363,5 +363,27 @@ TEST_F(HeaderDisplayTest, AChosenFileThatIsMissingShowsNoData) {
     EXPECT_EQ(pointer.shapes.back(), Pointer::normal);
 }
 
+TEST_F(HeaderDisplayTest, AChosenFileThatIsTooShortKeepsItsLengthOnly) {
+    disk.addFile(pathA, std::string(99, 'x'));
+    dialog.choices = {pathA};
+    editor.cmdHdr1.click();
+    EXPECT_THAT(boxes.texts(), ElementsAre("File contains no data"));
+    EXPECT_EQ(editor.Text4(8).text(), "99 bytes");
+    EXPECT_EQ(editor.Text5.text(), "");
+}
+
+// While a slow disk is read, other events may add lines.
+TEST_F(HeaderDisplayTest, LinesThatWereAddedDuringTheReadingAreCleared) {
+    addMp3(pathA, "Title A");
+    disk.meanwhile = [&](const std::string& entry) {
+        if (entry == "readBinary " + pathA + " 47744 256") {
+            editor.List1.addItem("added");
+        }
+    };
+    read(pathA);
+    EXPECT_EQ(editor.List1.listCount(), 12);
+    EXPECT_EQ(line(0), "Bitrate            128");
+}
+
 } // namespace
 } // namespace sonarith
