@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -260,6 +261,51 @@ TEST_F(PlaylistFilesTest, TheTagOfAHugeFileIsShownWithTheHeaderOfThePreviousFile
         EXPECT_EQ(editor.form.List1.list(0), "Bitrate            128");
     }
     EXPECT_THAT(editor.machine.boxes.shown, IsEmpty());
+}
+
+/// The bytes that this thread has read from files, pipes and sockets; empty optional if the system
+/// does not count them.
+std::optional<std::uint64_t> bytesRead() {
+    std::ifstream counts("/proc/thread-self/io");
+    std::string name;
+    std::uint64_t bytes = 0;
+    return counts >> name >> bytes && name == "rchar:" ? std::optional(bytes) : std::nullopt;
+}
+
+TEST_F(PlaylistFilesTest, AClickOnAnEntryReadsAtMost8KibibytesWhateverTheLength) {
+    if (!bytesRead()) {
+        GTEST_SKIP() << "this system does not count the bytes that a thread reads";
+    }
+    const std::uint64_t begin = bytesRead().value();
+    const std::uint64_t ofTheCount = bytesRead().value() - begin;
+    for (const std::int64_t bytes :
+         {std::int64_t{100'000}, std::int64_t{200'000'000}, 5 * test::gibibyte}) {
+        world.put("a.mp3", Mp3Bytes(4000).header(1, commonHeader).content);
+        fs::resize_file(world.disk() / "a.mp3", static_cast<std::uintmax_t>(bytes));
+        editor.form.Text5.setText("d:\\a.mp3");
+        const std::uint64_t before = bytesRead().value();
+        editor.form.cmdHdr2.click();
+        const std::uint64_t taken = bytesRead().value() - before - ofTheCount;
+        EXPECT_EQ(editor.form.Text4(8).text(), std::to_string(bytes) + " bytes");
+        EXPECT_LE(taken, 8192U) << bytes;
+        EXPECT_GE(taken, 256U) << "the bytes were not counted";
+    }
+}
+
+// A path ends at its last character that is not a blank.
+TEST_F(PlaylistFilesTest, AFileWhoseNameEndsWithABlankIsNeitherReadNorRenamedNorDeleted) {
+    world.put("a.mp3 ", mp3("Title"));
+    read("a.mp3 ");
+    EXPECT_THAT(editor.machine.boxes.texts(), ElementsAre("File contains no data"));
+    editor.form.Text5.setText("d:\\a.mp3 ");
+    editor.machine.dialog.choices = {"d:\\b.mp3"};
+    editor.form.Command2.click();
+    editor.form.Text5.setText("d:\\a.mp3 ");
+    editor.machine.boxes.answers = {BoxAnswer::yes};
+    editor.form.Command10.click();
+    EXPECT_EQ(world.content("a.mp3 "), mp3("Title"));
+    EXPECT_FALSE(fs::exists(world.disk() / "b.mp3"));
+    EXPECT_FALSE(fs::exists(world.disk() / "a.mp3"));
 }
 
 } // namespace
