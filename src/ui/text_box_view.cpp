@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <limits>
+#include <string>
+#include <utility>
 
 #include <QMouseEvent>
 
@@ -25,13 +27,22 @@ TextBoxView::TextBoxView(TextBox& box, QString label, QWidget* parent)
     : QLineEdit(parent),
       box_(box),
       view_(box, *this, {}, std::move(label), [this](Property which) { apply(which); }) {
-    // Qt emits this signal when the user types, pastes, deletes or undoes text.
-    connect(this, &QLineEdit::textEdited, this, [this](const QString& typed) {
-        box_.setText(toText(typed));
-        // Shows the control's text again, which removes text that the control has not accepted.
-        showText();
-        showTypingLimit();
-    });
+    // Not textEdited(), which Qt does not emit for a text set through the accessibility tree.
+    connect(this, &QLineEdit::textChanged, this, [this](const QString& text) { take(text); });
+}
+
+/// Takes a text from the user: typed, pasted, undone, or set through the accessibility tree.
+void TextBoxView::take(const QString& text) {
+    std::string entered = toText(text);
+    if (entered == box_.text()) {
+        return; // showText() has set the control's own text
+    }
+    if (!box_.locked() && isEnabled()) {
+        box_.setText(std::move(entered));
+    }
+    // Shows the control's text again, which removes text that the control has not accepted.
+    showText();
+    showTypingLimit();
 }
 
 void TextBoxView::apply(Property which) {

@@ -19,6 +19,7 @@ class TextBoxView : public QLineEdit {
 
   private:
     void apply(Property which);
+    void take(const QString& text);
     void showText();
     void showTypingLimit();
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/text_box_view.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
 #include <QScrollBar>
@@ -136,6 +137,22 @@ TEST_F(TextBoxViewTest, AKeyHandlerMayDisableTheBox) {
     };
     QTest::keyClicks(&view, "5");
     EXPECT_EQ(model.text(), "100");
+}
+
+TEST_F(TextBoxViewTest, ATextSetThroughTheAccessibilityTreeReachesTheControl) {
+    QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(&view);
+    ASSERT_NE(accessible, nullptr);
+    accessible->setText(QAccessible::Value, QStringLiteral("250"));
+    EXPECT_EQ(model.text(), "250");
+    EXPECT_THAT(log, ElementsAre("change 250"));
+    // Neither a locked nor a disabled box accepts a text.
+    model.setLocked(true);
+    accessible->setText(QAccessible::Value, QStringLiteral("300"));
+    model.setLocked(false);
+    model.setEnabled(false);
+    accessible->setText(QAccessible::Value, QStringLiteral("400"));
+    EXPECT_EQ(model.text(), "250");
+    EXPECT_EQ(view.text(), "250");
 }
 
 class TextLinesViewTest : public testing::Test {
