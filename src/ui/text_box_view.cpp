@@ -33,12 +33,12 @@ TextBoxView::TextBoxView(TextBox& box, QString label, QWidget* parent)
 
 /// Takes a text from the user: typed, pasted, undone, or set through the accessibility tree.
 void TextBoxView::take(const QString& text) {
-    std::string entered = toText(text);
+    const std::string entered = toText(text);
     if (entered == box_.text()) {
         return; // showText() has set the control's own text
     }
     if (!box_.locked() && isEnabled()) {
-        box_.setText(std::move(entered));
+        box_.setText(entered);
     }
     // Shows the control's text again, which removes text that the control has not accepted.
     showText();

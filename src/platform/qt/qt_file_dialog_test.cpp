@@ -257,5 +257,22 @@ TEST_F(QtFileDialogTest, ACancelledSaveFailsWithDialogCancelled) {
     EXPECT_EQ(numberOf(dialog.save(request)), ErrorNumber::dialogCancelled);
 }
 
+// As for renaming: the folder is that of the old file, and the name has neither folder nor
+// extension.
+TEST_F(QtFileDialogTest, ShowsAPlainNameInTheFolderOfAnInitialFile) {
+    FileDialogRequest renaming;
+    renaming.defaultExtension = "mp3";
+    renaming.initialFolder = "L:" + machine("one.wav");
+    renaming.fileName = "one";
+    onDialog([&](QFileDialog& shown) {
+        EXPECT_EQ(shown.directory().absolutePath().toStdString(), folder.path().string());
+        auto* line = shown.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+        ASSERT_NE(line, nullptr);
+        EXPECT_EQ(line->text(), "one");
+        QTest::keyClick(line, Qt::Key_Return);
+    });
+    EXPECT_EQ(dialog.save(renaming).valueOr("failed"), "L:" + machine("one.mp3"));
+}
+
 } // namespace
 } // namespace sonarith
