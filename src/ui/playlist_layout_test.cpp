@@ -84,6 +84,10 @@ TEST_F(PlaylistLayoutTest, ShowsListHeaderAndBoxesWithoutScrollingAtItsFirstSize
     }
 }
 
+TEST_F(PlaylistLayoutTest, DoesNotBlockOtherWindows) {
+    EXPECT_EQ(window.windowModality(), Qt::NonModal);
+}
+
 TEST_F(PlaylistLayoutTest, TheBoxesOfTheTagShowThirtyCharacters) {
     for (std::size_t number = 1; number <= FrmPlayList::text4Count; ++number) {
         const auto& box = get<QLineEdit>(boxName(number).c_str());
