@@ -57,18 +57,22 @@ class Program:
             if i == count:
                 count = accessible.get_child_count()  # children may have been added since
 
-    def _walk(self, accessible):
+    def _walk(self, accessible, menus=False):
         """The element and the elements in it, without the contents of hidden elements and of long
-        lists: each property of an element takes a call of the program. Use lines() for the lines
-        of a long list."""
+        lists: each property of an element takes a call of the program. With `menus`, the contents
+        of hidden menus are included, since a visible popup menu can lie in a hidden one. Use
+        lines() for the lines of a long list."""
         yield accessible
         count = accessible.get_child_count()
-        if count == 0 or not self._shows(accessible):
+        if count == 0:
             return
-        if count > MOST_LINES_WALKED and accessible.get_role_name() == "list":
+        if not self._shows(accessible):
+            if not menus or accessible.get_role_name() not in ("menu item", "popup menu"):
+                return
+        elif count > MOST_LINES_WALKED and accessible.get_role_name() == "list":
             return
         for child in self._children(accessible):
-            yield from self._walk(child)
+            yield from self._walk(child, menus)
 
     def _tolerant(self, read, otherwise):
         while GLib.MainContext.default().iteration(False):
@@ -97,7 +101,7 @@ class Program:
                     (role is None or element.get_role_name() == role) and self._shows(element))
         def read():
             for window in [within] if within is not None else self.top_windows():
-                for element in self._walk(window):
+                for element in self._walk(window, menus=role in (None, "menu item")):
                     if fits(element):
                         return element
             return None

@@ -58,9 +58,11 @@ def search_for(started, extension, name=None):
     started.click(SEARCH, "push button")
 
 
-def wait_for_end(started):
-    wait_for("the end of the search", lambda: started.find(SEARCH, "push button") and
-             started.is_enabled("File Type", "text"))
+def wait_for_result(started, what, expected):
+    """Waits until the search has ended and the finder shows the expected files. A test cannot wait
+    for the end alone: a short search looks the same before its start as after its end."""
+    wait_for(f"{what}: {expected}", lambda: started.find(SEARCH, "push button") and
+             started.is_enabled("File Type", "text") and found(started) == expected)
 
 
 def summary(started):
@@ -104,24 +106,19 @@ def files_are_found_by_extension_and_name(desktop, program):
     started = start_finder(desktop, program)
     folders = folders_below(desktop.home)
     search_for(started, "mp3")
-    wait_for_end(started)
-    check_equal(found(started), sorted(as_found(path, desktop.home) for path in mp3s),
-                "files found")
+    wait_for_result(started, "files found", sorted(as_found(path, desktop.home) for path in mp3s))
     check_equal(summary(started), (folders, len(mp3s)), "the summary")
     check("h:\\a\\deep\\" in [line.lower() for line in started.lines("Folders searched")],
           "a folder is missing in the list of searched folders")
     check_equal(started.text("File Type"), ".mp3", "the extension after the search")
 
     search_for(started, ".wav")
-    wait_for_end(started)
-    check_equal(found(started), ["h:\\a\\one.wav"], "WAV files found")
+    wait_for_result(started, "WAV files found", ["h:\\a\\one.wav"])
     search_for(started, ".mp3", "three")
-    wait_for_end(started)
-    check_equal(found(started), ["h:\\b\\three.mp3"], "files of that name found")
+    wait_for_result(started, "files of that name found", ["h:\\b\\three.mp3"])
     search_for(started, ".ogg", "")
-    wait_for_end(started)
-    check_equal((found(started), summary(started)), ([], (folders, 0)),
-                "the files and the summary of a search without a match")
+    wait_for_result(started, "files found without a match", [])
+    check_equal(summary(started), (folders, 0), "the summary of a search without a match")
     close(started)
 
 
@@ -188,8 +185,7 @@ def a_search_with_hidden_lists_is_stopped(desktop, program):
     choose_folder(started, "discs")
     wait_for("the small folder", lambda: ".config" not in started.lines("Folder"))
     search_for(started, "cue")
-    wait_for_end(started)
-    check_equal(found(started), ["h:\\discs\\disc.cue"], "sheets found")
+    wait_for_result(started, "sheets found", ["h:\\discs\\disc.cue"])
     close(started)
 
 
@@ -200,8 +196,7 @@ def the_popup_selects_removes_and_deletes_found_files(desktop, program):
     one, two, three = (as_found(desktop.home / "found" / name, desktop.home) for name in names)
     started = start_finder(desktop, program)
     search_for(started, "mp3")
-    wait_for_end(started)
-    check_equal(found(started), sorted([one, two, three]), "files found")
+    wait_for_result(started, "files found", sorted([one, two, three]))
 
     def choose(file, entry):
         line = next(line for line in started.lines("Files found") if line.lower() == file)
@@ -245,8 +240,7 @@ def closing_ends_the_search(desktop, program):
     choose_folder(started, "small")
     wait_for("the small folder", lambda: "discs" not in started.lines("Folder"))
     search_for(started, "wav")
-    wait_for_end(started)
-    check_equal(found(started), ["h:\\small\\one.wav"], "files found")
+    wait_for_result(started, "files found", ["h:\\small\\one.wav"])
     close(started)
 
 
