@@ -128,12 +128,12 @@ STAGES = (
     Stage("unit", "the unit tests of all modules under the address and undefined sanitizers",
           preset="asan", by_module=True, targets=("unit_tests",), target_of_name="{}_test",
           selection=("-LE", "^e2e$")),
-    # One job more than processors, since these tests mostly wait; not more, since they must not
-    # miss texts that are shown only for half a second.
+    # Twice as many jobs as processors, since these tests mostly wait. The tests that must not miss
+    # a text that is shown only for half a second run alone (tests/e2e/CMakeLists.txt).
     Stage("e2e", "the real program in a real window",
           preset="asan", targets=("sonarith", "drag_source", "embedding_panel", "stalling_files"),
           selection=("-L", "^e2e$"),
-          jobs=PROCESSORS + 1),
+          jobs=2 * PROCESSORS),
     Stage("package",
           "the Debian package: built twice, compared, checked, installed (only if named)",
           preset="package-test", selection=("-R", r"^package\."), jobs=1, named_only=True),
