@@ -128,8 +128,8 @@ STAGES = (
     Stage("unit", "the unit tests of all modules under the address and undefined sanitizers",
           preset="asan", by_module=True, targets=("unit_tests",), target_of_name="{}_test",
           selection=("-LE", "^e2e$")),
-    # Twice as many jobs as processors, since these tests mostly wait. The tests that must not miss
-    # a text that is shown only for half a second run alone (tests/e2e/CMakeLists.txt).
+    # Twice as many jobs as processors, since these tests mostly wait. Tests that disturb others or
+    # are disturbed by them run alone (tests/e2e/CMakeLists.txt).
     Stage("e2e", "the real program in a real window",
           preset="asan", targets=("sonarith", "drag_source", "embedding_panel", "stalling_files"),
           selection=("-L", "^e2e$"),
