@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Measures a search of 100,000 files in 5,000 folders, and compares it with `find -iname` on the
-// same tree in the same run, with warm caches. Measures three variants: the directory walk on this
-// thread, the walk on another thread as in the program, and the whole search engine with its lists.
+// same tree in the same run, with warm caches. Measures three variants: the walk on this thread,
+// the walk on another thread as in the program, and the whole search engine with its lists.
 // There are no windows, and a yield handles no events.
 #include <cstdio>
 #include <cstdlib>
@@ -76,7 +76,8 @@ int walkAlone(Directories& directories, const std::string& root) {
 } // namespace
 
 int main() {
-    // The path of a TempFolder contains no dot: the engine finds no file below a folder with a dot.
+    // The tree must be below a path without a dot, because the engine finds no file below a folder
+    // with a dot in its name. TempFolder adds no dot.
     const fakes::TempFolder tree;
     const fakes::TempFolder output;
     bench::makeMusicTree(tree.path());
@@ -105,7 +106,7 @@ int main() {
     SearchEngine engine(finder, directories, loop);
     const std::string root = paths.toLogic(tree.path().string());
     if (!finder.Dir1.setPath(root).ok()) {
-        std::fprintf(stderr, "the tree is not where it was made\n");
+        std::fprintf(stderr, "cannot select the folder of the test tree\n");
         return EXIT_FAILURE;
     }
 
@@ -139,12 +140,12 @@ int main() {
     const double base = median(findMs);
     std::printf("%d files in %d folders, median of %d rounds\n", bench::treeFiles,
                 bench::treeFolders, rounds);
-    std::printf("find -iname       %8.1f ms\n", base);
-    std::printf("walk, directly    %8.1f ms   ratio %.2f\n", median(directMs),
+    std::printf("find -iname        %8.1f ms\n", base);
+    std::printf("walk, this thread  %8.1f ms   ratio %.2f\n", median(directMs),
                 median(directMs) / base);
-    std::printf("directory walk    %8.1f ms   ratio %.2f (limit %.2f)\n", median(walkMs),
+    std::printf("walk, other thread %8.1f ms   ratio %.2f (limit %.2f)\n", median(walkMs),
                 median(walkMs) / base, limit);
-    std::printf("search engine     %8.1f ms   ratio %.2f (limit %.2f)\n", median(engineMs),
+    std::printf("search engine      %8.1f ms   ratio %.2f (limit %.2f)\n", median(engineMs),
                 median(engineMs) / base, limit);
     return EXIT_SUCCESS;
 }

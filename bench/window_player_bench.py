@@ -2,10 +2,10 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Measures the processor time of the real program with the CD player, as a share of one core.
 
-Without a sound output, the player is switched off, switched on without playing, and playing a disc
-image. While the player is on, each round measures with the panel visible and then with the panel
-hidden. With a sound server, the player plays a disc image and is compared with aplay (the peer),
-which plays the same sound into the same server.
+Without a sound output, the script measures three states: the player switched off, switched on but
+not playing, and playing a disc image. While the player is on, each round measures with the panel
+visible and then with the panel hidden. With a sound server, the player plays a disc image and is
+compared with aplay (the peer), which plays the same sound into the same server.
 
 window_player_bench.py FOLDER_OF_THE_PROGRAMS
 """
@@ -73,7 +73,7 @@ def without_server(desktop, program):
         show_panel(desktop, window, False)
         silent_hidden.append(share_of(started))
         show_panel(desktop, window, True)
-    report("on, nothing playing, panel in sight", silent, "none, since the meter records")
+    report("on, nothing playing, panel in sight", silent, "none: the level meter records meanwhile")
     report("on, nothing playing, panel hidden", silent_hidden, f"{LIMIT_SILENT} %")
     report("the panel's own share in silence", [a - b for a, b in zip(silent, silent_hidden)],
            f"{LIMIT_METER} %")
@@ -105,7 +105,7 @@ def with_server(desktop, program):
     ours, theirs = zip(*pairs)
     report("playing into the sound server", ours,
            f"{1.5 * statistics.median(theirs) + 2:.2f} %: 1.5 times aplay plus 2")
-    report("aplay with the same sound", theirs, "the peer")
+    report("aplay with the same sound", theirs, "none: this is the peer")
     close(started)
 
 

@@ -81,9 +81,9 @@ set(CPACK_DEBIAN_PACKAGE_DEPENDS "${latePackages}")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "libasound2-plugins, qt6-wayland")
 set(CPACK_DEBIAN_DEBUGINFO_PACKAGE ON)
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
-    "audio CD extractor and MP3 decoder with a work tree
-Sonarith turns the tracks of an audio CD into WAV files by playing the disc
-into a recorder, so that what is heard is what is kept, bit for bit. It
-reads optical drives and disc images, decodes MP3 files on all cores,
-plays audio CDs, keeps a playlist, edits tags, and finds audio files.")
+    "audio CD extractor and MP3 decoder with a tree of tracks and files
+Sonarith extracts the tracks of an audio CD to WAV files by recording the
+disc while it plays: a stereo file has the samples of the disc, bit for
+bit. It reads optical drives and disc images, decodes MP3 files on all
+cores, plays audio CDs, keeps a playlist, edits tags, and finds audio files.")
 include(CPack)

@@ -51,7 +51,7 @@ TEST_F(PlayerInApplication, IsSwitchedOffAndMutedBeforeAnActionAndTheCaptureIsCo
     EXPECT_FALSE(discMuted());
 }
 
-TEST_F(PlayerInApplication, AndTheMainWindowReadADiscThatIsChosenWhileThePlayerIsOn) {
+TEST_F(PlayerInApplication, ReadsADiscThatIsChosenWhileItIsOnAndSoDoesTheMainWindow) {
     bench.application.start();
     switchOnAndPlay();
     bench.disc.insert({5000, 6000, 7000});

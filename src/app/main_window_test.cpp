@@ -175,7 +175,7 @@ TEST(Moving, DragsTheWindowByAnEmptyPartOfTheFormAndByTheHandGrip) {
     EXPECT_EQ(grasped, 2);
 }
 
-TEST(ShapeFromPicture, ShapesTheMainWindowButIsNotCalledByTheWindowsLoad) {
+TEST(ShapeFromPicture, ShapesTheMainWindowButIsNotCalledWhenTheWindowLoads) {
     test::FakeMachine machine;
     ProcessState process;
     Windows windows(machine.platform, process);

@@ -67,7 +67,8 @@ class ConversionWorker {
     Status start();
     Status startBeside();
     void finish(int load);
-    /// Whether the window has not been unloaded since its load number `load`.
+    /// Whether the window is loaded and has not been loaded again since its `load`-th load
+    /// (Form6::timesLoaded()).
     [[nodiscard]] bool stillLoaded(int load) const;
 
     const Platform& platform_;

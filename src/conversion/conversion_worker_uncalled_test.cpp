@@ -29,7 +29,7 @@ struct StartDecodingTest : test::ConversionWorld {
     ConversionWorker& worker() { return conversion.worker; }
 };
 
-TEST_F(StartDecodingTest, DecodesIntoTheFilesFolderAndWaitsForTheEnd) {
+TEST_F(StartDecodingTest, DecodesIntoTheFolderOfTheMp3FileAndWaitsForTheEnd) {
     mp3.duration = 1200ms;
     const auto start = loop.now();
     worker().StartDecoding();

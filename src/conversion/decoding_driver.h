@@ -21,12 +21,14 @@ class DecodingDriver {
     DecodingDriver& operator=(const DecodingDriver&) = delete;
 
     /// Yields. Returns when all files are done or a stop was requested, and leaves stopRequested
-    /// set in both cases. An empty list only shows a message. If a file no longer exists, this
-    /// function waits until the program ends, unless Form6 was still loaded for an earlier file.
+    /// set in both cases. An empty list only shows a message. If a file no longer exists, no
+    /// worker starts and nothing clears workerBusy: this function waits until the program ends.
+    /// Exception: if Form6 is still loaded for an earlier file, its unload clears workerBusy, and
+    /// the missing file is skipped.
     void CmdDecoder_Click();
 
-    /// If the file `path` exists, loads Form6, whose worker converts currentFile; otherwise does
-    /// nothing.
+    /// Loads Form6 if the file `path` exists; otherwise does nothing. `path` is only checked: the
+    /// worker converts ProcessState::currentFile.
     void StartDecoding(const std::string& path);
 
   private:

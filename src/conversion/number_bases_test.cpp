@@ -86,7 +86,8 @@ TEST(ModDouble, FailsForADivisorOfZero) {
     EXPECT_EQ(ModDouble(0, 0).error().number, ErrorNumber::divisionByZero);
 }
 
-// In base 36 the neighbours of the digits and letters would have valid values.
+// Uses base 36, because there a missing range check is noticed: characters next to the digits and
+// letters in ASCII, such as ':' and '@', would get values below 36.
 TEST(ConvertBase, AcceptsOnlyTheDigitsAndLettersOfBase36) {
     for (int code = 0; code < 128; ++code) {
         const bool digit = code >= '0' && code <= '9';

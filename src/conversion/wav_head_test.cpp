@@ -179,7 +179,7 @@ TEST_F(WavHeadTest, ABitRateBeyond32BitsIsNotStored) {
     EXPECT_EQ(head().wavDuration, "00:-01");
 }
 
-TEST_F(WavHeadTest, KeepsTheFieldsBeyondTheEndOfAShortFile) {
+TEST_F(WavHeadTest, AFieldBeyondTheEndOfAShortFileKeepsThePreviousFilesValue) {
     EXPECT_TRUE(read(wav(8000 + 1000, 2, 16, 8000)));
     for (const std::size_t length : {0U, 1U, 3U}) {
         EXPECT_FALSE(read(wav(100, 1, 8, 44100).substr(0, length)));

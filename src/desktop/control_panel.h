@@ -13,8 +13,8 @@
 
 namespace sonarith {
 
-/// Hides a window if a tray panel shows the icon that restores it; otherwise minimizes it to its
-/// task bar entry.
+/// Hides `window` if a desktop panel shows the notification area, because the user can then open
+/// the window again through the tray icon; otherwise minimizes `window` to the task bar.
 void minimizeToTray(Form& window, const Tray& tray);
 
 class ControlPanel {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Monitors a running capture. When the disc reaches the end of the track, this class ends the track
-// and makes TrackCapture start the next track. Contains every way to end a capture early.
+// Monitors a running capture. When the disc reaches the end of the track, this class saves the
+// captured file and makes TrackCapture start the next track. Contains every way to end a capture
+// early.
 #pragma once
 
 #include <cstdint>
@@ -33,14 +34,16 @@ class CaptureMonitor {
     /// no number.
     void ShowCaptureLength();
 
-    /// TrackCapture calls this after a device failure. Ends the queue. Does not enable the
-    /// commands.
+    /// Not a button's handler: TrackCapture calls this after a device failure. Saves the captured
+    /// audio, if any, and moves to the last line of the queue of tracks, so that no further track
+    /// starts. Does not call Form1::Enablem(), so the main window's commands stay as they are.
     void cmdCancel_Click();
     /// Requests a stop of every job and ends a running capture. The captured audio is saved and
     /// added to the tree.
     void Command8_Click();
-    /// The button "Cancel". Stops every job. Every later queue ends after its first track until the
-    /// program is restarted.
+    /// The button "Cancel". Stops every job. Deliberate: nothing resets cancelRequested, so until
+    /// the program is restarted, every later extraction of several tracks ends after its first
+    /// track.
     void Command2_Click();
     /// The disk guard calls this when the disk has too little free space. Stops every job.
     void Command1_Click();

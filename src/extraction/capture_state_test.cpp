@@ -22,7 +22,7 @@ TEST(TrackLengths, AreNumberedFromOne) {
     EXPECT_EQ(lengths(2).value(), 200);
 }
 
-TEST(TrackLengths, FailForATrackNumberOutsideOneToTheCount) {
+TEST(TrackLengths, FailForATrackNumberBelowOneOrAboveTheCount) {
     TrackLengths lengths = lengthsOf({100});
     for (const std::int32_t outside : {INT32_MIN, -1, 0, 2, INT32_MAX}) {
         ASSERT_FALSE(lengths(outside).ok()) << outside;

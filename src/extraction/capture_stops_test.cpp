@@ -79,7 +79,7 @@ TEST(StopEverything, KeepsTheLastPercentageVisibleForFiveSeconds) {
     EXPECT_FALSE(bench.form.Timer1.enabled());
 }
 
-TEST(StopEverything, DuringATickSendsTheEndCommandsTwiceAndAddsTheWavAndAnMp3OfItsName) {
+TEST(StopEverything, DuringATickSendsTheEndCommandsTwiceAndAddsTheWavAndAnMp3OfTheSameName) {
     QueueBench bench(3);
     bench.files.addFile("c:\\wavfiles\\12053477-1.mp3", std::string(200, 'm'));
     // Yields 1 and 2 belong to the start, 3 to the wait, 4 to the tick.
@@ -115,8 +115,8 @@ TEST(StopEverything, StopsTheQueueBetweenTwoTracks) {
         EXPECT_THAT(std::vector(bench.media.log.end() - 10, bench.media.log.end()),
                     joined(endCommands(savedAs(1)), endCommands(savedAs(1))));
         EXPECT_EQ(bench.disc.saved.size(), 1U);
-        // The monitor's timer was not running, so Command8 did not move to the last line. The queue
-        // keeps its current line, and that line is selected.
+        // The monitor's timer was not running, so Command8 did not make the last line of lstRecord
+        // the current line. The current line is unchanged, and endByStop() selects it.
         EXPECT_EQ(bench.form.lstRecord.listIndex(), 0);
         EXPECT_TRUE(bench.form.lstRecord.selected(0));
         EXPECT_TRUE(bench.treeHolds(savedAs(1)));
@@ -139,8 +139,8 @@ TEST(StopEverything, BeforeTheDevicesAreOpenTakesEffectAtTheFirstTick) {
 }
 
 TEST(StopEverything, BeforeTheFirstTrackOnlyShortensThatTrack) {
-    // StartTrackRecording2 resets stopRequested but not Check9, which ends the track on its first
-    // tick.
+    // StartTrackRecording2 resets stopRequested, so the queue continues. It does not reset Check9,
+    // a hidden check box; while Check9 is 1, the next tick ends the track.
     QueueBench bench(2);
     bench.loop.atYield(1, [&] { bench.form.Command8.click(); });
     bench.form.cmdStart.click();
@@ -148,7 +148,7 @@ TEST(StopEverything, BeforeTheFirstTrackOnlyShortensThatTrack) {
                 ElementsAre(SavedCapture{savedAs(1), 17640}, SavedCapture{savedAs(2), 176400}));
 }
 
-TEST(StopEverything, BetweenTheLastTracksEndAndTheQueuesEndAddsTheWavAndTheMp3OfItsName) {
+TEST(StopEverything, BetweenTheLastTracksEndAndTheQueuesEndAddsTheWavAndTheMp3OfTheSameName) {
     QueueBench bench(2);
     bench.files.addFile("c:\\wavfiles\\12053477-2.mp3", std::string(200, 'm'));
     bench.disc.onSave = [&](const SavedCapture& save) {

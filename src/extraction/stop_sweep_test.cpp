@@ -180,8 +180,9 @@ TEST(EveryStop, InsideEveryMessageBoxEndsTheCapture) {
                     bench.form.cmdStart.click();
                     EXPECT_EQ(boxes, 1);
                     EXPECT_TRUE(bench.idle());
-                    // After a disc failure the start of the track disables the commands. Only the
-                    // end of the action, which this test does not run, enables them.
+                    // If a disc command fails, startDevices() still disables the commands before it
+                    // returns. Only the end of the start action enables them again; this test does
+                    // not run that code and calls Enablem() instead.
                     const bool discFailed = std::string(failing).find("cd") != std::string::npos;
                     EXPECT_EQ(bench.commandsOpen(), !discFailed);
                     bench.form.Enablem();

@@ -39,8 +39,8 @@ void CdCommands::followFailure(int status) {
     // Deliberate: the error message is read and discarded; nothing is shown.
     static_cast<void>(platform_.media.errorString(status));
     closeAll(CommandCheck::unchecked);
-    // Deliberate: this command is not checked, because handling its failure would call this
-    // function again without end.
+    // Deliberate: all devices are closed a second time. Neither close is checked, because a checked
+    // failure would call this function again without end.
     platform_.media.sendString(closeAllCommand);
     windows_.Form4.unload();
 }

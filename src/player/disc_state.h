@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Stores what the player knows about the disc in the drive. The buttons and the poll share this
-// state; it is kept when the panel closes.
+// state; it is kept when the player's panel (Form4) is unloaded.
 #pragma once
 
 #include <cstdint>

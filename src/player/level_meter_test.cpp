@@ -118,7 +118,7 @@ TEST_F(LevelMeterTest, AnInvalidLevelIsDrawnWithoutFailure) {
     EXPECT_EQ(trace.lines().size(), 2U);
 }
 
-TEST_F(LevelMeterTest, TheTraceRestartsAtTheLeftWithItsCurrentHeightAfterTheRightEdge) {
+TEST_F(LevelMeterTest, AfterTheRightEdgeTheTraceRestartsAtTheLeftFromItsLastHeight) {
     int cleared = 0;
     const Connection connection = trace.cleared.connect([&] { ++cleared; });
     for (int x = 0; x < 2440; x += 20) {
@@ -147,7 +147,8 @@ TEST_F(LevelMeterTest, TheTraceRestartsIfItReachesTheWidthExactly) {
 TEST_F(LevelMeterTest, AFailedReadKeepsTheLastLevel) {
     tick(16384);
     mixer.detailsFail = true;
-    // A slider writes to the same scratch value; the meter must not draw that value.
+    // A slider stores its level in mixerState.Volume, which the meter also uses; the meter must not
+    // draw the slider's level.
     form.Slider1.moveTo(1);
     tick(0);
     tick(0);
@@ -221,7 +222,7 @@ TEST_F(LevelMeterTest, QueueingABufferIsRetriedAfterAFailure) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-// --- the two variants ----------------------------------------------------------------------
+// --- the other two meters: Timer2 and Timer4 -----------------------------------------------
 
 TEST_F(LevelMeterTest, Timer2ReadsTheWaveLineAndDrawsOnlyTheBar) {
     player.capture.StartMeter();

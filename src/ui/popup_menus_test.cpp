@@ -83,7 +83,7 @@ TEST(PopupPlace, IsThePositionOfTheNewestOfSeveralNestedPresses) {
     EXPECT_EQ(PopupPlace::current(), QPoint(1, 2));
 }
 
-TEST(PopupPlace, IsThePositionOfThePointerWithoutAPress) {
+TEST(PopupPlace, IsThePointersPositionIfThereIsNoPress) {
     EXPECT_EQ(PopupPlace::current(), QCursor::pos());
 }
 

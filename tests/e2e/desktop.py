@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Starts a virtual screen with a window manager, a message bus and the accessibility services, and
-programs on this screen, with a home folder of their own. Simulates mouse and keyboard input."""
+"""Starts a virtual screen, a window manager, a message bus and the accessibility services. Starts
+programs on this screen, with a separate home folder. Simulates mouse and keyboard input."""
 
 import atexit
 import ctypes
@@ -23,7 +23,8 @@ SCREEN = (1280, 960)
 SECONDS_BETWEEN_CLICKS = 0.6
 # The time that a user needs between two steps of a drag.
 SECONDS_BETWEEN_DRAG_STEPS = 0.2
-# A distance that the program takes for a drag and not for an unsteady click.
+# A distance so long that the program treats the movement as a drag, and not as a click with an
+# unsteady hand.
 PIXELS_OF_A_DRAG = 16
 
 
@@ -199,9 +200,9 @@ class Desktop:
         return dict(line.partition("=")[::2] for line in lines if "=" in line)
 
     def write_store(self, drive, destination, output="none", **settings):
-        """Writes a settings store that selects a disc image, a destination folder (a path of the
-        machine) and a sound output. The destination is stored on drive C:, the form of older
-        versions, in which the home had no drive letter of its own."""
+        """Writes a settings store that selects a disc image, a destination folder and a sound
+        output. `destination` is a machine path. It is stored as a path on drive C:, as in older
+        versions, in which the home folder had no drive letter of its own."""
         escaped = ("C:" + str(destination).replace("/", "\\")).replace("\\", "\\\\")
         lines = ["[Devices]", f'Drive="{drive}"', f"Output={output}", "", "[Settings]",
                  f'DecodePath="{escaped}"', *(f"{key}={value}" for key, value in settings.items())]

@@ -126,8 +126,8 @@ def hardening():
 
 
 def dependencies():
-    """Each library that the program uses, linked or loaded late, must be in a package on which the
-    Debian package depends."""
+    """Each library that the program uses, whether linked or loaded at its first call, must be in a
+    package on which the Debian package depends."""
     asked = run("dpkg-deb", "-f", package(), "Depends")
     names = {re.split(r"[ :(]", one.strip())[0] for one in asked.split(",")}
     with tempfile.TemporaryDirectory() as folder:
@@ -137,7 +137,7 @@ def dependencies():
             if re.match(r"lib(cdio|cdio_cdda|cdio_paranoia|asound|sndfile|mpg123|samplerate)\.so",
                         name)]
     if len(late) != 7:
-        raise Fault(f"expected seven libraries that are loaded late, found: {sorted(late)}")
+        raise Fault(f"expected seven libraries that are loaded at run time, found: {sorted(late)}")
     for soname in sonames:
         owners = {line.split(":")[0]
                   for line in run("dpkg-query", "--search", f"*/{soname}").splitlines()}
@@ -148,7 +148,8 @@ def dependencies():
 def clean_root():
     """Creates a new Debian 12 system, installs the package and only its dependencies there, uses
     the program, removes the package, and checks that the system is then as before."""
-    from clean_root import CleanRoot, NotPossible  # only this check needs a screen and its tools
+    # Imported here, since only this check needs the virtual screen and the modules that operate it.
+    from clean_root import CleanRoot, NotPossible
     try:
         with CleanRoot() as root:
             use_and_remove(root)
@@ -161,8 +162,8 @@ def clean_root():
 def use_and_remove(root):
     shutil.copy(package(), root.path / "tmp/sonarith.deb")
     root.run("apt-get", "update", "-qq")
-    # The dependencies are installed before `before` is read, so that their files cause no
-    # difference.
+    # The dependencies are installed first, so that `before` already contains their files and the
+    # comparison at the end does not report them.
     depends = run("dpkg-deb", "-f", package(), "Depends")
     root.install(*(re.split(r"[ (]", one.strip())[0] for one in depends.split(",")))
     before = root.files()

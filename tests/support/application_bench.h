@@ -20,7 +20,8 @@ namespace sonarith::test {
 
 class ApplicationBench : public FakeMachine {
   public:
-    /// The destination folder of captures while the store is empty, as a path with a drive letter.
+    /// The default destination folder of captures (used while the settings store has no entry), as
+    /// a path with a drive letter.
     inline static const std::string destination = "c:\\sonarith\\wavfiles";
     /// Path of a saved track. 24106954 is half of the disc's identity 48213906, plus 1: FakeRandom
     /// returns 0.5.

@@ -33,8 +33,8 @@ namespace sonarith::test {
 
 class HeldCalls {
   public:
-    /// Returns whether a call is held; without a Choice all calls are. A Choice may read the memory
-    /// that an argument points to (textAt()).
+    /// Returns true if the call must be held. Without a Choice, every call with one of the given
+    /// numbers is held. A Choice may read the memory that an argument points to (textAt()).
     using Choice = std::function<bool(const seccomp_data& call)>;
 
     explicit HeldCalls(std::vector<std::uint32_t> numbers, Choice choice = nullptr)
@@ -70,8 +70,8 @@ class HeldCalls {
                     add(judge);
                     body();
                     *done = true;
-                    // When this function returns, the judge releases the calls that other threads
-                    // make: they must stay held until release().
+                    // When this lambda returns, the judge releases the calls of all other threads.
+                    // These calls must stay held until release(), so the lambda waits for it.
                     while (!released_) {
                         std::this_thread::sleep_for(std::chrono::milliseconds(1));
                     }

@@ -19,19 +19,21 @@ class UnknownName(Exception):
 
 @dataclasses.dataclass(frozen=True)
 class Stage:
+    """A stage has names: the modules or tests that can be requested one by one on the command
+    line."""
     name: str
     about: str
     preset: str  # a preset of CMakePresets.json; the build folder is build/PRESET
-    # Targets for the whole stage, and the pattern of the target for one name. () and None if
-    # nothing is built.
+    # The targets of the whole stage, and the pattern of the target that one requested name needs.
+    # () and None if nothing is built.
     targets: tuple = ()
     target_of_name: str | None = None
     # CTest options that select the whole stage in its build folder.
     selection: tuple = ()
-    # True if the names of the stage are modules, whose tests are MODULE.*. False if its tests are
-    # STAGE.NAME.
+    # Whether the names are modules. The CTest tests of a module are called MODULE.*; in the other
+    # stages, the test of a name is called STAGE.NAME.
     by_module: bool = False
-    # The names that the whole stage runs, if these are not all names.
+    # The names that are run if none is requested; empty if that is all of them.
     default_names: tuple = ()
     jobs: int = PROCESSORS  # number of tests run at the same time
     # Runs in the background, at idle priority.
@@ -78,8 +80,8 @@ class Stage:
         return ["-R", rf"^({one_of})\." if self.by_module else rf"^{self.name}\.({one_of})$"]
 
     def names(self):
-        """The names of the stage in its configured build folder, each with the folders of its
-        module below src/."""
+        """Reads the stage's names from its build folder, which must be configured. Returns a dict:
+        name -> folders of the module, relative to src/ (empty if the names are not modules)."""
         listed = subprocess.run(["ctest", "--test-dir", str(self.folder), "--show-only=json-v1"],
                                 check=True, capture_output=True, text=True).stdout
         found = {}

@@ -32,7 +32,7 @@ END = re.compile(r"\[==========\] (\d+) tests? from \d+ test (?:suites?|cases?) 
 # A test can pass although the thread sanitizer has reported a race in it, since the sanitizer only
 # prints the report.
 SANITIZER = re.compile(r"(?:ERROR|WARNING): \w+Sanitizer")
-# Lines between tests that do not report a failure.
+# Lines outside of tests that are dropped: headings, notes, the final summary, empty lines.
 CHATTER = re.compile(r"\[[-=]{10}\] |\[  (?:PASSED|FAILED)  \] |Note: |Running main\(\) |\s*$")
 
 # The maximum number of runs, so that a program is not run once for each of many tests that crash.
@@ -106,8 +106,8 @@ def reported(lines):
 
 
 def run_once(program, filter_text, hangs_after, outcome):
-    """Runs the tests that the filter selects. Returns whether no test ended the program; a test
-    that did counts as failed."""
+    """Runs the tests that the filter selects. Returns False if a test ended the program (crash,
+    hang or exit). That test counts as failed."""
     current, finished = None, False
     lines, outside = [], collections.deque(maxlen=LINES_OUTSIDE_TESTS)
     failed_before = len(outcome.failed)

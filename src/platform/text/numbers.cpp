@@ -57,9 +57,9 @@ std::size_t numberLength(std::string_view text) {
     return end;
 }
 
-/// Whether the absolute value of the number is less than 1, which is true if the number, written as
-/// 0.ddd times a power of ten, has an exponent of 0 or less. Precondition: the number
-/// is not 0.
+/// Whether the absolute value of the number is less than 1. If the number is written as 0.d...
+/// times 10^n, with a first digit d that is not 0, it is less than 1 exactly if n <= 0.
+/// Precondition: the number is not 0.
 bool isBelowOne(std::string_view number) {
     const std::size_t mantissaEnd = std::min(number.find_first_of("eE"), number.size());
     const std::string_view mantissa = number.substr(0, mantissaEnd);
@@ -72,8 +72,8 @@ bool isBelowOne(std::string_view number) {
         if (negative || digits.front() == '+') {
             digits.remove_prefix(1);
         }
-        // An exponent of more than 18 digits is larger than the digit count of any mantissa that
-        // fits in memory.
+        // An exponent of 10^18 or more outweighs the digits of any mantissa that fits in memory, so
+        // it is limited to 10^18; the sum below then cannot overflow.
         constexpr std::int64_t huge = 1'000'000'000'000'000'000;
         const auto outcome =
             std::from_chars(digits.data(), digits.data() + digits.size(), exponent);

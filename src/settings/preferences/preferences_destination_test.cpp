@@ -104,7 +104,7 @@ TEST_F(PreferencesDestination, MayHaveAnyName) {
     }
 }
 
-TEST_F(PreferencesDestination, ShowsTwoMessagesAndKeepsItsKeyIfItsCreationFails) {
+TEST_F(PreferencesDestination, ShowsTwoMessagesAndKeepsTheStoredPathIfItsCreationFails) {
     store.put("Settings", "DecodePath", "X:\\Gone\\Wav");
     start();
     expectTwoMessagesFor("X:\\Gone\\Wav");
@@ -216,7 +216,7 @@ TEST_F(PreferencesDestination, IsCreatedBelowTheChosenFolder) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(PreferencesDestination, LosesOneTrailingBackslashOfItsParent) {
+TEST_F(PreferencesDestination, IsBuiltAfterRemovingOneTrailingBackslashFromItsParent) {
     start();
     form.Text9.setText("d:\\");
     create("new");

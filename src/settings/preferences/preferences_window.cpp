@@ -27,7 +27,8 @@ void fill(ComboBox& box, const char* const (&entries)[Count]) {
     }
 }
 
-/// Runs a step before each message box, since a box yields.
+/// Runs `before` before each message box: a box yields, and no StoreTransaction may exist across a
+/// yield.
 class BoxesAfter final : public MessageBoxes {
   public:
     BoxesAfter(MessageBoxes& boxes, std::function<void()> before)
@@ -277,16 +278,16 @@ void PreferencesWindow::Drive2_Change() {
 
 void PreferencesWindow::Dir2_Change() {
     form_.Text9.setText(form_.Dir2.path());
-    // Deliberate: decodePath keeps the folder of this run, and nothing checks whether the new
-    // folder is writable.
+    // Deliberate: only the stored setting changes here; process_.settings.decodePath keeps its
+    // value until Co111_Click runs. Nothing checks whether the new folder is writable.
     saveSetting(decodePathKey, form_.Text9.text());
 }
 
 std::optional<DestinationFolder> PreferencesWindow::chosenDestination() {
     if (form_.Check2.value() == 0) {
-        // Read with an empty default, not with the default of LoadSettings: the first start creates
-        // "WAVFiles" in the program folder, although LoadSettings returns the program folder
-        // itself.
+        // The default here is empty, so without a stored value destinationOf() returns "WAVFiles"
+        // in the program folder, and the first start creates that folder. LoadSettings uses another
+        // default: the program folder itself.
         const std::string stored =
             platform_.store.GetSetting(applicationName, settingsSection, decodePathKey, "");
         return destinationOf(stored, platform_.files.programFolder());

@@ -35,8 +35,8 @@ class PreferencesWindow {
     void Check2_Click();
     void Check4_Click();
     void Check10_Click();
-    /// Saves the disk guard's two switches, then its two limits. A limit that is not a number is
-    /// saved as it is, and a limit after it is not saved.
+    /// Saves the disk guard's two switches, then the texts of its two limits. The second limit is
+    /// not saved if the first is not a number that fits 16 bits; otherwise any text is saved.
     void Command1_Click();
     /// Chooses and creates the destination folder. Yields one time, after the folder has been
     /// saved.

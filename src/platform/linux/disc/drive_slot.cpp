@@ -16,9 +16,10 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// The time limits of a load include the spin-up of the drive, or of a hard disk with images. The
-// time limit of a tray command is shorter than the movement of the tray, because a caller that
-// needs the closed tray queries the medium afterwards anyway.
+// The time limits of a load include the spin-up of the drive, or of a hard disk with images. A
+// tray command may time out before the tray has finished moving. This does no harm: the command
+// continues on the drive's thread, and a caller that needs the closed tray queries the medium
+// afterwards.
 constexpr PatientDrive::Patience opticalPatience{OpticalDrive::longestSpinUp + 12s, 1s};
 constexpr PatientDrive::Patience imagePatience{10s, 1s};
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests that the images which tools/make_disc_image.py creates play exactly, in each layout that
-// the script supports.
+// Creates disc images with tools/make_disc_image.py in each layout that the script supports, and
+// tests that every frame read from them is the expected one.
 #include <gmock/gmock.h>
 
 #include "platform/linux/disc/image_drive.h"

@@ -48,8 +48,8 @@ bool CdMedium::present() {
         return false;
     }
     const bool inDrive = drive_->mediaPresent();
-    // If the disc was exchanged between two queries, only the failed reading of the old disc (gone)
-    // reveals the exchange.
+    // If the disc was exchanged between two queries, the drive is never seen empty. Then only
+    // Transport::gone() shows the exchange: the old disc can no longer be read.
     if (!inDrive || (transport_ && transport_->gone())) {
         if (mode() == PlayerMode::playing) {
             reportVanished();

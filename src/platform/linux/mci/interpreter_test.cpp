@@ -80,7 +80,8 @@ TEST(Opening, ReturnsTheErrorOfAWrongCommand) {
     EXPECT_EQ(session.send("open !"), refused(MciError::invalidDeviceName));
 }
 
-// The activity clip is the video that the logic plays on the tool bar.
+// The activity clip is the video that the logic tries to play on the tool bar
+// (app/activity_clip.cpp).
 TEST(TheActivityClip, CannotBeOpenedBecauseItsDeviceIsNotInstalled) {
     MciSession session(audioTable({750}));
     EXPECT_EQ(session.send("stop movie"), refused(MciError::invalidDeviceName));

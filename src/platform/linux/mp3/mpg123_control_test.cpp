@@ -103,7 +103,9 @@ TEST_F(Mpg123ControlTest, DecodesAFileOnlyOnceIfItIsRequestedDuringAndAfterTheDe
     const auto before = written();
     ASSERT_TRUE(before);
     decode();
-    finish(); // returns at once unless the machine is busy with other programs
+    // Usually nothing to wait for: decode() itself waits up to checkTimeout for the check of the
+    // files.
+    finish();
     EXPECT_EQ(written(), before);
     EXPECT_EQ(control.lastResult().outcome, DecodeOutcome::completed);
 }

@@ -63,7 +63,7 @@ TEST_F(Mpg123ControlsTest, StopAllStopsAllControls) {
     EXPECT_FALSE(card.active());
 }
 
-TEST_F(Mpg123ControlsTest, ADecodingThatWaitsForTheDiskIsAPendingSaveAfterStopAll) {
+TEST_F(Mpg123ControlsTest, ADecodingThatIsBlockedByTheDiskRemainsAPendingSaveAfterStopAll) {
     HeldCalls disk({SYS_fsync});
     std::unique_ptr<ActiveMP3> control;
     ASSERT_TRUE(disk.run([&] { control = decodingTo(target); }));

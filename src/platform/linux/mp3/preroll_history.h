@@ -10,7 +10,8 @@
 
 namespace sonarith::mp3 {
 
-/// The frame at which decoding begins, and its offset.
+/// The number of the frame at which decoding begins, and that frame's offset in the source, in
+/// bytes.
 struct Preroll {
     std::int64_t frame = 0;
     std::int64_t offset = 0;

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Decodes on all cores: several threads take segments in the order of the stream and write their
 // samples to their positions in the WAV. From the first segment with a broken frame on, one thread
-// continues alone. One thread also continues alone when the disk is full, so that the WAV contains
-// the beginning of the sound without gaps. The caller opens and names the WAV.
+// continues alone. If the disk becomes full, the samples that were written ahead are dropped, and
+// one thread continues alone in the space gained, so that the WAV contains the beginning of the
+// sound without gaps. The caller opens and names the WAV.
 #pragma once
 
 #include <atomic>
@@ -34,20 +35,22 @@ struct Decoded {
     /// The WAV contains this many samples per channel from the beginning, without a gap.
     std::int64_t samples = 0;
     bool complete = false; ///< whether these are all samples of the stream
-    /// The frame from which on one decoder decoded the stream; empty if that was not needed.
+    /// The first frame of the part that a single decoder decoded sequentially; empty if there was
+    /// no such part.
     std::optional<std::int64_t> sequentialFrom;
     /// Why the result is not complete; empty after a stop. The samples before the failure are in
     /// the WAV.
     std::optional<DecodeFailure> failure;
-    DecodeCount count; ///< of the whole stream, or of the part examined before the end
+    /// Of the whole stream, or of the part that was scanned before a stop or a failure.
+    DecodeCount count;
 };
 
 /// `run` may be stopped at any time, and a read or a write may fail. The WAV contains every sample
 /// before Decoded::samples in these cases, too.
 class SegmentWorkers {
   public:
-    /// All arguments must outlive the object. Precondition: `frames` are of Layer III, and none has
-    /// been returned yet.
+    /// All arguments passed by reference must outlive the object. Precondition: the stream is
+    /// Layer III, and next() has not been called on `frames` yet.
     SegmentWorkers(const ByteSource& source, FrameSequence frames, WavTarget& target,
                    const Division& division, const std::atomic<bool>& stop, Progress& progress);
 

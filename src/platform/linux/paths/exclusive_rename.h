@@ -10,10 +10,10 @@ namespace sonarith {
 [[nodiscard]] int renameExclusively(const std::string& from, const std::string& to);
 
 /// The fallback of renameExclusively() if the kernel or the file system does not support exclusive
-/// renames. It creates a second hard link and removes the first. If links are not supported, the
-/// failed link() has shown that the name `to` is free, and a plain rename follows. Only in this
-/// case can a file be lost: a file that another process creates under the name `to` between the two
-/// calls.
+/// renames. It creates a second hard link and removes the first. If link() fails for lack of
+/// support, `to` does not exist (otherwise link() would fail with EEXIST), and rename() is called.
+/// Only in this case can a file be lost: if another process creates `to` between link() and
+/// rename(), rename() replaces that file.
 [[nodiscard]] int renameByLink(const std::string& from, const std::string& to);
 
 } // namespace sonarith

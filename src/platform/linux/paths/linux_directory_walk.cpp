@@ -21,8 +21,8 @@ namespace sonarith {
 
 namespace {
 
-/// For two names in one folder that differ only in case: whether a lower-case path means `name`
-/// rather than `other`. PathMap::locate() has the same preference.
+/// Two names in one folder may differ only in case. Returns whether the lower-case spelling refers
+/// to `name` rather than to `other`. PathMap::locate() has the same preference.
 bool preferred(std::string_view name, std::string_view other) {
     return name == lowerCase(name) || (other != lowerCase(other) && name < other);
 }
@@ -38,7 +38,7 @@ class LinuxDirectoryWalk final : public DirectoryWalk {
 
   private:
     struct Listing {
-        std::string folder; ///< the logic's path, with its backslash
+        std::string folder; ///< the logic's path, with a trailing backslash
         FolderListing entries;
         bool parentToCome = true; ///< ".." has not been returned yet
     };
@@ -51,16 +51,17 @@ class LinuxDirectoryWalk final : public DirectoryWalk {
     std::map<FindHandle, Listing> listings_;
     FindHandle lastHandle_ = 0;
     const std::shared_ptr<WalkedFolders> walked_;
-    /// The machine paths of folders that were found but not listed yet, so that these folders need
-    /// not be searched again. The key is the logic's path in lower case with its trailing
-    /// backslash.
+    /// The machine paths of folders that a listing returned but that are not listed yet. They save
+    /// a second PathMap::locate() when the folder is listed. The key is the logic's path in lower
+    /// case with a trailing backslash.
     std::unordered_map<std::string, std::string> met_;
 };
 
 std::optional<std::string> LinuxDirectoryWalk::machinePathOf(const std::string& folder) {
     if (const auto known = met_.extract(folder)) {
-        // A chosen spelling (PathMap::rememberChosen) has priority: for this folder it is applied
-        // here, and PathMap applies it to the files in the folder.
+        // If another spelling of this folder was chosen (PathMap::rememberChosen), that spelling
+        // has priority over the one found. locate() would apply it, but is not called here; for the
+        // files in the folder, PathMap applies chosen spellings itself.
         auto chosen = paths_.hasChosen(known.mapped()) ? paths_.chosenFor(folder) : std::nullopt;
         return chosen ? chosen : known.mapped();
     }

@@ -74,7 +74,7 @@ TEST_P(LinuxDirectoryWalkTest, ConvertsNamesWithCharactersThatTheLogicDoesNotAll
     EXPECT_TRUE(files_.fileExists(files[0]));
 }
 
-TEST_P(LinuxDirectoryWalkTest, TheListedPathOfAFileWithAQuestionMarkRemovesOnlyThatFile) {
+TEST_P(LinuxDirectoryWalkTest, RemovingAFileWithAQuestionMarkByItsListedPathRemovesOnlyThatFile) {
     write("what?.mp3");
     write("whats.mp3");
     EXPECT_FALSE(files_.removeFile("d:\\what?.mp3").ok());
@@ -102,7 +102,7 @@ TEST_P(LinuxDirectoryWalkTest, FindsAFolderByItsNameInAnyCase) {
     EXPECT_THAT(names(*walk, "D:\\MUSIC\\albums\\*.*"), ElementsAre(".", "..", "a.wav"));
 }
 
-TEST_P(LinuxDirectoryWalkTest, OfFoldersThatDifferOnlyInCaseTheSameOneIsWalkedAndOpened) {
+TEST_P(LinuxDirectoryWalkTest, IfFolderNamesDifferOnlyInCaseWalkingAndOpeningUseTheSameFolder) {
     write("MUSIC/upper.wav");
     write("Music/mixed.wav");
     EXPECT_THAT(filesBelow("d:"), ElementsAre("d:\\music\\upper.wav"));

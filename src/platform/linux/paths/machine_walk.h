@@ -31,11 +31,11 @@ struct FolderPart {
 };
 
 struct ReadFolder {
-    std::string folder; ///< the logic's path, with its backslash
+    std::string folder; ///< the logic's path, with a trailing backslash
     FolderPart part;    ///< the first entries, at least one
 };
 
-/// Passes to the thread of the logic the folders that one call has read. Thread-safe.
+/// Passes to the logic thread the folders that one call has read. Thread-safe.
 class ReadFolders {
   public:
     explicit ReadFolders(std::string first) : folder_(std::move(first)) {}
@@ -65,12 +65,12 @@ class MachineWalk {
     MachineWalk(std::shared_ptr<WalkedFolders> folders, Duration longestReadAhead)
         : walked_(std::move(folders)), longestReadAhead_(longestReadAhead) {}
 
-    /// Reads the folder's first part. With ReadAhead::yes it then reads the folders below, up to
-    /// the limits of one call, in the order of a walk that lists the most recently found folder
-    /// next and skips hidden folders.
+    /// Reads the folder's first part. With ReadAhead::yes it then reads the folders below until the
+    /// call reaches its limit of time or of entries, or a folder does not fit into one part. It
+    /// reads the folder found last first and skips hidden folders, as the logic's walk does.
     void read(MachineFiles& machine, const std::string& folder, ReadAhead ahead, ReadFolders& read);
-    /// Reads the next part of the folder of `part`; without records if `machine` is not the object
-    /// that read `part`.
+    /// Reads and returns the next part of the folder that `part` belongs to. The returned part has
+    /// no records if another MachineFiles object read `part`.
     [[nodiscard]] FolderPart readOn(MachineFiles& machine, FolderPart part);
     void close(MachineFiles& machine, const FolderPart& part);
 

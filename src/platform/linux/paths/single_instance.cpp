@@ -14,8 +14,7 @@ namespace sonarith {
 
 namespace {
 
-/// Creates the folder and its parents with access for this user only, as the desktop's convention
-/// requires for folders of configuration files.
+/// Creates the folder and its parents with mode 0700 (XDG Base Directory Specification).
 void makeFolder(const std::string& path) {
     for (std::size_t end = 0; end < path.size();) {
         end = std::min(path.find('/', end + 1), path.size());
@@ -49,8 +48,8 @@ SingleInstance::SingleInstance(const std::vector<std::string>& folders) {
     }
 }
 
-/// Tries to lock the file in `folder`. Returns true if it is then known whether this or another
-/// instance holds the lock.
+/// Returns true if this or another instance holds the lock (first_ says which), and false if the
+/// file cannot be opened or locked in `folder`, so that the next folder must be tried.
 bool SingleInstance::lockIn(const std::string& folder) {
     const int opened =
         ::open((folder + "/sonarith.lock").c_str(),

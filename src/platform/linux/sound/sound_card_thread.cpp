@@ -11,8 +11,9 @@ namespace {
 /// One block of the card: long enough to cost very little, and short compared with the output's
 /// buffer.
 constexpr std::chrono::milliseconds blockInterval{10};
-/// The length of one write to the output (PlaybackSession). A shorter interval would only cost more
-/// wake-ups, each of which costs as much as the mixing.
+/// The interval while only files play (Work::files): the longest write to the output
+/// (PlaybackSession). A shorter interval would only add wake-ups, and each wake-up costs as much as
+/// the mixing.
 constexpr std::chrono::milliseconds filesInterval{30};
 constexpr std::chrono::milliseconds silenceInterval{50};
 
