@@ -29,7 +29,8 @@ TRACK_SECONDS = 400
 SIGNAL = "music"
 SLICE_SECONDS = 6
 ROUNDS = 7
-# A tick of 10 ms, the unit in which a task manager counts, in 10 seconds.
+# All limits are percentages of one core. LIMIT_OFF is one tick of 10 ms (the unit in which a task
+# manager counts) in 10 seconds.
 LIMIT_OFF = 0.1
 LIMIT_PLAYING = 4
 LIMIT_METER = 1

@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Tests what the user may do while a deletion yields: clicks, buttons, closing the window.
+#include "playlist/file_operations.h"
+
+#include <gmock/gmock.h>
+
+#include <chrono>
+
+#include "playlist/file_deletion_fixture.h"
+
+namespace sonarith {
+namespace {
+
+using namespace std::chrono_literals;
+using test::deletionQuestion;
+using test::FileDeletionTest;
+using test::noDataBox;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+TEST_F(FileDeletionTest, AClickDuringTheDeletionChangesTheEditedFile) {
+    openThree();
+    choose(0);
+    loop.after(100ms, [&] { choose(2); });
+    remove(pathA);
+    EXPECT_FALSE(disk.fileExists(pathA));
+    EXPECT_TRUE(disk.fileExists(pathC));
+    // The report names the file that is edited when the report appears. The entry of that file is
+    // removed.
+    EXPECT_THAT(boxes.shown, ElementsAre(deletionQuestion, deleted(pathC)));
+    EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathB));
+    EXPECT_EQ(editor.Text5.text(), "");
+}
+
+TEST_F(FileDeletionTest, AfterAClickInAnyYieldTheListMatchesTheStore) {
+    const int yields = yieldsOfADeletion();
+    ASSERT_GT(yields, 3);
+    for (int yield = 1; yield <= yields; ++yield) {
+        SCOPED_TRACE(yield);
+        editor.unload();
+        openThree();
+        choose(0);
+        boxes.shown.clear();
+        bool clicked = false;
+        loop.atYield(yield, [&] {
+            choose(2);
+            clicked = true;
+        });
+        remove(pathA);
+        EXPECT_TRUE(clicked);
+        EXPECT_FALSE(disk.fileExists(pathA));
+        EXPECT_TRUE(disk.fileExists(pathB));
+        EXPECT_TRUE(disk.fileExists(pathC));
+        EXPECT_EQ(lines(editor.List2), inStore());
+        EXPECT_EQ(editor.List2.listCount(), 2);
+        EXPECT_EQ(editor.Text5.text(), "");
+    }
+}
+
+// The procedure has no guard against reentry: any button may be pressed while it runs.
+TEST_F(FileDeletionTest, AfterAnyButtonInAnyYieldTheListMatchesTheStore) {
+    const int yields = yieldsOfADeletion();
+    ASSERT_GT(yields, 3);
+    struct Press {
+        const char* name;
+        CommandButton FrmPlayList::*button;
+    };
+    for (const Press& press :
+         {Press{"Read header", &FrmPlayList::cmdHdr2}, Press{"...", &FrmPlayList::cmdHdr1},
+          Press{"Add", &FrmPlayList::Command20}, Press{"Delist", &FrmPlayList::Command6},
+          Press{"Delete", &FrmPlayList::Command10}, Press{"Write tag", &FrmPlayList::cmdTag},
+          Press{"Play", &FrmPlayList::Command11}, Press{"Stop", &FrmPlayList::Command12}}) {
+        for (int yield = 1; yield <= yields; ++yield) {
+            SCOPED_TRACE(std::string(press.name) + " in yield " + std::to_string(yield));
+            editor.unload();
+            openThree();
+            choose(0);
+            bool pressed = false;
+            loop.atYield(yield, [&] {
+                pressed = true;
+                boxes.answers = {BoxAnswer::yes};
+                (editor.*press.button).click();
+            });
+            remove(pathA);
+            // The number of yields varies by one. If the yield was not reached, the button is
+            // pressed after the deletion.
+            while (!pressed) {
+                loop.yield();
+            }
+            EXPECT_EQ(lines(editor.List2), inStore());
+            EXPECT_TRUE(disk.fileExists(pathB));
+            EXPECT_TRUE(disk.fileExists(pathC));
+        }
+    }
+}
+
+// A rename changes only the list on the screen; the compaction at the end of the deletion stores
+// the new name.
+TEST_F(FileDeletionTest, ARenameInAnyYieldIsStoredByTheCompaction) {
+    const std::string target = "c:\\music\\new.mp3";
+    const int yields = yieldsOfADeletion();
+    for (int yield = 1; yield < yields; ++yield) {
+        SCOPED_TRACE(yield);
+        editor.unload();
+        disk.removeFile(target).passOver();
+        openThree();
+        choose(0);
+        loop.atYield(yield, [&] {
+            editor.Text5.setText(pathC);
+            dialog.choices = {target};
+            editor.Command2.click();
+        });
+        remove(pathA);
+        EXPECT_TRUE(disk.fileExists(target));
+        EXPECT_EQ(lines(editor.List2), inStore());
+        EXPECT_EQ(editor.List2.listCount(), 2);
+    }
+}
+
+TEST_F(FileDeletionTest, TheDeletedFileIsNotAddedToTheWorkTree) {
+    openThree();
+    choose(0);
+    ASSERT_TRUE(editor.Check11.setValue(1).ok());
+    // The deletion selects the file's entry, which runs the click handler.
+    remove(pathB);
+    EXPECT_THAT(boxes.shown, ElementsAre(deletionQuestion, deleted(pathB), noDataBox));
+    EXPECT_THAT(lines(mainForm.List2), IsEmpty());
+    EXPECT_THAT(inStore(), ElementsAre(pathA, pathC));
+}
+
+TEST_F(FileDeletionTest, ClearingTheBoxOfTheLengthDuringTheDeletionPreventsTheDelisting) {
+    openThree();
+    choose(1);
+    loop.after(100ms, [&] {
+        editor.Text4(8).setText("  ");
+        editor.Text5.setText(pathB);
+    });
+    remove(pathB);
+    EXPECT_THAT(boxes.shown, ElementsAre(deletionQuestion, noDataBox));
+    EXPECT_FALSE(disk.fileExists(pathB));
+    EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathB, pathC));
+    EXPECT_EQ(editor.Text5.text(), pathB);
+}
+
+TEST_F(FileDeletionTest, TheStoreIsCorrectEvenIfTheWindowIsClosedDuringTheDeletion) {
+    openThree();
+    choose(1);
+    loop.after(100ms, [&] { editor.unload(); });
+    remove(pathB);
+    EXPECT_THAT(inStore(), ElementsAre(pathA, pathC));
+    editor.load();
+    EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathC));
+}
+
+} // namespace
+} // namespace sonarith
