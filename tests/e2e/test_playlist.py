@@ -2,95 +2,16 @@
 """Tests the playlist editor: it reads a file's header and tag, writes tags, stores the list, and
 renames, deletes and plays files."""
 
-import subprocess
-import tempfile
-import wave
-
 from driver import run
 from mp3 import make_mp3
+from playlist_editor import (
+    TAG_BYTES, TITLE, browse, click_entry, decoded, edited_file, header_lines, make_tagged,
+    same_path, start_editor, tag_of, wait_for_list, wait_for_tag)
 from program import Program
 from scenes import close, music_folder, row_of, start_in
 from sound import bytes_of, find_run
 from sound_server import SoundServer
 from waiting import check, check_equal, wait_for
-
-TITLE = "Playlist Editor"
-TAG_BYTES = 128
-FIELDS = ("Artist", "Title", "Album", "Year", "Comment", "Genre")
-
-
-def header_lines(seconds):
-    """The twelve header lines of a file that make_mp3() has created. The length of the information
-    frame and of a tag is less than a second."""
-    return ["Bitrate            128", "Frequency       44100", f"Duration          {seconds}",
-            "MpegVersion   1", "MpegLayer      3", "Original           yes", "Emphasis        no",
-            "CopyRight        no", "Mode               joint stereo", "Padding           no",
-            "CRC                no", "Private             no"]
-
-
-def tag_of(title, artist, album, year, comment, genre, filled_with=b"\0"):
-    """The 128 bytes of an ID3v1 tag."""
-    texts = ((title, 30), (artist, 30), (album, 30), (year, 4), (comment, 30))
-    return b"TAG" + b"".join(text.encode("cp1252").ljust(length, filled_with)
-                             for text, length in texts) + bytes([genre])
-
-
-def make_tagged(path, *tag, seconds=1):
-    make_mp3(path, seconds)
-    with open(path, "ab") as target:
-        target.write(tag_of(*tag))
-
-
-def same_path(seen, path):
-    return (seen or "").lower() == row_of(path)
-
-
-def start_editor(desktop, program, destination):
-    started = start_in(desktop, program, destination)
-    started.open_window(TITLE, TITLE)
-    return started
-
-
-def browse(desktop, started, path):
-    started.click("...", "push button")
-    wait_for("the file dialog", lambda: started.has_focus("File name:", "text"))
-    desktop.type(str(path))
-    desktop.press("Return")
-    wait_for("the edited file", lambda: same_path(edited_file(started), path))
-
-
-def edited_file(started):
-    return started.text("Currently editing this file")
-
-
-def tag_shown(started):
-    return tuple(started.text(field) for field in FIELDS)
-
-
-def wait_for_tag(started, *values):
-    wait_for(f"the tag {values}", lambda: tag_shown(started) == values)
-
-
-def stored_list(desktop):
-    section = desktop.stored("music")
-    return [section.get(str(i), "").replace("\\\\", "\\").lower()
-            for i in range(1, int(section.get("HowMany", 0)) + 1)]
-
-
-def wait_for_list(desktop, started, *paths):
-    rows = [row_of(path) for path in paths]
-    wait_for(f"{len(rows)} lines", lambda: [line.lower() for line in started.lines("PlayList")] ==
-             rows)
-    wait_for("the stored list", lambda: stored_list(desktop) == rows)
-
-
-def line_of(started, path):
-    return next(line for line in started.lines("PlayList") if same_path(line, path))
-
-
-def click_entry(started, path):
-    started.click_line("PlayList", line_of(started, path))
-    wait_for("the edited file", lambda: same_path(edited_file(started), path))
 
 
 def the_editor_reads_files_and_stores_the_list(desktop, program):
@@ -228,15 +149,6 @@ def clicking_an_entry_adds_the_file_to_the_work_tree(desktop, program):
     close(started)
 
 
-def decoded(path):
-    """The samples that another decoder produces."""
-    with tempfile.NamedTemporaryFile(suffix=".wav") as other:
-        subprocess.run(["mpg123", "-q", "-w", other.name, str(path)], check=True,
-                       capture_output=True)
-        with wave.open(other.name, "rb") as source:
-            return source.readframes(source.getnframes())
-
-
 def the_editor_plays_and_stops_an_entry(desktop, program):
     server = SoundServer(desktop)
     destination = music_folder(desktop)
@@ -264,140 +176,8 @@ def the_editor_plays_and_stops_an_entry(desktop, program):
     close(started)
 
 
-def the_keyboard_alone_operates_the_editor(desktop, program):
-    server = SoundServer(desktop)
-    destination = music_folder(desktop)
-    one, two = (desktop.home / "Else Where" / name for name in ("One.mp3", "Two.mp3"))
-    make_tagged(one, "Morning", "The Larks", "Birds", "1999", "first take", 17, seconds=20)
-    make_tagged(two, "Evening", "The Owls", "Birds", "2000", "second take", 3, seconds=2)
-    started = start_in(desktop, program, destination, output="default")
-    started.close_panel()
-    desktop.activate(started.main_window_id())
-    started.tab_to(TITLE, "push button")
-    desktop.press("space")
-    wait_for("the editor in front",
-             lambda: desktop.active_window() == started.window_id(TITLE) is not None)
-    window = started.window(TITLE)
-
-    def focus(name, role):
-        started.tab_to(name, role, within=window)
-
-    def press_button(name, role="push button"):
-        focus(name, role)
-        desktop.press("space")
-
-    def answer_dialog(path):
-        wait_for("the file dialog", lambda: started.has_focus("File name:", "text"))
-        desktop.press("ctrl+a")
-        desktop.type(str(path))
-        desktop.press("Return")
-
-    for number, path in enumerate((one, two), start=1):
-        press_button("...")
-        answer_dialog(path)
-        wait_for("the tag", lambda: started.text("HasTag") == "True")
-        press_button("Add to PlayList")
-        wait_for("the entry", lambda: len(stored_list(desktop)) == number)
-
-    focus("PlayList", "list")
-    desktop.press("Home")
-    wait_for_tag(started, "The Larks", "Morning", "Birds", "1999", "first take", "17")
-    desktop.press("Down")
-    wait_for_tag(started, "The Owls", "Evening", "Birds", "2000", "second take", "3")
-    wait_for("the header", lambda: started.lines("Header Info") == header_lines(seconds=2))
-
-    check_equal(started.group("MP3 Files"), [], "files of the tree")
-    press_button("Click on a file to add it to the Files List", "check box")
-    focus("PlayList", "list")
-    desktop.press("Up")
-    wait_for("the file in the tree", lambda: started.group("MP3 Files") == ["one.mp3"])
-
-    press_button("Play")
-    server.wait_for_sound("playing")
-    press_button("Stop")
-    server.wait_for_silence("stopped")
-
-    before = one.read_bytes()
-    focus("Album", "text")
-    desktop.press("ctrl+a")
-    desktop.type("Nightingales")
-    press_button(" Write tag")
-    wait_for("the written tag", lambda: one.read_bytes() != before)
-    check_equal(one.read_bytes()[-TAG_BYTES:],
-                tag_of("The Larks", "Morning", "Nightingales", "1999", "first take", 17, b" "),
-                "the tag")
-
-    press_button("Rename File")
-    other = one.with_name("Other Name.mp3")
-    answer_dialog(other)
-    wait_for("the renamed file", lambda: other.exists() and not one.exists())
-
-    press_button("Delete  File")
-    wait_for("the question", lambda: started.find("Yes", "push button"))
-    started.tab_to("Yes", "push button")
-    desktop.press("space")
-    wait_for("the message", lambda: started.find("OK", "push button"))
-    check(not other.exists(), "the file still exists")
-    desktop.press("Return")
-    wait_for("the list", lambda: len(stored_list(desktop)) == 1)
-    focus("PlayList", "list")
-    desktop.press("Home")
-    wait_for_tag(started, "The Owls", "Evening", "Birds", "2000", "second take", "3")
-    press_button("Delist")
-    wait_for("the empty list", lambda: stored_list(desktop) == [])
-    check(two.exists(), "delisting has deleted the file")
-    close(started)
-
-
-def the_accessibility_tree_alone_operates_the_editor(desktop, program):
-    destination = music_folder(desktop)
-    one, two = destination / "One.mp3", destination / "Two.mp3"
-    make_tagged(one, "Morning", "The Larks", "Birds", "1999", "first take", 17)
-    make_tagged(two, "Evening", "The Owls", "Birds", "2000", "second take", 3)
-    started = start_in(desktop, program, destination)
-    started.act(TITLE, "push button")
-    window = wait_for("the editor", lambda: started.window(TITLE))
-
-    for path in (one, two):
-        started.set_text("Currently editing this file", row_of(path))
-        started.act("Read header", "push button")
-        wait_for("the tag", lambda: started.text("HasTag") == "True")
-        started.act("Add to PlayList", "push button")
-        wait_for("the entry", lambda: row_of(path) in stored_list(desktop))
-    wait_for_list(desktop, started, one, two)
-
-    started.select_line("PlayList", 0)
-    wait_for_tag(started, "The Larks", "Morning", "Birds", "1999", "first take", "17")
-    wait_for("the header", lambda: started.lines("Header Info") == header_lines(seconds=1))
-    started.select_line("PlayList", 1)
-    wait_for_tag(started, "The Owls", "Evening", "Birds", "2000", "second take", "3")
-
-    for name in ("Play", "Stop"):
-        started.act(name, "push button", within=window)
-    started.act("Click on a file to add it to the Files List", "check box")
-    wait_for("the tick", lambda: started.is_checked(
-        started.find("Click on a file to add it to the Files List", "check box")))
-
-    before = two.read_bytes()
-    started.set_text("Genre", "9")
-    started.act(" Write tag", "push button")
-    wait_for("the written tag", lambda: two.read_bytes() != before)
-    check_equal(two.read_bytes()[-1], 9, "the genre")
-
-    started.act("Delete  File", "push button")
-    started.act("Yes", "push button")
-    started.act("OK", "push button")
-    wait_for_list(desktop, started, one)
-    check(not two.exists(), "the file still exists")
-    started.select_line("PlayList", 0)
-    wait_for("the edited file", lambda: same_path(edited_file(started), one))
-    started.act("Delist", "push button")
-    wait_for_list(desktop, started)
-    close(started)
-
-
 if __name__ == "__main__":
     run(the_editor_reads_files_and_stores_the_list, the_editor_writes_a_tag,
-        the_editor_renames_and_deletes_files, clicking_an_entry_adds_the_file_to_the_work_tree,
-        the_editor_plays_and_stops_an_entry, the_keyboard_alone_operates_the_editor,
-        the_accessibility_tree_alone_operates_the_editor)
+        the_editor_renames_and_deletes_files,
+        clicking_an_entry_adds_the_file_to_the_work_tree,
+        the_editor_plays_and_stops_an_entry)
