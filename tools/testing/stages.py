@@ -130,12 +130,12 @@ STAGES = (
     Stage("unit", "the unit tests of all modules under the address and undefined sanitizers",
           preset="asan", by_module=True, targets=("unit_tests",), target_of_name="{}_test",
           selection=("-LE", "^e2e$")),
-    # Twice as many jobs as processors, since these tests mostly wait. Tests that disturb others or
-    # are disturbed by them run alone (tests/e2e/CMakeLists.txt).
+    # More jobs than processors, since these tests mostly wait. Tests that disturb others or are
+    # disturbed by them run alone (tests/e2e/CMakeLists.txt).
     Stage("e2e", "the real program in a real window",
           preset="asan", targets=("sonarith", "drag_source", "embedding_panel", "stalling_files"),
           selection=("-L", "^e2e$"),
-          jobs=2 * PROCESSORS),
+          jobs=2 * PROCESSORS + 1),
     Stage("package",
           "the Debian package: built twice, compared, checked, installed (only if named)",
           preset="package-test", selection=("-R", r"^package\."), jobs=1, named_only=True),
