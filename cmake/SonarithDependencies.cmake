@@ -9,7 +9,7 @@ if(SONARITH_DEVICES)
   # The program is not linked to these libraries but loads them at the first call. So only their
   # headers are used here.
   pkg_check_modules(LATE REQUIRED libcdio libcdio_paranoia libcdio_cdda alsa sndfile libmpg123
-                    samplerate)
+                    speexdsp)
   include(${CMAKE_CURRENT_LIST_DIR}/SonarithSonames.cmake)
 endif()
 if(SONARITH_DESKTOP)

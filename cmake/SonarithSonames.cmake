@@ -7,7 +7,7 @@
 find_program(SONARITH_READELF NAMES readelf llvm-readelf REQUIRED)
 set(SONARITH_SONAMES)
 set(SONARITH_SONAME_LINES)
-foreach(library IN ITEMS cdio cdio_cdda cdio_paranoia asound sndfile mpg123 samplerate)
+foreach(library IN ITEMS cdio cdio_cdda cdio_paranoia asound sndfile mpg123 speexdsp)
   find_library(SONARITH_LATE_${library} ${library} HINTS ${LATE_LIBRARY_DIRS} REQUIRED)
   execute_process(COMMAND ${SONARITH_READELF} -d ${SONARITH_LATE_${library}}
                   OUTPUT_VARIABLE dynamic COMMAND_ERROR_IS_FATAL ANY)

@@ -44,7 +44,7 @@ LIBRARIES = {
                        r"(fcntl|unistd|poll|dirent|pwd|errno|signal|spawn|pthread)\.h"),
     # These libraries are loaded at their first call. A call from another folder would link the
     # program to them.
-    "platform/linux/late": r"(cdio|alsa)/.*|(sndfile|samplerate|mpg123|dlfcn)\.h",
+    "platform/linux/late": r"(cdio|alsa|speex)/.*|(sndfile|mpg123|dlfcn)\.h",
     "platform/qt": r"Q\w+|fontconfig/.*|xcb/xcb\.h|unistd\.h|fcntl\.h|sys/.*",
     "ui": r"Q\w+",
     "main": r"Q\w+|unistd\.h",

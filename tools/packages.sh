@@ -5,7 +5,7 @@
 build_packages=(
   cmake ninja-build g++ pkg-config python3
   qt6-base-dev libfontconfig-dev libcdio-dev libcdio-cdda-dev libcdio-paranoia-dev libsndfile1-dev libasound2-dev
-  libasound2-plugins libutf8proc-dev libmpg123-dev libsamplerate0-dev libxcb1-dev
+  libasound2-plugins libutf8proc-dev libmpg123-dev libspeexdsp-dev libxcb1-dev
 )
 # Also needed to build the package: to draw the icon's sizes, and to find the libraries of the program.
 package_packages=(librsvg2-bin dpkg-dev binutils)

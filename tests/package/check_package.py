@@ -134,7 +134,7 @@ def dependencies():
         program = (unpacked(folder) / "usr/bin/sonarith").read_bytes()
     sonames = {name.decode() for name in re.findall(rb"\0(lib[\w+-]+\.so\.\d+)(?=\0)", program)}
     late = [name for name in sonames
-            if re.match(r"lib(cdio|cdio_cdda|cdio_paranoia|asound|sndfile|mpg123|samplerate)\.so",
+            if re.match(r"lib(cdio|cdio_cdda|cdio_paranoia|asound|sndfile|mpg123|speexdsp)\.so",
                         name)]
     if len(late) != 7:
         raise Fault(f"expected seven libraries that are loaded at run time, found: {sorted(late)}")

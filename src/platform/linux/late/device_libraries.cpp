@@ -4,14 +4,14 @@
 #include "platform/linux/late/alsa.h"
 #include "platform/linux/late/cdio.h"
 #include "platform/linux/late/mpg123.h"
-#include "platform/linux/late/samplerate.h"
 #include "platform/linux/late/sndfile.h"
+#include "platform/linux/late/speexdsp.h"
 
 namespace sonarith {
 
 void loadDeviceLibraries() {
     for (const LateLibrary* library : {&cdioLibrary, &cddaLibrary, &paranoiaLibrary, &alsaLibrary,
-                                       &sndfileLibrary, &mpg123Library, &samplerateLibrary}) {
+                                       &sndfileLibrary, &mpg123Library, &speexdspLibrary}) {
         library->load();
     }
 }

@@ -9,9 +9,9 @@
 #include <gmock/gmock.h>
 
 #include "platform/linux/late/device_libraries.h"
-#include "platform/linux/late/samplerate.h"
 #include "platform/linux/late/sndfile.h"
 #include "platform/linux/late/sonames.h"
+#include "platform/linux/late/speexdsp.h"
 
 namespace sonarith {
 namespace {
@@ -35,9 +35,9 @@ void endWith(bool good) {
 TEST(LateLibrary, IsLoadedByTheFirstCallAndNotBefore) {
     EXPECT_EXIT(
         {
-            const bool before = isLoaded(soname::samplerate);
-            const std::string words = src_strerror(0);
-            endWith(!before && isLoaded(soname::samplerate) && words == "No error.");
+            const bool before = isLoaded(soname::speexdsp);
+            const std::string words = speex_resampler_strerror(RESAMPLER_ERR_SUCCESS);
+            endWith(!before && isLoaded(soname::speexdsp) && words == "Success.");
         },
         ExitedWithCode(0), "");
 }
@@ -49,7 +49,7 @@ TEST(LateLibrary, IsLoadedWithAllOthersByLoadDeviceLibraries) {
             loadDeviceLibraries();
             bool all = true;
             for (const char* name : {soname::cdio, soname::cdda, soname::paranoia, soname::asound,
-                                     soname::sndfile, soname::mpg123, soname::samplerate}) {
+                                     soname::sndfile, soname::mpg123, soname::speexdsp}) {
                 all = all && isLoaded(name);
             }
             endWith(!before && all);
@@ -76,8 +76,8 @@ TEST(LateLibrary, EndsTheProgramLikeTheLinkerIfItIsMissing) {
 }
 
 TEST(LateLibrary, EndsTheProgramLikeTheLinkerIfAFunctionIsMissing) {
-    static const LateFunction<int(int)> missing(samplerateLibrary, "src_no_such_function");
-    EXPECT_EXIT(static_cast<void>(missing(1)), ExitedWithCode(127), "src_no_such_function");
+    static const LateFunction<int(int)> missing(speexdspLibrary, "speex_no_such_function");
+    EXPECT_EXIT(static_cast<void>(missing(1)), ExitedWithCode(127), "speex_no_such_function");
 }
 
 } // namespace

@@ -5,53 +5,45 @@ namespace sonarith::mp3 {
 
 Result<CardRate> CardRate::create(const PcmFormat& format) {
     if (format.rate == sound::frameRate) {
-        return CardRate(format, nullptr);
+        return CardRate(format, std::nullopt);
     }
-    int error = 0;
-    SRC_STATE* state = src_new(SRC_SINC_FASTEST, format.channels, &error);
-    if (state == nullptr) {
-        return {ErrorNumber::deviceUnavailable,
-                std::string("no rate conversion: ") + src_strerror(error)};
+    Result<sound::RateConverter> converter = sound::RateConverter::create(
+        static_cast<std::size_t>(format.channels), static_cast<std::uint32_t>(format.rate),
+        sound::frameRate, sound::RateQuality::listening);
+    if (!converter.ok()) {
+        return converter.error();
     }
-    return CardRate(format, state);
+    converter.value().skipLatency();
+    return CardRate(format, std::move(converter.value()));
 }
 
 std::span<const sound::StereoFrame> CardRate::convert(std::span<const std::int16_t> samples) {
     frames_.clear();
-    if (state_) {
-        resample(samples);
-    } else {
+    if (!converter_) {
         append(samples);
+    } else if (samples.empty()) {
+        // The filter still contains the last frames; silence after the sound pushes them out.
+        const std::vector<std::int16_t> silence(converter_->latency() *
+                                                static_cast<std::size_t>(format_.channels));
+        resample(silence);
+    } else {
+        resample(samples);
     }
     return frames_;
 }
 
 void CardRate::resample(std::span<const std::int16_t> samples) {
-    // The space for one call of src_process; the loop below repeats the call until all samples are
-    // converted.
-    constexpr std::size_t outputFrames = 4096;
+    constexpr std::size_t outputFrames = 4096; // of one call; the loop converts the rest
     const auto channels = static_cast<std::size_t>(format_.channels);
-    input_.resize(samples.size());
-    src_short_to_float_array(samples.data(), input_.data(), static_cast<int>(samples.size()));
-    output_.resize(outputFrames * channels);
-    SRC_DATA data{};
-    data.data_in = input_.data();
-    data.input_frames = static_cast<long>(samples.size() / channels);
-    data.data_out = output_.data();
-    data.output_frames = static_cast<long>(outputFrames);
-    data.end_of_input = samples.empty() ? 1 : 0;
-    data.src_ratio = static_cast<double>(sound::frameRate) / format_.rate;
-    do {
-        if (src_process(state_.get(), &data) != 0) {
+    resampled_.resize(outputFrames * channels);
+    while (!samples.empty()) {
+        const auto [read, written] = converter_->convert(samples, resampled_);
+        if (read == 0 && written == 0) {
             return;
         }
-        const auto count = static_cast<std::size_t>(data.output_frames_gen) * channels;
-        resampled_.resize(count);
-        src_float_to_short_array(output_.data(), resampled_.data(), static_cast<int>(count));
-        append(resampled_);
-        data.data_in += static_cast<std::size_t>(data.input_frames_used) * channels;
-        data.input_frames -= data.input_frames_used;
-    } while (data.input_frames_used > 0 || data.output_frames_gen > 0);
+        append(std::span(resampled_).first(written * channels));
+        samples = samples.subspan(read * channels);
+    }
 }
 
 void CardRate::append(std::span<const std::int16_t> samples) {

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Converts sound of any rate, mono or stereo, to the format of the sound card's lines, through
-// libsamplerate. Sound at the card's rate passes unchanged.
+// Converts sound of any rate, mono or stereo, to the format of the sound card's lines. Sound at the
+// card's rate passes unchanged.
 #pragma once
 
 #include <cstdint>
-#include <memory>
+#include <optional>
 #include <span>
 #include <vector>
 
-#include "platform/linux/late/samplerate.h"
 #include "platform/linux/mp3/pcm_reader.h"
+#include "platform/linux/sound/rate_converter.h"
 #include "platform/linux/sound/sample_source.h"
 #include "platform/result.h"
 
@@ -26,17 +26,13 @@ class CardRate {
     convert(std::span<const std::int16_t> samples);
 
   private:
-    struct Close {
-        void operator()(SRC_STATE* state) const { src_delete(state); }
-    };
-    CardRate(const PcmFormat& format, SRC_STATE* state) : format_(format), state_(state) {}
+    CardRate(const PcmFormat& format, std::optional<sound::RateConverter> converter)
+        : format_(format), converter_(std::move(converter)) {}
     void resample(std::span<const std::int16_t> samples);
     void append(std::span<const std::int16_t> samples);
 
     PcmFormat format_;
-    std::unique_ptr<SRC_STATE, Close> state_; ///< null if the sound has the card's rate
-    std::vector<float> input_;
-    std::vector<float> output_;
+    std::optional<sound::RateConverter> converter_; ///< empty if the sound has the card's rate
     std::vector<std::int16_t> resampled_;
     std::vector<sound::StereoFrame> frames_;
 };

@@ -2,7 +2,6 @@
 #include "platform/linux/sound/wave_converter.h"
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 #include "platform/linux/sound/mixing.h"
@@ -16,13 +15,6 @@ namespace {
 constexpr std::uint16_t pcm = 1;
 constexpr std::uint32_t lowestRate = 4000;
 constexpr std::uint32_t highestRate = 192'000;
-
-/// Frames that the rate converter may hold back and deliver with a later block.
-constexpr std::size_t heldBackFrames = 256;
-
-/// After this many silent frames the resampler's filter contains only silence: at the lowest rate
-/// the filter extends over 212 frames to either side.
-constexpr std::size_t settledFrames = 2 * heldBackFrames;
 
 bool isOffered(const WaveFormat& format) {
     const unsigned block = format.nChannels * format.wBitsPerSample / 8U;
@@ -38,29 +30,28 @@ std::unique_ptr<WaveConverter> WaveConverter::create(const WaveFormat& format) {
     if (!isOffered(format)) {
         return nullptr;
     }
-    Resampler resampler;
+    std::optional<RateConverter> resampler;
     if (format.nSamplesPerSec != frameRate) {
-        int error = 0;
-        resampler.reset(src_new(SRC_SINC_FASTEST, format.nChannels, &error));
-        if (!resampler) {
+        Result<RateConverter> created = RateConverter::create(
+            format.nChannels, frameRate, format.nSamplesPerSec, RateQuality::measurement);
+        if (!created.ok()) {
             return nullptr;
         }
+        resampler = std::move(created.value());
     }
     return std::unique_ptr<WaveConverter>(new WaveConverter(format, std::move(resampler)));
 }
 
-WaveConverter::WaveConverter(const WaveFormat& format, Resampler resampler)
+WaveConverter::WaveConverter(const WaveFormat& format, std::optional<RateConverter> resampler)
     : channels_(format.nChannels),
       bytesPerSample_(format.wBitsPerSample / 8U),
       rate_(format.nSamplesPerSec),
-      ratio_(static_cast<double>(format.nSamplesPerSec) / frameRate),
       resampler_(std::move(resampler)),
+      settledFrames_(resampler_ ? 2 * resampler_->latency() : 0),
       samples_(blockFrames * channels_) {
-    const std::size_t most =
-        (static_cast<std::size_t>(std::ceil(blockFrames * ratio_)) + heldBackFrames) * channels_;
+    // One frame more than the ratio yields: the fractions of earlier blocks add up to it.
+    const std::size_t most = (blockFrames * rate_ / frameRate + 2) * channels_;
     if (resampler_) {
-        input_.resize(samples_.size());
-        output_.resize(most);
         resampled_.resize(most);
     }
     bytes_.resize(most * bytesPerSample_);
@@ -82,10 +73,11 @@ std::span<const std::byte> WaveConverter::convert(std::span<const StereoFrame> f
             samples_[count++] = frame.right;
         }
     }
+    const auto samples = std::span<const std::int16_t>(samples_).first(count);
     if (resampler_) {
-        resample(count);
+        resample(samples);
     } else {
-        encode(std::span(samples_).first(count));
+        encode(samples);
     }
     return std::span(bytes_).first(bytesUsed_);
 }
@@ -96,8 +88,8 @@ bool WaveConverter::isSettledSilence(std::span<const StereoFrame> frames) {
         silentFrames_ = 0;
         return false;
     }
-    const bool settled = silentFrames_ == settledFrames;
-    silentFrames_ = std::min(silentFrames_ + frames.size(), settledFrames);
+    const bool settled = silentFrames_ == settledFrames_;
+    silentFrames_ = std::min(silentFrames_ + frames.size(), settledFrames_);
     return settled;
 }
 
@@ -111,26 +103,9 @@ void WaveConverter::passSilence(std::size_t frames) {
     encode(std::span(resampled_).first(count));
 }
 
-void WaveConverter::resample(std::size_t samples) {
-    src_short_to_float_array(samples_.data(), input_.data(), static_cast<int>(samples));
-    SRC_DATA data{};
-    data.data_in = input_.data();
-    data.input_frames = static_cast<long>(samples / channels_);
-    data.src_ratio = ratio_;
-    do {
-        // The output must fit into the space that this block's earlier output has left.
-        const std::size_t room = (bytes_.size() - bytesUsed_) / frameBytes();
-        data.data_out = output_.data();
-        data.output_frames = static_cast<long>(room);
-        if (src_process(resampler_.get(), &data) != 0) {
-            return;
-        }
-        const auto made = static_cast<std::size_t>(data.output_frames_gen) * channels_;
-        src_float_to_short_array(output_.data(), resampled_.data(), static_cast<int>(made));
-        encode(std::span(resampled_).first(made));
-        data.data_in += static_cast<std::size_t>(data.input_frames_used) * channels_;
-        data.input_frames -= data.input_frames_used;
-    } while (data.input_frames > 0 && (data.input_frames_used > 0 || data.output_frames_gen > 0));
+void WaveConverter::resample(std::span<const std::int16_t> samples) {
+    const std::size_t made = resampler_->convert(samples, resampled_).written;
+    encode(std::span(resampled_).first(made * channels_));
 }
 
 void WaveConverter::encode(std::span<const std::int16_t> samples) {

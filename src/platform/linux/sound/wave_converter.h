@@ -7,10 +7,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <vector>
 
-#include "platform/linux/late/samplerate.h"
+#include "platform/linux/sound/rate_converter.h"
 #include "platform/linux/sound/sample_source.h"
 #include "platform/wave_input.h"
 
@@ -33,30 +34,24 @@ class WaveConverter {
     [[nodiscard]] std::size_t frameBytes() const { return channels_ * bytesPerSample_; }
 
   private:
-    struct Close {
-        void operator()(SRC_STATE* state) const { src_delete(state); }
-    };
-    using Resampler = std::unique_ptr<SRC_STATE, Close>;
-
-    WaveConverter(const WaveFormat& format, Resampler resampler);
+    WaveConverter(const WaveFormat& format, std::optional<RateConverter> resampler);
     [[nodiscard]] bool isSettledSilence(std::span<const StereoFrame> frames);
-    void resample(std::size_t samples);
+    void resample(std::span<const std::int16_t> samples);
     void passSilence(std::size_t frames);
     void encode(std::span<const std::int16_t> samples);
 
     std::size_t channels_;
     std::size_t bytesPerSample_;
     std::uint32_t rate_;
-    double ratio_;        ///< the format's rate divided by the card's
-    Resampler resampler_; ///< null if the rate is the card's
+    std::optional<RateConverter> resampler_; ///< empty if the rate is the card's
+    /// After this many silent frames the resampler's filter contains only silence.
+    std::size_t settledFrames_;
     // These buffers have a fixed size, in samples, which is enough for the largest block.
     std::vector<std::int16_t> samples_;
-    std::vector<float> input_;
-    std::vector<float> output_;
     std::vector<std::int16_t> resampled_;
     std::vector<std::byte> bytes_; ///< valid up to bytesUsed_
     std::size_t bytesUsed_ = 0;
-    std::size_t silentFrames_ = 0; ///< since the last sound, up to settledFrames
+    std::size_t silentFrames_ = 0; ///< since the last sound, up to settledFrames_
     /// Silence that was not delivered yet, in units of 1 / frameRate of a converted frame.
     std::uint64_t silentRemainder_ = 0;
 };
