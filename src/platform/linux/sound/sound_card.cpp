@@ -197,9 +197,10 @@ SoundCard::Work SoundCard::work() const {
     if (!maySound()) {
         return Work::silence;
     }
-    const bool onlyFiles = !recorder_ && !listener_ && !channel(Line::compactDisc).source &&
-                           !channel(Line::externalInput).source;
-    return onlyFiles ? Work::files : Work::all;
+    if (recorder_ || channel(Line::externalInput).source) {
+        return Work::all;
+    }
+    return listener_ || channel(Line::compactDisc).source ? Work::playing : Work::files;
 }
 
 void SoundCard::setWakeUp(std::function<void()> hook) {

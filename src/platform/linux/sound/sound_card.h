@@ -149,7 +149,8 @@ class SoundCard {
     enum class Work {
         none,    ///< no calls are needed
         silence, ///< a listener alone, such as a level meter without sound: may be served late
-        files,   ///< only Line::waveOut, of which no position is read
+        files,   ///< plays only Line::waveOut, of which no position is read
+        playing, ///< plays a disc, or plays to a listener; records nothing
         all,     ///< anything else: each block when it is due
     };
     [[nodiscard]] Work work() const;

@@ -53,7 +53,7 @@ TEST_F(SoundCardTest, HasOnlySilenceToDeliverIfThereIsOnlyAListener) {
     EXPECT_TRUE(card.active());
     EXPECT_EQ(card.work(), SoundCard::Work::silence);
     card.attach(Line::compactDisc, disc, 0ns);
-    EXPECT_EQ(card.work(), SoundCard::Work::all);
+    EXPECT_EQ(card.work(), SoundCard::Work::playing);
     card.detach(Line::compactDisc);
     EXPECT_EQ(card.work(), SoundCard::Work::silence);
     card.startRecording(recorder, 0ns);

@@ -15,6 +15,9 @@ constexpr std::chrono::milliseconds blockInterval{10};
 /// (PlaybackSession). A shorter interval would only add wake-ups, and each wake-up costs as much as
 /// the mixing.
 constexpr std::chrono::milliseconds filesInterval{30};
+/// The interval while a disc plays or the level meter listens (Work::playing). Less than half of
+/// PeakMeter::holdTime, so that the meter does not fall to 0 if this thread is late once.
+constexpr std::chrono::milliseconds playingInterval{20};
 constexpr std::chrono::milliseconds silenceInterval{50};
 
 } // namespace
@@ -80,6 +83,9 @@ void SoundCardThread::run(const std::stop_token& stop) {
             break;
         case SoundCard::Work::files:
             wake_.wait_for(lock, stop, filesInterval, called);
+            break;
+        case SoundCard::Work::playing:
+            wake_.wait_for(lock, stop, playingInterval, called);
             break;
         case SoundCard::Work::all:
             wake_.wait_for(lock, stop, blockInterval, [] { return false; });

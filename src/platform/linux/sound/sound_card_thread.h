@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Advances a sound card on a separate thread: every 10 ms, or less often while the card only plays
-// a file or only delivers silence to a listener. While the card is idle, the thread sleeps without
-// waking up.
+// Advances a sound card on a separate thread: every 10 ms while it records, every 20 ms while it
+// plays a disc, and less often while it only plays a file or only delivers silence to a listener.
+// While the card is idle, the thread sleeps without waking up.
 #pragma once
 
 #include <condition_variable>

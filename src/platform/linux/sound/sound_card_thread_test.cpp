@@ -112,19 +112,39 @@ TEST(SoundCardThread, WakesUpLessOftenWhileOnlyAFileIsPlayed) {
     EXPECT_LE(advances, passed.count() / 30 + 1);
 }
 
-TEST(SoundCardThread, TheWorkIsNotOnlyFilesIfADiscARecordingOrAListenerIsAdded) {
+TEST(SoundCardThread, WakesUpEvery20MillisecondsWhileADiscIsPlayed) {
+    SoundCard card;
+    const auto sound = std::make_shared<PatternSource>();
+    const auto begin = monotonicNow();
+    std::atomic<int> advances = 0;
+    card.attach(Line::compactDisc, sound, begin);
+    {
+        const SoundCardThread thread(card, [&] {
+            ++advances;
+            return monotonicNow();
+        });
+        EXPECT_TRUE(eventually([&] { return sound->position() >= frameRate / 2; }));
+    }
+    const auto passed =
+        std::chrono::duration_cast<std::chrono::milliseconds>(monotonicNow() - begin);
+    EXPECT_LE(advances, passed.count() / 20 + 1);
+}
+
+TEST(SoundCardThread, TheWorkDependsOnTheLinesTheListenerAndTheRecorder) {
     SoundCard card;
     card.attach(Line::waveOut, std::make_shared<PatternSource>(), {});
     EXPECT_EQ(card.work(), SoundCard::Work::files);
     card.attach(Line::compactDisc, std::make_shared<PatternSource>(), {});
-    EXPECT_NE(card.work(), SoundCard::Work::files);
+    EXPECT_EQ(card.work(), SoundCard::Work::playing);
     card.detach(Line::compactDisc);
     EXPECT_EQ(card.work(), SoundCard::Work::files);
     card.startRecording(std::make_shared<MemorySink>(), {});
-    EXPECT_NE(card.work(), SoundCard::Work::files);
+    EXPECT_EQ(card.work(), SoundCard::Work::all);
     card.stopRecording({});
     card.setListener(std::make_shared<MemorySink>(), {});
-    EXPECT_NE(card.work(), SoundCard::Work::files);
+    EXPECT_EQ(card.work(), SoundCard::Work::playing);
+    card.startRecording(std::make_shared<MemorySink>(), {});
+    EXPECT_EQ(card.work(), SoundCard::Work::all);
 }
 
 TEST(SoundCardThread, KeepsEverySampleWhileSeveralThreadsUseTheCardConcurrently) {
