@@ -12,7 +12,7 @@ BatchedWakeup::BatchedWakeup(EventLoop& loop, EventLoop::Duration interval,
       interval_(interval),
       call_(std::make_shared<Call>(Call{std::move(handler)})),
       isSilent_(std::move(isSilent)) {
-    arm({interval_, 1});
+    arm(batches(callsInSound));
 }
 
 BatchedWakeup::~BatchedWakeup() {
@@ -36,9 +36,8 @@ void BatchedWakeup::run(int calls) {
     }
     running_ = false;
     lastRun_ = loop_.now(); // drops the calls that became due during this run
-    silentCalls_ = isSilent_() ? std::min(silentCalls_ + calls, callsBeforeBatches) : 0;
-    const Rhythm next =
-        isBatching() ? Rhythm{interval_ * callsInBatch, callsInBatch} : Rhythm{interval_, 1};
+    silentCalls_ = isSilent_() ? std::min(silentCalls_ + calls, callsBeforeSilence) : 0;
+    const Rhythm next = batches(inSilence() ? callsInSilence : callsInSound);
     if (next != rhythm_) {
         arm(next);
     }
@@ -47,13 +46,13 @@ void BatchedWakeup::run(int calls) {
 void BatchedWakeup::endSilence() {
     // While the handler runs, no new wake-up is started: it could call the handler a second time
     // before the first call has returned.
-    if (running_ || !isBatching() || isSilent_()) {
+    if (running_ || !inSilence() || isSilent_()) {
         return;
     }
     silentCalls_ = 0;
     const auto due = (loop_.now() - lastRun_) / interval_;
-    const int calls = static_cast<int>(std::min<EventLoop::Duration::rep>(due, callsInBatch - 1));
-    arm(calls > 0 ? Rhythm{EventLoop::Duration(1), calls} : Rhythm{interval_, 1});
+    const int calls = static_cast<int>(std::min<EventLoop::Duration::rep>(due, callsInSilence - 1));
+    arm(calls > 0 ? Rhythm{EventLoop::Duration(1), calls} : batches(1));
 }
 
 } // namespace sonarith

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Calls a handler at an interval. While the machine is silent, waits for several intervals and then
-// makes their calls one after the other, in a batch. So a level meter seldom wakes the processor
-// while there is nothing to measure. The caller passes the function that detects silence.
+// Calls a handler at an interval, but waits for several intervals and then makes their calls one
+// after the other, in a batch. The batches are small in sound and larger in silence. So a level
+// meter seldom wakes the processor while there is nothing to measure. The caller passes the
+// function that detects silence.
 #pragma once
 
 #include <functional>
@@ -15,12 +16,15 @@ class BatchedWakeup : public Wakeup {
   public:
     using SilenceQuery = std::function<bool()>;
 
-    /// The level meter's interval is 10 ms, so its batches come every 50 ms: five times fewer
-    /// wake-ups, and the meter's trace still seems to move.
-    static constexpr int callsInBatch = 5;
-    /// Batches begin after this many calls in silence. By then the meter has shown the end of the
-    /// sound, although the mixer still reports the last level for some 50 ms after that end.
-    static constexpr int callsBeforeBatches = 10;
+    /// The level meter's interval is 10 ms, so its batches in sound come every 20 ms. The sound
+    /// card measures the level of a playing disc equally often (SoundCardThread).
+    static constexpr int callsInSound = 2;
+    /// In silence the meter's batches come every 50 ms, and its trace still seems to move.
+    static constexpr int callsInSilence = 5;
+    /// The batches of silence begin after this many silent calls. By then the meter has shown the
+    /// end of the sound, although the mixer still reports the last level for some 50 ms after that
+    /// end.
+    static constexpr int callsBeforeSilence = 10;
 
     /// `isSilent` is queried after the calls of each wake-up, and by endSilence(). The loop must
     /// outlive this object. The handler may destroy this object.
@@ -30,7 +34,7 @@ class BatchedWakeup : public Wakeup {
     BatchedWakeup(const BatchedWakeup&) = delete;
     BatchedWakeup& operator=(const BatchedWakeup&) = delete;
 
-    /// Must be called when sound may have begun. Ends the batches if `isSilent` returns false. Does
+    /// Must be called when sound may have begun. Ends the silence if `isSilent` returns false. Does
     /// not call the handler itself: the calls of the unfinished batch that are already due follow
     /// within a millisecond.
     void endSilence();
@@ -47,7 +51,8 @@ class BatchedWakeup : public Wakeup {
         bool operator==(const Rhythm&) const = default;
     };
 
-    [[nodiscard]] bool isBatching() const { return silentCalls_ >= callsBeforeBatches; }
+    [[nodiscard]] bool inSilence() const { return silentCalls_ >= callsBeforeSilence; }
+    [[nodiscard]] Rhythm batches(int calls) const { return {interval_ * calls, calls}; }
     void arm(Rhythm rhythm);
     void run(int calls);
 
@@ -57,7 +62,7 @@ class BatchedWakeup : public Wakeup {
     SilenceQuery isSilent_;
     Rhythm rhythm_{};
     EventLoop::Time lastRun_{};
-    int silentCalls_ = 0; ///< calls since the last sound, at most callsBeforeBatches
+    int silentCalls_ = 0; ///< calls since the last sound, at most callsBeforeSilence
     bool running_ = false;
     std::unique_ptr<Wakeup> wakeup_;
 };

@@ -46,9 +46,9 @@ class EventLoop {
                                                         std::function<void()> handler) = 0;
 
     /// As every(), for a handler that shows the sound of the machine and has nothing new to show in
-    /// silence. During silence, the calls may come late and several at once, but their number is
-    /// the same. The first call after the silence is not late. This default implementation makes
-    /// every call in time.
+    /// silence. Calls may be late, and then several come at once, but their number is the same. In
+    /// silence they may be later than in sound. The first call after the silence is not late. This
+    /// default implementation makes every call in time.
     [[nodiscard]] virtual std::unique_ptr<Wakeup> everyInSound(Duration interval,
                                                                std::function<void()> handler) {
         return every(interval, std::move(handler));
