@@ -37,11 +37,10 @@ ControlView::ControlView(Control& control, QWidget& widget, std::function<std::s
       changed_(control.changed.connect([this](Property which) { follow(which); })) {
     widget_.setObjectName(toQString(control_.name()));
     if (pace == Pace::captions) {
-        captions_.emplace(captionInterval, LimitedPace::First::atOnce,
-                          [this] { apply(Property::caption); });
+        captions_.emplace(captionInterval, [this] { apply(Property::caption); });
     }
     if (pace == Pace::positions) {
-        positions_.emplace(pictureInterval, LimitedPace::First::delayed, [this] { showPlace(); });
+        positions_.emplace(pictureInterval, [this] { showPlace(); });
     }
     apply(Property::all);
 }

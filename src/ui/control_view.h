@@ -26,7 +26,7 @@ template <typename... Properties>
 enum class Placement { elsewhere, byControl };
 
 /// Which changes are shown at a limited pace: changes of captions at most ten times a second, of
-/// positions at most 25 times a second. For example, a caption that changes a thousand times a
+/// positions at most 20 times a second. For example, a caption that changes a thousand times a
 /// second is laid out, painted and sent to screen readers only ten times a second. All other
 /// changes are shown at once.
 enum class Pace { atOnce, captions, positions };

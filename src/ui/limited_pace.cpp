@@ -5,33 +5,39 @@
 
 namespace sonarith {
 
-LimitedPace::LimitedPace(std::chrono::milliseconds interval, First first,
-                         std::function<void()> show)
-    : first_(first), show_(std::move(show)) {
-    interval_.setSingleShot(true);
-    interval_.setInterval(interval);
-    QObject::connect(&interval_, &QTimer::timeout, &interval_, [this] {
-        if (std::exchange(requested_, false)) {
-            this->show();
-        }
-    });
+namespace {
+
+/// How long after the end of an interval the last request is shown. Longer than the interval of the
+/// level meter's requests, so that these are shown without a wake-up of the processor for the
+/// timer.
+constexpr std::chrono::milliseconds tailDelay{30};
+
+} // namespace
+
+std::chrono::nanoseconds LimitedPace::monotonicNow() {
+    return std::chrono::steady_clock::now().time_since_epoch();
+}
+
+LimitedPace::LimitedPace(std::chrono::milliseconds interval, std::function<void()> show, Clock now)
+    : length_(interval), show_(std::move(show)), now_(std::move(now)) {
+    tail_.setSingleShot(true);
+    tail_.callOnTimeout(&tail_, [this] { this->show(now_() / length_); });
 }
 
 void LimitedPace::request() {
-    if (interval_.isActive()) {
-        requested_ = true;
-    } else if (first_ == First::delayed) {
-        requested_ = true;
-        interval_.start();
-    } else {
-        show();
+    const std::chrono::nanoseconds now = now_();
+    const auto interval = now / length_;
+    if (interval != lastShown_) {
+        show(interval);
+    } else if (!tail_.isActive()) {
+        const std::chrono::nanoseconds end = (interval + 1) * length_;
+        tail_.start(std::chrono::ceil<std::chrono::milliseconds>(end - now) + tailDelay);
     }
 }
 
-void LimitedPace::show() {
-    if (first_ == First::atOnce) {
-        interval_.start();
-    }
+void LimitedPace::show(std::chrono::nanoseconds::rep interval) {
+    tail_.stop();
+    lastShown_ = interval;
     show_();
 }
 

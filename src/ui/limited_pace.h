@@ -9,32 +9,33 @@
 
 namespace sonarith {
 
-/// The interval for moving pictures. A new interval begins with the first request after the last
-/// interval. The meter draws every 10 ms, so a picture is shown every 40 to 50 ms; at this pace,
-/// the pictures still seem to move.
-inline constexpr std::chrono::milliseconds pictureInterval{40};
+/// The interval for moving pictures: at this pace, the pictures still seem to move.
+inline constexpr std::chrono::milliseconds pictureInterval{50};
 
+/// Shows a value once in each interval. The intervals of all objects begin at the multiples of
+/// their length on the clock. So views that change at the same moments, such as the bar and the
+/// trace of the level meter, are also shown at the same moments, and Qt paints them together.
 class LimitedPace {
   public:
-    /// Whether the request that begins an interval is shown at once or at the end of the interval.
-    /// With `delayed`, changes that follow each other closely are shown together.
-    enum class First { atOnce, delayed };
+    using Clock = std::function<std::chrono::nanoseconds()>; ///< a monotonic clock
+    [[nodiscard]] static std::chrono::nanoseconds monotonicNow();
 
     /// `show` shows the present value. All objects that `show` uses must outlive this object.
-    LimitedPace(std::chrono::milliseconds interval, First first, std::function<void()> show);
+    LimitedPace(std::chrono::milliseconds interval, std::function<void()> show,
+                Clock now = monotonicNow);
 
-    /// Runs `show` when the present interval ends, once for all requests until then. If no interval
-    /// is running, begins one; `first` decides whether `show` then runs at once or at the end of
-    /// that interval.
+    /// Runs `show` now if it has not run in the present interval. Otherwise `show` runs at the next
+    /// request in a later interval, or, if there is none, soon after the end of this interval.
     void request();
 
   private:
-    void show();
+    void show(std::chrono::nanoseconds::rep interval);
 
-    First first_;
+    std::chrono::milliseconds length_;
     std::function<void()> show_;
-    QTimer interval_;
-    bool requested_ = false; ///< since the interval began
+    Clock now_;
+    std::chrono::nanoseconds::rep lastShown_ = -1; ///< the number of an interval
+    QTimer tail_; ///< shows the last request if no further one follows
 };
 
 } // namespace sonarith

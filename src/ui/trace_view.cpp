@@ -39,7 +39,7 @@ TraceView::TraceView(PictureBox& model, QString label, const Colors& colors, QWi
     : PictureView(model, std::move(label), std::nullopt, 0, parent),
       model_(model),
       colors_(colors),
-      pace_(pictureInterval, LimitedPace::First::delayed, [this] { repaintDrawn(); }),
+      pace_(pictureInterval, [this] { repaintDrawn(); }),
       lineDrawn_(model.lineDrawn.connect([this](const PictureLine& line) { showLine(line); })),
       cleared_(model.cleared.connect([this] { update(); })) {
     setAttribute(Qt::WA_OpaquePaintEvent);

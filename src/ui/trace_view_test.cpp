@@ -177,10 +177,14 @@ TEST(BlockView, MovesInQuickSuccessionAreShownTogetherAndTheLastOneIsNotLost) {
     Label bar(form, "Label4");
     QWidget parent;
     const BlockView block(bar, "Level", Qt::green, &parent);
-    bar.setTop(15_twips);
-    bar.setTop(45_twips);
-    EXPECT_EQ(block.y(), 0);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return block.y() == 3; }));
+    int moves = 0;
+    for (int i = 1; i <= 1000; ++i) {
+        const int before = block.y();
+        bar.setTop(Twips(15 * i));
+        moves += block.y() != before ? 1 : 0;
+    }
+    EXPECT_LT(moves, 500);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return block.y() == 1000; }));
 }
 
 } // namespace
