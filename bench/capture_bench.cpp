@@ -225,10 +225,11 @@ std::int64_t wrongFramesUnderLoad(std::int64_t seconds, double& leadMs, double& 
     return wrong;
 }
 
-/// How long other threads wait while all writes of samples block, in milliseconds.
+/// How long other threads wait while all writes of samples block, in milliseconds; -1 if the writes
+/// could not be made to block.
 struct Waits {
     double mute = 0;   ///< the longest of many setMuted() calls, the last of them with a full queue
-    double cancel = 0; ///< the commands that stop, save and close
+    double cancel = 0; ///< the commands that stop, save and close, together
 };
 
 Waits waitsForAHangingDisk() {
@@ -283,11 +284,12 @@ int main() {
     double tailMs = 0;
     double saveMs = 0;
     const std::int64_t wrong = wrongFramesUnderLoad(20, leadMs, tailMs, saveMs);
-    std::printf(
-        "under load: %lld wrong frames of %d, lead-in %.1f ms, tail %.1f ms, save %.1f ms\n",
-        static_cast<long long>(wrong), 20 * 44100, leadMs, tailMs, saveMs);
+    std::printf("under load: %lld wrong frames of %d, %.1f ms before the track, %.1f ms after it, "
+                "save %.1f ms\n",
+                static_cast<long long>(wrong), 20 * 44100, leadMs, tailMs, saveMs);
     const Waits waits = waitsForAHangingDisk();
-    std::printf("disk that hangs: a mute waits %.2f ms at most, a cancel %.1f ms (limit 100 ms)\n",
+    std::printf("disk that hangs: longest mute %.2f ms; stop, save and close together %.1f ms "
+                "(limit 100 ms)\n",
                 waits.mute, waits.cancel);
     return wrong == 0 ? 0 : 1;
 }

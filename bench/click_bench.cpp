@@ -25,7 +25,7 @@ namespace {
 
 using namespace sonarith;
 
-/// Writes an MP3 file of an hour: an encoded second of noise, repeated.
+/// Writes an MP3 file of one hour: one second of noise is encoded, and the result is repeated.
 bool writeHour(const std::filesystem::path& folder) {
     std::mt19937 random(1);
     std::vector<std::int16_t> second(2 * 44100);

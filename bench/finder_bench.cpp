@@ -47,7 +47,7 @@ constexpr double windowLimit = 1.3;
 constexpr double findLimit = 1.5;
 constexpr std::chrono::milliseconds untilStop{30};
 
-/// The finder on the machine's folders, with its parts connected as in the program.
+/// The finder on real folders of this computer, with its parts connected as in the program.
 struct RealFinder {
     explicit RealFinder(const std::string& root) : shared(sharedPaths(root)) {}
 
@@ -94,7 +94,8 @@ struct Searches {
         const std::clock_t before = std::clock();
         ms.push_back(millisecondsOf([&] { form.Command1.click(); }));
         processorMs.push_back(1000.0 * static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC);
-        check(form.lstfiles.listCount() == bench::treeWavs, "not all files were found");
+        check(form.lstfiles.listCount() == bench::treeWavs,
+              "the search has not found all WAV files");
     }
 };
 
@@ -125,7 +126,7 @@ double longestGap(FrmSearch& form) {
                      [&] { gap.beat(form.Command1.caption() == stopCaption); });
     heart.start(1);
     Searches().run(form);
-    check(gap.beats() > 10, "the search has handled no events");
+    check(gap.beats() > 10, "at most 10 timer events were handled during the search");
     return gap.milliseconds();
 }
 
@@ -133,7 +134,7 @@ double longestGap(FrmSearch& form) {
 double timeToStop(FrmSearch& form) {
     const OpenWindow open(form);
     auto* button = open.window.findChild<QPushButton*>(QStringLiteral("Command1"));
-    check(button != nullptr, "the window has no button");
+    check(button != nullptr, "the window has no button Command1");
     std::chrono::steady_clock::time_point pressed;
     QTimer::singleShot(untilStop, button, [&] {
         check(form.Command1.caption() == stopCaption, "the search was over before it was stopped");
@@ -152,7 +153,8 @@ int main(int argc, char** argv) {
     setenv("QT_QPA_PLATFORM", "offscreen", 0);
     QApplication qt(argc, argv);
     QApplication::setStyle(new ProgramStyle);
-    // The path of a TempFolder contains no dot: the search finds no file below a folder with a dot.
+    // The search finds no file below a folder with a dot in its name; the path of a TempFolder
+    // contains no dot.
     const fakes::TempFolder tree;
     const fakes::TempFolder output;
     bench::makeMusicTree(tree.path());
@@ -178,7 +180,7 @@ int main(int argc, char** argv) {
         stopMs.push_back(timeToStop(form));
     }
     check(bench::linesOf((output / "found").string()) == bench::treeWavs,
-          "find has not found all files");
+          "find has not found all WAV files");
     std::printf("%d files in %d folders, median of %d rounds\n", bench::treeFiles,
                 bench::treeFolders, rounds);
     std::printf("find -iname               %8.1f ms\n", median(findMs));
@@ -189,9 +191,9 @@ int main(int argc, char** argv) {
         "without (limit %.1f)\n",
         median(inWindow.ms), median(inWindow.ms) / median(findMs), findLimit,
         median(inWindow.ms) / median(alone.ms), windowLimit);
-    std::printf("processor time with it    %8.1f ms   %.2f times the processor time without it\n",
-                median(inWindow.processorMs),
-                median(inWindow.processorMs) / median(alone.processorMs));
+    std::printf(
+        "processor time (window)   %8.1f ms   %.2f times the processor time without a window\n",
+        median(inWindow.processorMs), median(inWindow.processorMs) / median(alone.processorMs));
     std::printf("from a press on Stop! to the end %.1f ms\n", median(stopMs));
     bench::LongestGap::print("searching with the window, median", median(gapMs));
     return EXIT_SUCCESS;

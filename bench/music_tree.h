@@ -27,8 +27,8 @@ inline constexpr int treeFiles = treeFolders * filesPerFolder;
 /// Every second file is a WAV file, the others are MP3 files.
 inline constexpr int treeWavs = treeFiles / 2;
 
-/// Creates a tree like a user's music: 100 artist folders with 49 album folders each. Each of these
-/// folders contains ten WAV and ten MP3 files.
+/// Creates a tree like a user's music: 100 artist folders with 49 album folders each. Each artist
+/// folder and each album folder contains ten WAV and ten MP3 files.
 inline void makeMusicTree(const std::filesystem::path& root) {
     constexpr int artists = 100;
     constexpr int foldersPerArtist = treeFolders / artists;

@@ -32,6 +32,7 @@ using Milliseconds = std::chrono::duration<double, std::milli>;
 constexpr int trackSeconds = 20;
 constexpr int tracks = 3;
 constexpr int rounds = 25;
+// Milliseconds. The limits are printed with the results; exceeding a limit is no failure.
 constexpr double limitOfStart = 60;
 constexpr double limitOfSkew = 50;
 
@@ -99,7 +100,8 @@ double timeToSound(Output& output, const std::function<void()>& click) {
     return Milliseconds(output.first() - start).count();
 }
 
-/// Converts the reply "tt:mm:ss:ff", which the display shows, to a position on the disc.
+/// Converts the reply "tt:mm:ss:ff", which the display shows, to the position on the disc in
+/// milliseconds.
 double millisecondsOf(const std::string& reply) {
     int track = 0;
     int minute = 0;
@@ -162,6 +164,7 @@ int main() {
     print("play after power on, to the first sample", switchedOn, limitOfStart);
     print("play after a stop", stopped, limitOfStart);
     print("play after a pause", paused, limitOfStart);
-    print("position that the display reads against the sound at the output", skews, limitOfSkew);
+    print("difference between the displayed position and the sound at the output", skews,
+          limitOfSkew);
     return 0;
 }

@@ -142,7 +142,7 @@ ListCosts measureList(int entries) {
             bench::median(delistWork)};
 }
 
-/// Times in milliseconds.
+/// The times are in milliseconds.
 struct WindowCosts {
     double open = 0;
     double scroll = 0;
@@ -257,18 +257,18 @@ int main(int argc, char** argv) {
     const QApplication qt(argc, argv);
     const ListCosts few = measureList(1'000);
     const ListCosts many = measureList(10'000);
-    std::printf("load:   %.1f ms for 1,000, %.1f ms for 10,000 (limit 300), processor time %.1f "
-                "times (limit 12)\n",
+    std::printf("load:   %.1f ms for 1,000 entries, %.1f ms for 10,000 (limit 300 ms); processor "
+                "time for 10,000 is %.1f times that for 1,000 (limit 12)\n",
                 few.loadMs, many.loadMs, many.loadWorkMs / few.loadWorkMs);
-    std::printf("delist: %.1f ms for 1,000, %.1f ms for 10,000 (limit 300), processor time %.1f "
-                "times (limit 12)\n",
+    std::printf("delist: %.1f ms for 1,000 entries, %.1f ms for 10,000 (limit 300 ms); processor "
+                "time for 10,000 is %.1f times that for 1,000 (limit 12)\n",
                 few.delistMs, many.delistMs, many.delistWorkMs / few.delistWorkMs);
     const WindowCosts window = measureWindow();
-    std::printf("window: opened with 10,000 in %.1f ms (limit 300), scrolled in %.2f ms, at most "
-                "%.2f (limit 16)\n",
+    std::printf("window: opened with 10,000 entries in %.1f ms (limit 300 ms); a scroll step takes "
+                "%.2f ms, the slowest %.2f ms (limit 16 ms)\n",
                 window.open, window.scroll, window.slowestScroll);
-    std::printf("click:  %.2f ms for 100 KB, %.2f ms for 200 MB (limit 5); %llu bytes read (limit "
-                "8192)\n",
+    std::printf("click:  %.2f ms for a file of 100 KB, %.2f ms for 200 MB (limit 5 ms); at most "
+                "%llu bytes read (limit 8192)\n",
                 window.shortClick, window.longClick,
                 static_cast<unsigned long long>(window.mostBytesOfAClick));
     return 0;

@@ -133,8 +133,10 @@ int main() {
     }
     const int wanted = bench::treeWavs;
     if (linesOf(list) != wanted || walked != wanted || finder.lstfiles.listCount() != wanted) {
-        std::fprintf(stderr, "found %d by find, %d by the walk, %d by the engine; there are %d\n",
-                     linesOf(list), walked, finder.lstfiles.listCount(), wanted);
+        std::fprintf(
+            stderr,
+            "WAV files: %d found by find, %d by the walk, %d by the engine; the tree has %d\n",
+            linesOf(list), walked, finder.lstfiles.listCount(), wanted);
         return EXIT_FAILURE;
     }
     const double base = median(findMs);

@@ -36,8 +36,8 @@ def in_the_window(desktop, program, output):
 
 
 def window_against_tray(desktop, program):
-    """Captures a track with the program in the tray, and then with its window restored. Returns the
-    shares with the window and in the tray."""
+    """Starts one capture in the tray, and restores the window during this capture. Returns the
+    share with the window and the share in the tray."""
     sheet = make_disc(desktop.home / "discs", tracks=3, seconds=120, signal="ramp")
     desktop.write_store(sheet, desktop.home / MUSIC, **{"minimize%20onstart": 1})
     with panel(desktop) as host:
@@ -71,7 +71,7 @@ def main():
         desktop.move_to(desktop.folder / "tray")
         window, tray = window_against_tray(desktop, program)
         print(f"capture in the tray: {tray:.2f} % of one core, in the window {window:.2f} %, "
-              f"{tray / window:.2f} times (limit 1)")
+              f"tray divided by window: {tray / window:.2f} (limit 1)")
 
 
 if __name__ == "__main__":

@@ -29,8 +29,8 @@ TRACK_SECONDS = 400
 SIGNAL = "music"
 SLICE_SECONDS = 6
 ROUNDS = 7
-# All limits are percentages of one core. LIMIT_OFF is one tick of 10 ms (the unit in which a task
-# manager counts) in 10 seconds.
+# All limits are percentages of one core. LIMIT_OFF is 10 ms (the unit in which a task manager
+# counts) in 10 seconds.
 LIMIT_OFF = 0.1
 LIMIT_PLAYING = 4
 LIMIT_METER = 1
@@ -65,7 +65,7 @@ def without_server(desktop, program):
     panel = PlayerPanel(started)
     window = started.activate(TITLE)
     report("off, panel in sight", [share_of(started) for _ in range(ROUNDS)],
-           f"no measurable time: {LIMIT_OFF} %")
+           f"{LIMIT_OFF} %: no measurable time")
     panel.switch_on()
     time.sleep(1)
     silent, silent_hidden = [], []
@@ -74,7 +74,7 @@ def without_server(desktop, program):
         show_panel(desktop, window, False)
         silent_hidden.append(share_of(started))
         show_panel(desktop, window, True)
-    report("on, nothing playing, panel in sight", silent, "none: the level meter records meanwhile")
+    report("on, nothing playing, panel in sight", silent, "none, because the level meter records")
     report("on, nothing playing, panel hidden", silent_hidden, f"{LIMIT_SILENT} %")
     report("the panel's own share in silence", [a - b for a, b in zip(silent, silent_hidden)],
            f"{LIMIT_METER} %")
@@ -105,8 +105,9 @@ def with_server(desktop, program):
     pairs = [shares([started.process.pid, peer.pid], 2 * SLICE_SECONDS) for _ in range(ROUNDS)]
     ours, theirs = zip(*pairs)
     report("playing into the sound server", ours,
-           f"{1.5 * statistics.median(theirs) + 2:.2f} %: 1.5 times aplay plus 2")
-    report("aplay with the same sound", theirs, "none: this is the peer")
+           f"{1.5 * statistics.median(theirs) + 2:.2f} %: 1.5 times aplay's median, plus 2 "
+           "percentage points")
+    report("aplay with the same sound", theirs, "none, because aplay is the peer")
     close(started)
 
 

@@ -1,8 +1,8 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Reads the names (SONAME) of the libraries that the program loads at their first call, and writes
-# them to a header. The names are those on the machine that builds the program, because the program
-# is compiled with the headers of these versions, and the Debian package depends on the packages
-# that contain these libraries. SONARITH_SONAMES lists the names.
+# Reads the names (SONAME) of the libraries that the program loads when it first calls one of their
+# functions, and writes the names to a header. The libraries are those of the machine that builds
+# the program: the program is compiled with their headers, and the Debian package depends on the
+# packages that contain them. SONARITH_SONAMES lists the names.
 
 find_program(SONARITH_READELF NAMES readelf llvm-readelf REQUIRED)
 set(SONARITH_SONAMES)

@@ -53,7 +53,8 @@ std::vector<StoredPath> storedPaths(const SettingsStore& store) {
 int runProgram() {
     QtEventLoop loop;
     QtWaiting waiting;
-    // Never destroyed: threads that hang in a device may report to it until the process ends.
+    // The board is never destroyed: threads that hang in a device may report to the board until
+    // the process ends.
     static NoticeBoard& notices = *new NoticeBoard;
     IniSettingsStore store(IniSettingsStore::defaultFolder(), &notices);
     const ProcessState* process = nullptr;

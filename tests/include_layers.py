@@ -36,14 +36,14 @@ NEIGHBOURS = {
 # Modules of layer 4 that may include no lower layer except layer 0, because devices must not use
 # the application.
 BELOW_ONLY_PLATFORM = ("platform/linux/late", "platform/linux", "platform/qt")
-# The library headers that each module may include. The module "" is layers 0 to 3; every module may
-# include its headers.
+# The library headers that each module may include. The module "" is layers 0 to 3; the headers
+# that are listed for it are allowed in every module.
 LIBRARIES = {
     "": r"utf8proc\.h",
     "platform/linux": (r"(sys|linux)/.*|"
                        r"(fcntl|unistd|poll|dirent|pwd|errno|signal|spawn|pthread)\.h"),
-    # These libraries are loaded at their first call. A call from another folder would link the
-    # program to them.
+    # The program loads these libraries at the first call of one of their functions. A direct call
+    # from another folder would link the program to them.
     "platform/linux/late": r"(cdio|alsa|speex)/.*|(sndfile|mpg123|dlfcn)\.h",
     "platform/qt": r"Q\w+|fontconfig/.*|xcb/xcb\.h|unistd\.h|fcntl\.h|sys/.*",
     "ui": r"Q\w+",
@@ -92,7 +92,7 @@ def broken_rule(path, bracket, target):
         if other == 4 and not target.startswith(NEIGHBOURS[module]):
             return f'an include of another module of layer 4: "{target}"'
         if other in (1, 2, 3) and module in BELOW_ONLY_PLATFORM:
-            return f'devices may include only the platform: "{target}"'
+            return f'{module}/ may not include layers 1 to 3: "{target}"'
     return None
 
 
@@ -105,8 +105,8 @@ def includes(root):
 
 
 def peers(path, target):
-    """Returns the folders of `path` and `target` if these are two folders of one layer above layer
-    0, otherwise None."""
+    """Returns the folders of `path` and `target` if these folders differ, but belong to the same
+    layer, and this is not layer 0; otherwise None."""
     layer, folders = layer_of(path), [p.rpartition("/")[0] for p in (path, target)]
     return folders if layer and layer == layer_of(target) and folders[0] != folders[1] else None
 
@@ -146,7 +146,7 @@ def self_test():
     if peers("finder/a.h", "worktree/b.h") != ["finder", "worktree"]:
         failures.append("finder to worktree")
     if peers("finder/a.h", "forms/form1.h") or peers("platform/a.h", "platform/text/b.h"):
-        failures.append("includes that are not between folders of a layer")
+        failures.append("includes that peers() must ignore")
     cycle = {"a": {"b"}, "b": {"c"}, "c": {"d"}, "d": {"b"}}
     if in_cycles(cycle) != ["b", "c", "d"] or in_cycles({"a": {"b", "c"}, "b": {"c"}}):
         failures.append("cycles")

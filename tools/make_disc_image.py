@@ -5,12 +5,12 @@
     make_disc_image.py OUTDIR [--name demo] [--tracks 3] [--seconds 4] [--sectors N] [--pause N]
                        [--layout cue|cue-multi|motorola|wave|toc] [--signal ramp|music] [--data N]
 
-Prints the path of the sheet. With --signal ramp, frame n of the disc, counted from INDEX 01 of
-track 1, contains the low 16 bits of n in the left channel, and its high 16 bits, exclusive-or
-0x5a5a, in the right channel. With --pause N, each track except the first begins with a pause of N
-sectors (INDEX 00), which is stored in the image in addition to the length of the track; the disc's
-time line counts the pause as part of the track before. With --data N, a data track of N sectors
-follows the audio tracks, as on an enhanced disc.
+Prints the path of the created cue sheet or TOC file. With --signal ramp, frame n of the disc,
+counted from INDEX 01 of track 1, contains the low 16 bits of n in the left channel, and the high 16
+bits of n, exclusive-or 0x5a5a, in the right channel. With --pause N, each track except the first
+begins with a pause of N sectors (INDEX 00), which is stored in the image in addition to the length
+of the track; the disc's time line counts the pause as part of the track before. With --data N, a
+data track of N sectors follows the audio tracks, as on an enhanced disc.
 """
 
 import argparse
@@ -27,7 +27,8 @@ BYTES_PER_SECTOR = 2352
 RAMP_MARK = 0x5A5A
 
 # Four chords. Their frequencies are whole numbers of hertz, so that a second of a chord can be
-# repeated without a gap. Each track plays the chords in this order, but starts with another chord.
+# repeated without a gap. Each track plays the chords in this order, but starts one
+# chord later than the track before.
 CHORDS = ((262, 330, 392, 523), (220, 262, 330, 440), (175, 262, 349, 440), (196, 247, 294, 392))
 PEAK = 0.6 * 32767
 
@@ -200,7 +201,7 @@ def arguments():
     if options.sectors is None:
         options.sectors = round(options.seconds * SECTORS_PER_SECOND)
     if options.sectors < 1 or options.pause < 0 or options.data < 0:
-        parser.error("a track needs one sector at least, and lengths are not negative")
+        parser.error("a track needs at least one sector, and no length may be negative")
     return options
 
 

@@ -15,15 +15,16 @@ umask 022
 export CCACHE_DISABLE=1
 
 echo "Building the package ..."
-# All options are set, whatever the folder was configured with: the same bytes need the same order of
-# sources.
+# Two packages of one commit are equal byte for byte only if both builds combine the sources in the same
+# way and use no compiler cache. So these options are set here, whatever the build folder was configured
+# with.
 cmake --preset release -B "$build" -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=8 \
   -DCMAKE_CXX_COMPILER_LAUNCHER= >/dev/null
 cmake --build "$build" --parallel "$(nproc)"
 mkdir -p "$packages"
 rm -f "$packages"/*.deb "$packages"/*.ddeb
 if grep -q 'unknown-package-of' "$build/CPackConfig.cmake"; then
-  echo "No package of this machine has a library that is loaded late:" >&2
+  echo "The program loads these libraries at run time, but no package on this machine contains them:" >&2
   grep -o 'unknown-package-of-[^", ]*' "$build/CPackConfig.cmake" | sort -u >&2
   exit 1
 fi

@@ -7,7 +7,8 @@ build_packages=(
   qt6-base-dev libfontconfig-dev libcdio-dev libcdio-cdda-dev libcdio-paranoia-dev libsndfile1-dev libasound2-dev
   libasound2-plugins libutf8proc-dev libmpg123-dev libspeexdsp-dev libxcb1-dev
 )
-# Also needed to build the package: to draw the icon's sizes, and to find the libraries of the program.
+# Also needed to build the Debian package: to draw the icon in all sizes, and to find the libraries that
+# the program needs.
 package_packages=(librsvg2-bin dpkg-dev binutils)
 # For a machine without a display: a virtual display, and tools that simulate user input.
 demo_packages=(
@@ -19,10 +20,11 @@ test_packages=(
   libclang-rt-14-dev pulseaudio pulseaudio-utils lame mpg123 trayer sway grim qt6-wayland
 )
 
-# Tools that check the package.
+# Tools that check the Debian package.
 package_test_packages=(mmdebstrap lintian desktop-file-utils appstream man-db)
 
-# install_missing PACKAGE... : installs the missing packages with a message; silent if none is missing.
+# install_missing PACKAGE... : prints the names of the missing packages and installs them. Prints nothing if none is
+# missing.
 install_missing() {
   local missing=() package
   for package in "$@"; do

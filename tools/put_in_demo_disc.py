@@ -23,8 +23,8 @@ DISC = (
 
 
 def with_drive(lines, drive):
-    """The lines of the store after `drive` is selected; None if another drive is already
-    selected."""
+    """The lines of the store after `drive` is selected; None if the store already selects a
+    drive."""
     section = None
     for number, line in enumerate(lines):
         text = line.strip()
@@ -59,7 +59,7 @@ def main():
     new = STORE.with_name(STORE.name + ".new")
     new.write_text("\n".join(lines) + "\n", encoding="utf-8", errors="surrogateescape")
     os.replace(new, STORE)
-    print(f"No optical drive found: a demo disc is in the drive ({cue}).")
+    print(f"No optical drive found: the program uses the image of a demo disc ({cue}).")
     return 0
 
 

@@ -19,7 +19,7 @@ const std::vector<std::string> clipCommands = {
     "open AVIvideo!c:\\sonarith\\download.avi alias movie parent 4711 style child",
     "put movie window client at 0 0 0 0", "play movie"};
 
-TEST(ActivityClip, OpensAndPlaysTheClipInTheProgramFolder) {
+TEST(ActivityClip, OpensTheClipOfTheProgramFolderAndPlaysIt) {
     ApplicationBench bench({1000, 1000});
     bench.media.answerPrefix("", {});
     bench.form.Timeravi.fire();
@@ -28,7 +28,7 @@ TEST(ActivityClip, OpensAndPlaysTheClipInTheProgramFolder) {
     EXPECT_THAT(bench.boxes.shown, IsEmpty());
 }
 
-TEST(ActivityClip, ShowsAMessageAndSendsPlayIfTheClipCannotBePlaced) {
+TEST(ActivityClip, ShowsAMessageButStillSendsPlayIfTheClipCannotBePlaced) {
     ApplicationBench bench({1000, 1000});
     bench.media.answer("put movie window client at 0 0 0 0", {.status = 263});
     bench.form.Timeravi.fire();

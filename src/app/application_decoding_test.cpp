@@ -126,7 +126,7 @@ TEST(Decoding, DecodesOneFileThenAllFilesThenTheSelectedFiles) {
     EXPECT_TRUE(bench.decodingIdle());
 }
 
-TEST(Decoding, ShowsItsMessageForAnEmptyListAndEnablesTheCommandsAgain) {
+TEST(Decoding, ReportsThatTheListIsEmptyAndEnablesTheCommandsAgain) {
     DecodingBench bench;
     bench.start("Selected MP3 Files");
     EXPECT_THAT(bench.boxes.texts(), ElementsAre("No files selected"));
@@ -201,7 +201,7 @@ TEST(StopOfADecodingAction, AtEveryYieldReturnsToIdleAndTheNextActionWorks) {
     }
 }
 
-TEST(StopOfADecodingAction, KeepsTheDecodedFileAndTheDecodedPartOfTheNext) {
+TEST(StopOfADecodingAction, KeepsTheDecodedFileAndTheDecodedPartOfTheNextFile) {
     DecodingBench bench;
     bench.loop.after(2500ms, [&] { bench.form.Command2.click(); });
     bench.start("MP3 Files");
@@ -254,7 +254,7 @@ TEST(EndDuringADecodingAction, AtEveryYieldEndsTheProgram) {
     }
 }
 
-TEST(EndDuringADecodingAction, EndsTheWaitForAMissingFileWhichTheStopButtonDoesNotEnd) {
+TEST(EndDuringADecodingAction, EndsTheWaitForAMissingFileAlthoughTheCancelButtonDoesNot) {
     DecodingBench bench;
     for (const std::string& path : bench.lines(bench.form.List2)) {
         bench.files.removeFile(path).passOver();

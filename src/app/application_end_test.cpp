@@ -129,7 +129,7 @@ TEST(EveryEnd, BetweenTwoTicksOfTheCapturesTimerSavesTheCapturedPart) {
     }
 }
 
-TEST(EveryEnd, InsideEveryMessageBoxEndsTheProgram) {
+TEST(EveryEnd, InsideAMessageBoxOfACaptureEndsTheProgram) {
     const char* failures[] = {"open new type waveaudio alias capture", "set capture samplespersec",
                               "open cdaudio alias cd", "play cd"};
     for (const EndKind& kind : endKinds()) {
@@ -166,8 +166,8 @@ TEST(EveryEnd, AtEveryYieldOfTheStartEndsTheProgram) {
             const bool ended = bench.endsProgram([&] { bench.application.start(); });
             EXPECT_EQ(ended, reached);
             if (!reached) {
-                // Nine yields: five in the load, and two in each of its two searches of the empty
-                // folder.
+                // Nine yields: five in the load itself, and two in each of the two searches that
+                // the load runs through the destination folder, which is empty.
                 EXPECT_EQ(n, 10);
                 break;
             }
@@ -229,9 +229,9 @@ TEST(ExitDuringAClose, EndsTheProgramAtOnce) {
     EXPECT_THAT(bench.disc.saved, ElementsAre(SavedCapture{ApplicationBench::savedAs(1), 176400}));
 }
 
-/// Starts the program and selects a track of one minute. After 1 s the window is closed. 100 ms
-/// later, while the close waits before it adds the captured file to the tree, "Start " is pressed
-/// and begins a second capture. The caller begins the first capture.
+/// Starts the program and selects a track of one minute; the caller then begins to capture the
+/// track. 1 s later the window is closed. After another 100 ms, while the close waits before it
+/// adds the captured file to the tree, "Start " is pressed and begins a second capture.
 void startWithinAClose(ApplicationBench& bench) {
     bench.application.start();
     bench.select("Track  1 - 00:01:00");

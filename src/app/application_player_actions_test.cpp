@@ -20,7 +20,7 @@ using test::SavedCapture;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST_F(PlayerInApplication, IsSwitchedOffAndMutedBeforeAnActionAndTheCaptureIsComplete) {
+TEST_F(PlayerInApplication, IsSwitchedOffAndTheDiscIsMutedBeforeAnActionCapturesTheWholeTrack) {
     bench.store.put("Settings", muteKey, "0");
     bench.application.start();
     switchOnAndPlay();
@@ -51,7 +51,7 @@ TEST_F(PlayerInApplication, IsSwitchedOffAndMutedBeforeAnActionAndTheCaptureIsCo
     EXPECT_FALSE(discMuted());
 }
 
-TEST_F(PlayerInApplication, ReadsADiscThatIsChosenWhileItIsOnAndSoDoesTheMainWindow) {
+TEST_F(PlayerInApplication, AChosenDiscIsReadByTheMainWindowAndByThePlayerThatIsOn) {
     bench.application.start();
     switchOnAndPlay();
     bench.disc.insert({5000, 6000, 7000});

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A test fixture for tests of the CD player within the whole application. It switches the player
-// on, and reports whether the player is off and whether the disc is muted.
+// A fixture for tests of the CD player within the whole application. Its functions switch the
+// player on, and return whether the player is off and whether the disc is muted.
 #pragma once
 
 #include <chrono>
@@ -11,6 +11,7 @@
 
 namespace sonarith {
 
+/// The key, in the section "Settings" of the store, of the setting that mutes the disc.
 inline constexpr const char* muteKey = "mute button";
 
 struct PlayerInApplication : testing::Test {

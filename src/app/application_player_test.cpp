@@ -33,7 +33,7 @@ TEST_F(PlayerInApplication, IsLoadedHiddenAfterTheSettingsAndBeforeTheDiscIsRead
         steps.emplace_back(command);
     };
     bench.application.start();
-    // The load step reads four levels and sets three; then the disc is muted.
+    // The load of the panel reads four levels and sets three; then the disc is muted.
     ASSERT_GE(steps.size(), 21U);
     EXPECT_EQ(steps[0], "open");
     EXPECT_THAT(std::vector(steps.begin() + 13, steps.begin() + 19),
@@ -46,7 +46,7 @@ TEST_F(PlayerInApplication, IsLoadedHiddenAfterTheSettingsAndBeforeTheDiscIsRead
     EXPECT_FALSE(bench.disc.discOpen());
 }
 
-TEST_F(PlayerInApplication, MutesTheDiscAtTheStartOnlyIfTheSettingIs1) {
+TEST_F(PlayerInApplication, MutesTheDiscAtTheStartOnlyIfTheMuteSettingIs1) {
     struct Row {
         const char* setting;
         bool muted;
@@ -152,7 +152,7 @@ TEST_F(PlayerInApplication, TheProgramsEndUnmutesTheDiscAndThePanelsUnloadMutesI
                 ElementsAre("set 4101 20010002 0", "set 4101 20010002 1", "set 4101 20010002 1"));
 }
 
-TEST_F(PlayerInApplication, TheProgramsEndLeavesTheDiscUnmutedIfThePanelIsClosed) {
+TEST_F(PlayerInApplication, TheProgramsEndLeavesTheDiscUnmutedIfThePanelIsAlreadyClosed) {
     bench.application.start();
     panel.unload();
     EXPECT_TRUE(discMuted());

@@ -43,7 +43,7 @@ TEST(PlaylistEditor, OpensWithTheStoredListByButtonAndMenu) {
     }
 }
 
-TEST(PlaylistEditor, AddsAClickedFileToTheWorkTreeIfTheBoxIsTicked) {
+TEST(PlaylistEditor, AddsAClickedFileToTheWorkTreeIfTheCheckBoxIsTicked) {
     PlaylistBench bench;
     bench.form.C5555555.click();
     ASSERT_TRUE(bench.editor.Check11.setValue(1).ok());

@@ -29,7 +29,7 @@ void leaveFree(ApplicationBench& bench, std::int64_t megabytes) {
 
 // --- start and end -------------------------------------------------------------------------------
 
-TEST(PreferencesAtTheStart, AreLoadedHiddenAfterTheDiscIsReadAndBeforeFilesAreSearched) {
+TEST(PreferencesAtTheStart, StayHiddenAndAreLoadedAfterTheDiscIsReadButBeforeFilesAreSearched) {
     ApplicationBench bench({1000, 1000});
     std::vector<std::string> steps;
     bench.media.onCommand = [&](std::string_view command) {
@@ -126,7 +126,7 @@ TEST(PreferencesAtTheStart, MuteTheMixerLineOfTheDiscASecondTimeIfTheSettingIs1)
     }
 }
 
-TEST(PreferencesAtTheStart, ShowTwoMessagesAndThenTheMainWindowIfTheDestinationCannotBeCreated) {
+TEST(PreferencesAtTheStart, ShowTwoMessagesButDoNotEndTheStartIfTheDestinationCannotBeCreated) {
     ApplicationBench bench({1000, 1000});
     bench.store.put("Settings", "DecodePath", "x:\\gone\\wav");
     bench.application.start();
@@ -135,7 +135,7 @@ TEST(PreferencesAtTheStart, ShowTwoMessagesAndThenTheMainWindowIfTheDestinationC
     EXPECT_EQ(bench.form.Label2.caption(), "x:\\gone\\wav\\");
 }
 
-TEST(PreferencesAtTheEnd, DoNotSaveTheChoicesOfTheThreeDropDownListsIfTheWindowIsStillOpen) {
+TEST(PreferencesAtTheEnd, DoNotSaveTheChoicesOfTheThreeDropDownListsIfTheirWindowIsStillOpen) {
     ApplicationBench bench({1000, 1000});
     bench.application.start();
     bench.form.Copt.click();
@@ -332,7 +332,7 @@ void atEveryYield(void (*run)(int yield, PreferencesAre window, bool& reached)) 
     }
 }
 
-TEST(GuardOfAnExtraction, StopsTheCaptureAtEveryYieldAndTheNextActionWorks) {
+TEST(GuardOfAnExtraction, CanStopTheCaptureAtAnyYieldAndTheNextActionWorks) {
     atEveryYield(&runWithStopAtYield);
 }
 
@@ -390,7 +390,7 @@ void decodeWithStopAtYield(int n, PreferencesAre window, bool& reached) {
     EXPECT_TRUE(bench.atRest());
 }
 
-TEST(GuardOfADecoding, StopsTheDecodingAtEveryYieldAndTheNextDecodingWorks) {
+TEST(GuardOfADecoding, CanStopTheDecodingAtAnyYieldAndTheNextDecodingWorks) {
     atEveryYield(&decodeWithStopAtYield);
 }
 

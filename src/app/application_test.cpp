@@ -136,7 +136,7 @@ TEST(Extraction, EndsByItselfAfterASecondStartAtAnyYield) {
         bool reached = false;
         bench.loop.atYield(n, [&] {
             reached = true;
-            // The first start processes the queue; this second start is of a single track.
+            // The first start is for all available tracks, this second start for one of them.
             bench.select("Track  1 - 00:00:00");
             bench.form.CmdSelectAction.click();
         });

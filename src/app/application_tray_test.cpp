@@ -61,7 +61,8 @@ TEST(Minimize, IconifiesTheWindowIfNoDesktopPanelShowsTrayIcons) {
     EXPECT_EQ(bench.minimized, 1);
 }
 
-TEST(MinimizeOnStart, HidesOrIconifiesTheWindowDuringAnActionAndShowsTheActionInTheToolTip) {
+TEST(MinimizeOnStartOfAnAction,
+     HidesOrIconifiesTheWindowDuringAnActionAndShowsTheActionInTheToolTip) {
     for (const bool host : {true, false}) {
         TrayBench bench;
         bench.tray.setHost(host);
@@ -84,7 +85,7 @@ TEST(MinimizeOnStart, HidesOrIconifiesTheWindowDuringAnActionAndShowsTheActionIn
     }
 }
 
-TEST(MinimizeOnStart, KeepsTheWindowVisibleIfTheSettingIs0) {
+TEST(MinimizeOnStartOfAnAction, KeepsTheWindowVisibleIfTheSettingIs0) {
     TrayBench bench;
     bench.loop.after(5s, [&] { EXPECT_TRUE(bench.form.visible()); });
     bench.form.CmdSelectAction.click();
@@ -100,7 +101,7 @@ TEST(TheEndOfAnAction, RestoresTheProgramFromTheTray) {
     EXPECT_FALSE(bench.popup.loaded());
 }
 
-TEST(StopConversion, EndsACaptureAndSavesTheCapturedPart) {
+TEST(TrayMenuStopConversion, EndsACaptureAndSavesTheCapturedPart) {
     TrayBench bench;
     bench.process.settings.minimizeOnStart = 1;
     bench.loop.after(5s, [&] { bench.popup.mnuStopencoding.click(); });
@@ -114,7 +115,7 @@ TEST(StopConversion, EndsACaptureAndSavesTheCapturedPart) {
     EXPECT_THAT(bench.disc.saved, SizeIs(1));
 }
 
-TEST(StopConversion, ShowsTheWindowAndSetsCancelRequestedEvenIfNoActionRuns) {
+TEST(TrayMenuStopConversion, ShowsTheWindowAndSetsCancelRequestedEvenIfNoActionRuns) {
     TrayBench bench;
     bench.form.mnuMinimize.click();
     bench.process.cancelRequested = false;
@@ -124,7 +125,7 @@ TEST(StopConversion, ShowsTheWindowAndSetsCancelRequestedEvenIfNoActionRuns) {
     EXPECT_FALSE(bench.popup.loaded());
 }
 
-TEST(RestoreControlPanel, ShowsTheWindowAndDoesNotAffectTheAction) {
+TEST(TrayMenuRestoreControlPanel, ShowsTheWindowAndDoesNotAffectTheAction) {
     TrayBench bench;
     bench.process.settings.minimizeOnStart = 1;
     bench.loop.after(5s, [&] {
@@ -151,7 +152,7 @@ TEST(RemovalOfTheTrayPanel, IconifiesTheHiddenWindowDuringAnAction) {
     EXPECT_THAT(bench.disc.saved, SizeIs(1));
 }
 
-TEST(Shutdown, DuringACaptureSavesTheCapturedPart) {
+TEST(TrayMenuShutdownProgram, DuringACaptureSavesTheCapturedPart) {
     TrayBench bench;
     bench.process.settings.minimizeOnStart = 1;
     bench.loop.after(5s, [&] { bench.popup.mnuEnd.click(); });
@@ -164,7 +165,7 @@ TEST(Shutdown, DuringACaptureSavesTheCapturedPart) {
     EXPECT_TRUE(bench.idle());
 }
 
-TEST(CloseFromTheTray, RemovesTheIconAndThenTriesToRemoveItAgain) {
+TEST(ClosingTheMinimizedMainWindow, RemovesTheIconAndThenTriesToRemoveItAgain) {
     TrayBench bench;
     bench.form.mnuMinimize.click();
     EXPECT_TRUE(bench.endsProgram([&] { bench.form.unload(); }));

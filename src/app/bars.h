@@ -7,7 +7,8 @@
 
 namespace sonarith {
 
-// Each function toggles a bar according to the state of its menu entry, and updates the layout.
+// Each function hides its bar if the bar's menu entry is checked, and shows the bar otherwise. Then
+// it updates the check mark and the layout.
 void mnuToolbar_Click(Form1& form);
 void mnuCDbar_Click(Form1& form);
 void mnuActivityBar_Click(Form1& form);

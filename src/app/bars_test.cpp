@@ -82,7 +82,7 @@ TEST(BarToggle, DependsOnTheStateOfTheMenuEntryAndNotOnThatOfTheBar) {
     EXPECT_FALSE(window.form.Picture3.visible());
 }
 
-TEST(ForceToolBarOn, ShowsTheBarFromEitherState) {
+TEST(ForceToolBarOn, ShowsAHiddenToolBarAndKeepsAVisibleOne) {
     Window window;
     forceToolBarOn(window.form);
     EXPECT_TRUE(window.form.mnuToolbar.checked());

@@ -10,7 +10,7 @@
 namespace sonarith {
 
 namespace {
-/// How far the window's centre is left of the screen's centre.
+/// The distance by which the window's centre is to the left of the screen's centre.
 constexpr Twips leftOfCentre = 1500_twips;
 } // namespace
 
@@ -190,7 +190,7 @@ void MainWindow::Form_Unload() {
         platform_.media.sendString(command);
     }
     windows_.Form4.Option14.click();
-    // Mutes the disc's line again, unless the panel is already closed.
+    // Closing the player mutes the disc's line again, unless the player is already closed.
     windows_.Form4.unload();
     windows_.frmpopup.unload();
     platform_.loop.endProgram();

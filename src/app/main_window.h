@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Loads and ends the main window and runs the commands for the window itself. Other folders
+// Loads and unloads the main window and runs the commands for the window itself. Other folders
 // contain the jobs that the window's buttons start; Application connects these jobs to the window.
 #pragma once
 
@@ -23,8 +23,8 @@ class MainWindow {
     MainWindow& operator=(const MainWindow&) = delete;
 
     /// Places the window, reads settings, disc and destination folder, and shows the window. A step
-    /// that fails ends the load. In every case, the mouse pointer then has its normal shape.
-    /// Yields.
+    /// that fails ends the load. The mouse pointer has its normal shape after the load, even if a
+    /// step fails. Yields.
     void Form_Load();
     /// Stops every job; never refuses the close. Yields while a capture is saved. A second close
     /// during that yield calls this function again. That call stops a job that was started during

@@ -105,7 +105,7 @@ TEST(FormLoad, ShowsTheWindowWithoutAMessageIfTheDiscCannotBeOpened) {
 
 // --- the window's own commands -------------------------------------------------------------
 
-TEST(RefreshList, ReadsTheDiscAgainAndRebuildsTheTree) {
+TEST(RefreshList, ReadsTheDiscAndTheDestinationFolderAgain) {
     ApplicationBench bench({1000, 1000});
     bench.application.start();
     bench.media.log.clear();
@@ -154,7 +154,7 @@ TEST(MenuStart, ForcesTheToolBarOnAndStartsTheAction) {
     }
 }
 
-TEST(Timer1, ClearsTheDisplaysAfterFiveSecondsAndDisablesItself) {
+TEST(Timer1, ResetsTheActionLabelAfterFiveSecondsAndDisablesItself) {
     ApplicationBench bench({1000, 1000});
     bench.application.start();
     bench.form.Timer1.setEnabled(true);
@@ -166,7 +166,7 @@ TEST(Timer1, ClearsTheDisplaysAfterFiveSecondsAndDisablesItself) {
     EXPECT_FALSE(bench.form.Timer1.enabled());
 }
 
-TEST(Moving, DragsTheWindowByAnEmptyPartOfTheFormAndByTheHandGrip) {
+TEST(Moving, StartsAtAnEmptyPartOfTheFormAndAtTheHandGrip) {
     ApplicationBench bench({1000, 1000});
     int grasped = 0;
     const Connection connection = bench.form.captionGrasped.connect([&] { ++grasped; });
@@ -194,7 +194,7 @@ TEST(ShapeFromPicture, ShapesTheMainWindowButIsNotCalledWhenTheWindowLoads) {
 
 // --- the end -------------------------------------------------------------------------------
 
-TEST(Close, StopsTheJobsThenTheDevicesAndEndsTheProgram) {
+TEST(Close, StopsJobsAndDevicesThenUnloadsTheOtherWindowsAndEndsTheProgram) {
     ApplicationBench bench({1000, 1000});
     bench.application.start();
     bench.windows.Form4.load();

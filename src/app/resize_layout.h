@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Divides the main window's area: the tree fills the space between the visible bars. Only the tree
-// and the grip image are placed; the view keeps the bars at their edges.
+// and the grip image are placed; the view keeps the bars at the edges of the window.
 #pragma once
 
 #include "forms/form1.h"
@@ -12,7 +12,7 @@ struct BarState {
     bool visible = false;
 };
 
-/// Current sizes and visibilities, in twips.
+/// The current sizes, in twips, and which bars are visible.
 struct LayoutSnapshot {
     Twips innerWidth = {};
     Twips innerHeight = {};
@@ -34,7 +34,8 @@ struct LayoutPlan {
     bool operator==(const LayoutPlan&) const = default;
 };
 
-/// If the window is smaller than its bars, the tree gets a size of 0.
+/// The tree's height is 0 if the bars leave no space for the tree, and its width is 0 if the grip
+/// strip leaves none.
 [[nodiscard]] LayoutPlan planLayout(const LayoutSnapshot& window);
 
 /// Plans the layout for the current state of the window, and applies it.

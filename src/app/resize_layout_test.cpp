@@ -11,8 +11,9 @@
 namespace sonarith {
 
 void PrintTo(const LayoutPlan& plan, std::ostream* out) {
-    *out << "grip height " << plan.gripHeight.count() << ", tree top " << plan.treeTop.count()
-         << ", height " << plan.treeHeight.count() << ", width " << plan.treeWidth.count();
+    *out << "in twips: grip height " << plan.gripHeight.count() << ", tree top "
+         << plan.treeTop.count() << ", tree height " << plan.treeHeight.count() << ", tree width "
+         << plan.treeWidth.count();
 }
 
 namespace {

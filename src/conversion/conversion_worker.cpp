@@ -84,8 +84,8 @@ Status ConversionWorker::start() {
     if (!length.ok()) {
         return length.error();
     }
-    // If the file is too short, nothing unloads the window: the main window shows "Decoding" until
-    // the user presses Cancel.
+    // If the file is too short, nothing unloads Form6: the main window shows "Decoding" until the
+    // user presses the main window's Cancel (Form1.Command2).
     if (length.value() < leastFileLength) {
         return tooShort();
     }

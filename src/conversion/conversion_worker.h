@@ -50,8 +50,8 @@ class ConversionWorker {
     /// The button "Cancel". No user can reach it, because the window is not shown.
     void Command1_Click();
 
-    /// Decodes currentWavFile to a WAV in the same folder and waits for the end. Nothing calls this
-    /// function.
+    /// Decodes the file at currentWavFile, not at currentFile, to a WAV in the same folder and
+    /// waits for the end. Nothing calls this function.
     void StartDecoding();
     /// For each selected line of List4, sets the list's index and calls StartMP3, which always
     /// starts currentFile. Nothing calls this function.

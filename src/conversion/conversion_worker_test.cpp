@@ -33,7 +33,7 @@ TEST_F(WorkerTest, LoadingTheWindowStartsTheJob) {
     EXPECT_FALSE(window.visible());
 }
 
-TEST_F(WorkerTest, HasTwoTimersOf500MillisecondsAndACancelButton) {
+TEST_F(WorkerTest, TheWindowHasTwoTimersOf500MillisecondsAndACancelButton) {
     window.load();
     EXPECT_EQ(window.Timer1.interval(), 500ms);
     EXPECT_EQ(window.Timer2.interval(), 500ms);
@@ -108,7 +108,7 @@ TEST_F(WorkerTest, AFileThatCannotBeReadIsNotStarted) {
     EXPECT_TRUE(process.workerBusy);
 }
 
-TEST_F(WorkerTest, AFileNameWithoutABaseEndsTheJobAtTheFirstTick) {
+TEST_F(WorkerTest, AFileNameTooShortForABaseNameEndsTheJobAtTheFirstTick) {
     process.currentFile = "c:\\mp3\\mp3";
     mp3File("c:\\mp3\\mp3");
     window.load();
@@ -119,7 +119,7 @@ TEST_F(WorkerTest, AFileNameWithoutABaseEndsTheJobAtTheFirstTick) {
     EXPECT_EQ(form.Label33.caption(), "100 %");
 }
 
-TEST_F(WorkerTest, ASourceThatIsRefusedIsNotDecoded) {
+TEST_F(WorkerTest, AFileThatTheMp3ControlRefusesIsNotDecoded) {
     mp3.failSource = Error{ErrorNumber::fileNotFound, ""};
     window.load();
     EXPECT_THAT(mp3.log, ElementsAre(setSource));
@@ -151,7 +151,7 @@ TEST_F(WorkerTest, EachTickShowsThePercentageRoundedHalfToEven) {
     EXPECT_THAT(bars, ElementsAre(12, 25, 38, 50, 62, 75, 88));
 }
 
-TEST_F(WorkerTest, ATickReadsTheControlAgainForTheBarAndYieldsOnce) {
+TEST_F(WorkerTest, ATickReadsTheMp3ControlAgainForTheBarAndYieldsOnce) {
     window.load();
     mp3.reads.clear();
     const int yields = loop.yieldCount();
@@ -187,7 +187,7 @@ TEST_F(WorkerTest, TheLastTickShows100PercentWithABlankAndUnloadsTheWindow) {
     EXPECT_EQ(disk.content("c:\\music\\Song.wav")->size(), mp3.wholeBytes);
 }
 
-TEST_F(WorkerTest, AFirstTickThatFindsTheControlIdleShowsTheJobAsComplete) {
+TEST_F(WorkerTest, AFirstTickThatFindsTheMp3ControlIdleShowsTheJobAsComplete) {
     mp3.failDecode = Error{ErrorNumber::pathFileAccess, ""};
     window.load();
     loop.advance(500ms);
@@ -208,7 +208,7 @@ TEST_F(WorkerTest, AStopEndsTheJobAtTheNextTickAndLeavesTheDisplayAsItIs) {
     EXPECT_EQ(disk.content("c:\\music\\Song.wav")->size(), mp3.partialBytes);
 }
 
-TEST_F(WorkerTest, ATickThatFindsTheControlIdleIgnoresAStop) {
+TEST_F(WorkerTest, ATickThatFindsTheMp3ControlIdleIgnoresAStop) {
     mp3.duration = 300ms;
     window.load();
     process.stopRequested = true;
@@ -248,7 +248,7 @@ TEST_F(WorkerTest, APercentageBeyondSixteenBitsEndsTheJobAndIsNotShown) {
     EXPECT_EQ(form.Label33.caption(), "before");
 }
 
-TEST_F(WorkerTest, AControlThatFailsToStopEndsTheJobWithout100Percent) {
+TEST_F(WorkerTest, AnMp3ControlThatFailsToStopEndsTheJobWithout100Percent) {
     mp3.duration = 100ms;
     mp3.failStop = Error{ErrorNumber::deviceInputOutput, ""};
     window.load();
@@ -262,7 +262,7 @@ TEST_F(WorkerTest, AControlThatFailsToStopEndsTheJobWithout100Percent) {
 
 // --- unloading from outside ----------------------------------------------------------------------
 
-TEST_F(WorkerTest, AnUnloadByOtherCodeStopsTheControlAndKeepsTheWrittenPart) {
+TEST_F(WorkerTest, AnUnloadByOtherCodeStopsTheMp3ControlAndKeepsTheWrittenPart) {
     mp3.duration = 10s;
     window.load();
     loop.advance(700ms);
@@ -274,7 +274,7 @@ TEST_F(WorkerTest, AnUnloadByOtherCodeStopsTheControlAndKeepsTheWrittenPart) {
     EXPECT_EQ(loop.wakeupCount(), 0U);
 }
 
-TEST_F(WorkerTest, AnUnloadStopsTheControlBeforeItClearsWorkerBusy) {
+TEST_F(WorkerTest, AnUnloadStopsTheMp3ControlBeforeItClearsWorkerBusy) {
     window.load();
     bool busyAtStop = false;
     mp3.onCall = [&](const std::string& call) {
@@ -292,7 +292,7 @@ TEST_F(WorkerTest, CancelRequestsAStopAndUnloadsTheWindow) {
     EXPECT_FALSE(process.workerBusy);
 }
 
-TEST_F(WorkerTest, ATickWhoseWindowIsLoadedAgainDoesNotAffectTheNextJob) {
+TEST_F(WorkerTest, ATickDuringWhichTheWindowIsLoadedAgainDoesNotAffectTheNewJob) {
     for (const auto& [duration, yield] : {std::pair(10s, 1), std::pair(0s, 1), std::pair(0s, 2)}) {
         SCOPED_TRACE(std::to_string(duration.count()) + " s, yield " + std::to_string(yield));
         mp3.duration = duration + 100ms;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests StartDecoding() and DecodeCheckedFiles() of the conversion worker, which nothing in the
-// program calls; conversion_worker_test.cpp tests the other functions.
+// Tests the two functions of the conversion worker that nothing in the program calls:
+// StartDecoding() and DecodeCheckedFiles(). conversion_worker_test.cpp tests the other functions.
 #include "conversion/conversion_worker.h"
 
 #include "support/conversion_world.h"
@@ -58,7 +58,7 @@ TEST_F(StartDecodingTest, DoesNothingForAShortFile) {
     EXPECT_TRUE(window.loaded());
 }
 
-TEST_F(StartDecodingTest, UnloadsTheWindowAndYieldsOnceIfTheControlIsIdle) {
+TEST_F(StartDecodingTest, UnloadsTheWindowAndYieldsOnceIfTheDecodingDoesNotStart) {
     mp3.failDecode = Error{ErrorNumber::pathFileAccess, ""};
     const int yields = loop.yieldCount();
     worker().StartDecoding();

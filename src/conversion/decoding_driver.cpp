@@ -82,7 +82,7 @@ void DecodingDriver::decodeLine(const ListBox& list, Case letters) {
     }
     fileStep();
     wavPath.storeIn(process_.currentWavFile);
-    // The WAV is added after a stop, too: a partial WAV is kept and shown.
+    // The WAV file is added to the tree after a stop, too: an incomplete WAV file is kept.
     adder_.Cmaddfile2(process_.currentWavFile);
 }
 
@@ -113,8 +113,8 @@ void DecodingDriver::findFile(const std::string& text) {
     }
     if (text != process_.currentFile) {
         // Uses the line of List2 at the index where the last search ended. If the node's text has
-        // no path and only List4 contains the file, or if neither list contains it, this is the
-        // line of another file, or empty.
+        // no path and the file was found in List4, or if the file was found in neither list, this
+        // may be the line of another file, or empty.
         process_.currentFile = lowerCase(form_.List2.list(process_.fileIndex));
     }
 }

@@ -21,10 +21,10 @@ class DecodingDriver {
     DecodingDriver& operator=(const DecodingDriver&) = delete;
 
     /// Yields. Returns when all files are done or a stop was requested, and leaves stopRequested
-    /// set in both cases. An empty list only shows a message. If a file no longer exists, no
-    /// worker starts and nothing clears workerBusy: this function waits until the program ends.
-    /// Exception: if Form6 is still loaded for an earlier file, its unload clears workerBusy, and
-    /// the missing file is skipped.
+    /// set in both cases. If the list of files to convert is empty, only shows a message. If a file
+    /// no longer exists, no worker starts and nothing clears workerBusy: this function waits until
+    /// the program ends. Exception: if Form6 is still loaded for an earlier file, its unload clears
+    /// workerBusy, and the missing file is skipped.
     void CmdDecoder_Click();
 
     /// Loads Form6 if the file `path` exists; otherwise does nothing. `path` is only checked: the

@@ -12,8 +12,8 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 struct DriverTest : test::ConversionWorld {
-    /// For each file, the captions of the window, of Label3 and of Label2 at the first start of the
-    /// control.
+    /// For each file, the captions of the window, of Label3 and of Label2 when the MP3 control is
+    /// first started for this file. (Form6.Timer1 later starts the control again.)
     std::vector<std::string> shown;
 
     DriverTest() {
@@ -105,7 +105,7 @@ TEST_F(DriverTest, AFileThatIsAddedDuringTheDecodingIsCountedInTheDisplayButNotD
     EXPECT_EQ(shown[1], "Decoding a.mp3 | Decoding #2 of 3 files | c:\\music\\a.wav");
 }
 
-TEST_F(DriverTest, AnEarlierWorkerIsUnloadedFirst) {
+TEST_F(DriverTest, TheWorkerOfAnEarlierDecodingIsUnloadedBeforeTheNextDecoding) {
     process.currentFile = "c:\\mp3\\A.mp3";
     mp3.duration = 10s;
     windows.Form6.load();
@@ -184,13 +184,14 @@ TEST_F(DriverTest, ASingleFileIsFoundByItsFullPathInEitherList) {
     EXPECT_EQ(mp3.log.front(), "SourceFile c:\\mp3\\b.mp3");
 }
 
-TEST_F(DriverTest, ASelectedFileShownWithoutItsPathDecodesTheLineOfList2AtTheSameIndex) {
+TEST_F(DriverTest, ForASelectedFileShownWithoutItsPathTheLineOfList2AtTheSameIndexIsDecoded) {
     fill(form.List2, {"c:\\mp3\\x.mp3", "c:\\mp3\\A.mp3"});
     fill(form.List4, {"c:\\mp3\\y.mp3", "c:\\mp3\\b.mp3"});
     decode("b.mp3");
     EXPECT_EQ(process.fileIndex, 1);
     EXPECT_EQ(mp3.log.front(), "SourceFile c:\\mp3\\a.mp3");
-    // The control uses the source's name for the WAV; the display and the tree use the node's text.
+    // The WAV file gets its name from the decoded file; the display and the tree use the node's
+    // text.
     EXPECT_EQ(shown.front(), "Decoding a.mp3 | Decoding  b.mp3 | c:\\music\\b.wav");
     EXPECT_THAT(mp3.finished, ElementsAre("c:\\music\\a.wav"));
     EXPECT_THAT(lines(form.List1), IsEmpty());
@@ -206,7 +207,7 @@ TEST_F(DriverTest, ASelectedFileWithAnIndexBeyondList2IsWaitedForButNotDecoded) 
     EXPECT_THROW(decode("b.mp3"), test::ProgramEnded);
 }
 
-TEST_F(DriverTest, ANameWithCapitalsMatchesNoLineAndDecodesTheLineAtWhichTheSearchEnded) {
+TEST_F(DriverTest, ANameWithCapitalsMatchesNoLineAndTheLineOfList2WhereTheSearchEndedIsDecoded) {
     // The last list that is searched is List4. It is empty, so its search ends at index 0, and line
     // 0 of List2 is decoded.
     fill(form.List2, {"c:\\mp3\\b.mp3", "c:\\mp3\\A.mp3"});
@@ -227,7 +228,8 @@ TEST_F(DriverTest, TheFirstLineWithTheNameIsUsed) {
     EXPECT_EQ(mp3.log.front(), "SourceFile d:\\b.mp3");
 }
 
-TEST_F(DriverTest, AnyOtherNodeRequestsAStopWithoutAMessage) {
+TEST_F(DriverTest, IfNoMp3NodeIsSelectedAStopIsRequestedWithoutAMessage) {
+    // An ending in capitals is not recognized, so "a.MP3" is no MP3 node.
     for (const char* text : {"c:\\music\\a.wav", "WAV Files", "a.MP3", "CD Tracks"}) {
         process.stopRequested = false;
         form.Timer1.setEnabled(false);
@@ -303,7 +305,8 @@ TEST_F(DriverTest, AListThatIsClearedDuringADecodingCausesTheWaitForAMissingFile
     loop.after(1h, [this] { loop.endProgram(); });
     EXPECT_THROW(decode("MP3 Files"), test::ProgramEnded);
     EXPECT_EQ(process.currentFile, "");
-    // The empty name has no base, so the texts of the previous file remain.
+    // The empty name has no base name, so the caption and Label2 keep the texts of the previous
+    // file.
     EXPECT_EQ(form.caption(), "Decoding b.mp3");
     EXPECT_EQ(form.Label2.caption(), "c:\\music\\b.wav");
     EXPECT_EQ(form.Label3.caption(), "Decoding #2 of 0 files");
@@ -319,7 +322,7 @@ TEST_F(DriverTest, AWavBelowAHundredBytesIsNotAddedToTheList) {
 
 // --- StartDecoding -----------------------------------------------------------------------------
 
-TEST_F(DriverTest, StartDecodingLoadsTheWorkerForAnExistingFile) {
+TEST_F(DriverTest, StartDecodingWithAnExistingFileLoadsTheWorkerWhichDecodesTheCurrentFile) {
     process.currentFile = "c:\\mp3\\b.mp3";
     driver.StartDecoding("c:\\mp3\\A.mp3");
     EXPECT_TRUE(form.Command2.visible());

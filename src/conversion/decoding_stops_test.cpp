@@ -65,7 +65,7 @@ const std::vector<StopKind>& stopKinds() {
                  run.stop();
              }
          }},
-        {"twice", true,
+        {"stop and unload, twice", true,
          [](Decodings& run) {
              run.stop();
              run.stop();
@@ -74,7 +74,7 @@ const std::vector<StopKind>& stopKinds() {
     return kinds;
 }
 
-TEST(StopOfADecoding, AtEveryYieldReturnsToIdleAndTheNextActionWorks) {
+TEST(StopOfADecoding, AtAnyYieldLeavesTheProgramIdleAndTheNextDecodingWorks) {
     for (const char* group : {"MP3 Files", "Selected MP3 Files", "c:\\mp3\\b.mp3"}) {
         for (const StopKind& kind : stopKinds()) {
             bool reached = true;
@@ -130,8 +130,8 @@ TEST(StopOfADecoding, DuringTheSecondOfFiveFilesKeepsTheFirstAndAPartOfTheSecond
         }
         SCOPED_TRACE(kind.name);
         Decodings run;
-        // The first file ends at the tick of 1500 ms, and Cmaddfile2 then waits 300 ms. So the stop
-        // happens during the second file.
+        // The first file is complete at the tick of 1500 ms, and Cmaddfile2 then waits 300 ms. So
+        // the stop happens during the decoding of the second file.
         run.loop.after(2500ms, [&] { kind.stop(run); });
         run.decode("MP3 Files");
         EXPECT_THAT(run.mp3.finished, ElementsAre("c:\\music\\a.wav"));

@@ -48,7 +48,7 @@ std::optional<double> valueOf(std::string_view digits, std::int16_t base) {
 /// such a remainder.
 std::optional<std::string> digitOf(double remainder) {
     if (remainder < 10) {
-        std::array<char, 32> text{}; // 15 digits, sign, point and exponent need 22 at most
+        std::array<char, 32> text{}; // 15 digits, point and exponent: at most 21 characters
         constexpr int digits = 15;
         const auto end = std::to_chars(text.data(), text.data() + text.size(), std::fabs(remainder),
                                        std::chars_format::general, digits);

@@ -27,7 +27,7 @@ TEST(ConvertBase, AcceptsLettersOfEitherCase) {
     EXPECT_EQ(ConvertBase("z", 36, 10), "35");
 }
 
-TEST(ConvertBase, EveryByteSurvivesARoundTrip) {
+TEST(ConvertBase, EveryByteSurvivesARoundTripThroughEachBase) {
     for (std::int16_t base = 2; base <= 36; ++base) {
         for (int byte = 0; byte < 256; ++byte) {
             const std::string digits = ConvertBase(std::to_string(byte), 10, base);
@@ -75,7 +75,7 @@ TEST(ModDouble, RoundsTheQuotientDownwards) {
     EXPECT_EQ(ModDouble(68, 16).value(), 4);
     EXPECT_EQ(ModDouble(64, 16).value(), 0);
     EXPECT_EQ(ModDouble(5.5, 2).value(), 1.5);
-    // A truncated remainder would have the sign of the number.
+    // If the quotient were rounded towards zero, the remainder would have the sign of the dividend.
     EXPECT_EQ(ModDouble(-1, 16).value(), 15);
     EXPECT_EQ(ModDouble(1, -16).value(), -15);
     EXPECT_EQ(ModDouble(-17, -16).value(), -1);
@@ -86,8 +86,8 @@ TEST(ModDouble, FailsForADivisorOfZero) {
     EXPECT_EQ(ModDouble(0, 0).error().number, ErrorNumber::divisionByZero);
 }
 
-// Uses base 36, because there a missing range check is noticed: characters next to the digits and
-// letters in ASCII, such as ':' and '@', would get values below 36.
+// Uses the largest base, so that a missing range check is noticed: characters next to the digits
+// and letters in ASCII, such as ':' and '@', would get values below 36.
 TEST(ConvertBase, AcceptsOnlyTheDigitsAndLettersOfBase36) {
     for (int code = 0; code < 128; ++code) {
         const bool digit = code >= '0' && code <= '9';

@@ -119,7 +119,8 @@ bool WavHeadReader::wHeadInfo(const std::string& path) {
     return true;
 }
 
-/// A step that fails leaves its field, and the fields derived from it, unchanged.
+/// A step that fails leaves its field unchanged, and the next step uses that old value, for example
+/// the bit rate of an earlier file. A bit rate of 0 leaves the duration unchanged.
 void WavHeadReader::workOut() {
     if (const auto rate = toInteger32(head_.wavSampleRate); rate.ok()) {
         const std::int64_t product = std::int64_t{head_.wavBits} * head_.wavChannels * rate.value();

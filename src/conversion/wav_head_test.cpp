@@ -51,7 +51,7 @@ TEST_F(WavHeadTest, ReadsTheFieldsOfAMonoFile) {
     EXPECT_EQ(head().wavDuration, "00:30");
 }
 
-TEST_F(WavHeadTest, ReadsItsFieldsAtFourOffsetsInThisOrder) {
+TEST_F(WavHeadTest, ReadsTheRiffMarkChannelsBitsAndRateInThisOrder) {
     read(wav(100, 1, 16, 44100));
     EXPECT_THAT(disk.log, ElementsAre("openBinary c:\\a.wav readWrite", "readBinary c:\\a.wav 0 4",
                                       "readBinary c:\\a.wav 22 2", "readBinary c:\\a.wav 34 2",
@@ -93,7 +93,7 @@ TEST_F(WavHeadTest, ReportsAKnownRateForOtherRatesWithTheSameLowByte) {
     EXPECT_EQ(head().wavSampleRate, "44100");
 }
 
-TEST_F(WavHeadTest, WithoutTheRiffMarkOnlyLengthChannelsAndBitsChange) {
+TEST_F(WavHeadTest, WithoutTheRiffMarkOnlyTheLengthTheChannelsAndTheBitsChange) {
     EXPECT_TRUE(read(wav(705'600, 2, 16, 44100)));
     const WavHead before = head();
     for (const char* mark : {"RIFX", "riff", "RF64", "\0\0\0\0"}) {
@@ -109,7 +109,7 @@ TEST_F(WavHeadTest, WithoutTheRiffMarkOnlyLengthChannelsAndBitsChange) {
     }
 }
 
-TEST_F(WavHeadTest, ChecksOnlyTheRiffMark) {
+TEST_F(WavHeadTest, AcceptsAFileWithNoMarkExceptRiff) {
     EXPECT_TRUE(read(wav(88'200 + 1000, 1, 16, 44100)));
     EXPECT_EQ(head().wavDuration, "00:01");
 }
@@ -123,7 +123,7 @@ TEST_F(WavHeadTest, Subtracts1000BytesForTheHeader) {
     EXPECT_EQ(head().wavDuration, "00:-00");
 }
 
-TEST_F(WavHeadTest, WritesMinutesAndSecondsWithAtLeastTwoDigits) {
+TEST_F(WavHeadTest, TheDurationHasMinutesAndSecondsOfAtLeastTwoDigitsEach) {
     const auto duration = [&](int seconds) {
         read(wav(static_cast<std::size_t>(seconds) * 1000 + 1000, 1, 1, 8000));
         return head().wavDuration;
@@ -151,7 +151,7 @@ TEST_F(WavHeadTest, RoundsTheLastHalfSecondOfAMinuteIntoTheNextMinute) {
 }
 
 TEST_F(WavHeadTest, ABitRateOfZeroKeepsThePreviousFilesDuration) {
-    // 0x1234 Hz is not one of the six known rates.
+    // 0x34 is not the low byte of a known rate, and there is no previous file with a rate.
     EXPECT_TRUE(read(wav(1000, 2, 16, 0x1234)));
     EXPECT_EQ(head().wavBitRate, 0);
     EXPECT_EQ(head().wavDuration, "");
@@ -169,10 +169,10 @@ TEST_F(WavHeadTest, ABitRateBeyond32BitsIsNotStored) {
     EXPECT_EQ(head().wavChannels, 32767);
     EXPECT_EQ(head().wavBitRate, 64'000);
     EXPECT_EQ(head().wavDuration, "00:02");
+    // The fields of two bytes are read as signed numbers.
     EXPECT_TRUE(read(wav(16'000 + 1000, 0xFFFE, 32767, 48000)));
     EXPECT_EQ(head().wavChannels, -2);
     EXPECT_EQ(head().wavBitRate, 64'000);
-    // The fields of two bytes are read as signed numbers.
     EXPECT_TRUE(read(wav(8000 + 1000, 0xFFFF, 8, 8000)));
     EXPECT_EQ(head().wavChannels, -1);
     EXPECT_EQ(head().wavBitRate, -64'000);
@@ -252,6 +252,7 @@ TEST_F(WavHeadTest, StoresOnlyTheLengthOfAFileThatCannotBeOpenedOrRead) {
         EXPECT_EQ(head().wavChannels, 0);
         disk.stopFailing();
     }
+    // A folder has no length, so the previous file's length is kept.
     EXPECT_FALSE(reader.wHeadInfo("c:\\"));
     EXPECT_EQ(head().wavFileLength, "500");
 }

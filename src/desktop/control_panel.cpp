@@ -4,7 +4,7 @@
 namespace sonarith {
 
 namespace {
-/// The tip for the first second, before the main window's title replaces it.
+/// The tray icon's tip for the first second, before the main window's title replaces it.
 constexpr const char* firstTip = "Sonarith";
 } // namespace
 
@@ -101,14 +101,14 @@ void ControlPanel::Exit_Click() {
 void ControlPanel::mnuEnd_Click() {
     windows_.Form6.unload();
     windows_.Form4.unload();
-    // Ends the process, unless an unload has already started.
+    // Ends the process, unless an unload of Form1 is already in progress.
     windows_.Form1.unload();
     form_.unload();
     platform_.loop.endProgram();
 }
 
-/// Runs when a tray panel has started or ended. The icon needs no action here, but a window must
-/// not stay hidden while no panel shows the icon.
+/// Runs when a tray host has started or ended. The icon needs no action here, but the main window
+/// must not stay hidden while no tray host shows the icon.
 void ControlPanel::followHost() {
     if (form_.loaded() && !windows_.Form1.visible()) {
         minimizeToTray(windows_.Form1, platform_.tray);

@@ -58,7 +58,7 @@ class ControlPanelTest : public testing::Test, protected test::FakeMachine {
 
 // --- load and unload ------------------------------------------------------------------------
 
-TEST_F(ControlPanelTest, TheFormHasItsOwnTitleAndItsLoadStartsTwoTimers) {
+TEST_F(ControlPanelTest, FrmPopupHasItsOwnTitleAndItsLoadStartsTwoTimers) {
     EXPECT_EQ(popup.caption(), "Sonarith V2.0");
     EXPECT_FALSE(popup.Timer1.enabled());
     popup.load();
@@ -68,7 +68,7 @@ TEST_F(ControlPanelTest, TheFormHasItsOwnTitleAndItsLoadStartsTwoTimers) {
     EXPECT_TRUE(popup.Timer2.enabled());
 }
 
-TEST_F(ControlPanelTest, RepeatedShowsAndLoadsAddOnlyOneIcon) {
+TEST_F(ControlPanelTest, RepeatedShowsAndLoadsWithoutAnUnloadAddOnlyOneIcon) {
     popup.show();
     EXPECT_THAT(tray.log, ElementsAre("add Sonarith"));
     popup.hide();
@@ -77,13 +77,13 @@ TEST_F(ControlPanelTest, RepeatedShowsAndLoadsAddOnlyOneIcon) {
     EXPECT_THAT(tray.log, ElementsAre("add Sonarith"));
 }
 
-TEST_F(ControlPanelTest, TheLoadHidesTheForm) {
+TEST_F(ControlPanelTest, LoadingFrmPopupHidesIt) {
     popup.setVisible(true);
     panel.Form_Load();
     EXPECT_FALSE(popup.visible());
 }
 
-TEST_F(ControlPanelTest, TheUnloadDeletesTheIconTwiceAndTheSecondDeletionFails) {
+TEST_F(ControlPanelTest, UnloadingFrmPopupDeletesTheIconTwiceAndTheSecondDeletionFails) {
     popup.load();
     tray.log.clear();
     popup.unload();
@@ -95,12 +95,12 @@ TEST_F(ControlPanelTest, TheUnloadDeletesTheIconTwiceAndTheSecondDeletionFails) 
     EXPECT_THAT(tray.log, ElementsAre("remove", "remove failed"));
 }
 
-TEST_F(ControlPanelTest, UnloadingAFormThatIsNotLoadedDoesNothing) {
+TEST_F(ControlPanelTest, UnloadingFrmPopupDeletesNoIconIfFrmPopupIsNotLoaded) {
     popup.unload();
     EXPECT_THAT(tray.log, IsEmpty());
 }
 
-TEST_F(ControlPanelTest, EachLoadAddsANewIcon) {
+TEST_F(ControlPanelTest, EachLoadAfterAnUnloadAddsANewIcon) {
     for (int i = 0; i < 3; ++i) {
         popup.load();
         EXPECT_THAT(tips(), ElementsAre("Sonarith"));
@@ -133,7 +133,7 @@ TEST_F(ControlPanelTest, ALongTitleIsShortenedOnlyInTheTip) {
     EXPECT_EQ(popup.caption(), std::string(80, 'x'));
 }
 
-TEST_F(ControlPanelTest, TheFormsTitleFollowsTheMainWindowsTitleOnceASecond) {
+TEST_F(ControlPanelTest, TheTitleOfFrmPopupFollowsTheMainWindowsTitleOnceASecond) {
     popup.load();
     EXPECT_EQ(popup.caption(), "Sonarith V2.0");
     form.setCaption("Decoding a.mp3");
@@ -155,7 +155,7 @@ TEST_F(ControlPanelTest, EachTimerYieldsAfterItsUpdate) {
     EXPECT_EQ(loop.yieldCount(), 2);
 }
 
-TEST_F(ControlPanelTest, TheFormMayBeUnloadedDuringAYieldOfItsTimers) {
+TEST_F(ControlPanelTest, FrmPopupMayBeUnloadedDuringAYieldOfItsTimers) {
     for (int n = 1; n <= 2; ++n) {
         popup.load();
         loop.atYield(n, [this] { popup.unload(); });
@@ -174,7 +174,7 @@ TEST_F(ControlPanelTest, TheTipIsUpdatedDuringLongWorkThatYields) {
 
 // --- the menu -------------------------------------------------------------------------------
 
-TEST_F(ControlPanelTest, TheMenuHasFourEntriesInThisOrder) {
+TEST_F(ControlPanelTest, TheMenuHasTheEntriesStopRestoreALineAndShutdownInThisOrder) {
     ASSERT_EQ(tray.menu, &popup.Popup);
     std::vector<std::string> entries;
     for (const MenuItem* entry : popup.Popup.entries()) {
@@ -186,14 +186,14 @@ TEST_F(ControlPanelTest, TheMenuHasFourEntriesInThisOrder) {
     EXPECT_TRUE(popup.mnuspace1.isLine());
 }
 
-TEST_F(ControlPanelTest, OpeningTheMenuUpdatesTheFormsTitle) {
+TEST_F(ControlPanelTest, OpeningTheMenuCopiesTheMainWindowsTitleToFrmPopup) {
     popup.load();
     form.setCaption("Extracting Track 3");
     run(tray.menu->onOpen);
     EXPECT_EQ(popup.caption(), "Extracting Track 3");
 }
 
-TEST_F(ControlPanelTest, StopConversionShowsTheWindowThenCancelsAndThenRemovesTheIcon) {
+TEST_F(ControlPanelTest, StopConversionShowsTheMainWindowThenCancelsAndThenRemovesTheIcon) {
     goToTray();
     EXPECT_FALSE(form.visible());
     form.Command2.onClick = [this] {
@@ -207,7 +207,7 @@ TEST_F(ControlPanelTest, StopConversionShowsTheWindowThenCancelsAndThenRemovesTh
     EXPECT_FALSE(popup.loaded());
 }
 
-TEST_F(ControlPanelTest, StopConversionCancelsEvenIfTheButtonIsDisabledAndNothingRuns) {
+TEST_F(ControlPanelTest, StopConversionCancelsEvenIfTheCancelButtonIsDisabledAndNoActionRuns) {
     goToTray();
     form.Command2.setEnabled(false);
     form.Command2.onClick = [this] {
@@ -219,7 +219,7 @@ TEST_F(ControlPanelTest, StopConversionCancelsEvenIfTheButtonIsDisabledAndNothin
     EXPECT_FALSE(popup.loaded());
 }
 
-TEST_F(ControlPanelTest, RestoreShowsTheWindowAndRemovesTheIcon) {
+TEST_F(ControlPanelTest, RestoreShowsTheMainWindowAndRemovesTheIcon) {
     goToTray();
     int shown = 0;
     const Connection watch = form.showRequested.connect([&] {
@@ -236,7 +236,7 @@ TEST_F(ControlPanelTest, RestoreShowsTheWindowAndRemovesTheIcon) {
     EXPECT_THAT(tips(), IsEmpty());
 }
 
-TEST_F(ControlPanelTest, RestoreShowsAnIconifiedWindow) {
+TEST_F(ControlPanelTest, RestoreShowsAMinimizedMainWindow) {
     tray.setHost(false);
     goToTray();
     int shown = 0;
@@ -246,7 +246,7 @@ TEST_F(ControlPanelTest, RestoreShowsAnIconifiedWindow) {
     EXPECT_FALSE(popup.loaded());
 }
 
-TEST_F(ControlPanelTest, ShutdownUnloadsFourWindowsInThisOrderAndEndsTheProgram) {
+TEST_F(ControlPanelTest, ShutdownUnloadsForm6Form4Form1AndFrmPopupInThisOrderAndEndsTheProgram) {
     goToTray();
     logUnloads();
     popup.onUnload = [this] {
@@ -266,16 +266,16 @@ TEST_F(ControlPanelTest, ShutdownSkipsWindowsThatAreNotLoaded) {
     EXPECT_FALSE(windows.Form4.loaded());
 }
 
-// --- panels that start and end ----------------------------------------------------------------
+// --- tray hosts that start and end ------------------------------------------------------------
 
-TEST_F(ControlPanelTest, MinimizingHidesTheWindowIfATrayPanelIsPresent) {
+TEST_F(ControlPanelTest, MinimizeToTrayHidesTheMainWindowIfATrayHostIsPresent) {
     goToTray();
     EXPECT_FALSE(form.visible());
     EXPECT_THAT(events, IsEmpty());
 }
 
 TEST_F(ControlPanelTest,
-       MinimizingIconifiesTheWindowIfNoTrayPanelIsPresentAndTheTipIsStillUpdated) {
+       WithoutATrayHostMinimizeToTrayMinimizesTheMainWindowAndTheTipIsStillUpdated) {
     tray.setHost(false);
     goToTray();
     EXPECT_THAT(events, ElementsAre("shrink"));
@@ -288,19 +288,19 @@ TEST_F(ControlPanelTest,
     EXPECT_THAT(tips(), ElementsAre("Extracting Track 1"));
 }
 
-TEST_F(ControlPanelTest, ATrayPanelThatStartsLaterLeavesTheWindowIconified) {
+TEST_F(ControlPanelTest, ATrayHostThatStartsLaterLeavesTheMainWindowMinimized) {
     tray.setHost(false);
     goToTray();
     events.clear();
     tray.setHost(true);
     EXPECT_TRUE(form.visible());
     EXPECT_THAT(events, IsEmpty());
-    // A second request hides the window.
+    // Minimizing the window again hides it, because a tray host is present now.
     goToTray();
     EXPECT_FALSE(form.visible());
 }
 
-TEST_F(ControlPanelTest, RemovalOfTheTrayPanelIconifiesTheHiddenWindow) {
+TEST_F(ControlPanelTest, RemovalOfTheTrayHostMinimizesTheHiddenMainWindow) {
     goToTray();
     int shown = 0;
     const Connection watch = form.showRequested.connect([&] { ++shown; });
@@ -316,7 +316,7 @@ TEST_F(ControlPanelTest, RemovalOfTheTrayPanelIconifiesTheHiddenWindow) {
     EXPECT_THAT(events, ElementsAre("shrink while hidden"));
 }
 
-TEST_F(ControlPanelTest, RemovalOfTheTrayPanelDoesNotAffectAVisibleWindow) {
+TEST_F(ControlPanelTest, RemovalOfTheTrayHostDoesNotAffectAVisibleMainWindow) {
     // Adds the icon without hiding the main window, as a switch of the preferences does.
     popup.load();
     tray.setHost(false);
@@ -325,7 +325,7 @@ TEST_F(ControlPanelTest, RemovalOfTheTrayPanelDoesNotAffectAVisibleWindow) {
     EXPECT_THAT(events, IsEmpty());
 }
 
-TEST_F(ControlPanelTest, RemovalOfTheTrayPanelHasNoEffectIfTheFormIsNotLoaded) {
+TEST_F(ControlPanelTest, RemovalOfTheTrayHostHasNoEffectIfFrmPopupIsNotLoaded) {
     form.hide();
     tray.setHost(false);
     EXPECT_FALSE(form.visible());

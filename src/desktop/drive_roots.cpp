@@ -12,7 +12,8 @@ std::vector<std::string> driveRoots(const SystemInformation& machine) {
     constexpr std::size_t mostRoots = 100;
     std::string list(firstTry, ' ');
     std::size_t length = machine.logicalDriveStrings(list, list.size());
-    // The call is repeated, because a drive may be added between two calls.
+    // A result above the size means that the list did not fit. The next list may not fit either,
+    // because a drive may be added between two calls.
     while (length > list.size()) {
         list.assign(length, ' ');
         length = machine.logicalDriveStrings(list, list.size());

@@ -20,16 +20,17 @@ TEST(DriveRoots, AreEmptyForAMachineWithoutDrives) {
     EXPECT_THAT(driveRoots(machine), IsEmpty());
 }
 
-TEST(DriveRoots, AreInTheMachinesOrder) {
-    test::FakeSystemInformation machine;
+TEST(DriveRoots, AreInTheOrderOfTheMachinesList) {
+    test::FakeSystemInformation machine; // lists its drives in the order of their letters
     machine.drives = {{"C:\\", {}}, {"A:\\", {}}};
     EXPECT_THAT(driveRoots(machine), ElementsAre("A:\\", "C:\\"));
 }
 
 TEST(DriveRoots, AreRequestedAgainWithABufferOfTheNeededSize) {
     test::FakeSystemInformation machine;
+    // The list of C: and these drives is longer than the ten characters of the first call's buffer.
     for (const char* root : {"D:\\", "E:\\", "F:\\"}) {
-        machine.drives[root] = {}; // with C:, more than the first call's ten characters
+        machine.drives[root] = {};
     }
     EXPECT_THAT(driveRoots(machine), ElementsAre("C:\\", "D:\\", "E:\\", "F:\\"));
 }

@@ -37,7 +37,8 @@ std::vector<PixelRun> transparentRuns(const PixelPicture& bitmap, PixelColour tr
     return runs;
 }
 
-/// The columns of a row of `width` pixels without those in `removed`.
+/// The runs of columns that remain when the runs `removed` are removed from a row of `width`
+/// pixels.
 std::vector<PixelRun> columnsLeft(const std::vector<PixelRun>& removed, int width) {
     std::vector<PixelRun> left;
     int start = 0;
@@ -62,8 +63,8 @@ std::optional<WindowRegion> RegionFromBitmap(const PixelPicture* bitmap, PixelCo
     WindowRegion region;
     std::vector<PixelRun> columnsAbove;
     std::size_t firstOfBand = 0;
-    // As with the columns, the loop also reads one row more: the row `height` is outside the
-    // picture, has no colour and adds no rectangle.
+    // As transparentRuns() reads one column more, this loop reads one row more: the row `height` is
+    // outside the picture, has no colour and adds no rectangle.
     for (int y = 0; y <= bitmap->height(); ++y) {
         const int width = y < bitmap->height() ? bitmap->width() : 0;
         const std::vector<PixelRun> columns =

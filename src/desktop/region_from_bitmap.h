@@ -11,7 +11,7 @@ namespace sonarith {
 
 /// The rectangle of `bitmap` without its pixels of the colour `transparent`. Equal adjacent rows
 /// share their rectangles. For a picture that consists of that colour only, the region has no
-/// rectangles; without a picture (null) the result is empty.
+/// rectangles. If `bitmap` is null, returns nullopt.
 [[nodiscard]] std::optional<WindowRegion> RegionFromBitmap(const PixelPicture* bitmap,
                                                            PixelColour transparent);
 

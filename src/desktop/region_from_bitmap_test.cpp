@@ -97,7 +97,8 @@ TEST(RegionFromBitmap, EqualAdjacentRowsShareTheirRectangles) {
 TEST(RegionFromBitmap, RemovesOnlyTheGivenColour) {
     EXPECT_THAT(rectanglesOf({"x x"}, black), ElementsAre(PixelRectangle{1, 0, 2, 1}));
     EXPECT_THAT(rectanglesOf({"x x"}, 0xFEFFFF), ElementsAre(PixelRectangle{0, 0, 3, 1}));
-    // No pixel has the colour 0xFFFFFFFF, which elsewhere means "no pixel".
+    // No pixel has the colour 0xFFFFFFFF, and positions outside the picture have no colour at all,
+    // so nothing is removed.
     EXPECT_THAT(rectanglesOf({"x x"}, 0xFFFFFFFF), ElementsAre(PixelRectangle{0, 0, 3, 1}));
 }
 
@@ -116,7 +117,7 @@ TEST(RegionFromBitmap, ReadsOnePixelPastAPictureWithoutPixels) {
     EXPECT_THAT(picture.asked, ElementsAre(std::pair(0, 0)));
 }
 
-TEST(RegionFromBitmap, SkipsThePixelAfterARunBecauseItHasAnotherColour) {
+TEST(RegionFromBitmap, ReadsThePixelThatEndsARunOnlyOnce) {
     const WatchedPicture picture({" x "});
     const auto region = RegionFromBitmap(&picture, whitePixel);
     EXPECT_THAT(region->rectangles, ElementsAre(PixelRectangle{1, 0, 2, 1}));

@@ -8,8 +8,8 @@
 
 namespace sonarith {
 
-/// Sets the region of `form` to all pixels of its picture that are not white, and stores it in
-/// `process.WindowRegion`. Without a picture the window has no region.
+/// Sets the region of `form` to all pixels of its picture that are not white, and stores the
+/// region in `process.WindowRegion`. Without a picture the window has no region.
 void ShapeFromPicture(Form1& form, ProcessState& process);
 
 } // namespace sonarith

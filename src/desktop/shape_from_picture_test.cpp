@@ -48,7 +48,7 @@ TEST_F(ShapeFromPictureTest, SetsTheRegionToAllPixelsThatAreNotWhite) {
     EXPECT_EQ(masked, 1);
 }
 
-TEST_F(ShapeFromPictureTest, ComputesTheRegionTwice) {
+TEST_F(ShapeFromPictureTest, EachCallDeliberatelyComputesTheRegionTwice) {
     const auto picture = std::make_shared<CountedPicture>();
     form.setPicture(picture);
     ShapeFromPicture(form, process);

@@ -11,7 +11,7 @@ namespace sonarith {
 
 namespace {
 
-constexpr std::size_t bufferLength = 50; // characters of each fixed buffer
+constexpr std::size_t bufferLength = 50; // in characters, including the NUL; see fromBuffer()
 
 std::int64_t kilobytesRounded(std::int64_t bytes) {
     constexpr std::int64_t kilobyte = 1024;
@@ -207,8 +207,8 @@ std::string System::fromBuffer(const std::optional<std::string>& text) {
     if (!text) {
         return {};
     }
-    // Removes the trailing blanks first and the NUL second, because blanks directly before the NUL
-    // are part of the name.
+    // Removes the trailing blanks first, and only then the NUL with all that follows it, because
+    // blanks directly before the NUL are part of the name.
     const std::size_t last = text->find_last_not_of(' ');
     const std::string stripped =
         StripNul(text->substr(0, last == std::string::npos ? 0 : last + 1));

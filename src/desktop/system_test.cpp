@@ -22,7 +22,7 @@ class SystemTest : public ::testing::Test {
 
 // --- drives --------------------------------------------------------------------------------------
 
-TEST_F(SystemTest, DriveInfoReturnsTheBytesOfADiskOfAnySize) {
+TEST_F(SystemTest, DriveInfoReturnsTheTotalAndFreeBytesOfADiskOfAnySize) {
     constexpr std::int64_t largest = std::numeric_limits<std::int64_t>::max();
     for (const std::int64_t size : {std::int64_t{2'147'483'647}, std::int64_t{2'147'483'648},
                                     std::int64_t{20'000'000'000'000}, largest}) {
@@ -90,7 +90,7 @@ TEST_F(SystemTest, SerialNumberHasTwoGroupsOfFourDigits) {
     EXPECT_EQ(system.SerialNumber("X:\\"), "0000-0000");
 }
 
-TEST_F(SystemTest, VolumeLabelIsNoNameForADiskWithoutALabel) {
+TEST_F(SystemTest, VolumeLabelEndsAtItsFirstNulAndAnEmptyLabelBecomesTheWordNoName) {
     machine.drives["C:\\"].volume = VolumeInformation{"MUSIC", 0};
     EXPECT_EQ(system.VolumeLabel("C:\\"), "MUSIC");
     machine.drives["C:\\"].volume = VolumeInformation{std::string("A\0B", 3), 0};
@@ -150,7 +150,7 @@ TEST_F(SystemTest, FreeMemoryIsCountedInWholeKilobytes) {
     EXPECT_EQ(memory.availableKb, 1);
 }
 
-TEST_F(SystemTest, FunctionKeysIsTheMachinesNumber) {
+TEST_F(SystemTest, FunctionKeysIsTheNumberThatTheMachineReports) {
     EXPECT_EQ(system.FunctionKeys(), 12);
 }
 

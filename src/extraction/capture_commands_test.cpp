@@ -10,7 +10,7 @@ namespace {
 
 using testing::ElementsAre;
 
-TEST(CaptureFormat, IsMonoForZeroAndStereoForOne) {
+TEST(CaptureFormat, IsMonoForNumber0AndStereoForNumber1) {
     EXPECT_EQ(setFormatCommand(captureFormat(0)),
               "set capture samplespersec 44100 channels 1 bitspersample 16 alignment 2 "
               "bytespersec 88200");

@@ -142,7 +142,8 @@ void CaptureMonitor::endByStop() {
 void CaptureMonitor::stopTimers() {
     form_.Check9.setValue(0).passOver();
     form_.tmrRecord.setEnabled(false);
-    // Only the start of an action enables tmrWarning, so it runs only for a queue's first track.
+    // Only the start of an action enables tmrWarning, so this timer runs only during a queue's
+    // first track.
     form_.tmrWarning.setEnabled(false);
 }
 

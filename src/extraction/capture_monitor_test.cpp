@@ -25,7 +25,7 @@ const std::vector<std::string> tickCommands = {"set capture time format bytes",
                                                "status capture length", "status cd position",
                                                "status cd current track"};
 
-// --- a run that ends by itself -------------------------------------------------------------
+// --- extractions that no user stops --------------------------------------------------------
 
 TEST(CaptureMonitor, SendsTheSameFourCommandsAtEachTickOfAnHour) {
     constexpr std::int32_t hourMs = 3'600'000;
@@ -76,7 +76,8 @@ TEST(CaptureMonitor, CapturesBothTracksOfAQueueOfTwo) {
     EXPECT_EQ(bench.state.currentTrack, 2);
     EXPECT_TRUE(bench.commandsOpen());
     EXPECT_TRUE(bench.idle());
-    // The displays are idle at once. The captured files are not in the tree or in a list yet.
+    // The end of the queue clears the displays, but adds the captured files neither to the tree nor
+    // to a list: a later scan of the folder adds them.
     EXPECT_EQ(bench.form.Label3.caption(), "Next action:");
     EXPECT_EQ(bench.form.Label2.caption(), "c:\\wavfiles\\");
     EXPECT_EQ(bench.form.caption(), "Sonarith v2.0");
@@ -99,8 +100,9 @@ TEST(CaptureMonitor, ShowsTheSavedFileUntilTheNextTrackStarts) {
     std::string label2;
     std::string label3;
     std::string caption;
-    // The monitor sets its texts, then the start of the next track writes Label3 and the caption
-    // again. Only the text of Label2 differs between these two steps.
+    // The monitor sets Label3, Label2 and the caption, in this order. The start of the next track
+    // then sets them again; only Label2 gets another text ("To: ..."). The texts are read when the
+    // monitor sets Label2, so the caption is still that of the first track.
     bench.form.Command2.setVisible(false);
     const Connection connection = bench.form.Label2.changed.connect([&](Property) {
         if (!bench.form.Label2.caption().starts_with("To: ") && label2.empty() &&
@@ -130,7 +132,7 @@ TEST(CaptureMonitor, WritesTheCaptionBeforeItShowsTheCancelButton) {
     EXPECT_THAT(visible, ElementsAre(false));
 }
 
-TEST(CaptureMonitor, ShowsTheCancelButtonAgainForEachNextTrack) {
+TEST(CaptureMonitor, ShowsTheCancelButtonAgainForTheNextTrack) {
     QueueBench bench(2);
     bench.loop.after(500ms, [&] { bench.form.Command2.setVisible(false); });
     bench.loop.after(1500ms, [&] { EXPECT_TRUE(bench.form.Command2.visible()); });
@@ -163,7 +165,8 @@ TEST(CaptureMonitor, StopsTheQueueAtATrackThatIsNotOnTheDisc) {
     bench.form.cmdStart.click();
     EXPECT_EQ(bench.disc.saved.size(), 1U);
     EXPECT_TRUE(bench.idle());
-    // The commands stay disabled until the end of the action.
+    // After such a stop, CaptureMonitor leaves the window's commands disabled. ActionStarter
+    // enables them.
     EXPECT_FALSE(bench.commandsOpen());
 }
 

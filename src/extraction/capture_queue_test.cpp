@@ -52,15 +52,15 @@ TEST(CmdStart, PlaysTheFirstTrackWithoutAStartPosition) {
                             "close capture", "close cd"));
 }
 
-TEST(CmdStart, ContinuesWithAnEarlierQueueAfterASingleTrack) {
+TEST(CmdStart, AfterASingleTrackContinuesWithTheLineAfterTheQueuesCurrentLine) {
     ExtractionBench bench({1000, 1000, 1000});
     bench.insertDisc();
     bench.choose({1, 3});
     ASSERT_TRUE(bench.form.lstRecord.setListIndex(0).ok());
     bench.select("Track  2 - 00:00:01");
     bench.form.cmdStart.click();
-    // The selected track is captured instead of the current line's track; then the next line's
-    // track is captured.
+    // The selected track is captured instead of the track in the queue's current line; then the
+    // track in the next line is captured.
     EXPECT_THAT(bench.disc.saved, ElementsAre(test::SavedCapture{savedAs(2), 176400},
                                               test::SavedCapture{savedAs(3), 176400}));
 }
@@ -77,7 +77,7 @@ TEST(CmdStart, AfterASingleTrackContinuesWithAllLinesOfAQueueWithoutACurrentLine
                                               test::SavedCapture{savedAs(3), 176400}));
 }
 
-TEST(CmdStart, IgnoresAQueueOfOneLineAfterASingleTrack) {
+TEST(CmdStart, AfterASingleTrackIgnoresAQueueOfOneLine) {
     ExtractionBench bench({1000, 1000});
     bench.insertDisc();
     bench.choose({1});
@@ -87,7 +87,7 @@ TEST(CmdStart, IgnoresAQueueOfOneLineAfterASingleTrack) {
     EXPECT_THAT(bench.disc.saved, ElementsAre(test::SavedCapture{savedAs(2), 176400}));
 }
 
-TEST(CmdStart, IgnoresAnEndedQueueAfterASingleTrack) {
+TEST(CmdStart, AfterASingleTrackIgnoresAQueueThatWasCaptured) {
     ExtractionBench bench({1000, 1000, 1000});
     bench.insertDisc();
     bench.choose({1, 3});
@@ -126,7 +126,7 @@ TEST(CmdStart, CapturesTheCurrentTrackIfTheNodesTrackNumberOverflows) {
     EXPECT_THAT(bench.disc.saved, ElementsAre(test::SavedCapture{savedAs(2), 176400}));
 }
 
-TEST(CmdStart, MovesAllAvailableTracksIntoTheQueue) {
+TEST(CmdStart, ReplacesTheQueueByAllAvailableTracksIfTheirGroupIsSelected) {
     ExtractionBench bench({1000, 1000});
     bench.insertDisc();
     bench.form.lstRecord.addItem("Track 77 - 00:00:01");
@@ -136,7 +136,7 @@ TEST(CmdStart, MovesAllAvailableTracksIntoTheQueue) {
     ASSERT_EQ(bench.form.lstRecord.listCount(), 2);
     EXPECT_EQ(bench.form.lstRecord.list(0), "Track  1 - 00:00:01");
     EXPECT_EQ(bench.form.lstRecord.list(1), "Track  2 - 00:00:01");
-    // Lines are not removed from the queue; its current line advances.
+    // The line of a captured track stays in the queue; the current line advances.
     EXPECT_EQ(bench.form.lstRecord.listIndex(), 1);
     EXPECT_EQ(bench.disc.saved.size(), 2U);
 }
@@ -191,7 +191,7 @@ TEST(CmdStart, SendsTheSameCommandsForEachTrackOfAQueue) {
                           test::endCommands(savedAs(1))}));
 }
 
-TEST(CmdStart, EndsEachQueueAfterItsFirstTrackIfTheUserHasCancelledBefore) {
+TEST(CmdStart, AQueueStartedAfterACancelEndsAfterItsFirstTrack) {
     test::QueueBench bench(5);
     bench.form.Command2.click();
     bench.media.log.clear();
@@ -230,7 +230,7 @@ TEST(CmdStart, CapturesTheCurrentTrackIfTheNodeIsNeitherATrackNorAGroupOfTracks)
     }
 }
 
-TEST(CmdStart, CapturesTheCurrentTrackIfNothingIsSelected) {
+TEST(CmdStart, CapturesOneTrackIfNothingIsSelected) {
     ExtractionBench bench({1000, 1000});
     bench.insertDisc();
     bench.state.currentTrack = 2;
@@ -268,7 +268,7 @@ TEST(CmdStart, ResetsAnEarlierStopRequest) {
     EXPECT_EQ(bench.form.Check9.value(), 0);
 }
 
-TEST(CmdStart, ShowsTheTrackFirstWithALeadingBlankAndThenWithoutTheBlank) {
+TEST(CmdStart, TheCaptionHasALeadingBlankAtTheFirstYieldAndNoneAtTheSecond) {
     ExtractionBench bench({1000, 1000});
     bench.insertDisc();
     bench.select("Track  2 - 00:00:01");

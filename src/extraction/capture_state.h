@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Holds what the extraction jobs share about the disc and the current track: track lengths and the
-// start and end of the current track, all in milliseconds. Start positions of other tracks are not
-// stored; startOfTrackMs() computes them.
+// Holds the state that the classes of extraction/ share: the lengths of all tracks of the disc, and
+// the start and end of the current track, all in milliseconds. Start positions of other tracks are
+// not stored; startOfTrackMs() computes them.
 #pragma once
 
 #include <cstddef>
@@ -22,7 +22,7 @@ class TrackLengths {
         lengths_.assign(static_cast<std::size_t>(count > 0 ? count : 0), 0);
     }
 
-    /// Error: subscriptOutOfRange outside 1 to count().
+    /// Error: subscriptOutOfRange for a track outside 1 to count().
     [[nodiscard]] Result<std::int32_t> operator()(std::int32_t track) const {
         if (track < 1 || track > count()) {
             return {ErrorNumber::subscriptOutOfRange, "There is no track of that number."};
@@ -30,7 +30,7 @@ class TrackLengths {
         return lengths_[static_cast<std::size_t>(track - 1)];
     }
 
-    /// Error: subscriptOutOfRange, with no change, outside 1 to count().
+    /// Error: subscriptOutOfRange for a track outside 1 to count(); then nothing changes.
     Status set(std::int32_t track, std::int32_t milliseconds) {
         if (track < 1 || track > count()) {
             return {ErrorNumber::subscriptOutOfRange, "There is no track of that number."};
@@ -52,8 +52,8 @@ struct CaptureState {
 };
 
 /// Start of `track`: the sum of the lengths of the tracks before it, without any margin or pre-gap.
-/// The sum ends at `track` or after track number `trackCount`, whichever comes first. A length that
-/// is missing or would overflow 32 bits is not added.
+/// The sum ends before `track` or after track number `trackCount`, whichever comes first. A length
+/// that is missing is not added, nor is a length with which the sum would overflow 32 bits.
 [[nodiscard]] std::int32_t startOfTrackMs(const TrackLengths& lengths, std::int32_t track,
                                           double trackCount);
 

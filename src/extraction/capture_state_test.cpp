@@ -56,8 +56,8 @@ TEST(StartOfTrack, IsTheSumOfTheLengthsOfTheEarlierTracks) {
         {4, 3, 600}, // a track that does not exist: the
                      // sum of all lengths
         {0, 3, 600}, // also a track that does not exist
-        {3, 2, 300}, // the sum ends at the track count
-        {3, 0, 0},
+        {3, 2, 300},
+        {3, 0, 0}, // the sum ends at the track count
         {3, -5, 0},
         {3, 1.9, 100},
         {9, 1e300, 600},
@@ -69,7 +69,7 @@ TEST(StartOfTrack, IsTheSumOfTheLengthsOfTheEarlierTracks) {
     }
 }
 
-TEST(StartOfTrack, OmitsALengthThatWouldOverflowThirtyTwoBits) {
+TEST(StartOfTrack, OmitsALengthThatWouldMakeTheSumOverflow) {
     const TrackLengths lengths = lengthsOf({INT32_MAX - 1, 5, 1, 7});
     EXPECT_EQ(startOfTrackMs(lengths, 3, 4), INT32_MAX - 1);
     EXPECT_EQ(startOfTrackMs(lengths, 4, 4), INT32_MAX);

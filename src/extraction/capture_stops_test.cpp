@@ -82,7 +82,8 @@ TEST(StopEverything, KeepsTheLastPercentageVisibleForFiveSeconds) {
 TEST(StopEverything, DuringATickSendsTheEndCommandsTwiceAndAddsTheWavAndAnMp3OfTheSameName) {
     QueueBench bench(3);
     bench.files.addFile("c:\\wavfiles\\12053477-1.mp3", std::string(200, 'm'));
-    // Yields 1 and 2 belong to the start, 3 to the wait, 4 to the tick.
+    // Yields 1 and 2 occur while the capture starts, yield 3 while cmdStart waits for its end,
+    // yield 4 in the first tick.
     bench.loop.atYield(4, [&] {
         ASSERT_EQ(bench.media.log.back(), "status cd current track");
         bench.media.log.clear();
@@ -130,7 +131,7 @@ TEST(StopEverything, BeforeTheDevicesAreOpenTakesEffectAtTheFirstTick) {
     QueueBench bench(2);
     bench.loop.atYield(2, [&] { bench.form.Command8.click(); });
     bench.form.cmdStart.click();
-    // The first tick stops at once, without querying the device's track.
+    // The first tick stops the capture, without querying the device's track.
     EXPECT_EQ(bench.timesSent("status cd current track"), 0);
     EXPECT_THAT(bench.disc.saved, ElementsAre(SavedCapture{savedAs(1), 17640}));
     EXPECT_TRUE(bench.form.lstRecord.selected(0));
@@ -139,8 +140,8 @@ TEST(StopEverything, BeforeTheDevicesAreOpenTakesEffectAtTheFirstTick) {
 }
 
 TEST(StopEverything, BeforeTheFirstTrackOnlyShortensThatTrack) {
-    // StartTrackRecording2 resets stopRequested, so the queue continues. It does not reset Check9,
-    // a hidden check box; while Check9 is 1, the next tick ends the track.
+    // StartTrackRecording2 resets stopRequested, so the queue continues. StartTrackRecording2 does
+    // not reset Check9, a hidden check box; while Check9 is 1, the next tick ends the track.
     QueueBench bench(2);
     bench.loop.atYield(1, [&] { bench.form.Command8.click(); });
     bench.form.cmdStart.click();
@@ -165,7 +166,7 @@ TEST(StopEverything, BetweenTheLastTracksEndAndTheQueuesEndAddsTheWavAndTheMp3Of
     EXPECT_TRUE(bench.commandsOpen());
 }
 
-TEST(StopEverything, ListsTheFileTwiceInItsOwnCaseAndInLowerCase) {
+TEST(StopEverything, ListsTheFileInLowerCaseAndAgainInItsOwnCase) {
     QueueBench bench(2);
     bench.state.settings.decodePath = "C:\\WavFiles";
     bench.loop.after(550ms, [&] { bench.form.Command8.click(); });
@@ -206,7 +207,7 @@ TEST(Cancel, EndsEveryLaterQueueAfterItsFirstTrack) {
     for (const std::size_t runs : {1U, 2U}) {
         bench.form.cmdStart.click();
         EXPECT_EQ(bench.disc.saved.size(), runs);
-        // The first track is complete. The monitor adds it to the tree when it stops the queue.
+        // The first track is complete. The monitor stops the queue and adds the track to the tree.
         EXPECT_EQ(bench.disc.saved.back(), (SavedCapture{savedAs(1), 176400}));
         EXPECT_TRUE(bench.form.lstRecord.selected(0));
         EXPECT_TRUE(bench.treeHolds(savedAs(1)));

@@ -23,7 +23,7 @@ std::string lengthQuestion(std::int32_t track) {
 
 void DiscInspection::InspectCD() {
     clearDisc();
-    // An earlier run may have left the disc open.
+    // An earlier inspection may have left the disc open.
     platform_.media.sendString("stop cd");
     platform_.media.sendString("close cd");
     if (platform_.media.sendString("open cdaudio alias cd") != mciSuccess) {

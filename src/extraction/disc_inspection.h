@@ -17,10 +17,11 @@ class DiscInspection {
         : platform_(platform), form_(form), capture_(capture) {}
 
     /// Fills lblCDID, lblNumTracks, lstTracks and trackLengthMs (milliseconds) and clears
-    /// lstRecord. If the disc cannot be opened, the labels and lists stay empty, and no message is
-    /// shown. If the reported number of tracks is less than two, the disc stays open, and a message
-    /// is shown for 0 and for 1. In both cases the lengths are unchanged. Yields once; twice for
-    /// fewer than two tracks; not at all if the disc cannot be opened.
+    /// lstRecord. If the disc cannot be opened, clears the labels and lists and shows no message.
+    /// If the reported number of tracks is less than two, fills only the labels, clears the lists,
+    /// leaves the disc open, and shows a message for 0 and for 1. trackLengthMs is unchanged if the
+    /// disc cannot be opened or has fewer than two tracks. Yields once; twice for fewer than two
+    /// tracks; not at all if the disc cannot be opened.
     void InspectCD();
 
   private:

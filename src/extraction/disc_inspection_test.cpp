@@ -75,7 +75,7 @@ struct Unusable {
     std::vector<std::string> messages;
 };
 
-TEST(InspectCD, LeavesADiscWithFewerThanTwoTracksOpenAndShowsAMessageForZeroOrOneTrack) {
+TEST(InspectCD, DoesNotCloseADiscWithFewerThanTwoTracksAndShowsAMessageForZeroOrOneTrack) {
     const Unusable cases[] = {
         {"1", {notMusic}}, {"0", {emptyDrive}}, {"", {emptyDrive}}, {"no disc", {emptyDrive}},
         {"0.5", {}},       {"-3", {}},          {"1.5", {}},        {"1 track", {notMusic}},
@@ -150,7 +150,7 @@ TEST(InspectCD, RoundsANumberOfMillisecondsAndIgnoresATooLargeNumber) {
     EXPECT_EQ(bench.captureState.trackLengthMs(2).value(), 0);
 }
 
-TEST(InspectCD, LimitsAnInvalidTrackCountTo9999) {
+TEST(InspectCD, LimitsATooLargeTrackCountTo9999) {
     ExtractionBench bench({1000, 1000});
     bench.media.answer("status cd number of tracks", {.reply = "1e15"});
     bench.inspection.InspectCD();

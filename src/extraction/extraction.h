@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Creates the extraction jobs and connects each of them to the main window. This struct adds no
-// behaviour.
+// Owns the parts of the extraction (inspection, monitor, capture, preview) and passes the main
+// window to each of them. This struct adds no behaviour.
 #pragma once
 
 #include <cstdint>

@@ -55,7 +55,8 @@ std::vector<StopKind> stopKinds() {
     };
 }
 
-/// Stops the job at the `n`-th yield from now, if the job yields that often.
+/// Stops a capture or an inspection (the job) at the `n`-th yield from now, if the job yields that
+/// often.
 class StopAtYield {
   public:
     StopAtYield(ExtractionBench& bench, const StopKind& kind, int n) {
@@ -99,7 +100,7 @@ class ShortRun : public ExtractionBench {
                 EXPECT_NE(disc.saved[i].path, disc.saved[j].path);
             }
         }
-        // The displays become idle and stay idle.
+        // Nothing starts again later, and the displays are reset within 40 s.
         loop.advance(40s);
         EXPECT_TRUE(idle());
         EXPECT_FALSE(form.Timer1.enabled());
@@ -143,7 +144,7 @@ TEST(EveryStop, AtEveryYieldOfACaptureReturnsToIdleAndTheNextCaptureWorks) {
     }
 }
 
-TEST(EveryStop, BetweenTwoTicksReturnsToIdleAndSavesTheCapturedPart) {
+TEST(EveryStop, BetweenTwoTicksReturnsToIdleAndOnlyCommand12LosesTheCapturedPart) {
     for (const StopKind& kind : stopKinds()) {
         for (auto moment = 50ms; moment < 600ms; moment += 100ms) {
             SCOPED_TRACE(kind.name + " after " + std::to_string(moment.count()) + " ms");
@@ -180,9 +181,9 @@ TEST(EveryStop, InsideEveryMessageBoxEndsTheCapture) {
                     bench.form.cmdStart.click();
                     EXPECT_EQ(boxes, 1);
                     EXPECT_TRUE(bench.idle());
-                    // If a disc command fails, startDevices() still disables the commands before it
-                    // returns. Only the end of the start action enables them again; this test does
-                    // not run that code and calls Enablem() instead.
+                    // If a disc command fails, startDevices() still disables the window's commands
+                    // before it returns. Only the end of the start action enables them again; this
+                    // test does not run that code and calls Enablem() instead.
                     const bool discFailed = std::string(failing).find("cd") != std::string::npos;
                     EXPECT_EQ(bench.commandsOpen(), !discFailed);
                     bench.form.Enablem();
@@ -241,7 +242,7 @@ TEST(EveryStop, AtEveryYieldOfAnInspectionLeavesADiscThatCanBeCaptured) {
     }
 }
 
-TEST(EveryStop, InsideTheMessageOfAnInspectionLeavesEverythingIdle) {
+TEST(EveryStop, InsideTheMessageOfAnInspectionLeavesNoCaptureRunningAndTheNextInspectionWorks) {
     for (const char* tracks : {"0", "1"}) {
         for (const StopKind& kind : stopKinds()) {
             SCOPED_TRACE(kind.name + " in the box for a track count of " + tracks);
@@ -280,7 +281,7 @@ TEST(EveryStop, InsideAMessageBoxOfALaterTrackEndsTheCapture) {
                 int boxes = 0;
                 bench.boxes.whileUp = [&](const test::ShownBox&) {
                     ++boxes;
-                    bench.loop.advance(150ms); // the time of one tick
+                    bench.loop.advance(150ms); // one tick is due in this time
                     kind.stop(bench);
                     bench.loop.advance(afterStop);
                 };

@@ -43,8 +43,8 @@ void TrackCapture::cmdStart_Click() {
 TrackCapture::Queue TrackCapture::takeQueue() {
     const std::string text = textOf(form_.TreeView1.selectedItem());
     if (isTrackText(text)) {
-        // The queue is not changed: after this track the monitor continues with the line after the
-        // queue's current line.
+        // The queue (lstRecord) is not changed: after this track the monitor continues with the
+        // line after the queue's current line.
         trackNumberIn(text).storeIn(process_.currentTrack);
     } else if (text == availableTracksText) {
         form_.lstRecord.clear();
@@ -106,7 +106,8 @@ void TrackCapture::nameFile(std::int32_t track) {
     platform_.random.reseedFromClock();
     const float fraction = platform_.random.fraction();
     const std::int32_t number = fileNumber(form_.lblCDID.caption(), fraction);
-    // Deliberate: does not check whether the file exists; only the random number varies the name.
+    // Deliberate: does not check whether the file exists. Two captures of the same track to the
+    // same folder get different names only by the random number.
     process_.currentFile = process_.settings.decodePath + "\\" + std::to_string(number) + "-" +
                            std::to_string(track) + ".wav";
 }
@@ -141,8 +142,8 @@ void TrackCapture::startDevices(const CaptureFormat& format) {
     if (capture_.trackEndMs != 0) {
         playAndRecord();
     }
-    // The commands are disabled after a disc failure, too: only a recorder failure leaves them
-    // enabled.
+    // The window's commands (buttons and menus) are disabled after a disc failure, too: only a
+    // recorder failure leaves them enabled.
     if (recorderReady) {
         form_.Disablem();
     }
@@ -172,8 +173,8 @@ void TrackCapture::playAndRecord() {
         return;
     }
     platform_.media.sendString("set cd time format milliseconds");
-    // Recording starts before playing, so each file begins with the short time between the two
-    // commands.
+    // Recording starts before playing, so each file begins with what the card records in the short
+    // time between the two commands.
     platform_.media.sendString("record capture overwrite");
     const std::int32_t start = capture_.trackStartMs;
     // The command has no end position, because the monitor ends the track.

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Starts the capture of tracks: reads the queue, names the file, calculates the position of the
-// track, and starts recorder and disc. CaptureMonitor monitors and ends a capture.
+// Starts the capture of tracks: reads the queue (lstRecord), names the file, calculates the
+// position of the track, and starts recorder and disc. CaptureMonitor monitors and ends a capture.
 #pragma once
 
 #include <cstdint>
@@ -24,9 +24,9 @@ class TrackCapture {
     TrackCapture(const TrackCapture&) = delete;
     TrackCapture& operator=(const TrackCapture&) = delete;
 
-    /// Captures the track, or all tracks of the group, that is selected in the tree. If another
-    /// node or none is selected, captures the current track. Yields, and returns when the whole
-    /// queue has ended.
+    /// Captures the track that is selected in the tree or, if the group "Available Tracks" or
+    /// "Selected Tracks" is selected, all tracks of that group. If another node or none is
+    /// selected, captures the current track. Yields, and returns when the whole queue has ended.
     void cmdStart_Click();
     /// Whether a queue is being processed. Stays true between two tracks of the queue, although the
     /// drive is then closed.
@@ -37,9 +37,9 @@ class TrackCapture {
     /// once.
     void StartTrackRecording2(std::int32_t TrackNum);
 
-    /// A variant of StartTrackRecording2: uses ItemData of the current line of lstRecord as the
-    /// track and the preferences' list for the format, and does not start the monitor's timer.
-    /// Nothing calls this function.
+    /// A variant of StartTrackRecording2. The track is the ItemData of the current line of
+    /// lstRecord, or `TrackNum` if there is no current line. The format is the one that is chosen
+    /// in the preferences' list. Does not start the monitor's timer. Nothing calls this function.
     void StartTrackRecording1(std::int32_t TrackNum);
 
   private:

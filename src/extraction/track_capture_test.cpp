@@ -22,7 +22,7 @@ using test::ShownBox;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(StartTrackRecording, DisablesTheCommandsAndReturnsWhileTheCaptureRuns) {
+TEST(StartTrackRecording, DisablesTheWindowsCommandsAndReturnsWhileTheCaptureRuns) {
     ExtractionBench bench({60000, 30000, 20000});
     bench.insertDisc();
     bench.state.stopRequested = true;
@@ -65,8 +65,8 @@ std::vector<DeviceFailure> deviceFailures() {
          "Error setting capture recording paramaters",
          {openRecorder, setStereo, "close capture"},
          true},
-        // In the next two cases the commands are disabled in spite of the failure and stay
-        // disabled.
+        // In the next two cases the window's commands are disabled in spite of the failure and
+        // stay disabled.
         {openDisc, "Error opening cd!", {openRecorder, setStereo, openDisc}, false},
         {"play cd from 60000",
          "Error playing cd!",
@@ -187,8 +187,8 @@ TEST(StartTrackRecording, CalculatesThePositionsAfterItsYield) {
 }
 
 TEST(StartTrackRecording, StartsAtZeroIfLengthsAreKnownButTheTrackCountIsNot) {
-    // A refresh without a device has this result: it clears the label with the track count and
-    // keeps the lengths.
+    // A refresh that cannot open the disc device leaves this state: it clears the label with the
+    // track count and keeps the lengths.
     ExtractionBench bench({60000, 30000});
     bench.insertDisc();
     bench.form.lblNumTracks.setCaption("");
@@ -199,14 +199,14 @@ TEST(StartTrackRecording, StartsAtZeroIfLengthsAreKnownButTheTrackCountIsNot) {
 
 // --- the file name -------------------------------------------------------------------------
 
-TEST(FileNumber, IsOneMoreThanTheProductOfIdentityAndFraction) {
+TEST(FileNumber, IsTheProductOfIdentityAndFractionPlusOneRoundedDown) {
     EXPECT_EQ(fileNumber("48213906", 0.25F), 12053477);
     EXPECT_EQ(fileNumber("48213906", 0.0F), 1);
     EXPECT_EQ(fileNumber("3", 0.5F), 2);
     EXPECT_EQ(fileNumber(" 10.5 ", 0.5F), 6);
 }
 
-TEST(FileNumber, IsRoundedDownForANegativeIdentity) {
+TEST(FileNumber, IsRoundedDownForANegativeIdentityToo) {
     EXPECT_EQ(fileNumber("-5", 0.5F), -2);
 }
 
@@ -223,7 +223,7 @@ TEST(FileNumber, IsZeroIfTheResultDoesNotFitThirtyTwoBits) {
     EXPECT_EQ(fileNumber(std::string(63, '9'), 0.5F), 0);
 }
 
-TEST(FileName, ConsistsOfDestinationNumberAndTrack) {
+TEST(FileName, ConsistsOfTheDestinationFolderTheNumberAndTheTrack) {
     ExtractionBench bench({60000, 30000});
     bench.insertDisc();
     bench.state.settings.decodePath = "D:\\My Music";
@@ -258,9 +258,9 @@ void selectFormat(ExtractionBench& bench, const std::string& text) {
     formats.choose(formats.listCount() - 1);
 }
 
-// --- the variant that nothing calls --------------------------------------------------------
+// --- StartTrackRecording1, which the program does not call ---------------------------------
 
-TEST(StartTrackRecording1, UsesTheCurrentLinesItemDataAndTheSelectedFormat) {
+TEST(StartTrackRecording1, UsesTheItemDataOfTheQueuesCurrentLineAndTheSelectedFormat) {
     ExtractionBench bench({60000, 30000});
     bench.insertDisc();
     bench.choose({1, 2});

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Writes and reads the line of a track in the lists and the tree ("Track  1 - 00:03:05"). Works on
-// texts only.
+// Creates the text of a track's line in the lists and the tree ("Track  1 - 00:03:05"), and finds
+// the track number in such a text. It accesses neither the lists nor the tree.
 #pragma once
 
 #include <cstdint>

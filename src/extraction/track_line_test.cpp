@@ -15,15 +15,15 @@ TEST(TrackLine, WritesOnlyTheFirstTwoDigitsOfALongerNumber) {
     EXPECT_EQ(trackLine(123, "x"), "Track 12 - x");
 }
 
-TEST(TrackLine, KeepsTheDevicesTextUnchanged) {
+TEST(TrackLine, EndsWithTheLengthExactlyAsTheDeviceReportsIt) {
     EXPECT_EQ(trackLine(2, ""), "Track  2 - ");
     EXPECT_EQ(trackLine(2, "3m 5s"), "Track  2 - 3m 5s");
 }
 
-TEST(TrackLine, ReadsTheNumberFromThreeCharactersAtPositionSix) {
+TEST(TrackLine, ReadsTheNumberFromTheSixthToTheEighthCharacter) {
     EXPECT_EQ(trackNumberIn("Track  1 - 00:03:05").valueOr(-1), 1);
     EXPECT_EQ(trackNumberIn("Track 12 - 00:03:05").valueOr(-1), 12);
-    // Three characters are read, although only two are written.
+    // trackNumberIn() reads three characters, although trackLine() writes only two.
     EXPECT_EQ(trackNumberIn("Track123 - 00:03:05").valueOr(-1), 123);
     EXPECT_EQ(trackNumberIn("Track1234").valueOr(-1), 123);
 }

@@ -20,8 +20,8 @@ class TrackPreview {
 
     /// Plays the disc from the start of currentTrack; the device stays open.
     void Command11_Click();
-    /// Stops and closes recorder and disc. A running capture is not saved and is lost. The
-    /// capture's monitor continues until it is stopped, for example by Cancel.
+    /// Stops and closes recorder and disc. A running capture is not saved and is lost. Its
+    /// CaptureMonitor continues until the monitor is stopped, for example by Cancel.
     void Command12_Click();
 
   private:

@@ -19,7 +19,7 @@ TEST(TrackPreview, PlaysFromTheStartOfTheCurrentTrack) {
     EXPECT_THAT(bench.media.log,
                 ElementsAre("open cdaudio alias cd", "set cd time format milliseconds",
                             "play cd from 90000"));
-    // Nothing closes the device.
+    // No command closes the device, so the disc continues to play.
     EXPECT_TRUE(bench.disc.playing());
 }
 
@@ -51,7 +51,7 @@ TEST(TrackPreview, IgnoresFailedCommands) {
     EXPECT_TRUE(bench.boxes.shown.empty());
 }
 
-TEST(TrackPreview, DoesNotChangeTheEndOfATrackThatIsBeingCaptured) {
+TEST(TrackPreview, DoesNotChangeTheStartAndTheEndOfATrackThatIsBeingCaptured) {
     ExtractionBench bench({60000, 30000});
     bench.insertDisc();
     bench.captureState.trackStartMs = 7;

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Creates the two parts of the file finder, the search and the logic of the window, and connects
-// these parts.
+// Creates the two parts of the file finder (the search; the logic of the window) and connects them.
 // This struct adds no behaviour.
 #pragma once
 

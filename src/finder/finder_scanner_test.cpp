@@ -64,8 +64,8 @@ TEST_F(FinderScannerTest, ASecondSearchOnlyStopsTheRunningSearch) {
     EXPECT_TRUE(scanner.setFolder("c:\\Music").ok());
     loop.atYield(1, [this] { scanner.search("mp3"); });
     scanner.search("wav");
-    // After the stop the current folder is scanned to its end, for the type that the box now
-    // contains.
+    // After the stop the current folder is scanned to its end, but for the type that the box now
+    // contains: "mp3" without a dot, which matches no file.
     EXPECT_EQ(finder.Command1.caption(), "Search !");
     EXPECT_THAT(lines(scanner.lstfiles()), IsEmpty());
     EXPECT_THAT(disk.listed, ElementsAre("c:\\Music\\*.*"));

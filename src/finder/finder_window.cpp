@@ -154,7 +154,8 @@ void FinderWindow::mnuDelete_Click() {
     if (answer != BoxAnswer::yes) {
         return;
     }
-    // If the window was closed while the box was open, no file is selected now.
+    // If the window was closed while the box was open, no file is selected now: the path is empty,
+    // and nothing is deleted.
     p_DestroyFile(touched(finder_).lstfiles.text(), platform_.files, platform_.loop).passOver();
     platform_.loop.yield();
     // Deliberate: the line is removed even if the file was not deleted.

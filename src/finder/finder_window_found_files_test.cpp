@@ -39,7 +39,7 @@ class FoundFilesTest : public testing::Test, protected test::FinderWorld {
     Connection popups_;
 };
 
-TEST_F(FoundFilesTest, TheMenuOpensForARightClickOnASelectedWavOrMp3) {
+TEST_F(FoundFilesTest, TheMenuOpensOnlyForARightClickWhileAWavOrMp3IsSelected) {
     fillResults({"c:\\a.wav", "c:\\b.MP3", "c:\\c.txt"});
     press({.right = true});
     EXPECT_THAT(opened, IsEmpty()); // nothing is selected
@@ -56,7 +56,7 @@ TEST_F(FoundFilesTest, TheMenuOpensForARightClickOnASelectedWavOrMp3) {
     EXPECT_THAT(opened, SizeIs(2));
 }
 
-TEST_F(FoundFilesTest, SelectForConversionRunTwiceAddsTheFileOnlyOnceAndKeepsItsLine) {
+TEST_F(FoundFilesTest, ChoosingSelectForConversionTwiceAddsTheFileOnceAndKeepsItInTheResults) {
     process.settings.showFullPath = 1;
     NodeRef collection;
     addCollection(form.TreeView1, "f Collection 3", "MP3 Files Folder").storeIn(collection);
@@ -133,8 +133,8 @@ TEST_F(FoundFilesTest, ADeletionThatFailsStillRemovesTheLine) {
     loop.atYield(1, [this] { EXPECT_THAT(lines(finder.lstfiles), SizeIs(1)); });
     const auto begin = loop.now();
     finder.mnuDelete.click();
-    // showfiles3() passes the entry's number to Cmaddfile2() instead of a path. That call only
-    // waits 300 ms.
+    // At its end, the handler of mnuDelete calls showfiles3(), which passes an entry's number
+    // instead of a path to Cmaddfile2(), so that Cmaddfile2() only waits 300 ms.
     EXPECT_GE(loop.now() - begin, std::chrono::milliseconds(300));
     EXPECT_TRUE(files.fileExists("c:\\a.wav"));
     EXPECT_THAT(lines(finder.lstfiles), IsEmpty());
@@ -155,7 +155,7 @@ TEST_F(FoundFilesTest, ClosingTheWindowDuringTheQuestionDeletesNothing) {
     EXPECT_THAT(lines(finder.lstfiles), IsEmpty());
 }
 
-TEST_F(FoundFilesTest, DeletesTheLineThatIsSelectedWhenTheUserConfirms) {
+TEST_F(FoundFilesTest, DeletesTheFileThatIsSelectedWhenTheUserConfirms) {
     files.addFile("c:\\a.wav");
     files.addFile("c:\\b.wav");
     fillResults({"c:\\a.wav", "c:\\b.wav"});
@@ -171,7 +171,8 @@ TEST_F(FoundFilesTest, DeletesTheLineThatIsSelectedWhenTheUserConfirms) {
 }
 
 /// Chooses a menu entry for the only result, and closes the window in the n-th yield. Returns
-/// whether there was such a yield.
+/// whether there was such a yield. In both cases, expects that the file exists afterwards if
+/// `keepsFile`, and is deleted otherwise.
 bool closesInYield(int n, MenuItem FrmSearch::*entry, bool keepsFile) {
     test::FinderWorld world;
     const std::string path = "c:\\m\\a.mp3";

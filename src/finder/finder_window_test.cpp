@@ -53,7 +53,7 @@ TEST_F(FinderWindowTest, TheButtonIsDisabledWhileItsCaptionChangesToStop) {
                                     "Search !"));
 }
 
-TEST_F(FinderWindowTest, TickingHideListsHidesTwoListsUntilTheEndOfTheSearch) {
+TEST_F(FinderWindowTest, ASearchHidesTwoListsUntilItsEndIfHideListsIsTicked) {
     disk.addFolder("c:\\m");
     finder.chkhidelist.setValue(1).passOver();
     bool seen = false;
@@ -87,7 +87,7 @@ TEST_F(FinderWindowTest, ContinueStartsASearchWithoutClearingTheResult) {
     EXPECT_THAT(lines(finder.List1), ElementsAre("kept", "c:\\m\\"));
 }
 
-TEST_F(FinderWindowTest, AStopWithTooManyFilesLeavesTheFileCountAtZero) {
+TEST_F(FinderWindowTest, AStopWithMoreThan32767ListedFilesLeavesTheFileCountAtZero) {
     constexpr int tooMany = std::numeric_limits<std::int16_t>::max() + 1;
     for (int i = 0; i < tooMany; ++i) {
         finder.lstfiles.addItem("c:\\" + std::to_string(i) + ".wav");
@@ -101,7 +101,7 @@ TEST_F(FinderWindowTest, AStopWithTooManyFilesLeavesTheFileCountAtZero) {
 
 // --- boxes and labels -----------------------------------------------------------------------
 
-TEST_F(FinderWindowTest, TheTypeIsAlwaysShownInLowerCase) {
+TEST_F(FinderWindowTest, TheExtensionIsAlwaysShownInLowerCase) {
     finder.zFileExt.setText(".MP3");
     EXPECT_EQ(finder.zFileExt.text(), ".mp3");
 }
@@ -119,7 +119,7 @@ TEST_F(FinderWindowTest, APathOf190CharactersIsShownWithoutTheSearchingPrefix) {
 
 TEST_F(FinderWindowTest, ACaptionOf200CharactersIsKept) {
     const std::string prefix = "Searching . . . ";
-    // The limit counts characters, not bytes.
+    // The limit of 200 counts characters, not bytes; each of these characters has two bytes.
     std::string name;
     for (std::size_t i = 0; i < 200 - prefix.size() - 4; ++i) {
         name += "\xc3\xa4";
@@ -175,7 +175,7 @@ TEST_F(FinderWindowTest, ADriveThatCannotBeEnteredChangesNeitherDriveNorFolder) 
     disk.addFolder("d:\\albums");
     disk.removeFolder("d:\\");
     EXPECT_TRUE(finder.Dir1.setPath("c:\\music").ok());
-    // The previous folder cannot be entered either; Dir1 must keep it nevertheless.
+    // The current folder can no longer be entered either; Dir1 must keep it nevertheless.
     disk.removeFolder("c:\\music");
     EXPECT_TRUE(finder.Drive1.setDrive("d:").ok());
     EXPECT_EQ(finder.Drive1.drive(), "c:");

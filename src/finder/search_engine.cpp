@@ -14,7 +14,7 @@ namespace {
 
 constexpr const char* allEntries = "*.*";
 
-/// findfilesdir() lists plain files and entries with these attributes (their sum is 54).
+/// findfilesdir() lists only entries that have no attributes other than these (their sum is 54).
 constexpr std::uint32_t listedAttributes = file_attribute::hidden | file_attribute::system |
                                            file_attribute::directory | file_attribute::archive;
 
@@ -136,7 +136,7 @@ void SearchEngine::queueFolder(const std::string& path, const std::string& name,
 }
 
 /// Deliberate: the first entry of a folder is handled differently. If it is a folder, it is not
-/// counted; if it is a file, its name is not compared.
+/// counted; if it is a file, only its extension is compared, and the name in Text1 is ignored.
 void SearchEngine::takeFirstEntry(const std::string& path, const FindRecord& entry) {
     if ((entry.attributes & file_attribute::directory) != 0) {
         queueFolder(path, entry.name, Counting::no);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Lists the files of a type in a chosen folder and the folders below it. The walk is not recursive:
-// a list box contains the folders still to scan, and a loop scans them one at a time. The engine
-// shows no message and ignores failed steps.
+// a list box (lstdirs) contains the folders still to scan, and a loop scans them one at a time. The
+// engine shows no message and ignores failed steps.
 #pragma once
 
 #include <string>
@@ -28,7 +28,8 @@ class SearchEngine {
     /// from `path` and adds a trailing backslash. `pattern` is always "*.*".
     void findfilesapi(DirectoryWalk& walk, std::string& path, const std::string& pattern);
 
-    /// A similar scan, which lists every file. Nothing calls this function.
+    /// A similar scan, which lists files of every type, but ignores entries with an attribute other
+    /// than hidden, system, directory and archive. Nothing calls this function.
     void findfilesdir(DirectoryWalk& walk, std::string& path, const std::string& pattern);
 
   private:

@@ -71,7 +71,7 @@ TEST_F(SearchEngineTest, ListsAFoldersFilesBeforeThoseOfItsSubfolders) {
     EXPECT_THAT(found(), ElementsAre("c:\\m\\outer.wav", "c:\\m\\x\\inner.wav"));
 }
 
-TEST_F(SearchEngineTest, ListsAllFoldersInLowerCaseExceptTheStartFolder) {
+TEST_F(SearchEngineTest, ListsTheStartFolderAsSpelledAndAllOtherFoldersInLowerCase) {
     disk.addFile("c:\\Music\\First\\A.wav");
     disk.addFolder("c:\\Music\\Second");
     search("c:\\Music", ".wav");
@@ -157,7 +157,7 @@ TEST_F(SearchEngineTest, ReadsTheBoxesAgainForEveryEntry) {
 
 // --- one folder -----------------------------------------------------------------------------
 
-TEST_F(SearchEngineTest, TheScanOfAFolderStoresItsPathTrimmedAndWithABackslash) {
+TEST_F(SearchEngineTest, TheScanOfAFolderTrimsTheCallersPathAndAddsABackslash) {
     disk.addFile("c:\\m\\a.wav");
     const auto walk = disk.startWalk();
     std::string path = "  c:\\m ";
@@ -285,7 +285,7 @@ INSTANTIATE_TEST_SUITE_P(Times, SearchTimeTest,
                                          Times{43200.1, 43200.123, "0.023"},
                                          Times{100, 112.5, "12.5"}, Times{0, 3600, "3600"},
                                          Times{1, 40001.0625, "40000.06"}, Times{0, 0.001, "0.001"},
-                                         // The search ran past midnight.
+                                         // A search that ran past midnight shows a negative time.
                                          Times{86399.5, 2.25, "-86397.25"}));
 
 } // namespace

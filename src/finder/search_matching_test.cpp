@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests which entries match a search.
+// Tests the rules by which a search finds or skips a file. The type of a search is the wanted
+// extension (zFileExt); the name of a search is the wanted file name (Text1).
 #include <gmock/gmock.h>
 
 #include "support/finder_world.h"
@@ -18,7 +19,7 @@ class SearchMatchingTest : public testing::Test, protected test::FinderWorld {
 
 // --- what matches ---------------------------------------------------------------------------
 
-TEST_F(SearchMatchingTest, FindsATypeInAnyCaseAndListsItInLowerCase) {
+TEST_F(SearchMatchingTest, FindsFilesOfTheTypeInAnyCaseAndListsThemInLowerCase) {
     disk.addFile("c:\\Music\\a.wav");
     disk.addFile("c:\\Music\\B.WAV");
     disk.addFile("c:\\Music\\c.mp3");
@@ -62,7 +63,7 @@ TEST_F(SearchMatchingTest, SupportsNoWildcards) {
     EXPECT_THAT(found(), IsEmpty());
 }
 
-TEST_F(SearchMatchingTest, AddsADotToATypeOfAnyCharactersAndTakesItLiterally) {
+TEST_F(SearchMatchingTest, TakesWildcardsAndOtherCharactersOfATypeLiterally) {
     disk.addFile("c:\\music\\a.wav");
     for (const std::string& type :
          {std::string("*"), std::string("?"), std::string("a*b["), std::string("[!"),
@@ -86,7 +87,7 @@ TEST_F(SearchMatchingTest, AnEmptyTypeBecomesALoneDotAndFindsNamesThatEndInADot)
 }
 
 TEST_F(SearchMatchingTest, AcceptsEveryFileWhileTheTypeIsStarDotStar) {
-    // The type can be "*.*" only if code sets the box during a search.
+    // Code must set the type during the search: the start of a search changes "*.*" to ".*.*".
     disk.addFile("c:\\music\\a.txt");
     disk.addFile("c:\\music\\b.c.d");
     loop.atYield(1, [this] { finder.zFileExt.setText("*.*"); });
@@ -104,7 +105,7 @@ TEST_F(SearchMatchingTest, MatchesAWholeNameInAnyCase) {
     EXPECT_THAT(found(), ElementsAre("c:\\music\\track1.wav"));
 }
 
-TEST_F(SearchMatchingTest, TheNameEndsBeforeItsFirstDot) {
+TEST_F(SearchMatchingTest, TheNameOfAFoundFileEndsBeforeItsFirstDot) {
     disk.addFile("c:\\music\\a.wav.wav");
     search("c:\\music", ".wav");
     EXPECT_EQ(finder.Text2.text(), "a");

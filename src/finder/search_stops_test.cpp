@@ -135,7 +135,7 @@ TEST_F(SearchStopsTest, AStopAtAnyYieldEndsTheSearchAtTheEndOfTheCurrentFolder) 
     }
 }
 
-TEST_F(SearchStopsTest, AfterAStopFoldersInTheCurrentFolderAreStillAddedToList1) {
+TEST_F(SearchStopsTest, FoldersInTheCurrentFolderAreStillAddedToList1AfterAStop) {
     const auto world = makeWorld();
     world->loop.atYield(2, [&] { world->finder.Command1.click(); });
     world->search("c:\\m", ".wav");
@@ -172,7 +172,7 @@ TEST_F(SearchStopsTest, ASearchStartedInsideAStoppedSearchFinishesFirst) {
     }
 }
 
-TEST_F(SearchStopsTest, TwoClicksAtDifferentYieldsLeaveTheWindowIdleAtTheEnd) {
+TEST_F(SearchStopsTest, TwoClicksOnTheSearchButtonAtDifferentYieldsLeaveTheWindowIdleAtTheEnd) {
     for (int first = 1; first <= stepCount; ++first) {
         for (int second = first + 1; second <= first + 8; ++second) {
             SCOPED_TRACE(std::to_string(first) + ", " + std::to_string(second));
@@ -232,7 +232,7 @@ TEST_F(SearchStopsTest, AWindowReopenedDuringASearchIsIndependentOfThatSearch) {
     }
 }
 
-TEST_F(SearchStopsTest, TheScanThatNothingCallsEndsWhenTheWindowIsClosed) {
+TEST_F(SearchStopsTest, TheUnusedFunctionFindfilesdirEndsAtOnceWhenTheWindowIsClosed) {
     const auto world = makeWorld();
     const auto walk = world->disk.startWalk();
     world->loop.atYield(4, [&] { world->finder.cmdend.click(); });

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The user's searches and the work tree's scan share the finder's boxes and lists, which contain
-// the result of the last search. Tests a search after a scan, a scan after a search, a scan during
-// a search, and the window's commands during a scan.
+// the result of the last search. A scan consists of two searches of the destination folder: for WAV
+// files and then for MP3 files. Tests a search after a scan, a scan after a search, a scan during a
+// search, and the window's commands during a scan.
 #include <gmock/gmock.h>
 
 #include <memory>
@@ -68,7 +69,7 @@ TEST_F(SharedListsTest, AScanReplacesTheResultOfAnOpenWindow) {
     expectIdle();
 }
 
-TEST_F(SharedListsTest, HiddenListsInTheWindowDoNotAffectTheScan) {
+TEST_F(SharedListsTest, TheOptionToHideTheListsDuringASearchDoesNotAffectTheScan) {
     windows.frmsearch.show();
     EXPECT_TRUE(finder.chkhidelist.setValue(1).ok());
     tree.showfiles();
@@ -122,9 +123,9 @@ TEST_F(SharedListsTest, TheStopButtonDuringAScanKeepsTheFoundFiles) {
     expectIdle();
 }
 
-/// The scan for WAV files clicks the button, which only stops the user's running search. This scan
-/// therefore uses the files that the stopped search has found. The scan for MP3 files then starts a
-/// search of its own.
+/// For its WAV files, the scan clicks the search button, which only stops the user's running
+/// search. So the scan uses the files that the stopped search has found. For its MP3 files, the
+/// scan then starts a search of its own.
 TEST_F(SharedListsTest, AScanInsideASearchStopsTheSearchAndReplacesItsResult) {
     windows.frmsearch.show();
     // At this yield o.wav has been found, and p.mp3 is next.
@@ -134,7 +135,8 @@ TEST_F(SharedListsTest, AScanInsideASearchStopsTheSearchAndReplacesItsResult) {
         EXPECT_THAT(lines(form.List2), ElementsAre("c:\\music\\b.mp3"));
     });
     search("c:\\Other", ".wav");
-    // The type box now contains the scan's type, so p.mp3 is found. The folder sub is not scanned.
+    // The type box now contains the scan's type, so p.mp3 is found. After the stop,
+    // no folder is added to the search, so the folder sub is not searched.
     EXPECT_THAT(lines(finder.lstfiles), ElementsAre("c:\\music\\b.mp3", "c:\\other\\p.mp3"));
     expectIdle();
 }

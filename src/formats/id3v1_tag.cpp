@@ -30,7 +30,7 @@ constexpr char caseDistance = 'a' - 'A';
 
 constexpr std::int16_t noGenre = 255;
 
-/// The field without trailing blanks; shorter or empty if `tag` ends earlier.
+/// The field without trailing blanks; shorter or empty if `tag` ends before the field's end.
 std::string bytesOf(const Field& field, std::string_view tag) {
     return field.offset > tag.size() ? std::string()
                                      : withoutBlanksBehind(tag.substr(field.offset, field.length));
@@ -47,7 +47,8 @@ void put(const std::string& bytes, const Field& field, std::array<std::byte, tag
                    [](char c) { return static_cast<std::byte>(c); });
 }
 
-/// Compares bytes, because a conversion of UTF-8 characters to lower case may change their length.
+/// Finds the mark in either case. Compares bytes, because a conversion of UTF-8 characters to lower
+/// case may change their length, and so the position of the mark.
 std::string_view::const_iterator findMark(std::string_view bytes) {
     return std::search(
         bytes.begin(), bytes.end(), searchedMark.begin(), searchedMark.end(),

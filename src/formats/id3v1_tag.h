@@ -21,8 +21,8 @@ inline constexpr std::size_t tagSearchLength = 256;
 /// Stores the tag's fields in `info`. The tag begins at the first "tag" in the file's last bytes,
 /// in upper or lower case, even if those letters belong to the audio data. If no tag is found, the
 /// texts are empty and the genre is 255. Blanks at the end of a field are removed, other padding is
-/// not. If the genre has code 32 or is beyond the end of the file, the previous file's genre is
-/// kept.
+/// not. If the genre has code 32 or is beyond the end of the file, `info.Genre` is left unchanged:
+/// in a record that was used before, it is the previous file's genre.
 void readId3v1Tag(std::string_view lastBytes, Mp3Info& info);
 
 /// The fields of a tag, in the order of the file.

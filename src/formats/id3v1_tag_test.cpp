@@ -14,7 +14,8 @@ using namespace std::string_literals;
 using test::padded;
 using test::tagOf;
 
-/// The last 256 bytes of a file whose tag begins at `place`, counted from 1.
+/// The last 256 bytes of a file, with `tag` from position `place` of these bytes (counted from 1).
+/// The part of the tag that does not fit is cut off.
 std::string withTagAt(std::size_t place, const std::string& tag) {
     std::string bytes(256, '.');
     bytes.replace(place - 1, tag.size(), tag);
@@ -48,7 +49,7 @@ TEST(ReadId3v1Tag, ReadsTheFieldsOfATagAtTheEnd) {
     EXPECT_EQ(info.TagMark, "");
 }
 
-TEST(ReadId3v1Tag, AcceptsTheMarkInEitherCase) {
+TEST(ReadId3v1Tag, AcceptsTheMarkTagInUpperLowerAndMixedCase) {
     for (const char* mark : {"tag", "Tag", "tAG", "TAG"}) {
         std::string tag = tagOf("Title");
         tag.replace(0, 3, mark);
@@ -74,7 +75,7 @@ TEST(ReadId3v1Tag, WithoutAMarkAllFieldsAreEmptyAndTheGenreIs255) {
     }
 }
 
-TEST(ReadId3v1Tag, UsesTheFirstMarkWhereverItIs) {
+TEST(ReadId3v1Tag, FindsACompleteMarkAtAnyPosition) {
     // `place` counts from 1; beyond 254 the mark is incomplete.
     std::string pattern;
     for (int i = 0; i < 256; ++i) {

@@ -16,7 +16,7 @@ namespace sonarith {
 
 namespace {
 
-/// Shorter files are refused, because the tag is searched in this many bytes at the end.
+/// Shorter files are refused, because this many bytes at the end of a file are searched for a tag.
 constexpr std::int64_t leastLength = 256;
 
 // Positions in the file count from 1; 0 means "no frame".
@@ -64,8 +64,8 @@ class Head {
     std::vector<std::byte> bytes_;
 };
 
-/// The position of the first frame of MPEG 1 Layer III, with or without a CRC; 0 if none begins by
-/// lastFramePosition.
+/// The position of the first frame of MPEG 1 Layer III, with or without a CRC; 0 if none begins at
+/// lastFramePosition or before.
 std::size_t framePositionIn(const Head& head) {
     for (std::size_t i = 1; i <= lastFramePosition; ++i) {
         if (head.at(i) == 0xFF && (head.at(i + 1) == 0xFA || head.at(i + 1) == 0xFB)) {

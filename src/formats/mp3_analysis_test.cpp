@@ -96,7 +96,8 @@ TEST_F(Mp3AnalysisTest, MistakesSyncBytesInALeadingTagForAFrame) {
 }
 
 TEST_F(Mp3AnalysisTest, CountsBytesBeyondTheEndOfAShortFileAsZeros) {
-    // If FF is the file's last byte, it is not followed by a second sync byte.
+    // If FF is the file's last byte, the next byte counts as zero, which is no second sync byte, so
+    // no frame is found.
     EXPECT_EQ(digitsOf(Mp3Bytes(300).at(300, "\xff").content), "");
     // If the two sync bytes are the file's last, the missing header bytes count as zeros.
     EXPECT_EQ(digitsOf(Mp3Bytes(300).at(299, "\xff\xfb").content),
@@ -104,7 +105,8 @@ TEST_F(Mp3AnalysisTest, CountsBytesBeyondTheEndOfAShortFileAsZeros) {
 }
 
 TEST_F(Mp3AnalysisTest, ConvertsBytes3And4OfTheFrameToDigits) {
-    // mp3_header_test.cpp compares the fields of all values of these bytes with a table.
+    // Only the digits are tested here. mp3_header_test.cpp decodes every value of these two bytes
+    // and compares the resulting fields with a table.
     const auto expectDigits = [&](std::uint32_t header) {
         std::string expected;
         for (int bit = 31; bit >= 0; --bit) {
@@ -144,7 +146,7 @@ TEST_F(Mp3AnalysisTest, ReturnsMeaninglessValuesForAFileThatIsNoMp3) {
     EXPECT_EQ(info.Duration, 0);
 }
 
-TEST_F(Mp3AnalysisTest, SearchesForTheMarkAtPosition36OfAFileWithoutAFrame) {
+TEST_F(Mp3AnalysisTest, SearchesForTheXingMarkerAtPosition36OfAFileWithoutAFrame) {
     Mp3Bytes bytes(4'000'000);
     bytes.at(1, "\x80\x1d\x90").at(36, "Xing").at(44, Mp3Bytes::bigEndian(30'000));
     EXPECT_TRUE(analyse(bytes).ok());
@@ -170,7 +172,7 @@ TEST_F(Mp3AnalysisTest, ReadsTheFrameCountOfAFrameAtTheLastPosition) {
     EXPECT_EQ(info.Frames, 0x1234);
 }
 
-TEST_F(Mp3AnalysisTest, IgnoresTheFlagsBetweenTheMarkAndTheCount) {
+TEST_F(Mp3AnalysisTest, IgnoresTheFlagsBetweenTheXingMarkerAndTheFrameCount) {
     EXPECT_TRUE(analyse(Mp3Bytes(4'000'000)
                             .header(1, commonHeader)
                             .variableRate(1, 6000)
@@ -179,15 +181,15 @@ TEST_F(Mp3AnalysisTest, IgnoresTheFlagsBetweenTheMarkAndTheCount) {
     EXPECT_EQ(info.Frames, 6000);
 }
 
-TEST_F(Mp3AnalysisTest, AcceptsTheMarkOnlyInOneSpellingAndAtOneOffset) {
+TEST_F(Mp3AnalysisTest, AcceptsTheXingMarkerOnlyInOneSpellingAndAtOneOffset) {
     for (const char* other : {"xing", "XING", "Info", "VBRI", "Xin"}) {
         info = {};
         EXPECT_TRUE(analyse(Mp3Bytes(4'000'000).header(1, commonHeader).at(37, other)).ok());
         EXPECT_FALSE(info.IsVbr) << other;
         EXPECT_EQ(info.Bitrate, 128) << other;
     }
-    // In a mono frame the mark is 15 bytes earlier. It is not found there, so the file counts as a
-    // file with a constant bit rate.
+    // In a mono frame the marker is 15 bytes earlier. It is not found there, so the file counts as
+    // a file with a constant bit rate.
     Mp3Bytes mono(4'000'000);
     mono.header(1, 0xFFFB50C0).at(22, "Xing").at(30, Mp3Bytes::bigEndian(6000));
     EXPECT_TRUE(analyse(mono).ok());
@@ -332,7 +334,7 @@ TEST_F(Mp3AnalysisTest, ReadsOnlyTheTagIfTheHeaderIsNotRequested) {
                 ElementsAre("openBinary c:\\a.mp3 read", "readBinary c:\\a.mp3 3744 256"));
 }
 
-TEST_F(Mp3AnalysisTest, ReturnsAnEmptyRecord) {
+TEST_F(Mp3AnalysisTest, ReturnsAnEmptyRecordAndStoresTheResultInItsArgument) {
     disk.addFile(path, Mp3Bytes(4000).header(1, commonHeader).end(tagOf("T")).content);
     const auto result = GetMp3Info(disk, path, TagReading::yes, HeaderReading::yes, info);
     ASSERT_TRUE(result.ok());
@@ -389,7 +391,7 @@ TEST_F(Mp3AnalysisTest, BytesOfTheFrameCountBeyondTheEndOfTheFileCountAsZeros) {
 }
 
 TEST_F(Mp3AnalysisTest, ComputesTheDurationFromTheWholeFileIncludingItsTags) {
-    // 16,000 bytes are one second; the tags make up half of the file.
+    // 16,000 bytes are one second; without its 5,117 bytes of tags, the file would last only 1 s.
     Mp3Bytes bytes(32'000);
     bytes.at(1, "ID3").header(4'990, commonHeader).end(tagOf("T"));
     EXPECT_TRUE(analyse(bytes).ok());

@@ -42,7 +42,7 @@ TEST(BitsToLong, TreatsEveryCharacterOtherThanTheDigit1AsZero) {
     EXPECT_EQ(BitsToLong("1x2 1").value(), 17);
 }
 
-TEST(BitsToLong, FailsAbove31Bits) {
+TEST(BitsToLong, FailsIfTheValueNeedsMoreThan31Bits) {
     EXPECT_EQ(BitsToLong("10000000000000000000000000000000").error().number, ErrorNumber::overflow);
     EXPECT_EQ(BitsToLong(std::string(1000, '1')).error().number, ErrorNumber::overflow);
 }

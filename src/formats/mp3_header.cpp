@@ -14,7 +14,8 @@ namespace sonarith {
 
 namespace {
 
-// Tables of the standard (ISO/IEC 11172-3), each indexed by the value of its digits.
+// Tables of the standard (ISO/IEC 11172-3). The first six are indexed by the value of a field of
+// the frame header.
 
 constexpr std::array<std::int16_t, 4> versions = {25, 0, 2, 1};
 constexpr std::array<std::int16_t, 4> layers = {0, 3, 2, 1};
@@ -39,7 +40,7 @@ struct BitRates {
     int key; ///< the decimal digits of version and layer, one after the other
     std::array<int, 15> kilobits;
 };
-/// Deliberate: no version and layer have the key 255.
+/// Deliberate: no version and layer have the key 255, so only version 1 has bit rates.
 constexpr std::array<BitRates, 4> bitRates = {{
     {11, {0, 32, 64, 96, 128, 160, 192, 224, 256, 288, 320, 352, 384, 416, 448}},
     {12, {0, 32, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320, 384}},
@@ -47,8 +48,9 @@ constexpr std::array<BitRates, 4> bitRates = {{
     {255, {0, 32, 48, 56, 64, 80, 96, 112, 128, 144, 160, 176, 192, 224, 256}},
 }};
 
-/// Indexed by the layer: a frame has coefficient x bit rate / sampling rate bytes. 0 for the
-/// reserved layer.
+/// Indexed by the layer: a frame has coefficient x bit rate / sampling rate slots; 0 for the
+/// reserved layer. A slot is one byte; in Layer I it is four bytes, but averageBitRate() always
+/// assumes one.
 constexpr std::array<int, 4> coefficients = {0, 12, 144, 144};
 
 Error outOfRange() {

@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::int64_t fourMillion = 4'000'000;
 
-/// The digits of a header's four bytes.
+/// The binary digits of the four bytes of `header`.
 std::string digitsOf(std::uint32_t header) {
     FourBytes bytes{0, static_cast<std::uint8_t>(header >> 24U),
                     static_cast<std::uint8_t>(header >> 16U),
@@ -104,14 +104,14 @@ TEST(Mp3Header, ReadsEachFlagFromItsOwnBit) {
 
 // --- every header that ReadMp3Bits() can find: MPEG 1 Layer III ------------------------------
 
-// The tables of the standard, in another form than in the program.
+// The tables of the standard, arranged differently than in the program.
 constexpr int standardKilobits[16] = {-1,  32,  40,  48,  56,  64,  80,  96,
                                       112, 128, 160, 192, 224, 256, 320, -1};
 constexpr int standardHertz[4] = {44100, 48000, 32000, -1};
 const char* const standardModes[4] = {"stereo", "joint stereo", "dual channel", "single channel"};
 const char* const standardEmphases[4] = {"no", "50/15", "reserved", "CCITT J 17"};
 
-TEST(Mp3Header, DecodesAll131072HeadersOfMpeg1Layer3) {
+TEST(Mp3Header, DecodesOrRejectsEachOfThe131072HeadersOfMpeg1Layer3) {
     int stored = 0;
     for (std::uint32_t third = 0; third < 256; ++third) {
         const int kilobits = standardKilobits[third / 16];
@@ -162,7 +162,7 @@ TEST(Mp3Header, StoresNothingAndReportsNoErrorForEveryVersionButMpeg1) {
     }
 }
 
-TEST(Mp3Header, StoresNothingForTheReservedLayerAndFailsOnlyForAVariableRate) {
+TEST(Mp3Header, StoresNothingForTheReservedLayerWhichIsAnErrorOnlyWithAVariableRate) {
     Mp3Info info = untouched();
     EXPECT_TRUE(decodeMp3Header(digitsOf(0xFFF99000), fourMillion, info).ok());
     expectUntouched(info);
@@ -241,7 +241,7 @@ TEST(Mp3Header, IgnoresTheBitRateDigitsForAVariableRate) {
     }
 }
 
-TEST(Mp3Header, UsesTheCoefficientOfTheLayer) {
+TEST(Mp3Header, ComputesTheAverageRateWithTheFrameSizeCoefficientOfTheLayer) {
     Mp3Info one = variable(30000);
     ASSERT_TRUE(decodeMp3Header(digitsOf(0xFFFF9000), fourMillion, one).ok());
     EXPECT_EQ(one.Bitrate, 490);
@@ -250,9 +250,13 @@ TEST(Mp3Header, UsesTheCoefficientOfTheLayer) {
     EXPECT_EQ(two.Bitrate, 41);
 }
 
-TEST(Mp3Header, FailsForAFrameCountOfZeroAndForAnAverageRateAbove32767) {
+TEST(Mp3Header, FailsForAFrameCountOfZeroAndForAnAverageRateAbove32767KilobitsPerSecond) {
     EXPECT_EQ(failureOf(0xFFFB9000, fourMillion, variable(0)), ErrorNumber::divisionByZero);
     EXPECT_EQ(failureOf(0xFFFB9000, 200'000'000, variable(1)), ErrorNumber::overflow);
+}
+
+TEST(Mp3Header, FailsForAReservedSamplingRateAlsoWithAVariableBitRate) {
+    EXPECT_EQ(failureOf(0xFFFB9C00, fourMillion, variable(6000)), ErrorNumber::subscriptOutOfRange);
 }
 
 // --- short texts -----------------------------------------------------------------------------
@@ -269,10 +273,6 @@ TEST(Mp3Header, TreatsMissingDigitsOfAShortTextAsZeros) {
     info = untouched();
     EXPECT_TRUE(decodeMp3Header("", fourMillion, info).ok());
     expectUntouched(info);
-}
-
-TEST(Mp3Header, FailsForAReservedSamplingRateOfAVariableRate) {
-    EXPECT_EQ(failureOf(0xFFFB9C00, fourMillion, variable(6000)), ErrorNumber::subscriptOutOfRange);
 }
 
 } // namespace

@@ -15,8 +15,8 @@ struct Mp3Info {
     std::int32_t Frequency = 0; ///< Hz
     std::string Mode;
     std::string Emphasis;
-    std::int16_t MpegVersion = 0; ///< 1, 2, 25 for 2.5, 0 for reserved
-    std::int16_t MpegLayer = 0;   ///< 1 to 3, 0 for reserved
+    std::int16_t MpegVersion = 0; ///< 1 (headers of other versions are not stored); 0 before
+    std::int16_t MpegLayer = 0;   ///< 1 to 3; 0 before a header is stored
     std::string Padding;          ///< "yes" or "no"
     std::string CRC;              ///< "yes" or "no"
     std::int32_t Duration = 0;    ///< whole seconds
@@ -35,7 +35,8 @@ struct Mp3Info {
     std::int16_t Genre = 0; ///< 0 to 255; 255 also for a file without a tag
     std::string Track;      ///< the comment's last character; nothing uses it
 
-    // Fields of the header that a file of variable bit rate has; stored as soon as they are read.
+    // Fields of the additional header that marks a file of variable bit rate; stored as soon as
+    // they are read. A file without this header sets only IsVbr, to false.
     bool IsVbr = false;
     std::int16_t Frames = 0;
 };

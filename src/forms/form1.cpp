@@ -73,7 +73,7 @@ void Form1::enableCommands(bool enabled) {
 }
 
 void Form1::ClearActivity() {
-    // The lower-case a is intended: the designed text is "Next Action:".
+    // Deliberate: a lower-case "a", although the label is designed with "Next Action:".
     Label3.setCaption("Next action:");
     Label2.setCaption(state_.settings.decodePath + "\\");
     setCaption(applicationTitle);

@@ -78,7 +78,7 @@ class Form1 : public Form {
     // Status bar.
     ProgressBar ProgressBar1{*this, "ProgressBar1", 0, 100};
     Label Status{*this, "Status", "00.00%"}; ///< constant text; nothing changes it
-    Label Label33{*this, "Label33", "OFF"};  ///< percentage of the track or file that is done
+    Label Label33{*this, "Label33", "OFF"};  ///< progress of the current track or file, in percent
     Label lblStatus{*this, "lblStatus"};     ///< bytes captured, or bytes of the last decoded WAV
 
     TreeView TreeView1{*this, "TreeView1"};
@@ -95,7 +95,7 @@ class Form1 : public Form {
     ListBox List5{*this, "List5"}; ///< selected WAV paths
     ListBox List7{*this,
                   "List7"}; ///< scratch list; its content has no meaning between two operations
-    CheckBox Check9{*this, "Check9"};                        ///< 1: tmrRecord ends the track
+    CheckBox Check9{*this, "Check9"}; ///< 1: the next tick of tmrRecord ends the track
     CommandButton cmdStart{*this, "cmdStart", "Start"};      ///< extracts tracks
     CommandButton CmdDecoder{*this, "CmdDecoder", "decode"}; ///< decodes MP3 files
     CommandButton Command8{*this, "Command8",

@@ -167,7 +167,7 @@ TEST_F(Form1Test, DisablemDisablesOnlyTheTwelveCommands) {
     EXPECT_TRUE(form.CmdSelectAction.enabled());
 }
 
-TEST_F(Form1Test, DisablemUnloadsWorkerPlaylistAndFinderInThisOrder) {
+TEST_F(Form1Test, DisablemUnloadsConversionWorkerPlaylistAndFinderInThisOrder) {
     std::vector<std::string> unloaded;
     for (Form* window :
          std::initializer_list<Form*>{&windows.frmsearch, &windows.Form4, &windows.frmPlayList,

@@ -62,14 +62,14 @@ class Form4 : public Form {
     OptionButton Option13{*this, cdMute, "Option13"};
     OptionButton Option14{*this, cdMute, "Option14"};
     CheckBox Check3{*this, "Check3", "input"}; ///< 1: the meter's wave input runs
-    // These boxes are neither visible nor handled.
+    // Check1, Check2 and Check6 are neither visible nor handled.
     CheckBox Check1{*this, "Check1"};
     CheckBox Check2{*this, "Check2"};
     CheckBox Check6{*this, "Check6"};
 
     CommandButton Command1{*this, "Command1", "EXIT"};
     CommandButton Command2{*this, "Command2", "MIXER"}; ///< reads the mixer into the sliders
-    // These buttons are never visible; code clicks them to call their handlers.
+    // Command3 to Command6 are never visible; code clicks them to call their handlers.
     CommandButton Command3{*this, "Command3"};
     CommandButton Command4{*this, "Command4"};
     CommandButton Command5{*this, "Command5"};
@@ -105,7 +105,7 @@ class Form4 : public Form {
     MenuItem mnuCDonp{*this, "mnuCDonp", "CD On"};
     MenuItem mnuPlayCDp{*this, "mnuPlayCDp", "Play CD"};
     MenuItem mnuStopPlayp{*this, "mnuStopPlayp",
-                          "mnuStopPlay"}; ///< deliberate: the caption is the control's name
+                          "mnuStopPlay"}; ///< deliberate: the caption is the name of another entry
     MenuItem mnuCDOffp{*this, "mnuCDOffp", "CD Off"};
     MenuItem mnuMinimCDp{*this, "mnuMinimCDp", "Minimize CD Player"};
     MenuItem mnuCubeitp{*this, "mnuCubeitp", "Show as Cube"};

@@ -28,7 +28,7 @@ std::vector<std::string> captionsOf(const MenuItem& menu) {
     return captions;
 }
 
-TEST_F(Form4Test, IsTitledCdPlayerAndSwitchedOff) {
+TEST_F(Form4Test, HasTheTitleCdPlayerAndIsSwitchedOff) {
     EXPECT_EQ(form.name(), "Form4");
     EXPECT_EQ(form.caption(), "CD Player");
     EXPECT_EQ(form.CD.text(), "OFF");
@@ -77,7 +77,7 @@ TEST_F(Form4Test, HasItsToolTipsAndCaptions) {
     EXPECT_EQ(form.Cd.caption(), "CD");
 }
 
-TEST_F(Form4Test, SlidersHaveTheRange0To65535AndTheirNumbersShowTheDesignedValue) {
+TEST_F(Form4Test, SlidersRangeFrom0To65535AndTheirNumberBoxesAreLockedAndShow32768) {
     for (const Slider* slider : {&form.sliderMasterVolume, &form.Slider1, &form.BassSlider,
                                  &form.trebleslider, &form.Slider2}) {
         EXPECT_EQ(slider->minimum(), 0) << slider->name();
@@ -120,14 +120,14 @@ TEST_F(Form4Test, TimersHaveTheirIntervalsAndAreOffAfterTheLoad) {
     }
 }
 
-TEST_F(Form4Test, HasAMenuAndAPopupWithTheSameEntries) {
+TEST_F(Form4Test, HasAMenuAndAPopupMenuWhoseEntriesDifferOnlyInTheThirdCaption) {
     EXPECT_EQ(form.mnuCD.caption(), "CD Menu");
     EXPECT_THAT(captionsOf(form.mnuCD),
                 ElementsAre("CD On", "Play CD", "Stop Playing CD", "CD Off", "Minimize CD Player",
                             "Show as Cube", "Close CD Player"));
     EXPECT_EQ(form.mnupopup.caption(), "PopupMenu");
     EXPECT_FALSE(form.mnupopup.visible());
-    // Deliberate: the third caption is the control's own name.
+    // Deliberate: the third caption is the name of the entry "Stop Playing CD" in the other menu.
     EXPECT_THAT(captionsOf(form.mnupopup),
                 ElementsAre("CD On", "Play CD", "mnuStopPlay", "CD Off", "Minimize CD Player",
                             "Show as Cube", "Close CD Player"));

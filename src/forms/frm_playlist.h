@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Declares the controls of the playlist editor: the list, the current file with its header and tag,
+// Declares the controls of the playlist editor: the list, the edited file with its header and tag,
 // and the window's own player. The folder playlist/ implements their behaviour.
 #pragma once
 
@@ -25,12 +25,12 @@ class FrmPlayList : public Form {
     ListBox List3{*this, "List3"}; ///< scratch list while the entries are rewritten; not shown
     CommandButton Command20{*this, "Command20", "Add to PlayList"};
     CommandButton Command6{*this, "Command6", "Delist"};
-    CommandButton Command11{*this, "Command11"}; ///< plays
-    CommandButton Command12{*this, "Command12"}; ///< stops
+    CommandButton Command11{*this, "Command11"}; ///< plays the current line of List2
+    CommandButton Command12{*this, "Command12"}; ///< stops playing
     CheckBox Check11{*this, "Check11", "Click on a file to add it to the Files List"};
     ActiveMp3Host ActiveMP31;
 
-    // The current file.
+    // The edited file.
     TextBox Text5{*this, "Text5"}; ///< its path
     CommandButton cmdHdr1{*this, "cmdHdr1", "..."};
     CommandButton cmdHdr2{*this, "cmdHdr2", "Read header"};
@@ -38,7 +38,7 @@ class FrmPlayList : public Form {
     CommandButton Command10{*this, "Command10", "Delete  File"}; ///< the two blanks are intended
     CommandButton cmdTag{*this, "cmdTag", " Write tag"};         ///< the leading blank is intended
     CommonDialog CommonDialog2{*this};
-    ListBox List1{*this, "List1"}; ///< header lines
+    ListBox List1{*this, "List1"}; ///< lines about the file's MP3 header
 
     static constexpr std::size_t text4Count = 8;
     /// The labels of Text4(1) to Text4(8).

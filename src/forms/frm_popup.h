@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Declares the form that owns the icon in the desktop's notification area and the icon's menu. The
-// form is never shown. The folder desktop/ implements its behaviour.
+// Declares the form that owns the program's tray icon and the menu of that icon. The form is never
+// shown. The folder desktop/ implements the form's behaviour.
 #pragma once
 
 #include <cstdint>
@@ -19,7 +19,7 @@ class FrmPopup : public Form {
 
     std::uint32_t Icon = 1; ///< the identifier of the form's icon, which is the program's icon
 
-    Timer Timer1; ///< copies the main window's title to the icon's tip
+    Timer Timer1; ///< copies the main window's title to the tray icon's tool tip
     Timer Timer2; ///< copies the main window's title to this form's title
 
     MenuItem mnuStopencoding{*this, "mnuStopencoding", "Stop Conversion"};

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Declares the controls of the file finder's window and the last steps of a search. The window's
-// lists are the only data of a search: they contain the results and the folders still to scan.
+// Declares the controls of the file finder's window, and the functions for the last steps of a
+// search. Only the window's lists contain the results of a search and the folders still to scan.
 #pragma once
 
 #include <cstdint>
@@ -36,7 +36,7 @@ class FrmSearch : public Form {
     TextBox Text2{*this, "Text2"};         ///< the name of the folder entry being compared
     DriveListBox Drive1;
     DirListBox Dir1;
-    /// Starts and stops a search. Its caption also stores the state of the search.
+    /// Starts and stops a search. The button's caption also stores the state of the search.
     CommandButton Command1{*this, "Command1", searchCaption};
     CommandButton cmdend{*this, "cmdend", "Close"};
     CheckBox chkhidelist{*this, "chkhidelist", "Hide lists when searching"};

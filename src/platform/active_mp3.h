@@ -17,7 +17,7 @@ namespace sonarith {
 class ActiveMP3 {
   public:
     virtual ~ActiveMP3() = default;
-    /// The MP3 file to work on; a path in the logic's form.
+    /// Sets the MP3 file to work on; `path` is a path of the logic.
     virtual Status setSourceFile(const std::string& path) = 0;
     /// True from the start of a decoding until its end.
     [[nodiscard]] virtual bool Busy() const = 0;
@@ -36,7 +36,7 @@ class ActiveMP3 {
     virtual Status DecodeToWav(const std::string& path) = 0;
 };
 
-/// Creates controls.
+/// Creates MP3 controls.
 class Mp3Controls {
   public:
     virtual ~Mp3Controls() = default;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Does work of the start on a thread of its own, which saves time only if another core is free.
+// Does work of the program's start on a thread of its own. This saves time only if another core is
+// free.
 #pragma once
 
 #include <functional>

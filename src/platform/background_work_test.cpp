@@ -11,7 +11,7 @@
 namespace sonarith {
 namespace {
 
-TEST(BackgroundWork, IsDoneOnAnotherThreadWhenItsDestructorReturns) {
+TEST(BackgroundWork, RunsOnAnotherThreadAndIsCompleteWhenItsDestructorReturns) {
     std::optional<std::thread::id> worker;
     {
         const BackgroundWork work([&] {

@@ -50,7 +50,7 @@ struct BatchedWakeupTest : testing::Test {
     }
 };
 
-TEST_F(BatchedWakeupTest, TheCallsComeInPairsWhileThereIsSound) {
+TEST_F(BatchedWakeupTest, WhileThereIsSoundTheCallsAreMadeInPairs) {
     silent = false;
     begin();
     Times expected;
@@ -62,20 +62,20 @@ TEST_F(BatchedWakeupTest, TheCallsComeInPairsWhileThereIsSound) {
     EXPECT_THAT(calls, ElementsAreArray(expected));
 }
 
-TEST_F(BatchedWakeupTest, TheFirstCallsInSilenceComeInPairsAndThenFiveComeAtOnce) {
+TEST_F(BatchedWakeupTest, InSilenceTenCallsAreMadeInPairsAndThenBatchesOfFive) {
     begin();
     loop.advance(199ms);
     EXPECT_THAT(calls, ElementsAre(20ms, 20ms, 40ms, 40ms, 60ms, 60ms, 80ms, 80ms, 100ms, 100ms,
                                    150ms, 150ms, 150ms, 150ms, 150ms));
 }
 
-TEST_F(BatchedWakeupTest, TheNumberOfCallsIsTheSameInSilence) {
+TEST_F(BatchedWakeupTest, TheNumberOfCallsIsTheSameInSilenceAsInSound) {
     begin();
     loop.advance(10s);
     EXPECT_EQ(calls.size(), 1000U);
 }
 
-TEST_F(BatchedWakeupTest, WhenSoundBeginsBetweenBatchesTheDueCallsFollowAndThenPairs) {
+TEST_F(BatchedWakeupTest, WhenSoundBeginsTheDueCallsAreMadeTogetherAndThenPairs) {
     beginInBatches();
     loop.advance(50ms + 32ms);
     calls.clear();
@@ -85,7 +85,7 @@ TEST_F(BatchedWakeupTest, WhenSoundBeginsBetweenBatchesTheDueCallsFollowAndThenP
     EXPECT_THAT(calls, ElementsAre(183ms, 183ms, 183ms, 203ms, 203ms));
 }
 
-TEST_F(BatchedWakeupTest, WhenSoundBeginsDirectlyAfterABatchTheNextCallIsOneIntervalLater) {
+TEST_F(BatchedWakeupTest, WhenNoCallIsDueTheNextCallIsOneIntervalAfterSoundBegins) {
     beginInBatches();
     loop.advance(59ms);
     calls.clear();
@@ -94,7 +94,7 @@ TEST_F(BatchedWakeupTest, WhenSoundBeginsDirectlyAfterABatchTheNextCallIsOneInte
     EXPECT_THAT(calls, ElementsAre(169ms, 189ms, 189ms));
 }
 
-TEST_F(BatchedWakeupTest, CallsThatBecomeDueWithinTheHandlerAreDropped) {
+TEST_F(BatchedWakeupTest, CallsThatBecomeDueWhileTheHandlerRunsAreDropped) {
     beginInBatches();
     duringCall = [&] {
         duringCall = nullptr;
@@ -107,7 +107,7 @@ TEST_F(BatchedWakeupTest, CallsThatBecomeDueWithinTheHandlerAreDropped) {
     EXPECT_EQ(calls.size(), 1U);
 }
 
-/// A loop whose thread was busy: the time has passed, and no wake-up has been served yet.
+/// A loop whose thread was busy for `late`: the clock has advanced, but no wake-up has run yet.
 class LateLoop final : public test::ForwardingEventLoop {
   public:
     using ForwardingEventLoop::ForwardingEventLoop;
@@ -115,7 +115,7 @@ class LateLoop final : public test::ForwardingEventLoop {
     Duration late{};
 };
 
-TEST_F(BatchedWakeupTest, SoundAfterABusyTimeBringsLessThanABatch) {
+TEST_F(BatchedWakeupTest, AfterTheThreadWasBusySoundCausesFewerCallsThanABatch) {
     LateLoop busy(loop);
     int count = 0;
     BatchedWakeup batches(
@@ -129,7 +129,7 @@ TEST_F(BatchedWakeupTest, SoundAfterABusyTimeBringsLessThanABatch) {
     EXPECT_EQ(count, BatchedWakeup::callsInSilence - 1);
 }
 
-TEST_F(BatchedWakeupTest, ShortSilenceDoesNotEnlargeTheBatches) {
+TEST_F(BatchedWakeupTest, BeforeTenCallsInSilenceTheBatchesAreNotEnlarged) {
     silent = false;
     begin();
     loop.advance(50ms);
@@ -166,7 +166,7 @@ TEST_F(BatchedWakeupTest, EndSilenceWhileThereIsSoundDelaysNoCall) {
     EXPECT_THAT(calls, ElementsAre(20ms, 20ms));
 }
 
-TEST_F(BatchedWakeupTest, SoundThatNobodyReportedIsNoticedAfterTheBatch) {
+TEST_F(BatchedWakeupTest, SoundWithoutACallOfEndSilenceIsDetectedAfterTheNextBatch) {
     beginInBatches();
     silent = false;
     loop.advance(70ms);

@@ -13,14 +13,15 @@ class ChosenDevices {
   public:
     /// Section of the settings store.
     static constexpr const char* section = "Devices";
-    /// The recording source that records everything sent to the speakers.
+    /// The recording source that is the sum of all lines of the software sound card, before volumes
+    /// and mutes.
     static constexpr const char* mixSource = "mix";
 
     /// `store` must outlive this object.
     explicit ChosenDevices(SettingsStore& store) : store_(store) {}
 
-    /// Empty for the first optical drive found; otherwise a device node or the path of a disc
-    /// image, in the machine's form.
+    /// Empty for the first optical drive found; otherwise a device node or the machine path of a
+    /// disc image.
     [[nodiscard]] std::string drive() const;
     /// The name of an ALSA device, or "none".
     [[nodiscard]] std::string output() const;

@@ -18,7 +18,7 @@ TEST(NamesADevice, DistinguishesADriveFromAnImage) {
         {"disc.toc", false},
         {"/home/me/disc.cue", false},
         {"/dev/no-such-drive", true}, // unplugged
-        {"/dev/shm/disc.cue", false}, // an ordinary file
+        {"/dev/shm/disc.cue", false}, // not directly in /dev
         {"/dev/null", false},         // exists, but is not a block device
         {"/devices/disc.cue", false},
         {"/dev/no-such-folder/drive", false},

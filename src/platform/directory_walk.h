@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Lists folders and walks folder trees. Paths are in the logic's form ("c:\music\"). Files are read
-// and changed through file_system.h.
+// Lists folders and walks folder trees. Paths are those of the logic ("c:\music\"). Files are
+// read and changed through file_system.h.
 #pragma once
 
 #include <cstdint>
@@ -45,8 +45,8 @@ class DirectoryWalk {
     /// the folder does not exist, cannot be read or was listed before in this walk, and for any
     /// other pattern.
     virtual FindHandle FindFirst(const std::string& pattern, FindRecord& record) = 0;
-    /// Reads the next entry. Returns false and leaves `record` unchanged after the last entry, if
-    /// the folder has been removed, and for a handle that is not open.
+    /// Reads the next entry. Returns false and leaves `record` unchanged if no entry is left, if
+    /// the folder has been removed, or if `handle` is not open.
     virtual bool FindNext(FindHandle handle, FindRecord& record) = 0;
     /// Does nothing for a handle that is not open.
     virtual void FindClose(FindHandle handle) = 0;
@@ -58,9 +58,9 @@ class Directories {
 
     [[nodiscard]] virtual std::unique_ptr<DirectoryWalk> startWalk() = 0;
 
-    /// The absolute path of the existing folder `path`, with the case of the letters unchanged. It
-    /// ends with a backslash only if it is the root of a drive ("c:\"). Relative paths start in the
-    /// current folder.
+    /// The absolute path of the existing folder `path`, with upper and lower case as in `path`. The
+    /// result ends with a backslash only if it is the root of a drive ("c:\"). A relative path
+    /// starts in the current folder.
     /// Error: pathNotFound if the path is not a folder or cannot be reached.
     [[nodiscard]] virtual Result<std::string> folder(const std::string& path) const = 0;
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The event loop of the logic thread. Through this interface the logic yields, waits, reads the
 // clock, starts timers and ends the program. Long work runs inside the handler that started it, and
-// yields. Only while a handler yields can other handlers run.
+// yields. While a handler runs, other handlers can run only when it yields.
 #pragma once
 
 #include <chrono>

@@ -9,15 +9,16 @@
 
 namespace sonarith {
 
-/// The initial content of the dialog. Paths are in the logic's form.
+/// The initial content of the dialog. Paths are paths of the logic ("h:\music\a.wav").
 struct FileDialogRequest {
     std::string title = {};
     /// Pairs of a caption and its patterns: "WAV, MP3|*.wav;*.mp3|All files|*.*". Empty: all files.
     std::string filter = {};
-    /// Appended to a typed name without an extension. Written without the dot.
+    /// Appended, after a dot, if the user types a name without an extension: "wav", not ".wav".
     std::string defaultExtension = {};
-    /// The folder in which the dialog opens, or the path of a file in that folder. If the path is
-    /// empty or does not exist, the dialog opens in the folder where it was last closed.
+    /// The folder in which the dialog opens, or the path of a file in that folder. If it is empty
+    /// or invalid, or its disk does not respond, the dialog opens in the folder where it was last
+    /// closed.
     std::string initialFolder = {};
     /// The file that is selected when the dialog opens: a path, or a name in the initial folder.
     /// Empty: no file is selected.

@@ -33,8 +33,8 @@ class FileSystem {
     [[nodiscard]] virtual Result<std::unique_ptr<BinaryFile>> openBinary(const std::string& path,
                                                                          FileAccess access) = 0;
 
-    /// Never replaces an existing file: the error is then fileAlreadyExists. A rename that changes
-    /// only the case is allowed.
+    /// If `to` exists, it is not replaced, and the error is fileAlreadyExists. A rename that
+    /// changes only the case is allowed.
     virtual Status rename(const std::string& from, const std::string& to) = 0;
     /// Opens a file for binary writing and closes it at once. Creates a missing file; leaves an
     /// existing file unchanged. Errors: permissionDenied, pathNotFound, pathFileAccess (for a

@@ -97,7 +97,7 @@ class Mixer {
     /// they leave `*controls.pamxctrl` unchanged.
     virtual MixerResult getLineControls(MixerHandle mixer, MixerLineControls& controls) = 0;
     /// Writes the control's value to `*details.paDetails`. Does not allocate. Errors:
-    /// invalidHandle, invalidParameter, invalidControl; they leave the value unchanged.
+    /// invalidHandle, invalidParameter, invalidControl; they leave `*details.paDetails` unchanged.
     virtual MixerResult getControlDetails(MixerHandle mixer, MixerControlDetails& details) = 0;
     /// Sets the control to `*details.paDetails`. Errors: as getControlDetails(), and invalidValue.
     virtual MixerResult setControlDetails(MixerHandle mixer,

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Stores the texts of the most recent notices to the user. Of several notices of the same cause,
-// only the first is stored until the cause has ended. It displays nothing: views are notified and
-// read the texts.
+// Stores the texts of the most recent notices to the user. As long as a cause is not settled, only
+// the first notice of that cause is stored. The board displays nothing: views are notified and read
+// the texts.
 #pragma once
 
 #include <cstddef>

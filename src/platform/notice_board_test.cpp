@@ -27,7 +27,7 @@ TEST_F(NoticeBoardTest, KeepsReportsInOrder) {
     EXPECT_THAT(posted, ElementsAre("a", "b"));
 }
 
-TEST_F(NoticeBoardTest, PostsOnlyTheFirstNoticeOfACauseUntilItIsSettled) {
+TEST_F(NoticeBoardTest, PostsOnlyTheFirstNoticeOfAnUnsettledCause) {
     board.report({"lost", "output"});
     board.report({"lost again", "output"});
     board.report({"not written", "store"});
@@ -41,7 +41,7 @@ TEST_F(NoticeBoardTest, PostsTheNextNoticeOfASettledCause) {
     EXPECT_THAT(posted, ElementsAre("lost", "back", "lost again"));
 }
 
-TEST_F(NoticeBoardTest, PostsNothingIfAnUnreportedCauseIsSettledOrTheTextIsEmpty) {
+TEST_F(NoticeBoardTest, SettlingPostsNothingForAnUnreportedCauseOrWithAnEmptyText) {
     board.settled("output", "back");
     EXPECT_THAT(posted, IsEmpty());
     board.report({"lost", "output"});

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A struct of references to all interfaces through which the logic uses the machine. The references
-// are to the real implementations or to those of a test. It owns nothing and has no behaviour.
+// are to the real implementations or to those of a test. The struct owns nothing and has no
+// behaviour.
 #pragma once
 
 #include "platform/active_mp3.h"

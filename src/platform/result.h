@@ -9,7 +9,8 @@
 
 namespace sonarith {
 
-/// The failure numbers that the logic distinguishes or reports to its callers.
+/// The numbers of the failures that the logic distinguishes, or that its procedures return to their
+/// callers.
 enum class ErrorNumber : int {
     invalidProcedureCall = 5,
     overflow = 6,

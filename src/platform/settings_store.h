@@ -12,7 +12,7 @@ inline constexpr const char* applicationName = "Sonarith v2.0";
 class SettingsStore {
   public:
     virtual ~SettingsStore() = default;
-    /// The stored text, or `fallback` for a key that was never written.
+    /// The stored text, or `fallback` for a key that does not exist.
     [[nodiscard]] virtual std::string GetSetting(const std::string& application,
                                                  const std::string& section, const std::string& key,
                                                  const std::string& fallback) const = 0;

@@ -16,7 +16,7 @@ class Shell {
     /// Size of the screen.
     [[nodiscard]] virtual Twips screenWidth() const = 0;
     [[nodiscard]] virtual Twips screenHeight() const = 0;
-    /// Asks the help viewer to show a help file (a path in the logic's form).
+    /// Asks the help viewer to show a help file (a path of the logic).
     virtual void showHelp(const std::string& path) = 0;
     virtual void showAboutBox() = 0;
     /// The number that the window system gives the window that shows `control`; 0 if there is no

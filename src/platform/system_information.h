@@ -73,8 +73,8 @@ class SystemInformation {
     /// The number that the logic expects for the type of keyboard; 0 if the type is unknown.
     [[nodiscard]] virtual int keyboardType() const = 0;
     [[nodiscard]] virtual int functionKeys() const = 0;
-    // Texts followed by a NUL, as in a fixed buffer; nothing on failure. Folders are in the logic's
-    // form.
+    // Texts followed by a NUL, as in a fixed buffer; nothing on failure. Folders are paths of the
+    // logic.
     [[nodiscard]] virtual std::optional<std::string> tempFolder() const = 0;
     [[nodiscard]] virtual std::optional<std::string> systemFolder() const = 0;
     [[nodiscard]] virtual std::optional<std::string> windowsFolder() const = 0;

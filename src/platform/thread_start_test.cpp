@@ -25,7 +25,8 @@ TEST(StartThread, RunsTheBodyOnAThreadOfItsOwn) {
 /// Runs in a child process. Forbids further threads, then checks the failure of startThread().
 /// Returns the exit code: 0 if all is as expected.
 int withoutThreads() {
-    // This limit counts all processes and threads of a user. It does not apply to the superuser.
+    // This limit counts all processes and threads of a user. It does not apply to the superuser, so
+    // a child that runs as the superuser changes to another user.
     const rlimit none{1, 1};
     if (::setrlimit(RLIMIT_NPROC, &none) != 0 || (::geteuid() == 0 && ::setuid(65534) != 0)) {
         return 2;
@@ -40,7 +41,7 @@ int withoutThreads() {
     return started.error().number == ErrorNumber::deviceUnavailable && isDestroyed ? 0 : 1;
 }
 
-TEST(StartThread, ReturnsAnErrorAtTheSystemsLimitOfThreads) {
+TEST(StartThread, ReturnsAnErrorIfTheSystemAllowsNoFurtherThread) {
     // The limit of 1 allows the child process itself, but no second thread.
     EXPECT_EQ(test::runInChild(&withoutThreads), 0);
 }

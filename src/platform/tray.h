@@ -28,13 +28,13 @@ struct TrayIcon {
 class Tray {
   public:
     virtual ~Tray() = default;
-    /// Each returns true on success. add() returns false if the identifier already exists; modify()
-    /// and remove() return false if it does not exist.
+    /// add(), modify() and remove() return true on success. add() returns false if the identifier
+    /// already exists; modify() and remove() return false if it does not exist.
     virtual bool add(const TrayIcon& icon) = 0;
     virtual bool modify(const TrayIcon& icon) = 0;
     virtual bool remove(std::uint32_t identifier) = 0;
-    /// Sets the menu that the right mouse button or the keyboard opens on the icon. Whenever the
-    /// menu opens, its onOpen runs first.
+    /// Sets the menu that the right mouse button or the keyboard opens on any of the icons.
+    /// Whenever the menu opens, its onOpen runs first.
     virtual void setMenu(MenuItem& menu) = 0;
 
     /// Whether a panel now shows the notification area, so that the user can open a hidden window

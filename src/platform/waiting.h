@@ -37,8 +37,8 @@ class Waiting {
         ended, ///< the program is about to end: the caller must not wait for the event
     };
 
-    /// A wait of at most this length only blocks the thread. The length is too short for the user
-    /// to notice, and far longer than ordinary calls take.
+    /// A wait whose bound is not longer than this only blocks the thread: no window is painted. The
+    /// time is too short for the user to notice, and far longer than ordinary calls take.
     static constexpr Duration plainMoment{50};
 
     virtual ~Waiting() = default;
@@ -46,7 +46,7 @@ class Waiting {
     [[nodiscard]] virtual Outcome wait(const Completion& completion, Duration bound) = 0;
 };
 
-/// Only blocks the thread. For programs without windows, and for tests.
+/// Only blocks the thread, whatever the bound. For programs without windows, and for tests.
 class PlainWaiting final : public Waiting {
   public:
     [[nodiscard]] Outcome wait(const Completion& completion, Duration bound) override;

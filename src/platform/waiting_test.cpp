@@ -20,7 +20,7 @@ TEST(Completion, IsCompleteAfterAnotherThreadHasCompletedIt) {
     other.join();
 }
 
-TEST(PlainWaiting, ReturnsLateAfterATimeoutAndDoneAfterACompletion) {
+TEST(PlainWaiting, HasTheOutcomeLateAfterATimeoutAndDoneAfterACompletion) {
     PlainWaiting waiting;
     Completion completion;
     EXPECT_EQ(waiting.wait(completion, 1ms), Waiting::Outcome::late);

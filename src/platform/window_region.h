@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Describes the visible part of a window with a non-rectangular shape by rectangles of pixels that
-// do not overlap. Data only; no function here changes a window.
+// Describes the visible part of a non-rectangular window as a list of rectangles that do not
+// overlap. Data only; no function here changes a window.
 #pragma once
 
 #include <vector>

@@ -37,7 +37,7 @@ TEST_F(CdCommandsTest, ACheckedCommandThatSucceedsChangesNothing) {
     EXPECT_TRUE(form.loaded());
 }
 
-TEST_F(CdCommandsTest, ACheckedCommandThatFailsClosesAllAndUnloadsThePanelWithoutAMessage) {
+TEST_F(CdCommandsTest, AFailedCheckedCommandClosesAllDevicesAndUnloadsThePanelWithoutAMessage) {
     media.answer("play cd", {.status = 275});
     EXPECT_FALSE(commands.SendMCI("play cd", CommandCheck::checked));
     const std::vector<std::string> start(media.log.begin(), media.log.begin() + 3);
@@ -117,7 +117,7 @@ TEST_F(CaptureDuringPlayerTest, IsSavedBeforeThePanelsUnloadClosesTheDisc) {
     EXPECT_EQ(operations.back(), "close all");
 }
 
-TEST_F(CaptureDuringPlayerTest, IsSavedByExit) {
+TEST_F(CaptureDuringPlayerTest, IsSavedByTheExitButtonOfThePanel) {
     form.Command1.click();
     ASSERT_FALSE(operations.empty());
     EXPECT_EQ(operations.front(), "stop everything");
@@ -139,9 +139,10 @@ TEST_F(CaptureDuringPlayerTest, IsSavedEvenIfItBeginsWhileThePanelCloses) {
     EXPECT_EQ(operations[operations.size() - 2], "stop everything");
 }
 
-TEST_F(CaptureDuringPlayerTest, IsNotStoppedByASwitchOffForAnAction) {
-    // While the panel is open, every action starts with this click. So a second click on "Start "
-    // during a capture closes the capture's disc.
+TEST_F(CaptureDuringPlayerTest, IsNotStoppedWhenAnActionSwitchesThePlayerOff) {
+    // While the panel is open, a click on "Start " in the main window first clicks Command6, which
+    // switches the player off. So a second click on "Start " during a capture closes the capture's
+    // disc.
     form.Command6.click();
     EXPECT_THAT(operations, testing::Not(Contains("stop everything")));
     EXPECT_THAT(operations, Contains("close cd"));

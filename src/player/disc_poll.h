@@ -17,8 +17,8 @@ class DiscPoll {
     DiscPoll& operator=(const DiscPoll&) = delete;
 
     /// Polls once. A query that fails counts as a query with an empty reply. If the seek to the
-    /// first track of a newly found disc fails, all devices are closed and the panel is unloaded,
-    /// which yields.
+    /// first track of a newly found disc fails, all devices are closed and the player's panel is
+    /// unloaded, which yields.
     void UpdatePlayer();
 
   private:

@@ -12,7 +12,8 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// The player is switched on with a disc of three one-minute tracks, and has not polled yet.
+/// The player is switched on with a disc of three one-minute tracks, and has not polled
+/// the drive yet.
 struct DiscPollTest : test::PlayerWorld {
     const std::vector<std::string> shortPoll = {"status cd media present", "status cd position",
                                                 "status cd mode"};
@@ -152,7 +153,7 @@ TEST_F(DiscPollTest, ADiscOfOneTrackCountsAsDataAndIsReadAgainAtEachPoll) {
 }
 
 TEST_F(DiscPollTest, ADataDiscIsShownAsNotAudioEvenAfterItsRemoval) {
-    // A disc without audio was never loaded, so its removal changes nothing.
+    // A data disc does not set CDLoaded, so its removal changes nothing.
     disc.insert({60000});
     poll();
     disc.remove();
@@ -160,7 +161,7 @@ TEST_F(DiscPollTest, ADataDiscIsShownAsNotAudioEvenAfterItsRemoval) {
     EXPECT_EQ(form.CD.text(), "Not audio");
 }
 
-TEST_F(DiscPollTest, AFullDiscAndAnEmptyTrackAreRead) {
+TEST_F(DiscPollTest, ADiscOf99TracksIsReadEvenIfTracksAreEmpty) {
     std::vector<std::int32_t> lengths(99, 0);
     lengths[0] = 79 * 60000 + 59 * 1000;
     disc.insert(lengths);
@@ -188,7 +189,7 @@ TEST_F(DiscPollTest, AnotherDiscReplacesTheTableOfTracks) {
     EXPECT_EQ(form.tracktime.caption(), "Track time: 00:30:00");
 }
 
-TEST_F(DiscPollTest, TheTableOfTracksIsKeptUntilTheDriveReportsThatItIsEmpty) {
+TEST_F(DiscPollTest, TheTableOfTracksIsKeptUntilTheDriveReportsNoDisc) {
     poll();
     disc.insert({30000, 31000});
     EXPECT_EQ(poll(), shortPoll);
@@ -215,7 +216,7 @@ TEST_F(DiscPollTest, ShowsTheLengthOfTheCurrentTrack) {
     EXPECT_EQ(form.tracktime.caption(), "Track time: 02:05:00");
 }
 
-TEST_F(DiscPollTest, ATrackBeyondTheTableOfTracksKeepsTheShownLength) {
+TEST_F(DiscPollTest, ATrackOutsideTheTableOfTracksKeepsTheShownLength) {
     disc.insert({60000, 125000});
     poll();
     for (const char* position : {"03:00:10:00", "00:00:10:00", "-1:00:10:00"}) {
@@ -242,7 +243,7 @@ TEST_F(DiscPollTest, PlayingIsTrueIfTheModeBeginsWithPlaying) {
     }
 }
 
-TEST_F(DiscPollTest, NeverShowsPlayingInTheModeDisplay) {
+TEST_F(DiscPollTest, ThePollDoesNotChangeTheModeDisplayWhileTheDiscPlays) {
     poll();
     EXPECT_THAT(wordsDuring([&] {
                     form.play.click();
@@ -256,7 +257,7 @@ TEST_F(DiscPollTest, NeverShowsPlayingInTheModeDisplay) {
 
 // --- the disc is removed -------------------------------------------------------------------------
 
-TEST_F(DiscPollTest, ADiscRemovedWhileStoppedShowsNoCdWithinASecondAndKeepsThePosition) {
+TEST_F(DiscPollTest, RemovingAStoppedDiscShowsTheTextNoCdWithinASecondAndKeepsThePosition) {
     loop.advance(1s);
     form.ftrack.click();
     disc.remove();
@@ -265,12 +266,12 @@ TEST_F(DiscPollTest, ADiscRemovedWhileStoppedShowsNoCdWithinASecondAndKeepsThePo
     EXPECT_EQ(form.timeWindow.text(), "[02] 00:00");
     EXPECT_EQ(form.tracktime.caption(), "");
     EXPECT_FALSE(state.CDLoaded);
-    // The skip has disabled "Eject".
+    // The click on ftrack has disabled "Eject".
     EXPECT_THAT(enabledButtons(), IsEmpty());
     EXPECT_THAT(poll(), ElementsAre("status cd media present"));
 }
 
-TEST_F(DiscPollTest, ADiscRemovedWhilePlayingClearsPlaying) {
+TEST_F(DiscPollTest, RemovingAPlayingDiscClearsPlaying) {
     loop.advance(1s);
     form.play.click();
     loop.advance(3s);
@@ -356,7 +357,7 @@ TEST_F(DiscPollTest, AFailedSeekToTheFirstTrackClosesThePanelWithoutAMessage) {
     EXPECT_FALSE(process.PlayerOpen);
     EXPECT_TRUE(off());
     EXPECT_THAT(boxes.shown, IsEmpty());
-    // After another load the panel starts as usual and reads the disc as a new disc.
+    // A panel that is loaded again is off; when it is switched on, it reads the disc as a new disc.
     media.forgetAnswers();
     form.load();
     EXPECT_EQ(form.CD.text(), "OFF");

@@ -19,7 +19,7 @@ void readTwoCharacters(std::string_view reply, std::size_t at, std::int16_t& tar
     }
 }
 
-/// The number with at least two digits.
+/// Writes `number` in decimal, with a leading zero if it has only one digit.
 std::string atLeastTwoDigits(std::int16_t number) {
     const std::string digits = std::to_string(std::abs(number));
     return (number < 0 ? "-" : "") + std::string(digits.size() < 2 ? "0" : "") + digits;

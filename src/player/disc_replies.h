@@ -11,8 +11,8 @@
 
 namespace sonarith {
 
-/// Parses a reply as a Boolean: "true" in any case, or a number other than 0. An empty or invalid
-/// reply is false.
+/// Parses a reply as a Boolean. "true" in any letter case and each number other than 0 are true; an
+/// empty or invalid reply is false.
 [[nodiscard]] bool isTrueText(const std::string& reply);
 
 /// Reads the number of tracks from the first two characters. If they are not a number, `disc` keeps

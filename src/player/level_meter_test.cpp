@@ -23,7 +23,7 @@ struct LevelMeterTest : test::PlayerWorld {
     [[nodiscard]] PictureLine lastLine() const { return trace.lines().back(); }
 };
 
-// --- looking up ----------------------------------------------------------------------------
+// --- finding the peak controls -------------------------------------------------------------
 
 TEST_F(LevelMeterTest, PreparingFindsThePeakControlsOfTheInputAndTheWaveLine) {
     EXPECT_THAT(operationsOf([&] { player.meter.prepare(); }),
@@ -136,7 +136,7 @@ TEST_F(LevelMeterTest, AfterTheRightEdgeTheTraceRestartsAtTheLeftFromItsLastHeig
     EXPECT_EQ(cleared, 1);
 }
 
-TEST_F(LevelMeterTest, TheTraceRestartsIfItReachesTheWidthExactly) {
+TEST_F(LevelMeterTest, TheTraceRestartsIfItsNextLineWouldEndExactlyAtTheRightEdge) {
     trace.setWidth(40_twips);
     tick(0);
     EXPECT_EQ(trace.lines().size(), 1U);
@@ -250,7 +250,7 @@ TEST_F(LevelMeterTest, Timer4DrawsWiderStepsFromAConstantHeight) {
     EXPECT_EQ(lastLine(), (PictureLine{{80, 0}, {100, 950}}));
 }
 
-TEST_F(LevelMeterTest, Timer4RestartsTheTraceAtTheLeftAfterTheRightEdge) {
+TEST_F(LevelMeterTest, Timer4ClearsTheTraceAtTheRightEdge) {
     for (int x = 0; x < 2400; x += 50) {
         form.Timer4.fire();
     }

@@ -5,7 +5,7 @@ namespace sonarith {
 
 namespace {
 
-/// 8000 samples a second of 8 bits, one channel: the smallest format, since the samples are not
+/// One channel with 8000 samples of 8 bits a second: the smallest format, since the samples are not
 /// used.
 constexpr WaveFormat MeterFormat = {.wFormatTag = 1,
                                     .nChannels = 1,
@@ -52,8 +52,8 @@ bool MeterCapture::StartMeter() {
         report(result);
         return false;
     }
-    // If StopMeter() was called while a message was open, the device is closed and must not be
-    // used.
+    // If StopMeter() was called while report() showed a message, the device is closed and must not
+    // be used.
     const int stopsBefore = stops_;
     for (MeterBuffer& buffer : MeterBuffers) {
         report(input.prepareHeader(hWaveIn, buffer.header));

@@ -19,7 +19,7 @@ struct MeterCaptureTest : test::PlayerWorld {
                                               "wave unprepare", "wave close"};
 };
 
-TEST_F(MeterCaptureTest, StartOpensTheDeviceQueuesTwoBuffersAndStartsTheInput) {
+TEST_F(MeterCaptureTest, StartOpensTheDeviceAndQueuesTwoBuffersAndStartsTheInput) {
     EXPECT_EQ(operationsOf([&] { EXPECT_TRUE(capture.StartMeter()); }), started);
     EXPECT_TRUE(capture.running());
     EXPECT_TRUE(waveInput.running);
@@ -41,7 +41,7 @@ TEST_F(MeterCaptureTest, StartOpensTheDeviceQueuesTwoBuffersAndStartsTheInput) {
     }
 }
 
-TEST_F(MeterCaptureTest, CountsAsRunningFromBeforeTheStartUntilBeforeTheReset) {
+TEST_F(MeterCaptureTest, CountsAsRunningFromJustBeforeTheInputStartsUntilJustBeforeItIsReset) {
     std::vector<std::string> moments;
     waveInput.onOperation = [&](const std::string& operation) {
         moments.push_back(operation + (capture.running() ? " running" : ""));
@@ -58,7 +58,7 @@ TEST_F(MeterCaptureTest, TwoStartsOpenOneDevice) {
     EXPECT_EQ(waveInput.opened, 1);
 }
 
-TEST_F(MeterCaptureTest, StopResetsAndStopsTheInputUnpreparesTheBuffersAndClosesTheDevice) {
+TEST_F(MeterCaptureTest, StopResetsAndStopsTheInputAndUnpreparesTheBuffersAndClosesTheDevice) {
     capture.StartMeter();
     EXPECT_EQ(operationsOf([&] { capture.StopMeter(); }), stopped);
     EXPECT_FALSE(capture.running());
@@ -104,7 +104,7 @@ TEST_F(MeterCaptureTest, ABufferThatFailsIsReportedAndTheNextStepRuns) {
     EXPECT_TRUE(capture.running());
 }
 
-TEST_F(MeterCaptureTest, AStartThatFailsIsNotReported) {
+TEST_F(MeterCaptureTest, AFailureOfTheInputsStartIsNotReported) {
     waveInput.failures["start"] = WaveResult::notEnabled;
     EXPECT_TRUE(capture.StartMeter());
     EXPECT_TRUE(capture.running());
@@ -119,7 +119,7 @@ TEST_F(MeterCaptureTest, FailuresOfAStopAreIgnored) {
     capture.StopMeter();
     EXPECT_THAT(boxes.shown, IsEmpty());
     EXPECT_FALSE(capture.running());
-    // The input has kept the buffers and may still write to them.
+    // The input has kept the buffers and may still write to them, so they must still exist.
     ASSERT_EQ(waveInput.queue.size(), 2U);
     std::fill_n(waveInput.queue[0]->lpData, waveInput.queue[0]->dwBufferLength, std::byte{1});
     waveInput.failures.clear();
@@ -144,7 +144,7 @@ TEST_F(MeterCaptureTest, AStopWhileAMessageIsOpenEndsTheStart) {
     }
 }
 
-TEST_F(MeterCaptureTest, TheInputBoxStartsAndStopsTheInput) {
+TEST_F(MeterCaptureTest, TheCheckBoxStartsAndStopsTheInput) {
     EXPECT_EQ(operationsOf([&] { form.Check3.setValue(1).passOver(); }), started);
     EXPECT_EQ(operationsOf([&] { form.Check3.setValue(0).passOver(); }), stopped);
 }

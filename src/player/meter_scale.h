@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Computes where the meter draws a level: the bar's top and the trace's height, in twips.
-// level_meter.h reads the levels. A level is 0 (silence) to 32768.
+// Computes where the meter draws a level: the distances of the bar's top and of the trace from the
+// upper edges of their pictures, in twips. level_meter.h reads the levels. A level is 0 (silence)
+// to 32768.
 #pragma once
 
 #include <cstdint>

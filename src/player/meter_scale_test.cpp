@@ -18,17 +18,17 @@ TEST(BarTop, RisesFromTheBottomByOneTwipForEach20StepsOfTheLevel) {
     }
 }
 
-TEST(TraceHeight, IsAt950ForSilenceAnd2000TwipsHigherForTheFullLevel) {
+TEST(TraceHeight, IsTheGivenDistanceForSilenceAnd2000TwipsLessForTheFullLevel) {
     EXPECT_EQ(traceHeight(0, 950), 950);
     EXPECT_EQ(traceHeight(16384, 950), -50);
     EXPECT_EQ(traceHeight(32768, 950), -1050);
     EXPECT_EQ(traceHeight(0, 150), 150);
     EXPECT_DOUBLE_EQ(traceHeight(1, 950), 950 - 2000.0 / 32768);
-    // The lowest number has no opposite.
+    // The lowest 32-bit number has no opposite, so the distance becomes smaller instead of greater.
     EXPECT_EQ(traceHeight(INT32_MIN, 950), -131072000.0 + 950);
 }
 
-TEST(Negated, KeepsTheNumberWithoutAnOpposite) {
+TEST(Negated, IsTheOppositeExceptForTheLowestNumberWhichHasNone) {
     EXPECT_EQ(negated(5), -5);
     EXPECT_EQ(negated(-32768), 32768);
     EXPECT_EQ(negated(INT32_MIN), INT32_MIN);

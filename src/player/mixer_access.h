@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Finds, reads, writes and unmutes the mixer's controls for the panel. mixer_panel.h assigns
+// Finds, reads, writes and unmutes the controls of the card's mixer for the player's panel. Here a
+// control is a level or a mute switch of the mixer, not a part of a form. mixer_panel.h assigns the
 // controls to sliders.
 #pragma once
 
@@ -15,8 +16,9 @@ class MixerAccess {
     /// Both parameters must outlive this object.
     MixerAccess(Mixer& mixer, ProcessState& process) : mixer_(mixer), process_(process) {}
 
-    /// Finds the control `controlType` of the line `componentType` (mixer_control, mixer_line).
-    /// Returns whether it was found; if not, `record` keeps its previous control.
+    /// Finds the control of type `controlType` (a value of mixer_control) of the line of type
+    /// `componentType` (a value of mixer_line). Returns whether the control was found; if not,
+    /// `record` keeps its previous control.
     bool GetMixerControl(MixerHandle mixer, std::uint32_t componentType, std::uint32_t controlType,
                          MixerControl& record);
     /// The control's value; -1 if it cannot be read. Sets mixerLastError.

@@ -34,7 +34,7 @@ TEST_F(MixerAccessTest, FindsAControlByItsLineAndType) {
     EXPECT_EQ(record.cMultipleItems, 1U);
 }
 
-TEST_F(MixerAccessTest, AMissingLineDoesNotChangeTheRecord) {
+TEST_F(MixerAccessTest, ALookUpOnAMissingLineDoesNotChangeTheControlRecord) {
     mixer.removeLine(mixer_line::speakers);
     EXPECT_FALSE(find(mixer_line::speakers, mixer_control::volume));
     EXPECT_EQ(record.cbStruct, 0U);
@@ -42,7 +42,7 @@ TEST_F(MixerAccessTest, AMissingLineDoesNotChangeTheRecord) {
     EXPECT_EQ(mixer.log.back(), "line 4");
 }
 
-TEST_F(MixerAccessTest, AMissingControlSetsOnlyTheSizeOfTheRecord) {
+TEST_F(MixerAccessTest, ALookUpOfAMissingControlSetsOnlyTheSizeOfTheControlRecord) {
     mixer.removeControl(mixer_line::speakers, mixer_control::bass);
     EXPECT_FALSE(find(mixer_line::speakers, mixer_control::bass));
     EXPECT_EQ(record.cbStruct, 152U);
@@ -57,7 +57,7 @@ TEST_F(MixerAccessTest, AFailedLookUpKeepsThePreviousControl) {
     EXPECT_EQ(record.dwControlID, master);
 }
 
-TEST_F(MixerAccessTest, ReadsAndWritesAValueAndStoresTheResult) {
+TEST_F(MixerAccessTest, ReadsAndWritesAValueAndStoresTheResultCodeOfTheMixer) {
     find(mixer_line::compactDisc, mixer_control::volume);
     mixer.put(mixer_line::compactDisc, mixer_control::volume, 12345);
     EXPECT_EQ(access.GetControlValue(handle, record), 12345);
@@ -76,7 +76,7 @@ TEST_F(MixerAccessTest, ReadsAndWritesAValueAndStoresTheResult) {
     EXPECT_EQ(process.mixerLastError, MixerResult::noError);
 }
 
-TEST_F(MixerAccessTest, ReadsAndWritesUseOneChannelAndNoItemsForAnyControl) {
+TEST_F(MixerAccessTest, UsesOneChannelAndNoItemsEvenForAControlThatHasItems) {
     find(mixer_line::waveIn, mixer_control::peakMeter);
     ASSERT_EQ(record.cMultipleItems, 1U);
     EXPECT_EQ(access.GetControlValue(handle, record), 0);
@@ -87,7 +87,7 @@ TEST_F(MixerAccessTest, ReadsAndWritesUseOneChannelAndNoItemsForAnyControl) {
     EXPECT_EQ(mixer.lastDetails.dwControlID, record.dwControlID);
 }
 
-TEST_F(MixerAccessTest, AllOperationsFailWithAnInvalidMixerHandle) {
+TEST_F(MixerAccessTest, FindingReadingAndWritingFailIfTheMixerHandleIsInvalid) {
     handle = 99;
     EXPECT_FALSE(find(mixer_line::speakers, mixer_control::volume));
     EXPECT_EQ(access.GetControlValue(handle, record), -1);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Handles the panel's mixer: the sliders with their numbers, the mute switches, and the button that
-// sets sliders and numbers to the card's levels. It processes no sound; level_meter.h handles the
-// level meter.
+// Handles the mixer in the CD player's window: the sliders with their numbers, the mute switches,
+// and the button that sets sliders and numbers to the card's levels. It processes no sound;
+// level_meter.h handles the level meter.
 #pragma once
 
 #include <cstdint>
@@ -24,9 +24,9 @@ class MixerPanel {
     /// Opens the mixer, even if it is already open; returns whether a mixer exists.
     bool open();
 
-    /// "MIXER": opens the mixer and shows its levels in sliders and numbers. If the card does not
-    /// have a level, its slider and number stay unchanged. Without a mixer a message appears, which
-    /// yields.
+    /// "MIXER": opens the mixer and shows its levels in sliders and numbers. The slider and the
+    /// number of a level that the card does not have stay unchanged. If there is no mixer, shows a
+    /// message box, which yields.
     void Command2_Click();
     /// Sets the master volume to the maximum. The slider does not move.
     void Command3_Click();

@@ -285,7 +285,7 @@ TEST_F(MixerPanelTest, AMuteSwitchFindsItsControlAndWritesAtOnce) {
     }
 }
 
-TEST_F(MixerPanelTest, TheSwitchesShareTwoScratchRecords) {
+TEST_F(MixerPanelTest, TheMuteSwitchesShareTwoScratchRecords) {
     const auto identifiers = [&](OptionButton& button) {
         player.mixerState.MuteCtrlA = {};
         player.mixerState.MuteCtrlB = {};
@@ -310,8 +310,9 @@ TEST_F(MixerPanelTest, AMissingMuteControlShowsNoMessage) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(MixerPanelTest, ASwitchWithoutAMuteControlWritesToThePreviousControlOfItsRecord) {
-    // The result of the look-up is not used, and the switches share the records.
+TEST_F(MixerPanelTest, AMuteSwitchWhoseControlIsMissingWritesToThePreviousControlOfItsRecord) {
+    // The write does not depend on the result of the look-up, and the record still contains the
+    // control of another switch, because the switches share the records.
     mixer.removeLine(mixer_line::compactDisc);
     form.Option2.click();
     mixer.put(mixer_line::speakers, mixer_control::mute, 0);
@@ -330,7 +331,7 @@ TEST_F(MixerPanelTest, SetMuteUnmutesTheDiscAsOption14Does) {
     EXPECT_FALSE(discMuted());
 }
 
-TEST_F(MixerPanelTest, TheSwitchesWorkWhileThePanelIsNotLoaded) {
+TEST_F(MixerPanelTest, TheMuteSwitchesWorkWhileThePanelIsNotLoaded) {
     form.unload();
     form.Option13.click();
     EXPECT_TRUE(discMuted());

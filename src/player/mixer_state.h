@@ -10,13 +10,14 @@
 
 namespace sonarith {
 
-/// A record whose control was never found has the identifier 0, which no control has.
+/// A MixerControl for which no control was ever found has the identifier 0, which no control of the
+/// mixer has.
 struct MixerState {
     /// The handle of the last open that succeeded; earlier handles stay open.
     MixerHandle hMixer = 0;
-    /// The results of the last call and of the last look-up of a control.
+    /// The result of the last open or of the meter's last read, whichever was later.
     MixerResult mixerResult = MixerResult::noError;
-    bool mixerFound = false;
+    bool mixerFound = false; ///< whether the last look-up of a control found the control
     /// Scratch value of sliders and meter. Each handler of a slider or of the meter writes the
     /// value before reading the value, and does not yield in between.
     std::int32_t Volume = 0;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests the choice of another disc or drive while the player is on: the player closes its device,
-// so that the main window can open it, and opens it again later. disc_poll_test.cpp tests a disc
-// that is changed in the drive.
+// Tests the choice of another disc or drive while the player is on: the player closes the device
+// "cd", so that the main window can use it, and opens the device again later. disc_poll_test.cpp
+// tests a disc that is changed in the drive.
 #include "player/power_switch.h"
 
 #include "support/player_world.h"
@@ -21,7 +21,7 @@ struct PlayersOtherDiscTest : test::PlayerWorld {
     }
 };
 
-TEST_F(PlayersOtherDiscTest, IsShownByTheFirstPollAfterItsDeviceIsOpenAgain) {
+TEST_F(PlayersOtherDiscTest, IsShownByTheFirstPollAfterThePlayerOpensTheDeviceAgain) {
     EXPECT_EQ(form.timeWindow.text(), "[01] 00:03");
     EXPECT_THAT(commandsOf([&] { player.power.releaseDisc(); }),
                 ElementsAre("stop cd", "close cd", "status cd media present"));
@@ -79,7 +79,7 @@ TEST_F(PlayersOtherDiscTest, SwitchesThePlayerOffAndKeepsThePanelIfTheDriveIsMis
     EXPECT_TRUE(form.visible());
 }
 
-TEST_F(PlayersOtherDiscTest, IsNotOpenedAgainIfThePlayerWasSwitchedOnOrOffAfterTheRelease) {
+TEST_F(PlayersOtherDiscTest, IsNotOpenedAgainIfThePlayerWasSwitchedOnOrOffAfterReleaseDisc) {
     player.power.releaseDisc();
     form.optNoCD.choose();
     EXPECT_THAT(operationsOf([&] { player.power.openDiscAgain(); }), IsEmpty());

@@ -99,7 +99,8 @@ void PlayerWindow::Form_Load() {
 }
 
 void PlayerWindow::Form_QueryUnload() {
-    // Saves first, because the switch-off closes the disc of the capture.
+    // Saves first, because Command6 switches the player off, which closes the CD device that a
+    // running capture uses.
     commands_.saveRunningCapture();
     form_.Command6.click();
 }
@@ -108,8 +109,8 @@ void PlayerWindow::Form_Unload() {
     process_.PlayerOpen = false;
     commands_.closeAll(CommandCheck::unchecked);
     if (meterCapture_.running()) {
-        // The input may have been started in one of the yields during the close. A closed panel
-        // must not keep it running.
+        // The meter's wave input may have been started in one of the yields during the close. A
+        // closed panel must not keep it running.
         meterCapture_.StopMeter();
     }
 }

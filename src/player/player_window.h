@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Handles the panel's window: its load and unload, its menus, and the surfaces with which the user
-// drags it. Power, transport, mixer and meter are separate classes.
+// Handles the window of the CD player's panel (Form4): its load and unload, its menus, and the
+// surfaces with which the user drags it. Power, transport, mixer and meter are separate classes.
 #pragma once
 
 #include "forms/windows.h"
@@ -14,15 +14,15 @@ namespace sonarith {
 
 class PlayerWindow {
   public:
-    /// Sets the handlers of the window's own events, of its menus and of Command1. All parameters
-    /// must outlive this object.
+    /// Sets the handlers of the window's own events and of its menus, its surfaces and Command1.
+    /// All parameters must outlive this object.
     PlayerWindow(ProcessState& process, Windows& windows, CdCommands& commands,
                  MeterCapture& meterCapture, DiscState& disc);
     PlayerWindow(const PlayerWindow&) = delete;
     PlayerWindow& operator=(const PlayerWindow&) = delete;
 
-    /// Places the panel at the main window's right edge and reads the mixer. Yields only in the
-    /// message about a missing mixer.
+    /// Places the panel at the main window's right edge and reads the mixer. Yields only
+    /// while the message about a missing mixer is shown.
     void Form_Load();
     /// Switches the player off; a running capture is stopped and saved first. Yields.
     void Form_QueryUnload();
@@ -32,7 +32,7 @@ class PlayerWindow {
 
     /// "EXIT": closes every device of the process and then the panel. Yields.
     void Command1_Click();
-    /// "Show as Cube": changes the height until the panel is loaded again.
+    /// "Show as Cube": changes the panel's height. The next load of the panel undoes this.
     void mnuCubeit_Click();
 
   private:

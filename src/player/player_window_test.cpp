@@ -80,7 +80,7 @@ TEST_F(PlayerWindowTest, TheUnloadSwitchesThePlayerOffAndThenClosesAllDevices) {
     EXPECT_TRUE(discMuted());
 }
 
-TEST_F(PlayerWindowTest, TheUnloadIgnoresAFailureOfItsCloseAll) {
+TEST_F(PlayerWindowTest, TheUnloadIgnoresAFailureOfItsCommandCloseAll) {
     media.answer("close all", {.status = 299});
     EXPECT_THAT(commandsOf([&] { form.unload(); }),
                 ElementsAre("stop cd", "close cd", "close all"));
@@ -98,7 +98,7 @@ TEST_F(PlayerWindowTest, TheDiscsTracksAreKeptWhenThePanelIsLoadedAgain) {
     EXPECT_FALSE(player.disc.CDLoaded);
 }
 
-TEST_F(PlayerWindowTest, AnInputThatStartsDuringTheCloseIsStopped) {
+TEST_F(PlayerWindowTest, AnInputThatStartsDuringTheUnloadIsStopped) {
     // The box "input" is ticked in the last yield of the switch-off, when all steps of the
     // switch-off that stop the input have run.
     loop.atYield(7, [&] {
@@ -117,7 +117,7 @@ TEST_F(PlayerWindowTest, ExitClosesAllDevicesTwiceAndThenThePanel) {
     EXPECT_FALSE(form.loaded());
 }
 
-TEST_F(PlayerWindowTest, ExitChecksTheResultOfItsSecondCloseAll) {
+TEST_F(PlayerWindowTest, ExitChecksTheResultOfItsSecondCommandCloseAll) {
     media.answer("close all", {.status = 299});
     EXPECT_THAT(commandsOf([&] { form.Command1.click(); }),
                 ElementsAre("close all", "close all", // EXIT's own
@@ -219,7 +219,7 @@ struct PlayerSurfacesTest : PlayerWindowTest {
     }
 };
 
-TEST_F(PlayerSurfacesTest, TwoPicturesDragTheWindowByAMoveWithTheLeftButton) {
+TEST_F(PlayerSurfacesTest, AMoveWithTheLeftButtonOnPicture3OrPicture4DragsTheWindow) {
     for (PictureBox* picture : {&form.Picture3, &form.Picture4}) {
         SCOPED_TRACE(picture->name());
         EXPECT_EQ(dragsOf([&] { run(picture->onMouseMove, left); }), 1);
@@ -230,7 +230,7 @@ TEST_F(PlayerSurfacesTest, TwoPicturesDragTheWindowByAMoveWithTheLeftButton) {
     EXPECT_THAT(popups, IsEmpty());
 }
 
-TEST_F(PlayerSurfacesTest, ThreeSurfacesDragTheWindowByAPressOfTheLeftButton) {
+TEST_F(PlayerSurfacesTest, APressOfTheLeftButtonOnOneOfThreeOtherSurfacesDragsTheWindow) {
     const std::pair<Control*, std::function<void(MouseButtons)>> surfaces[] = {
         {&form.Picture10,
          [&](MouseButtons buttons) {
@@ -257,7 +257,7 @@ TEST_F(PlayerSurfacesTest, ThreeSurfacesDragTheWindowByAPressOfTheLeftButton) {
               0);
 }
 
-TEST_F(PlayerSurfacesTest, TheRightButtonOpensThePopupOnPicture3AndOnTheTrace) {
+TEST_F(PlayerSurfacesTest, TheRightButtonOpensThePopupOnPicture3AndOnPicPeakVol) {
     run(form.Picture3.onMouseDown, right);
     EXPECT_THAT(popups, ElementsAre("mnupopup"));
     run(form.picPeakVol.onMouseDown, right);

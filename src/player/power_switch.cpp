@@ -80,7 +80,7 @@ void PowerSwitch::openDisc(int switchedOffBefore) {
         return;
     }
     commands_.SendMCI(formatCommand, CommandCheck::checked);
-    // A failure has unloaded the panel, which switched the player off.
+    // If the command has failed, the panel was unloaded, which switched the player off.
     if (timesSwitchedOff_ != switchedOffBefore) {
         return;
     }

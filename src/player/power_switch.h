@@ -24,15 +24,15 @@ class PowerSwitch {
     PowerSwitch& operator=(const PowerSwitch&) = delete;
 
     /// Switches the player on. If the disc device cannot be opened, the panel is unloaded without a
-    /// message. A running capture is stopped and saved first. Only one instance of the program runs
-    /// per user, so no other instance can use the disc. Yields in messages, while saving, and if a
-    /// command fails. Does nothing while the player is being switched off, and ends early if the
-    /// player is switched off during a yield.
+    /// message. A running capture is stopped and saved first. No other instance of the same user
+    /// can use the disc, because only one instance of the program runs per user. Yields in
+    /// messages, while saving, and if a command fails. Does nothing while the player is being
+    /// switched off, and ends early if the player is switched off during a yield.
     void OptCD_Click();
     /// Switches the player off and mutes the disc's line. Yields once.
     void optNoCD_Click();
-    /// Switches the whole panel off in any state. Deselects both positions of the switch. Yields
-    /// seven times.
+    /// Switches the player off, even if it is already off, and unticks Check3 (the meter's input).
+    /// Deselects both positions of the switch. Yields seven times.
     void Command6_Click();
     /// Call before the main window reads a newly chosen disc or drive: the main window then opens
     /// the device itself. If the player is on, this function closes the device, shows that there is

@@ -45,7 +45,7 @@ TEST_F(PowerSwitchOrderTest, TheMeterStartsAndEjectIsEnabledAfterTheTimeFormatIs
     }
 }
 
-TEST_F(PowerSwitchOrderTest, SwitchingOnWhileOnStopsThePollButNotTheMeterAndKeepsTheText) {
+TEST_F(PowerSwitchOrderTest, SwitchingOnWhileOnStopsThePollButNotTheMeterAndKeepsTheStatusText) {
     switchOn();
     EXPECT_EQ(lookAt("open cdaudio alias cd wait shareable",
                      [&] {
@@ -58,7 +58,7 @@ TEST_F(PowerSwitchOrderTest, SwitchingOnWhileOnStopsThePollButNotTheMeterAndKeep
     EXPECT_EQ(form.CD.text(), "Cd Ready");
 }
 
-TEST_F(PowerSwitchOrderTest, TheResetStopsThePollThenClosesTheDiscThenClearsThePanel) {
+TEST_F(PowerSwitchOrderTest, SwitchingOnWhileOnStopsThePollThenClosesTheDiscThenClearsThePanel) {
     switchOn();
     EXPECT_EQ(lookAt("stop cd", [&] { EXPECT_FALSE(form.Timer6.enabled()); }), 1);
     switchOn();
@@ -82,7 +82,7 @@ TEST_F(PowerSwitchOrderTest, TheResetStopsThePollThenClosesTheDiscThenClearsTheP
     EXPECT_FALSE(player.disc.CDLoaded);
 }
 
-TEST_F(PowerSwitchOrderTest, SwitchingOffKeepsTheStateOfTheDisc) {
+TEST_F(PowerSwitchOrderTest, SwitchingOffKeepsTheStoredStateOfTheDisc) {
     switchOn();
     form.optNoCD.choose();
     EXPECT_TRUE(player.disc.CDLoaded);
@@ -96,7 +96,7 @@ TEST_F(PowerSwitchOrderTest, SwitchingOffKeepsTheStateOfTheDisc) {
     EXPECT_FALSE(player.disc.CDLoaded);
 }
 
-TEST_F(PowerSwitchOrderTest, TheTraceContinuesAtItsPositionAfterASwitchOffAndAClose) {
+TEST_F(PowerSwitchOrderTest, TheMeterContinuesItsTraceAfterASwitchOffAndAfterThePanelWasClosed) {
     player.meter.prepare();
     mixer.put(mixer_line::waveIn, mixer_control::peakMeter, 8192);
     for (int tick = 0; tick < 3; ++tick) {

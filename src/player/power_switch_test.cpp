@@ -88,7 +88,7 @@ TEST_F(PowerSwitchTest, SwitchingOnUnmutesTheMasterAndTheDisc) {
 }
 
 TEST_F(PowerSwitchTest, TheStatusOfUncheckedCommandsIsStoredInFileIndex) {
-    std::vector<std::int32_t> results;
+    std::vector<std::int32_t> results; // fileIndex before each command
     const auto log = media.onCommand;
     media.onCommand = [&](std::string_view command) {
         log(command);
@@ -104,7 +104,7 @@ TEST_F(PowerSwitchTest, TheStatusOfUncheckedCommandsIsStoredInFileIndex) {
     EXPECT_EQ(process.fileIndex, 4);
 }
 
-TEST_F(PowerSwitchTest, SwitchingOnWhileOnReopensTheDiscAndDoesNotStartTheInputAgain) {
+TEST_F(PowerSwitchTest, SwitchingOnAPlayerThatIsOnReopensTheDiscButDoesNotRestartTheInput) {
     switchOn();
     form.play.click();
     EXPECT_EQ(clickOn(), joined({unmutes, meterPrepared, discCloses, voiceCloses, discOpens}));
@@ -147,7 +147,7 @@ TEST_F(PowerSwitchTest, ADiscThatCannotBeOpenedUnloadsThePanelWithoutAMessageAnd
     EXPECT_FALSE(form.optNoCD.selected());
     EXPECT_THAT(boxes.shown, IsEmpty());
     EXPECT_TRUE(discMuted());
-    // The player works again when a drive exists.
+    // The player works again when the disc can be opened.
     media.forgetAnswers();
     form.show();
     switchOn();
@@ -183,7 +183,8 @@ TEST_F(PowerSwitchTest, SwitchingOffRunsItsStepsInOrder) {
     form.play.click();
     showMeter();
     loop.atYield(1, [&] {
-        // The displays are cleared before the yield; timers, disc and buttons change after it.
+        // Before the yield, the mode becomes "OFF" and the meter is cleared. The timers, the disc,
+        // the buttons and the time display change after the yield.
         EXPECT_EQ(form.CD.text(), "OFF");
         EXPECT_THAT(form.picPeakVol.lines(), IsEmpty());
         EXPECT_EQ(form.Label4.top(), form.Picture8.height());
@@ -202,7 +203,7 @@ TEST_F(PowerSwitchTest, SwitchingOffRunsItsStepsInOrder) {
     EXPECT_TRUE(form.loaded());
 }
 
-TEST_F(PowerSwitchTest, SwitchingOffStopsEveryTimer) {
+TEST_F(PowerSwitchTest, SwitchingOffStopsTimer2Timer3Timer4AndTimer6) {
     switchOn();
     for (Timer* timer : {&form.Timer2, &form.Timer4}) {
         timer->setEnabled(true);
@@ -214,7 +215,7 @@ TEST_F(PowerSwitchTest, SwitchingOffStopsEveryTimer) {
     EXPECT_THAT(operationsOf([&] { loop.advance(10s); }), IsEmpty());
 }
 
-TEST_F(PowerSwitchTest, SwitchingOffWhileOffRepeatsItsStepsWithoutAMessage) {
+TEST_F(PowerSwitchTest, SwitchingOffAPlayerThatIsOffRunsTheSameStepsWithoutAMessage) {
     for (int i = 0; i < 2; ++i) {
         EXPECT_EQ(clickOff(), joined({inputStopsAgain, mutesDisc, yields, discCloses}));
         EXPECT_TRUE(off());
@@ -223,7 +224,7 @@ TEST_F(PowerSwitchTest, SwitchingOffWhileOffRepeatsItsStepsWithoutAMessage) {
     EXPECT_EQ(process.fileIndex, test::SimulatedDisc::refused);
 }
 
-TEST_F(PowerSwitchTest, SwitchingOffKeepsTheInputBoxTicked) {
+TEST_F(PowerSwitchTest, SwitchingOffKeepsTheInputCheckBoxTicked) {
     switchOn();
     form.Check3.setValue(1).passOver();
     clickOff();
@@ -231,7 +232,7 @@ TEST_F(PowerSwitchTest, SwitchingOffKeepsTheInputBoxTicked) {
     EXPECT_TRUE(off());
 }
 
-TEST_F(PowerSwitchTest, TicksDuringTheSwitchOffLeaveTheDisplaysClear) {
+TEST_F(PowerSwitchTest, TheDisplaysAreClearAfterTimersTickedDuringTheSwitchOff) {
     switchOn();
     disc.remove();
     mixer.put(mixer_line::waveIn, mixer_control::peakMeter, 20000);
@@ -264,7 +265,7 @@ TEST_F(PowerSwitchTest, TheFullSwitchOffRunsItsStepsInOrder) {
     form.play.click();
     EXPECT_EQ(switchOffForAnAction(),
               joined({inputStops, yields, yields, yields,             //
-                      inputStopsAgain, mutesDisc, yields, discCloses, // "off"
+                      inputStopsAgain, mutesDisc, yields, discCloses, // the steps of clickOff()
                       yields, yields, mutesDisc, yields}));
     EXPECT_TRUE(off());
     EXPECT_TRUE(looksOff());
@@ -276,7 +277,7 @@ TEST_F(PowerSwitchTest, TheFullSwitchOffRunsItsStepsInOrder) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(PowerSwitchTest, TheFullSwitchOffUnticksTheInputBoxWhichStopsTheInputAgain) {
+TEST_F(PowerSwitchTest, TheFullSwitchOffUnticksTheInputCheckBoxWhichStopsTheInputAgain) {
     switchOn();
     form.Check3.setValue(1).passOver();
     EXPECT_EQ(switchOffForAnAction(),
@@ -286,19 +287,19 @@ TEST_F(PowerSwitchTest, TheFullSwitchOffUnticksTheInputBoxWhichStopsTheInputAgai
     EXPECT_EQ(form.Check3.value(), 0);
 }
 
-TEST_F(PowerSwitchTest, TheFullSwitchOffDeselectsOnlyTheMuteSwitchOfTheDisc) {
+TEST_F(PowerSwitchTest, TheFullSwitchOffDeselectsTheDiscsMuteButtonButNotItsUnmuteButton) {
     form.Option13.choose();
     switchOffForAnAction();
     EXPECT_FALSE(form.Option13.selected());
     EXPECT_TRUE(discMuted());
-    // Option14 keeps the user's choice, although the line is muted.
+    // Option14 (unmute) stays selected, although the disc's line is muted.
     form.Option14.choose();
     switchOffForAnAction();
     EXPECT_TRUE(form.Option14.selected());
     EXPECT_TRUE(discMuted());
 }
 
-TEST_F(PowerSwitchTest, TheFullSwitchOffRunsItsStepsBetweenItsSevenYieldsInThisOrder) {
+TEST_F(PowerSwitchTest, TheFullSwitchOffRunsItsStepsInOrderBetweenItsSevenYields) {
     switchOn();
     form.Check3.setValue(1).passOver();
     showMeter();
@@ -347,7 +348,7 @@ TEST_F(PowerSwitchTest, TheFullSwitchOffMutesTheDiscEvenIfThePlayerIsOff) {
     EXPECT_TRUE(off());
 }
 
-TEST_F(PowerSwitchTest, FailuresOfAPollWithinTheSwitchOffAreIgnored) {
+TEST_F(PowerSwitchTest, FailuresOfPollsDuringTheFullSwitchOffAreIgnored) {
     switchOn();
     for (const char* question : {"status cd media present", "status cd position", "status cd mode",
                                  "stop cd", "close cd"}) {

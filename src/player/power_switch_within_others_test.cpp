@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Tests clicks on the power switch while the panel runs other steps, and other events while the
-// power switch runs its steps. switch_off_sweep_test.cpp tests every yield of a switch-off.
+// power switch runs its steps. switch_off_sweep_test.cpp tests events in
+// every yield of a switch-off.
 #include "player/power_switch.h"
 
 #include "support/player_world.h"
@@ -21,7 +22,8 @@ TEST_F(PowerSwitchDuringOtherStepsTest, SwitchingOnIsRefusedWhileThePlayerIsBein
     EXPECT_TRUE(looksOff());
 }
 
-TEST_F(PowerSwitchDuringOtherStepsTest, SwitchingOnEndsIfThePanelIsClosedDuringTheInputsMessage) {
+TEST_F(PowerSwitchDuringOtherStepsTest,
+       SwitchingOnEndsIfThePanelIsClosedDuringTheMessageAboutTheWaveInput) {
     waveInput.failures["open"] = WaveResult::notEnabled;
     boxes.whileUp = [&](const test::ShownBox&) {
         form.unload();
@@ -34,7 +36,7 @@ TEST_F(PowerSwitchDuringOtherStepsTest, SwitchingOnEndsIfThePanelIsClosedDuringT
 }
 
 TEST_F(PowerSwitchDuringOtherStepsTest,
-       SwitchingOnEndsIfThePlayerIsSwitchedOffDuringTheInputsMessage) {
+       SwitchingOnEndsIfThePlayerIsSwitchedOffDuringTheMessageAboutTheWaveInput) {
     waveInput.failures["prepare"] = WaveResult::invalidParameter;
     boxes.whileUp = [&](const test::ShownBox&) {
         form.optNoCD.choose();

@@ -17,7 +17,8 @@ TEST(PowerSwitchWithoutMixer, SwitchingOnSkipsTheResetAndReadsTheDisc) {
     bench.mixer.present = false;
     bench.form.load();
     bench.boxes.shown.clear();
-    // Without a mixer the reset ends early, before its "stop cd" and "close cd".
+    // Without a mixer, ResetPlayer() returns after "mixer open": it sends no "stop cd" and no
+    // "close cd".
     EXPECT_THAT(bench.operationsOf([&] { bench.form.OptCD.choose(); }),
                 ElementsAre("wave open", "wave prepare", "wave prepare", "wave add", "wave add",
                             "wave start",                           //
@@ -36,7 +37,7 @@ TEST(PowerSwitchWithoutMixer, SwitchingOnSkipsTheResetAndReadsTheDisc) {
 }
 
 TEST(PowerSwitchWithoutMixer, SwitchingOnWhileOnStopsThePollBeforeTheDiscIsOpened) {
-    // The reset, which would stop the poll too, ends early without a mixer.
+    // ResetPlayer() would stop the poll too, but without a mixer it returns before that step.
     test::PlayerBench bench;
     bench.switchOn();
     bench.mixer.present = false;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Tests every way to switch the player off (Command6, close, EXIT, "off") with an interruption:
-// each event runs once in each yield of each switch-off.
+// each event in the list below occurs once in each yield of each switch-off, always in a new
+// player.
 #include <functional>
 #include <memory>
 #include <string>
@@ -90,7 +91,7 @@ std::vector<Event> events() {
              bench.player.power.openDiscAgain();
              bench.loop.advance(1s);
          }},
-        {"another disc chosen, and none found",
+        {"another disc chosen, but opening its device fails",
          [](PlayerBench& bench) {
              bench.player.power.releaseDisc();
              bench.media.answer("open cdaudio alias cd wait shareable", {.status = 266});
@@ -150,7 +151,8 @@ bool runWith(PlayerBench& bench, const SwitchOff& switchOff, const Event& event,
         bool over = false;
         bool reached = false;
     };
-    // Shared, since the bench keeps an event whose yield was not reached.
+    // Shared, since the bench keeps the action below if its yield was not reached, and may run it
+    // in a yield after the end of this function.
     const auto progress = std::make_shared<Progress>();
     bench.loop.atYield(n, [&bench, progress, happen = event.happen] {
         if (!progress->over) {
@@ -224,7 +226,7 @@ TEST(EverySwitchOff, WithAnyEventAtAnyYieldEndsInSilenceAndThePlayerWorksAgain) 
     }
 }
 
-TEST(EverySwitchOff, WithTheInputBoxTickedAtAnyYieldLeavesTheInputOpenOnlyIfMeterCaptureRuns) {
+TEST(EverySwitchOff, WithTheCheckBoxInputTickedAtAnyYieldLeavesTheInputOpenOnlyIfMeterCaptureRuns) {
     const Event tick{"input", [](PlayerBench& bench) {
                          bench.form.Check3.setValue(1).passOver();
                      }};

@@ -25,7 +25,8 @@ class Transport {
     // unloads the panel and yields. The handler then continues, and its remaining commands fail.
 
     /// Continues after a pause; otherwise plays the track that is selected in the main window,
-    /// or the current track if none is selected. Deliberate: on the last track nothing is sent.
+    /// or the current track if none is selected. Deliberate: if this track is the last one, no
+    /// command is sent.
     void play_Click();
     void pause_Click();
     /// Stops and seeks to the current track's start. Enables "Eject".

@@ -40,7 +40,7 @@ TEST_F(TransportOrderTest, AStopKeepsEjectEnabledThroughout) {
     }
 }
 
-TEST_F(TransportOrderTest, AStopClearsPlayingAfterBothOfItsCommands) {
+TEST_F(TransportOrderTest, AStopClearsPlayingAfterItsStopAndSeekCommands) {
     for (const char* command : {"stop cd wait", "seek cd to 1"}) {
         form.play.click();
         EXPECT_EQ(lookAt(command, form.stopbtn, [&] { EXPECT_TRUE(state.Playing); }), 1) << command;

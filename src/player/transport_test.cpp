@@ -56,7 +56,7 @@ TEST_F(TransportTest, EachButtonSendsTheCommandsForTheCurrentState) {
         Commands sent;
     };
     const Row rows[] = {
-        // Play: plays from the current track's start; on the last track nothing is sent.
+        // Play: plays from the current track's start; on the last track sends no command.
         {form.play, 1, 0, 0, false, {"play cd from 1"}},
         {form.play, 2, 0, 30, false, {"play cd from 2"}},
         {form.play, 2, 0, 30, true, {"play cd from 2"}},
@@ -101,7 +101,7 @@ TEST_F(TransportTest, EachButtonSendsTheCommandsForTheCurrentState) {
     }
 }
 
-TEST_F(TransportTest, EachButtonDisablesEjectFirstAndStopEnablesItLast) {
+TEST_F(TransportTest, EachButtonExceptStopDisablesEjectFirstAndStopEnablesItLast) {
     for (CommandButton* button :
          {&form.play, &form.pause, &form.ftrack, &form.btrack, &form.eject}) {
         SCOPED_TRACE(button->name());
@@ -149,11 +149,11 @@ TEST_F(TransportTest, ATrackSelectedInTheMainWindowIsPlayedInsteadOfTheCurrentTr
     EXPECT_EQ(click(form.play), thenPoll({"play cd from 2"}));
 }
 
-TEST_F(TransportTest, PlaySendsNothingIfTheSelectedTrackIsTheLastOrHasALargerNumber) {
+TEST_F(TransportTest, PlayPlaysNothingIfTheSelectedTrackIsTheLastOrHasALargerNumber) {
     for (const int track : {3, 4, 99}) {
         process.currentTrack = track;
-        EXPECT_EQ(click(form.play), thenPoll({})) << track;
-        EXPECT_FALSE(state.Playing) << track;
+        EXPECT_EQ(click(form.play), thenPoll({})) << "track " << track;
+        EXPECT_FALSE(state.Playing) << "track " << track;
     }
 }
 
@@ -161,7 +161,7 @@ TEST_F(TransportTest, ASelectedTrackNumberOutside1To32767KeepsTheCurrentTrack) {
     form.ftrack.click();
     for (const std::int32_t track : {40000, INT32_MAX, -1, INT32_MIN, 0}) {
         process.currentTrack = track;
-        EXPECT_EQ(click(form.play), thenPoll({"play cd from 2"})) << track;
+        EXPECT_EQ(click(form.play), thenPoll({"play cd from 2"})) << "track " << track;
     }
 }
 
@@ -180,7 +180,7 @@ TEST_F(TransportTest, PlayOnTheLastTrackDisablesEjectAndDoesNotPlay) {
     EXPECT_EQ(enabledButtons(), allButEject);
 }
 
-TEST_F(TransportTest, PlaySetsPlayingBeforeItsCommand) {
+TEST_F(TransportTest, PlaySetsTheFlagPlayingBeforeItSendsItsCommand) {
     media.onCommand = [&](std::string_view command) {
         if (command == "play cd from 1") {
             EXPECT_TRUE(state.Playing);
@@ -211,7 +211,7 @@ TEST_F(TransportTest, AfterAPausePlayContinuesWithoutATrackNumberAndShowsPlaying
     EXPECT_EQ(click(form.play), thenPoll({"play cd from 2"}));
 }
 
-TEST_F(TransportTest, AfterAPausePlayDisablesEjectBeforeItsCommand) {
+TEST_F(TransportTest, AfterAPausePlayDisablesEjectBeforeItSendsItsCommand) {
     form.pause.click();
     form.eject.setEnabled(true);
     bool sent = false;
@@ -224,7 +224,7 @@ TEST_F(TransportTest, AfterAPausePlayDisablesEjectBeforeItsCommand) {
     EXPECT_FALSE(form.eject.enabled());
 }
 
-TEST_F(TransportTest, WhilePausedThePollClearsPlayingSoThatASkipOnlySeeks) {
+TEST_F(TransportTest, WhilePausedThePollClearsTheFlagPlayingSoThatASkipOnlySeeks) {
     form.play.click();
     form.pause.click();
     state.Playing = true;

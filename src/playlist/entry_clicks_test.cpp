@@ -18,7 +18,8 @@ using testing::Not;
 
 class EntryClicksTest : public test::PlaylistWorld {
   protected:
-    void tick() { ASSERT_TRUE(editor.Check11.setValue(1).ok()); }
+    /// Ticks the check box "Click on a file to add it to the Files List".
+    void tickCheck11() { ASSERT_TRUE(editor.Check11.setValue(1).ok()); }
     /// Whether the work tree contains a node with this text.
     [[nodiscard]] bool inTree(const std::string& text) {
         const TreeView& tree = mainForm.TreeView1;
@@ -58,7 +59,7 @@ TEST_F(EntryClicksTest, RemovesBlanksAroundTheEntry) {
 TEST_F(EntryClicksTest, DoesNothingIfTheListIsEmpty) {
     open({});
     editor.Text5.setText("kept");
-    tick();
+    tickCheck11();
     run(editor.List2.onClick);
     EXPECT_EQ(editor.Text5.text(), "kept");
     EXPECT_EQ(loop.yieldCount(), 0);
@@ -66,18 +67,19 @@ TEST_F(EntryClicksTest, DoesNothingIfTheListIsEmpty) {
 
 TEST_F(EntryClicksTest, AClickOnTheLineOfAMissingEntryShowsTheNoDataMessage) {
     store.put("music", "HowMany", "1");
-    editor.load();
+    editor.load(); // shows the line "Empty", since the store has no entry 1
     choose(0);
     EXPECT_THAT(boxes.texts(), ElementsAre("File contains no data"));
     EXPECT_EQ(editor.Text5.text(), "");
 }
 
 // --- adding to the work tree -----------------------------------------------------------------
+// "The main list" is mainForm.List2, the main window's list of MP3 files.
 
-TEST_F(EntryClicksTest, AddsTheFileToTheWorkTreeIfTheBoxIsTicked) {
+TEST_F(EntryClicksTest, AddsTheFileToTheWorkTreeIfCheck11IsTicked) {
     addMp3(pathA, "Title A");
     open({pathA});
-    tick();
+    tickCheck11();
     choose(0);
     EXPECT_THAT(lines(mainForm.List2), ElementsAre(pathA));
     EXPECT_TRUE(inTree(pathA));
@@ -86,7 +88,7 @@ TEST_F(EntryClicksTest, AddsTheFileToTheWorkTreeIfTheBoxIsTicked) {
 TEST_F(EntryClicksTest, TheHeaderIsReadBeforeTheFileIsAdded) {
     addMp3(pathA, "Title A");
     open({pathA});
-    tick();
+    tickCheck11();
     loop.atYield(1, [&] { EXPECT_THAT(lines(mainForm.List2), IsEmpty()); });
     bool shown = false;
     loop.after(200ms, [&] {
@@ -101,7 +103,7 @@ TEST_F(EntryClicksTest, AFileInTheMainListIsNotAdded) {
     addMp3(pathA, "Title A");
     open({pathA});
     mainForm.List2.addItem(pathA);
-    tick();
+    tickCheck11();
     const auto before = loop.now();
     choose(0);
     EXPECT_EQ(loop.now(), before);
@@ -112,7 +114,7 @@ TEST_F(EntryClicksTest, LinesOfTheMainListArePatterns) {
     addMp3(pathA, "Title A");
     open({" " + pathA});
     mainForm.List2.addItem("c:\\*.mp3");
-    tick();
+    tickCheck11();
     choose(0);
     EXPECT_FALSE(inTree(pathA));
 }
@@ -124,7 +126,7 @@ TEST_F(EntryClicksTest, ComparesOnlyAsManyLinesOfTheMainListAsThePlaylistHas) {
     mainForm.List2.addItem("other");
     mainForm.List2.addItem("c:\\music\\A.mp3");
     mainForm.List2.addItem(pathA);
-    tick();
+    tickCheck11();
     const auto before = loop.now();
     choose(0);
     // The third line is not compared, so the adder is called, which waits.
@@ -138,41 +140,42 @@ TEST_F(EntryClicksTest, ComparesOnlyAsManyLinesOfTheMainListAsThePlaylistHas) {
     EXPECT_EQ(loop.now(), again);
 }
 
-TEST_F(EntryClicksTest, AShorterMainListMatchesNothingAfterItsEnd) {
+TEST_F(EntryClicksTest, AddsTheFileEvenIfTheMainListIsShorterThanThePlaylist) {
     addMp3(pathA, "Title A");
     open({pathA, pathB, pathC});
-    tick();
+    tickCheck11();
     choose(0);
     EXPECT_TRUE(inTree(pathA));
 }
 
-TEST_F(EntryClicksTest, AnEntryOfBlanksMatchesNothingAfterTheEndOfAShorterMainList) {
+TEST_F(EntryClicksTest, AnEntryOfBlanksDoesNotMatchTheEmptyTextAfterTheEndOfTheMainList) {
     open({"   "});
-    tick();
+    tickCheck11();
     const auto before = loop.now();
     choose(0);
     // The adder is called and waits; it adds nothing.
     EXPECT_GE(loop.now() - before, 300ms);
     EXPECT_THAT(lines(mainForm.List2), IsEmpty());
-    // An empty line of the main window's list matches.
+    // An empty line of the main list matches the entry.
     mainForm.List2.addItem("");
     const auto again = loop.now();
     choose(0);
     EXPECT_EQ(loop.now(), again);
 }
 
-TEST_F(EntryClicksTest, TheEntryIsAddedWithTheBlanksThatItHasInTheList) {
-    // The file without the blanks was read, but the adder gets the entry with its blanks.
+TEST_F(EntryClicksTest, AFileWhoseEntryHasBlanksIsNotAddedUnderThePathWithoutBlanks) {
+    // The tag is read from the path without the blanks, but the adder gets the entry with its
+    // blanks.
     addMp3(" " + pathA, "Title");
     addMp3(pathA, "Title");
     open({"  " + pathA});
-    tick();
+    tickCheck11();
     choose(0);
     EXPECT_EQ(editor.Text4(2).text(), "Title");
     EXPECT_THAT(lines(mainForm.List2), Not(Contains(pathA)));
 }
 
-TEST_F(EntryClicksTest, AddsNothingIfTheBoxIsNotTicked) {
+TEST_F(EntryClicksTest, AddsNothingIfCheck11IsNotTicked) {
     addMp3(pathA, "Title A");
     open({pathA});
     choose(0);
@@ -189,7 +192,7 @@ TEST_F(EntryClicksTest, IfAnotherEntryIsClickedDuringTheYieldOnlyThatEntryIsAdde
     open({pathA, pathB});
     loop.atYield(1, [&] {
         choose(1);
-        tick();
+        tickCheck11();
     });
     choose(0);
     EXPECT_THAT(lines(mainForm.List2), ElementsAre(pathB));
@@ -228,7 +231,7 @@ TEST_F(EntryClicksTest, PlaysNothingForAnEmptyList) {
     EXPECT_THAT(mp3.log, IsEmpty());
 }
 
-TEST_F(EntryClicksTest, ASourceThatFailsIsNotPlayed) {
+TEST_F(EntryClicksTest, AFileThatTheMp3ControlRejectsIsNotPlayed) {
     open({pathA});
     select(0);
     mp3.failSource = Error{ErrorNumber::fileNotFound, "File not found"};
@@ -245,11 +248,11 @@ TEST_F(EntryClicksTest, SendsAStopEvenIfNothingPlays) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(EntryClicksTest, PlaysWithAControlOfItsOwn) {
+TEST_F(EntryClicksTest, TheEditorHasAnMp3ControlOfItsOwn) {
     const int before = mp3.created;
     open({pathA});
     EXPECT_NE(&*editor.ActiveMP31, &*windows.Form6.ActiveMP31);
-    // Closing the window destroys the control, which stops playback.
+    // Unloading the editor replaces its control with a new one, which ends the playing.
     editor.unload();
     EXPECT_EQ(mp3.created, before + 1);
 }

@@ -18,7 +18,7 @@ using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST_F(FileDeletionTest, AsksDeletesReportsAndRemovesTheEntry) {
+TEST_F(FileDeletionTest, DeletesTheFileAfterAQuestionAndRemovesTheEntryAfterAReport) {
     openThree();
     choose(1);
     remove(pathB);
@@ -32,7 +32,7 @@ TEST_F(FileDeletionTest, AsksDeletesReportsAndRemovesTheEntry) {
     EXPECT_THAT(lines(editor.List1), IsEmpty());
 }
 
-TEST_F(FileDeletionTest, DoesNothingForBlanks) {
+TEST_F(FileDeletionTest, DoesNothingForAnEmptyOrBlankPath) {
     openThree();
     for (const char* nothing : {"", "  "}) {
         remove(nothing);
@@ -41,7 +41,7 @@ TEST_F(FileDeletionTest, DoesNothingForBlanks) {
     EXPECT_THAT(disk.log, IsEmpty());
 }
 
-TEST_F(FileDeletionTest, TheAnswersNoAndCancelOnlyShowTheLength) {
+TEST_F(FileDeletionTest, TheAnswersNoAndCancelOnlyRemoveTheUnitOfTheShownLength) {
     for (const BoxAnswer answer : {BoxAnswer::no, BoxAnswer::cancel}) {
         openThree();
         choose(0);
@@ -72,7 +72,7 @@ TEST_F(FileDeletionTest, AnEmptyFileIsDeletedWithoutAQuestionAndKeepsItsEntry) {
     EXPECT_GT(loop.yieldCount(), yields + 1);
 }
 
-TEST_F(FileDeletionTest, AnEmptyFileThatCannotBeDeletedIsReportedAsDeletedAndDelisted) {
+TEST_F(FileDeletionTest, AnEmptyFileThatCannotBeDeletedIsReportedAsDeletedAndLosesItsEntry) {
     openThree();
     choose(1);
     disk.addFile(pathB, "");
@@ -85,7 +85,7 @@ TEST_F(FileDeletionTest, AnEmptyFileThatCannotBeDeletedIsReportedAsDeletedAndDel
     EXPECT_THAT(boxes4(), Each(""));
 }
 
-TEST_F(FileDeletionTest, AfterAFailedDeletionAFailedCompactionEndsTheProcedure) {
+TEST_F(FileDeletionTest, AFailedDeletionOfAnEmptyFileWithoutAnEntryKeepsTheTextBoxes) {
     openThree();
     disk.addFile("c:\\other.mp3", "");
     disk.failWith(FakeFileSystem::Operation::removeFile, "c:\\other.mp3",
@@ -97,7 +97,7 @@ TEST_F(FileDeletionTest, AfterAFailedDeletionAFailedCompactionEndsTheProcedure) 
     EXPECT_EQ(store.held("music", "-1"), "");
 }
 
-TEST_F(FileDeletionTest, AMissingFileIsReportedAsDeletedAndTheProcedureEnds) {
+TEST_F(FileDeletionTest, AMissingFileIsReportedAsDeletedAndKeepsItsEntry) {
     openThree();
     choose(1);
     EXPECT_TRUE(disk.removeFile(pathB).ok());
@@ -142,14 +142,14 @@ TEST_F(FileDeletionTest, BlanksAroundThePathMatterForTheEntryOnly) {
     remove("  " + pathB + " ");
     EXPECT_FALSE(disk.fileExists(pathB));
     EXPECT_THAT(boxes.shown, ElementsAre(deletionQuestion, deleted(pathB)));
-    // No entry matches and none is selected: the list stays unchanged, the boxes are cleared.
+    // No entry matches and none is selected: the list stays unchanged, the text boxes are cleared.
     EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathB, pathC));
     EXPECT_THAT(store.writes, ElementsAre(test::StoreWrite{"music", "-1", ""}));
     EXPECT_EQ(editor.Text5.text(), "");
     EXPECT_THAT(boxes4(), Each(""));
 }
 
-TEST_F(FileDeletionTest, TheSelectedEntryIsRemovedIfNoEntryMatches) {
+TEST_F(FileDeletionTest, TheSelectedEntryIsRemovedIfNoEntryMatchesThePath) {
     openThree();
     addMp3("c:\\other.mp3", "Other");
     choose(2);
@@ -159,7 +159,7 @@ TEST_F(FileDeletionTest, TheSelectedEntryIsRemovedIfNoEntryMatches) {
     EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathB));
 }
 
-TEST_F(FileDeletionTest, SelectsTheFirstEntryThatMatches) {
+TEST_F(FileDeletionTest, RemovesTheFirstEntryThatMatchesThePath) {
     addMp3(pathA, "Title A");
     addMp3(pathB, "Title B");
     open({pathA, "c:\\*b.mp3", pathB});
@@ -168,7 +168,7 @@ TEST_F(FileDeletionTest, SelectsTheFirstEntryThatMatches) {
     EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathB));
 }
 
-TEST_F(FileDeletionTest, SelectingAnotherEntryRunsItsClickHandler) {
+TEST_F(FileDeletionTest, SelectingTheEntryOfTheDeletedFileRunsTheClickHandler) {
     openThree();
     choose(0);
     remove(pathB);
@@ -179,7 +179,7 @@ TEST_F(FileDeletionTest, SelectingAnotherEntryRunsItsClickHandler) {
     EXPECT_THAT(boxes4(), Each(""));
 }
 
-TEST_F(FileDeletionTest, ClearsTheBoxesAfterTheReport) {
+TEST_F(FileDeletionTest, TheTextBoxesAndTheEntryAreKeptDuringTheReport) {
     openThree();
     choose(1);
     boxes.whileUp = [&](const ShownBox& box) {

@@ -18,7 +18,7 @@ using test::noDataBox;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST_F(FileDeletionTest, AClickDuringTheDeletionChangesTheEditedFile) {
+TEST_F(FileDeletionTest, AClickOnAnotherEntryDuringTheDeletionChangesTheEditedFile) {
     openThree();
     choose(0);
     loop.after(100ms, [&] { choose(2); });
@@ -121,7 +121,8 @@ TEST_F(FileDeletionTest, TheDeletedFileIsNotAddedToTheWorkTree) {
     openThree();
     choose(0);
     ASSERT_TRUE(editor.Check11.setValue(1).ok());
-    // The deletion selects the file's entry, which runs the click handler.
+    // While Check11 is on, the click handler of an entry also adds the entry's file to the work
+    // tree. The deletion selects the entry of pathB, which runs this handler.
     remove(pathB);
     EXPECT_THAT(boxes.shown, ElementsAre(deletionQuestion, deleted(pathB), noDataBox));
     EXPECT_THAT(lines(mainForm.List2), IsEmpty());

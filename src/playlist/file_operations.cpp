@@ -130,7 +130,8 @@ Status FileOperations::reportAndDelist(Deletion deletion) {
         return shown;
     }
     selectEntry();
-    // Deliberate: without a match the entry that was selected before is removed.
+    // Deliberate: if selectEntry() finds no entry of the deleted file, the entry that was selected
+    // before is removed.
     if (Status compacted = entries_.CompactPlayList();
         !compacted.ok() && deletion == Deletion::broken) {
         return compacted;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Renames and deletes the edited file (Text5). A deletion changes the list on the screen and in the
-// store, a rename only on the screen.
+// store; a rename changes an existing entry only on the screen.
 #pragma once
 
 #include <string>
@@ -19,15 +19,17 @@ class FileOperations {
     FileOperations(const FileOperations&) = delete;
     FileOperations& operator=(const FileOperations&) = delete;
 
-    /// "Rename File": renames the file to a path chosen in a dialog. Asks whether an existing file
-    /// is to be overwritten, but never overwrites it. A file without an entry gets an entry.
+    /// "Rename File": renames the file to a path chosen in a dialog. If this path already exists,
+    /// asks whether to overwrite the existing file, but deliberately fails even if the user agrees.
+    /// A file without an entry gets an entry, also in the store.
     void Command2_Click();
     /// "Delete  File": asks, deletes, reports the file as deleted even if it still exists, and
     /// removes its entry. An empty file is deleted without asking and keeps its entry. Yields.
     void Command10_Click();
 
   private:
-    /// The result of the first half of a deletion.
+    /// The result of deleteFile(), the first half of a deletion. reportAndDelist() is the second
+    /// half.
     enum class Deletion {
         over,  ///< no second half: the file is not reported as deleted and keeps its entry
         tried, ///< the deletion was attempted; the second half ignores failures

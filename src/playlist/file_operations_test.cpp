@@ -38,7 +38,7 @@ class FileRenameTest : public test::PlaylistWorld {
     }
 };
 
-TEST_F(FileRenameTest, RenamesTheFileAndOnlyTheShownEntry) {
+TEST_F(FileRenameTest, RenamesTheFileAndTheShownEntryButNotTheStoredEntry) {
     addMp3(pathA, "Title A");
     open({pathB, pathA});
     rename(pathA, target);
@@ -48,14 +48,14 @@ TEST_F(FileRenameTest, RenamesTheFileAndOnlyTheShownEntry) {
     EXPECT_EQ(editor.Text5.text(), target);
     EXPECT_THAT(store.writes, IsEmpty());
     EXPECT_THAT(boxes.shown, IsEmpty());
-    // The store still has the old name, because the list was not compacted. So the next load of the
-    // window shows the old name again.
+    // The store has the old name until an entry is delisted, so the next load of the window shows
+    // the old name again.
     editor.unload();
     editor.load();
     EXPECT_THAT(lines(editor.List2), ElementsAre(pathB, pathA));
 }
 
-TEST_F(FileRenameTest, TheNextCompactionStoresTheNewName) {
+TEST_F(FileRenameTest, DelistingAnotherEntryStoresTheNewName) {
     addMp3(pathA, "Title A");
     open({pathA, pathB});
     rename(pathA, target);
@@ -86,12 +86,12 @@ TEST_F(FileRenameTest, ReplacesTheFirstMatchingEntryAndComparesTheOthersWithTheN
     addMp3(pathA, "Title A");
     open({pathA, pathA, "c:\\music\\n*.mp3"});
     rename(pathA, target);
-    // After the first match the entries are compared with the new path: the third entry matches
-    // that path, the second does not.
+    // The entries are used as patterns. After the first match they are compared with the new path,
+    // which matches the third entry and not the second.
     EXPECT_THAT(lines(editor.List2), ElementsAre(target, pathA, target));
 }
 
-TEST_F(FileRenameTest, BlanksAroundThePathMatterInTheList) {
+TEST_F(FileRenameTest, ABlankBeforeThePathPreventsAMatchSoAnEntryIsAdded) {
     addMp3(pathA, "Title A");
     open({pathA});
     rename(" " + pathA, target);
@@ -100,7 +100,7 @@ TEST_F(FileRenameTest, BlanksAroundThePathMatterInTheList) {
     EXPECT_THAT(inStore(), ElementsAre(pathA, target));
 }
 
-TEST_F(FileRenameTest, DoesNothingForBlanksACancelOrAnEmptyName) {
+TEST_F(FileRenameTest, DoesNothingForABlankPathACancelledDialogOrAnEmptyName) {
     addMp3(pathA, "Title A");
     open({pathA});
     for (const char* nothing : {"", "  "}) {
@@ -116,7 +116,7 @@ TEST_F(FileRenameTest, DoesNothingForBlanksACancelOrAnEmptyName) {
     EXPECT_THAT(store.writes, IsEmpty());
 }
 
-TEST_F(FileRenameTest, DoesNothingForANameTooShortForAnExtension) {
+TEST_F(FileRenameTest, DoesNothingForAnEditedPathTooShortForAnExtension) {
     open({});
     rename("mp3", target);
     EXPECT_THAT(dialog.savings, IsEmpty());
@@ -172,13 +172,14 @@ TEST_F(FileRenameTest, TheDialogKeepsTheBaseNameAfterACancelledRename) {
     addMp3(pathA, "Title A");
     open({});
     rename(pathA, std::nullopt);
-    // The user cancels this dialog, too. Its FileName is not empty, so the edited file is read.
+    // The user also cancels the dialog that cmdHdr1 shows. The dialog's FileName is not empty, so
+    // the edited file is read.
     editor.cmdHdr1.click();
     EXPECT_EQ(dialog.opened.at(0).fileName, "a");
     EXPECT_EQ(editor.Text4(2).text(), "Title A");
 }
 
-TEST_F(FileRenameTest, TheNextDialogShowsTheTargetsName) {
+TEST_F(FileRenameTest, AfterARenameTheNextDialogShowsTheNewPath) {
     addMp3(pathA, "Title A");
     open({});
     rename(pathA, target);
@@ -215,7 +216,8 @@ TEST_F(FileRenameTest, AFailureOfTheDialogOtherThanACancelEndsTheRename) {
     EXPECT_EQ(editor.Text5.text(), pathA);
 }
 
-// The new name does not match itself as a pattern, so "Add to PlayList" adds it a second time.
+// A rename ends with "Add to PlayList". The new path does not match itself as a pattern, so it is
+// added a second time.
 TEST_F(FileRenameTest, ATargetWithABracketGetsASecondEntry) {
     const std::string bracketed = "c:\\music\\a [live].mp3";
     addMp3(pathA, "Title A");

@@ -72,7 +72,8 @@ void HeaderDisplay::cmdHdr2_Click() {
 
 void HeaderDisplay::showHeader() {
     const Mp3Info& info = Mp3Info_;
-    // The labels are padded with blanks so that the values align in a proportional font.
+    // The labels are padded with blanks that align the values in one particular proportional font.
+    // The view only needs two blanks or more to separate label and value.
     for (const std::string& line : {
              "Bitrate            " + std::to_string(info.Bitrate),
              "Frequency       " + std::to_string(info.Frequency),

@@ -21,14 +21,15 @@ class HeaderDisplay {
     HeaderDisplay(const HeaderDisplay&) = delete;
     HeaderDisplay& operator=(const HeaderDisplay&) = delete;
 
-    /// "...": opens the dialog and reads the chosen file. After a cancel, reads the edited file if
-    /// the dialog still has the file name of an earlier use; otherwise does nothing.
+    /// The button "...": opens the dialog and reads the chosen file. After a cancel, reads the
+    /// edited file if the dialog still has the file name of an earlier use; otherwise does nothing.
     void cmdHdr1_Click();
-    /// "Read header": analyses and shows the edited file. If the analysis fails, shows the values
-    /// of the previous file. Yields before it shows the values.
+    /// The button "Read header": analyses the edited file and shows the values in `info()`. A value
+    /// that the analysis could not read is that of an earlier file. Yields before it shows the
+    /// values. If the file is too short or cannot be read, only shows noDataText.
     void cmdHdr2_Click();
 
-    /// The results of the analyses, kept as long as the program runs.
+    /// The values that were read last, kept as long as the program runs.
     [[nodiscard]] const Mp3Info& info() const { return Mp3Info_; }
 
   private:

@@ -65,7 +65,7 @@ TEST_F(HeaderDisplayTest, ShowsTheAverageBitrateForAVariableRate) {
     EXPECT_TRUE(playlist.header.info().IsVbr);
 }
 
-TEST_F(HeaderDisplayTest, RemovesBlanksAroundThePathAndShowsFieldsUpToTheirFirstNull) {
+TEST_F(HeaderDisplayTest, IgnoresBlanksAroundThePathAndShowsFieldsUpToTheirFirstNull) {
     disk.addFile(pathA, Mp3Bytes(1000)
                             .header(1, commonHeader)
                             .end(tagOf(test::padded("Title", 30, '\0'), std::string("Art\0ist", 7)))
@@ -77,7 +77,7 @@ TEST_F(HeaderDisplayTest, RemovesBlanksAroundThePathAndShowsFieldsUpToTheirFirst
     EXPECT_EQ(editor.Text5.text(), "  " + pathA + "  ");
 }
 
-TEST_F(HeaderDisplayTest, DoesNothingForBlanks) {
+TEST_F(HeaderDisplayTest, DoesNothingForAPathThatIsEmptyOrBlank) {
     addMp3(pathA, "Title");
     read(pathA);
     const auto before = boxes4();
@@ -100,7 +100,7 @@ TEST_F(HeaderDisplayTest, ClearsTheLinesAndTheFirstSixBoxesBeforeItReadsTheFile)
     EXPECT_THAT(boxes.shown, ElementsAre(ShownBox{"File contains no data"}));
 }
 
-TEST_F(HeaderDisplayTest, ShowsNoDataForAFileThatIsMissingUnreadableOrBelow100Bytes) {
+TEST_F(HeaderDisplayTest, ReportsNoDataForAFileThatIsMissingUnreadableOrBelow100Bytes) {
     std::vector<std::string> paths = {"c:\\none.mp3", "c:\\music", "z:\\a.mp3"};
     for (const std::size_t length : {0U, 1U, 99U}) {
         paths.push_back("c:\\" + std::to_string(length) + ".mp3");
@@ -157,7 +157,7 @@ TEST_F(HeaderDisplayTest, AnInvalidHeaderShowsThePreviousFilesHeaderBesideTheNew
     EXPECT_EQ(editor.Text4(2).text(), "Title B");
 }
 
-TEST_F(HeaderDisplayTest, BeforeTheFirstHeaderAllFieldsAreZeroOrEmpty) {
+TEST_F(HeaderDisplayTest, HeaderAndTagAreZeroOrEmptyUntilAFileWithAHeaderIsRead) {
     disk.addFile(pathA, std::string(100, 'x'));
     read(pathA);
     EXPECT_EQ(line(0), "Bitrate            0");
@@ -214,15 +214,16 @@ TEST_F(HeaderDisplayTest, ReadsOnlyTheHeadAndTheTailOfTheFile) {
     addMp3(pathA, "Title A");
     disk.log.clear();
     read(pathA);
-    EXPECT_THAT(disk.log, ElementsAre("openBinary c:\\music\\a.mp3 read", // tests for readability
-                                      "openBinary c:\\music\\a.mp3 read",
-                                      "readBinary c:\\music\\a.mp3 0 5047",
-                                      "readBinary c:\\music\\a.mp3 47744 256"));
+    EXPECT_THAT(disk.log,
+                ElementsAre("openBinary c:\\music\\a.mp3 read", // tests whether it is readable
+                            "openBinary c:\\music\\a.mp3 read",
+                            "readBinary c:\\music\\a.mp3 0 5047",
+                            "readBinary c:\\music\\a.mp3 47744 256"));
 }
 
 // --- a file that changes between two steps ----------------------------------------------------
 
-TEST_F(HeaderDisplayTest, AFileRemovedAfterItsLengthIsReadShowsThePreviousHeader) {
+TEST_F(HeaderDisplayTest, AFileRemovedAfterItsLengthIsReadShowsThePreviousFilesHeader) {
     addMp3(pathA, "Title A");
     read(pathA);
     const auto header = lines(editor.List1);
@@ -244,7 +245,7 @@ TEST_F(HeaderDisplayTest, AFileRemovedAfterItsLengthIsReadShowsThePreviousHeader
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(HeaderDisplayTest, AFileThatShrinksBetweenHeaderAndTagHasNoTag) {
+TEST_F(HeaderDisplayTest, AFileThatShrinksAfterItsHeaderIsReadShowsNoTag) {
     addMp3(pathA, "Title A");
     disk.meanwhile = [&](const std::string& entry) {
         if (entry == "readBinary " + pathA + " 47744 256") {
@@ -258,7 +259,7 @@ TEST_F(HeaderDisplayTest, AFileThatShrinksBetweenHeaderAndTagHasNoTag) {
     EXPECT_THAT(boxes4(), ElementsAre("", "", "", "", "", "255", "False", "48000 bytes"));
 }
 
-TEST_F(HeaderDisplayTest, AFileRemovedAfterItsTagIsReadShowsThePreviousHeader) {
+TEST_F(HeaderDisplayTest, AFileRemovedWhileItsTagIsReadShowsThePreviousFilesHeader) {
     addMp3(pathA, "Title A");
     disk.addFile(pathB, Mp3Bytes(2000).header(1, 0xFFFBB000).end(tagOf("Title B")).content);
     read(pathB);
@@ -320,7 +321,7 @@ TEST_F(HeaderDisplayTest, ACancelBeforeAnyChoiceDoesNothing) {
     EXPECT_THAT(pointer.shapes, ElementsAre(Pointer::hourglass, Pointer::normal));
 }
 
-TEST_F(HeaderDisplayTest, ACancelAfterAChoiceReadsTheEditedFile) {
+TEST_F(HeaderDisplayTest, ACancelAfterAnEarlierChoiceReadsTheEditedFile) {
     addMp3(pathA, "Title A");
     addMp3(pathB, "Title B");
     dialog.choices = {pathA, std::nullopt};
@@ -353,7 +354,7 @@ TEST_F(HeaderDisplayTest, AFailureOfTheDialogOtherThanACancelUsesThePreviouslyCh
     EXPECT_EQ(editor.Text5.text(), pathA);
 }
 
-TEST_F(HeaderDisplayTest, AChosenFileThatIsMissingShowsNoData) {
+TEST_F(HeaderDisplayTest, AChosenFileThatIsMissingIsReportedToContainNoData) {
     dialog.choices = {pathA};
     editor.Text4(8).setText("before");
     editor.cmdHdr1.click();
@@ -363,7 +364,7 @@ TEST_F(HeaderDisplayTest, AChosenFileThatIsMissingShowsNoData) {
     EXPECT_EQ(pointer.shapes.back(), Pointer::normal);
 }
 
-TEST_F(HeaderDisplayTest, AChosenFileThatIsTooShortKeepsItsLengthOnly) {
+TEST_F(HeaderDisplayTest, OfAChosenFileThatIsTooShortOnlyTheLengthIsShown) {
     disk.addFile(pathA, std::string(99, 'x'));
     dialog.choices = {pathA};
     editor.cmdHdr1.click();

@@ -17,16 +17,17 @@ constexpr const char* countKey = "HowMany";
 constexpr const char* missing = "0";
 constexpr const char* emptyLine = "Empty";
 
-/// Ten times the longest list for which the window is designed. A damaged count would otherwise
-/// fill the list and the memory with "Empty" lines. Entries that exist are not limited.
+/// Reading ends after this many missing entries: ten times the number of entries for which the
+/// window is designed. A damaged count would otherwise fill the list and the memory with "Empty"
+/// lines. The number of existing entries is not limited.
 constexpr std::int32_t mostMissingEntries = 100'000;
 
 std::string readText(const SettingsStore& store, const std::string& key) {
     return store.GetSetting(applicationName, playlistSection, key, missing);
 }
 
-/// Calls `take` with key and value of each stored entry, from the first to the last. The value of a
-/// missing entry is `missing`. There is no entry if the count is not a number.
+/// Calls `take` with the key and the value of each entry, from 1 to the stored count. The value of
+/// a missing entry is `missing`. A stored count that is not a number counts as 0.
 template <typename Take>
 void forEachEntry(const SettingsStore& store, Take take) {
     const std::int32_t count = toInteger32(readText(store, countKey)).valueOr(0);
@@ -82,8 +83,8 @@ void PlaylistEntries::Command20_Click() {
     }
     ListBox& list = form_.List2;
     for (int i = 0; i < list.listCount(); ++i) {
-        // The entry is the pattern, so an entry that contains a bracket possibly does not match its
-        // own path.
+        // The entry is the pattern, so an entry that contains a bracket possibly does not match an
+        // equal path.
         if (matches(path, list.list(i))) {
             return;
         }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Keeps the playlist and its stored form, which is updated at each change except a rename.
-// entry_clicks.h and file_operations.h handle commands for an entry and its file.
+// Keeps the playlist and its copy in the settings store. Each change of the playlist except a
+// rename updates the copy. entry_clicks.h and file_operations.h handle commands for an entry and
+// its file.
 #pragma once
 
 #include <string>
@@ -13,12 +14,12 @@
 
 namespace sonarith {
 
-/// The store's section of the list: the number of entries under "HowMany", and their paths under
-/// "1", "2" and so on.
+/// The section of the settings store that contains the playlist: the number of entries under
+/// "HowMany", and their paths under "1", "2" and so on.
 inline constexpr const char* playlistSection = "music";
 
-/// The keys of that section whose values are paths. The paths are in the logic's form (drive
-/// letter, backslashes).
+/// The keys of that section whose values are paths. They are paths of the logic (drive letter,
+/// backslashes).
 [[nodiscard]] std::vector<std::string> playlistPathKeys(const SettingsStore& store);
 
 class PlaylistEntries {

@@ -43,7 +43,7 @@ TEST_F(PlaylistEntriesTest, LoadsNothingFromAFreshStore) {
     EXPECT_THAT(store.readKeys, testing::Not(testing::Contains("1")));
 }
 
-TEST_F(PlaylistEntriesTest, ShowsMissingEntriesAsTheLineEmpty) {
+TEST_F(PlaylistEntriesTest, ShowsTheWordEmptyForMissingEntries) {
     store.put("music", "HowMany", "4");
     store.put("music", "1", pathA);
     store.put("music", "3", "0");
@@ -69,7 +69,7 @@ TEST_F(PlaylistEntriesTest, LoadsNothingIfTheCountIsNotAPositive32BitNumber) {
     }
 }
 
-TEST_F(PlaylistEntriesTest, LoadsAsManyLinesAsTheCountUpToALimitOfMissingEntries) {
+TEST_F(PlaylistEntriesTest, LoadsAsManyLinesAsTheCountButAtMost100000MissingEntries) {
     struct Row {
         const char* count;
         int lines;
@@ -83,7 +83,8 @@ TEST_F(PlaylistEntriesTest, LoadsAsManyLinesAsTheCountUpToALimitOfMissingEntries
     }
 }
 
-// Otherwise the next change of the list would drop the entries after the limit.
+// If existing entries were limited, the next change of the list would drop the entries after the
+// limit.
 TEST_F(PlaylistEntriesTest, TheNumberOfExistingEntriesIsNotLimited) {
     stored(std::vector<std::string>(100'002, pathA));
     editor.load();
@@ -93,7 +94,7 @@ TEST_F(PlaylistEntriesTest, TheNumberOfExistingEntriesIsNotLimited) {
     EXPECT_EQ(store.held("music", "100003"), pathB);
 }
 
-TEST_F(PlaylistEntriesTest, DelistingFromAListOfMissingEntriesOnlyLeavesAnEmptyList) {
+TEST_F(PlaylistEntriesTest, DelistingFromAListWithOnlyMissingEntriesLeavesAnEmptyList) {
     store.put("music", "HowMany", "32767");
     editor.load();
     EXPECT_EQ(editor.List2.listCount(), 32767);
@@ -112,7 +113,7 @@ TEST_F(PlaylistEntriesTest, HasTheSameEntriesAfterTheWindowWasClosedAndOpenedAga
     EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathB));
 }
 
-TEST_F(PlaylistEntriesTest, ListsTheKeysThatContainPaths) {
+TEST_F(PlaylistEntriesTest, PlaylistPathKeysReturnsTheKeysOfExistingAndMissingEntries) {
     EXPECT_THAT(playlistPathKeys(store), IsEmpty());
     stored({pathA, pathB, pathC});
     EXPECT_THAT(playlistPathKeys(store), ElementsAre("1", "2", "3"));
@@ -124,7 +125,7 @@ TEST_F(PlaylistEntriesTest, ListsTheKeysThatContainPaths) {
 
 // --- adding ----------------------------------------------------------------------------------
 
-TEST_F(PlaylistEntriesTest, AppendsTheEditedPathAndClearsIt) {
+TEST_F(PlaylistEntriesTest, AppendsTheEditedPathAndClearsItsBox) {
     open({pathA});
     add(pathB);
     EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathB));
@@ -134,7 +135,7 @@ TEST_F(PlaylistEntriesTest, AppendsTheEditedPathAndClearsIt) {
     EXPECT_EQ(editor.List2.listIndex(), -1);
 }
 
-TEST_F(PlaylistEntriesTest, AddsAnyTextWithoutCheckingIt) {
+TEST_F(PlaylistEntriesTest, AddsATextWithoutCheckingWhetherSuchAFileExists) {
     open({});
     add("  no file at all.wav ");
     EXPECT_THAT(lines(editor.List2), ElementsAre("  no file at all.wav "));
@@ -152,7 +153,7 @@ TEST_F(PlaylistEntriesTest, DoesNotAddATextOfBlanks) {
     EXPECT_THAT(store.writes, IsEmpty());
 }
 
-TEST_F(PlaylistEntriesTest, APathInTheListIsNotAddedAndStaysInTheBox) {
+TEST_F(PlaylistEntriesTest, APathThatIsAlreadyInTheListIsNotAddedAndStaysInTheBox) {
     open({pathA, pathB});
     add(pathB);
     EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathB));
@@ -201,7 +202,8 @@ TEST_F(PlaylistEntriesTest, DelistsTheSelectedEntryInOneWriteOfTheStore) {
     EXPECT_EQ(store.fileWrites, 1);
     EXPECT_THAT(lines(editor.List3), IsEmpty());
     EXPECT_EQ(editor.List2.listIndex(), -1);
-    // The selected index is used as a key, so the previous entry's key is emptied for a moment.
+    // The selected index, which counts from 0, is used as a key, and keys count from 1. So the key
+    // of the previous entry is emptied until the list is written again.
     EXPECT_THAT(store.writes,
                 ElementsAre(wrote("1", ""), wrote("HowMany", "0"), wrote("HowMany", "1"),
                             wrote("1", pathA), wrote("HowMany", "2"), wrote("2", pathC)));
@@ -233,7 +235,8 @@ TEST_F(PlaylistEntriesTest, DelistingTheOnlyEntryLeavesItsKeyAndAKey0) {
     }
 }
 
-TEST_F(PlaylistEntriesTest, DelistingRemovesEveryEntryWithAnotherExtension) {
+// An ending in mixed case, "Mp3", does not count.
+TEST_F(PlaylistEntriesTest, DelistingAlsoRemovesEveryEntryThatDoesNotEndInMp3) {
     open({pathA, "Empty", "c:\\b.wav", "c:\\c.Mp3", "c:\\d.MP3", "mp3", "c:\\e.mp3 ", pathB});
     select(7);
     editor.Command6.click();
@@ -261,7 +264,7 @@ TEST_F(PlaylistEntriesTest, DelistingClosesTheGapOfAMissingKey) {
     EXPECT_THAT(inStore(), ElementsAre(pathA));
 }
 
-TEST_F(PlaylistEntriesTest, DelistWithoutASelectionStillRemovesEntriesWithAnotherExtension) {
+TEST_F(PlaylistEntriesTest, DelistingWithoutASelectionStillRemovesEntriesThatDoNotEndInMp3) {
     open({pathA, "Empty", pathB});
     editor.Command6.click();
     EXPECT_EQ(store.held("music", "-1"), "");
@@ -281,7 +284,7 @@ TEST_F(PlaylistEntriesTest, CompactPlayListFailsWithoutASelection) {
     EXPECT_THAT(inStore(), ElementsAre(pathA, "Empty", pathB));
 }
 
-TEST_F(PlaylistEntriesTest, CompactPlayListStoresTheCountAfterEachEntry) {
+TEST_F(PlaylistEntriesTest, CompactPlayListStoresTheCountAfterEachEntryThatLeavesTheList) {
     open({pathA, pathB, pathC});
     select(0);
     EXPECT_TRUE(playlist.entries.CompactPlayList().ok());
@@ -341,7 +344,7 @@ TEST_F(PlaylistEntriesTest, DelistingDropsWhatTheScratchListContained) {
     }
 }
 
-TEST_F(PlaylistEntriesTest, NoChangeOfTheListYields) {
+TEST_F(PlaylistEntriesTest, AddingAndDelistingDoNotYield) {
     open({pathA, pathB});
     add(pathC);
     select(0);
@@ -357,8 +360,9 @@ TEST_F(PlaylistEntriesTest, ReadersOfTheStoreSeeEachStepOfADelisting) {
         bool byProcedure;
         std::vector<std::string> counts;
     };
-    // The stored count after each line that leaves the list. The first of them is the delisted
-    // line, and the count is written after the line has left.
+    // `counts`: the stored count at each removal of a line from List2. The delisted line is removed
+    // first; then the two other lines move to List3. CompactPlayList stores the new count after
+    // each line that moves, and "Delist" only after the last one.
     for (const Row& row : {Row{false, {"3", "3", "3"}}, Row{true, {"3", "3", "1"}}}) {
         open({pathA, pathB, pathC});
         std::vector<std::string> counts;

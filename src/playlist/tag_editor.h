@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Writes the tag of the edited file (Text5) from the boxes. It does not read the file and asks no
-// question before it overwrites the tag.
+// Writes the texts of the playlist editor's tag boxes to the tag of the edited file (Text5). It
+// does not read the file and asks no question before it overwrites the tag.
 #pragma once
 
 #include "forms/frm_playlist.h"
@@ -15,9 +15,9 @@ class TagEditor {
     TagEditor(const TagEditor&) = delete;
     TagEditor& operator=(const TagEditor&) = delete;
 
-    /// " Write tag": overwrites the file's last 128 bytes with the tag in one call, even if those
-    /// bytes are not a tag. A shorter file is overwritten from its start; a missing file is
-    /// created. A file that cannot be opened for writing is unchanged, without a message.
+    /// The button " Write tag": with one write, replaces the file's last 128 bytes by the tag, even
+    /// if those bytes are not a tag. A shorter file is overwritten from its start; a missing file
+    /// is created. A file that cannot be opened for writing is unchanged, without a message.
     void cmdTag_Click();
 
   private:

@@ -56,7 +56,7 @@ TEST_F(TagEditorTest, WritesTheBoxesOverTheLast128BytesInOneCall) {
     EXPECT_EQ(editor.Text5.text(), "  " + pathA + " ");
 }
 
-TEST_F(TagEditorTest, SwapsTitleAndArtistAtEachReadAndWrite) {
+TEST_F(TagEditorTest, AReadFollowedByAWriteSwapsTitleAndArtistEachTime) {
     disk.addFile(pathA, Mp3Bytes(1000).header(1, commonHeader).end(tagOf("T", "A")).content);
     editor.Text5.setText(pathA);
     for (const bool exchanged : {true, false, true}) {
@@ -68,7 +68,7 @@ TEST_F(TagEditorTest, SwapsTitleAndArtistAtEachReadAndWrite) {
     }
 }
 
-TEST_F(TagEditorTest, WritingATagChangesNoBoxAndNoLine) {
+TEST_F(TagEditorTest, WritingATagChangesNoBoxAndNoHeaderLine) {
     disk.addFile(pathA, sound(1000));
     fill({"a", "b", "c", "d", "e", "1", "seven", "eight"});
     editor.List1.addItem("line");
@@ -78,7 +78,7 @@ TEST_F(TagEditorTest, WritingATagChangesNoBoxAndNoLine) {
     EXPECT_EQ(editor.Text5.text(), pathA);
 }
 
-TEST_F(TagEditorTest, DoesNothingForBlanks) {
+TEST_F(TagEditorTest, DoesNothingIfThePathIsEmptyOrBlank) {
     for (const char* nothing : {"", "   "}) {
         write(nothing);
         EXPECT_THAT(disk.log, IsEmpty());
@@ -90,7 +90,7 @@ TEST_F(TagEditorTest, OverwritesAShortFileFromItsStart) {
     for (const std::size_t length : {0U, 1U, 99U, 100U, 127U}) {
         disk.addFile(pathA, sound(length));
         write(pathA);
-        EXPECT_EQ(disk.content(pathA), tagOf("Artist")) << length;
+        EXPECT_EQ(disk.content(pathA), tagOf("Artist")) << length << " bytes";
     }
 }
 
@@ -99,7 +99,7 @@ TEST_F(TagEditorTest, WritesAtTheEndOfAFileOf128BytesOrMore) {
     for (const std::size_t length : {128U, 129U, 255U, 256U, 257U}) {
         disk.addFile(pathA, sound(length));
         write(pathA);
-        EXPECT_EQ(disk.content(pathA), sound(length - 128) + tagOf("Artist")) << length;
+        EXPECT_EQ(disk.content(pathA), sound(length - 128) + tagOf("Artist")) << length << " bytes";
     }
 }
 
@@ -177,7 +177,7 @@ TEST_F(TagEditorTest, AReadAndAWriteKeepEveryByteButNullAndTrailingBlanks) {
         editor.Text5.setText(pathA);
         editor.cmdHdr2.click();
         editor.cmdTag.click();
-        EXPECT_EQ(end(pathA), tag) << first;
+        EXPECT_EQ(end(pathA), tag) << "the fields begin with the character code " << first;
     }
 }
 
@@ -189,7 +189,7 @@ TEST_F(TagEditorTest, AFileThatShrankSinceItWasReadGetsTheTagAtItsNewEnd) {
         disk.addFile(pathA, sound(length));
         editor.cmdTag.click();
         const std::string kept = length < 128 ? "" : sound(length - 128);
-        EXPECT_EQ(disk.content(pathA), kept + tagOf(pathA, "Title")) << length;
+        EXPECT_EQ(disk.content(pathA), kept + tagOf(pathA, "Title")) << length << " bytes";
         EXPECT_EQ(editor.Text4(8).text(), "48000 bytes") << "the file was read again";
     }
 }

@@ -15,7 +15,7 @@ namespace sonarith {
 /// The section that contains the fields of AppSettings.
 inline constexpr const char* settingsSection = "Settings";
 
-// The keys of that section. The preferences read the destination folder's key from the store again.
+// The keys of that section.
 inline constexpr const char* audioFormatKey = "Audio format";
 inline constexpr const char* encodingQualityKey = "Encoding quality";
 inline constexpr const char* encodingBitrateKey = "Encoding bitrate";

@@ -51,7 +51,7 @@ TEST(LoadSettings, ReadsEachKeyOnceInTheFixedOrder) {
                             "encode after extracting", "mute button"));
 }
 
-TEST(LoadSettings, StoresEachKeyInItsOwnField) {
+TEST(LoadSettings, ReadsEachValueIntoItsOwnField) {
     FakeSettingsStore store;
     int value = 10;
     for (const char* key :
@@ -83,7 +83,7 @@ TEST(LoadSettings, KeepsTheOldValueInsteadOfTheDefaultForAValueThatIsNotANumber)
     EXPECT_EQ(running.hdWarningNo, 77);
 }
 
-TEST(LoadSettings, KeepsTheOldValueForANumberThatDoesNotFit) {
+TEST(LoadSettings, KeepsTheOldValueForANumberThatDoesNotFitIn16Bits) {
     FakeSettingsStore store;
     store.put("Settings", "HDWarningNo", "70000");
     store.put("Settings", "HDStopNo", "-40000");

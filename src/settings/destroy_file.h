@@ -12,8 +12,8 @@
 namespace sonarith {
 
 /// Deletes the file, then yields for 0.2 seconds. A file that cannot be opened for writing (in use,
-/// read-only) is not deleted. A failure to open or to delete the file is returned at once, with its
-/// number and text and "p_DestroyFile" as its source.
+/// read-only) is not deleted. A failure to open or to delete the file is returned at once: with the
+/// number and text of that failure, and with "p_DestroyFile" as Error::source.
 Status p_DestroyFile(const std::string& path, FileSystem& fileSystem, EventLoop& loop);
 
 } // namespace sonarith

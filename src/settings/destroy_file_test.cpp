@@ -44,7 +44,7 @@ TEST_F(DestroyFileTest, SucceedsForAFileThatDidNotExist) {
     EXPECT_FALSE(disk_.fileExists("c:\\music\\a.wav"));
 }
 
-TEST_F(DestroyFileTest, YieldsForAFifthOfASecond) {
+TEST_F(DestroyFileTest, YieldsDuringAPauseOfAFifthOfASecondAfterTheDeletion) {
     disk_.addFolder("c:\\music");
     bool ran = false;
     loop_.after(150ms, [&] {
@@ -69,7 +69,7 @@ TEST_F(DestroyFileTest, EndsItsPauseIfTheClockIsSetBack) {
     EXPECT_THAT(destroyTime(), Le(120ms));
 }
 
-TEST_F(DestroyFileTest, KeepsAFileInUseAndReturnsTheFailureAtOnce) {
+TEST_F(DestroyFileTest, DoesNotDeleteAFileThatIsInUseAndReturnsTheFailureAtOnce) {
     disk_.addFile("c:\\music\\a.wav", "sound");
     disk_.failWith(Operation::touchForWriting, "c:\\music\\a.wav", ErrorNumber::permissionDenied);
     const Status status = destroy();

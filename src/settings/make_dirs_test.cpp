@@ -32,7 +32,7 @@ class MakeDirsTest : public ::testing::Test {
     test::FakeMousePointer pointer_;
 };
 
-TEST_F(MakeDirsTest, CreatesAndEntersEachLevelInThisOrder) {
+TEST_F(MakeDirsTest, CreatesAndThenEntersEachLevel) {
     EXPECT_TRUE(make("c:\\Music\\Wav"));
     EXPECT_THAT(disk_.log,
                 ElementsAre("changeDrive c:\\Music\\Wav\\", "changeFolder \\", "makeFolder Music",
@@ -47,7 +47,7 @@ TEST_F(MakeDirsTest, TheLastFolderBecomesTheCurrentFolder) {
     EXPECT_EQ(disk_.currentFolder(), "c:\\Music\\Wav");
 }
 
-TEST_F(MakeDirsTest, SkipsExistingFolders) {
+TEST_F(MakeDirsTest, EntersExistingFoldersAndCreatesTheMissingFolder) {
     disk_.addFolder("c:\\music\\wav");
     EXPECT_TRUE(make("c:\\MUSIC\\wav\\new"));
     EXPECT_TRUE(disk_.folderExists("c:\\music\\wav\\new"));
@@ -86,8 +86,9 @@ TEST_F(MakeDirsTest, StopsIfAFolderCannotBeCreated) {
 }
 
 TEST_F(MakeDirsTest, StopsAtAFolderThatCannotBeEntered) {
-    disk_.addFile(
-        "c:\\music"); // a file of that name: makeFolder's error is ignored, but not changeFolder's
+    // A file with the name of the folder: makeFolder() fails as for an existing folder, and that
+    // error is ignored; then changeFolder() fails, and that error is not ignored.
+    disk_.addFile("c:\\music");
     expectFailure("c:\\music\\wav");
     EXPECT_EQ(disk_.log.back(), "changeFolder music");
     EXPECT_EQ(disk_.currentFolder(), "c:\\");

@@ -16,7 +16,7 @@ namespace {
 constexpr int margin = 6;
 constexpr int gap = 4;
 constexpr int clipSide = 22;   ///< the picture in which the activity clip plays
-constexpr int symbolSide = 18; ///< the pictures of the source and the destination
+constexpr int symbolSide = 18; ///< the activity bar's pictures "Source" and "Destination"
 constexpr int progressHeight = 12;
 
 } // namespace

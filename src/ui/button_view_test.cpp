@@ -61,10 +61,10 @@ TEST_F(ButtonViewTest, ADoubleClickIsOneClick) {
     parent.show();
     for (QWidget* view : {static_cast<QWidget*>(&text), static_cast<QWidget*>(&icon)}) {
         clicks = 0;
-        // The events have the types and the order in which the desktop sends them: a press, a
-        // release, the second press as a double click, a release.
+        // These are the events that the desktop sends for a double click: a press, a release, the
+        // second press as an event of another type (double click), a release.
         QTest::mouseClick(view, Qt::LeftButton);
-        QTest::mouseDClick(view, Qt::LeftButton); // only the second press
+        QTest::mouseDClick(view, Qt::LeftButton); // sends only the second press
         QTest::mouseRelease(view, Qt::LeftButton);
         EXPECT_EQ(clicks, 1);
         QTest::mouseClick(view, Qt::LeftButton);
@@ -87,7 +87,7 @@ TEST_F(ButtonViewTest, ATextButtonShowsItsCaptionWithAnUnusedMnemonic) {
     EXPECT_EQ(view.objectName(), "CmdSelectAction");
 }
 
-TEST_F(ButtonViewTest, APictureButtonShowsItsCaptionAsToolTip) {
+TEST_F(ButtonViewTest, APictureButtonShowsItsCaptionAsToolTipIfItsControlHasNoToolTip) {
     const IconButtonView view(model, Symbol::search, &parent);
     EXPECT_EQ(view.toolTip(), "Start ");
     EXPECT_EQ(view.accessibleName(), "Start ");

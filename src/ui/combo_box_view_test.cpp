@@ -51,7 +51,7 @@ TEST_F(ComboBoxViewTest, ACursorKeySelectsAnEntryAndRunsTheHandlerOnce) {
     EXPECT_EQ(clicks, 1);
 }
 
-TEST_F(ComboBoxViewTest, ChoosingTheSelectedEntryRunsTheHandler) {
+TEST_F(ComboBoxViewTest, ChoosingTheEntryThatIsAlreadySelectedRunsTheHandler) {
     model.setListIndex(1).passOver();
     clicks = 0;
     view.showPopup();

@@ -33,7 +33,7 @@ TEST_F(ControlViewTest, TheWidgetIsVisibleAndEnabledLikeTheControl) {
     EXPECT_FALSE(widget.isEnabled());
 }
 
-TEST_F(ControlViewTest, TheAccessibleNameIsTheCaptionOrTheToolTipOrTheLabel) {
+TEST_F(ControlViewTest, TheAccessibleNameIsTheCaptionOrElseTheToolTipOrElseTheLabelOfTheView) {
     EXPECT_EQ(widget.accessibleName(), "12 Bytes");
     model.setCaption("");
     EXPECT_EQ(widget.accessibleName(), "Bytes captured");
@@ -78,7 +78,7 @@ TEST_F(ControlViewTest, AChangeOfAPropertyUpdatesOnlyThatProperty) {
     EXPECT_THAT(shown, testing::ElementsAre(Property::caption, Property::enabled));
 }
 
-TEST_F(ControlViewTest, AControlMayChangeAfterItsWidgetIsDestroyed) {
+TEST_F(ControlViewTest, AControlMayChangeAfterOneOfItsViewsIsDestroyed) {
     {
         QWidget brief(&parent);
         const ControlView briefView(model, brief, {}, "");

@@ -42,9 +42,9 @@ class DevicesWindow : public QDialog {
 
     /// Searches for devices again and shows the window.
     void open() override;
-    /// Stores a drive (a device node or the path of an image) and calls refreshList. While the
-    /// drive is in use, shows the window with a message instead. Also called for an image that is
-    /// dropped on the main window.
+    /// Stores a drive (a device node or the path of an image) and calls refreshList. While an
+    /// action is using the current drive, shows the window with a message instead. Also called for
+    /// an image that is dropped on the main window.
     void chooseDrive(const std::string& drive);
 
   protected:

@@ -85,7 +85,7 @@ class DevicesWindowTest : public testing::Test {
     DevicesWindow window{devices, calls()};
 };
 
-TEST_F(DevicesWindowTest, ListsTheEntryFirstDriveFoundAndAllDrives) {
+TEST_F(DevicesWindowTest, ListsADefaultEntryAndThenAllDrives) {
     window.open();
     EXPECT_TRUE(window.isVisible());
     EXPECT_FALSE(window.isModal());
@@ -109,7 +109,7 @@ TEST_F(DevicesWindowTest, EachBoxHasALabelForScreenReaders) {
     }
 }
 
-TEST_F(DevicesWindowTest, AStoredImageAndAMissingDriveAreListed) {
+TEST_F(DevicesWindowTest, TheStoredChoiceIsListedLastIfItIsAnImageOrAMissingDrive) {
     drive = "/m/Die Lieder.cue";
     window.open();
     EXPECT_EQ(listed().back(), "Disc image: Die Lieder.cue");
@@ -119,7 +119,7 @@ TEST_F(DevicesWindowTest, AStoredImageAndAMissingDriveAreListed) {
     EXPECT_EQ(child<QListWidget>("drives").currentRow(), 3);
 }
 
-TEST_F(DevicesWindowTest, AClickOnADriveStoresItThenRefreshesTheListThenShowsTheReport) {
+TEST_F(DevicesWindowTest, AClickOnADriveStoresItThenRunsRefreshListThenShowsTheReport) {
     window.open();
     onRefresh = [&] {
         report = "Sector 12 is torn.";
@@ -140,14 +140,14 @@ TEST_F(DevicesWindowTest, CursorKeysOnlyMoveTheCurrentRowAndReturnChoosesADrive)
     EXPECT_EQ(drive, "/dev/sr1");
 }
 
-TEST_F(DevicesWindowTest, EachPickOfAnImageStoresItsPathByteForByteAndRefreshesTheList) {
+TEST_F(DevicesWindowTest, EachPickOfAnImageStoresItsPathByteForByteAndRunsRefreshList) {
     window.open();
     picked = "/m/caf\xE9.toc";
     child<QPushButton>("pickImage").click();
     child<QPushButton>("pickImage").click();
     EXPECT_THAT(log, ElementsAre("drive /m/caf\xE9.toc", "refresh /m/caf\xE9.toc",
                                  "drive /m/caf\xE9.toc", "refresh /m/caf\xE9.toc"));
-    // Another drive can then be chosen from the list.
+    // The user can then choose the entry "First drive found", whose name is empty.
     clickDrive(0);
     EXPECT_EQ(drive, "");
 }
@@ -175,7 +175,7 @@ TEST_F(DevicesWindowTest, OutputAndSourceAreStoredWhenChosen) {
     EXPECT_EQ(box.currentText(), "Default");
     QTest::keyClick(&box, Qt::Key_Down);
     EXPECT_EQ(output, "none");
-    // No source is stored yet: the box shows "None".
+    // While no source is stored, the box has an additional first entry "None".
     EXPECT_EQ(child<QComboBox>("source").currentText(), "None");
     QTest::keyClick(&child<QComboBox>("source"), Qt::Key_Down);
     EXPECT_EQ(source, "none");
@@ -208,7 +208,7 @@ TEST_F(DevicesWindowTest, ToolTipsShowMarkupInNamesAsPlainText) {
               plainToolTip(QStringLiteral("<b>Loud</b> & clear")));
 }
 
-TEST_F(DevicesWindowTest, UpdatesTheDiscReportWhileItIsOpen) {
+TEST_F(DevicesWindowTest, UpdatesTheDiscReportWhileTheWindowIsOpen) {
     window.open();
     auto& shown = child<QPlainTextEdit>("report");
     report = "Sector 12 is torn.";
@@ -220,7 +220,7 @@ TEST_F(DevicesWindowTest, UpdatesTheDiscReportWhileItIsOpen) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return shown.toPlainText() == "No problems were found."; }));
 }
 
-TEST_F(DevicesWindowTest, DoesNotUpdateTheReportWhileItIsHidden) {
+TEST_F(DevicesWindowTest, DoesNotUpdateTheDiscReportWhileTheWindowIsHidden) {
     window.open();
     window.hide();
     report = "Sector 12 is torn.";
@@ -255,13 +255,14 @@ TEST_F(DevicesWindowTest, EachOfItsControlsHasAnAccessibleName) {
     }
 }
 
-TEST_F(DevicesWindowTest, RefusesToChangeADriveInUseAndShowsAMessage) {
+TEST_F(DevicesWindowTest, RefusesAnotherChoiceWhileTheDriveIsInUseAndShowsAMessage) {
     drive = "/dev/sr0";
     inUse = true;
     window.chooseDrive("/discs/other.cue");
     EXPECT_THAT(log, IsEmpty());
     EXPECT_EQ(drive, "/dev/sr0");
-    // The message must be visible to a user who has dropped the image on another window.
+    // An image can be dropped on another window while this window is hidden. The user must see
+    // the message.
     EXPECT_TRUE(window.isVisible());
     EXPECT_EQ(child<QPlainTextEdit>("report").toPlainText(),
               "The drive is in use. Choose again after the action has ended.");

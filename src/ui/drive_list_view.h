@@ -17,7 +17,7 @@ class DriveListView : public DropDown {
     void showPopup() override;
 
   protected:
-    /// Lists the drives again: keys choose a drive without opening the list.
+    /// Lists the drives again, because a key can choose a drive while the list is closed.
     void keyPressEvent(QKeyEvent* event) override;
 
   private:

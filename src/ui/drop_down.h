@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The base class of views that show a drop-down list of a few texts. The mouse wheel over the
-// closed box changes nothing: a choice may start an action, and the user may have wanted to scroll.
+// closed list changes nothing: a choice may start an action, and the user may have wanted to scroll
+// the window.
 #pragma once
 
 #include <QComboBox>

@@ -13,7 +13,7 @@ std::string dropping(const QByteArray& list) {
     return droppedImage(data);
 }
 
-TEST(DroppedImage, TheFirstImageAmongTheFilesIsUsed) {
+TEST(DroppedImage, TheFirstDiscImageAmongTheFilesIsUsed) {
     EXPECT_EQ(dropping("file:///m/disc.bin\r\nfile:///m/disc.cue\r\nfile:///m/b.toc\r\n"),
               "/m/disc.cue");
     EXPECT_EQ(dropping("file:///m/DISC.TOC\r\n"), "/m/DISC.TOC");
@@ -23,7 +23,7 @@ TEST(DroppedImage, BytesOfThePathThatAreNotUtf8AreKept) {
     EXPECT_EQ(dropping("file:///m/caf%E9%20%C3%BC%25.cue\r\n"), "/m/caf\xE9 \xC3\xBC%.cue");
 }
 
-TEST(DroppedImage, OtherFilesAndRemoteUrlsAreNoImages) {
+TEST(DroppedImage, OtherFilesAndRemoteUrlsAreNoDiscImages) {
     EXPECT_EQ(dropping("file:///m/song.wav\r\n"), "");
     EXPECT_EQ(dropping("http://example.org/disc.cue\r\n"), "");
     EXPECT_EQ(dropping(""), "");

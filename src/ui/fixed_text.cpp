@@ -23,7 +23,7 @@ QLabel* makeFixedText(const QString& text, QWidget* named, QWidget* parent) {
 QLabel* makeHeading(const QString& text, QWidget* parent) {
     QLabel* heading = makeFixedText(text, nullptr, parent);
     heading->setObjectName(QStringLiteral("heading ") + text);
-    // The alpha value makes the heading paler than the value, on light and dark palettes.
+    // The transparency makes the heading paler than the value below it, on light and dark palettes.
     QPalette quiet = heading->palette();
     QColor color = quiet.color(QPalette::WindowText);
     color.setAlphaF(0.65F);

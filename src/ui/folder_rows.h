@@ -17,11 +17,11 @@ struct FolderRow {
 
 struct FolderRows {
     std::vector<FolderRow> rows;
-    int current = -1; ///< the row of the current folder; -1 without a path
+    int current = -1; ///< index in `rows` of the current folder; -1 if the path is empty
 };
 
-/// `path` has the form of DirListBox::path(). `subfolders` are the names of the subfolders of
-/// `path` in any order; their rows are sorted by name, ignoring case.
+/// `path` is the path of the current folder, as DirListBox::path() returns it. `subfolders` are the
+/// names of the subfolders of `path` in any order; their rows are sorted by name, ignoring case.
 [[nodiscard]] FolderRows folderRows(const std::string& path,
                                     const std::vector<std::string>& subfolders);
 

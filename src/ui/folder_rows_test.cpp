@@ -8,7 +8,7 @@ namespace {
 
 using testing::ElementsAre;
 
-TEST(FolderRows, AreTheDriveTheFoldersOfThePathAndTheSubfolders) {
+TEST(FolderRows, BeginWithTheDriveThenListTheFoldersOfThePathAndThenTheSubfolders) {
     const FolderRows made = folderRows("c:\\music\\wav", {"b", "A"});
     EXPECT_THAT(made.rows,
                 ElementsAre(FolderRow{"c:\\", "c:\\", 0}, FolderRow{"music", "c:\\music", 1},

@@ -50,7 +50,7 @@ class FolderViewsTest : public testing::Test {
     DriveListView drives{drive, "Drive", &parent};
 };
 
-TEST_F(FolderViewsTest, TheListShowsThePathToTheCurrentFolderAndTheSubfolders) {
+TEST_F(FolderViewsTest, TheFolderListShowsThePathToTheCurrentFolderAndThenItsSubfolders) {
     EXPECT_THAT(shown(), ElementsAre("c:\\", "music", "one", "two"));
     EXPECT_EQ(list.currentIndex().row(), 1);
     EXPECT_EQ(list.accessibleName(), "Folder");
@@ -129,7 +129,7 @@ TEST_F(FolderViewsTest, TheListOfDrivesShowsTheDrivesThatExistWhenItOpens) {
     drives.hidePopup();
 }
 
-TEST_F(FolderViewsTest, AChosenDriveBecomesTheControlsDrive) {
+TEST_F(FolderViewsTest, AChosenDriveIsSetInTheControlAndADriveSetByCodeIsShown) {
     int changes = 0;
     drive.onChange = [&] {
         ++changes;

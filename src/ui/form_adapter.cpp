@@ -122,9 +122,8 @@ void FormAdapter::designSize() {
 }
 
 void FormAdapter::followPlace() {
-    // Both coordinates are read before the form is notified of the first one: a position with only
-    // one new coordinate must not move the window.
     const QPoint place = window_.pos() - primaryScreen().topLeft();
+    // Until the form has both new coordinates, its changes must not move the window.
     following_ = true;
     form_.setLeft(toTwips(place.x()));
     form_.setTop(toTwips(place.y()));

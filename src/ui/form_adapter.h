@@ -56,9 +56,10 @@ class FormAdapter : public QObject {
     Twips agreedHeight_;
     /// The form is being updated after a change by the desktop: the window must not be changed.
     bool following_ = false;
-    /// The frame that the desktop announced before it added one; empty if it announced none.
+    /// The size of the window's frame, as the window manager announced it before it added the
+    /// frame; 0 by 0 if no size was announced.
     QSize expectedFrame_{0, 0};
-    /// The size was set before the size of the window's frame was known.
+    /// The window got the form's size before the size of the window's frame was known.
     bool frameIsPending_ = false;
     Connection changed_;
     Connection shown_;

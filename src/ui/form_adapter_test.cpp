@@ -96,8 +96,8 @@ TEST_F(FormAdapterTest, TheWindowMovesWithTheFormAndTheFormWithTheWindow) {
     QCoreApplication::processEvents();
     EXPECT_EQ(form.left(), Twips(300));
     EXPECT_EQ(form.top(), Twips(450));
-    // The window is now on the other screen, to the left of the primary screen and above its
-    // corner.
+    // This position is on the second screen: to the left of the primary screen, and above the top
+    // edge of the primary screen.
     window.move(0, 0);
     QCoreApplication::processEvents();
     EXPECT_EQ(form.left(), Twips(-800 * 15));
@@ -136,7 +136,7 @@ TEST_F(FormAdapterTest, TheWindowIsResizedWithTheFormAndTheFormWithTheWindow) {
     EXPECT_EQ(window.size(), QSize(400, 250));
 }
 
-TEST_F(FormAdapterTest, DesignSizeAddsTheFrameToTheSizeOfTheWindow) {
+TEST_F(FormAdapterTest, DesignSizeSetsTheFormsSizeToTheSizeOfTheWindowWithItsFrame) {
     window.resize(300, 200);
     adapter.designSize();
     form.show();
@@ -148,7 +148,8 @@ TEST_F(FormAdapterTest, DesignSizeAddsTheFrameToTheSizeOfTheWindow) {
     EXPECT_EQ(form.height(), toTwips(200 + frame.height()));
     EXPECT_EQ(form.innerWidth(), toTwips(300));
     EXPECT_EQ(form.innerHeight(), toTwips(200));
-    // Neither the size nor the position of the window changes afterwards.
+    // A later change of the form's caption or position changes neither the window's size nor the
+    // form's size.
     form.setCaption("other");
     form.setLeft(1500_twips);
     QCoreApplication::processEvents();
@@ -222,7 +223,7 @@ TEST_F(FormAdapterTest, APressOnTheWindowOutsideOfItsControlsIsReportedToTheForm
     EXPECT_EQ(presses, 1);
 }
 
-TEST_F(FormAdapterTest, ADragOfTheCaptionBeforeTheWindowExistsIsIgnored) {
+TEST_F(FormAdapterTest, ADragOfTheCaptionBeforeTheWindowIsFirstShownIsIgnored) {
     form.captionGrasped.emit();
     EXPECT_FALSE(window.isVisible());
 }

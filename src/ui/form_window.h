@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Defines FormWindow, the top-level window of a form, and WindowLayout, its description. The layout
-// creates the contents of the window; the form contains the window's behaviour. The main window
-// has a class of its own (main_window_view.h). lazy_window.h creates each window when it is first
-// shown.
+// creates the contents of the window; the handlers of the form and its controls implement the
+// window's behaviour. The main window has a class of its own (main_window_view.h). lazy_window.h
+// creates each window when its form is first shown.
 //
 // A window is laid out in a file ui/<name>_layout.cpp, by one function that returns its
 // WindowLayout:
@@ -80,8 +80,8 @@ using HelpCall = std::function<void(const Form&)>;
 
 class FormWindow : public QWidget {
   public:
-    /// Shows the window at once if the form is already visible. If the designed size is too small
-    /// for the contents, the size of the contents replaces it.
+    /// Shows the window at once if the form is already visible. With LeastSize::contents, enlarges
+    /// a designed size that is too small for the contents.
     explicit FormWindow(WindowLayout layout, HelpCall help = {});
 
     /// The part of the window below the menu bar.

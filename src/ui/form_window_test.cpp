@@ -77,7 +77,7 @@ TEST_F(FormWindowTest, HasTheDesignedSizeTheCaptionAndAnIconWhenItsFormIsShown) 
     EXPECT_NE(window.findChild<QWidget*>("Text1"), nullptr);
 }
 
-TEST_F(FormWindowTest, ARequestOfTheWindowManagerToCloseUnloadsItsForm) {
+TEST_F(FormWindowTest, WhenTheWindowManagerClosesTheWindowTheFormIsUnloaded) {
     std::vector<std::string> log;
     form.onQueryUnload = [&] {
         log.emplace_back("query");
@@ -180,7 +180,7 @@ TEST_F(FormWindowTest, ButtonsHaveMnemonicsThatMenusAndOtherButtonsDoNotUse) {
     EXPECT_EQ(window.findChild<QPushButton*>("cmdclear")->text(), "Cl&ear");
 }
 
-TEST_F(FormWindowTest, TheMenuKeyRunsTheLayoutsFunctionOrElseTheFormsRightPress) {
+TEST_F(FormWindowTest, TheMenuKeyRunsTheFunctionOfTheLayoutOrElseTheFormsRightPressHandler) {
     std::vector<std::string> log;
     QPoint place;
     form.onMouseDown = [&](MouseButtons buttons) {
@@ -231,7 +231,8 @@ TEST_F(FormWindowTest, ADesignedSizeThatIsTooSmallIsReplacedByTheSizeOfTheConten
     form.unload();
     form.onLoad = [&] {
         EXPECT_EQ(form.width(), Twips(least.width() * 15))
-            << "the form does not have the grown width, by which the load step centres the window";
+            << "the form does not have the width of the grown window; a load step that centres the "
+               "window needs this width";
     };
     show();
     EXPECT_EQ(window.size(), least);
@@ -246,7 +247,8 @@ TEST_F(FormWindowTest, ACentredWindowStaysCentredWhenItGrows) {
     };
     form.show();
     const FormWindow window(layout());
-    // The frame is not included, because it is unknown until the window is on the screen.
+    // The test ignores the window's frame, because the size of the frame is unknown until the
+    // window is on the screen.
     EXPECT_NEAR(window.geometry().center().x(), screen.center().x(), 2);
     EXPECT_NEAR(window.geometry().center().y(), screen.center().y(), 2);
 }
@@ -260,7 +262,7 @@ TEST_F(FormWindowTest, WithoutALeastSizeTheWindowCanBeSmallerThanItsContents) {
     EXPECT_EQ(window.frameGeometry().size(), QSize(300, 40));
 }
 
-TEST_F(FormWindowTest, EveryWidgetHasAnAccessibleName) {
+TEST_F(FormWindowTest, EveryWidgetWithAnObjectNameHasAnAccessibleName) {
     FormWindow window(layout());
     EXPECT_EQ(window.accessibleName(), "File Finder");
     for (const QWidget* widget : window.findChildren<QWidget*>()) {

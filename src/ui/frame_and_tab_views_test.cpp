@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests the views of the two controls on which other widgets are laid out: frames and tab controls.
+// Tests the views of frames and tab controls. Other widgets are laid out on these views.
 #include <QTabBar>
 #include <QTest>
 #include <gmock/gmock.h>
@@ -11,7 +11,7 @@
 namespace sonarith {
 namespace {
 
-TEST(FrameView, ShowsItsCaptionAndDisablesItsContents) {
+TEST(FrameView, ShowsItsCaptionAndDisablesItsContentsIfTheFrameIsDisabled) {
     Form form("FrmPrefs");
     Frame model(form, "DriveSpace", "Drives & Space");
     QWidget parent;
@@ -41,7 +41,7 @@ TEST_F(TabControlViewTest, HasAPageForEachCaption) {
     EXPECT_EQ(view.accessibleName(), "Preferences");
 }
 
-TEST_F(TabControlViewTest, APageCanBeSelectedByCodeByAKeyAndByAClick) {
+TEST_F(TabControlViewTest, APageCanBeSelectedByCodeOrAKeyOrAClick) {
     model.setTab(2).passOver();
     EXPECT_EQ(view.currentIndex(), 2);
     QTest::keyClick(view.tabBar(), Qt::Key_Left);

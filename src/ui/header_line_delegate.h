@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Paints a line of the playlist editor's list with the header of an MP3 file in two columns: a
-// label and a value. The logic pads the label with blanks that align the values only in one
-// particular font; this delegate aligns the values in every font.
+// The playlist editor has a list that shows the fields of an MP3 file's header. This delegate
+// paints each line of that list in two columns: a label and a value. The logic pads the label with
+// blanks that align the values only in one particular font; this delegate aligns the values in
+// every font.
 #pragma once
 
 #include <QStyledItemDelegate>

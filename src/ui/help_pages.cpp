@@ -8,9 +8,9 @@
 #include <QFile>
 #include <QObject>
 
-/// The linker drops an object of a static library if nothing refers to it. This function refers to
-/// the object that contains the help pages. It is outside of the namespace because the macro does
-/// not work inside a namespace.
+/// The linker omits an object file of a static library if nothing refers to that file. This
+/// function refers to the object file that contains the help pages. The function is outside of the
+/// namespace because Q_INIT_RESOURCE does not work inside a namespace.
 static void keepHelpResource() {
     Q_INIT_RESOURCE(help);
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Returns the list of the help pages that ship with the program, their folder, and the page about
-// each window. The texts of the pages are in share/help/.
+// Lists the help pages that ship with the program, and finds their folder and the page about a
+// given window. The texts of the pages are in share/help/.
 #pragma once
 
 #include <string>
@@ -11,7 +11,7 @@
 namespace sonarith {
 
 struct HelpPage {
-    QString file; ///< below the help folder
+    QString file; ///< the name of a file in helpFolder()
     QString title;
 };
 

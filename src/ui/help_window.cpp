@@ -17,7 +17,8 @@
 namespace sonarith {
 namespace {
 
-/// The size of printed text; the desktop's own size is used if it is larger.
+/// The minimum font size of the help text, in points; 11 is usual in print. The desktop's font size
+/// is used if it is larger.
 constexpr qreal textPoints = 11;
 
 /// Device-independent pixels. The widest picture of a page (540) fits beside the longest title.
@@ -72,7 +73,7 @@ void HelpWindow::buildLayout() {
     search_->setAccessibleName(tr("Search in all pages"));
     search_->setPlaceholderText(tr("Search"));
     search_->setClearButtonEnabled(true);
-    // No accessible name is set, because a screen reader would read that name instead of the text.
+    // This label gets no accessible name: a screen reader would read that name instead of the text.
     outcome_->setObjectName(QStringLiteral("outcome"));
 
     auto* bar = new QHBoxLayout;

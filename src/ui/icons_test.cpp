@@ -60,7 +60,7 @@ TEST(Icons, ChangeWithTheTextColourOfThePalette) {
     QGuiApplication::setPalette(before);
 }
 
-TEST(Icons, ADisabledSymbolDiffersFromAnEnabledOne) {
+TEST(Icons, ASymbolLooksDifferentWhenDisabled) {
     for (const Symbol symbol : {Symbol::exit, Symbol::play, Symbol::pause, Symbol::nextTrack,
                                 Symbol::previousTrack, Symbol::eject, Symbol::preferences}) {
         EXPECT_NE(paint(makeIcon(symbol), QIcon::Disabled), paint(makeIcon(symbol)));

@@ -67,7 +67,7 @@ void LabelEditor::focusOutEvent(QFocusEvent* event) {
         break;
     case Qt::PopupFocusReason:
     case Qt::MenuBarFocusReason:
-        // A menu of the editor or of the window has the focus only until the menu closes.
+        // The edit continues, since the editor gets the focus back when the menu closes.
         break;
     default:
         cancel();

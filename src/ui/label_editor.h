@@ -16,10 +16,11 @@ class LabelEditor : public QLineEdit {
     /// One of these two functions is called, once, when the edit ends. The return key finishes the
     /// edit, and so does a move of the focus within the window by mouse or tab key. The escape key
     /// cancels the edit, and so does any other loss of the focus (to another window or a message
-    /// box, or because the editor is hidden). So no file is renamed by accident.
+    /// box, or because the editor is hidden): a finished edit renames a file, and such a loss may
+    /// be an accident.
     std::function<void(const QString& text)> onFinished;
     std::function<void()> onCancelled;
-    /// Called for each press. If it returns true, the editor ignores the press.
+    /// Called for each press of a mouse button. If it returns true, the editor ignores the press.
     std::function<bool(QMouseEvent&)> takesPress;
 
   protected:

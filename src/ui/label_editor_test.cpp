@@ -59,14 +59,14 @@ TEST_F(LabelEditorTest, LosingTheFocusToAMenuDoesNotEndTheEdit) {
     EXPECT_THAT(log, IsEmpty());
 }
 
-TEST_F(LabelEditorTest, TheDownKeyDoesNotReachTheWidgetBelow) {
+TEST_F(LabelEditorTest, TheDownKeyDoesNotReachTheParentWidget) {
     QKeyEvent down(QEvent::KeyPress, Qt::Key_Down, Qt::NoModifier);
     down.ignore();
     QCoreApplication::sendEvent(&editor, &down);
     EXPECT_TRUE(down.isAccepted());
 }
 
-TEST_F(LabelEditorTest, APressThatItMustIgnoreDoesNotChangeTheSelection) {
+TEST_F(LabelEditorTest, APressForWhichTakesPressReturnsTrueDoesNotChangeTheSelection) {
     takesPress = true;
     QTest::mouseClick(&editor, Qt::LeftButton);
     EXPECT_EQ(editor.selectedText(), "one.wav");

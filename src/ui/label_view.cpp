@@ -53,7 +53,8 @@ void LabelView::setSecondary() {
 }
 
 QSize LabelView::sizeHint() const {
-    // An empty label keeps the height of a line, so that the height of the bars does not change.
+    // An empty label keeps the height of a line, so that a bar keeps its height when the text of a
+    // label in it becomes empty.
     return QLabel::sizeHint().expandedTo(QSize(0, fontMetrics().height()));
 }
 

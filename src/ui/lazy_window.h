@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Creates the window of a form when the form is first shown, so that the start of the program
-// builds only the windows that are visible then. After that, the window exists as long as this
-// object.
+// Creates the window of a form when the form is first shown, and keeps the window until this object
+// is destroyed. So the start of the program creates only the windows that it shows.
 #pragma once
 
 #include <memory>

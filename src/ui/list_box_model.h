@@ -21,7 +21,7 @@ class ListBoxModel : public QAbstractListModel {
     /// Which changes are gathered and announced together. All other changes are announced at once.
     enum class Gathered {
         additions, ///< lines added at the end; announced at the next event, at most once in 30 ms
-        changes,   ///< lines added and removed close to each other; announced 100 ms late
+        changes,   ///< lines added and removed near each other in the list; announced after 100 ms
     };
 
     /// `list` must outlive this object.

@@ -48,8 +48,9 @@ class ListBoxModelTest : public testing::Test {
     ListBox list{form, "lstdirs"};
 };
 
-/// Repeats the steps of a search in its list of folders to scan: the search inserts new folders
-/// below the first folder of the list, then removes the first folder.
+/// Makes the changes that a file search makes in its list of folders to scan: for each scanned
+/// folder, which is the first of the list, it inserts the subfolders below that folder and then
+/// removes that folder.
 TEST_F(ListBoxModelTest, ChangesCloseToEachOtherAreAnnouncedTogetherAndOnce) {
     fill({"scanned", "waiting", "last"});
     ListBoxModel model(list, Gathered::changes);
@@ -82,7 +83,7 @@ TEST_F(ListBoxModelTest, RemovalsWithoutAdditionsAreAlsoAnnouncedTogether) {
     EXPECT_THAT(announced.counts(), ElementsAre(0, 1, 0));
 }
 
-TEST_F(ListBoxModelTest, WithGatheredAdditionsOnlyLinesAtTheEndAreAnnouncedLater) {
+TEST_F(ListBoxModelTest, IfAdditionsAreGatheredOnlyLinesAddedAtTheEndAreAnnouncedLater) {
     fill({"a", "b", "c"});
     ListBoxModel model(list, Gathered::additions);
     const Announced announced(model);
@@ -97,8 +98,8 @@ TEST_F(ListBoxModelTest, WithGatheredAdditionsOnlyLinesAtTheEndAreAnnouncedLater
     EXPECT_THAT(rowsOf(model), ElementsAre("first", "b", "c", "before the last", "last"));
 }
 
-/// Repeats the steps of a search that scans folders without subfolders and then a folder with
-/// subfolders.
+/// The changes except the last are those of a file search that scans two folders without subfolders
+/// and then a folder with three subfolders.
 TEST_F(ListBoxModelTest, AChangeAtMostTwoLinesFromPendingChangesIsAnnouncedWithThem) {
     fill({"a", "b", "c", "d", "e", "f"});
     ListBoxModel model(list, Gathered::changes);
@@ -130,7 +131,7 @@ TEST_F(ListBoxModelTest, AChangeMoreThanTwoLinesFromPendingChangesIsAnnouncedAtO
     EXPECT_THAT(rowsOf(model), ElementsAre("first", "b", "c", "d", "new", "e", "f", "g"));
 }
 
-TEST_F(ListBoxModelTest, WhileChangesArePendingRowsAndLinesCanBeConverted) {
+TEST_F(ListBoxModelTest, RowsCanBeConvertedToLinesAndBackWhileChangesArePending) {
     fill({"a", "b", "c"});
     ListBoxModel model(list, Gathered::changes);
     list.addItem("new", 1).passOver();
@@ -157,8 +158,8 @@ TEST_F(ListBoxModelTest, ClearingTheListDiscardsPendingChanges) {
     EXPECT_THAT(rowsOf(model), ElementsAre("first"));
 }
 
-/// Makes changes of random kind in random order. At any time, rows can be converted to lines and
-/// back; after an announcement, the rows are the lines of the list.
+/// Makes changes of random kind in random order. At any time, an announced line can be converted to
+/// its row and back; after showAll(), the rows are the lines of the list.
 TEST_F(ListBoxModelTest, AfterRandomChangesTheRowsAreTheLinesOfTheList) {
     for (unsigned seed = 1; seed <= 40; ++seed) {
         SCOPED_TRACE(seed);

@@ -150,7 +150,7 @@ TEST_F(ListBoxViewTest, TheSelectedRowFollowsTheCurrentLineWhenLinesAreAddedOrRe
     EXPECT_THAT(log, ElementsAre("click two"));
 }
 
-TEST_F(ListBoxViewTest, TheModelAnnouncesLinesAddedAtTheEndTogether) {
+TEST_F(ListBoxViewTest, TheViewsModelAnnouncesInOneSignalTheLinesAddedAtTheEnd) {
     QSignalSpy announced(view.model(), &QAbstractItemModel::rowsInserted);
     for (int i = 0; i < 1000; ++i) {
         model.addItem("line");
@@ -163,7 +163,7 @@ TEST_F(ListBoxViewTest, TheModelAnnouncesLinesAddedAtTheEndTogether) {
     EXPECT_EQ(rows(), 1001);
 }
 
-TEST_F(ListBoxViewTest, TheModelAnnouncesTheFirstNewLinesAtTheNextEventAndLaterLinesInGroups) {
+TEST_F(ListBoxViewTest, TheViewsModelAnnouncesTheFirstNewLinesAtTheNextEventAndLaterLinesInGroups) {
     QTest::qWait(50);
     model.addItem("four");
     model.addItem("five");
@@ -202,8 +202,8 @@ TEST_F(ListBoxViewTest, WhileChangesArePendingAClickChoosesTheLineThatTheRowShow
     QTest::mouseClick(gathering.viewport(), Qt::LeftButton, {}, rowPlace(1));
     EXPECT_EQ(model.text(), "two");
     EXPECT_EQ(gathering.currentIndex().data().toString(), "two");
-    // At a cursor key, the pending changes are announced first. So the key moves to the line before
-    // the current line in the list, which is the new line.
+    // At a cursor key, the pending changes are announced first. So the key moves from "two" to the
+    // line that is now above it, which is "new".
     QTest::keyClick(&gathering, Qt::Key_Up);
     EXPECT_EQ(model.text(), "new");
     EXPECT_EQ(gathering.model()->rowCount(), 4);

@@ -115,7 +115,7 @@ TEST_F(MainWindowFit, TheWindowHasTheScaleThatTheEnvironmentRequests) {
     EXPECT_DOUBLE_EQ(view.devicePixelRatioF(), requested.isEmpty() ? 1.0 : requested.toDouble());
 }
 
-TEST_F(MainWindowFit, WhileIdleAllTextsFit) {
+TEST_F(MainWindowFit, InTheInitialStateAllTextsFit) {
     show();
     expectRoomForEach();
     expectWholeTexts();

@@ -73,7 +73,7 @@ bool MainWindowView::event(QEvent* event) {
 
 void MainWindowView::followBars() {
     // The grip strip fills the height between the bars, so it must be adjusted when a bar is shown
-    // or hidden. The resize layout, which runs after that, reads the height of the strip.
+    // or hidden: at once, because the resize layout, which runs next, reads the strip's height.
     for (PictureBox* bar : {&form_.Picture1, &form_.Picture2, &form_.Picture3, &form_.Picture4,
                             &form_.Picture5, &form_.Image3}) {
         connections_.push_back(bar->changed.connect([this](Property) { arrange(); }));
@@ -152,8 +152,8 @@ void MainWindowView::dropEvent(QDropEvent* event) {
     answerDrag(*event);
     const std::string path = droppedImage(*event->mimeData());
     if (!path.empty() && onImageDropped) {
-        // The handler runs after the drop has ended: reading the disc may show a question, and the
-        // program from which the file was dragged would wait until the user answers it.
+        // The handler runs after the drop has ended: reading the disc may show a question, and
+        // during the drop the program from which the file was dragged would wait for the answer.
         runLater(*this, [this, path] { onImageDropped(path); });
     }
 }

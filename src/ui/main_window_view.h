@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Shows the main window: the menus, the bars at its edges, the work tree, and beside the tree the
 // grip strip with a picture by which the user drags the window. Other files connect the controls to
-// the logic; the form's resize layout places the tree.
+// the logic; app/resize_layout.h places the tree.
 #pragma once
 
 #include <functional>
@@ -32,9 +32,9 @@ class MainWindowView : public QMainWindow {
     /// Returns whether a disc image may be dropped now. Called repeatedly while a disc image is
     /// dragged over the window. If it is not set, an image may always be dropped.
     std::function<bool()> acceptsImages;
-    /// Called when a disc image (.cue, .toc) was dropped from a file manager, with its path in the
-    /// machine's form, byte for byte. Also called if acceptsImages() returned true while the image
-    /// was dragged but returns false at the drop.
+    /// Called when a disc image (.cue, .toc) was dropped from a file manager. `machinePath` is its
+    /// path, byte for byte. Also called if acceptsImages() returned true while the image was
+    /// dragged but returns false at the drop.
     std::function<void(const std::string& machinePath)> onImageDropped;
 
   protected:

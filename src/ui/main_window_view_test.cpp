@@ -121,7 +121,7 @@ TEST_F(MainWindowViewTest, TheWindowCannotBecomeSmallerThanItsBars) {
     EXPECT_GE(placeOf("Picture2").top(), placeOf("TreeView1").bottom());
 }
 
-TEST_F(MainWindowViewTest, EveryControlHasAWidgetAndEveryWidgetAnAccessibleName) {
+TEST_F(MainWindowViewTest, ControlsThatCanBeVisibleHaveAWidgetAndAllWidgetsAnAccessibleName) {
     const char* controls[] = {
         "Picture1", "Picture2", "Picture3",     "Picture4",        "Picture5",  "Picture6",
         "Image3",   "Image4",   "Image5",       "Command5",        "Cmdhelp",   "C5555555",
@@ -132,7 +132,8 @@ TEST_F(MainWindowViewTest, EveryControlHasAWidgetAndEveryWidgetAnAccessibleName)
     for (const QWidget* child : view.findChildren<QWidget*>()) {
         const std::string name = child->objectName().toStdString();
         names.insert(name);
-        // Screen readers read the parts that Qt creates within a widget as parts of that widget.
+        // The parts that Qt creates within a widget need no name: screen readers read them as parts
+        // of that widget.
         if (!name.empty() && !name.starts_with("qt_")) {
             EXPECT_FALSE(child->accessibleName().isEmpty()) << name;
         }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows MenuItem models as the desktop's menus: their captions, ticks, separators, and whether
-// entries are enabled and visible. Runs a menu's onOpen handler before the menu opens.
-// popup_menus.h opens menus at the pointer.
+// Shows MenuItem models as Qt menus: their captions, ticks, separators, and whether entries are
+// enabled and visible. Runs a menu's onOpen handler before the menu opens. popup_menus.h opens
+// menus at the pointer.
 #pragma once
 
 #include <unordered_map>
@@ -44,7 +44,7 @@ class MenuBarView : public QMenuBar {
     /// `parent` is the window that gets the menu bar.
     MenuBarView(const std::vector<MenuItem*>& headings, QWidget* parent);
 
-    /// The menu of a heading of the bar or of one of its submenus; null for any other heading.
+    /// The menu or submenu that this bar created for `heading`; null if it created none.
     [[nodiscard]] QMenu* menuOf(const MenuItem& heading) const;
 
     /// The letters that open the bar's menus, in lower case.

@@ -70,12 +70,13 @@ TEST_F(MenuViewTest, ATriggeredEntryClicksItsModel) {
     EXPECT_EQ(clicks, 1);
 }
 
-TEST_F(MenuViewTest, OnlyTheModelSetsTicks) {
+TEST_F(MenuViewTest, OnlyTheModelChangesCheckMarks) {
     EXPECT_TRUE(action("mnuToolbar").isChecked());
     EXPECT_TRUE(action("mnuCDbar").isCheckable());
     EXPECT_FALSE(action("mnuOpenfile").isCheckable());
     action("mnuToolbar").trigger();
-    EXPECT_TRUE(action("mnuToolbar").isChecked()) << "the tick changed although the model did not";
+    EXPECT_TRUE(action("mnuToolbar").isChecked())
+        << "the check mark changed although the model did not";
     cd.onClick = [&] {
         cd.setChecked(!cd.checked());
     };

@@ -6,7 +6,7 @@
 namespace sonarith {
 namespace {
 
-TEST(Mnemonics, MarkTheFirstUnusedLetterOfEachCaption) {
+TEST(Mnemonics, MarkTheFirstLetterOfEachCaptionOrElseAnUnusedInnerLetter) {
     EXPECT_EQ(withMnemonics({"File", "Action", "Preferences", "Help"}),
               QStringList({"&File", "&Action", "&Preferences", "&Help"}));
     EXPECT_EQ(withMnemonics({"Start ", "Stop", "Refresh List"}),

@@ -42,8 +42,8 @@ OptionButtonView::OptionButtonView(OptionButton& button, const QString& label, Q
     showTabStop();
 }
 
-/// Makes the tab key stop at the selected button of the group, or at each button if none is
-/// selected.
+/// Makes the tab key stop at this button, unless another button of the group is selected, enabled
+/// and visible.
 void OptionButtonView::showTabStop() {
     const auto& buttons = button_.group().buttons();
     const bool elsewhere =
@@ -68,8 +68,8 @@ void OptionButtonView::keyPressEvent(QKeyEvent* event) {
     }
 }
 
-/// Chooses the next enabled and visible button of the group in the direction of `step`; after the
-/// last button follows the first one.
+/// Chooses the next enabled and visible button of the group: forwards if `step` is 1, backwards if
+/// `step` is -1. The first button counts as the neighbour of the last button.
 void OptionButtonView::chooseNeighbour(int step) {
     const auto& buttons = button_.group().buttons();
     const int count = static_cast<int>(buttons.size());

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Shows an OptionButton. The models decide which button of a group is selected; this view handles
-// the pointer and the keys. The arrow keys select the next button of the group, and the tab key
-// stops once in a group.
+// the pointer and the keys. The arrow keys select the next or previous button of the group.
+// The tab key stops only at the selected button of a group, or at each button if none is selected.
 #pragma once
 
 #include <vector>

@@ -92,7 +92,7 @@ TEST_F(OptionButtonViewTest, ArrowKeysSkipADisabledButton) {
     EXPECT_TRUE(onView.hasFocus());
 }
 
-TEST_F(OptionButtonViewTest, TheTabKeyStopsOnlyAtTheSelectedButtonOfAGroup) {
+TEST_F(OptionButtonViewTest, TheTabKeyStopsOnlyAtTheSelectedButtonIfTheGroupHasOneThatIsEnabled) {
     EXPECT_NE(offView.focusPolicy() & Qt::TabFocus, 0)
         << "the tab key does not stop at this button, although no button is selected";
     on.setSelected(true);
@@ -103,7 +103,7 @@ TEST_F(OptionButtonViewTest, TheTabKeyStopsOnlyAtTheSelectedButtonOfAGroup) {
     EXPECT_NE(offView.focusPolicy() & Qt::TabFocus, 0);
 }
 
-TEST_F(OptionButtonViewTest, WithoutACaptionTheAccessibleNameIsTheToolTipOrTheLabel) {
+TEST_F(OptionButtonViewTest, WithoutACaptionTheAccessibleNameIsTheToolTipOrElseTheLabel) {
     EXPECT_EQ(onView.text(), "On");
     EXPECT_EQ(onView.accessibleName(), "On");
     on.setToolTip("Open CD Player");

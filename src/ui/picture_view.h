@@ -13,8 +13,8 @@
 
 namespace sonarith {
 
-/// A bar with a thin line along the edge `line`. In the main window, this is the edge of the bar
-/// next to the work tree.
+/// A bar with a thin line along the edge `line`. In the main window, this is the bar's edge that
+/// faces the work tree.
 class BarView : public QWidget {
   public:
     BarView(PictureBox& model, QString label, Qt::Edge line, QWidget* parent);
@@ -27,7 +27,8 @@ class BarView : public QWidget {
     ControlView view_;
 };
 
-/// Shows a picture in the centre of the widget. Without a symbol, the widget is empty.
+/// Shows the picture of `symbol` in the centre of the widget, in a square of `side` pixels. Shows
+/// nothing if there is no symbol.
 class PictureView : public QWidget {
   public:
     PictureView(PictureBox& model, QString label, std::optional<Symbol> symbol, int side,

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Defines the surfaces of the player's panel. A surface shows a picture box that contains other
-// controls, and the user can drag the panel by it. A PlayerDisplay is dark with light text on every
-// desktop.
+// controls, and the user can drag the panel by the surface. A PlayerDisplay is dark with light text
+// on every desktop.
 #pragma once
 
 #include <QColor>
@@ -14,7 +14,7 @@ class PanelSurface : public PictureView {
   public:
     PanelSurface(PictureBox& model, QString label, QWidget* parent);
 
-    /// The size of the layout of the contents, because the surface itself shows no picture.
+    /// The size that the contained views need, because the surface itself shows no picture.
     [[nodiscard]] QSize sizeHint() const override { return QWidget::sizeHint(); }
     [[nodiscard]] QSize minimumSizeHint() const override { return QWidget::minimumSizeHint(); }
 };

@@ -169,7 +169,7 @@ void layOut(Form4& form, FormWindow& window) {
     auto* rows = new QVBoxLayout(&client);
     rows->setContentsMargins(panelMargin, panelMargin, panelMargin, panelMargin);
     rows->setSpacing(panelGap);
-    // A smaller window clips the contents instead of compressing them.
+    // A window below the minimum size of the contents clips them instead of compressing them.
     rows->setSizeConstraint(QLayout::SetMinimumSize);
     rows->addWidget(makeDisplay(form, &client));
     auto* second = new QHBoxLayout;

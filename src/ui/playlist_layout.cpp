@@ -21,7 +21,7 @@ constexpr int listWidth = 300;
 /// The length of the longest fields of the tag. Each box is wide enough for this many characters.
 constexpr int charactersOfABox = 30;
 constexpr int headerLines = 12;
-constexpr int lineSpace = 4; ///< the largest distance between two lines of a list
+constexpr int lineSpace = 4; ///< device-independent pixels that a style adds to a line, at most
 
 QWidget* makeList(FrmPlayList& form, FormWindow& window, QWidget* parent) {
     auto* frame = new FrameView(form.Playlist, parent);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests what the playlist editor shows at its first size, and what its boxes accept.
+// Tests what the playlist editor shows at its first size, what its boxes accept, and how it aligns
+// the lines about the header of an MP3 file.
 // window_layouts_test.cpp tests the requirements for the layout of every window.
 #include "ui/playlist_layout.h"
 
@@ -25,7 +26,7 @@
 namespace sonarith {
 namespace {
 
-/// The lines of a header with the longest values, as the logic writes them.
+/// The lines that the logic writes about the header of an MP3 file, each with its longest value.
 constexpr std::array headerOfAFile = {
     "Bitrate            320",     "Frequency       44100",  "Duration          2147483647",
     "MpegVersion   25",           "MpegLayer      3",       "Original           yes",
@@ -65,7 +66,8 @@ class PlaylistLayoutTest : public testing::Test {
     FormWindow window{playlistLayout(form)};
 };
 
-TEST_F(PlaylistLayoutTest, ShowsListHeaderAndBoxesWithoutScrollingAtItsFirstSize) {
+TEST_F(PlaylistLayoutTest,
+       AtItsFirstSizeShowsBothListsAllTextBoxesAndAllHeaderLinesWithoutScrolling) {
     const auto& header = get<QAbstractItemView>("List1");
     ASSERT_TRUE(QTest::qWaitFor([&] { return header.model()->rowCount() == 12; }));
     EXPECT_EQ(header.verticalScrollBar()->maximum(), 0);
@@ -100,7 +102,7 @@ TEST_F(PlaylistLayoutTest, TheBoxesOfTheTagShowThirtyCharacters) {
     EXPECT_GE(textWidth(artist), 30 * artist.fontMetrics().averageCharWidth());
 }
 
-TEST_F(PlaylistLayoutTest, TheBoxesTakeTextsOfAnyLengthAndTheGenreTakesNumbers) {
+TEST_F(PlaylistLayoutTest, TheBoxesAcceptLongTextsAndTheGenreBoxAcceptsATypedNumber) {
     const QString longText(100'000, QLatin1Char('x'));
     QApplication::clipboard()->setText(longText);
     std::vector<std::string> names{"Text5"};
@@ -151,7 +153,7 @@ class HeaderColumnsTest : public testing::Test {
         HeaderLineDelegate().paint(&painter, option, model.index(0, 0));
         return image;
     }
-    /// The first and the last column in which two pictures differ.
+    /// The first and the last column of pixels in which two pictures differ.
     static std::pair<int, int> difference(const QImage& a, const QImage& b) {
         std::pair<int, int> columns(-1, -1);
         for (int x = 0; x < a.width(); ++x) {
@@ -179,7 +181,8 @@ TEST_F(HeaderColumnsTest, LabelsAndValuesAreAlignedInEveryFont) {
                 const auto [begin, end] = difference(blank, labelOnly);
                 EXPECT_LT(begin, 10) << line;
                 labelsEnd = std::max(labelsEnd, end);
-                // The same value in each line, because letters begin at different distances.
+                // Each line gets the value "H", because the margin to the left of a letter differs
+                // from letter to letter.
                 const QImage whole = painted(label + QLatin1Char('H'), font);
                 values.push_back(difference(labelOnly, whole).first);
             }

@@ -8,8 +8,8 @@
 namespace sonarith {
 namespace {
 
-/// The position of the newest object. Each object keeps the previous position, as a stack, because
-/// handlers may yield and one press may be handled inside another.
+/// The position of the newest PopupPlace; empty if none exists. Each PopupPlace stores the position
+/// of the one before it, because handlers may yield and one press may be handled inside another.
 std::optional<QPoint> newest;
 
 } // namespace

@@ -26,14 +26,14 @@ namespace {
 constexpr int limitWidth = 70;
 constexpr int folderListHeight = 120;
 
-/// Shows a label of the form whose text never changes. The label is the name of `named` (may be
-/// null) for screen readers.
+/// Shows a label whose text never changes. The text is the name of `named` (may be null) for screen
+/// readers.
 QLabel* makeText(const Label& label, QWidget* named, QWidget* parent) {
     return makeFixedText(toQString(label.caption()), named, parent);
 }
 
-/// Creates a row with a check box and a text box for its limit. `name` is the accessible name of
-/// the limit.
+/// Creates a row with a check box and the text box of the limit that the check box switches on.
+/// `name` is the accessible name of the text box.
 QLayout* makeLimit(CheckBox& box, TextBox& limit, const QString& name, QWidget* parent) {
     auto* row = new QHBoxLayout;
     row->setSpacing(windowGap);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows help about the window that requested it. Every window requests help by a click on the main
-// window's help button. The click does not state which window requested help, so this class stores
-// the name of that window.
+// Shows help about the window that requested it. The program handles a help request of any window
+// by clicking the main window's help button. The click does not state which window requested help,
+// so this class stores the name of that window.
 #pragma once
 
 #include <functional>
@@ -14,15 +14,15 @@ namespace sonarith {
 
 class ProgramHelp {
   public:
-    /// `folder` returns the folder of the pages, such as helpFolder(). It is called when help is
+    /// `folder`, such as helpFolder, returns the folder of the pages. It is called when help is
     /// first shown, since it reads the disk.
     explicit ProgramHelp(std::function<QString()> folder);
 
-    /// Runs `press`, which clicks the help button. If that calls show(), the page about `window`
-    /// (the name of a form) is shown.
+    /// Runs `press`, which clicks the help button. If `press` calls show(), the page about
+    /// `window` (the name of a form or dialog) is shown.
     void askFrom(const std::string& window, const std::function<void()>& press);
-    /// Shows the page about the window that was passed to askFrom(), or about the main window
-    /// outside of askFrom(). Returns false if there is no such page.
+    /// Shows the page about the window that was passed to askFrom() if askFrom() is running,
+    /// otherwise the page about the main window. Returns false if there is no such page.
     bool show();
     /// Null until help is first shown.
     [[nodiscard]] HelpWindow* window() const { return window_.get(); }

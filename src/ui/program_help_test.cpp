@@ -107,7 +107,7 @@ TEST(ProgramHelp, LooksForItsPagesOnlyWhenHelpIsShown) {
     EXPECT_EQ(searches, 1);
 }
 
-TEST(ProgramHelp, ReturnsFalseIfThePagesAreMissing) {
+TEST(ProgramHelp, ShowReturnsFalseAndOpensNoWindowIfThePagesAreMissing) {
     ProgramHelp help([] { return QString("/nowhere"); });
     EXPECT_FALSE(help.show());
     EXPECT_FALSE(help.window()->isVisible());

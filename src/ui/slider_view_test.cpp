@@ -36,15 +36,15 @@ class SliderViewTest : public testing::Test {
 
 TEST_F(SliderViewTest, AMoveByCodeIsShownAndRunsNoHandler) {
     model.setValue(32768).passOver();
-    // The widget's own value is the distance of the handle from the lower end, which is the
-    // loudness.
+    // The model's value is the distance of the handle from the upper end; the widget's value is the
+    // distance from the lower end.
     EXPECT_EQ(view.value(), 32767);
     EXPECT_EQ(view.maximum(), 65535);
     EXPECT_EQ(moves, 0);
 }
 
 TEST_F(SliderViewTest, TheUpKeyAndTheWheelMoveTheHandleUpAndPageDownMovesItDown) {
-    // The greatest value is at the bottom.
+    // The model's greatest value is at the bottom, so a move upwards decreases the value.
     model.setValue(32768).passOver();
     QTest::keyClick(&view, Qt::Key_Up);
     const int afterKey = model.value();
@@ -70,7 +70,7 @@ int handleOf(const SliderView& view) {
     option.maximum = view.maximum();
     option.sliderPosition = view.sliderPosition();
     option.sliderValue = view.value();
-    // QSlider uses the same option: the highest value of a vertical slider is at the top.
+    // Set as QSlider sets it: the widget's highest value is at the top of a vertical slider.
     option.upsideDown = !view.invertedAppearance();
     return view.style()
         ->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, &view)

@@ -19,11 +19,12 @@ void SystemMove::start() {
     started_ = start_(*handle);
 }
 
-/// Filters the events of the QWindow before its widgets receive them. The desktop grabs the pointer
-/// during the move. At the end of the move, Qt receives a release at another position; before the
-/// release, Qt sends a mouse move with the button still down. If this mouse move started a second
-/// move of the window, that move would begin after the release, and the window would follow the
-/// pointer until the next click.
+/// Receives the events of the QWindow before its widgets do. Only a press or a release of the left
+/// button permits a second move of the window; a mouse move does not. The desktop grabs the pointer
+/// while it moves the window, so at the end Qt receives the release at a new position and, before
+/// the release, sends the widgets a mouse move with the button still down. If this mouse move
+/// started a second move of the window, the second move would begin after the user has released the
+/// button, and the window would follow the pointer until the next click.
 bool SystemMove::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonRelease) {
         if (static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {

@@ -10,9 +10,9 @@
 namespace sonarith {
 namespace {
 
-/// Creates two nested pictures, as in the player's panel: a press on the inner picture, or a mouse
-/// move over the outer picture, starts a move of the window. The inner picture ignores mouse moves,
-/// so they reach the outer picture.
+/// Creates two nested pictures, as in the player's panel. A press of the left button on the inner
+/// picture, or a mouse move over the outer picture with that button down, requests a move of the
+/// window. The inner picture ignores mouse moves, so they reach the outer picture.
 class SystemMoveTest : public testing::Test {
   protected:
     SystemMoveTest() {

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows a TabControl, with an empty page for each caption. The layout of the window fills the
-// pages.
+// Shows a TabControl, with an empty page for each tab. The layout of the window fills the pages.
 #pragma once
 
 #include <QTabWidget>

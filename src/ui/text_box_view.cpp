@@ -35,7 +35,7 @@ TextBoxView::TextBoxView(TextBox& box, QString label, QWidget* parent)
 void TextBoxView::take(const QString& text) {
     const std::string entered = toText(text);
     if (entered == box_.text()) {
-        return; // showText() has set the control's own text
+        return; // the signal comes from showText(), which shows the control's text
     }
     if (!box_.locked() && isEnabled()) {
         box_.setText(entered);
@@ -84,7 +84,7 @@ void TextBoxView::showTypingLimit() {
     const int limit = box_.typingLimit() > 0 ? box_.typingLimit() : std::numeric_limits<int>::max();
     const int most = std::max(limit, static_cast<int>(text().size()));
     if (most != maxLength()) {
-        // Setting the limit sets the text again, which moves the caret.
+        // setMaxLength() sets the text again, which moves the caret.
         const int caret = cursorPosition();
         setMaxLength(most);
         setCursorPosition(caret);

@@ -68,7 +68,7 @@ TEST_F(TextBoxViewTest, ShowsTheTextThatTheChangeHandlerSets) {
     EXPECT_EQ(view.text(), ".wav");
 }
 
-TEST_F(TextBoxViewTest, PastedAndDeletedTextReachesTheControl) {
+TEST_F(TextBoxViewTest, PastingAndDeletingChangeTheTextOfTheControl) {
     QApplication::clipboard()->setText(QStringLiteral("12"));
     view.selectAll();
     view.paste();
@@ -107,7 +107,7 @@ TEST_F(TextBoxViewTest, ALockedBoxIgnoresTypingAndShowsTextsSetByCode) {
     EXPECT_EQ(view.text(), "200");
 }
 
-TEST_F(TextBoxViewTest, UsesTheFontSizeOfTheControlOrForZeroTheFontSizeOfTheWindow) {
+TEST_F(TextBoxViewTest, UsesTheFontSizeOfTheControlOrIfItIsZeroTheFontSizeOfTheWindow) {
     const qreal own = view.font().pointSizeF();
     model.setFontSize(18);
     EXPECT_EQ(view.font().pointSize(), 18);
@@ -131,7 +131,7 @@ TEST_F(TextBoxViewTest, APressOnALockedBoxIsReportedAndSelectsNoText) {
     EXPECT_FALSE(view.hasSelectedText());
 }
 
-TEST_F(TextBoxViewTest, AKeyHandlerMayDisableTheBox) {
+TEST_F(TextBoxViewTest, AKeyWhoseHandlerDisablesTheBoxDoesNotChangeTheText) {
     model.onKeyDown = [this] {
         model.setEnabled(false);
     };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows the lines of a PictureBox. The lines are painted from the model, so they are sharp at every
-// scale. A new line repaints only its own rectangle.
+// Shows the lines that were drawn in a PictureBox. The lines are painted from their coordinates and
+// not from a bitmap, so they are sharp at every scale. New lines repaint only the rectangle that
+// encloses them, or the whole view if lines were drawn while the window was not on the screen.
 #pragma once
 
 #include <QColor>

@@ -51,7 +51,7 @@ class TraceViewTest : public testing::Test {
     WatchedTrace view{model, "Sound Level Meter", colors, &parent};
 };
 
-TEST_F(TraceViewTest, IsLargeEnoughToShowALineAtTheLowerEdgeOfTheControl) {
+TEST_F(TraceViewTest, IsLargeEnoughToShowALineJustBelowTheLowerEdgeOfTheControl) {
     EXPECT_EQ(view.size(), QSize(164, 64));
     // Silence is drawn at 950 twips, below the control's lower edge at 945 twips.
     model.line({0, 950}, {2445, 950});
@@ -73,7 +73,7 @@ TEST_F(TraceViewTest, ANewLineRepaintsOnlyItsOwnArea) {
     model.line({150, 300}, {165, 315});
     ASSERT_TRUE(QTest::qWaitFor([&] { return !view.repainted.isEmpty(); }));
     EXPECT_TRUE(QRect(8, 18, 8, 8).contains(view.repainted.boundingRect()))
-        << view.repainted.boundingRect().width();
+        << "repainted width in pixels: " << view.repainted.boundingRect().width();
 }
 
 // The meter draws a hundred lines a second.
@@ -92,7 +92,7 @@ TEST_F(TraceViewTest, LinesInQuickSuccessionAreRepaintedTogether) {
     EXPECT_TRUE(isLine(100, 20));
 }
 
-TEST_F(TraceViewTest, IsNotRepaintedInAHiddenWindowAndIsFullyRepaintedAtTheFirstLineAfterwards) {
+TEST_F(TraceViewTest, IsNotRepaintedInAHiddenWindowButFullyAtTheFirstLineAfterItIsShown) {
     parent.windowHandle()->setVisible(false);
     ASSERT_TRUE(QTest::qWaitFor([&] { return !parent.windowHandle()->isExposed(); }));
     QCoreApplication::processEvents();
@@ -123,8 +123,7 @@ TEST_F(TraceViewTest, LinesAreTwoPixelsWideOnAScreenWithTwiceTheResolution) {
     QImage fine(view.size() * 2, QImage::Format_RGB32);
     fine.setDevicePixelRatio(2);
     view.render(&fine);
-    // One device-independent pixel is two pixels of the screen, and both have the colour of the
-    // line.
+    // The line is one device-independent pixel wide, which is two pixels of this image.
     EXPECT_EQ(fine.pixelColor(40, 38), QColor(Qt::black));
     int green = 0;
     for (int y = 36; y < 46; ++y) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Tests dragging nodes in the widget, by mouse and by keys, with the handlers that the program
-// uses. After a drop on any target, the tree must contain the same files as the main window's
-// lists.
+// uses. After a drop on any target, the tree must contain the same tracks and files as the main
+// window's lists.
 #include <algorithm>
 #include <vector>
 
@@ -114,7 +114,7 @@ TEST_F(TreeCarryingTest, TreeAndListsAgreeAfterASlowDragFromAnyItemToAnyRow) {
     }
 }
 
-TEST_F(TreeCarryingTest, TheResultOfADragIsTheSameForAnyNumberOfMovementsOnEachRow) {
+TEST_F(TreeCarryingTest, TheResultOfADragIsTheSameForThreeToSixMovementsOnEachRow) {
     for (const std::string& target : places()) {
         std::vector<std::vector<std::string>> outcomes;
         for (const int movements : {3, 4, 5, 6}) {

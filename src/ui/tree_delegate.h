@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Paints a row of the work tree. Marks the row of the node with the drop highlight, unless that
-// node is selected. Paints the row of a node that is dragged by keys paler.
+// Paints a row of the work tree. Marks the row of the drop target (TreeView::dropHighlight)
+// unless that node is selected. Paints a row paler while its node is dragged by keys.
 #pragma once
 
 #include <utility>

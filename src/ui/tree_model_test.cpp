@@ -54,7 +54,7 @@ TEST(TreeModel, ANodeThatIsNotInTheTreeHasNoIndex) {
     EXPECT_EQ(model.nodeAt(QModelIndex()), nullptr);
 }
 
-TEST(TreeModel, TheSelectedNodeHasAnotherPicture) {
+TEST(TreeModel, ANodeHasAnotherPictureWhileItIsSelected) {
     Form form("Form1");
     TreeView tree(form, "TreeView1");
     const NodeRef node = tree.add(nullptr, "f", "CD Tracks", 1, 4).value();

@@ -12,8 +12,9 @@ namespace sonarith {
 
 class TreeViewAdapter : public TreeObserver {
   public:
-    /// Registers as the tree's observer. `tree` must outlive the adapter. The adapter owns the
-    /// widget, so the adapter must be destroyed before `parent`.
+    /// Registers as the tree's observer. `tree` must outlive the adapter. The widget is a
+    /// member of the adapter, so the adapter must be destroyed before `parent`, which deletes the
+    /// child widgets that still exist.
     TreeViewAdapter(TreeView& tree, QString label, QWidget* parent);
     ~TreeViewAdapter() override;
     TreeViewAdapter(const TreeViewAdapter&) = delete;

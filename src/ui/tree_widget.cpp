@@ -108,7 +108,8 @@ void TreeWidget::selectionChanged(const QItemSelection& selected,
 
 QItemSelectionModel::SelectionFlags TreeWidget::selectionCommand(const QModelIndex&,
                                                                  const QEvent*) const {
-    // Mouse and keys move only the current row; the selection is always that of the TreeView.
+    // Mouse and keys move only the current row; the selection always shows the selected node of
+    // tree_.
     return QItemSelectionModel::NoUpdate;
 }
 
@@ -174,8 +175,8 @@ void TreeWidget::doubleClick(const NodeRef& node) {
     movedFar_ = false;
     watchForRelease(true);
     run(tree_.onDoubleClick);
-    // The handler ignores a double click on a collection, so a double click can expand or collapse
-    // a collection.
+    // The handler does nothing for a node of the top level, so that a double click can expand or
+    // collapse this node.
     if (node && !node->removed() && !node->parent()) {
         const QModelIndex index = model_.indexOf(node);
         setExpanded(index, !isExpanded(index));

@@ -17,7 +17,8 @@
 namespace sonarith {
 namespace {
 
-/// The side of the picture beside the pointer during a drag, in device-independent pixels.
+/// The width and height of the picture that the pointer shows during a drag by mouse, in
+/// device-independent pixels.
 constexpr int dragIconSide = 32;
 
 bool movesTheCurrentRow(int key) {
@@ -62,10 +63,10 @@ void TreeWidget::startDrag() {
 
 void TreeWidget::dragOver(const NodeRef& node) {
     const std::optional<NodeRef> former = std::exchange(over_, node);
-    // A resting pointer sends repeated events, and the handler treats each event as a change. Over
-    // a group, the handler needs two events until its state is stable. Over a collection or no
-    // node, its state never becomes stable and the dragged node would move back and forth, so
-    // repeated events are not reported there.
+    // A resting pointer causes repeated events over the same node. Over a group, the handler needs
+    // two events until its state is stable. Over a collection or no node, the handler's state would
+    // never become stable, and the dragged node would move back and forth. So over a collection or
+    // no node, only the first event is reported.
     if (former == over_ && NodeLevel(node) < groupLevel) {
         return;
     }
@@ -142,10 +143,11 @@ void TreeWidget::keyWhileDragging(QKeyEvent& event) {
 
 void TreeWidget::dropByKeys() {
     const NodeRef target = model_.nodeAt(currentIndex());
-    // Reports the dragged node first, as for a pointer that leaves its row. Otherwise the handler
-    // would ignore a target at which the previous drag has ended: it accepts that node again only
-    // after another node was reported. A group is reported twice, as by a resting pointer, because
-    // the handler's state is stable only after the second event.
+    // Reports the dragged node before the target, as if a pointer left the dragged node's row. If
+    // the previous drag has ended at the same target, the handler would otherwise ignore the
+    // target: it accepts the same node again only after another node was reported. A group is
+    // reported twice, as by a resting pointer, because the handler's state is stable only after the
+    // second event.
     std::vector<NodeRef> way{delegate_->carried(), target};
     if (NodeLevel(target) == groupLevel) {
         way.push_back(target);

@@ -13,7 +13,7 @@ using testing::IsEmpty;
 
 class TreeDraggingTest : public TreeFixture {
   protected:
-    /// Drags the node `first` with the mouse over the node `second`.
+    /// Starts to drag the node `first` and leaves the pointer over the node `second`.
     void beginMouseDrag() {
         dragOnMove();
         pressAt(first);

@@ -51,8 +51,8 @@ void TreeWidget::openEditor(const NodeRef& node) {
 void TreeWidget::finishEdit(const QString& text) {
     const NodeRef& edited = tree_.editedNode();
     const bool changed = edited && toText(text) != edited->text();
+    // The editor is closed first: the handler that finishLabelEdit() runs may open it again.
     closeEditor(Focus::toTree);
-    // The handler may open the editor again.
     if (changed) {
         tree_.finishLabelEdit(toText(text));
     } else {

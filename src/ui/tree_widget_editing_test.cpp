@@ -94,7 +94,7 @@ TEST_F(TreeEditTest, TheEscapeKeyKeepsTheOldLabel) {
     EXPECT_EQ(tree.editedNode(), nullptr);
 }
 
-TEST_F(TreeEditTest, APressOnAnotherNodeFirstFinishesTheEdit) {
+TEST_F(TreeEditTest, APressOnAnotherNodeFinishesTheEditBeforeItsHandlerRuns) {
     editor()->setText("other.wav");
     pressAt(second);
     EXPECT_THAT(log, ElementsAre("after other.wav", "down left two.wav"));
@@ -122,7 +122,7 @@ TEST_F(TreeEditTest, AHandlerThatRefusesANameMayOpenTheEditorAgain) {
     EXPECT_EQ(tree.editedNode(), first);
 }
 
-TEST_F(TreeEditTest, RemovingTheNodeClosesItsEditor) {
+TEST_F(TreeEditTest, RemovingTheParentOfTheEditedNodeClosesTheEditor) {
     tree.remove(wav).passOver();
     EXPECT_EQ(editor(), nullptr);
     EXPECT_EQ(tree.editedNode(), nullptr);
@@ -145,7 +145,7 @@ TEST_F(TreeEditTest, AnEditOfAnotherNodeReplacesTheEditor) {
     EXPECT_EQ(tree.editedNode(), second);
 }
 
-TEST_F(TreeEditTest, ANameThatIsNotUtf8IsKeptByteForByte) {
+TEST_F(TreeEditTest, AnEditKeepsBytesOfTheNameThatAreNotUtf8) {
     QTest::keyClick(editor(), Qt::Key_Escape);
     const NodeRef odd = add(wav, "caf\xE9.wav");
     tree.setSelectedItem(odd).passOver();

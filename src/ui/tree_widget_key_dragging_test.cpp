@@ -59,7 +59,7 @@ TEST_F(TreeKeyDragTest, ControlXPicksUpTheCurrentNodeAndReturnDropsItAtTheCurren
     EXPECT_THAT(log, ElementsAre("down left MP3 Files", "up left MP3 Files"));
 }
 
-TEST_F(TreeKeyDragTest, ControlVAlsoDropsANodeAndReportsAnItemOrACollectionOnce) {
+TEST_F(TreeKeyDragTest, ControlVAlsoDropsTheNodeAndATargetThatIsNoGroupGetsOneOverEvent) {
     for (const NodeRef& target : {second, collection}) {
         goTo(first);
         takeUp();
@@ -151,7 +151,7 @@ TEST_F(TreeKeyDragTest, ADragByKeysEndsWhenTheFocusChangesAndWhenADialogOpens) {
     EXPECT_THAT(log, IsEmpty());
 }
 
-TEST_F(TreeKeyDragTest, ADragByKeysThatItsHandlerCancelsDropsNothing) {
+TEST_F(TreeKeyDragTest, ADragByKeysThatTheDragOverHandlerCancelsDropsNothing) {
     tree.onDragOver = [&](NodeRef node) {
         note("over", {}, node);
         key(Qt::Key_Escape);

@@ -24,7 +24,7 @@ TEST_F(TreeWidgetTest, AClickIsReportedAsAPressAndAReleaseOnTheNode) {
     EXPECT_THAT(log, ElementsAre("down left one.wav", "up left one.wav"));
 }
 
-TEST_F(TreeWidgetTest, APressBelowAllNodesReportsNoNode) {
+TEST_F(TreeWidgetTest, AClickBelowAllNodesIsReportedWithoutANode) {
     QTest::mouseClick(widget().viewport(), Qt::LeftButton, {}, QPoint(50, 290));
     EXPECT_THAT(log, ElementsAre("down left nothing", "up left nothing"));
 }
@@ -86,12 +86,13 @@ TEST_F(TreeWidgetTest, ADoubleClickIsReportedEvenIfItsFirstPressOpenedTheEditor)
     EXPECT_EQ(tree.editedNode(), nullptr);
 }
 
-TEST_F(TreeWidgetTest, ALaterClickInTheEditorIsHandledByTheEditor) {
+TEST_F(TreeWidgetTest, AClickInTheEditorAfterTheDoubleClickIntervalIsHandledByTheEditor) {
     editOnPress();
     pressAt(first);
     releaseAt(first);
     ASSERT_NE(editor(), nullptr);
-    // QTest increases the timestamps of its events by the double-click interval with each release.
+    // This click is too late to complete a double click: the release above has advanced QTest's
+    // timestamps by the double-click interval, and the last argument advances them by 600 ms.
     QTest::mouseClick(editor(), Qt::LeftButton, {}, QPoint(30, 5), 600);
     EXPECT_NE(editor(), nullptr);
     EXPECT_THAT(log, ElementsAre("up left one.wav"));
@@ -106,7 +107,7 @@ TEST_F(TreeWidgetTest, ADoubleClickOnAnExpandedCollectionCollapsesIt) {
 
 // Keys.
 
-TEST_F(TreeWidgetTest, ArrowKeysMoveTheCurrentRowAndReturnAndSpaceClickIt) {
+TEST_F(TreeWidgetTest, ArrowKeysChangeTheCurrentRowWhichReturnAndSpaceClick) {
     tree.setSelectedItem(wav).passOver();
     key(Qt::Key_Down);
     EXPECT_EQ(widget().currentIndex(), indexOf(first));
@@ -127,7 +128,7 @@ TEST_F(TreeWidgetTest, ControlReturnIsADoubleClickEvenIfItsClickOpensTheEditor) 
     EXPECT_EQ(editor(), nullptr);
 }
 
-TEST_F(TreeWidgetTest, F2EditsTheCurrentNodeLikeAClick) {
+TEST_F(TreeWidgetTest, F2OpensTheEditorByAClickOnTheCurrentNode) {
     tree.setSelectedItem(wav).passOver();
     editOnPress();
     key(Qt::Key_Down);

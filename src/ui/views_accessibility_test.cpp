@@ -86,7 +86,7 @@ TEST_F(ViewsAccessibility, ReadsCheckBoxesAndOptionButtonsWithTheirState) {
     EXPECT_EQ(read(optionView), "RadioButton: Unmute, checked");
 }
 
-TEST_F(ViewsAccessibility, ReadsTextBoxesWithTheirTextAndLabelsByTheirCaption) {
+TEST_F(ViewsAccessibility, ReadsTheTextOfATextBoxAndTheCaptionOfALabel) {
     TextBox box(form, "Text7", "100");
     TextBoxView line(box, "Warning limit", &parent);
     EXPECT_EQ(read(line), "EditableText: Warning limit = 100");

@@ -158,9 +158,9 @@ TEST_F(WindowLayouts, TheBarOfTheLevelMeterMovesWithinThePictureThatClipsIt) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return bar->y() == 0; }));
 }
 
-// The menu entry "Show as Cube" changes only the height of the panel, so the upper part of the
+// The menu entry "Show as Cube" reduces only the height of the panel, so the upper part of the
 // panel stays visible.
-TEST_F(WindowLayouts, ThePlayersPanelAsACubeShowsDisplayMeterAndTransport) {
+TEST_F(WindowLayouts, ThePlayersPanelAsACubeStillShowsItsDisplayItsMeterAndItsTransportButtons) {
     Form4 form(machine.loop);
     FormWindow window(playerLayout(form));
     form.show();
@@ -265,7 +265,7 @@ TEST_F(WindowLayouts, ThePreferencesShowTheirControls) {
     for (int page = 0; page < tabs->count(); ++page) {
         tabs->setCurrentIndex(page);
         QCoreApplication::processEvents();
-        EXPECT_THAT(faults(window), IsEmpty()) << page;
+        EXPECT_THAT(faults(window), IsEmpty()) << "tab page " << page;
     }
 }
 

@@ -59,7 +59,8 @@ void FileAdder::Cmaddfile2(std::string path) {
     if (!isWav && !isMp3) {
         return;
     }
-    // The entry is added at the top, the node at the end. Nothing relies on their order.
+    // The entry is added at the top of the list, although the node is the last of its group.
+    // Nothing relies on entries and nodes having the same order.
     ListBox& list = isWav ? form_.List1 : form_.List2;
     for (int i = 0; i < list.listCount(); ++i) {
         if (list.list(i) == path) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Adds one new file to the work tree and its lists: a finished capture, a decoded file or a file
-// that the user picks. Scans of the destination folder use WorkTree::showfiles() instead.
+// Adds one new file to the work tree and its lists: the WAV file of a capture or of a decoding,
+// or a file that the user picks. Scans of the destination folder use WorkTree::showfiles() instead.
 #pragma once
 
 #include <string>
@@ -19,7 +19,8 @@ class FileAdder {
 
     /// Waits 0.3 s, then adds one WAV or MP3 file: a node at the end of its group and an entry at
     /// the top of its list, both in lower case. Does nothing, without a message, if the file is
-    /// shorter than leastFileLength or cannot be read, or if its name is already in the tree.
+    /// shorter than leastFileLength, if its length cannot be determined, or if its name is already
+    /// in the tree.
     void Cmaddfile2(std::string path);
 
   private:

@@ -126,7 +126,7 @@ TEST_F(Cmaddfile2Test, AddingAFileTwiceLeavesOneNodeAndOneEntry) {
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\a.wav"));
 }
 
-TEST_F(Cmaddfile2Test, ANameInTheTreeBlocksAFileOfTheSameNameInAnotherFolder) {
+TEST_F(Cmaddfile2Test, WithoutFullPathsANameInTheTreeBlocksAFileOfTheSameNameInAnotherFolder) {
     process.settings.showFullPath = 0;
     put("c:\\one\\a.wav");
     put("c:\\two\\a.wav");
@@ -144,16 +144,16 @@ TEST_F(Cmaddfile2Test, WithFullPathsFilesOfTheSameNameInTwoFoldersAreBothAdded) 
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\two\\a.wav", "c:\\one\\a.wav"));
 }
 
-TEST_F(Cmaddfile2Test, ANameOfAnyNodeOfAnyGroupCountsAsADuplicate) {
+TEST_F(Cmaddfile2Test, AFileIsIgnoredIfAnyNodeOfAnyGroupHasItsName) {
     put("c:\\music\\a.wav");
-    // The rule also applies to a WAV item in a group of tracks.
+    // The group need not be a group of WAV files.
     addItem(view, node("Selected Tracks"), "p stray", "a.wav").passOver();
     adder.Cmaddfile2("c:\\music\\a.wav");
     EXPECT_THAT(childrenOf("WAV Files"), IsEmpty());
     EXPECT_THAT(lines(form.List1), IsEmpty());
 }
 
-TEST_F(Cmaddfile2Test, ANodeIsAddedForAnExistingEntryWhichIsNotDuplicated) {
+TEST_F(Cmaddfile2Test, AnEntryWithoutANodeGetsANodeAndIsNotDuplicated) {
     put("c:\\music\\a.mp3");
     fill(form.List2, {"x", "c:\\music\\a.mp3"});
     adder.Cmaddfile2("c:\\music\\a.mp3");
@@ -161,7 +161,7 @@ TEST_F(Cmaddfile2Test, ANodeIsAddedForAnExistingEntryWhichIsNotDuplicated) {
     EXPECT_THAT(lines(form.List2), ElementsAre("x", "c:\\music\\a.mp3"));
 }
 
-TEST_F(Cmaddfile2Test, TheOldNameOfARenamedFileGetsAnEntryButNoNode) {
+TEST_F(Cmaddfile2Test, ANewFileWithTheOldNameOfARenamedFileGetsAnEntryButNoNode) {
     process.settings.showFullPath = 0;
     put("c:\\music\\a.wav");
     adder.Cmaddfile2("c:\\music\\a.wav");
@@ -204,7 +204,7 @@ TEST_F(Cmaddfile2Test, IfTheGroupIsMissingOnlyTheEntryIsAdded) {
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\a.wav"));
 }
 
-TEST_F(Cmaddfile2Test, IfTheGroupIsRemovedBetweenTheYieldsOnlyTheEntryIsAdded) {
+TEST_F(Cmaddfile2Test, IfTheGroupIsRemovedAfterItWasFoundOnlyTheEntryIsAdded) {
     put("c:\\music\\a.wav");
     // The wait is the first yield; the second yield is between finding the group and adding to it.
     loop.atYield(2, [this] { view.remove(node("WAV Files Folder")).passOver(); });

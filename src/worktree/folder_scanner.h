@@ -14,11 +14,12 @@ namespace sonarith {
 class FolderScanner {
   public:
     virtual ~FolderScanner() = default;
-    /// Sets the folder (`Dir1`) in which searches start. Errors, which keep the old folder:
-    /// pathNotFound and any other failure to enter the folder.
+    /// Sets the folder in which searches start (the finder's `Dir1`). Errors, which keep the old
+    /// folder: pathNotFound and any other failure to enter the folder.
     virtual Status setFolder(const std::string& path) = 0;
-    /// Runs a complete search (`zFileExt`, then `Command1_Click`) for files with an extension such
-    /// as "wav" and replaces the previous result. Yields while it runs.
+    /// Runs a complete search for files with an extension such as "wav" and replaces the previous
+    /// result: sets the finder's box `zFileExt` and clicks its button `Command1`. Yields while it
+    /// runs. If a search is already running, only stops that search.
     virtual void search(const std::string& extension) = 0;
     /// The list of the paths found; its current line is the finder's selection.
     [[nodiscard]] virtual const ListBox& lstfiles() const = 0;

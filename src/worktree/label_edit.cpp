@@ -44,8 +44,9 @@ Status LabelEdit::rename(const std::string& newText) {
         return {};
     }
     const std::string oldName = lowerCase(SplitPath(selected->text(), process_));
-    // The new ending determines which lists are searched. A WAV file whose new name ends in "mp3"
-    // is normally in none of these lists: then only the label changes.
+    // The new ending determines which lists are searched. If the new name of a WAV file ends in
+    // "mp3", the MP3 lists are searched. They normally do not contain the WAV file: then only the
+    // label changes.
     Status renamed;
     if (lowered.ends_with("wav")) {
         renamed = renameFirst(oldName, newText, {&form_.List1, &form_.List5});

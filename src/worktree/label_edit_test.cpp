@@ -42,13 +42,13 @@ struct LabelEditTest : test::WorkTreeWorld {
 
 // --- which labels may be edited ----------------------------------------------------------------
 
-TEST_F(LabelEditTest, LabelsWithALowerOrUpperCaseEndingMayBeEdited) {
+TEST_F(LabelEditTest, LabelsThatEndInWavOrMp3InLowerOrUpperCaseMayBeEdited) {
     for (const char* text : {"a.wav", "a.WAV", "a.mp3", "a.MP3", "c:\\x\\a.wav", ".wav"}) {
         EXPECT_FALSE(refused(text)) << text;
     }
 }
 
-TEST_F(LabelEditTest, OtherTextsMayNotBeEdited) {
+TEST_F(LabelEditTest, LabelsWithAMixedCaseOrAnyOtherEndingMayNotBeEdited) {
     for (const char* text : {"a.Wav", "a.wAV", "a.Mp3", "a.mP3", "awav", "a.ogg", "a.wav ", "wav",
                              "", "Track  1 - 00:03:05"}) {
         EXPECT_TRUE(refused(text)) << text;
@@ -70,7 +70,7 @@ TEST_F(LabelEditTest, WithNothingSelectedTheEditIsRefused) {
 
 // --- after an edit ------------------------------------------------------------------------------
 
-TEST_F(LabelEditTest, ANewNameRenamesFileEntryAndLabelAndKeepsTheKey) {
+TEST_F(LabelEditTest, ANewNameRenamesTheFileItsListEntryAndItsLabelAndKeepsTheNodesKey) {
     const NodeRef file = node("a.wav");
     const std::string key = file->key();
     relabel("a.wav", "New Name.wav");
@@ -93,7 +93,7 @@ TEST_F(LabelEditTest, ANewNameSetsDragNodeAndClearsLabelEditGuard) {
     EXPECT_EQ(drag.LabelEditGuard, "");
 }
 
-TEST_F(LabelEditTest, AnMp3IsSearchedInTheListsOfMp3Files) {
+TEST_F(LabelEditTest, TheEntryOfAnMp3FileIsFoundInEitherListOfMp3Files) {
     relabel("b.mp3", "n.mp3");
     EXPECT_THAT(lines(form.List2), ElementsAre("c:\\music\\n.mp3"));
     EXPECT_TRUE(disk.fileExists("c:\\music\\n.mp3"));
@@ -103,7 +103,7 @@ TEST_F(LabelEditTest, AnMp3IsSearchedInTheListsOfMp3Files) {
     EXPECT_THAT(lines(form.List4), ElementsAre("x", "c:\\music\\m.mp3"));
 }
 
-TEST_F(LabelEditTest, AWavIsAlsoFoundInTheListOfSelectedWavsAndOnlyOneEntryIsRenamed) {
+TEST_F(LabelEditTest, AWavFileIsAlsoFoundAmongSelectedWavsAndOnlyTheFirstMatchIsRenamed) {
     disk.addFile("d:\\a.wav", "d");
     fill(form.List1, {"c:\\music\\taken.wav"});
     fill(form.List5, {"d:\\a.wav", "c:\\music\\a.wav"});
@@ -136,7 +136,7 @@ TEST_F(LabelEditTest, AnEndingOfTheOtherTypeChangesOnlyTheLabel) {
     EXPECT_NE(node("a.mp3"), nullptr);
 }
 
-TEST_F(LabelEditTest, AnyOtherEndingChangesOnlyTheLabelAndNotDragNode) {
+TEST_F(LabelEditTest, AnEndingThatIsNeitherWavNorMp3ChangesOnlyTheLabelAndNotDragNode) {
     const NodeRef file = node("a.wav");
     press(file);
     drag.DragNode = nullptr;
@@ -163,7 +163,7 @@ TEST_F(LabelEditTest, AnEmptyLabelChangesNeitherFileNorEntry) {
     EXPECT_TRUE(disk.fileExists("c:\\music\\a.wav"));
 }
 
-TEST_F(LabelEditTest, AnEndingOfMixedCaseRenamesButDoesNotSetDragNode) {
+TEST_F(LabelEditTest, ANewNameWithAMixedCaseEndingRenamesTheFileButDoesNotSetDragNode) {
     press(node("a.wav"));
     drag.DragNode = nullptr;
     view.finishLabelEdit("n.Wav");

@@ -11,7 +11,7 @@ namespace sonarith {
 
 namespace {
 
-/// The index of the first line that matches `s` as a pattern; -1 if no line matches.
+/// The index of the first line that matches the pattern `s`; -1 if no line matches.
 int firstMatch(const ListBox& list, const std::string& s) {
     for (int i = 0; i < list.listCount(); ++i) {
         if (matches(list.list(i), s)) {

@@ -13,10 +13,10 @@
 
 namespace sonarith {
 
-/// The trigger of a move. Only a drag finds the whole path of a file by its name. A drag that
-/// selects an MP3 file moves only the entry of this file, as for a WAV file. A double click that
-/// selects an MP3 file also empties the list of available MP3 files and duplicates the entries that
-/// were selected before.
+/// The trigger of a move. For a file, a double click takes the given text as the entry, and a drag
+/// takes the first entry with the same file name. A drag that selects an MP3 file moves only the
+/// entry of this file. A double click that selects an MP3 file also empties the list of available
+/// MP3 files and duplicates the entries that were selected before.
 enum class MovedBy { doubleClick, drag };
 
 class ListMoves {
@@ -25,9 +25,10 @@ class ListMoves {
     ListMoves(EventLoop& loop, ProcessState& process, Form1& form, DragState& drag)
         : loop_(loop), process_(process), form_(form), drag_(drag) {}
 
-    /// Moves the entry that `text` names. The parents of DragNode and of the selected node choose
-    /// the rule: the first rule that fits is applied; if no rule fits, nothing moves. Yields after
-    /// each entry that it removes from a file list.
+    /// Moves the entry that `text` names. There is one rule for each kind of entry and each
+    /// direction. Whether a rule fits depends on `text` and on the parent of DragNode or of the
+    /// tree's selected node. The first rule that fits is applied; if no rule fits, nothing moves.
+    /// Yields after each entry that it removes from a file list.
     void moveEntry(const std::string& text, MovedBy movedBy);
 
   private:

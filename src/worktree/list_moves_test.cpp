@@ -18,7 +18,7 @@ struct ListMovesTest : test::WorkTreeWorld {
         tree.ShowFilesOneRoot();
         form.List7.addItem("left over");
     }
-    /// Moves `s` as if an item of `group` had been double-clicked.
+    /// Moves the entry `s` as if an item of `group` had been double-clicked.
     void move(const std::string& s, const std::string& group) { moveFrom(s, group, group); }
     void moveFrom(const std::string& s, const std::string& dragged, const std::string& selected) {
         drag.DragNode = itemIn(dragged);
@@ -30,7 +30,7 @@ struct ListMovesTest : test::WorkTreeWorld {
         return children.empty() ? addItem(view, node(group), "p in " + group, "item").value()
                                 : children.front();
     }
-    /// All lists except the scratch list, one text for each list that is not empty.
+    /// All lists except the scratch list (List7), one text for each list that is not empty.
     std::vector<std::string> all() const {
         std::vector<std::string> found;
         for (const ListBox* list : {&form.lstTracks, &form.lstRecord, &form.List1, &form.List5,
@@ -47,7 +47,7 @@ struct ListMovesTest : test::WorkTreeWorld {
     }
 };
 
-TEST_F(ListMovesTest, ATrackMovesFromItsListToTheTopOfTheQueue) {
+TEST_F(ListMovesTest, AnAvailableTrackMovesToTheTopOfTheQueue) {
     fill(form.lstTracks, {"Track_1", "Track_2", "Track_3"});
     fill(form.lstRecord, {"Track_9"});
     move("Track_2", "Available Tracks");
@@ -55,7 +55,7 @@ TEST_F(ListMovesTest, ATrackMovesFromItsListToTheTopOfTheQueue) {
     EXPECT_THAT(lines(form.List7), ElementsAre("Track_2", "Track_9"));
 }
 
-TEST_F(ListMovesTest, ATrackReturnsToTheEndOfItsList) {
+TEST_F(ListMovesTest, ASelectedTrackReturnsToTheEndOfTheAvailableTracks) {
     fill(form.lstTracks, {"Track_1", "Track_3"});
     fill(form.lstRecord, {"Track_9", "Track_2"});
     move("Track_2", "Selected Tracks");
@@ -94,7 +94,7 @@ TEST_F(ListMovesTest, TheQueuesCurrentLineStaysCurrentIfALineBeforeItMoves) {
     EXPECT_EQ(form.lstRecord.text(), "Track_3");
 }
 
-TEST_F(ListMovesTest, AWavMovesToTheTopOfTheSelectedList) {
+TEST_F(ListMovesTest, AnAvailableWavMovesToTheTopOfTheSelectedWavs) {
     fill(form.List1, {"a.wav", "b.wav"});
     fill(form.List5, {"c.wav", "b.wav"});
     move("b.wav", "WAV Files");
@@ -102,7 +102,7 @@ TEST_F(ListMovesTest, AWavMovesToTheTopOfTheSelectedList) {
     EXPECT_THAT(lines(form.List7), ElementsAre("b.wav", "c.wav"));
 }
 
-TEST_F(ListMovesTest, AWavReturnsToTheTopAndKeepsEqualEntriesOfTheTargetList) {
+TEST_F(ListMovesTest, AReturningWavMovesToTheTopAndEqualEntriesOfTheAvailableListRemain) {
     fill(form.List1, {"a.wav", "b.wav"});
     fill(form.List5, {"c.wav", "b.wav"});
     move("b.wav", "Selected WAV Files");
@@ -263,7 +263,7 @@ TEST_F(ListMovesTest, WithoutNodesNothingMoves) {
 
 // --- a drag --------------------------------------------------------------------------------------
 
-struct DraggedListMovesTest : ListMovesTest {
+struct ListMovesByDragTest : ListMovesTest {
     void moveByDrag(const std::string& text, const std::string& group) {
         drag.DragNode = itemIn(group);
         view.setSelectedItem(itemIn(group)).passOver();
@@ -271,7 +271,7 @@ struct DraggedListMovesTest : ListMovesTest {
     }
 };
 
-TEST_F(DraggedListMovesTest, ATrackMovesAsByADoubleClick) {
+TEST_F(ListMovesByDragTest, ATrackMovesAsByADoubleClick) {
     fill(form.lstTracks, {"Track_1", "Track_2"});
     fill(form.lstRecord, {"Track_9"});
     moveByDrag("Track_2", "Available Tracks");
@@ -280,7 +280,7 @@ TEST_F(DraggedListMovesTest, ATrackMovesAsByADoubleClick) {
     EXPECT_THAT(all(), ElementsAre("lstTracks: Track_1 Track_9", "lstRecord: Track_2"));
 }
 
-TEST_F(DraggedListMovesTest, ABareNameMovesTheWholePath) {
+TEST_F(ListMovesByDragTest, ABareNameMovesTheWholePath) {
     fill(form.List1, {"c:\\a.wav", "c:\\b.wav"});
     fill(form.List2, {"c:\\a.mp3", "c:\\b.mp3"});
     moveByDrag("b.wav", "WAV Files");
@@ -292,32 +292,32 @@ TEST_F(DraggedListMovesTest, ABareNameMovesTheWholePath) {
     EXPECT_THAT(all(), ElementsAre("List1: c:\\b.wav c:\\a.wav", "List2: c:\\b.mp3 c:\\a.mp3"));
 }
 
-TEST_F(DraggedListMovesTest, AWholePathIsFoundByItsNameSoTheFirstEntryOfThatNameMoves) {
+TEST_F(ListMovesByDragTest, AWholePathIsFoundByItsFileNameSoTheFirstEntryOfThatNameMoves) {
     fill(form.List1, {"c:\\one\\a.wav", "c:\\two\\a.wav"});
     moveByDrag("c:\\two\\a.wav", "WAV Files");
     EXPECT_THAT(all(), ElementsAre("List1: c:\\two\\a.wav", "List5: c:\\one\\a.wav"));
 }
 
-TEST_F(DraggedListMovesTest, TheAvailableListIsSearchedBeforeTheSelectedList) {
+TEST_F(ListMovesByDragTest, TheAvailableListIsSearchedBeforeTheSelectedList) {
     fill(form.List2, {"c:\\one\\a.mp3"});
     fill(form.List4, {"c:\\two\\a.mp3"});
     moveByDrag("a.mp3", "Selected MP3 Files");
     EXPECT_THAT(all(), ElementsAre("List2: c:\\one\\a.mp3", "List4: c:\\two\\a.mp3"));
 }
 
-TEST_F(DraggedListMovesTest, ANameInNoListMovesUnchanged) {
+TEST_F(ListMovesByDragTest, ANameInNoListMovesUnchanged) {
     moveByDrag("x.wav", "WAV Files");
     moveByDrag("x.mp3", "MP3 Files");
     EXPECT_THAT(all(), ElementsAre("List5: x.wav", "List4: x.mp3"));
 }
 
-TEST_F(DraggedListMovesTest, TheNameIsAPatternForTheNamesInTheLists) {
+TEST_F(ListMovesByDragTest, TheNameIsAPatternForTheNamesInTheLists) {
     fill(form.List2, {"c:\\a1.mp3", "c:\\a[1].mp3"});
     moveByDrag("a[1].mp3", "MP3 Files");
     EXPECT_THAT(all(), ElementsAre("List2: c:\\a[1].mp3", "List4: c:\\a1.mp3"));
 }
 
-TEST_F(DraggedListMovesTest, AnMp3LeavesTheOthersAvailableAndOccursOnceInTheSelectedList) {
+TEST_F(ListMovesByDragTest, AnMp3LeavesTheOthersAvailableAndOccursOnceInTheSelectedList) {
     fill(form.List2, {"c:\\a.mp3", "c:\\b.mp3", "c:\\c.mp3"});
     fill(form.List4, {"c:\\x.mp3", "c:\\y.mp3"});
     moveByDrag("b.mp3", "MP3 Files");

@@ -12,8 +12,8 @@ inline constexpr int groupLevel = 2;
 /// Level of a track or a file.
 inline constexpr int itemLevel = 3;
 
-/// 1 for a collection, `groupLevel` or `itemLevel`: keys that begin with "f", "g" and "p". 0 for no
-/// node and for any other key.
+/// For a key that begins with "f" (a collection): 1; with "g": `groupLevel`; with "p": `itemLevel`.
+/// 0 for any other key and for a null `node`.
 [[nodiscard]] int NodeLevel(const NodeRef& node);
 
 } // namespace sonarith

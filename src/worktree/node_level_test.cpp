@@ -21,7 +21,7 @@ TEST(NodeLevel, DependsOnTheFirstCharacterOfTheKey) {
     EXPECT_EQ(levelOfKey("p"), 3);
 }
 
-TEST(NodeLevel, IsZeroForNoNodeAndForAnyOtherKey) {
+TEST(NodeLevel, IsZeroForNoNodeAndForAKeyWithoutAKnownFirstCharacter) {
     EXPECT_EQ(NodeLevel(nullptr), 0);
     EXPECT_EQ(levelOfKey(""), 0);
     EXPECT_EQ(levelOfKey("x p"), 0);

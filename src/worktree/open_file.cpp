@@ -22,9 +22,8 @@ void OpenFile::mnuOpenfile_Click() {
     if (FileName_.empty()) {
         return;
     }
-    // After a cancel, FileName_ is still the name from the previous use, which is rejected because
-    // it is already in the tree. The ending is not checked here: only the dialog's filter limits
-    // it.
+    // After a cancel, FileName_ is still the name from the previous use. Cmaddfile2 ignores a file
+    // that is already in the tree, and adds only WAV and MP3 files.
     adder_.Cmaddfile2(FileName_);
 }
 

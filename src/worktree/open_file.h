@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Adds a file that the user picks. FileAdder decides whether the file is accepted.
+// Adds a file to the work tree after the user has picked the file in a dialog. FileAdder decides
+// whether the file is accepted.
 #pragma once
 
 #include <string>
@@ -19,14 +20,14 @@ class OpenFile {
     OpenFile& operator=(const OpenFile&) = delete;
 
     /// Lets the user choose a file and adds it. Yields while the dialog is open and during
-    /// Cmaddfile2.
+    /// FileAdder::Cmaddfile2.
     void mnuOpenfile_Click();
 
   private:
     FileDialog& CommonDialog1_;
     const ProcessState& process_;
     FileAdder& adder_;
-    /// The dialog's file name, kept from one use to the next.
+    /// The file that was chosen last; the dialog opens with it.
     std::string FileName_;
 };
 

@@ -60,7 +60,7 @@ TEST_F(OpenFileTest, ALaterCancelTriesToAddThePreviousFileAgainWhichIsRejected) 
     const auto before = outline();
     const auto start = loop.now();
     form.mnuOpenfile.click();
-    EXPECT_EQ(loop.now() - start, 300ms);
+    EXPECT_EQ(loop.now() - start, 300ms) << "the adder must be called; it waits for 300 ms";
     EXPECT_EQ(outline(), before);
     EXPECT_THAT(lines(form.List1), ElementsAre("d:\\new.wav"));
 }
@@ -70,7 +70,7 @@ TEST_F(OpenFileTest, AFileOfAnotherTypeIsPassedToTheAdderButGetsNoNode) {
     const auto before = outline();
     const auto start = loop.now();
     form.mnuOpenfile.click();
-    EXPECT_EQ(loop.now() - start, 300ms);
+    EXPECT_EQ(loop.now() - start, 300ms) << "the adder must be called; it waits for 300 ms";
     EXPECT_EQ(outline(), before);
     EXPECT_THAT(lines(form.List1), IsEmpty());
     EXPECT_THAT(lines(form.List2), IsEmpty());

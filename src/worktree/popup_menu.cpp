@@ -20,7 +20,7 @@ std::array<ListBox*, 4> fileLists(Form1& form) {
     return {&form.List1, &form.List2, &form.List4, &form.List5};
 }
 
-/// Whether an action can be started from the group with this text in lower case.
+/// Whether an action can be started from a group. `lowered` is the group's text in lower case.
 bool isStartableGroup(const std::string& lowered) {
     return lowered == "available tracks" || lowered == "selected tracks" ||
            lowered == "selected mp3 files" || lowered == "mp3 files";
@@ -85,8 +85,9 @@ void PopupMenu::mnuFileRemove_Click() {
     removeNode(text);
     for (ListBox* list : fileLists(form_)) {
         for (int i = 0; i < list->listCount(); ++i) {
-            // Compares the whole entry, unlike mnuRemoveDelete_Click(). If the node shows only a
-            // name, no path is removed from its list, and a start still decodes the MP3 file.
+            // Compares the whole entry, unlike mnuRemoveDelete_Click(). If the node shows only the
+            // name of a file and a list contains the file's path, this entry stays in the list: a
+            // start still decodes the file if it is an MP3 file.
             if (matches(list->list(i), text)) {
                 list->removeItem(i).passOver();
                 return;
@@ -118,7 +119,8 @@ void PopupMenu::removeNode(const std::string& text) {
     form_.TreeView1.remove(firstNodeOfText(form_.TreeView1, text)).passOver();
 }
 
-/// Deletes the file of an entry, and the entry even if the file could not be deleted.
+/// Deletes the file of an entry and removes the entry from the list, even if the file could not be
+/// deleted.
 void PopupMenu::destroy(ListBox& list, int index) {
     const std::string entry = list.list(index);
     p_DestroyFile(entry, platform_.files, platform_.loop).passOver();

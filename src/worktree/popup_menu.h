@@ -15,19 +15,23 @@ namespace sonarith {
 
 class PopupMenu {
   public:
-    /// Sets the handlers of the popup and of its two entries. All parameters must outlive this
-    /// object.
+    /// Sets the handlers of the popup and of the two entries that remove a file. All parameters
+    /// must outlive this object.
     PopupMenu(const Platform& platform, ProcessState& process, Form1& form, DragState& drag);
     PopupMenu(const PopupMenu&) = delete;
     PopupMenu& operator=(const PopupMenu&) = delete;
 
-    /// Enables and disables the entries according to DragNode before the menu opens. If no rule
-    /// matches DragNode, the entries keep their previous state.
+    /// Enables and disables the entries before the menu opens, according to the node for which it
+    /// opens (DragState::DragNode). If no rule matches DragNode, the entries keep their previous
+    /// state.
     void mnupopup_Open();
-    /// Removes DragNode's file from the tree and its list, but keeps it on disk. Yields once.
+    /// Removes DragNode's file from the tree, but keeps it on disk. Also removes the file from its
+    /// list if the node shows the file's whole path, but not if it shows only the name. Yields
+    /// once.
     void mnuFileRemove_Click();
-    /// Removes DragNode's file from the tree and its list and deletes it without a question. A file
-    /// that is in no list stays on disk. Yields once, and for 0.2 s if it deletes a file.
+    /// Removes DragNode's file from the tree and from its list, and deletes the file from the disk
+    /// without asking the user. A file that is in no list stays on disk. Yields once, and for 0.2 s
+    /// if it deletes a file.
     void mnuRemoveDelete_Click();
 
   private:

@@ -33,8 +33,9 @@ struct PopupMenuTest : test::WorkTreeWorld {
     NodeRef addTo(const std::string& group, const std::string& text) {
         return addItem(view, node(group), "p added " + text, text).value();
     }
-    /// Opens the popup for the node `at`. Returns the enabled entries among mnuRemoveDelete,
-    /// mnuStart2 and mnuFileRemove, as the letters D, S and R.
+    /// Opens the popup for the node `at`. Returns which of the popup's entries mnuRemoveDelete,
+    /// mnuStart2 and mnuFileRemove are enabled: the letters D, S and R, or "-" for a disabled
+    /// entry.
     std::string open(const NodeRef& at) {
         drag.DragNode = at;
         run(form.mnupopup.onOpen);
@@ -59,7 +60,7 @@ struct PopupMenuTest : test::WorkTreeWorld {
 
 // --- which entries are enabled -----------------------------------------------------------------
 
-TEST_F(PopupMenuTest, AWavCanBeRemovedAndDeletedAndNotStarted) {
+TEST_F(PopupMenuTest, AWavCanBeRemovedAndDeletedButNotStarted) {
     expectFromEitherState(node(wavFile), "D-R");
     expectFromEitherState(addTo("WAV Files", "B.WAV"), "D-R");
 }
@@ -71,7 +72,8 @@ TEST_F(PopupMenuTest, AnMp3CanBeRemovedAndDeletedAndStarted) {
 
 TEST_F(PopupMenuTest, ATrackCanOnlyBeStarted) {
     expectFromEitherState(node("Track  1 - 00:03:05"), "-S-");
-    // A file with such a name is treated as a track, since later rules override earlier rules.
+    // Every name that begins with "track" is treated as a track: in mnupopup_Open() the rule for
+    // tracks overrides the rule for MP3 files.
     expectFromEitherState(addTo("MP3 Files", "tracking.mp3"), "-S-");
 }
 
@@ -95,7 +97,7 @@ TEST_F(PopupMenuTest, ForAGroupOfWavFilesTheEntriesKeepTheirState) {
     EXPECT_EQ(open(node("WAV Files")), "---");
 }
 
-TEST_F(PopupMenuTest, ACollectionOrNoNodeDisablesTheThreeEntriesAndNoOtherEntry) {
+TEST_F(PopupMenuTest, ARootNodeOrNoNodeDisablesTheThreeEntriesAndNoOtherEntry) {
     for (const NodeRef& at : {node("CD Tracks"), node("MP3 Files Folder"), NodeRef()}) {
         setAll(true);
         EXPECT_EQ(open(at), "---");
@@ -115,7 +117,7 @@ TEST_F(PopupMenuTest, OpeningStoresTheLevelOfTheNode) {
 
 // --- remove from the list ------------------------------------------------------------------------
 
-TEST_F(PopupMenuTest, RemoveDeletesNodeAndEntryAndKeepsTheFile) {
+TEST_F(PopupMenuTest, RemoveTakesTheFileOutOfTreeAndListButKeepsItOnDisk) {
     press(node(wavFile), {.right = true});
     form.mnuFileRemove.click();
     EXPECT_EQ(node(wavFile), nullptr);
@@ -141,7 +143,7 @@ TEST_F(PopupMenuTest, RemoveSearchesTheListsInOrderAndStopsAtTheFirstMatch) {
     }
 }
 
-TEST_F(PopupMenuTest, RemoveOfABareNameKeepsTheEntrySoTheFileIsStillProcessed) {
+TEST_F(PopupMenuTest, RemoveForANodeWithABareNameKeepsTheFileInItsList) {
     bareNames();
     press(node("b.mp3"), {.right = true});
     form.mnuFileRemove.click();
@@ -179,7 +181,7 @@ TEST_F(PopupMenuTest, TheFirstNodeWithTheTextIsRemovedWhicheverNodeWasClicked) {
     EXPECT_FALSE(drag.DragNode->removed());
 }
 
-TEST_F(PopupMenuTest, TheNodesTextIsAPatternForTheEntries) {
+TEST_F(PopupMenuTest, TheNodesTextIsAPatternForTheListEntries) {
     fill(form.List1, {"x[1].wav", "x1.wav"});
     drag.DragNode = addTo("WAV Files", "x[1].wav");
     form.mnuFileRemove.click();
@@ -189,7 +191,7 @@ TEST_F(PopupMenuTest, TheNodesTextIsAPatternForTheEntries) {
 
 // --- remove and delete ---------------------------------------------------------------------------
 
-TEST_F(PopupMenuTest, DeleteRemovesNodeFileAndEntryWithoutAQuestion) {
+TEST_F(PopupMenuTest, DeleteRemovesNodeListEntryAndFileWithoutAQuestion) {
     press(node(mp3File), {.right = true});
     form.mnuRemoveDelete.click();
     EXPECT_EQ(node(mp3File), nullptr);
@@ -198,7 +200,7 @@ TEST_F(PopupMenuTest, DeleteRemovesNodeFileAndEntryWithoutAQuestion) {
     EXPECT_TRUE(disk.fileExists(wavFile));
 }
 
-TEST_F(PopupMenuTest, DeleteFindsTheEntryOfABareNameUnlikeRemove) {
+TEST_F(PopupMenuTest, DeleteFindsTheListEntryForABareNameUnlikeRemove) {
     bareNames();
     press(node("b.mp3"), {.right = true});
     form.mnuRemoveDelete.click();
@@ -225,7 +227,7 @@ TEST_F(PopupMenuTest, DeleteDoesNothingForGroupsTracksOrNoNode) {
     EXPECT_THAT(disk.log, IsEmpty());
 }
 
-TEST_F(PopupMenuTest, NodeAndEntryOfAFileThatCannotBeDeletedAreRemoved) {
+TEST_F(PopupMenuTest, NodeAndListEntryOfAFileThatCannotBeDeletedAreRemoved) {
     disk.failWith(test::FakeFileSystem::Operation::touchForWriting, wavFile,
                   ErrorNumber::permissionDenied);
     press(node(wavFile), {.right = true});
@@ -258,7 +260,7 @@ TEST_F(PopupMenuTest, TheNodesTextIsAPatternForTheFilesToDelete) {
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\x[1].wav"));
 }
 
-TEST_F(PopupMenuTest, OneCommandDeletesOnlyTheFirstFileOfTheName) {
+TEST_F(PopupMenuTest, OneCommandDeletesOnlyTheFirstOfTwoFilesWithTheSameName) {
     bareNames();
     disk.addFile("c:\\other\\b.mp3", "x");
     fill(form.List4, {"c:\\other\\b.mp3"});
@@ -269,14 +271,14 @@ TEST_F(PopupMenuTest, OneCommandDeletesOnlyTheFirstFileOfTheName) {
     EXPECT_THAT(lines(form.List4), ElementsAre("c:\\other\\b.mp3"));
 }
 
-TEST_F(PopupMenuTest, TheEntryIsRemovedEvenIfTheListChangesDuringTheDeletion) {
+TEST_F(PopupMenuTest, TheListEntryIsRemovedEvenIfTheListChangesDuringTheDeletion) {
     press(node(wavFile), {.right = true});
     loop.after(100ms, [this] { putOnTop(form.List1, "c:\\music\\new.wav", form.List7); });
     form.mnuRemoveDelete.click();
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\new.wav"));
 }
 
-TEST_F(PopupMenuTest, AClickInsideTheYieldDoesNotRedirectTheCommand) {
+TEST_F(PopupMenuTest, AClickOnAnotherNodeDuringADeletionDoesNotRedirectTheDeletion) {
     press(node(wavFile), {.right = true});
     loop.atYield(1, [this] { press(node(mp3File)); });
     form.mnuRemoveDelete.click();
@@ -285,8 +287,8 @@ TEST_F(PopupMenuTest, AClickInsideTheYieldDoesNotRedirectTheCommand) {
     EXPECT_NE(node(mp3File), nullptr);
 }
 
-/// An event during a deletion: before the lists are searched for the file (the first yield), and
-/// while the file is being deleted.
+/// An event that occurs in one yield of a deletion: in the first yield, before the lists are
+/// searched for the file, or in a later yield, after the file has been deleted.
 struct EventDuringDeletion {
     const char* what;
     std::function<void(PopupMenuTest&)> event;
@@ -298,8 +300,10 @@ TEST_F(PopupMenuTest, AfterAnyEventInsideADeletionTreeAndListsAgree) {
     const EventDuringDeletion cases[] = {
         {"the tree is emptied", [](PopupMenuTest& t) { t.view.clear(); }, true},
         {"the same command", [](PopupMenuTest& t) { t.form.mnuRemoveDelete.click(); }, true},
-        // The entry is removed before the search, which then finds the file in no list.
-        {"the other command", [](PopupMenuTest& t) { t.form.mnuFileRemove.click(); }, false},
+        // In the first yield, the next two events remove the list entry, so the search then finds
+        // the file in no list.
+        {"the command that keeps the file", [](PopupMenuTest& t) { t.form.mnuFileRemove.click(); },
+         false},
         {"the list is emptied", [](PopupMenuTest& t) { t.form.List1.clear(); }, false},
     };
     for (const EventDuringDeletion& meantime : cases) {
@@ -335,7 +339,8 @@ TEST_F(PopupMenuTest, OnlyARefreshAfterTheFirstYieldOfADeletionAddsTheNodeAgain)
         loop.atYield(n, [this] { tree.showfiles(); });
         form.mnuRemoveDelete.click();
         EXPECT_FALSE(disk.fileExists(wavFile));
-        // The scan of such a refresh still finds the file, so the node is added again.
+        // The fake scanner lists the file even after its deletion, so a refresh after the first
+        // yield adds the node again.
         EXPECT_EQ(node(wavFile) != nullptr, n > 1);
         EXPECT_THAT(lines(form.List1), IsEmpty());
     }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Starts the action for the selected node and resets the window to idle when the action has ended.
-// The actions themselves are the handlers of cmdStart and CmdDecoder, which this class clicks.
+// The handlers of the buttons cmdStart and CmdDecoder perform the actions; this class clicks one of
+// these buttons.
 #pragma once
 
 #include <string>

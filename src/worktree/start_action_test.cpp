@@ -143,7 +143,7 @@ TEST_F(StartActionTest, TheDiskGuardsTimerRunsDuringTheActionIfTheWarningIsOn) {
     EXPECT_FALSE(form.tmrWarning.enabled());
 }
 
-TEST_F(StartActionTest, MinimizesOnlyIfTheSettingIsOne) {
+TEST_F(StartActionTest, MinimizesTheWindowOnlyIfMinimizeOnStartIsOne) {
     int minimized = 0;
     form.mnuMinimize.onClick = [&] {
         ++minimized;
@@ -158,7 +158,7 @@ TEST_F(StartActionTest, MinimizesOnlyIfTheSettingIsOne) {
     EXPECT_EQ(minimized, 1);
 }
 
-TEST_F(StartActionTest, AWavNodeStartsNoActionButTheWindowIsMinimizedAndRestoredAndTheTimerStarts) {
+TEST_F(StartActionTest, AWavNodeStartsNoActionButTheWindowIsMinimizedAndRestoredAndTimer1Starts) {
     process.settings.minimizeOnStart = 1;
     form.mnuMinimize.onClick = [this] {
         log.push_back("minimize");
@@ -201,7 +201,7 @@ TEST_F(StartActionTest, ASelectionDuringMinimizingDeterminesTheAction) {
     EXPECT_THAT(start("Selected Tracks"), ElementsAre("CmdDecoder"));
 }
 
-TEST_F(StartActionTest, AnEndOfTheProgramInsideTheActionRunsNoFurtherStep) {
+TEST_F(StartActionTest, NoFurtherStepRunsAfterAnEndOfTheProgramInsideTheAction) {
     form.Timer1.setEnabled(false);
     form.cmdStart.onClick = [this] {
         loop.endProgram();
@@ -223,7 +223,8 @@ TEST_F(StartActionTest, TheTreeStillAcceptsDoubleClicksDuringAnAction) {
     EXPECT_THAT(childrenOf("Selected Tracks"), ElementsAre(t1));
 }
 
-/// Adds an MP3 file to the tree and lets the popup's entry start the action.
+/// Adds an MP3 file to the tree and lets mnuStart2, an entry of the tree's popup menu, start the
+/// action.
 struct ActionAndTreeTest : StartActionTest {
     const std::string mp3 = "c:\\music\\a.mp3";
 
@@ -252,14 +253,14 @@ TEST_F(ActionAndTreeTest, ThePopupOfAnotherNodeStartsTheNodeThatWasLeftClickedBe
     press(node(mp3), {.right = true});
     run(form.mnupopup.onOpen);
     EXPECT_TRUE(form.mnuStart2.enabled());
-    // The button is released before an entry is chosen. The node that the left click has
+    // The mouse button is released before an entry is chosen. The node that the left click has
     // highlighted becomes the selected node again; this is intended.
     release(node(mp3), {.right = true});
     EXPECT_EQ(form.Label3.caption(), "Next Action:  Process  " + mp3);
     EXPECT_EQ(view.selectedItem(), node(t1));
     form.mnuStart2.click();
     EXPECT_THAT(log, ElementsAre("cmdStart"));
-    // The other entries of the popup refer to the node on which it was opened.
+    // The other entries of the popup refer to the node on which the popup was opened.
     form.mnuRemoveDelete.click();
     EXPECT_FALSE(disk.fileExists(mp3));
     EXPECT_NE(node(t1), nullptr);

@@ -54,9 +54,9 @@ bool TreeDrag::levelsFit(const NodeRef& target) const {
 }
 
 void TreeDrag::TreeView1_DragOver(const NodeRef& target) {
-    // DragNode moves one time for each node that the pointer reaches. But a move stores its target
-    // group in DropTarget, so the next event over the same item counts as a change and moves
-    // DragNode back.
+    // This condition ignores repeated events over one node, so that DragNode moves once. But a move
+    // stores the new group of DragNode in DropTarget: if the pointer is over another node than this
+    // group, the next event over the same node moves DragNode back.
     if (target == drag_.DropTarget) {
         return;
     }

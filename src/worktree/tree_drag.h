@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Handles drags over the work tree: how a drag starts, which nodes accept the dragged node, and the
-// drop. TreeMoves moves the dragged item while the pointer still moves, not at the drop.
+// drop. TreeMoves moves the dragged node (DragState::DragNode) while the pointer still moves,
+// before the drop.
 #pragma once
 
 #include <string>
@@ -25,7 +26,8 @@ class TreeDrag {
     /// "available" to the "selected" side of its collection, or back, unless `target` is the same
     /// node as in the previous call or refuses DragNode's kind. Yields.
     void TreeView1_DragOver(const NodeRef& target);
-    /// Puts DragNode below the highlighted node, if a node is highlighted, and ends the drag.
+    /// Puts DragNode below the highlighted node, if a node is highlighted, wherever TreeMoves has
+    /// moved DragNode before. Ends the drag.
     void TreeView1_DragDrop();
 
   private:

@@ -128,7 +128,7 @@ struct DragPathTest : TreeDragTest, testing::WithParamInterface<DragCase> {
                 // An MP3 over an MP3 is refused, unlike a track over a track.
                 {mp3, otherMp3, false},
                 // The rules apply only to texts that begin with "Track" or end in "wav" or "mp3",
-                // in exactly this case. So no node refuses these files.
+                // and they are case-sensitive. So no target refuses the next four dragged nodes.
                 {"x.WAV", "Available Tracks", true},
                 {"x.MP3", "WAV Files", true},
                 {"x.ogg", wav, true},
@@ -154,21 +154,22 @@ TEST_P(DragPathTest, EachTargetAcceptsOrRefusesTheDraggedNodeAsListed) {
     const int yields = loop.yieldCount();
     dragOver(dragCase.target);
     EXPECT_EQ(loop.yieldCount() > yields, dragCase.isAccepted);
-    // If the drag is refused, the highlight is unchanged. If it is accepted, the target is
-    // highlighted, or the move of a track has cleared the highlight.
+    // If the drag is refused, the highlight is unchanged. If it is accepted, the target (or, if the
+    // target is an item, its group) is highlighted, or the move of a track has cleared the
+    // highlight.
     EXPECT_EQ(view.dropHighlight() == mark, !dragCase.isAccepted);
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryRow, DragPathTest, testing::ValuesIn(DragPathTest::everyRow()));
 
-TEST_F(TreeDragTest, AnItemOverAnItemHighlightsTheItemsGroup) {
+TEST_F(TreeDragTest, AnItemOverAnotherItemOfItsGroupHighlightsThatGroup) {
     const NodeRef odd = addTo("WAV Files", "x.ogg");
     beginDrag(odd);
     dragOver(wav);
     EXPECT_EQ(view.dropHighlight(), node("WAV Files"));
 }
 
-TEST_F(TreeDragTest, ANodeOfTheWrongLevelClearsTheHighlightButTheItemMoves) {
+TEST_F(TreeDragTest, OverANodeOfTheWrongLevelTheHighlightIsClearedButTheItemMoves) {
     beginDrag(mp3);
     dragOver("CD Tracks");
     EXPECT_EQ(view.dropHighlight(), nullptr);
@@ -186,7 +187,7 @@ TEST_F(TreeDragTest, APointerThatLeavesAllNodesClearsTheHighlightAndMovesTheItem
 
 // --- the move while the pointer moves ----------------------------------------------------------
 
-TEST_F(TreeDragTest, TheItemMovesWhenANodeAcceptsItAndNotAtTheDrop) {
+TEST_F(TreeDragTest, TheItemMovesBeforeTheDropWhenANodeAcceptsIt) {
     beginDrag(mp3);
     dragOver("Selected MP3 Files");
     EXPECT_THAT(childrenOf("Selected MP3 Files"), ElementsAre(mp3));
@@ -236,7 +237,8 @@ TEST_F(TreeDragTest, AMoveStoresItsTargetGroupSoTheNextEventOverTheSameItemMoves
     dragOver(t2);
     EXPECT_THAT(childrenOf("Selected Tracks"), IsEmpty());
     EXPECT_THAT(childrenOf("Available Tracks"), ElementsAre(t2, t1));
-    // The rebuild has removed the dragged node, so further events do not move it.
+    // The move back has replaced the nodes of "Available Tracks" by new nodes. So the dragged node
+    // is removed, and further events move nothing.
     EXPECT_TRUE(drag.DragNode->removed());
     dragOver("Selected Tracks");
     dragOver(t2);
@@ -358,12 +360,13 @@ TEST_F(TreeDragTest, EventsInsideAMoveLeaveTreeAndListsAsExpected) {
         // The entry was moved before the press, which then changes the node that is moved.
         {"press", pressElsewhere, 1, {}, {mp3, otherMp3}, {mp3}, {otherMp3}},
         {"press", pressElsewhere, 2, {mp3}, {otherMp3}, {mp3}, {otherMp3}},
-        // The other node moves to the other side and, with the rest of this move, back again.
+        // The double click moves otherMp3 to the selected group. The rest of the drag's move then
+        // applies to otherMp3: otherMp3 moves back, and mp3 does not move.
         {"double click", moveAnother, 1, {}, {mp3, otherMp3}, {mp3, otherMp3}, {}},
-        // After the double click the entry that was selected before occurs twice.
+        // Here the entry of mp3 occurs twice after the double click.
         {"double click", moveAnother, 2, {mp3, otherMp3}, {}, {mp3, otherMp3, mp3}, {}},
-        // The node moves to the other side inside the yield and, with the rest of the move, back
-        // again.
+        // In yield 1 the node has not moved yet: the event moves it to the selected group, and the
+        // rest of the move moves it back.
         {"drag back", dragBack, 1, {}, {otherMp3, mp3}, {mp3}, {otherMp3}},
         {"drag back", dragBack, 2, {}, {otherMp3, mp3}, {}, {mp3, otherMp3}},
     };

@@ -112,7 +112,7 @@ void TreeMoves::moveFileNode() {
         const NodeRef from = selected ? selected->parent() : nullptr;
         drag_.DropTarget =
             move.target == Neighbour::before ? tree.previousSibling(from) : tree.nextSibling(from);
-        // Without a sibling the node does not move, even if its entry has moved.
+        // Without a sibling the node does not move, even if its entry has moved to another list.
         tree.setParent(selected, drag_.DropTarget).passOver();
         return;
     }

@@ -24,9 +24,9 @@ class TreeMoves {
     /// the yield.
     void moveSelected();
 
-    /// Moves DragNode, and the entry that `text` names, during a drag. A file is found in the lists
-    /// by its name, so that its whole path moves even if the node shows only the name. Does nothing
-    /// for an empty text. Yields.
+    /// Moves DragNode, and the entry that `text` names, during a drag. A file's entry is its whole
+    /// path; it is found by the name of the file, because the node may show only the name. Does
+    /// nothing for an empty text. Yields.
     void MoveDraggedNode(const std::string& text);
 
   private:

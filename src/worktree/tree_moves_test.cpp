@@ -34,7 +34,7 @@ struct TreeMovesTest : test::WorkTreeWorld {
     }
 };
 
-TEST_F(TreeMovesTest, ATrackMovesToTheTopOfTheQueueAndToTheEndOfItsGroup) {
+TEST_F(TreeMovesTest, ASelectedTrackBecomesTheFirstLineOfLstRecordAndTheLastNodeOfSelectedTracks) {
     doubleClick(t2);
     doubleClick(t1);
     EXPECT_THAT(lines(form.lstRecord), ElementsAre(t1, t2));
@@ -43,7 +43,7 @@ TEST_F(TreeMovesTest, ATrackMovesToTheTopOfTheQueueAndToTheEndOfItsGroup) {
     EXPECT_THAT(childrenOf("Available Tracks"), ElementsAre(t3));
 }
 
-TEST_F(TreeMovesTest, AMovedTrackKeepsItsNodeAndLeavesNoHighlight) {
+TEST_F(TreeMovesTest, ATrackMovedToSelectedTracksKeepsItsNodeAndLeavesNoDropHighlight) {
     const NodeRef track = node(t2);
     doubleClick(t2);
     EXPECT_EQ(node(t2), track);
@@ -54,7 +54,7 @@ TEST_F(TreeMovesTest, AMovedTrackKeepsItsNodeAndLeavesNoHighlight) {
     EXPECT_EQ(drag.DragNode, track);
 }
 
-TEST_F(TreeMovesTest, AReturningTrackRebuildsTheGroupInTheOrderOfItsList) {
+TEST_F(TreeMovesTest, ATrackMovedBackRebuildsTheNodesOfAvailableTracksInTheOrderOfLstTracks) {
     doubleClick(t1);
     const NodeRef formerSecond = node(t2);
     doubleClick(t1);
@@ -71,7 +71,7 @@ TEST_F(TreeMovesTest, AReturningTrackRebuildsTheGroupInTheOrderOfItsList) {
     EXPECT_EQ(view.dropHighlight(), nullptr);
 }
 
-TEST_F(TreeMovesTest, TheRebuildClearsTheSelection) {
+TEST_F(TreeMovesTest, TheRebuildOfAvailableTracksClearsTheSelection) {
     doubleClick(t1);
     doubleClick(t1);
     EXPECT_EQ(view.selectedItem(), nullptr);
@@ -89,7 +89,7 @@ TEST_F(TreeMovesTest, ATrackCanMoveBackAndForthRepeatedly) {
     EXPECT_EQ(view.count(), 14);
 }
 
-TEST_F(TreeMovesTest, TheReturnOfATrackYieldsAfterEachRebuiltTrack) {
+TEST_F(TreeMovesTest, ATrackMovedBackYieldsAfterEachRebuiltNodeAndOnceAtTheEnd) {
     doubleClick(t1);
     press(node(t1));
     const int before = loop.yieldCount();
@@ -97,11 +97,12 @@ TEST_F(TreeMovesTest, TheReturnOfATrackYieldsAfterEachRebuiltTrack) {
     EXPECT_EQ(loop.yieldCount() - before, 3 + 1);
 }
 
-TEST_F(TreeMovesTest, TheRebuildRemovesAllOtherNodesOfTheGroup) {
+TEST_F(TreeMovesTest, TheRebuildOfAvailableTracksAlsoRemovesTheFileNodesOfThatGroup) {
     finder.files[destination]["wav"] = {wav, "c:\\music\\new.wav"};
     tree.showfiles();
     ASSERT_THAT(childrenOf("Available Tracks"), Contains("c:\\music\\new.wav"));
-    // A move would use the group's old index, so the test itself puts the node into the group.
+    // After a second showfiles() a double click would not move t1's node under "Selected Tracks"
+    // (next test), so the test itself moves this node and fills the lists.
     view.setParent(node(t1), node("Selected Tracks")).passOver();
     fill(form.lstTracks, {t2, t3});
     fill(form.lstRecord, {t1});
@@ -110,7 +111,7 @@ TEST_F(TreeMovesTest, TheRebuildRemovesAllOtherNodesOfTheGroup) {
     EXPECT_THAT(lines(form.List1), Contains("c:\\music\\new.wav"));
 }
 
-TEST_F(TreeMovesTest, AfterARefreshATrackMovesUnderTheNodeAtTheOldIndex) {
+TEST_F(TreeMovesTest, AfterARefreshATrackMovesUnderTheNodeThatNowHasTheOldIndexOfSelectedTracks) {
     tree.showfiles();
     ASSERT_EQ(view.node(2)->text(), "WAV Files");
     doubleClick(t1);
@@ -146,7 +147,8 @@ TEST_F(TreeMovesTest, AnMp3MovesToTheSiblingBeforeItsGroupAndBack) {
     EXPECT_THAT(lines(form.List4), IsEmpty());
 }
 
-TEST_F(TreeMovesTest, ANameWithABracketMovesItsNodeByEquality) {
+TEST_F(TreeMovesTest, TheNodeOfAFileWithBracketsInItsNameMoves) {
+    // As a pattern, this name would match only "c:\music\x.mp3".
     const std::string odd = "c:\\music\\[x].mp3";
     addItem(view, node("MP3 Files"), "p odd", odd).passOver();
     doubleClick(odd);
@@ -175,7 +177,7 @@ TEST_F(TreeMovesTest, TheGroupSelectedMp3FilesStaysBecauseNoCollectionFollowsIts
     expectListsUnchanged();
 }
 
-TEST_F(TreeMovesTest, TheGroupsOfTracksAndTheCollectionsDoNotMove) {
+TEST_F(TreeMovesTest, NeitherTheCollectionsNorTheGroupsOfTracksMove) {
     const auto before = outline();
     for (const char* text : {"Selected Tracks", "Available Tracks", "CD Tracks", "WAV Files Folder",
                              "MP3 Files Folder"}) {
@@ -211,17 +213,16 @@ TEST_F(TreeMovesTest, ADoubleClickOutsideTheNodesMovesOnlyTheSelectedWavsEntry) 
     EXPECT_THAT(lines(form.List5), ElementsAre(wav));
 }
 
-TEST_F(TreeMovesTest, IfDragNodeAndSelectionDifferDragNodeIsMoved) {
+TEST_F(TreeMovesTest, MoveSelectedMovesTheEntryOfTheSelectedNodeAndTheNodeDragNode) {
     view.setSelectedItem(node(t1)).passOver();
     drag.DragNode = node(t3);
     moves.moveSelected();
-    // The entry that moves is that of the selected node, but the node that moves is DragNode.
     EXPECT_THAT(lines(form.lstRecord), ElementsAre(t1));
     EXPECT_THAT(childrenOf("Selected Tracks"), ElementsAre(t3));
     EXPECT_EQ(view.selectedItem(), node(t3));
 }
 
-TEST_F(TreeMovesTest, AMoveEndsWithAYield) {
+TEST_F(TreeMovesTest, EachMoveEndsWithAYieldEvenIfNothingMoves) {
     const auto yieldsOf = [this](const std::string& text) {
         press(node(text));
         const int before = loop.yieldCount();
@@ -230,26 +231,26 @@ TEST_F(TreeMovesTest, AMoveEndsWithAYield) {
     };
     EXPECT_EQ(yieldsOf("CD Tracks"), 1);
     EXPECT_EQ(yieldsOf(t1), 1);
-    EXPECT_EQ(yieldsOf(mp3), 2);
+    EXPECT_EQ(yieldsOf(mp3), 2); // the removal of the entry from List2 yields, too
 }
 
 // --- the move step of a drag -------------------------------------------------------------------
 
-TEST_F(TreeMovesTest, ADragMovesDragNodeAndTheEntryThatTheTextNames) {
+TEST_F(TreeMovesTest, MoveDraggedNodeMovesDragNodeAndTheEntryThatItsArgumentNames) {
     press(node(mp3));
     moves.MoveDraggedNode(otherMp3);
     EXPECT_THAT(lines(form.List4), ElementsAre(otherMp3));
     EXPECT_THAT(childrenOf("Selected MP3 Files"), ElementsAre(mp3));
 }
 
-TEST_F(TreeMovesTest, ADraggedMp3KeepsTheOthersInTheirList) {
+TEST_F(TreeMovesTest, ADraggedMp3LeavesTheOtherMp3EntriesInTheirList) {
     press(node(mp3));
     moves.MoveDraggedNode(mp3);
     EXPECT_THAT(lines(form.List2), ElementsAre(otherMp3));
     EXPECT_THAT(lines(form.List4), ElementsAre(mp3));
 }
 
-TEST_F(TreeMovesTest, ADraggedTrackThatReturnsRebuildsItsGroup) {
+TEST_F(TreeMovesTest, ADragThatMovesATrackBackRebuildsAvailableTracks) {
     press(node(t1));
     moves.MoveDraggedNode(t1);
     EXPECT_THAT(childrenOf("Selected Tracks"), ElementsAre(t1));
@@ -258,7 +259,7 @@ TEST_F(TreeMovesTest, ADraggedTrackThatReturnsRebuildsItsGroup) {
     EXPECT_EQ(node(t2)->key(), "p name" + t2);
 }
 
-TEST_F(TreeMovesTest, AnEmptyTextMovesNothingAndDoesNotYield) {
+TEST_F(TreeMovesTest, MoveDraggedNodeWithAnEmptyTextMovesNothingAndDoesNotYield) {
     press(node(mp3));
     const auto before = outline();
     const int yields = loop.yieldCount();
@@ -278,7 +279,7 @@ TEST_F(TreeMovesTest, AClickInsideTheYieldBeforeTheNodeMovesChangesWhichNodeMove
     EXPECT_THAT(lines(form.List4), ElementsAre(mp3));
 }
 
-TEST_F(TreeMovesTest, TheTreeMayBeEmptiedInsideAnyYield) {
+TEST_F(TreeMovesTest, ATreeThatIsEmptiedInAYieldStaysEmptyAndTheEntryStillMoves) {
     for (int yield = 1; yield <= 6; ++yield) {
         view.clear();
         disc({t1, t2, t3});
@@ -293,13 +294,13 @@ TEST_F(TreeMovesTest, TheTreeMayBeEmptiedInsideAnyYield) {
         moves.moveSelected();
         loop.yield();
         loop.yield();
-        EXPECT_TRUE(ran) << yield;
-        EXPECT_EQ(view.count(), 0) << yield;
-        EXPECT_THAT(lines(form.lstTracks), ElementsAre(t2, t3, t1)) << yield;
+        EXPECT_TRUE(ran) << "yield " << yield;
+        EXPECT_EQ(view.count(), 0) << "yield " << yield;
+        EXPECT_THAT(lines(form.lstTracks), ElementsAre(t2, t3, t1)) << "yield " << yield;
     }
 }
 
-TEST_F(TreeMovesTest, TracksRemovedFromTheListInsideTheRebuildGetNoEmptyNodes) {
+TEST_F(TreeMovesTest, TracksRemovedFromLstTracksInAYieldOfTheRebuildGetNoNodes) {
     doubleClick(t1);
     press(node(t1));
     loop.atYield(1, [this] { form.lstTracks.clear(); });
@@ -307,7 +308,7 @@ TEST_F(TreeMovesTest, TracksRemovedFromTheListInsideTheRebuildGetNoEmptyNodes) {
     EXPECT_THAT(childrenOf("Available Tracks"), ElementsAre(t2));
 }
 
-TEST_F(TreeMovesTest, ADoubleClickInsideTheRebuildFinishesFirst) {
+TEST_F(TreeMovesTest, ADoubleClickInAYieldOfTheRebuildFinishesBeforeTheRebuildContinues) {
     doubleClick(t1);
     press(node(t1));
     loop.atYield(1, [this] { doubleClick(t2); });
@@ -329,14 +330,15 @@ TEST_F(TreeMovesTest, ARefreshInsideAYieldLeavesACompleteTree) {
     EXPECT_THAT(childrenOf("MP3 Files"), ElementsAre(otherMp3, mp3));
 }
 
-TEST_F(TreeMovesTest, TheReturnOfATrackIsFastBesideAHundredThousandFiles) {
+TEST_F(TreeMovesTest, ATrackMovedBackQuicklyRemovesAHundredThousandFileNodesFromItsGroup) {
     constexpr int count = 100'000;
     std::vector<std::string> many;
     for (int i = 0; i < count; ++i) {
         many.push_back("c:\\music\\" + std::to_string(i) + ".wav");
     }
     finder.files[destination]["wav"] = many;
-    // In the second build all these files are new, so they are added under "Available Tracks".
+    // The constructor has built the tree once. This second build adds the new files under the group
+    // that it has added last, "Available Tracks" (reason: WorkTree::showfiles).
     tree.showfiles();
     ASSERT_GT(node("Available Tracks")->children().size(), 100'000U);
     view.setParent(node(t1), node("Selected Tracks")).passOver();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Defines the texts of the work tree's groups, adds the three kinds of nodes with their pictures,
-// and finds nodes. WorkTree and TreeMoves decide where nodes are added.
+// Defines the texts of the work tree's groups, adds the three kinds of nodes (collections, groups,
+// items) with their pictures, and finds nodes. WorkTree and TreeMoves decide where nodes are added.
 #pragma once
 
 #include <string>
@@ -17,7 +17,7 @@ inline constexpr const char* wavFilesText = "WAV Files";
 inline constexpr const char* selectedMp3FilesText = "Selected MP3 Files";
 inline constexpr const char* mp3FilesText = "MP3 Files";
 
-/// Adds a root. Errors: as TreeView::add.
+/// Adds a collection, which is a root of the tree. Errors: as TreeView::add.
 Result<NodeRef> addCollection(TreeView& tree, const std::string& key, const std::string& text);
 /// Adds a child of `collection`. Errors: as TreeView::add; objectNotSet without a collection.
 Result<NodeRef> addGroup(TreeView& tree, const NodeRef& collection, const std::string& key,

@@ -35,7 +35,7 @@ TEST_F(TreeNodesTest, WithoutAParentNoGroupOrItemIsAddedAndNoneBecomesARoot) {
     EXPECT_EQ(tree.count(), 3);
 }
 
-TEST_F(TreeNodesTest, FindsTheNodeOfTheLowestIndex) {
+TEST_F(TreeNodesTest, FindsTheNodeOfTheLowestIndexAmongNodesWithTheSameText) {
     const NodeRef twin = addItem(tree, group, "p twin", "item").value();
     EXPECT_EQ(firstNodeOfText(tree, "item"), item);
     tree.remove(item).passOver();
@@ -43,12 +43,12 @@ TEST_F(TreeNodesTest, FindsTheNodeOfTheLowestIndex) {
     EXPECT_EQ(firstNodeOfText(tree, "Item"), nullptr);
 }
 
-TEST_F(TreeNodesTest, TheTextOfNoNodeIsEmpty) {
+TEST_F(TreeNodesTest, TheTextOfANullNodeIsEmpty) {
     EXPECT_EQ(textOf(item), "item");
     EXPECT_EQ(textOf(nullptr), "");
 }
 
-TEST_F(TreeNodesTest, TheParentsTextIsEmptyIfThereIsNoParent) {
+TEST_F(TreeNodesTest, TheParentsTextIsEmptyForARootANullNodeAndARemovedNode) {
     EXPECT_EQ(parentText(item), "group");
     EXPECT_EQ(parentText(collection), "");
     EXPECT_EQ(parentText(nullptr), "");

@@ -45,7 +45,7 @@ void TreeSelection::TreeView1_MouseDown(MouseButtons buttons, const NodeRef& at)
 void TreeSelection::TreeView1_MouseUp() {
     TreeView& tree = form_.TreeView1;
     if (const NodeRef selected = tree.selectedItem()) {
-        // The text is not examined: a node without an action is shown in the same way.
+        // The caption names the selected node even if that node has no action.
         form_.Label3.setCaption("Next Action:  Process  " + selected->text());
     }
     // This fails while no node is highlighted; the failure is ignored.

@@ -78,7 +78,7 @@ TEST_F(TreeSelectionTest, APressOfBothButtonsOpensThePopup) {
     EXPECT_THAT(popups, ElementsAre("mnupopup"));
 }
 
-TEST_F(TreeSelectionTest, TheNodeIsSelectedWhenThePopupOpens) {
+TEST_F(TreeSelectionTest, APressedNodeIsAlreadySelectedWhenThePopupOpens) {
     NodeRef selectedThen;
     const Connection looking =
         form.popupRequested.connect([&](const MenuItem&) { selectedThen = view.selectedItem(); });
@@ -102,7 +102,7 @@ TEST_F(TreeSelectionTest, APressWithANonEmptyLabelEditGuardHighlightsDragNode) {
     EXPECT_EQ(view.dropHighlight(), node(t1));
 }
 
-TEST_F(TreeSelectionTest, AReleaseNamesTheNextActionForANodeOfAnyKind) {
+TEST_F(TreeSelectionTest, AReleaseShowsTheNextActionForANodeOfAnyKind) {
     for (const std::string& text :
          std::vector<std::string>{t1, wav, "Selected Tracks", "CD Tracks", "WAV Files Folder"}) {
         click(text);
@@ -120,7 +120,8 @@ TEST_F(TreeSelectionTest, AReleaseWithNothingSelectedChangesNothing) {
     EXPECT_EQ(view.selectedItem(), nullptr);
 }
 
-TEST_F(TreeSelectionTest, AReleaseNamesTheSelectedNodeThenSelectsTheHighlightedNode) {
+TEST_F(TreeSelectionTest,
+       AReleaseShowsTheNextActionForTheSelectedNodeThenSelectsTheHighlightedNode) {
     press(node(wav), right);
     view.setDropHighlight(node(t12)).passOver();
     release(node(wav), right);
@@ -137,7 +138,7 @@ TEST_F(TreeSelectionTest, AReleaseWithoutAHighlightKeepsTheSelection) {
     EXPECT_EQ(form.Label3.caption(), "Next Action:  Process  " + wav);
 }
 
-TEST_F(TreeSelectionTest, ATracksNumberBecomesTheCurrentTrack) {
+TEST_F(TreeSelectionTest, AClickOnATrackMakesItTheCurrentTrackUntilAnotherTrackIsClicked) {
     click(t1);
     EXPECT_EQ(process.currentTrack, 1);
     click(t12);
@@ -146,7 +147,8 @@ TEST_F(TreeSelectionTest, ATracksNumberBecomesTheCurrentTrack) {
     EXPECT_EQ(process.currentTrack, 12);
 }
 
-TEST_F(TreeSelectionTest, TheNumberIsReadFromAnyTextThatBeginsWithTrackAndABlankInAnyCase) {
+TEST_F(TreeSelectionTest,
+       TheCurrentTrackIsReadFromAnyTextThatBeginsWithTrackAndABlankIgnoringCase) {
     const NodeRef group = node("Available Tracks");
     addItem(view, group, "p a", "TRACK 07.mp3").passOver();
     click("TRACK 07.mp3");
@@ -191,7 +193,7 @@ TEST_F(TreeSelectionTest, ANodeRemovedInsideTheYieldOfAPressIsNotSelected) {
     EXPECT_THAT(lines(form.lstTracks), ElementsAre(t1, t12));
 }
 
-TEST_F(TreeSelectionTest, APressOnARemovedNodeSelectsNothing) {
+TEST_F(TreeSelectionTest, APressOnARemovedNodeKeepsTheSelection) {
     const NodeRef gone = node(wav);
     press(node(t1));
     view.remove(gone).passOver();

@@ -21,15 +21,15 @@ void WorkTree::showfiles() {
     TreeView& tree = form_.TreeView1;
     form_.show();
     // Removes the nodes at the indices 2 and 1: usually the first group of the first collection,
-    // then this collection. The other collections stay from the previous build.
+    // then this collection. The other collections that an earlier call has added remain.
     tree.remove(2).passOver();
     tree.remove(1).passOver();
     scanDestination();
     form_.show();
 
-    // A failed add keeps the previous parent. In a later build, a new node is therefore added under
-    // the group that was added last, whatever kind of group it is and even if an earlier build has
-    // added it.
+    // Adding a node fails if the tree contains the node's key; `collection_` or `group_` then keeps
+    // its value. In a later call, a new file is therefore added under the group that was added
+    // last, whatever the kind of this group is, and even if an earlier call has added the group.
     addCollection(tree, "f Collection 1", "CD Tracks").storeIn(collection_);
     addGroup(tree, collection_, "g Selected Tracks", selectedTracksText).storeIn(group_);
     tree.ensureVisible(group_).passOver();
@@ -51,8 +51,7 @@ void WorkTree::showfiles() {
     const bool fullPath = process_.settings.showFullPath != 0;
     const NodeRef lastMp3 = addFilesFromTheLast(form_.List2, ".mp3", group_,
                                                 fullPath ? Reveal::nothing : Reveal::eachAdded);
-    // The group is found by its text, because on a later build it is not the group that was added
-    // last.
+    // This group is found by its text, because in a later call `group_` is another group.
     tree.ensureVisible(firstNodeOfText(tree, mp3FilesText)).passOver();
     tree.ensureVisible(lastMp3).passOver();
     reverse(form_.List2, form_.List7);
@@ -114,7 +113,8 @@ void WorkTree::showfiles3() {
             }
         }
     }
-    // Deliberate: a file of each type is added to the list of the other type.
+    // Deliberate: a WAV file is added to the list of MP3 files, and an MP3 file to the list of WAV
+    // files.
     if (chosen.ends_with(".wav")) {
         form_.List2.addItem(chosen);
     }

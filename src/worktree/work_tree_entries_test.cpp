@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests showfiles3 and ShowFilesOneRoot; work_tree_test.cpp tests showfiles.
+// Tests WorkTree::showfiles3 and ShowFilesOneRoot; work_tree_test.cpp tests showfiles.
 #include <chrono>
 #include <utility>
 
@@ -28,7 +28,7 @@ struct Showfiles3Test : test::WorkTreeWorld {
     }
 };
 
-TEST_F(Showfiles3Test, StopsAtAnEntryOfEitherListThatEqualsTheChosenPath) {
+TEST_F(Showfiles3Test, DoesNothingIfEitherFileListContainsTheChosenPath) {
     choose(1);
     for (ListBox* list : {&form.List1, &form.List2}) {
         form.List1.clear();
@@ -77,8 +77,9 @@ TEST_F(Showfiles3Test, PassesTheEntrysNumberToFileAdderInsteadOfThePath) {
     const auto before = outline();
     EXPECT_EQ(timeOfShowfiles3(), 300ms);
     EXPECT_EQ(outline(), before);
-    // The current folder contains a file whose name is the number of the entry: SplitDir shows
-    // that the adder was called with this name.
+    // Runs showfiles3 again, now with a file "2" in the current folder and without the entry that
+    // the first run added. The adder finds the file "2" and empties SplitDir, because this path
+    // contains no folder.
     disk.changeFolder("c:\\sonarith").passOver();
     disk.addFile("c:\\sonarith\\2", std::string(100, 'x'));
     process.SplitDir = "untouched";
@@ -107,7 +108,7 @@ TEST_F(OneRootTest, AllGroupsAreSiblingsBelowOneRoot) {
                             "  MP3 Files", "    c.mp3"));
 }
 
-TEST_F(OneRootTest, KeysAndPicturesAreThoseOfTheLayoutWithThreeRoots) {
+TEST_F(OneRootTest, EachNodeHasItsKeyAndThePicturesOfItsLevel) {
     const std::vector<std::pair<std::string, std::string>> keys = {
         {"CD Tracks, WAV, MP3 files", "f Collection 1"},
         {"Selected Tracks", "g Selected Tracks"},
@@ -128,7 +129,7 @@ TEST_F(OneRootTest, KeysAndPicturesAreThoseOfTheLayoutWithThreeRoots) {
     }
 }
 
-TEST_F(OneRootTest, ADoubleClickFindsTheSiblingGroupForEveryKind) {
+TEST_F(OneRootTest, ADoubleClickMovesATrackOrFileToTheOtherGroupOfItsKind) {
     doubleClick("b.wav");
     EXPECT_THAT(childrenOf("Selected WAV Files"), ElementsAre("b.wav"));
     doubleClick("b.wav");

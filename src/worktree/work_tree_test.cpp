@@ -53,7 +53,7 @@ TEST_F(ShowfilesTest, TheFirstBuildCreatesTheExpectedNodesInOrder) {
                             "p c:\\music\\b.mp3|c:\\music\\b.mp3|3,6|MP3 Files|3"));
 }
 
-TEST_F(ShowfilesTest, WithoutFilesAndDiscThreeCollectionsHaveEmptyGroups) {
+TEST_F(ShowfilesTest, WithoutFilesAndWithoutADiscTheThreeCollectionsHaveEmptyGroups) {
     tree.showfiles();
     EXPECT_THAT(outline(), ElementsAre("CD Tracks", "  Selected Tracks", "  Available Tracks",
                                        "WAV Files Folder", "  WAV Files", "MP3 Files Folder",
@@ -80,7 +80,7 @@ TEST_F(ShowfilesTest, ScansTheDestinationForWavThenForMp3) {
     EXPECT_THAT(finder.log, ElementsAre("folder c:\\music", "search wav", "search mp3"));
 }
 
-TEST_F(ShowfilesTest, NodesAndListsAreInReverseScanOrder) {
+TEST_F(ShowfilesTest, FileNodesAndFileListsAreInReverseScanOrder) {
     files({"c:\\music\\1.wav", "c:\\music\\2.wav", "c:\\music\\3.wav"},
           {"c:\\music\\1.mp3", "c:\\music\\2.mp3"});
     tree.showfiles();
@@ -115,13 +115,13 @@ TEST_F(ShowfilesTest, TheOldEntriesOfTheFourFileListsAreRemoved) {
     }
 }
 
-TEST_F(ShowfilesTest, WithoutFullPathsShowsTheBaseWithALowerCaseEnding) {
+TEST_F(ShowfilesTest, WithoutFullPathsShowsTheFileNameWithALowerCaseExtension) {
     process.settings.showFullPath = 0;
     files({"c:\\music\\Name.WAV"}, {"c:\\music\\sub\\Long.mpeg", "c:\\music\\Tune.Mp3"});
     tree.showfiles();
     EXPECT_THAT(childrenOf("WAV Files"), ElementsAre("Name.wav"));
     EXPECT_EQ(node("Name.wav")->key(), "p Name.wav");
-    // The last four characters of the name are removed, whatever they are.
+    // The extension replaces the last four characters of the name, whatever they are.
     EXPECT_THAT(childrenOf("MP3 Files"), ElementsAre("Tune.mp3", "Long..mp3"));
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\Name.WAV"));
 }
@@ -140,7 +140,7 @@ TEST_F(ShowfilesTest, WithoutFullPathsTwoFilesOfTheSameNameGiveOneNodeAndTwoEntr
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\two\\a.wav", "c:\\music\\one\\a.wav"));
 }
 
-TEST_F(ShowfilesTest, AFileWhoseNameIsTooShortForAnExtensionHasAnEntryAndNoNode) {
+TEST_F(ShowfilesTest, WithoutFullPathsAFileNameTooShortForAnExtensionHasAnEntryAndNoNode) {
     process.settings.showFullPath = 0;
     files({"wav", "c:\\music\\a.wav"}, {});
     tree.showfiles();
@@ -165,7 +165,7 @@ TEST_F(ShowfilesTest, AMissingDestinationIsIgnoredAndTheFinderKeepsItsFolder) {
     EXPECT_EQ(form.Label2.caption(), "x:\\gone\\");
 }
 
-TEST_F(ShowfilesTest, MakesGroupsAndTheLastFilesVisible) {
+TEST_F(ShowfilesTest, MakesGroupsAndTheLastAddedFileOfEachKindVisible) {
     files({"c:\\music\\1.wav", "c:\\music\\2.wav"}, {"c:\\music\\1.mp3", "c:\\music\\2.mp3"});
     test::RevealLog reveals;
     view.setObserver(&reveals);
@@ -176,7 +176,7 @@ TEST_F(ShowfilesTest, MakesGroupsAndTheLastFilesVisible) {
     view.setObserver(nullptr);
 }
 
-TEST_F(ShowfilesTest, MakesEachMp3VisibleWithoutFullPaths) {
+TEST_F(ShowfilesTest, WithoutFullPathsMakesEachMp3FileVisible) {
     process.settings.showFullPath = 0;
     files({"c:\\music\\1.wav", "c:\\music\\2.wav"}, {"c:\\music\\1.mp3", "c:\\music\\2.mp3"});
     test::RevealLog reveals;
@@ -239,7 +239,7 @@ TEST_F(ShowfilesTest, AFileDeletedByAnotherProgramKeepsItsNodeAndLosesItsEntry) 
     EXPECT_THAT(lines(form.List1), IsEmpty());
 }
 
-TEST_F(ShowfilesTest, AfterARefreshSelectedMp3FilesKeepTheirNodesAndLoseTheirEntries) {
+TEST_F(ShowfilesTest, TheSecondBuildKeepsNodesOfSelectedMp3FilesButListsTheFilesAsAvailable) {
     files({}, {"c:\\music\\b.mp3"});
     tree.showfiles();
     doubleClick("c:\\music\\b.mp3");
@@ -250,15 +250,15 @@ TEST_F(ShowfilesTest, AfterARefreshSelectedMp3FilesKeepTheirNodesAndLoseTheirEnt
     EXPECT_THAT(lines(form.List2), ElementsAre("c:\\music\\b.mp3"));
 }
 
-TEST_F(ShowfilesTest, OnTheThirdBuildANewDiscIsAddedUnderTheGroupOfThePreviousBuild) {
+TEST_F(ShowfilesTest, OnTheThirdBuildANewDiscIsAddedUnderTheGroupThatTheSecondBuildAdded) {
     disc(twoTracks);
     files({"c:\\music\\a.wav"}, {});
     tree.showfiles();
     tree.showfiles();
     disc({"Track  1 - 00:07:07"});
     tree.showfiles();
-    // Collection 1 exists, so all of its adds fail: the parent is the group that was remembered in
-    // the previous build.
+    // Collection 1 exists already, so its nodes cannot be added again. The new track is therefore
+    // added under the group that the second build added last.
     EXPECT_THAT(childrenOf("Available Tracks"),
                 ElementsAre(twoTracks[0], twoTracks[1], "Track  1 - 00:07:07"));
 }
@@ -294,7 +294,8 @@ TEST_F(ShowfilesTest, ABuildRemovesTheNodesAtTheFirstAndTheSecondIndex) {
     tree.showfiles();
     ASSERT_EQ(view.node(1), node("MP3 Files Folder"));
     ASSERT_EQ(view.node(2), node("Selected MP3 Files"));
-    // The group no longer belongs to the subtree that is removed with the node at index 1.
+    // "Selected MP3 Files" no longer belongs to the subtree that is removed with the node at index
+    // 1.
     ASSERT_TRUE(view.setParent(node("Selected MP3 Files"), node("CD Tracks")).ok());
     tree.showfiles();
     EXPECT_THAT(childrenOf("CD Tracks"), ElementsAre("Selected Tracks", "Available Tracks"));

@@ -51,7 +51,7 @@ def choose_first_track(program):
     program.click_row("Selected Tracks")
     action = "Next Action:  Process  Selected Tracks"
     wait_for("the next action", lambda: program.next_action() == action)
-    print(f'A click on the group: the window says "{program.next_action()}".')
+    print(f'A click on "Selected Tracks": the window says "{program.next_action()}".')
 
 
 def watch(program, album):

@@ -45,7 +45,7 @@ def _end_adopted():
 
 
 class Frame(typing.NamedTuple):
-    """A window on the screen, in pixels."""
+    """The rectangle of a window on the screen, including the window's frame, in pixels."""
     left: int
     top: int
     width: int
@@ -145,7 +145,8 @@ class Desktop:
         self._start("/usr/libexec/at-spi-bus-launcher", "--launch-immediately")
 
     def _open_accessibility(self):
-        # The library reads the bus address from this process's environment, and only once.
+        # The accessibility library reads the bus address from this process's environment, and only
+        # once.
         for key in ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR", "AT_SPI_BUS_ADDRESS"):
             os.environ.pop(key, None)
             if key in self.environment:
@@ -191,8 +192,7 @@ class Desktop:
         return pathlib.Path(self.environment["XDG_CONFIG_HOME"]) / "sonarith" / "Sonarith v2.0.ini"
 
     def stored(self, section):
-        """The values of a section of the settings store by key. Keys and values are escaped as in
-        the file."""
+        """The keys and values of a section of the settings store, escaped as in the file."""
         if not self.store.exists():
             return {}
         text = self.store.read_text(encoding="utf-8")
@@ -210,8 +210,9 @@ class Desktop:
         self.store.write_text("\n".join(lines) + "\n", encoding="utf-8")
 
     def launch(self, program, *arguments, log=None):
-        """Starts a program in the home folder and returns its process. The program's output is
-        written to the open file `log`, if given, and otherwise to program.log."""
+        """Starts a program in the home folder and returns its process. The program's standard
+        output is written to the open file `log`, if given, and otherwise to program.log. Its
+        standard error is always written to program.log."""
         with open(self.home / "program.log", "ab") as errors:
             process = self._start(str(pathlib.Path(program).absolute()), *arguments,
                                   stdout=log or errors, stderr=errors, cwd=self.home)

@@ -24,9 +24,9 @@ def make_disc(folder, name="disc", **options):
 
 def run(*scenarios, desktop=Desktop):
     """Runs the scenarios one after the other on the same screen, each with its own home folder. A
-    scenario is a function with the parameters desktop and program (its path). Exits with 0 if all
-    scenarios passed. Stores a screenshot for each failed scenario. The parameter `desktop` of run()
-    is the class of the screen."""
+    scenario is a function with the parameters desktop and program (the path of the program). Exits
+    with 0 if all scenarios passed. Stores a screenshot for each failed scenario. The parameter
+    `desktop` of run() is the class of the screen."""
     program = pathlib.Path(sys.argv[1]).absolute()
     check(program.is_file(), f"the program {program} does not exist")
     failed = []

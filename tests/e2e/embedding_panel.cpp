@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A panel for tests that embeds tray icons (freedesktop.org, System Tray Protocol 0.4). The icons
+// A test panel, which embeds tray icons (freedesktop.org, System Tray Protocol 0.4). The icons
 // are side by side in the screen's upper left corner, each 24 pixels wide. The panel prints "ready"
 // when it has started, "docked ID" when it has embedded the icon with window ID, and "left ID" when
 // that window was destroyed. It runs until it is killed.

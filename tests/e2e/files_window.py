@@ -1,9 +1,11 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Drags a file from the window of drag_source, a program that replaces a file manager."""
+"""Drags a file from the window of drag_source, a test program that plays the part of a file
+manager."""
 
 from waiting import check_equal, wait_for
 
-# A position outside the windows of the program under test.
+# The upper left corner of drag_source's window on the screen: outside the windows of the program
+# under test.
 POSITION = (1040, 40)
 MIDDLE = (POSITION[0] + 100, POSITION[1] + 60)
 
@@ -16,7 +18,7 @@ class FilesWindow:
         self._log = desktop.home / "files_window.log"
         with open(self._log, "wb") as log:
             self.process = desktop.launch(drag_source, str(path), log=log)
-        self.window = wait_for("the other program's window",
+        self.window = wait_for("the window of drag_source",
                                lambda: next(iter(desktop.windows_of(self.process.pid)), None))
         desktop.place(self.window, *POSITION)
 
@@ -36,7 +38,7 @@ class FilesWindow:
         """Ends the drag and checks its outcome: `expected` is "dropped" or "refused"."""
         self.desktop.button(False)
         wait_for("the end of the drag", lambda: set(self.output()) & {"dropped", "refused"})
-        check_equal(self.output()[-1], expected, "the end of the drag")
+        check_equal(self.output()[-1], expected, "the outcome of the drag")
 
     def drop_on(self, position):
         self.hold_over(position)

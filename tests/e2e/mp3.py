@@ -47,7 +47,7 @@ def make_mp3(path, seconds=2, hertz=440):
 
 def make_long_mp3(path, hours):
     """Creates a long MP3 file quickly, by repeating the frames of 20 seconds of noise. Of all
-    sounds, noise takes a decoder the most time, and no two parts of these seconds are equal."""
+    sounds, noise takes a decoder the most time, and no two parts of the 20 seconds are equal."""
     seconds = 20
     noise = array.array("h", random.Random(1).randbytes(seconds * FRAME_RATE * BYTES_PER_FRAME))
     # The options omit the information frame ("-t") and make all frames independent of each other
@@ -60,8 +60,8 @@ def make_long_mp3(path, hours):
 
 
 def check_decoded(wav, mp3, seconds, hertz):
-    """Checks that the WAV file contains the same samples as another decoder produces, and that
-    these are the tone that was encoded."""
+    """Checks that the WAV file contains the samples that another decoder produces from the MP3
+    file, and that these samples are nearly those of the encoded tone."""
     samples = samples_of(wav)
     with tempfile.NamedTemporaryFile(suffix=".wav") as other:
         subprocess.run(["mpg123", "-q", "-w", other.name, str(mp3)], check=True,
@@ -96,7 +96,7 @@ def check_beginning(wav, mp3, hours):
         while samples := kept.readframes(BYTES_AT_A_TIME // BYTES_PER_FRAME):
             check(samples == other.stdout.read(len(samples)),
                   f"{wav.name} differs from the output of another decoder in the {BYTES_AT_A_TIME} "
-                  f"bytes after sample {at}")
+                  f"bytes after frame {at} of the WAV file")
             at += len(samples) // BYTES_PER_FRAME
-    check_equal(at, kept.getnframes(), f"samples of {wav.name}")
+    check_equal(at, kept.getnframes(), f"frames read from {wav.name}")
     return at / FRAME_RATE

@@ -31,8 +31,7 @@ SONGS = {"morning song": ("Morning Song", 523), "by the river": ("By the River",
 
 
 def tag(title):
-    """The 128 bytes of a tag. The playlist editor exchanges title and artist when it reads a tag,
-    so the tag is written in the order in which the editor shows the fields."""
+    """The 128 bytes of an ID3v1 tag: title, artist, album, year, comment and genre."""
     texts = ((title, 30), ("Demo Orchestra", 30), ("Demonstration", 30), ("2026", 4), ("", 30))
     return b"TAG" + b"".join(text.encode().ljust(length, b"\0") for text, length in texts) + b"\x20"
 
@@ -47,8 +46,8 @@ class Camera:
         time.sleep(1)
         picture = DOCUMENTS / f"{name}.png"
         self.desktop.screenshot(picture, window)
-        # Times and texts are removed from the file, so that an unchanged window has an unchanged
-        # file.
+        # Time stamps and comments are removed from the file, so that an unchanged window has an
+        # unchanged file.
         strip = ("-strip", "-define", "png:exclude-chunks=date,time")
         subprocess.run(["convert", picture, *strip, picture], check=True)
         if for_help_page:
@@ -57,7 +56,7 @@ class Camera:
 
 
 def prepare(desktop):
-    """Creates a home with a disc, three songs, a recording and an empty playlist."""
+    """Creates a home folder with a disc image, three MP3 files, a WAV file and a settings store."""
     music = desktop.home / "Music"
     for name, (title, hertz) in SONGS.items():
         path = music / f"{name}.mp3"

@@ -65,7 +65,7 @@ class PlayerPanel:
         self.started.tab_to(name, "slider")
         self.started.desktop.press("Home")
         wait_for(f"{name} at its lowest", lambda: self.slider(name) == 0)
-        wait_for(f"the number of {name}", lambda: self.number(name) == "0")
+        wait_for(f"the number 0 of {name}", lambda: self.number(name) == "0")
 
     def number(self, name):
         return self.started.text(f"{name} level")
@@ -79,8 +79,8 @@ class PlayerPanel:
         return clip.y + clip.height - max(clip.y, bar.y) if clip and bar else 0
 
     def trace_rows(self):
-        """The numbers of the pixel rows of the meter's trace that contain a part of its green line,
-        counted from the top."""
+        """The pixel rows of the sound level meter that contain a part of its green trace, numbered
+        from 0 at the top."""
         box = self.started.extents("Sound Level Meter")
         taken = subprocess.run(
             ["import", "-window", "root", "-crop", f"{box.width}x{box.height}+{box.x}+{box.y}",

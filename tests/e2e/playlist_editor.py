@@ -15,8 +15,10 @@ FIELDS = ("Artist", "Title", "Album", "Year", "Comment", "Genre")
 
 
 def header_lines(seconds):
-    """The twelve header lines of a file that make_mp3() has created. The length of the information
-    frame and of a tag is less than a second."""
+    """The twelve lines that the editor shows about the header of a file that make_mp3() has created
+    with a length of `seconds`. The editor calculates the duration from the size of the file and
+    rounds it down; the information frame, the encoder's padding and a tag together last less than a
+    second, so they do not change it."""
     return ["Bitrate            128", "Frequency       44100", f"Duration          {seconds}",
             "MpegVersion   1", "MpegLayer      3", "Original           yes", "Emphasis        no",
             "CopyRight        no", "Mode               joint stereo", "Padding           no",
@@ -89,7 +91,7 @@ def click_entry(started, path):
 
 
 def decoded(path):
-    """The samples that another decoder produces."""
+    """The samples of an MP3 file, decoded by mpg123 and not by the program."""
     with tempfile.NamedTemporaryFile(suffix=".wav") as other:
         subprocess.run(["mpg123", "-q", "-w", other.name, str(path)], check=True,
                        capture_output=True)

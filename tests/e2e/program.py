@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Operates the program as a user does: through the accessibility tree and the mouse."""
+"""Operates the program as users do, by mouse and keyboard and through the accessibility tree. Reads
+the contents of its windows from this tree."""
 
 import subprocess
 import time
@@ -9,7 +10,7 @@ from gi.repository import GLib
 from waiting import check, wait_for
 
 MOST_LINES_WALKED = 200
-# An element that has the same position after this time does not move.
+# An element that has the same position after this time counts as not moving.
 STILL_SECONDS = 0.05
 
 
@@ -59,9 +60,9 @@ class Program:
 
     def _walk(self, accessible, menus=False):
         """The element and the elements in it, without the contents of hidden elements and of long
-        lists: each property of an element takes a call of the program. With `menus`, the contents
-        of hidden menus are included, since a visible popup menu can lie in a hidden one. Use
-        lines() for the lines of a long list."""
+        lists: reading one property of an element takes a call to the program. With `menus`, the
+        contents of hidden menus are included, since a visible popup menu can lie in a hidden one.
+        Use lines() for the lines of a long list."""
         yield accessible
         count = accessible.get_child_count()
         if count == 0:
@@ -95,7 +96,8 @@ class Program:
 
     def find(self, name, role=None, within=None):
         """The first visible element with this name, and with this role if given; None if there is
-        none. An element that was found by an earlier call is returned as long as it fits."""
+        none. Without `within`, an element that an earlier call found is returned again while it
+        fits."""
         def fits(element):
             return (element.get_name() == name and
                     (role is None or element.get_role_name() == role) and self._shows(element))
@@ -176,7 +178,8 @@ class Program:
             if self.has_focus(name, role, within):
                 return
             self.desktop.press("Tab")
-        check(self.has_focus(name, role, within), f"the tab key does not reach {role} {name!r}")
+        check(self.has_focus(name, role, within),
+              f"the tab key does not reach {role or 'element'} {name!r}")
 
     def _label_elements(self, bar):
         found = self.find(bar)
@@ -348,7 +351,8 @@ class Program:
         """Waits until the main window shows a filled tree and the player's panel is open. Returns
         the main window's X window."""
         def is_ready():
-            check(self.running, f"the program ended unexpectedly with {self.process.returncode}")
+            check(self.running, "the program ended unexpectedly with the exit code "
+                  f"{self.process.returncode}")
             return "MP3 Files" in self.rows()
         wait_for("the main window and its tree", is_ready)
         wait_for("the player's panel", lambda: self.window("CD Player"))

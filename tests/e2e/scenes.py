@@ -7,15 +7,16 @@ from sound import bytes_of
 from waiting import check, check_equal, wait_for
 
 
-# The name of the destination folder, which is in the home. The blank and the capitals in it test
-# that the folder is found although the logic does not quote its path and converts the path to lower
-# case.
+# The name of the destination folder, which is in the home. The blank and the capitals in this name
+# test that the folder is found although the logic does not quote its path and converts the path to
+# lower case.
 MUSIC = "My Music"
 
 
 def start_with_disc(desktop, program, seconds, output="none", signal="ramp"):
     """Starts the program with a disc of three tracks of equal length in the drive, and expands the
-    group "Available Tracks". Returns the program, the sheet and the destination folder."""
+    group "Available Tracks". Returns the program, the path of the disc image's
+    sheet, and the destination folder."""
     sheet = make_disc(desktop.home / "discs", tracks=3, seconds=seconds, signal=signal)
     destination = desktop.home / MUSIC
     desktop.write_store(sheet, destination, output)
@@ -26,7 +27,7 @@ def start_with_disc(desktop, program, seconds, output="none", signal="ramp"):
 
 
 def music_folder(desktop):
-    """Creates the destination folder."""
+    """Creates the destination folder and returns its path."""
     folder = desktop.home / MUSIC
     folder.mkdir()
     return folder
@@ -43,7 +44,7 @@ def start_in(desktop, program, destination, full_paths=False, output="none"):
 
 
 def go_to_row(desktop, started, name):
-    """Moves the focus of the tree to a row with the arrow keys."""
+    """Presses Home and arrow keys until the row `name` of the tree has the focus."""
     row = started.rows().index(name)
     desktop.press("Home", *["Down"] * row)
 

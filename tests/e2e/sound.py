@@ -64,7 +64,7 @@ def check_run(path, disc, number, seconds):
     samples = samples_of(path)
     track = track_samples(disc, number, seconds)
     start = find_run(samples, track)
-    check(start >= 0, f"{path.name} does not contain track {number} without a gap")
+    check(start >= 0, f"{path.name} does not contain all samples of track {number} in a row")
     check_silence(samples, start, path.name)
     tail = samples[start * BYTES_PER_FRAME + len(track):]
     follows = disc[bytes_of(number * seconds):] + bytes(len(tail))
@@ -76,14 +76,16 @@ def check_run(path, disc, number, seconds):
 def check_track(path, disc, number, seconds):
     """Like check_run(), and also limits the numbers of frames before and after the track."""
     lead_in, tail = check_run(path, disc, number, seconds)
-    check(lead_in <= MOST_LEAD_IN_FRAMES, f"{path.name}: {lead_in} frames before the track")
-    check(tail <= MOST_TAIL_FRAMES, f"{path.name}: {tail} frames after the track")
+    check(lead_in <= MOST_LEAD_IN_FRAMES,
+          f"{path.name}: {lead_in} frames before the track, limit {MOST_LEAD_IN_FRAMES}")
+    check(tail <= MOST_TAIL_FRAMES,
+          f"{path.name}: {tail} frames after the track, limit {MOST_TAIL_FRAMES}")
 
 
 def beginning_of_track(path, disc, number, seconds):
     """Checks the WAV file of a track whose capture was stopped in the middle: silence, the track
-    from its first sample on, then only silence. Returns the number of bytes of the track and of the
-    silence after it."""
+    from its first sample on, then only silence. Returns two numbers of bytes: those of the track
+    and those of the silence after it."""
     samples = samples_of(path)
     track = track_samples(disc, number, seconds)
     start = find_run(samples, track[:bytes_of(1) // 10])

@@ -11,8 +11,8 @@ SINK = "sonarith"
 
 
 class SoundServer:
-    """The sound server is the ALSA device "default" of the programs that the desktop starts from
-    now on. The server ends with the desktop."""
+    """The sound server is the ALSA device "default" of the programs that `desktop` starts after the
+    creation of this object. The server ends with the desktop."""
 
     def __init__(self, desktop):
         self._folder = desktop.home / "sound"
@@ -66,5 +66,5 @@ class SoundServer:
         self._server.wait()
 
     def hang(self):
-        """Stops the server's process, so that the server does not respond."""
+        """Suspends the server's process, so that the server does not respond."""
         self._server.send_signal(signal.SIGSTOP)

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Tests the decoding of one MP3 file, of the selected MP3 files and of all MP3 files to WAV files,
-and that cancelling a decoding and closing the program keep the decoded part."""
+and that cancelling a decoding or closing the program keeps the decoded part."""
 
 from driver import run
 from mp3 import check_beginning, check_decoded, make_long_mp3, make_mp3
@@ -9,8 +9,8 @@ from waiting import check, check_equal, wait_for
 
 SECONDS = 2
 HERTZ = {"first": 440, "second": 550, "third": 660}
-# The length of the long file. Its decoding takes so long that a click on Cancel is handled before
-# the decoding ends.
+# The playing time of "long.mp3" in hours. Its decoding takes so long that a click on Cancel is
+# handled before the decoding ends.
 LONG_HOURS = 3
 
 
@@ -37,8 +37,8 @@ def wavs(destination):
 
 
 def check_wavs(destination, names):
-    """Checks that the folder contains only the three MP3 files and the WAV files with these names, and
-    checks the samples of the WAV files."""
+    """Checks that the folder contains only the three MP3 files and the WAV files with these names,
+    and checks the samples of the WAV files."""
     check_equal(wavs(destination), sorted(names), "WAV files of the folder")
     check_equal(len(list(destination.iterdir())), len(HERTZ) + len(names), "files of the folder")
     for name in names:
@@ -48,8 +48,10 @@ def check_wavs(destination, names):
 
 def watch_decoding(started, row):
     """Starts the action of a row and reads the window until the decoding has ended. Returns three
-    lists of distinct texts in order of appearance: the captions of the window, the label texts of
-    the activity bar, and the label texts of the status bar except the first."""
+    lists, each without repetitions and in order of appearance:
+    - the captions of the window while the activity bar showed "Decoding ...";
+    - the texts of the activity bar in the same time, each state as a tuple of its label texts;
+    - the texts of the status bar without its first label, each state as a tuple."""
     captions, actions, status = [], [], []
     were_disabled = False
     window = started.get("Sonarith v2.0", "frame")
@@ -186,8 +188,8 @@ def closing_ends_a_wait_for_a_vanished_file(desktop, program):
 
 
 def wait_for_moving_figures(started):
-    """Waits until percentage and progress have changed twice, and checks that they are still below
-    100."""
+    """Waits until the percentage and the progress bar have shown three values each, and checks that
+    all of them are below 100."""
     percents, progress = set(), set()
 
     def moved():
@@ -203,8 +205,8 @@ def wait_for_moving_figures(started):
 
 
 def check_decoded_part(destination):
-    """Checks that the only new file is the WAV file of the long file and that it contains a part of
-    this file, a minute at least."""
+    """Checks that "long.wav" is the only new file and that it contains the beginning of "long.mp3",
+    at least a minute."""
     check_equal(sorted(path.name for path in destination.iterdir()),
                 ["long.mp3", "long.wav", "short.mp3"], "files of the folder")
     kept = check_beginning(destination / "long.wav", destination / "long.mp3", LONG_HOURS)
@@ -214,7 +216,7 @@ def check_decoded_part(destination):
 def cancelling_keeps_the_decoded_part(desktop, program):
     started, destination = start_with_long_file(desktop, program)
     check(started.find("Cancel", "push button") is None,
-          "the Cancel button is shown without an action")
+          "the Cancel button is shown while no action runs")
     start_row(started, "long.mp3")
     wait_for_moving_figures(started)
     check(not started.is_enabled("Preferences", "push button"),

@@ -70,7 +70,8 @@ def output_and_source_are_stored(desktop, program):
     choose("None", "Home", "Default sound device", "Output=default")
     choose("Compact disc", "Down", "All that is played", "Source=mix")
     close(started)
-    check_equal(sorted(stored()), ["Output=default", "Source=mix"], "the store after the end")
+    check_equal(sorted(stored()), ["Output=default", "Source=mix"],
+                "the store after the program's end")
 
     started = Program(desktop, program)
     started.wait_for_window()
@@ -78,7 +79,7 @@ def output_and_source_are_stored(desktop, program):
     choose("Default sound device", "End", "None", "Output=none")
     choose("All that is played", "Home", "Compact disc", "Source=")
     close(started)
-    check_equal(sorted(stored()), ["Output=none", "Source="], "the store after the end")
+    check_equal(sorted(stored()), ["Output=none", "Source="], "the store after the program's end")
 
 
 def an_incomplete_sheet_counts_as_an_empty_drive(desktop, program):

@@ -107,8 +107,8 @@ def all_available_tracks_become_wav_files_on_a_busy_machine(desktop, program):
     found = wavs_by_track(destination)
     check_equal(sorted(found), [1, 2, 3], "tracks in the destination folder")
     for number, path in found.items():
-        # The length of the lead-in and the tail depends on the load of the machine, so it is not
-        # checked here.
+        # How many frames a file contains before and after its track depends on the load of the
+        # machine, so these numbers are not checked here.
         check_run(path, disc_samples(sheet), number, 2)
     close(started)
 

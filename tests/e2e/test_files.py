@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Tests the files in the work tree: how the destination folder and the file dialog add them, and
-how they are dragged, renamed, removed from the list and deleted."""
+"""Tests the files in the work tree: how they are added from the destination folder and by the file
+dialog, and how they are dragged, renamed, removed from the list and deleted."""
 
 from driver import run
 from mp3 import make_mp3
@@ -74,8 +74,9 @@ def the_tree_shows_the_files_of_the_folder(desktop, program):
     (destination / "two.mp3").unlink()
     started.choose_menu("Action", "Refresh List")
     new = [row_of(destination / name) for name in ("four.mp3", "five.wav")]
-    # Deliberate: a refresh does not change the groups of files. It adds the disc's groups again
-    # below them, together with all new files. A file that no longer exists keeps its row.
+    # Deliberate: a refresh does not change the groups of files. It creates the disc's groups anew
+    # below the groups of files, and adds all new files to the disc's group "Available Tracks". A
+    # file that no longer exists keeps its row.
     wait_for("the new files", lambda: set(new) <= set(started.group("Available Tracks")))
     check_equal(started.group("WAV Files"), [wav], "WAV files after the refresh")
     check_equal(sorted(started.group("MP3 Files")), sorted([two, three]),
@@ -105,7 +106,7 @@ def an_mp3_is_dragged_to_the_selected_files_and_back(desktop, program):
     close(started)
 
 
-def dragging_all_mp3s_to_the_selected_files_empties_the_list(desktop, program):
+def dragging_all_mp3s_to_the_selected_files_empties_the_list_of_available_files(desktop, program):
     started, destination, content = start_with_mp3s(desktop, program, "one.mp3", "two.mp3",
                                                     full_paths=True)
     rows = [row_of(destination / name) for name in ("one.mp3", "two.mp3")]
@@ -150,7 +151,7 @@ def two_mp3s_are_selected_by_keys_alone(desktop, program):
     close(started)
 
 
-def a_drag_onto_a_group_of_another_kind_changes_nothing(desktop, program):
+def dragging_an_mp3_to_the_tracks_or_a_whole_group_changes_nothing(desktop, program):
     started, destination, content = start_with_mp3s(desktop, program, "one.mp3", "two.mp3")
     before = started.rows()
     started.drag_row("one.mp3", "Selected Tracks")
@@ -244,7 +245,7 @@ def removing_and_deleting_deletes_the_file(desktop, program):
     close(started)
 
 
-def the_popup_of_a_collection_disables_commands_for_files(desktop, program):
+def the_popup_menu_enables_only_commands_that_apply_to_its_row(desktop, program):
     started, _, _ = start_with_mp3s(desktop, program, "one.mp3")
     commands = ("Start!", "Remove from List", "Remove and Delete File")
     for row, enabled in (("one.mp3", commands), ("MP3 Files Folder", ()),
@@ -281,8 +282,8 @@ def files_are_added_by_the_file_dialog(desktop, program):
     wait_for_groups(started, [], ["one.mp3", "added.mp3"])
     choose("Return", path=elsewhere / "Sound.wav")
     wait_for("the WAV file", lambda: started.group("WAV Files") == ["sound.wav"])
-    # Deliberate: after a cancelled dialog the logic adds the file of the previous choice again, but
-    # the tree already contains it.
+    # Deliberate: after a cancelled dialog the logic tries to add the file of the previous choice
+    # again. The tree already contains this file, so nothing is added.
     choose("Escape")
     choose("Return", path=elsewhere / "Added.mp3")
     wait_for_groups(started, [], ["one.mp3", "added.mp3"])
@@ -293,9 +294,11 @@ def files_are_added_by_the_file_dialog(desktop, program):
 if __name__ == "__main__":
     run(the_tree_shows_the_files_of_the_folder, files_are_found_in_a_home_with_a_dot_in_its_name,
         an_mp3_is_dragged_to_the_selected_files_and_back,
-        dragging_all_mp3s_to_the_selected_files_empties_the_list,
-        two_mp3s_are_selected_by_keys_alone, a_drag_onto_a_group_of_another_kind_changes_nothing,
+        dragging_all_mp3s_to_the_selected_files_empties_the_list_of_available_files,
+        two_mp3s_are_selected_by_keys_alone,
+        dragging_an_mp3_to_the_tracks_or_a_whole_group_changes_nothing,
         editing_a_label_renames_the_file, keys_rename_a_file,
         a_refused_rename_opens_the_editor_again, removing_from_the_list_keeps_the_file,
         removing_and_deleting_deletes_the_file,
-        the_popup_of_a_collection_disables_commands_for_files, files_are_added_by_the_file_dialog)
+        the_popup_menu_enables_only_commands_that_apply_to_its_row,
+        files_are_added_by_the_file_dialog)

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Tests the file finder in small folders, in a folder with a hundred thousand files and on the
+"""Tests the file finder in small folders, in a folder tree with a hundred thousand files and on the
 whole machine: searching, stopping a search, the lists, the popup menu of the found files, and
 closing the window during a search."""
 
@@ -117,14 +117,14 @@ def files_are_found_by_extension_and_name(desktop, program):
     search_for(started, ".mp3", "three")
     wait_for_result(started, "files of that name found", ["h:\\b\\three.mp3"])
     search_for(started, ".ogg", "")
-    wait_for_result(started, "files found without a match", [])
+    wait_for_result(started, "files found by a search without a match", [])
     check_equal(summary(started), (folders, 0), "the summary of a search without a match")
     close(started)
 
 
 def choose_machine(desktop, started):
     """Selects the root of the machine. A search there takes so long that it does not end before the
-    test clicks on the button."""
+    test stops it or closes the finder."""
     started.click("h:", "combo box", within=started.window(TITLE))
     desktop.press("Home", "Return")
     wait_for("the machine's drive", lambda: "C:\\" in started.lines("Folder"))
@@ -155,7 +155,8 @@ class LongSearch:
         return self.lists[0].get_child_count()
 
     def centre_of_first_line(self):
-        """The text and the centre of the first line. The list must not be scrolled."""
+        """The text and the centre of the first line of the found files. Their list must not be
+        scrolled."""
         line = self.lists[0].get_child_at_index(0)
         return line.get_name(), self._started.centre_of(line)
 
@@ -278,7 +279,7 @@ def a_large_tree_is_searched_used_and_closed(desktop, program):
     desktop.click_at(*centre)
     started.choose_from_popup(lambda: desktop.click_at(*centre, button=3), "Remove File from list")
     wait_for("the shorter list", lambda: search.files_found() == wavs - 1)
-    check(search.centre_of_first_line()[0] != first, "another line was removed")
+    check(search.centre_of_first_line()[0] != first, "a line that was not clicked was removed")
     # Starts another search and closes the finder at once.
     search.press_button()
     desktop.press("Escape")

@@ -125,7 +125,7 @@ def the_program_waits_for_a_slow_drive(desktop, program):
         for second in (1, 7):
             time.sleep(second)
             check(started.running, "the program ended while it waited for the drive")
-            check_painted(desktop, started, f"after a wait of {second} s")
+            check_painted(desktop, started, f"after a sleep of {second} s")
         switch.unlink()
         started.open_row("Available Tracks")
         wait_for("the other disc's tracks", lambda: started.group("Available Tracks") ==

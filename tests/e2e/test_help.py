@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Tests the help window: F1 opens the page about each window, the help button and the menu entry
-open the page about the main window, and pages, links and search can be used by keyboard. Also tests
-that a help file beside the program is used instead of the pages."""
+"""Tests the help window: F1 opens the page about the window in which it is pressed, the help button
+and the menu entry open the page about the main window, and pages, links and search can be used by
+keyboard. Also tests that a help file beside the program is used instead of the pages."""
 
 import pathlib
 import re

@@ -17,7 +17,8 @@ def the_position_stops_and_the_captured_part_is_saved(desktop, program):
     samples = disc_samples(sheet)
     start_track(started, "Track  1 - 00:01:30")
     sheet.with_suffix(".bin").unlink()
-    last = [None, 0]  # the figures, and the time at which they last changed
+    # The displayed figures (percentage, bytes, progress), and the time at which they last changed.
+    last = [None, 0]
 
     def figures_are_unchanged():
         figures = started.figures()

@@ -50,7 +50,7 @@ def keys_in_menus_refresh_the_list_and_end_the_program(desktop, program):
     desktop.press("Right")
     wait_for("the tracks", lambda: started.group("Available Tracks") == TRACKS[:2])
     check_equal(make_disc(sheet.parent, seconds=SECONDS, signal="ramp", tracks=3), sheet,
-                "the path of the image that replaces the first")
+                "the path of the image that replaces the first image")
     desktop.press("alt+a")
     wait_for("the menu", lambda: started.find("Refresh List", "menu item"))
     desktop.press("r")

@@ -37,7 +37,7 @@ def dropping_an_image_selects_it(desktop, program):
     close(started)
 
 
-def the_window_refuses_an_image_while_it_captures(desktop, program):
+def the_window_refuses_an_image_during_a_capture(desktop, program):
     seconds = 60
     started, sheet, _ = start_with_disc(desktop, program, seconds)
     other = make_disc(desktop.home / "other", tracks=2, seconds=7)
@@ -80,5 +80,5 @@ def a_message_box_opens_above_its_window_while_another_program_is_active(desktop
 
 
 if __name__ == "__main__":
-    run(dropping_an_image_selects_it, the_window_refuses_an_image_while_it_captures,
+    run(dropping_an_image_selects_it, the_window_refuses_an_image_during_a_capture,
         a_message_box_opens_above_its_window_while_another_program_is_active)

@@ -22,7 +22,7 @@ def part_of_track(sheet, number, second):
 
 
 def wait_for_played(server, part, what, start=0):
-    wait_for(f"{what} in the server", lambda: find_run(server.played()[start:], part) >= 0)
+    wait_for(f"{what} in the sound server", lambda: find_run(server.played()[start:], part) >= 0)
 
 
 def a_disc_is_played_and_heard(desktop, program):
@@ -42,13 +42,13 @@ def a_disc_is_played_and_heard(desktop, program):
     panel.press("Play")
     panel.wait_for_position("two seconds", lambda track, second: track == 1 and second >= 2)
     wait_for_played(server, part_of_track(sheet, 1, 0), "the first track's beginning")
-    wait_for("the bar to rise", lambda: panel.bar_height() > low + 5)
+    wait_for("the meter's bar to rise", lambda: panel.bar_height() > low + 5)
     check(not panel.is_enabled("Eject"), "the button Eject is enabled while the disc plays")
 
     panel.press("Pause")
     server.wait_for_silence("paused")
     paused = panel.position()
-    wait_for("the bar to sink", lambda: panel.bar_height() == low)
+    wait_for("the meter's bar to sink", lambda: panel.bar_height() == low)
     check(not any(server.latest()), "there is sound while the player pauses")
     check_equal(panel.position(), paused, "the position in a pause")
     panel.press("Play")
@@ -64,14 +64,14 @@ def a_disc_is_played_and_heard(desktop, program):
     wait_for_played(server, part_of_track(sheet, 2, 0), "the second track's beginning", start)
     start = server.position()
     panel.press("Previous Track")
-    # Within a track, the button skips to the beginning of the track.
+    # Within a track, "Previous Track" skips to the beginning of the track.
     wait_for_played(server, part_of_track(sheet, 2, 0),
                     "the second track's beginning for the second time", start)
 
     panel.press("Stop")
     server.wait_for_silence("stopped")
     check_equal(panel.position(), (2, 0), "the position after the stop")
-    # At the beginning of a track, the button skips to the previous track.
+    # At the beginning of a track, "Previous Track" skips to the track before.
     panel.press("Previous Track")
     panel.wait_for_position("the first track", lambda track, second: (track, second) == (1, 0))
     check(not any(server.latest()), "there is sound after a skip without playing")
@@ -89,7 +89,7 @@ def the_menus_resize_and_close_the_panel(desktop, program):
     started, _, _ = start_with_disc(desktop, program, SECONDS)
     panel = PlayerPanel(started)
     window = started.activate(TITLE)
-    # Chooses the menu's first entry by keyboard.
+    # Chooses the first entry of "CD Menu" by keyboard.
     desktop.press("alt+c")
     wait_for("the menu", lambda: started.find("CD On", "menu item"))
     desktop.press("c")
@@ -123,7 +123,8 @@ def the_menus_resize_and_close_the_panel(desktop, program):
 
 
 def settled_extents(started, name, role):
-    """A function that returns an element's extents, or None while it still moves."""
+    """Returns a function, which returns the extents of the element, or None while the element
+    moves."""
     def read():
         first = started.extents(name, role)
         time.sleep(0.3)
@@ -145,7 +146,7 @@ def check_pointer_is_free(desktop, started, name, role):
 def the_panel_is_dragged_by_its_display(desktop, program):
     started, panel, _, _ = start_playing(desktop, program, output="none")
     started.activate(TITLE)
-    # A text of the display, its background, the meter and its trace.
+    # A text of the display, the display's background, the meter and the meter's trace.
     for name, role in (("Track and time", "text"), ("Display", None), ("Level meter", None),
                        ("Sound Level Meter", None)):
         before = wait_for("a panel at rest", settled_extents(started, name, role))
@@ -175,7 +176,8 @@ def the_panel_is_operated_by_keyboard(desktop, program):
     press("Open CD Player", "radio button")
     wait_for("the disc", lambda: panel.mode() == "Cd Ready" and panel.position() == (1, 0))
     press("Play")
-    panel.wait_for_position("a second", lambda track, second: track == 1 and second >= 1)
+    panel.wait_for_position("a second of the first track",
+                            lambda track, second: track == 1 and second >= 1)
     press("Next Track")
     panel.wait_for_position("the second track", lambda track, _: track == 2)
     press("Pause")
@@ -194,7 +196,7 @@ def the_panel_is_operated_by_keyboard(desktop, program):
     wait_for("the enabled button Eject", lambda: panel.is_enabled("Eject"))
     press("Eject")
     wait_for("the empty drive", lambda: panel.mode() == "No CD")
-    # The switch is a group of two buttons: an arrow key selects the other one.
+    # The power switch is a group of two buttons: an arrow key selects the other button.
     started.tab_to("Open CD Player", "radio button")
     desktop.press("Down")
     wait_for("the switched-off player", lambda: panel.mode() == "OFF")

@@ -12,8 +12,8 @@ from sound import FRAME_RATE
 from sound_server import SoundServer
 from waiting import check, check_equal, wait_for
 
-SMALLEST_STEP = 10 / 50  # the distance by which one key press moves a slider
-KEYS = 6  # number of key presses that change the number beside the slider
+SMALLEST_STEP = 10 / 50  # how far one key press moves a slider, on its scale from 0 to 10
+KEYS = 6  # so many key presses change the whole number that is shown beside the slider
 BASS_HZ, TREBLE_HZ = 60, 9000
 TONE_FRAMES = FRAME_RATE // 5  # whole periods of both tones
 
@@ -43,7 +43,8 @@ def tone_level(server, hertz):
 
 
 def wait_for_levels(server, what, bass, treble):
-    """Waits until the amplitudes of both tones are within these bounds."""
+    """Waits until the amplitudes of both tones are within the bounds `bass` and `treble`, each a
+    pair of the lowest and the highest amplitude."""
     def heard():
         levels = [tone_level(server, hertz) for hertz in (BASS_HZ, TREBLE_HZ)]
         return None not in levels and all(low <= level <= high for level, (low, high) in
@@ -75,13 +76,13 @@ def each_slider_is_heard(desktop, program):
         panel.set_to_lowest(name)
         server.wait_for_silence(f"{name} turned down")
         desktop.press("End")
-        wait_for(f"the loudest {name}", lambda: panel.number(name) == "10")
+        wait_for(f"the number 10 of {name}", lambda: panel.number(name) == "10")
         wait_for_levels(server, f"{name} at its loudest", full, full)
     for name, levels in (("Bass", (low, full)), ("Treble", (full, low))):
         panel.set_to_lowest(name)
         wait_for_levels(server, f"{name} turned down", *levels)
         desktop.press(*["Prior"] * 5)
-        wait_for(f"the number of {name}", lambda: panel.number(name) in ("4", "5"))
+        wait_for(f"the number 4 or 5 of {name}", lambda: panel.number(name) in ("4", "5"))
         wait_for_levels(server, f"{name} in its middle", full, full)
     panel.press("Stop")
     wait_for("the trace at rest", lambda: panel.trace_rows() == at_rest)
@@ -101,7 +102,8 @@ def lines_are_muted_and_unmuted(server, panel):
     panel.switch("Wave", "Mute")
     wait_for("the muted wave line", lambda: panel.is_muted("Wave"))
     _, second = panel.position()
-    panel.wait_for_position("going on", lambda _, shown: shown > second)
+    panel.wait_for_position("a later second while the wave line is muted",
+                            lambda _, shown: shown > second)
     check(any(server.latest()), "muting the wave line has silenced the disc")
 
 

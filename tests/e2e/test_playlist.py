@@ -74,7 +74,7 @@ def the_editor_writes_a_tag(desktop, program):
     after = path.read_bytes()
     check_equal(len(after), len(before), "the length of the file")
     check(after[:-TAG_BYTES] == before[:-TAG_BYTES], "bytes before the tag were changed")
-    # Deliberate: the box "Artist" is written to the tag's title, and the box "Title" to its artist.
+    # Deliberate: the box "Artist" is written to the tag's title, and "Title" to the tag's artist.
     written = tag_of("The Larks", "Morning", "Nightingales", "2001", "first take", 9, b" ")
     check_equal(after[-TAG_BYTES:], written, "the tag")
     started.click("Read header", "push button")
@@ -105,8 +105,8 @@ def the_editor_renames_and_deletes_files(desktop, program):
     desktop.press("Return")
     wait_for("the renamed file", lambda: other.exists() and not one.exists())
     check(other.read_bytes() == content, "the renamed file has another content")
-    wait_for("the new line", lambda: [line.lower() for line in started.lines("PlayList")] ==
-             [row_of(other), row_of(two)])
+    wait_for("the new name in the list", lambda: [
+        line.lower() for line in started.lines("PlayList")] == [row_of(other), row_of(two)])
 
     click_entry(started, two)
     for answer in ("No", "Yes"):
@@ -125,7 +125,7 @@ def the_editor_renames_and_deletes_files(desktop, program):
     close(started)
 
 
-def clicking_an_entry_adds_the_file_to_the_work_tree(desktop, program):
+def clicking_an_entry_adds_the_file_to_the_work_tree_if_the_box_is_ticked(desktop, program):
     destination = music_folder(desktop)
     elsewhere = desktop.home / "Else Where"
     path = elsewhere / "One.mp3"
@@ -179,5 +179,5 @@ def the_editor_plays_and_stops_an_entry(desktop, program):
 if __name__ == "__main__":
     run(the_editor_reads_files_and_stores_the_list, the_editor_writes_a_tag,
         the_editor_renames_and_deletes_files,
-        clicking_an_entry_adds_the_file_to_the_work_tree,
+        clicking_an_entry_adds_the_file_to_the_work_tree_if_the_box_is_ticked,
         the_editor_plays_and_stops_an_entry)

@@ -85,7 +85,7 @@ def the_keyboard_alone_operates_the_editor(desktop, program):
     wait_for("the message", lambda: started.find("OK", "push button"))
     check(not other.exists(), "the file still exists")
     desktop.press("Return")
-    wait_for("the list", lambda: len(stored_list(desktop)) == 1)
+    wait_for("the list without the deleted file", lambda: len(stored_list(desktop)) == 1)
     focus("PlayList", "list")
     desktop.press("Home")
     wait_for_tag(started, "The Owls", "Evening", "Birds", "2000", "second take", "3")
@@ -121,7 +121,7 @@ def the_accessibility_tree_alone_operates_the_editor(desktop, program):
     for name in ("Play", "Stop"):
         started.act(name, "push button", within=window)
     started.act("Click on a file to add it to the Files List", "check box")
-    wait_for("the tick", lambda: started.is_checked(
+    wait_for("the selected check box", lambda: started.is_checked(
         started.find("Click on a file to add it to the Files List", "check box")))
 
     before = two.read_bytes()

@@ -39,7 +39,7 @@ def open_tab(started, name):
 
 
 def wait_for_stored(desktop, key, value):
-    wait_for(f"{key}={value} in the store, which contains {desktop.stored('Settings')}",
+    wait_for(f"{key}={value} in the store, which at first contained {desktop.stored('Settings')}",
              lambda: desktop.stored("Settings").get(key.replace(" ", "%20")) == value)
 
 
@@ -47,8 +47,8 @@ def is_ticked(started, caption):
     return started.is_checked(started.find(caption, "check box"))
 
 
-# Captions and keys of the check boxes by page. UNTICKED: the new caption of each box whose
-# caption changes when its tick is removed.
+# Captions of the check boxes by page, with the key under which the store keeps each box. UNTICKED:
+# the new caption of each box whose caption changes when its tick is removed.
 BOXES = {
     TABS[0]: (("Warn me when hard drive space falls below", "HDWarning"),
               ("Stop converting when hard drive space falls below ", "HDstopdecoding")),
@@ -71,7 +71,7 @@ def press_by_keys(desktop, started, name, role):
     desktop.press("space")
 
 
-def ticks_are_stored_at_once(desktop, program, show_page, press):
+def check_boxes_are_stored_at_once(desktop, program, show_page, press):
     started = start_preferences(desktop, program)
     expected = {}
     for tab, entries in BOXES.items():
@@ -107,14 +107,14 @@ def ticks_are_stored_at_once(desktop, program, show_page, press):
     close(again)
 
 
-def ticks_by_mouse_are_stored_at_once(desktop, program):
-    ticks_are_stored_at_once(
+def check_boxes_changed_by_mouse_are_stored_at_once(desktop, program):
+    check_boxes_are_stored_at_once(
         desktop, program, open_tab,
         lambda started, name, role: started.click(name, role, within=started.window(TITLE)))
 
 
-def ticks_by_keys_are_stored_at_once(desktop, program):
-    ticks_are_stored_at_once(
+def check_boxes_changed_by_keys_are_stored_at_once(desktop, program):
+    check_boxes_are_stored_at_once(
         desktop, program,
         lambda started, name: next_page_by_keys(desktop, started, name),
         lambda started, name, role: press_by_keys(desktop, started, name, role))
@@ -210,7 +210,7 @@ def a_new_destination_is_created(desktop, program):
     started.type_into("Name of the new directory", "New Ones")
     started.click("Create", "push button")
     wait_for("the new folder", lambda: (desktop.home / "Records" / "New Ones").is_dir())
-    wait_for("the hidden choice", lambda: started.find("Create", "push button") is None)
+    wait_for("the hidden button Create", lambda: started.find("Create", "push button") is None)
     stored = wait_for("the stored path", lambda: desktop.stored("Settings").get("DecodePath"))
     wait_for_stored(desktop, "DecodePath", stored)
     check_equal(stored.lower(), "h:\\\\records\\\\new ones", "the stored path")
@@ -257,7 +257,7 @@ def a_new_destination_is_created_by_keys(desktop, program):
     desktop.type('It is "new"')
     press_by_keys(desktop, started, "Create", "push button")
     wait_for("the new folder", lambda: os.path.isdir(odd + b'/It is "new"'))
-    wait_for("the hidden choice", lambda: started.find("Create", "push button") is None)
+    wait_for("the hidden button Create", lambda: started.find("Create", "push button") is None)
     close(started)
     os.rmdir(odd + b'/It is "new"')
     again = restart(desktop, program)
@@ -385,7 +385,8 @@ def a_disk_that_fills_causes_a_warning_and_stops_a_capture(desktop, program):
 
 
 if __name__ == "__main__":
-    run(ticks_by_mouse_are_stored_at_once, ticks_by_keys_are_stored_at_once,
+    run(check_boxes_changed_by_mouse_are_stored_at_once,
+        check_boxes_changed_by_keys_are_stored_at_once,
         limits_and_choices_by_keys_are_kept, limits_and_choices_by_mouse_are_kept,
         a_new_destination_is_created, a_new_destination_is_created_by_keys,
         destinations_with_unusual_names_are_created,

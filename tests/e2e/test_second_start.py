@@ -46,7 +46,7 @@ def a_killed_program_leaves_no_incomplete_file(desktop, program):
     killed.kill()
     check_equal(names_in(destination) - leftovers(destination), set(),
                 "files of the killed program")
-    check_equal(desktop.store.read_bytes(), store, "the settings store")
+    check_equal(desktop.store.read_bytes(), store, "the settings store after the kill")
 
     next_one = Program(desktop, program)
     next_one.wait_for_window()

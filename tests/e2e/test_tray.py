@@ -69,7 +69,8 @@ def check_ends_by_signal(started):
 
 
 def start_minimizing(desktop, program):
-    """Starts the program with the setting to minimize during a conversion, and starts a capture."""
+    """Starts the program with the setting that minimizes the window when an action starts, and then
+    starts a capture."""
     sheet = make_disc(desktop.home / "discs", tracks=3, seconds=SECONDS, signal="ramp")
     destination = desktop.home / MUSIC
     desktop.write_store(sheet, destination, **{"minimize%20onstart": 1})
@@ -101,12 +102,13 @@ def the_icon_has_a_tip_a_menu_and_pictures(desktop, program):
         check_equal(host.signals()[before:], [], "signals for an unchanged tip")
         host.click("Activate")
         host.click("SecondaryActivate")
-        check_equal(state_of(desktop, window), "Withdrawn", "the window after a left click")
-        check_equal(len(host.icons()), 1, "icons after a left click")
+        check_equal(state_of(desktop, window), "Withdrawn",
+                    "the window after a left and a middle click")
+        check_equal(len(host.icons()), 1, "icons after a left and a middle click")
         host.choose("Restore Control panel")
         wait_for_state(desktop, window, "Normal")
         host.wait_for_no_icon()
-        # The second time is tested, too, since each minimizing adds a new icon.
+        # The window is minimized a second time, since each minimizing adds a new icon.
         minimize(started)
         host.wait_for_icon()
         wait_for_state(desktop, window, "Withdrawn")
@@ -127,14 +129,14 @@ def the_program_draws_the_menu_for_a_panel_without_menus(desktop, program):
         close(started)
 
 
-def the_tip_shows_the_action_and_stop_ends_it(desktop, program):
+def the_tip_shows_the_action_and_the_menu_stops_the_action(desktop, program):
     with panel(desktop) as host:
         started, window, sheet, destination = start_minimizing(desktop, program)
         host.wait_for_icon()
         wait_for("the action in the tip", lambda: host.tip().startswith("Extracting Track"))
         wait_for_state(desktop, window, "Withdrawn")
         check("NewToolTip" in host.signals(), "the panel received no signal of a new tool tip")
-        # While a track is captured, the title does not change, so the tip does not, either.
+        # The tip shows the main window's title, which does not change while a track is captured.
         before = len(host.signals())
         tip = host.tip()
         time.sleep(SECONDS_OF_QUIET)
@@ -196,9 +198,10 @@ def a_second_panel_takes_over_when_the_first_ends(desktop, program):
         window = minimize(started)
         first.wait_for_icon()
         wait_for_state(desktop, window, "Withdrawn")
-        check_equal(second.icons(), [], "icons in the panel that is queued for the name")
+        check_equal(second.icons(), [], "icons in the second panel before the first ends")
         first.die()
-        # The second panel gets the watcher's bus name at once, so the name always has an owner.
+        # The second panel is queued for the bus name with which programs register their icons. It
+        # gets this name at once, so the name always has an owner.
         second.wait_for_icon()
         check_equal(len(second.icons()), 1, "icons in the second panel")
         check_equal(second.entries(), ENTRIES, "the menu in the second panel")
@@ -209,14 +212,14 @@ def a_second_panel_takes_over_when_the_first_ends(desktop, program):
 
 
 def start_minimizing_by_keys(desktop, program):
-    """Like start_minimizing(), but by keys, because the accessibility tree cannot be read on the
-    bus that the program uses here."""
+    """Like start_minimizing(), but by keys: the program runs without the desktop's session bus
+    here, so its accessibility tree cannot be read."""
     sheet = make_disc(desktop.home / "discs", tracks=3, seconds=SECONDS, signal="ramp")
     desktop.write_store(sheet, desktop.home / MUSIC, **{"minimize%20onstart": 1})
     started = Program(desktop, program)
     window = started.main_window_id()
     def has_focus():
-        # The player's panel opens after the main window and takes the focus.
+        # The CD player's window opens after the main window and takes the focus.
         desktop.xdotool("windowactivate", window)
         time.sleep(0.5)
         return desktop.active_window() == window
@@ -269,8 +272,8 @@ def the_end_of_the_bus_iconifies_the_window(desktop, program):
 
 
 class EmbeddingPanel:
-    """A panel that uses the older protocol: it embeds the windows of the icons in a corner of the
-    screen (embedding_panel.cpp)."""
+    """A panel that uses the older of the two protocols for tray icons: it embeds the windows of the
+    icons in a corner of the screen (embedding_panel.cpp)."""
 
     FIRST_ICON = (12, 12)
 
@@ -354,7 +357,8 @@ def a_common_panel_program_embeds_the_icon(desktop, program):
 if __name__ == "__main__":
     run(the_icon_has_a_tip_a_menu_and_pictures,
         the_program_draws_the_menu_for_a_panel_without_menus,
-        the_tip_shows_the_action_and_stop_ends_it, shutdown_saves_a_running_capture,
+        the_tip_shows_the_action_and_the_menu_stops_the_action,
+        shutdown_saves_a_running_capture,
         without_a_panel_the_window_is_only_iconified, the_end_of_a_panel_iconifies_the_window,
         a_second_panel_takes_over_when_the_first_ends, without_a_bus_the_window_is_only_iconified,
         the_end_of_the_bus_iconifies_the_window,

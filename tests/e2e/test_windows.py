@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Tests where the program places the main window and the player's panel on the screen. In these
-scenarios the window manager and the test helpers place neither of them."""
+"""Tests where the program places the main window and the player's panel on the screen. Nothing
+else places these two windows, except where a scenario calls desktop.place()."""
 
 from desktop import SCREEN
 from driver import run
@@ -94,7 +94,7 @@ def windows_stay_where_the_user_put_them(desktop, program):
         desktop.place(window, *place)
         wait_for("the moved window", lambda: desktop.frame_of(window) != before)
     placed = {MAIN: desktop.frame_of(main), PANEL: desktop.frame_of(panel)}
-    # The program sets the height of the cube, but not its position.
+    # As a cube, the panel has another height, but the program does not move it.
     started.choose_menu("CD Menu", "Show as Cube")
     wait_for("the cube", lambda: desktop.frame_of(panel).height < placed[PANEL].height)
     check_equal(desktop.frame_of(panel)[:3], placed[PANEL][:3], "left, top and width of the cube")

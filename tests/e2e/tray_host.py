@@ -38,7 +38,7 @@ class TrayHost:
 
     def __enter__(self):
         self._thread.start()
-        check(self._ready.wait(30), "the panel did not get its name on the bus")
+        check(self._ready.wait(30), "the bus did not accept the panel's request for its name")
         return self
 
     def __exit__(self, *_):

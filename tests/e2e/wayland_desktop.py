@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Starts a Wayland compositor without a screen instead of the virtual X server, and operates the
-program on it. Since no X server runs, all programs use Wayland."""
+"""Starts a Wayland compositor, which needs no screen, and operates the program on it. The virtual X
+server is not started, so all programs use Wayland."""
 
 import json
 import os
@@ -21,9 +21,9 @@ default_floating_border none
 focus_follows_mouse no
 for_window [app_id=".*"] floating enable
 """
-# After it has moved or resized a window, the compositor shows the window's old picture until the
+# After the compositor has moved or resized a window, it shows the window's old picture until the
 # program has responded, but for 0.2 s at most. A press on the old picture would drag the window, so
-# the tests wait longer than that.
+# the tests wait longer than 0.2 s.
 SECONDS_OF_A_CHANGE = 0.5
 # The compositor refuses to run as root.
 ORDINARY_USER, ORDINARY_GROUP = "nobody", "nogroup"
@@ -165,12 +165,12 @@ class WaylandDesktop(Desktop):
 
 
 class WaylandProgram(Program):
-    """A program under Wayland. It does not know the positions of its windows, so this class
-    corrects the positions in the accessibility tree by the positions that the compositor
+    """A program under Wayland. The program does not know the positions of its windows, so this
+    class corrects the positions in the accessibility tree by the positions that the compositor
     reports."""
 
     def node(self, title):
-        """The visible window with this caption (see nodes()); None if there is none."""
+        """The visible window with this caption, as WaylandDesktop.nodes() returns it, or None."""
         return next((node for node in self.desktop.nodes()
                      if node["pid"] == self.process.pid and node["name"] == title), None)
 
@@ -211,7 +211,8 @@ class WaylandProgram(Program):
 
     def wait_for_window(self):
         def is_ready():
-            check(self.running, f"the program ended by itself with {self.process.returncode}")
+            check(self.running, "the program ended by itself with the exit code "
+                  f"{self.process.returncode}")
             return "MP3 Files" in self.rows()
         wait_for("the main window and its tree", is_ready)
         panel = self.wait_for_node("CD Player")["id"]

@@ -1,8 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Simulates mouse and keyboard on a Wayland compositor without a screen, which has no devices of
-its own. This client implements only the part of the protocol that virtual devices need. No tool in
-Debian can replace it, since for a drag the virtual mouse must stay connected between two
-movements."""
+"""Simulates mouse and keyboard on a Wayland compositor that has neither a screen nor input devices.
+This client implements only the part of the protocol that virtual devices need. No tool in Debian
+can replace this client: for a drag the virtual mouse must stay connected between two movements."""
 
 import array
 import socket
@@ -68,8 +67,8 @@ class WaylandInput:
         self._end_frame()
 
     def press(self, writing):
-        """Presses and releases a key with modifiers, in the notation of xdotool ("alt+a",
-        "Return")."""
+        """Presses and releases the key that `writing` names, with its modifiers if it has any.
+        `writing` uses the notation of xdotool ("alt+a", "Return")."""
         *modifiers, key = writing.split("+")
         for modifier in modifiers:
             self._key(modifier, True)
@@ -95,8 +94,8 @@ class WaylandInput:
             file.flush()
             self._send(self._keyboard, 0, xkb_v1, len(KEYMAP), file=file.fileno())
 
-    # The protocol. A message consists of 32-bit words; it starts with its object, size and
-    # operation.
+    # The protocol. A message consists of 32-bit words. It starts with the identifier of the object
+    # that receives or sends the message, and with the message's size and operation.
 
     @staticmethod
     def _now():

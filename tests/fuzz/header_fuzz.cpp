@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Analyses arbitrary bytes as an MP3 file, with a result that still contains the values of another
-// file. The values of the header must be either all kept or all replaced.
+// Analyses arbitrary bytes as an MP3 file. Before each analysis, the object for its result contains
+// the values of another file: the analysis must either keep all values of the header or replace
+// them all.
 #include <cstddef>
 #include <cstdint>
 #include <string>

@@ -79,8 +79,8 @@ inline void checkLayout(const Result<disc::ImageLayout>& parsed) {
     }
     const disc::ImageLayout& layout = parsed.value();
     checkStructure(layout);
-    // The properties must hold for every file length. These lengths are an empty file, an
-    // incomplete sector, half a disc, and more than any disc.
+    // The properties must hold for every length of the files. Tested are the lengths of an empty
+    // file, of an incomplete sector, of half a disc, and a length beyond any disc.
     for (const std::int64_t each :
          {std::int64_t{0}, std::int64_t{2351}, std::int64_t{350'000'001}, INT64_MAX}) {
         const FileLengths bytes(layout.files.size(), each);

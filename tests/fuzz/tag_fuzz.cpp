@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Reads arbitrary bytes as the end of an MP3 file. If the bytes contain a tag, writes the fields
-// of this tag as a new tag and reads the new tag: every field must be unchanged.
+// of this tag as a new tag and reads the new tag: every written field must be unchanged.
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -30,7 +30,7 @@ void checkLengths(const Mp3Info& info) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
     require(windows1252Of(textOfWindows1252(bytes)) == bytes);
-    // Any text in a box of the playlist editor can be written as a tag.
+    // The user can type any text as a title, so any bytes must be accepted.
     static_cast<void>(id3v1Tag({.title = std::string(bytes)}));
     require(windows1252Of(bytes).size() <= characterCount(bytes));
 

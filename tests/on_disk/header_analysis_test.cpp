@@ -199,7 +199,8 @@ TEST_F(HeaderAnalysisTest, FindsNoFrameBehindALongLeadingTag) {
     EXPECT_FALSE(info.HasTag);
 }
 
-// In the leading tag's code page, these bytes are the title "ÿû°".
+// The bytes FF FB B0 are the title "ÿû°" in the leading tag's code page, and also the beginning of
+// a frame header with 192 kbit/s.
 TEST_F(HeaderAnalysisTest, MistakesATitleInALeadingTagForTheFirstFrame) {
     encode(44100, 2, "-b 128 --id3v2-only --id3v2-latin1 --tt abc");
     std::string content = world.content("a.mp3").value();
@@ -213,7 +214,7 @@ TEST_F(HeaderAnalysisTest, MistakesATitleInALeadingTagForTheFirstFrame) {
 }
 
 // The sound of a short file is repeated, so that the file lasts for about 15 minutes.
-TEST_F(HeaderAnalysisTest, AFileWithMoreThan32767FramesHasNoHeaderAndNoTag) {
+TEST_F(HeaderAnalysisTest, ReadsNoHeaderAndNoTagOfAFileWithMoreThan32767Frames) {
     encode(44100, 2, "-V 9 --resample 44.1 -f");
     const std::string content = world.content("a.mp3").value();
     const auto informationFrame = static_cast<std::size_t>(opinion->first.framesize);

@@ -50,7 +50,7 @@ class PlaylistFilesTest : public testing::Test {
     Editor editor{world.files(), store};
 };
 
-TEST_F(PlaylistFilesTest, AKillAtAnyCallOfATagWriteLeavesTheOldOrTheNewTag) {
+TEST_F(PlaylistFilesTest, AKillAtAnySystemCallOfATagWriteLeavesTheOldOrTheNewTag) {
     const std::string old = mp3("Old");
     const std::string written =
         Mp3Bytes(48'000).header(1, commonHeader).end(tagOf("New", "", "", "", "", 7)).content;
@@ -94,8 +94,8 @@ TEST_F(PlaylistFilesTest, PipesFoldersDevicesAndBrokenLinksHaveNoDataAndDoNotBlo
     EXPECT_TRUE(fs::is_empty(world.disk() / "folder.mp3"));
 }
 
-// Deliberate: the editor treats pipes, folders and devices like missing files. Without a question,
-// it shows the message that the file has been deleted, and deletes nothing.
+// Deliberate: the delete button treats pipes, folders and devices like missing files. The editor
+// asks no question, shows the message that the file has been deleted, and deletes nothing.
 TEST_F(PlaylistFilesTest, PipesFoldersAndDevicesAreReportedAsDeletedButAreNotDeleted) {
     ASSERT_EQ(::mkfifo((world.disk() / "pipe.mp3").c_str(), 0666), 0);
     world.makeFolder("folder.mp3");
@@ -272,7 +272,7 @@ std::optional<std::uint64_t> bytesRead() {
     return counts >> name >> bytes && name == "rchar:" ? std::optional(bytes) : std::nullopt;
 }
 
-TEST_F(PlaylistFilesTest, AClickOnAnEntryReadsAtMost8KibibytesWhateverTheLength) {
+TEST_F(PlaylistFilesTest, AtMost8KibibytesAreReadToShowTheDataOfAFileOfAnyLength) {
     if (!bytesRead()) {
         GTEST_SKIP() << "this system does not count the bytes that a thread reads";
     }
@@ -287,12 +287,13 @@ TEST_F(PlaylistFilesTest, AClickOnAnEntryReadsAtMost8KibibytesWhateverTheLength)
         editor.form.cmdHdr2.click();
         const std::uint64_t taken = bytesRead().value() - before - ofTheCount;
         EXPECT_EQ(editor.form.Text4(8).text(), std::to_string(bytes) + " bytes");
-        EXPECT_LE(taken, 8192U) << bytes;
+        EXPECT_LE(taken, 8192U) << "for a file of " << bytes << " bytes";
         EXPECT_GE(taken, 256U) << "the bytes were not counted";
     }
 }
 
-// A path ends at its last character that is not a blank.
+// The editor removes the blanks around a path, so for the file "a.mp3 " it uses the path of a file
+// "a.mp3", which does not exist.
 TEST_F(PlaylistFilesTest, AFileWhoseNameEndsWithABlankIsNeitherReadNorRenamedNorDeleted) {
     world.put("a.mp3 ", mp3("Title"));
     read("a.mp3 ");

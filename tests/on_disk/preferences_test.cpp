@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Tests the preferences with real files and a real settings file: destination folders with unusual
-// names, destination folders that cannot be created, and settings that are kept until the next
-// start.
+// names, destination folders that cannot be created, and settings that survive a restart of the
+// program.
 #include <gmock/gmock.h>
 
 #include <filesystem>
@@ -36,7 +36,8 @@ using testing::StartsWith;
 /// Drive D: is a folder of the machine. The settings file is in a folder beside it.
 class PreferencesOnDisk : public testing::Test {
   protected:
-    /// A run of the program. Of the previous run, only the files on the disk remain.
+    /// A run of the program. Only its files remain for the next run: the settings file and the
+    /// folders on drive D:.
     class Run {
       public:
         explicit Run(const PreferencesOnDisk& test)
@@ -87,8 +88,9 @@ class PreferencesOnDisk : public testing::Test {
         }
         return names;
     }
-    /// Starts the program with this destination folder. Returns whether the program shows the two
-    /// messages, keeps the stored path, and can open the window.
+    /// Starts the program with the stored destination folder `path`. Returns whether the program
+    /// shows the two error messages for a folder that it cannot create, keeps the stored path, has
+    /// a destination folder in its settings, and can open the preferences' window.
     [[nodiscard]] bool isRefused(const std::string& path) const {
         Run run(*this);
         run.put(decodePathKey, path);
@@ -156,7 +158,7 @@ TEST_F(PreferencesOnDisk, ADestinationWithAnInvalidNameOrWithoutADriveIsRefused)
     EXPECT_THAT(namesOnDisk(), IsEmpty());
 }
 
-TEST_F(PreferencesOnDisk, AReadOnlyDestinationIsRefused) {
+TEST_F(PreferencesOnDisk, ADestinationInAReadOnlyFolderIsRefused) {
     fs::permissions(disk(), fs::perms::owner_read | fs::perms::owner_exec | fs::perms::others_read |
                                 fs::perms::others_exec);
     fs::create_directory(folder / "config");
@@ -235,7 +237,7 @@ TEST_F(PreferencesOnDisk, AllSettingsAreKeptAcrossARestart) {
     EXPECT_THAT(next.messages(), IsEmpty());
 }
 
-TEST(PreferencesWithAHangingDestination, ShowTwoErrorMessagesAndLoadTheirWindow) {
+TEST(PreferencesWithAHangingDestination, ShowTwoErrorMessagesAndLoadThePreferencesWindow) {
     test::HangingWorld world;
     test::FakeSettingsStore store;
     store.put(settingsSection, decodePathKey, "e:\\Music\\Wav");

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reads an MP3 file with an independent decoder: the header of the first frame, the number of
-// frames, and the title in the tag. Tests compare the header analysis with these values.
+// Reads an MP3 file with libmpg123: the header of the first frame, the number of frames, and the
+// title in the tag. Tests compare these values with those of the program's own header analysis
+// (formats/mp3_analysis.h).
 #pragma once
 
 #include <cstdint>

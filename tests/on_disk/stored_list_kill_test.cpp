@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Changes the playlist in a real settings file and kills the process at each system call of the
-// change: the file must contain the old or the new list.
+// For each system call of a change to the playlist: a child process changes the playlist in a real
+// settings file and is killed at this call. The file must then contain the old or the new list.
 #include <gmock/gmock.h>
 
 #include <filesystem>
@@ -71,8 +71,8 @@ TEST_P(StoredListTest, AKillAtAnyCallLeavesTheOldOrTheNewList) {
         ASSERT_THAT(left, AnyOf(before, GetParam().after)) << "call " << call;
         ++(left == before ? leftBefore : leftAfter);
     }
-    EXPECT_GT(leftBefore, 5) << "too few kills came before the file was replaced";
-    EXPECT_GT(leftAfter, 1) << "no kill came after the file was replaced";
+    EXPECT_GT(leftBefore, 5) << "too few kills before the file was replaced";
+    EXPECT_GT(leftAfter, 1) << "no kill after the file was replaced";
 }
 
 INSTANTIATE_TEST_SUITE_P(Changes, StoredListTest,

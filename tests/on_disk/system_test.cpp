@@ -51,8 +51,8 @@ TEST_F(SystemOfThisMachine, HasTheSizeAndTypeOfTheRootDrive) {
     std::int64_t dfAvailable = 0;
     df >> dfTotal >> dfAvailable;
     EXPECT_EQ(total, dfTotal);
-    // Other programs may write between the two readings. `avail` does not include the space that is
-    // reserved for the superuser.
+    // Other programs may write between the two readings. Neither `free` nor df's `avail` includes
+    // the space that is reserved for the superuser.
     constexpr double tolerance = 512e6;
     EXPECT_NEAR(static_cast<double>(free), static_cast<double>(dfAvailable), tolerance);
     EXPECT_NEAR(static_cast<double>(system.FastDiskSpace("c:")), static_cast<double>(free),

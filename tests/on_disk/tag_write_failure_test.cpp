@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests that a failed tag write leaves an MP3 file as it was: each system call of the write fails
-// in turn, or the user may only read or only write the file.
+// Tests that a failed tag write leaves an MP3 file as it was: each system call of the write but the
+// close fails in turn, or the user may only read the file. Also tests that a tag write changes only
+// the tag and the times, and that the tag is written even if the close fails or the user may only
+// write the file.
 #include <gtest/gtest.h>
 
 #include <cerrno>
@@ -130,7 +132,7 @@ TEST_F(TagWriteFailureTest, AWrittenTagChangesNothingButTheLast128BytesAndTheTim
     }
 }
 
-TEST_F(TagWriteFailureTest, AFileThatMayOnlyBeWrittenIsTaggedAndShowsNoData) {
+TEST_F(TagWriteFailureTest, AFileThatMayOnlyBeWrittenIsTaggedAndReadingItsHeaderShowsAMessage) {
     fs::permissions(file(), fs::perms::owner_write | fs::perms::others_write);
     fs::permissions(world.parent(), fs::perms::all);
     fs::permissions(world.disk(), fs::perms::all);

@@ -51,8 +51,8 @@ TEST_F(WavHeadOnDiskTest, ReadsFilesOf2GiBAndMore) {
     }
 }
 
-// The seconds of this file do not fit in 32 bits, so its minutes cannot be computed.
-TEST_F(WavHeadOnDiskTest, AFileOf3TerabytesWith1000BytesPerSecondHasOnlySeconds) {
+// The duration in seconds does not fit in a signed 32-bit number, so no minutes can be computed.
+TEST_F(WavHeadOnDiskTest, TheDurationOf3TerabytesAt1000BytesPerSecondHasOnlySeconds) {
     world.put("a.wav", start(1, 1, 0x40));
     fs::resize_file(world.disk() / "a.wav", 3'000'000'000'000);
     EXPECT_TRUE(read("a.wav"));
@@ -82,7 +82,7 @@ TEST_F(WavHeadOnDiskTest, AMissingFileIsCreatedEmptyInAnExistingFolderOnly) {
     EXPECT_EQ(head().wavFileLength, "");
 }
 
-TEST_F(WavHeadOnDiskTest, AFileThatMayOnlyBeReadIsReadAndAFileThatMayNotBeReadHasOnlyALength) {
+TEST_F(WavHeadOnDiskTest, AReadOnlyFileIsReadAndOfAnUnreadableFileOnlyTheLengthIsStored) {
     const std::string content = start(2, 16, 0x44) + std::string(1000, 'x');
     for (const char* name : {"readable.wav", "hidden.wav"}) {
         world.put(name, content);

@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
 """check_package.py CHECK: runs one check of the Debian package in build/package. The check
-`reproducible` builds this package, and builds it a second time in another folder. Must be started
-in the project's folder. If a check is not possible on this machine, prints the reason and exits
-with 77."""
+`reproducible` builds this package, and builds it a second time in another folder. This script must
+be started in the project's folder. If a check is not possible on this machine, it prints the reason
+and exits with 77."""
 
 import filecmp
 import os
@@ -142,7 +142,8 @@ def dependencies():
         owners = {line.split(":")[0]
                   for line in run("dpkg-query", "--search", f"*/{soname}").splitlines()}
         if not owners & names:
-            raise Fault(f"{soname} is in {owners}, of which none is among {sorted(names)}")
+            raise Fault(f"{soname} is in the packages {owners}; none of them is among the "
+                        f"dependencies {sorted(names)}")
 
 
 def clean_root():

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Creates a new Debian 12 system in a folder and installs a package with only its dependencies
-there. The installed program runs in this system; it is operated on a virtual screen of this
+"""Creates a new Debian 12 system in a folder and installs there a package, its dependencies and
+nothing else. The installed program runs in this system; it is operated on a virtual screen of this
 machine."""
 
 import contextlib

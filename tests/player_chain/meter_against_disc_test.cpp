@@ -22,7 +22,7 @@ namespace {
 using namespace std::chrono_literals;
 using sound::StereoFrame;
 
-/// Stores the frames that the recorder receives: the meter measures the same frames.
+/// Stores the frames that the card sends to a recorder. The meter measures the same frames.
 class KeptSound : public sound::RecordingSink {
   public:
     void record(std::span<const StereoFrame> block) override {
@@ -46,20 +46,20 @@ std::vector<StereoFrame> samplesOf(const std::filesystem::path& binary) {
     return frames;
 }
 
-class TheMeterOnARealCard : public testing::TestWithParam<const char*> {
+class TheMeterOnTheSoftwareCard : public testing::TestWithParam<const char*> {
   protected:
-    TheMeterOnARealCard() {
+    TheMeterOnTheSoftwareCard() {
         world_.card.startRecording(kept_, time_);
         world_.switchOn();
     }
-    ~TheMeterOnARealCard() override { world_.form.Command6.click(); }
+    ~TheMeterOnTheSoftwareCard() override { world_.form.Command6.click(); }
 
     /// Plays this number of blocks of the disc.
     void pass(std::size_t blocks) {
         for (std::size_t i = 0; i < blocks; ++i) {
             const std::size_t before = kept_->frames.size();
-            // The reader's thread delivers the sound. A card for which no sound is available waits,
-            // and does not make up for that time later.
+            // Another thread reads the disc. While it has not read enough, the card waits, and does
+            // not make up for that time later.
             ASSERT_TRUE(fakes::eventually([&] {
                 if (kept_->frames.size() == before) {
                     time_ += 10ms;
@@ -87,7 +87,7 @@ class TheMeterOnARealCard : public testing::TestWithParam<const char*> {
                               }};
 };
 
-TEST_P(TheMeterOnARealCard, ShowsAtEachTickTheLargestSampleSinceThePreviousTick) {
+TEST_P(TheMeterOnTheSoftwareCard, ShowsAtEachTickTheLargestSampleSinceThePreviousTick) {
     ASSERT_EQ(samples_.size(), 450U * disc::framesPerSector);
     ASSERT_EQ(world_.form.CD.text(), "Cd Ready");
     world_.form.play.click();
@@ -104,7 +104,7 @@ TEST_P(TheMeterOnARealCard, ShowsAtEachTickTheLargestSampleSinceThePreviousTick)
         if (levels.empty() || level != levels.back()) {
             levels.push_back(level);
         }
-        // The reading stays the same until another block is played.
+        // At a second tick, the level stays the same, because no block was played in between.
         expectReading(level);
         from = end;
     }
@@ -114,7 +114,7 @@ TEST_P(TheMeterOnARealCard, ShowsAtEachTickTheLargestSampleSinceThePreviousTick)
                        {samples_.begin(), samples_.begin() + std::ssize(kept_->frames)});
 }
 
-TEST_P(TheMeterOnARealCard, IsIndependentOfVolumeAndMuteAndFallsToZeroInSilence) {
+TEST_P(TheMeterOnTheSoftwareCard, IsIndependentOfVolumeAndMuteAndFallsToZeroInSilence) {
     world_.form.play.click();
     world_.form.Option13.click();
     world_.form.sliderMasterVolume.moveTo(65535);
@@ -129,7 +129,7 @@ TEST_P(TheMeterOnARealCard, IsIndependentOfVolumeAndMuteAndFallsToZeroInSilence)
     EXPECT_GE(world_.form.Label4.top(), world_.form.Picture8.height());
 }
 
-INSTANTIATE_TEST_SUITE_P(OfADisc, TheMeterOnARealCard, testing::Values("music", "ramp"));
+INSTANTIATE_TEST_SUITE_P(WithADisc, TheMeterOnTheSoftwareCard, testing::Values("music", "ramp"));
 
 } // namespace
 } // namespace sonarith

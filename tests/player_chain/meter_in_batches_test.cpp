@@ -43,8 +43,8 @@ class MeterLoop final : public test::ForwardingEventLoop {
         batches = wakeup.get();
         return wakeup;
     }
-    /// Must be called when the sound changes. The real loop does the same before its thread
-    /// sleeps.
+    /// Ends the batches unless the card is silent. A test must call this when sound begins; the
+    /// real loop does the same each time before its thread sleeps.
     void handlerReturned() {
         if (batches) {
             batches->endSilence();
@@ -181,7 +181,7 @@ TEST(MeterInBatches, DrawsAllLinesInTwentyBatchesASecondInSilence) {
     world.drawnAt.clear();
     world.machine.loop.advance(1s);
     EXPECT_EQ(world.drawnAt.size(), 20U);
-    EXPECT_EQ(world.drawn.size(), 300U);
+    EXPECT_EQ(world.drawn.size(), 300U); // 100 lines in each of the three seconds
 }
 
 } // namespace

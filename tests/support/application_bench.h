@@ -23,8 +23,8 @@ class ApplicationBench : public FakeMachine {
     /// The default destination folder of captures (used while the settings store has no entry), as
     /// a path with a drive letter.
     inline static const std::string destination = "c:\\sonarith\\wavfiles";
-    /// Path of a saved track. 24106954 is half of the disc's identity 48213906, plus 1: FakeRandom
-    /// returns 0.5.
+    /// Path of a saved track. The number 24106954 is the disc's identity 48213906 times the random
+    /// fraction 0.5 (which FakeRandom returns), plus 1.
     static std::string savedAs(int track) {
         return destination + "\\24106954-" + std::to_string(track) + ".wav";
     }

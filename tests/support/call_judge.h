@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Intercepts chosen system calls of a function. A callback of the test decides on each call: the
-// call is let through, fails, or is held as if the device hung. Only the thread that runs
+// call is let through, fails, or is held as if a device hung. Only the thread that runs
 // the function and the threads that this thread starts are affected, and only until the function
 // returns.
 #pragma once

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Creates a command interpreter on which the disc device is open, and tables of contents for the
-// disc in its drive.
+// A session with a command interpreter on which the disc device is open; and tables of contents,
+// each for the disc in the drive of such a session.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -9,7 +9,7 @@
 
 namespace sonarith::fakes {
 
-/// Three tracks of 3:05, 1:00 with 10 sectors, and 0:10.
+/// Three tracks. Their lengths in minutes and seconds: 3:05, 1:00 plus 10 sectors, and 0:10.
 inline disc::Table threeTracks() {
     return audioTable({185 * 75, 60 * 75 + 10, 10 * 75});
 }

@@ -11,7 +11,7 @@
 
 namespace sonarith::test {
 
-/// The standard output of a shell command without its trailing line ends. The test fails if the
+/// The standard output of a shell command, without trailing line ends. The test fails if the
 /// command fails.
 inline std::string outputOf(const std::string& command) {
     std::string text;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Creates the main window with its work tree, the conversion worker and the decoding driver, and
+// Creates the conversion worker, the decoding driver and the main window with its work tree, and
 // connects them as the program does. Time is virtual. Base class of the conversion's tests.
 //
 //     mp3File("c:\\mp3\\a.mp3");
@@ -16,7 +16,8 @@
 namespace sonarith::test {
 
 struct ConversionWorld : WorkTreeWorld {
-    /// An MP3 file, and the two calls of the MP3 control that decode it (see FakeMp3Controls::log).
+    /// The path of an MP3 file, and the two entries that its decoding adds to the log of the fake
+    /// MP3 control (`mp3.log`).
     inline static const std::string source = "c:\\mp3\\Song.mp3";
     inline static const std::string setSource = "SourceFile c:\\mp3\\Song.mp3";
     inline static const std::string decodeToWav = "DecodeToWav c:\\music\\Song.wav";

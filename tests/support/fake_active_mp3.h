@@ -126,7 +126,8 @@ class FakeMp3Controls final : public Mp3Controls {
             }
             job_ = std::make_shared<Job>(Job{source_, path, all_.loop_.now()});
             all_.jobs_.push_back(job_);
-            // The job no longer exists if it was stopped or if its control was destroyed.
+            // The job no longer exists if it was stopped or replaced, or if its control was
+            // destroyed.
             all_.loop_.after(all_.duration, [&all = all_, job = std::weak_ptr<Job>(job_)] {
                 if (const auto kept = job.lock()) {
                     kept->done = true;

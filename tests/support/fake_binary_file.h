@@ -17,8 +17,9 @@ namespace sonarith::test {
 class FakeBinaryFile final : public BinaryFile {
   public:
     enum class Use { length, read, write };
-    /// Called before each call, for example to log it; `offset` and `bytes` are 0 for length(). If
-    /// the gate returns an error, the call fails with this error.
+    /// Called at the start of length(), read() and write(), for example to log the call; `offset`
+    /// and `bytes` are 0 for length(). If the gate returns an error, the call fails with this
+    /// error.
     using Gate =
         std::function<std::optional<Error>(Use use, std::int64_t offset, std::size_t bytes)>;
 

@@ -6,7 +6,7 @@
 //     disk.addFile("c:\\music\\A.WAV");                     // also adds the folders above it
 //     disk.addFolder("c:\\music\\x");
 //     disk.makeUnreadable("c:\\music\\x");
-//     disk.withoutDots("c:\\");                             // its listing omits "." and ".."
+//     disk.withoutDots("c:\\");                             // the listing of C: omits "." and ".."
 //     EXPECT_EQ(disk.listed, ...);                          // the patterns of FindFirst, in order
 #pragma once
 

@@ -56,7 +56,7 @@ class FakeDisc : public disc::Disc {
 
     /// From now on every read reports that the medium was removed.
     void vanish() { vanished_ = true; }
-    /// Number of reads outside the disc, or of a length that is not a whole number of sectors.
+    /// Number of reads that extend beyond the disc or whose length is no whole number of sectors.
     [[nodiscard]] int wrongReads() const { return wrongReads_; }
 
   private:
@@ -90,7 +90,7 @@ class FakeDrive : public disc::Drive {
         : disc(std::move(inserted)) {}
 
     [[nodiscard]] disc::DriveKind kind() const override { return driveKind; }
-    [[nodiscard]] std::string name() const override { return "the drive fake"; }
+    [[nodiscard]] std::string name() const override { return "the drive /dev/fake"; }
     [[nodiscard]] disc::Loaded load() override {
         ++loads;
         if (trayOpen || unreadable) {

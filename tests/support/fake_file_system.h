@@ -7,7 +7,7 @@
 //                   ErrorNumber::permissionDenied);          // every later rename of this file
 //     EXPECT_EQ(disk.log, ...);                              // "makeFolder music"
 //     disk.failWith(FakeFileSystem::Operation::writeBinary, "c:\\music\\track1.wav",
-//                   ErrorNumber::diskFull);                  // also if the file is already open
+//                   ErrorNumber::diskFull);                  // also applies to a file already open
 //     disk.meanwhile = [&](const std::string& entry) { ... } // runs at each logged call
 #pragma once
 
@@ -62,8 +62,8 @@ class FakeFileSystem final : public FileSystem {
             }
         }
     }
-    /// Also adds all folders above the file. Replaces the content of an existing file, which
-    /// changes the content of its open files, too.
+    /// Also adds all folders above the file. Replaces the content of an existing file, also for
+    /// each BinaryFile that was opened on it before.
     void addFile(const std::string& path, const std::string& content = {}) {
         const std::string full = absolute(path);
         addFolder(parentOf(full));

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Replaces the machine in tests of the command devices. The fake transport moves only when the test
-// calls advance(); the fake recorder only stores its state. No audio is processed.
+// Replaces the machine in tests of the devices that run command strings (platform/linux/mci/). The
+// fake transport moves only when the test calls advance(); the fake recorder only stores its state.
+// No audio is processed.
 #pragma once
 
 #include <algorithm>
@@ -147,7 +148,7 @@ class FakeRecorder : public mci::Recorder {
 
 /// A machine of fakes. It must outlive the interpreter that is created with its devices().
 struct FakeMachine {
-    std::shared_ptr<FakeDrive> drive;   ///< a null pointer: the machine has no drive
+    std::shared_ptr<FakeDrive> drive;   ///< if this is a null pointer, the machine has no drive
     FakeTransport* transport = nullptr; ///< the transport created last, while it exists
     RecorderState recorder;
     test::FakeNotices notices;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Records the notices to the user in order. Any thread may report and read them.
+// A fake of Notices that records the text of each notice. Thread-safe.
 #pragma once
 
 #include <mutex>
@@ -19,10 +19,10 @@ class FakeNotices final : public Notices {
     }
     void settled(const std::string& cause, const std::string& text) override {
         const std::lock_guard lock(mutex_);
-        texts_.push_back("settled " + cause + (text.empty() ? "" : ": " + text));
+        texts_.push_back("settled [" + cause + "]" + (text.empty() ? "" : ": " + text));
     }
-    /// The texts of all notices, oldest first. A call of settled() is recorded as "settled CAUSE:
-    /// TEXT", or as "settled CAUSE" if its text is empty.
+    /// The texts of all notices, oldest first. A call of settled() is recorded as "settled [CAUSE]:
+    /// TEXT", or as "settled [CAUSE]" if its text is empty.
     [[nodiscard]] std::vector<std::string> texts() const {
         const std::lock_guard lock(mutex_);
         return texts_;

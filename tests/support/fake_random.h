@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A random generator for tests: returns the fraction that the test has set, and counts its calls.
+// A random generator for tests: returns the fraction that the test has set, and counts the calls
+// of each function.
 #pragma once
 
 #include "platform/random.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A desktop shell for tests. Its screen has a configurable size, and it records the requests for
-// help and the about box.
+// A desktop shell for tests, with a screen of configurable size. Stores the paths of the requested
+// help files and counts the requests for the about box.
 #pragma once
 
 #include <string>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A notification area for tests. It logs the calls of its members; setHost() simulates that the
-// desktop's panel appears or disappears.
+// A notification area for tests. It logs the calls of add(), modify() and remove();
+// setHost() simulates that the desktop's panel appears or disappears.
 #pragma once
 
 #include <map>

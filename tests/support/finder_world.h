@@ -40,7 +40,8 @@ struct FinderWorld : FakeMachine {
         windows.frmsearch.load();
     }
 
-    /// Simulates the user: chooses a folder and a type, and presses the button.
+    /// Simulates the user: chooses a folder and a file type, and presses the button that starts the
+    /// search.
     void search(const std::string& folder, const std::string& type) {
         EXPECT_TRUE(finder.Dir1.setPath(folder).ok());
         finder.zFileExt.setText(type);

@@ -4,7 +4,7 @@
 //
 //     HeldCalls disk({SYS_fsync});
 //     disk.run([&] { control.Stop().passOver(); });   // on a thread of its own
-//     EXPECT_TRUE(disk.waitForCall());                // an fsync of this thread is held
+//     EXPECT_TRUE(disk.waitForCall());                // an fsync of the new thread is held
 //     disk.release();
 //
 // Only the threads that `run` creates, and the threads that these start, can be held. The test's
@@ -33,8 +33,9 @@ namespace sonarith::test {
 
 class HeldCalls {
   public:
-    /// Returns true if the call must be held. Without a Choice, every call with one of the given
-    /// numbers is held. A Choice may read the memory that an argument points to (textAt()).
+    /// Returns true if the call must be held. Without a Choice, every call whose number was passed
+    /// to the constructor is held. A Choice may read the memory that an argument points to
+    /// (textAt()).
     using Choice = std::function<bool(const seccomp_data& call)>;
 
     explicit HeldCalls(std::vector<std::uint32_t> numbers, Choice choice = nullptr)
@@ -85,7 +86,7 @@ class HeldCalls {
     /// objects whose threads would otherwise not end. Such objects must be declared before this
     /// object, since a body that has not finished in time may still create them.
     void atEnd(std::function<void()> step) { atEnd_ = std::move(step); }
-    /// Waits until a call has been held, for half a minute at most. Returns whether this happened.
+    /// Waits at most half a minute until a call has been held. Returns whether this happened.
     bool waitForCall() {
         return fakes::eventually([this] { return held_ > 0; });
     }

@@ -17,7 +17,7 @@ namespace sonarith::test {
 
 enum class KillOutcome {
     killed,
-    finished, ///< `step` made fewer calls and returned
+    finished, ///< the function returned before it made the chosen call
     failed    ///< the child could not be traced, or it ended in an unexpected way
 };
 

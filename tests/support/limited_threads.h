@@ -11,8 +11,9 @@
 
 namespace sonarith::fakes {
 
-/// Counts the threads that can still be started; when none is left, starter() returns an error.
-/// Thread-safe. The starter may outlive this object.
+/// Counts the threads that can still be started. When none is left, the function that starter()
+/// returns starts no thread and returns an error. Thread-safe. That function may outlive this
+/// object.
 class LimitedThreads {
   public:
     explicit LimitedThreads(int left) : counts_(std::make_shared<Counts>()) {

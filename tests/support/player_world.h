@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Creates the CD player's panel and the objects that control it (player/player.h), connected as in
 // the program. The devices are fakes (fake_machine.h), the disc is simulated (simulated_disc.h),
-// and time is virtual. The rest of the application is not created. Base class of the player's
-// tests.
+// and time is virtual. Of the rest of the application, only the forms are created. PlayerWorld is
+// the base class of the player's tests.
 //
 //     disc.insert({60000, 30000});
 //     switchOn();                                  // returns after the first poll of the disc
@@ -76,7 +76,7 @@ struct PlayerBench : FakeMachine {
         return commands;
     }
 
-    /// Simulates the user's click on the power switch, and waits for a second, so that the disc is
+    /// Simulates the user's click on the power switch, and lets a second pass, so that the disc is
     /// polled. Clears `operations`.
     void switchOn() {
         form.OptCD.choose();
@@ -106,7 +106,7 @@ struct PlayerBench : FakeMachine {
         }
         return names;
     }
-    /// Whether the panel shows that it is off.
+    /// Whether the panel shows that the player is off.
     [[nodiscard]] bool looksOff() const {
         return form.CD.text() == "OFF" && form.timeWindow.text().empty() &&
                form.tracktime.caption().empty() && enabledButtons().empty() &&

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Starts a D-Bus message bus that only the test uses, and simulates the StatusNotifierWatcher that
-// the desktop's panel provides on the bus. The user's own bus is not used.
+// Starts a D-Bus message bus that only the test uses, and simulates on it the
+// StatusNotifierWatcher, which the desktop's panel provides on the user's bus. The user's bus is
+// not used.
 //
 //     PrivateBus bus;
 //     NotifierWatcher watcher(bus);     // no host yet

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Starts a PulseAudio server that only the test uses. Its null sink consumes samples at the rate of
-// a sound card. Writes an ALSA configuration with two devices: "default" plays into this sink, and
-// "monitor" records what the sink plays. The user's server and configuration are not used.
+// Starts a PulseAudio server that only the test uses. The server's null sink consumes samples at
+// the rate of a sound card. Writes an ALSA configuration with two devices: "default" plays into
+// this sink, and "monitor" records what the sink plays. The user's server and configuration are not
+// used.
 #pragma once
 
 #include <algorithm>
@@ -37,7 +38,7 @@ class ChildProcess {
         std::vector<char*> envp = pointersTo(environment);
         pid_ = ::fork();
         if (pid_ < 0) {
-            throw std::runtime_error("no process for " + arguments.front());
+            throw std::runtime_error("cannot start a process for " + arguments.front());
         }
         if (pid_ == 0) { // only calls that are safe after fork()
             ::prctl(PR_SET_PDEATHSIG, SIGKILL);
@@ -103,8 +104,9 @@ class PulseServer {
     /// whether it accepts them.
     bool start() {
         std::filesystem::remove(file("native"));
-        // "norewinds": when a stream begins, a sink that rewinds discards audio that its monitor
-        // has already delivered, so listen() would miss the first frames of every stream.
+        // "norewinds": when a stream begins, a sink that rewinds renders the next moments again,
+        // now with the stream. The sink's monitor has already delivered these moments without the
+        // stream, so listen() would miss the first frames of every stream.
         server_ = std::make_unique<ChildProcess>(
             std::vector<std::string>{
                 "pulseaudio", "--daemonize=no", "--exit-idle-time=-1", "-n", "--use-pid-file=no",
@@ -153,8 +155,8 @@ class PulseServer {
     [[nodiscard]] std::filesystem::path file(const char* name) const {
         return folder_.path() / name;
     }
-    /// The environment variables with which the server and the recorder store all of their files in
-    /// the test's folder.
+    /// The environment variables with which pulseaudio and parec store all of their files in the
+    /// test's folder.
     [[nodiscard]] std::vector<std::string> environment() const {
         const std::string folder = folder_.path().string();
         const char* path = std::getenv("PATH");

@@ -13,8 +13,8 @@
 namespace sonarith::test {
 
 inline constexpr int smallDiskBytes = 1024 * 1024;
-/// The exit code of a child process if this user has no permission to mount a disk; the test is
-/// then skipped.
+/// The exit code of a child process if the user who runs the tests has no permission to mount a
+/// disk; the test is then skipped.
 inline constexpr int mayNotMount = 77;
 
 /// Gives the process its own mount namespace. For users other than the superuser this requires a
@@ -33,8 +33,8 @@ inline constexpr int mayNotMount = 77;
     return ::geteuid() == 0 && ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
 }
 
-/// Mounts the disk on `folder` until the process ends. Returns false if this user has no permission
-/// to mount a disk.
+/// Mounts the disk on `folder` until the process ends. Returns false if the user who runs the tests
+/// has no permission to mount a disk.
 [[nodiscard]] inline bool mountSmallDisk(const std::string& folder) {
     return leaveSharedMounts() && ::mount("tmpfs", folder.c_str(), "tmpfs", 0, "size=1m") == 0;
 }

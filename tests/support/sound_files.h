@@ -72,7 +72,7 @@ namespace sonarith::test {
 }
 
 /// Writes `data` to a file `times` times. If `data` is an MP3 file, it must have no information
-/// frame (LAME's option "-t").
+/// frame (LAME's option "-t" omits this frame).
 [[nodiscard]] inline bool writeRepeated(const std::filesystem::path& path,
                                         std::span<const std::uint8_t> data, int times) {
     std::ofstream out(path, std::ios::binary);

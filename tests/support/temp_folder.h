@@ -26,7 +26,8 @@ class TempFolder {
     TempFolder(const TempFolder&) = delete;
     TempFolder& operator=(const TempFolder&) = delete;
 
-    /// Empty if no folder could be created: file operations below this path then fail.
+    /// An empty path if no folder could be created. operator/ then returns paths relative to the
+    /// current folder of the process.
     [[nodiscard]] const std::filesystem::path& path() const { return path_; }
     [[nodiscard]] std::filesystem::path operator/(const std::string& name) const {
         return path_ / name;

@@ -26,11 +26,12 @@
 namespace sonarith::test {
 
 /// Thrown by endProgram() instead of ending the process. Not derived from std::exception, so that
-/// no handler treats it as a failure.
+/// no `catch (const std::exception&)` treats it as a failure.
 struct ProgramEnded {};
 
-/// Thrown for a wait that would never end on the real loop: its condition is still true although no
-/// event can become due, or has been true for longer than any job of the program takes.
+/// Thrown for a wait that would never end on the real loop: the wait's condition is still true
+/// although no event can become due, or the condition has been true for longer than any job of the
+/// program takes. Also thrown for a loop of yields during which the time never advances.
 class WaitNeverEnds : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
@@ -104,7 +105,7 @@ class VirtualEventLoop final : public EventLoop {
     void atYield(int n, std::function<void()> action) {
         yieldActions_.emplace(yieldCount_ + n, std::move(action));
     }
-    /// Runs `action` once, `delay` from now, inside the yield or wait that is running then.
+    /// Runs `action` once, as an event that becomes due `delay` from now.
     void after(Duration delay, std::function<void()> action) {
         add(now_ + delay, Duration(0), std::move(action));
     }
@@ -129,8 +130,8 @@ class VirtualEventLoop final : public EventLoop {
     [[nodiscard]] int yieldCount() const { return yieldCount_; }
     /// True after endProgram() was called.
     [[nodiscard]] bool ended() const { return ended_; }
-    /// Number of yields and waits that were called after the end of the program. A correct program
-    /// calls none.
+    /// Number of yields that were called after the end of the program. A correct program calls
+    /// none. Waits that are called after the end return at once and are not counted.
     [[nodiscard]] int yieldsAfterEnd() const { return yieldsAfterEnd_; }
     /// Number of existing Wakeup objects: those of enabled timers and of running waits.
     [[nodiscard]] std::size_t wakeupCount() const {

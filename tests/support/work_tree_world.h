@@ -68,7 +68,8 @@ struct WorkTreeWorld : testing::Test, FakeMachine {
 
     // --- set by the test -------------------------------------------------------------------
 
-    /// Fills the list of tracks and empties the queue, as after a disc was read.
+    /// Fills the list of tracks and empties the queue of tracks to extract, as after a disc was
+    /// read.
     void disc(const std::vector<std::string>& lines) {
         form.lstRecord.clear();
         fill(form.lstTracks, lines);

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Functions with which child processes end when the script that started them ends."""
+"""Functions that make a child process end when the script that started it ends."""
 
 import ctypes
 import os

@@ -4,9 +4,9 @@
 
     remembered.py --verdicts FOLDER --name NAME [--inputs FILE...] -- COMMAND...
 
-Exits with the result of the command, or with 77 if the command was not run: CTest then reports the
-test as skipped, and ./test as cached. This script and the modules that it imports count as inputs,
-too.
+Exits with the result of the command (1 if this is 77), or with 77 if the command was not run: CTest
+then reports the test as skipped, and ./test as cached. This script and the modules that it imports
+count as inputs, too.
 """
 
 import argparse
@@ -38,7 +38,8 @@ def main():
     key = verdicts.key_of_command(options.command, inputs)
     before = key and kept.passed(key)
     if before:
-        print(f"cached: passed on {before['when']} in {before['seconds']} s with the same program")
+        print(f"cached: passed on {before['when']} in {before['seconds']} s with the same command "
+              "and inputs")
         return CACHED
     began = time.monotonic()
     result = subprocess.run(options.command, preexec_fn=child.ends_with_parent, check=False)

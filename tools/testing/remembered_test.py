@@ -43,7 +43,7 @@ class Remembered(unittest.TestCase):
         self.run_command("true")
         self.assertEqual(self.run_command("true "), 0)
 
-    def test_a_changed_input_causes_a_run_and_the_old_content_stays_cached(self):
+    def test_a_changed_input_causes_a_run_and_the_pass_of_the_old_content_stays_cached(self):
         self.run_command("true")
         self.input.write_text("two")
         self.assertEqual(self.run_command("true"), 0)

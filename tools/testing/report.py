@@ -34,8 +34,8 @@ class Report:
     failed: dict = dataclasses.field(default_factory=dict)  # lines of the output by test name
     programs: int = 0  # number of unit-test programs that ran and passed
     tests_of_programs: int = 0  # number of tests in these programs
-    # If each test inside a program is counted separately: the number of tests that passed, and the
-    # names of those that failed.
+    # The number of tests that passed, and the names of those that failed, if each test inside a
+    # unit-test program is counted separately. A cached program counts as one test.
     single_passed: int = 0
     single_failed: list = dataclasses.field(default_factory=list)
     sources: tuple = ()  # for lint: the number of all sources, and of the cached sources

@@ -64,8 +64,8 @@ def usage():
 
 
 def parse(words):
-    """The names that follow each stage on the command line, by stage. Without arguments: all
-    stages, except those that run only if they are named, and no names."""
+    """The names that follow each stage on the command line, by stage. Without arguments: an empty
+    list for each stage, except for the stages that run only if they are named."""
     by_name = {stage.name: stage for stage in STAGES}
     if not words:
         return {stage: [] for stage in STAGES if not stage.named_only}
@@ -292,7 +292,7 @@ def resolved(requested, run):
 
 def main():
     os.chdir(REPOSITORY)
-    # Exits normally, so that the stages in the background are ended, too.
+    # SIGTERM must run the functions of atexit: they end the stages in the background.
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(143))
     words = sys.argv[1:]
     if set(words) & {"-h", "--help", "help"}:

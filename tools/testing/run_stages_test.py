@@ -23,10 +23,10 @@ def asked(*words):
 
 
 class Arguments(unittest.TestCase):
-    def test_no_arguments_run_all_stages_in_order(self):
+    def test_without_arguments_all_but_the_named_only_stages_run_in_order(self):
         self.assertEqual(list(asked()), [stage.name for stage in STAGES if not stage.named_only])
 
-    def test_arguments_after_a_stage_are_its_names(self):
+    def test_arguments_after_a_stage_select_parts_of_that_stage(self):
         self.assertEqual(asked("unit", "worktree", "mci", "e2e", "decode", "lint"),
                          {"lint": [], "unit": ["worktree", "mci"], "e2e": ["decode"]})
 
@@ -43,14 +43,14 @@ class Arguments(unittest.TestCase):
         with mock.patch.object(Stage, "names", lambda _: there):
             return BY_NAME[stage].names_of(word)
 
-    def test_modules_folders_and_files_select_modules(self):
+    def test_module_names_and_source_paths_select_modules(self):
         for word, names in (("worktree", ["worktree"]), ("platform", ["platform"]),
                             ("src/worktree/", ["worktree"]), ("app", ["form1", "application"]),
                             ("src/platform", ["platform", "mci"]), ("platform/linux", ["mci"]),
                             ("src/worktree/node_test.cpp", ["worktree"])):
             self.assertEqual(self.names_of("unit", word), names, word)
 
-    def test_scripts_and_files_select_scripts(self):
+    def test_a_script_is_selected_by_its_name_its_file_name_or_its_path(self):
         for word in ("decode", "test_decode.py", "tests/e2e/test_decode.py"):
             self.assertEqual(self.names_of("e2e", word), ["decode"], word)
 
@@ -120,13 +120,14 @@ class Reports(unittest.TestCase):
                           'executable"/><system-out>Unable</system-out></testcase>')
         self.assertEqual(list(found.failed), ["d"])
 
-    def test_a_missing_file_contains_no_report(self):
+    def test_no_report_is_read_from_a_missing_file(self):
         self.assertIsNone(report.read("/nowhere"))
 
 
 class Summary(unittest.TestCase):
     def evaluate(self, code, found, words=()):
-        """Evaluates one stage with these test results. Returns the exit code and the text of the
+        """Evaluates the stage "unit" as if ctest had exited with `code` and reported `found`.
+        `words`: the arguments of ./test. Returns the exit code of ./test and the text of the
         summary."""
         stages = run_stages.parse(list(words))
         run = run_stages.Run(stages, whole=not words)
@@ -136,7 +137,7 @@ class Summary(unittest.TestCase):
             result = run.sum_up()
         return result, output.getvalue()
 
-    def test_passed_cached_and_failed_are_distinguished(self):
+    def test_the_summary_distinguishes_passed_cached_and_failed_steps(self):
         code, text = self.evaluate(0, report.Report(passed=2, cached=1))
         self.assertEqual(code, 0)
         self.assertRegex(text, "passed +unit: tests .*1 of 3 cached")
@@ -147,7 +148,7 @@ class Summary(unittest.TestCase):
         self.assertRegex(text, "FAILED +unit: tests")
         self.assertRegex(text, r"-- ui.tests\nit broke\n\n1 of 1 steps failed: ui.tests\n$")
 
-    def test_the_summary_ends_with_the_totals_of_all_tests(self):
+    def test_the_summary_ends_with_the_totals_and_a_list_of_the_failed_tests(self):
         _, text = self.evaluate(0, report.Report(passed=1, single_passed=7))
         self.assertTrue(text.endswith("100% tests passed, 0 tests failed out of 7\n"))
         found = report.Report(failed={"ui.tests": []}, single_passed=199, single_failed=["ui.A.B"])

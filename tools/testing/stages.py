@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Defines the stages of ./test: for each stage its build folder, the targets to build, and the
-CTest tests to run. A new stage is added to STAGES. A check that has no test program can be a CTest
-test, too (`add_test` with a script)."""
+CTest tests to run. A new stage is added to STAGES. A check by a script, without a test program, is
+added as a CTest test (`add_test` with the script)."""
 
 import dataclasses
 import json
@@ -33,7 +33,7 @@ class Stage:
     # Whether the names are modules. The CTest tests of a module are called MODULE.*; in the other
     # stages, the test of a name is called STAGE.NAME.
     by_module: bool = False
-    # The names that are run if none is requested; empty if that is all of them.
+    # The names that are run if none is requested; empty if all names are run then.
     default_names: tuple = ()
     jobs: int = PROCESSORS  # number of tests run at the same time
     # Runs in the background, at idle priority.
@@ -127,7 +127,8 @@ STAGES = (
     Stage("fuzz", "a short run of each fuzz target",
           preset="fuzz", targets=("fuzzers",), target_of_name="{}_fuzz",
           selection=("-L", "^fuzz$")),
-    Stage("unit", "the unit tests of all modules under the address and undefined sanitizers",
+    Stage("unit",
+          "the unit tests of all modules under the address and undefined-behaviour sanitizers",
           preset="asan", by_module=True, targets=("unit_tests",), target_of_name="{}_test",
           selection=("-LE", "^e2e$")),
     # More jobs than processors, since these tests mostly wait. Tests that disturb others or are

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Runs clang-tidy on each source of the program, with the compile commands of a build folder.
+"""Runs clang-tidy on the given sources, or on all sources of the program if none is given, with
+the compile commands of a build folder.
 
     tidy.py BUILD_FOLDER [SOURCE...]
 
@@ -79,8 +80,8 @@ class Sources:
         return kept is not None and kept == self.state(source, [file for file, _ in kept["files"]])
 
     def store_clean(self, source, files, began):
-        """Stores that the source is clean, unless one of the files has changed since the check
-        began."""
+        """Stores that the source is clean, unless the source or one of `files`, which it includes,
+        has changed since the time `began`."""
         try:
             if all(os.stat(file).st_mtime < began for file in (source, *files)):
                 verdicts.write_json(self._stored_in(source), self.state(source, files))
@@ -114,7 +115,7 @@ def main():
                                  if not path.name.endswith("_test.cpp"))
     sources = Sources(options.build)
     if not everything or (missing := sources.without_command(everything)):
-        print(f"no sources, or no compile command for {missing}" if everything else "no sources")
+        print(f"no compile command for {missing}" if everything else "no sources")
         return 1
     to_do = [source for source in everything if not sources.is_clean(source)]
     print(f"{len(everything)} sources, {len(everything) - len(to_do)} of them known to be clean",

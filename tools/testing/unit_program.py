@@ -4,9 +4,9 @@
 
     unit_program.py PROGRAM [--exclude FILTER] [--hangs-after SECONDS]
 
-One process for each test would take longer than the tests. A test that crashes, hangs or ends the
-process does not affect the others: it counts as failed, and the program runs again for the tests
-that have not run yet.
+Starting one process for each test would take longer than running the tests. A test that crashes,
+hangs or ends the process does not affect the others: it counts as failed, and the program runs
+again for the tests that have not run yet.
 """
 
 import argparse
@@ -32,7 +32,8 @@ END = re.compile(r"\[==========\] (\d+) tests? from \d+ test (?:suites?|cases?) 
 # A test can pass although the thread sanitizer has reported a race in it, since the sanitizer only
 # prints the report.
 SANITIZER = re.compile(r"(?:ERROR|WARNING): \w+Sanitizer")
-# Lines outside of tests that are dropped: headings, notes, the final summary, empty lines.
+# Lines that are dropped if they are printed while no test runs: headings, notes, the final summary,
+# empty lines.
 CHATTER = re.compile(r"\[[-=]{10}\] |\[  (?:PASSED|FAILED)  \] |Note: |Running main\(\) |\s*$")
 
 # The maximum number of runs, so that a program is not run once for each of many tests that crash.
@@ -161,7 +162,8 @@ def run_all(program, exclude, hangs_after):
         filter_text = "*" + ("-" + ":".join(excluded) if excluded else "")
         if run_once(program, filter_text, hangs_after, outcome):
             return outcome
-    outcome.failed["the rest"] = [f"not run: {MOST_RUNS} tests ended the program\n"]
+    outcome.failed["the rest"] = [
+        f"these tests were not run, because {MOST_RUNS} others ended the program\n"]
     return outcome
 
 

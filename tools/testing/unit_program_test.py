@@ -10,8 +10,9 @@ import unittest
 
 HERE = pathlib.Path(__file__).resolve().parent
 
-# A program with the tests A.a, A.b and A.c. Each test is Python code, in which `line` prints a
-# line.
+# The format of a program. `tests` contains the Python code of each test, by name; in this code
+# `line` prints a line, and `good` and `bad` print that the test has passed or failed. `at_end` and
+# `after_end` are code that runs before and after the program prints its last lines.
 PROGRAM = """
 #!{python}
 import os, sys, time
@@ -44,8 +45,8 @@ GOOD = "line('some output'); good(name)"
 
 class UnitProgram(unittest.TestCase):
     def run_with(self, tests, *options, at_end="", after_end=""):
-        """Runs unit_program.py on a program with these tests. Returns the exit code and the
-        output."""
+        """Runs unit_program.py on the program PROGRAM with these values. Returns the exit code and
+        the output of unit_program.py."""
         with tempfile.TemporaryDirectory() as folder:
             program = pathlib.Path(folder) / "it_test"
             program.write_text(textwrap.dedent(PROGRAM).lstrip().format(
@@ -108,7 +109,7 @@ class UnitProgram(unittest.TestCase):
         self.assertIn("LeakSanitizer", output)
         self.assertIn("0 tests passed, 2 failed", output)
 
-    def test_a_report_after_the_last_test_fails_the_program(self):
+    def test_a_leak_report_after_the_last_test_fails_the_program(self):
         code, output = self.run_with({"A.a": GOOD}, after_end="line('leaks'); sys.exit(23)")
         self.assertEqual(code, 1)
         self.assertIn("leaks", output)
@@ -119,7 +120,7 @@ class UnitProgram(unittest.TestCase):
         self.assertEqual(code, 1)
         self.assertIn("SIGABRT", output)
 
-    def test_the_number_of_crashes_is_limited(self):
+    def test_after_ten_crashes_the_other_tests_are_not_run(self):
         code, output = self.run_with({f"A.t{n}": "os.abort()" for n in range(30)})
         self.assertEqual(code, 1)
         self.assertIn("10 tests ended the program", output)

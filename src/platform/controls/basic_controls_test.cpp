@@ -98,7 +98,7 @@ TEST(Handler, MayReplaceItselfWhileItRuns) {
     EXPECT_EQ(calls, "first second ");
 }
 
-TEST(CommandButton, CanBeClickedByCodeWhenHiddenOrDisabled) {
+TEST(CommandButton, CanBeClickedByCodeWhenHiddenAndDisabled) {
     Form form("Form1");
     CommandButton button(form, "cmdStart", "Start");
     int clicks = 0;
@@ -161,7 +161,7 @@ TEST(CheckBox, CanBeResetByItsOwnClickHandler) {
     EXPECT_EQ(clicks, 2);
 }
 
-TEST(TextBox, KeepsTheTextBeforeTheFirstNul) {
+TEST(TextBox, KeepsOnlyTheTextBeforeTheFirstNul) {
     Form form("Form1");
     TextBox box(form, "Text1");
     box.setText(std::string("abc\0def", 7));
@@ -224,7 +224,7 @@ TEST(ProgressBar, RefusesValuesOutsideItsRange) {
     EXPECT_EQ(bar.value(), 40);
 }
 
-TEST(MenuItem, KeepsItsTickAndTheOrderOfItsEntries) {
+TEST(MenuItem, KeepsItsCheckMarkAndTheOrderOfItsEntries) {
     Form form("Form1");
     MenuItem first(form, "mnuFirst", "First");
     MenuItem second(form, "mnuSecond", "Second");

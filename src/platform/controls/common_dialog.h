@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A file dialog that is a part of a form. The initial folder and the chosen file stay set for its
-// next use, until the form is loaded again.
+// A file dialog that is a part of a form. The initial folder and the chosen file stay set for the
+// dialog's next use, until the form is loaded again.
 #pragma once
 
 #include <string>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The two controls with which the user chooses a folder: the list of folders and the list of
-// drives. Each control accepts only a folder or a drive that exists; directory_walk.h determines
-// which folders and drives exist.
+// The two controls with which the user chooses a folder: the list of folders, which accepts only a
+// folder that exists, and the list of drives, which accepts only a drive that exists.
+// directory_walk.h determines which folders and drives exist.
 #pragma once
 
 #include <map>
@@ -19,18 +19,18 @@ namespace sonarith {
 /// A list of folders with a current folder.
 class DirListBox : public Control {
   public:
-    /// `directories` and `files` must outlive this object. Each load sets the path to the program's
-    /// folder and not to the process's current folder. After a destination folder could not be
-    /// created, the current folder is the root of a drive; a search that started there would read
-    /// the whole drive.
+    /// `directories` and `files` must outlive this object. Each load of the form sets the path
+    /// to the program's folder and not to the process's current folder: the latter may be the root
+    /// of a drive after a destination folder could not be created (MakeDirs()), and a search that
+    /// started there would read the whole drive.
     DirListBox(Form& owner, std::string name, Directories& directories, const FileSystem& files)
         : Control(owner, std::move(name)), directories_(directories), files_(files) {}
 
     /// The path has no backslash at its end, except for the root of a drive.
     [[nodiscard]] const std::string& path() const { return path_; }
     /// Error: pathNotFound, which leaves the path unchanged. A drive alone ("d:") means the last
-    /// path of this control on that drive, or the root of the drive if there is no such path or its
-    /// folder was removed.
+    /// path of this control on that drive, or the root of the drive if there is no such path or if
+    /// the folder of that path was removed.
     Status setPath(const std::string& path);
     /// Names of the subfolders of the current folder, in no particular order. Empty for a folder
     /// that cannot be read. Does not yield.
@@ -56,8 +56,8 @@ class DirListBox : public Control {
 /// A list of drives with one chosen drive.
 class DriveListBox : public Control {
   public:
-    /// `directories` and `files` must outlive this object. Each load chooses the drive of the
-    /// program's folder.
+    /// `directories` and `files` must outlive this object. Each load of the form chooses the
+    /// drive of the program's folder.
     DriveListBox(Form& owner, std::string name, const Directories& directories,
                  const FileSystem& files)
         : Control(owner, std::move(name)), directories_(directories), files_(files) {}

@@ -64,8 +64,8 @@ class Form : public ControlWith<FormState> {
     /// Runs onResize if the size changes.
     void setInnerSize(Twips width, Twips height);
 
-    /// The visible part of the window, in pixels from the upper left corner of the window; empty:
-    /// the whole window.
+    /// The visible part of the window, in pixels from the upper left corner of the window; nullopt
+    /// if the whole window is visible.
     [[nodiscard]] const std::optional<WindowRegion>& windowRegion() const { return state_.region; }
     void setWindowRegion(std::optional<WindowRegion> region) {
         assign(state_.region, std::move(region), Property::region);
@@ -80,11 +80,11 @@ class Form : public ControlWith<FormState> {
     /// A mouse button was pressed on the form, outside of its controls.
     Handler<MouseButtons> onMouseDown;
 
-    /// Requests that the window follow the pointer as if the user dragged its caption.
+    /// Asks the view to move the window with the pointer, as if the user dragged its caption.
     Signal<> captionGrasped;
-    /// Requests that the menu open at the pointer.
+    /// Asks the view to open the menu at the pointer.
     Signal<MenuItem&> popupRequested;
-    /// Requests that the window be minimized to its task bar entry.
+    /// Asks the view to minimize the window to its task bar entry.
     Signal<> minimizeRequested;
     /// Emitted by each show(), even if the form is already visible; the view then restores a
     /// minimized window.

@@ -129,7 +129,7 @@ TEST_F(FormTest, ANestedUnloadRepeatsNoStep) {
     EXPECT_THAT(events, ElementsAre("load", "query", "unload"));
 }
 
-TEST_F(FormTest, ANestedUnloadRunsTheHandlerOnUnloadAgain) {
+TEST_F(FormTest, TheHandlerOnUnloadAgainRunsAtANestedUnload) {
     form.onQueryUnload = [&] {
         events.push_back("query");
         form.unload();
@@ -188,7 +188,8 @@ TEST_F(FormTest, APopupRequestPassesTheRequestedMenu) {
     EXPECT_EQ(requested, &menu);
 }
 
-/// A form with parts of several kinds, each with a designed state.
+/// A form with controls of several kinds. Its constructor sets their designed state: the state that
+/// keepDesign() stores and that each load restores.
 struct DesignedForm : Form {
     explicit DesignedForm(EventLoop& loop) : Form("FrmPrefs", "Preferences"), tick(*this, loop) {
         hidden.setVisible(false);
@@ -307,7 +308,7 @@ TEST_F(DesignTest, TimersAreStillEnabledDuringTheUnloadStep) {
     EXPECT_TRUE(enabled);
 }
 
-TEST_F(DesignTest, AccessingAControlLoadsTheFormWithoutShowingIt) {
+TEST_F(DesignTest, AccessThroughTouchedLoadsTheFormWithoutShowingIt) {
     EXPECT_EQ(touched(form).text.text(), "100");
     EXPECT_TRUE(form.loaded());
     EXPECT_FALSE(form.visible());
@@ -316,7 +317,7 @@ TEST_F(DesignTest, AccessingAControlLoadsTheFormWithoutShowingIt) {
     EXPECT_EQ(form.timesLoaded(), 1);
 }
 
-TEST_F(DesignTest, ADesignedSizeAppliesToEachLoad) {
+TEST_F(DesignTest, ADesignedSizeAppliesAtOnceAndAtEachLaterLoad) {
     form.load();
     form.setDesignedSize(300_twips, 400_twips);
     EXPECT_EQ(form.height(), 400_twips);

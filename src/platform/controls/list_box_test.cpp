@@ -54,7 +54,7 @@ TEST_F(ListBoxTest, ReadsAsEmptyOutsideTheList) {
     EXPECT_EQ(list.text(), "");
 }
 
-TEST_F(ListBoxTest, RefusesWritesOutsideTheListWithoutAChange) {
+TEST_F(ListBoxTest, WritesOutsideTheListFailAndChangeNothing) {
     for (const int outside : {-1, 3}) {
         EXPECT_EQ(list.setList(outside, "x").error().number, ErrorNumber::subscriptOutOfRange);
         EXPECT_EQ(list.removeItem(outside).error().number, ErrorNumber::subscriptOutOfRange);
@@ -81,7 +81,7 @@ TEST_F(ListBoxTest, AddItemInsertsBeforeALineOrAfterTheLastLine) {
     EXPECT_THAT(linesOf(list), ElementsAre("first", "a", "b", "c", "last"));
 }
 
-TEST_F(ListBoxTest, RefusesACurrentLineOutsideTheListAndKeepsTheOldOne) {
+TEST_F(ListBoxTest, SetListIndexOutsideTheListFailsAndKeepsTheCurrentLine) {
     list.setListIndex(1).passOver();
     for (const int outside : {-2, 3}) {
         EXPECT_EQ(list.setListIndex(outside).error().number, ErrorNumber::invalidPropertyValue);
@@ -98,7 +98,7 @@ TEST_F(ListBoxTest, SelectingTheLastLineOfAnEmptyListSelectsNoLine) {
     EXPECT_EQ(list.listIndex(), -1);
 }
 
-TEST_F(ListBoxTest, RunsItsClickHandlerOnlyWhenTheCurrentLineChanges) {
+TEST_F(ListBoxTest, SetListIndexRunsTheClickHandlerOnlyIfTheCurrentLineChanges) {
     list.setListIndex(2).passOver();
     list.setListIndex(2).passOver();
     EXPECT_EQ(clicks, 1);
@@ -133,7 +133,7 @@ TEST_F(ListBoxTest, NoLineIsCurrentAfterTheCurrentLineWasRemoved) {
     EXPECT_EQ(list.listIndex(), -1);
 }
 
-TEST_F(ListBoxTest, MarksAndNumbersMoveWithTheirLines) {
+TEST_F(ListBoxTest, SelectedAndItemDataOfALineMoveWithTheLine) {
     list.setSelected(1, true).passOver();
     list.setItemData(1, 42).passOver();
     list.addItem("first", 0).passOver();
@@ -205,7 +205,7 @@ struct ReorderTest : ListBoxTest {
     ReorderTest() { scratch.addItem("left over"); }
 };
 
-TEST_F(ReorderTest, PutOnTopLeavesTheSameLinesInTheScratchList) {
+TEST_F(ReorderTest, PutOnTopInsertsTheLineAndLeavesACopyOfTheListInTheScratchList) {
     putOnTop(list, "top", scratch);
     EXPECT_THAT(linesOf(list), ElementsAre("top", "a", "b", "c"));
     EXPECT_THAT(linesOf(scratch), ElementsAre("top", "a", "b", "c"));
@@ -222,7 +222,7 @@ TEST_F(ReorderTest, PutOnTopAcceptsALineOfTheScratchList) {
     EXPECT_THAT(linesOf(list), ElementsAre("left over", "a", "b", "c"));
 }
 
-TEST_F(ReorderTest, ReverseLeavesTheSameLinesInTheScratchList) {
+TEST_F(ReorderTest, ReverseReversesTheListAndLeavesACopyOfTheResultInTheScratchList) {
     reverse(list, scratch);
     EXPECT_THAT(linesOf(list), ElementsAre("c", "b", "a"));
     EXPECT_THAT(linesOf(scratch), ElementsAre("c", "b", "a"));

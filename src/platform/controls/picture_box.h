@@ -31,9 +31,9 @@ class PictureBox : public Control {
   public:
     using Control::Control;
 
-    /// A mouse button was pressed on the picture.
+    /// A mouse button was pressed on the picture. The argument is that button.
     Handler<MouseButtons> onMouseDown;
-    /// The pointer moves over the picture while these buttons are down.
+    /// The pointer moves over the picture. The argument is the set of buttons that are down.
     Handler<MouseButtons> onMouseMove;
 
     /// Draws a line. Allocates only when the capacity set by reserveLines() is exceeded.

@@ -107,7 +107,7 @@ TEST_F(SignalTest, AnEmissionDoesNotAllocate) {
     EXPECT_EQ(sum, 200);
 }
 
-TEST_F(SignalTest, ADisconnectionInANestedEmissionDoesNotDisturbTheOuterEmission) {
+TEST_F(SignalTest, ANestedEmissionAfterADisconnectionDoesNotDisturbTheOuterEmission) {
     Connection second = signal.connect(note("b"));
     bool nested = false;
     const Connection first = signal.connect([&](int value) {

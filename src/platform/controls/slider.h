@@ -25,7 +25,8 @@ class Slider : public ControlWith<SliderState> {
     [[nodiscard]] int minimum() const { return minimum_; }
     [[nodiscard]] int maximum() const { return maximum_; }
     [[nodiscard]] int value() const { return state_.value; }
-    /// Sets the value from code. Error: invalidPropertyValue, with no change, outside the range.
+    /// Sets the value from code. Error: invalidPropertyValue if `value` is outside the range; the
+    /// slider then keeps its value.
     Status setValue(std::int64_t value) {
         if (value < minimum_ || value > maximum_) {
             return {ErrorNumber::invalidPropertyValue,

@@ -89,7 +89,7 @@ TEST_F(TimerTest, CanBeRestartedInItsOwnTick) {
     EXPECT_TRUE(timer.enabled());
 }
 
-TEST_F(TimerTest, NeverReentersATickThatHasNotReturned) {
+TEST_F(TimerTest, DoesNotFireDuringATickThatHasNotRestartedTheTimer) {
     int depth = 0;
     timer.onTimer = [&] {
         EXPECT_EQ(++depth, 1);
@@ -116,8 +116,8 @@ TEST_F(TimerTest, FiresDuringATickThatHasRestartedTheTimer) {
     EXPECT_EQ(ticks, 3);
 }
 
-/// Doubles the interval of everyInSound(), as an event loop may do while the machine is silent.
-class SlowInSilence final : public test::ForwardingEventLoop {
+/// Doubles the interval of everyInSound(), so that a test can distinguish it from every().
+class SlowEveryInSound final : public test::ForwardingEventLoop {
   public:
     using ForwardingEventLoop::ForwardingEventLoop;
     [[nodiscard]] std::unique_ptr<Wakeup> everyInSound(Duration interval,
@@ -126,8 +126,8 @@ class SlowInSilence final : public test::ForwardingEventLoop {
     }
 };
 
-TEST_F(TimerTest, OnlyATimerForSoundMayTickLateInSilence) {
-    SlowInSilence slow(loop);
+TEST_F(TimerTest, UsesEveryInSoundOnlyIfItIsCreatedWithInSound) {
+    SlowEveryInSound slow(loop);
     Timer always(form, slow, "Timer6", 100ms);
     Timer inSound(form, slow, "Timer3", 100ms, TimerAtLoad::off, TicksInTime::inSound);
     always.onTimer = inSound.onTimer = [this] {
@@ -151,7 +151,7 @@ TEST_F(TimerTest, FireRunsATickOfADisabledTimer) {
     EXPECT_FALSE(timer.enabled());
 }
 
-TEST_F(TimerTest, CanFireAgainAfterATickThatEndedTheProgram) {
+TEST_F(TimerTest, CanFireAgainAfterATickThatThrewAnException) {
     timer.onTimer = [this] {
         ++ticks;
         loop.endProgram();

@@ -68,13 +68,13 @@ class TreeObserver {
     virtual void dropHighlightChanged() = 0;
     /// Requests that the node's ancestors be expanded and the node scrolled into view.
     virtual void revealRequested(const NodeRef& node) = 0;
-    /// Requests that the in-place editor open on the node. The observer reports the end of the edit
-    /// with TreeView::finishLabelEdit() or cancelLabelEdit().
+    /// Asks the observer to open the in-place editor on the node. The observer reports the end of
+    /// the edit with TreeView::finishLabelEdit() or cancelLabelEdit().
     virtual void editRequested(const NodeRef& node) = 0;
-    /// Requests that the open editor close and discard its text: its node was removed, or another
-    /// node is about to be edited.
+    /// Asks the observer to close the editor and to discard its text: its node was removed, or
+    /// another node is about to be edited.
     virtual void editAbandoned() {}
-    /// Requests that a drag start: the user moves a node while a mouse button is down.
+    /// Asks the observer to start a drag, in which the user moves the selected node.
     virtual void dragRequested() = 0;
 };
 

@@ -30,7 +30,7 @@ struct TreeLabelEditTest : test::ObservedTree {
     }
 };
 
-TEST_F(TreeLabelEditTest, RunsOnBeforeLabelEditThenOpensTheEditorOnTheSelectedNode) {
+TEST_F(TreeLabelEditTest, StartLabelEditCallsOnBeforeLabelEditThenOpensTheEditorOnTheSelectedNode) {
     EXPECT_TRUE(tree.startLabelEdit().ok());
     EXPECT_EQ(tree.editedNode(), a);
     EXPECT_THAT(events, ElementsAre("before"));
@@ -71,7 +71,7 @@ TEST_F(TreeLabelEditTest, ALabelThatOnAfterLabelEditRefusesIsNotSet) {
     EXPECT_THAT(events, ElementsAre("before", "after new"));
 }
 
-TEST_F(TreeLabelEditTest, ACancelledEditorRunsNoHandlerAndAFinishWithoutAnEditorDoesNothing) {
+TEST_F(TreeLabelEditTest, CancellingTheEditorRunsNoHandlerAndAFinishWithoutAnEditorDoesNothing) {
     tree.startLabelEdit().passOver();
     tree.cancelLabelEdit();
     EXPECT_EQ(tree.editedNode(), nullptr);
@@ -80,7 +80,8 @@ TEST_F(TreeLabelEditTest, ACancelledEditorRunsNoHandlerAndAFinishWithoutAnEditor
     EXPECT_EQ(a->text(), "a");
 }
 
-TEST_F(TreeLabelEditTest, ANodeThatOnBeforeLabelEditSelectsIsNotEdited) {
+TEST_F(TreeLabelEditTest,
+       NothingIsEditedIfOnBeforeLabelEditSelectsAnotherNodeOrRemovesTheSelectedNode) {
     tree.onBeforeLabelEdit = [this](bool&) {
         tree.setSelectedItem(b).passOver();
     };
@@ -104,7 +105,7 @@ TEST_F(TreeLabelEditTest, StartingAnEditClosesTheEditorOnAnotherNodeAndDiscardsI
     EXPECT_EQ(b->text(), "new");
 }
 
-TEST_F(TreeLabelEditTest, AnEditorIsAbandonedWhenItsNodeIsRemoved) {
+TEST_F(TreeLabelEditTest, AnEditorIsAbandonedWhenItsNodeIsRemovedWithTheParent) {
     tree.startLabelEdit().passOver();
     observer.log.clear();
     tree.remove(A).passOver();

@@ -40,12 +40,12 @@ namespace sonarith {
 
 class Machine {
   public:
-    /// `loop`, `store` and `waiting` must outlive this object. `storedPaths` are the keys of the
-    /// store whose values are paths in the logic's form. `destination` returns the destination
-    /// folder, also in the logic's form: recordings are created in this folder, so that saving a
+    /// `loop`, `store` and `waiting` must outlive this object. `storedPaths` are those keys of
+    /// `store` whose values are paths of the logic. `destination` returns the destination folder,
+    /// also as a path of the logic: recordings are created in this folder, so that saving a
     /// recording needs no copy. `waiting` waits for disks and drives that may hang. Failures are
     /// reported to `notices`, which must exist until the process ends, because threads that a
-    /// hanging device blocks keep a reference to it.
+    /// hanging device blocks keep a reference to `notices`.
     Machine(EventLoop& loop, SettingsStore& store, Waiting& waiting, Notices& notices,
             const std::vector<StoredPath>& storedPaths, std::function<std::string()> destination);
     Machine(const Machine&) = delete;

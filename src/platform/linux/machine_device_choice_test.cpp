@@ -42,7 +42,7 @@ TEST_F(MachineDeviceChoiceTest, OffersTheDiscTheMixAndTheMachinesInputs) {
     EXPECT_THAT(devices.outputs(), Contains(DeviceEntry{"monitor", "Monitor"}));
 }
 
-TEST_F(MachineDeviceChoiceTest, SetsTheChosenSourceOnTheCard) {
+TEST_F(MachineDeviceChoiceTest, ChoosingAnInputSetsItOnTheCardAndChoosingAnotherSourceRemovesIt) {
     MachineDeviceChoice devices(store, slot, card, notices);
     EXPECT_EQ(card.externalInput(), nullptr);
     devices.setSource("monitor");
@@ -78,7 +78,7 @@ TEST_F(MachineDeviceChoiceTest, ReportsAnUnusableOutputOnceUntilAnotherIsChosen)
     EXPECT_THAT(notices.texts(),
                 ElementsAre(StartsWith("The sound output \"no-such-device\" cannot be used")));
     devices.setOutput("none");
-    EXPECT_THAT(notices.texts(), ElementsAre(testing::_, "settled output no-such-device"));
+    EXPECT_THAT(notices.texts(), ElementsAre(testing::_, "settled [output no-such-device]"));
 }
 
 TEST_F(MachineDeviceChoiceTest, ReportsNothingAfterTheDevicesWereReleased) {

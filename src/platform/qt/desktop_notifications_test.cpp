@@ -25,7 +25,7 @@ TEST(DesktopNotifications, TryToStartTheirThreadAtEachTextUntilTheThreadRuns) {
     hasThreads = true;
     notifications.send(QStringLiteral("third"));
     notifications.send(QStringLiteral("fourth"));
-    EXPECT_EQ(starts, 3) << "a second thread was started, but one sends all texts";
+    EXPECT_EQ(starts, 3) << "a second thread was started, but one thread sends all texts";
 }
 
 } // namespace

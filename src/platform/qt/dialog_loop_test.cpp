@@ -218,7 +218,7 @@ TEST(RunDialog, APressOnAnotherWindowRestoresTheMinimizedDialog) {
     });
 }
 
-TEST(RunDialog, EveryWidgetOfOtherWindowsIsNotifiedThatTheWindowIsBlocked) {
+TEST(RunDialog, EveryWidgetOfAnotherWindowIsNotifiedThatItsWindowIsBlocked) {
     struct Blockable : QWidget {
         explicit Blockable(QWidget* parent) : QWidget(parent) {}
         bool event(QEvent* event) override {

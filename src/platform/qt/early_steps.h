@@ -1,21 +1,23 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Steps that Qt carries out during the creation of the main window, each when its result is first
-// needed. main() carries them out earlier, as BackgroundWork, so that the window waits less.
+// Steps that Qt would otherwise carry out during the creation of the main window, each when its
+// result is first needed. main() carries them out earlier, each on a thread of its own
+// (BackgroundWork), so that the window waits less.
 #pragma once
 
 namespace sonarith {
 
 /// Reads the desktop's font configuration, which the font library stores once per process. Chooses
-/// and loads no fonts. Otherwise, Qt reads the configuration when it first measures a text: half of
-/// the CPU instructions that are executed while the main window is created belong to this reading.
-/// Waits 2 ms before it reads. To be started before the QApplication is created.
+/// and loads no fonts. Without this function, Qt reads the configuration when it first measures a
+/// text: half of the CPU instructions that are then executed while the main window is created
+/// belong to this reading. Waits 2 ms before it reads, because the main thread loads libraries
+/// during this time. To be started before the QApplication is created.
 void readFontConfiguration();
 
 /// Connects to the session bus; Qt stores the connection for the whole process. Uses no service on
-/// the bus. Otherwise, Qt connects when the first window is shown, because assistive programs are
-/// reached over the bus, and the window waits for several replies of the bus or, if no bus is
-/// running, until the attempt to start one has failed. To be started after the QApplication has
-/// been created.
+/// the bus. Without this function, Qt connects when the first window is shown, because assistive
+/// programs are reached over the bus; the window then waits for several replies of the bus or, if
+/// no bus is running, until the attempt to start one has failed. To be started after the
+/// QApplication has been created.
 void connectToSessionBus();
 
 } // namespace sonarith

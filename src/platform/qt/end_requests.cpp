@@ -20,8 +20,8 @@ constexpr std::array endSignals = {SIGTERM, SIGINT, SIGHUP};
 
 const QLatin1String notifierName("end request");
 
-/// The pipe through which the handler notifies the event loop of a signal; -1 if there is no
-/// pipe.
+/// The write end of the pipe through which the signal handler notifies the event loop; -1 if there
+/// is no pipe.
 volatile std::sig_atomic_t writeEnd = -1;
 
 void notifyEventLoop(int) {

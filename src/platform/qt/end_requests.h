@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Notifies the caller of requests to end the program from outside: signals from the system, and the
-// end of the desktop session. The caller decides what to do.
+// Calls a function of the caller when the system or another process sends a signal to end the
+// program, and another function when the desktop session is about to end. These functions decide
+// what to do.
 #pragma once
 
 #include <functional>

@@ -77,9 +77,9 @@ Treatment treatmentOf(const QObject& watched, QEvent::Type type) {
     }
 }
 
-/// Copies texts and file names. The original data belongs to the program that is the source of the
-/// drag and is destroyed after the drop. Other formats are omitted, since that program would have
-/// to convert them now.
+/// Copies texts and file names. The original data is destroyed after the drop: it belongs to the
+/// program in which the drag began. Other formats are omitted, since that program would have to
+/// convert them now.
 std::unique_ptr<QMimeData> copyOf(const QMimeData& data) {
     auto copy = std::make_unique<QMimeData>();
     if (data.hasUrls()) {
@@ -123,8 +123,9 @@ void HeldEvents::hold() {
 
 void HeldEvents::release() {
     holding_ = false;
-    // Delivers from a timer, so that a signal that has arrived is handled before the held events:
-    // every event loop handles the notifier of the signal's pipe before timers.
+    // Delivers from a timer, so that a signal to end the program (such as SIGTERM) that has arrived
+    // is handled before the held events: every event loop handles the notifier of the signal's pipe
+    // before timers.
     handOut_.start(0, this);
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Holds back the window system's events while the program waits for something that may hang, and
-// delivers them after the wait in the order in which they arrived. Windows are still painted.
+// delivers them after the wait: first the requests to close a window, then the others in the order
+// in which they arrived. Windows are still painted.
 // qt_waiting.h decides how long the events are held.
 #pragma once
 
@@ -27,7 +28,7 @@ class HeldEvents final : private QObject {
     HeldEvents() = default;
     ~HeldEvents() override;
 
-    /// From now on windows and controls receive no input by mouse, keyboard, wheel or touch, no
+    /// From now on windows and widgets receive no input by mouse, keyboard, wheel or touch, no
     /// drops, no calls from assistive programs, no requests to close, move, resize or activate a
     /// window, and no notifications of sockets. Touches become mouse input and are held as such. A
     /// drop is accepted on behalf of the window, and only texts and file names of its data are

@@ -36,7 +36,8 @@ std::string textOf(const QVariant& stored) {
         return stored.toByteArray().toStdString();
     }
     if (stored.typeId() == QMetaType::QStringList) {
-        // QSettings reads unquoted commas, which a text editor may leave, as a list.
+        // QSettings reads a value with unquoted commas as a list. A user who edits the file may
+        // leave such a value.
         return stored.toStringList().join(QStringLiteral(", ")).toStdString();
     }
     return stored.toString().toStdString();
@@ -81,13 +82,13 @@ IniValues writeUnchecked(const QString& path, const IniValues& values) {
     for (const QString& name : names) {
         file.setValue(name, variantOf(values.at(name)));
     }
-    file.sync(); // flushes it
+    file.sync(); // writes the file
     return valuesOf(file);
 }
 
-/// Whether the file is empty or ends with a complete line. The comparison of the values does not
-/// detect that only the last line end is missing, but checkStoreFile() would treat such a file as
-/// torn.
+/// Whether the file is empty or ends with a complete line. When writeIniFile() compares the
+/// values, it does not detect that only the last line end is missing, but checkStoreFile() would
+/// treat such a file as incomplete.
 bool endsWithALine(const QString& path) {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) &&

@@ -21,12 +21,12 @@ using IniValues = std::unordered_map<QString, std::string>;
 /// as a list.
 [[nodiscard]] IniValues readIniFile(const QString& path);
 
-/// Replaces the content of the file by these values. The values are on the disk when the function
-/// returns. The mode of the file is kept; a symbolic link is followed. Returns false and leaves the
-/// file unchanged if it cannot or must not be written.
+/// Replaces the content of the file by these values. If the function returns true, the values are
+/// on the disk. The mode of the file is kept; a symbolic link is followed. Returns false and leaves
+/// the file unchanged if the file cannot be written or is write-protected.
 [[nodiscard]] bool writeIniFile(const QString& path, const IniValues& values);
 
-/// Removes temporary files that a process left beside the file when it was killed during a write.
+/// Removes temporary files beside the file, left by a process that was killed during a write.
 /// Removes nothing while a running process is writing.
 void removeUnfinishedIniFiles(const QString& path);
 

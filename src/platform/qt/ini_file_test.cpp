@@ -91,10 +91,10 @@ TEST_F(IniFileTest, AWriteKeepsTheModeAndFollowsASymbolicLink) {
     EXPECT_EQ(entriesIn(folder / "real"), 1);
 }
 
-TEST_F(IniFileTest, DoesNotChangeAFileWithoutWritePermission) {
+TEST_F(IniFileTest, IsNotChangedWithoutWritePermission) {
     write("[S]\na=1\n");
-    // The unprivileged process cannot write the file: it belongs to the superuser if the superuser
-    // runs the tests, otherwise it is write-protected.
+    // The unprivileged process cannot write the file: the file belongs to the superuser if the
+    // superuser runs the tests, otherwise the file is write-protected.
     fs::permissions(path, fs::perms(::geteuid() == 0 ? 0644 : 0444));
     fs::permissions(folder.path(), fs::perms(0777));
     EXPECT_EQ(test::runUnprivileged([&] { return write({{"S/a", "2"}}) ? 1 : 0; }), 0);
@@ -129,9 +129,10 @@ TEST_F(IniFileTest, KeepsTheOldValuesIfTheDiskIsFull) {
             ::setrlimit(RLIMIT_FSIZE, &size); // simulates the full disk
             return write(many) ? 1 : 0;
         });
-        EXPECT_EQ(answer, limit == whole ? 1 : 0) << limit;
-        EXPECT_EQ(onDisk(), limit == whole ? many : (IniValues{{"S/old", "1"}})) << limit;
-        EXPECT_EQ(entriesIn(folder.path()), 1) << limit;
+        EXPECT_EQ(answer, limit == whole ? 1 : 0) << limit << " bytes";
+        EXPECT_EQ(onDisk(), limit == whole ? many : (IniValues{{"S/old", "1"}}))
+            << limit << " bytes";
+        EXPECT_EQ(entriesIn(folder.path()), 1) << limit << " bytes";
         failures += answer == 0 ? 1 : 0;
     }
     EXPECT_EQ(failures, 8);
@@ -139,7 +140,7 @@ TEST_F(IniFileTest, KeepsTheOldValuesIfTheDiskIsFull) {
 
 TEST_F(IniFileTest, ContainsOnlyTheNewValuesAfterAWriteThatFollowsAFailedWrite) {
     fs::permissions(folder.path(), fs::perms(0777));
-    for (const rlim_t limit : {10, 1000}) { // 10 is too small even for QSettings' lock file
+    for (const rlim_t limit : {10, 1000}) { // 10 bytes do not suffice even for QSettings' lock file
         EXPECT_EQ(test::runUnprivileged([&] {
                       std::signal(SIGXFSZ, SIG_IGN);
                       rlimit size{};
@@ -153,7 +154,7 @@ TEST_F(IniFileTest, ContainsOnlyTheNewValuesAfterAWriteThatFollowsAFailedWrite) 
                       return before && !during && write({{"S/a", "1"}}) ? 0 : 1;
                   }),
                   0);
-        EXPECT_EQ(contentOf(path), "[S]\na=1\n") << limit;
+        EXPECT_EQ(contentOf(path), "[S]\na=1\n") << limit << " bytes";
         fs::remove(path);
     }
 }
@@ -181,8 +182,9 @@ TEST_F(IniFileTest, ContainsTheOldOrTheNewValuesAfterAKillAtAnySystemCall) {
     EXPECT_GT(call, 20) << "a write with a lock, flushes and renames needs more system calls";
 }
 
-// Without this removal, an empty lock file would delay the first write after a kill by 30 seconds.
-TEST_F(IniFileTest, RemovesOnlyTheUnfinishedFilesAndTheLockOfAKilledProcess) {
+// Without removeUnfinishedIniFiles(), the empty lock file of a killed process would delay the next
+// write by 30 seconds.
+TEST_F(IniFileTest, TheCleanupRemovesOnlyTheUnfinishedFilesAndTheLockOfAKilledProcess) {
     write("[S]\na=1\n");
     for (const char* name : {"a.ini.unfinished.lock", "a.ini.unfinished", "a.ini.unfinished7"}) {
         std::ofstream(folder / name) << "";
@@ -193,7 +195,7 @@ TEST_F(IniFileTest, RemovesOnlyTheUnfinishedFilesAndTheLockOfAKilledProcess) {
     EXPECT_EQ(contentOf(path), "[S]\na=1\n");
 }
 
-TEST_F(IniFileTest, KeepsTheFilesOfARunningWriter) {
+TEST_F(IniFileTest, TheCleanupKeepsTheFilesOfARunningWriter) {
     for (const char* name : {"a.ini.unfinished.lock", "a.ini.unfinished"}) {
         std::ofstream(folder / name) << "";
     }

@@ -136,7 +136,9 @@ void IniSettingsStore::endTransaction() {
 void IniSettingsStore::saveChanges() {
     changesWait_ = false;
     if (state_ == State::untouchable || !(stampNow() == stamp_)) {
-        read(); // another program has written or removed the file
+        // Another program has written or removed the file, or the file was untouchable and may now
+        // be readable.
+        read();
     } else if (state_ == State::written && withChanges() == onDisk_) {
         return; // already on disk; each start saves many unchanged values
     }

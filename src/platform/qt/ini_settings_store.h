@@ -22,13 +22,15 @@ class IniSettingsStore final : public SettingsStore {
     /// "sonarith" below the user's configuration folder.
     [[nodiscard]] static QString defaultFolder();
 
-    /// Opens `folder`/"Sonarith v2.0.ini", or creates this file at the first write. A file that is
-    /// torn, or that is no settings file, is renamed, and the store is then empty. `notices` must
-    /// outlive the store; if it is null, failures are not reported.
+    /// Opens `folder`/"Sonarith v2.0.ini", or creates this file at the first write. A file that
+    /// ends in the middle of a line or of a value, or that is no settings file, is renamed, and the
+    /// store is then empty. `notices` must outlive the store; if it is null, failures are not
+    /// reported.
     explicit IniSettingsStore(const QString& folder = defaultFolder(), Notices* notices = nullptr);
 
-    // Sections are the file's groups. Names of sections and keys contain no slash and no backslash.
-    // Values may be any bytes. An application name other than applicationName has no keys.
+    // Sections are the file's groups. Names of sections and keys must not contain a slash or a
+    // backslash. Values may be any bytes. An application name other than applicationName has no
+    // keys.
     [[nodiscard]] std::string GetSetting(const std::string& application, const std::string& section,
                                          const std::string& key,
                                          const std::string& fallback) const override;
@@ -75,8 +77,8 @@ class IniSettingsStore final : public SettingsStore {
     /// The stamp and the values that the file had when this object last read or wrote it.
     Stamp stamp_;
     IniValues onDisk_;
-    /// The values that this object has saved; no value for a deleted key. These values override
-    /// those of the file.
+    /// The values that were passed to SaveSetting(), on disk or not; no value for a key that
+    /// DeleteSetting() has deleted. These values override those of the file.
     std::map<Key, std::optional<std::string>> changes_;
     int transactions_ = 0; ///< nesting depth
     bool changesWait_ = false;

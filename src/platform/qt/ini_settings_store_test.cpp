@@ -173,7 +173,7 @@ TEST_F(IniSettingsStoreTest, ReportsAFailedWriteAndTheFirstSuccessfulWriteAfterI
     fs::remove(place);
     save(store, "HDWarning", "0");
     EXPECT_THAT(notices.texts(),
-                ElementsAre(_, "settled settings store: Settings are stored again in " + name));
+                ElementsAre(_, "settled [settings store]: Settings are stored again in " + name));
 }
 
 TEST_F(IniSettingsStoreTest, StoresNoValuesOfAnotherApplication) {
@@ -272,7 +272,7 @@ TEST_F(IniSettingsStoreTest, NeverReplacesAFileThatCannotBeReadCompletely) {
     EXPECT_EQ(test::entriesIn(file().parent_path()), 1);
 }
 
-TEST_F(IniSettingsStoreTest, WritesTheValuesOfFailedWritesOnceTheDiskIsNoLongerFull) {
+TEST_F(IniSettingsStoreTest, WritesTheValuesOfFailedWritesAtTheNextSaveAfterADiskWasFull) {
     write("[Settings]\nfirst=1\n");
     letEverybodyWrite();
     fs::permissions(file(), fs::perms(0666));

@@ -16,8 +16,8 @@ class QtEventLoop : public EventLoop {
   public:
     QtEventLoop();
 
-    /// Sets the steps that endProgram() runs before the process exits: stop threads, close devices.
-    /// They must not yield.
+    /// Sets the function that endProgram() calls before the process exits. It stops threads and
+    /// closes devices, and must not yield.
     void setLastSteps(std::function<void()> lastSteps) { lastSteps_ = std::move(lastSteps); }
 
     /// Runs the program: handles events until endProgram(). Closing or hiding all windows does not
@@ -33,7 +33,7 @@ class QtEventLoop : public EventLoop {
     [[nodiscard]] double secondsSinceMidnight() const override;
     [[nodiscard]] std::unique_ptr<Wakeup> every(Duration interval,
                                                 std::function<void()> handler) override;
-    /// While the machine is silent, the calls come in batches (batched_wakeup.h).
+    /// While the machine is silent, the calls of `handler` come in batches (batched_wakeup.h).
     [[nodiscard]] std::unique_ptr<Wakeup> everyInSound(Duration interval,
                                                        std::function<void()> handler) override;
     /// `isSilent` returns whether the machine neither plays nor records anything; it is

@@ -210,7 +210,8 @@ TEST_F(QtEventLoopTest, ACancelledTimerNeverFires) {
     EXPECT_EQ(calls, 0);
 }
 
-/// Counts the handler's calls in each group: the calls between two sleeps of the thread.
+/// Counts the calls of a handler in groups. A group consists of the calls between two sleeps of the
+/// thread.
 struct CallGroups {
     QtEventLoop& loop;
     bool silent = true;
@@ -236,7 +237,7 @@ struct CallGroups {
     [[nodiscard]] bool isBatching() const { return !sizes.empty() && sizes.back() == 5; }
 };
 
-TEST_F(QtEventLoopTest, EveryInSoundCallsInBatchesWhileTheMachineIsSilent) {
+TEST_F(QtEventLoopTest, EveryInSoundCallsInBatchesAfterTenSingleCallsInSilence) {
     CallGroups groups(loop);
     const auto wakeup = groups.start();
     loop.waitWhile([&] { return !groups.isBatching(); });
@@ -244,7 +245,7 @@ TEST_F(QtEventLoopTest, EveryInSoundCallsInBatchesWhileTheMachineIsSilent) {
     EXPECT_EQ(std::count(groups.sizes.begin(), groups.sizes.end() - 1, 1), 10);
 }
 
-TEST_F(QtEventLoopTest, ABatchIsEndedByTheHandlerInWhichSoundBegins) {
+TEST_F(QtEventLoopTest, SoundThatBeginsInAHandlerInterruptsABatchAndEndsTheBatches) {
     CallGroups groups(loop);
     const auto wakeup = groups.start();
     loop.waitWhile([&] { return !groups.isBatching(); });
@@ -257,7 +258,7 @@ TEST_F(QtEventLoopTest, ABatchIsEndedByTheHandlerInWhichSoundBegins) {
                 testing::Each(1));
 }
 
-TEST_F(QtEventLoopTest, EveryInSoundCallsInTimeIfNoSilenceFunctionIsSet) {
+TEST_F(QtEventLoopTest, EveryInSoundMakesNoBatchesIfNoSilenceFunctionIsSet) {
     CallGroups groups(loop);
     loop.setSilence(nullptr);
     const auto wakeup = groups.start();
@@ -291,7 +292,7 @@ TEST_F(QtEventLoopTest, SecondsSinceMidnightFollowTheWallClock) {
 }
 
 /// During a wait, the handler of a timer opens a message box, and while the box is open, another
-/// timer ends the program. Code that must not run after that prints a text.
+/// timer ends the program. Code that must not run after the program's end prints a text.
 [[noreturn]] void endInsideANestedBox() {
     QtEventLoop loop;
     QtMessageBoxes boxes("Title");

@@ -11,8 +11,8 @@
 namespace sonarith {
 namespace {
 
-/// Converts each pair of a filter, such as "WAV, MP3|*.wav;*.mp3", to the form of Qt: "WAV, MP3
-/// (*.wav *.mp3)".
+/// Converts each pair of a filter to Qt's notation: "WAV, MP3|*.wav;*.mp3" becomes
+/// "WAV, MP3 (*.wav *.mp3)".
 QStringList nameFilters(const std::string& filter) {
     const QStringList parts = toQString(filter).split(QLatin1Char('|'));
     QStringList filters;

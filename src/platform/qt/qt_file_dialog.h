@@ -14,7 +14,7 @@ namespace sonarith {
 
 class QtFileDialog : public FileDialog {
   public:
-    /// Converts a path from the logic's form to the machine's, or back. An empty result means that
+    /// Converts a path of the logic to a machine path, or back. An empty result means that
     /// the path has no counterpart.
     using Translate = std::function<std::string(const std::string&)>;
 
@@ -22,9 +22,9 @@ class QtFileDialog : public FileDialog {
         : toMachine_(std::move(toMachine)), toLogic_(std::move(toLogic)) {}
 
     /// Shows the files that match the filter, ignoring case, and accepts only an existing file. The
-    /// dialog starts in the folder of `request.fileName` if that name is a path, otherwise in the
-    /// initial folder, otherwise in the folder in which it was last closed. Errors:
-    /// dialogCancelled; badFileName for a file without a path in the logic's form.
+    /// dialog starts in the folder of `request.fileName` if that name is a path, otherwise in
+    /// `request.initialFolder`, otherwise in the folder in which it was last closed. Errors:
+    /// dialogCancelled; badFileName for a file without a path of the logic.
     Result<std::string> open(const FileDialogRequest& request) override;
     /// Like open(), but accepts a new or an existing name. The dialog does not ask whether an
     /// existing file may be replaced.

@@ -72,7 +72,7 @@ class QtFileDialogTest : public testing::Test {
 
     QObject context;
     fakes::TempFolder folder;
-    /// In this test, the logic's form of a path is "L:" followed by the machine path.
+    /// In these tests, a path of the logic is "L:" followed by the machine path.
     QtFileDialog dialog{
         [](const std::string& logic) { return logic.substr(logic.empty() ? 0 : 2); },
         [](const std::string& path) {
@@ -94,7 +94,7 @@ TEST_F(QtFileDialogTest, ShowsTheTitleTheFilterAndTheFileOfTheRequest) {
     static_cast<void>(dialog.open(request));
 }
 
-TEST_F(QtFileDialogTest, ReturnsTheChosenFileInTheLogicsForm) {
+TEST_F(QtFileDialogTest, ReturnsTheChosenFileAsAPathOfTheLogic) {
     onDialog([&](QFileDialog& shown) { type(shown, "TWO.WAV"); });
     const auto chosen = dialog.open(request);
     ASSERT_TRUE(chosen.ok());
@@ -111,7 +111,7 @@ TEST_F(QtFileDialogTest, TheReturnKeyAcceptsTheFileOfTheRequest) {
     EXPECT_EQ(dialog.open(request).valueOr("failed"), "L:" + machine("one.wav"));
 }
 
-TEST_F(QtFileDialogTest, FiltersFilesIgnoringCase) {
+TEST_F(QtFileDialogTest, TheFilterIgnoresTheCaseOfFileNames) {
     std::vector<std::string> names;
     onDialog([&](QFileDialog& shown) {
         QListView& view = filledList(shown, 3);
@@ -175,7 +175,7 @@ TEST_F(QtFileDialogTest, CancelEscapeAndCloseReturnError32755) {
     }
 }
 
-TEST_F(QtFileDialogTest, ReturnsBadFileNameForAFileWithoutAPathInTheLogicsForm) {
+TEST_F(QtFileDialogTest, ReturnsBadFileNameForAFileWithoutAPathOfTheLogic) {
     QtFileDialog lost([](const std::string&) { return std::string(); },
                       [](const std::string&) { return std::string(); });
     onDialog([&](QFileDialog& shown) {
@@ -196,7 +196,7 @@ TEST_F(QtFileDialogTest, OpensInTheLastFolderIfNoFileIsGiven) {
     EXPECT_EQ(folderShown.toStdString(), folder.path().string());
 }
 
-TEST_F(QtFileDialogTest, EventsAreHandledWhileItIsOpen) {
+TEST_F(QtFileDialogTest, EventsAreHandledWhileTheDialogIsOpen) {
     int ticks = 0;
     QTimer ticking;
     QObject::connect(&ticking, &QTimer::timeout, [&] {
@@ -221,7 +221,7 @@ TEST_F(QtFileDialogTest, OpensInTheInitialFolderWithAnEmptyName) {
     static_cast<void>(dialog.open(inFolder));
 }
 
-TEST_F(QtFileDialogTest, OpensInTheFolderOfAnInitialFile) {
+TEST_F(QtFileDialogTest, OpensInTheFolderOfAFileThatIsGivenAsInitialFolder) {
     const FileDialogRequest inFolder{.initialFolder = "L:" + machine("one.wav")};
     onDialog([&](QFileDialog& shown) {
         EXPECT_EQ(shown.directory().absolutePath().toStdString(), folder.path().string());
@@ -257,9 +257,9 @@ TEST_F(QtFileDialogTest, ACancelledSaveFailsWithDialogCancelled) {
     EXPECT_EQ(numberOf(dialog.save(request)), ErrorNumber::dialogCancelled);
 }
 
-// As for renaming: the folder is that of the old file, and the name has neither folder nor
-// extension.
-TEST_F(QtFileDialogTest, ShowsAPlainNameInTheFolderOfAnInitialFile) {
+// The playlist editor's rename makes such a request: initialFolder is the path of the old file, and
+// fileName has neither folder nor extension.
+TEST_F(QtFileDialogTest, ShowsAPlainNameInTheFolderOfAFileThatIsGivenAsInitialFolder) {
     FileDialogRequest renaming;
     renaming.defaultExtension = "mp3";
     renaming.initialFolder = "L:" + machine("one.wav");

@@ -48,7 +48,7 @@ TEST_F(QtMessageBoxesTest, ShowsTheTextUnderTheDefaultTitle) {
     EXPECT_EQ(text.toStdString(), "c:\\<b>Größe</b>.wav");
 }
 
-TEST_F(QtMessageBoxesTest, ShowsTheTitleOfTheCaller) {
+TEST_F(QtMessageBoxesTest, ShowsTheTitleThatTheCallerPasses) {
     QString title;
     onBox([&](QMessageBox& box) {
         title = box.windowTitle();

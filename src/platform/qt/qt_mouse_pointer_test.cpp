@@ -8,7 +8,7 @@
 namespace sonarith {
 namespace {
 
-TEST(QtMousePointer, ShowsTheHourglassUntilItIsReset) {
+TEST(QtMousePointer, ShowsTheHourglassUntilTheNormalPointerIsSet) {
     QtMousePointer pointer;
     pointer.set(Pointer::hourglass);
     ASSERT_NE(QGuiApplication::overrideCursor(), nullptr);
@@ -17,7 +17,7 @@ TEST(QtMousePointer, ShowsTheHourglassUntilItIsReset) {
     EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
 }
 
-TEST(QtMousePointer, ShowsTheNormalPointerAfterTheHourglassWasSetTwice) {
+TEST(QtMousePointer, SettingTheNormalPointerOnceRemovesAnHourglassThatWasSetTwice) {
     QtMousePointer pointer;
     pointer.set(Pointer::hourglass);
     pointer.set(Pointer::hourglass);
@@ -25,12 +25,12 @@ TEST(QtMousePointer, ShowsTheNormalPointerAfterTheHourglassWasSetTwice) {
     EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
 }
 
-TEST(QtMousePointer, SettingTheNormalPointerAgainKeepsTheCursorOfAnotherCaller) {
+TEST(QtMousePointer, SettingTheNormalPointerAgainKeepsACursorThatOtherCodeHasSet) {
     QGuiApplication::setOverrideCursor(Qt::CrossCursor);
     QtMousePointer pointer;
     pointer.set(Pointer::normal);
     EXPECT_NE(QGuiApplication::overrideCursor(), nullptr)
-        << "set() removed the cursor of another caller";
+        << "set() removed a cursor that other code had set";
     QGuiApplication::restoreOverrideCursor();
 }
 

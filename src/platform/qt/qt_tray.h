@@ -22,7 +22,8 @@ namespace sonarith {
 
 class QtTray : public QObject, public Tray {
   public:
-    /// `icon` draws the icon of every entry, in any size; it is called when an icon is first shown.
+    /// `icon` draws the icon of every entry, in any size; it is called each time that Qt's icon
+    /// of an entry is created.
     explicit QtTray(std::function<QIcon()> icon, TrayHosts::Sources hosts = TrayHosts::desktop());
     ~QtTray() override;
 

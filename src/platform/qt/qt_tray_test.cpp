@@ -71,7 +71,7 @@ class QtTrayTest : public testing::Test {
 
 // --- icons ----------------------------------------------------------------------------------
 
-TEST_F(QtTrayTest, AnIconCanBeAddedOnlyOnceThenModifiedAndRemovedOnlyOnce) {
+TEST_F(QtTrayTest, AnIconCannotBeAddedTwiceNorModifiedOrRemovedBeforeItIsAdded) {
     embedding = true;
     EXPECT_FALSE(tray.modify({1, &form, "x"}));
     EXPECT_FALSE(tray.remove(1));
@@ -192,7 +192,7 @@ TEST_F(QtTrayTest, TheModelIsNotifiedOnceBeforeTheMenuOpens) {
         ++opened;
         EXPECT_FALSE(shown()->contextMenu()->isVisible());
     };
-    shown()->contextMenu()->popup(QPoint()); // as Qt does
+    shown()->contextMenu()->popup(QPoint()); // as Qt does for an embedded icon
     EXPECT_EQ(opened, 1);
     // After the popup, Qt also sends this signal; it must not notify the model again.
     Q_EMIT shown()->activated(QSystemTrayIcon::Context);
@@ -270,7 +270,7 @@ TEST_F(QtTrayTest, NotifiesOfPanelsThatAppearAndDisappear) {
     EXPECT_EQ(tray.findChildren<QSystemTrayIcon*>().size(), 1);
 }
 
-TEST_F(QtTrayTest, OnceAnIconIsOnTheBusAnEmbeddingPanelDoesNotCountAsAHost) {
+TEST_F(QtTrayTest, AfterAnIconWasShownOnTheBusNoEmbeddingPanelCountsAsAHost) {
     test::NotifierWatcher watcher(bus);
     watcher.setHost(true);
     EXPECT_TRUE(tray.add({1, &form, "one"}));
@@ -280,7 +280,7 @@ TEST_F(QtTrayTest, OnceAnIconIsOnTheBusAnEmbeddingPanelDoesNotCountAsAHost) {
     EXPECT_TRUE(hostBecomes(false));
 }
 
-TEST_F(QtTrayTest, OnceAnIconIsEmbeddedAPanelOnTheBusDoesNotCountAsAHost) {
+TEST_F(QtTrayTest, AfterAnIconWasEmbeddedNoPanelOnTheBusCountsAsAHost) {
     embedding = true;
     EXPECT_TRUE(tray.add({1, &form, "one"}));
     EXPECT_THAT(hosts, ElementsAre(true));

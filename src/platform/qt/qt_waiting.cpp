@@ -26,7 +26,7 @@ class Hourglass {
     Hourglass& operator=(const Hourglass&) = delete;
 };
 
-/// Paints, and passes new events of the window system to the filter.
+/// Paints, and passes new events of the window system to the event filter HeldEvents.
 void handleEvents() {
     for (int pass = 0; pass < passesPerFrame; ++pass) {
         // Excludes timers, most of which belong to the logic. Despite its X11 name, the flag works

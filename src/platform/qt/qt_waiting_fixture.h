@@ -98,7 +98,7 @@ inline void dropFile(QWidget& window, const QString& path) {
 
 class QtWaitingTest : public testing::Test {
   protected:
-    /// Runs `act` once the event loop, or a wait that paints, handles events.
+    /// Runs `act` one time, when the event loop or a wait of `waiting` next handles events.
     void soon(std::function<void()> act) {
         QMetaObject::invokeMethod(&context, std::move(act), Qt::QueuedConnection);
     }
@@ -109,7 +109,8 @@ class QtWaitingTest : public testing::Test {
         const Completion never;
         return waiting.wait(never, bound);
     }
-    /// Handles events until all held events have been delivered; their handlers may wait.
+    /// Handles events until all events that `waiting` has held back (held_events.h) have been
+    /// delivered. The handlers of these events may wait, too.
     void handleHeldEvents() {
         for (int i = 0; i < 50; ++i) {
             loop.waitFor(std::chrono::milliseconds(1));

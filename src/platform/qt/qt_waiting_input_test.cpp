@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests input, requests to close a window and signals to end the program that arrive during a wait.
+// Tests what happens to input, to requests to close a window and to signals that end the program if
+// they arrive during a wait.
 #include "platform/qt/qt_waiting.h"
 
 #include <csignal>
@@ -58,7 +59,7 @@ TEST_F(QtWaitingTest, ATouchIsNotAcceptedAndItsClickIsNotDeliveredDuringAWait) {
             QTouchEvent event(type, screen.get(), {}, {{1, state, at, at}});
             QCoreApplication::sendEvent(window.windowHandle(), &event);
             EXPECT_FALSE(event.isAccepted())
-                << "Qt will not convert the accepted touch to mouse input";
+                << "the touch was accepted, so Qt will not convert it to mouse input";
         };
         touch(QEvent::TouchBegin, QEventPoint::Pressed);
         touch(QEvent::TouchEnd, QEventPoint::Released);
@@ -192,7 +193,8 @@ TEST_F(QtWaitingTest, AfterARequestToCloseFurtherWaitsEndEarlyUntilTheLoopContin
     EXPECT_LT(loop.now() - begin, 1s) << "all further waits together took too long";
     Completion done;
     done.complete();
-    EXPECT_EQ(waiting.wait(done, 1h), Outcome::done) << "completed work was not accepted";
+    EXPECT_EQ(waiting.wait(done, 1h), Outcome::done)
+        << "a wait for completed work did not end as done";
     handleHeldEvents();
     EXPECT_EQ(waiting.wait(never, 60ms), Outcome::late)
         << "the window ignored the close, so a wait must last for its bound again";

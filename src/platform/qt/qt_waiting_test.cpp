@@ -93,7 +93,7 @@ TEST_F(QtWaitingTest, ACallFromAnAssistiveProgramRunsNoHandlerDuringAWait) {
     QMetaObject::invokeMethod(
         &bridge, [&] { ++calls; }, Qt::QueuedConnection);
     handleHeldEvents();
-    EXPECT_EQ(calls, 1) << "a call outside of a wait was not handled";
+    EXPECT_EQ(calls, 1) << "only the call outside of a wait must be handled";
 }
 
 TEST_F(QtWaitingTest, CanWaitAgainAfterAWaitHasEnded) {

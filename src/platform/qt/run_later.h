@@ -10,8 +10,8 @@ class QObject;
 
 namespace sonarith {
 
-/// Runs `work` once control is back in an event loop, including that of a yield. Never runs it if
-/// `context` is destroyed before.
+/// Runs `work` one time, as soon as control is back in an event loop, which may be that of a yield.
+/// Never runs `work` if `context` is destroyed before.
 void runLater(QObject& context, std::function<void()> work);
 
 } // namespace sonarith

@@ -222,7 +222,7 @@ TEST_F(StoreTransactionTest, ValuesOfAFailedWriteStayValidAndTheWriteIsRetried) 
                   rlimit limit{};
                   ::getrlimit(RLIMIT_FSIZE, &limit);
                   const rlim_t unlimited = std::exchange(limit.rlim_cur, 10'000);
-                  ::setrlimit(RLIMIT_FSIZE, &limit); // simulates the full disk
+                  ::setrlimit(RLIMIT_FSIZE, &limit); // simulates a full disk
                   {
                       const StoreTransaction transaction(store);
                       put(store, "filler", std::string(20'000, 'x'));

@@ -9,7 +9,7 @@ namespace sonarith {
 namespace {
 
 /// The lone surrogates from firstByteSurrogate to lastByteSurrogate represent the bytes 0x80 to
-/// 0xFF.
+/// 0xFF that are not part of valid UTF-8.
 constexpr char16_t firstByteSurrogate = 0xDC80;
 constexpr char16_t lastByteSurrogate = 0xDCFF;
 constexpr char16_t byteSurrogateBase = 0xDC00;

@@ -13,8 +13,9 @@
 namespace sonarith {
 namespace {
 
-// The watcher is the registry of status notifiers (freedesktop.org, StatusNotifierItem). Every
-// desktop uses this name for the watcher, although that document specifies another name.
+// The watcher is the registry of status notifiers (freedesktop.org's specification
+// StatusNotifierItem). Every desktop gives the watcher the name below, although the specification
+// gives it another name.
 constexpr QLatin1String watcherName("org.kde.StatusNotifierWatcher");
 constexpr QLatin1String watcherPath("/StatusNotifierWatcher");
 

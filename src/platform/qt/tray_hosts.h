@@ -23,7 +23,7 @@ class TrayHosts : public QObject {
         std::function<QDBusConnection()> bus; ///< connects to the bus
         std::function<bool()> embedding;      ///< whether a panel embeds windows now
     };
-    /// The sources of the desktop.
+    /// The sources that the program uses: the session bus and the X server of the desktop.
     [[nodiscard]] static Sources desktop();
 
     explicit TrayHosts(Sources sources);
@@ -40,9 +40,9 @@ class TrayHosts : public QObject {
 
     /// statusNotifier() has changed, or polling has detected a change of embedding().
     Signal<> changed;
-    /// Another process has replaced the watcher (the registry of status notifiers), so that a
-    /// watcher existed all the time. Icons that were registered with the previous watcher are not
-    /// registered with the new watcher.
+    /// Another process has replaced the watcher (the registry of status notifiers) without an
+    /// interval in which no watcher existed. Icons that were registered with the previous watcher
+    /// are not registered with the new watcher.
     Signal<> watcherReplaced;
 
   private:
@@ -56,7 +56,7 @@ class TrayHosts : public QObject {
     std::unique_ptr<QDBusServiceWatcher> owner_;
     QTimer recheck_; ///< started by signals from the bus; queries the watcher
     QTimer poll_;
-    unsigned lastQuestion_ = 0; ///< replies to older queries are ignored
+    unsigned lastQuestion_ = 0; ///< number of the last query; replies to older ones are ignored
     bool statusNotifier_ = false;
     bool embeddingSeen_ = false;
 };

@@ -52,7 +52,7 @@ TEST_F(TrayHostsTest, FindsAnExistingHost) {
     NotifierWatcher watcher(bus);
     watcher.setHost(true);
     hosts.watchBus();
-    EXPECT_FALSE(hosts.statusNotifier()); // no blocking query
+    EXPECT_FALSE(hosts.statusNotifier()); // watchBus() does not wait for the reply
     EXPECT_TRUE(changesTo(true));
     hosts.watchBus();
     QTest::qWait(quietMilliseconds);
@@ -155,7 +155,7 @@ TEST_F(TrayHostsTest, DetectsNoHostWithoutABus) {
     EXPECT_EQ(changes, 0);
 }
 
-TEST_F(TrayHostsTest, NotifiesOfEmbeddingPanelsOnlyWhilePolling) {
+TEST_F(TrayHostsTest, NotifiesOfAChangeOfEmbeddingOnlyWhilePolling) {
     embedding = true;
     EXPECT_TRUE(hosts.embedding());
     QTest::qWait(1500);

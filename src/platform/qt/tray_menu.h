@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The menu of the icon in the desktop's panel: shows MenuItem models in a menu that Qt either opens
-// itself or exports to the panel over the bus.
+// itself or exports to the panel over D-Bus.
 #pragma once
 
 #include <vector>

@@ -15,11 +15,11 @@ inline constexpr int twipsPerPixel = 1440 / 96;
     return Twips(pixels * twipsPerPixel);
 }
 
-/// Rounded to the nearest pixel, halves upwards.
+/// Rounded to the nearest pixel. There are no ties, since twipsPerPixel is odd.
 [[nodiscard]] constexpr int toPixels(Twips twips) {
     const int raised = twips.count() + twipsPerPixel / 2;
-    // Integer division rounds towards zero; positions left of or above the screen's corner are
-    // negative.
+    // Negative values (positions left of or above the screen's top left corner) have a formula of
+    // their own, because integer division rounds towards zero.
     return raised >= 0 ? raised / twipsPerPixel : -((-raised + twipsPerPixel - 1) / twipsPerPixel);
 }
 

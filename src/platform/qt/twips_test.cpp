@@ -6,13 +6,13 @@
 namespace sonarith {
 namespace {
 
-TEST(Twips, TheDesignedClientAreaOf3990By5490TwipsIs266By366Pixels) {
+TEST(Twips, AClientAreaOf3990By5490TwipsHas266By366Pixels) {
     EXPECT_EQ(toPixels(Twips(3990)), 266);
     EXPECT_EQ(toPixels(Twips(5490)), 366);
     EXPECT_EQ(toTwips(266), 3990_twips);
 }
 
-TEST(Twips, PositiveAndNegativePixelsSurviveTheRoundTrip) {
+TEST(Twips, PositiveAndNegativePixelsSurviveTheConversionToTwipsAndBack) {
     for (int pixels = -2000; pixels <= 2000; ++pixels) {
         ASSERT_EQ(toPixels(toTwips(pixels)), pixels);
     }

@@ -36,7 +36,7 @@ Atoms readAtoms(xcb_connection_t* connection) {
 
 /// Whether the window manager lists the request among the supported ones.
 bool isSupported(xcb_connection_t* connection, xcb_window_t root, const Atoms& atoms) {
-    // More than the number of atoms that the standard defines.
+    // More than the number of atoms that the standard (see the header) defines for this list.
     constexpr std::uint32_t most = 1024;
     const std::vector<std::uint32_t> supported =
         propertyOf(connection, root, atoms.supported, most);
@@ -85,7 +85,7 @@ QSize expectedFrame() {
     if (!isSupported(connection, root, atoms)) {
         return {0, 0};
     }
-    // This window is never shown. The window manager replies with the frame of a normal window.
+    // This window is never shown. The window manager replies with the frame that it would add.
     QWindow window;
     window.create();
     const auto id = static_cast<xcb_window_t>(window.winId());

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Requests to the X server that Qt has no functions for: atoms, properties and the root window. The
-// functions fail, as described for each, if the X server does not reply.
+// Requests to the X server for which Qt has no functions: atoms, properties and the root window. If
+// the X server does not reply, each function returns the value that is described for a failure.
 #pragma once
 
 #include <cstdint>
@@ -39,8 +39,8 @@ class AtomRequest {
 /// The root window of that screen; XCB_WINDOW_NONE if the server has no such screen.
 [[nodiscard]] xcb_window_t rootWindow(xcb_connection_t* connection);
 
-/// The first values of a property whose values have 32 bits, at most `most` of them. Empty if the
-/// window does not have the property, or if its values have another size.
+/// The first values of a property whose values have 32 bits, at most `most` of them. Empty on
+/// failure, if the window does not have the property, or if its values have another size.
 [[nodiscard]] std::vector<std::uint32_t>
 propertyOf(xcb_connection_t* connection, xcb_window_t window, xcb_atom_t name, std::uint32_t most);
 

@@ -30,8 +30,8 @@ std::size_t digitsAt(std::string_view text, std::size_t position) {
 }
 
 /// Length of the number at the start of `text`, 0 if there is none. A number is an optional sign,
-/// digits with at most one decimal point, and an optional exponent (a letter, an optional sign and
-/// digits).
+/// digits with at most one decimal point, and an optional exponent (the letter e or E, an optional
+/// sign and digits).
 std::size_t numberLength(std::string_view text) {
     std::size_t end = !text.empty() && (text[0] == '+' || text[0] == '-') ? 1 : 0;
     std::size_t digits = digitsAt(text, end);

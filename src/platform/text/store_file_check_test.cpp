@@ -36,7 +36,7 @@ TEST(CheckStoreFile, DetectsAnOpenQuoteOrABackslashAtTheEndOfAValue) {
 TEST(CheckStoreFile, TreatsFilesOfOtherFormatsAsForeign) {
     for (const std::string& bytes :
          {std::string("just some text\n"), std::string("[Settings\n"), std::string("=value\n"),
-          std::string("# no comment of this form\n[Settings]\n"),
+          std::string("# not a comment in this format\n[Settings]\n"),
           std::string("[Settings]\nkey=caf\xe9\n"), std::string("a=\0b\n", 5),
           std::string("\x7f"
                       "ELF\x02\n")}) {

@@ -23,8 +23,8 @@ struct Character {
 /// empty or does not start with valid UTF-8.
 Character wellFormedCharacter(std::string_view text) {
     utf8proc_int32_t codePoint = -1;
-    // The longest character has four bytes. The limit also ensures that the length fits into the
-    // library's signed type.
+    // No character is longer than four bytes. Cutting the text to four bytes also ensures that its
+    // length fits into the library's signed type.
     const std::string_view window = text.substr(0, 4);
     const auto length = utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(window.data()),
                                          static_cast<utf8proc_ssize_t>(window.size()), &codePoint);
@@ -69,7 +69,7 @@ std::vector<std::int32_t> charactersOf(std::string_view text) {
 std::string lowerCase(std::string_view text) {
     std::string lower;
     lower.reserve(text.size());
-    // Fast path: hundreds of thousands of paths are lower-cased, and most are plain ASCII.
+    // Faster for ASCII: hundreds of thousands of file paths are lower-cased, most of them ASCII.
     std::size_t plain = 0;
     while (plain < text.size() && static_cast<unsigned char>(text[plain]) < 0x80) {
         const char c = text[plain++];
@@ -97,8 +97,8 @@ std::string caseFolded(std::string_view text) {
             folded += text.front();
         } else {
             // The character is lower-cased before it is folded: the dotted capital I (U+0130) folds
-            // to two characters, but its lower case folds to one. Without this step, a path and its
-            // lower case would have different keys.
+            // to two characters, but its lower case folds to one. Without this step, a text and its
+            // lower case would be folded to different texts.
             std::array<utf8proc_int32_t, 4> parts{};
             int boundClass = 0;
             const auto count = utf8proc_decompose_char(

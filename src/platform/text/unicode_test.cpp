@@ -10,7 +10,7 @@
 namespace sonarith {
 namespace {
 
-TEST(LowerCase, ChangesOnlyUpperCaseLettersOfEveryAlphabet) {
+TEST(LowerCase, ChangesUpperCaseLettersOfAnyAlphabetAndNothingElse) {
     EXPECT_EQ(lowerCase("C:\\Music\\Track 1.WAV"), "c:\\music\\track 1.wav");
     EXPECT_EQ(lowerCase("ÄÖÜ ΑΒΓ ЖЩ"), "äöü αβγ жщ");
     EXPECT_EQ(lowerCase("日本 ß 123"), "日本 ß 123");
@@ -56,7 +56,7 @@ TEST(EqualIgnoringCase, IsTrueForEveryCharacterAndItsLowerCase) {
     }
 }
 
-TEST(CharacterBytes, IsTheLengthOfTheFirstWellFormedCharacter) {
+TEST(CharacterBytes, IsTheLengthOfAWellFormedCharacterAtTheStart) {
     EXPECT_EQ(characterBytes("az"), 1U);
     EXPECT_EQ(characterBytes("äz"), 2U);
     EXPECT_EQ(characterBytes("日本"), 3U);
@@ -65,7 +65,7 @@ TEST(CharacterBytes, IsTheLengthOfTheFirstWellFormedCharacter) {
     EXPECT_EQ(characterBytes(""), 0U);
 }
 
-TEST(CharacterBytes, IsZeroWithoutAWellFormedCharacter) {
+TEST(CharacterBytes, IsZeroWithoutAWellFormedCharacterAtTheStart) {
     for (const char* text :
          {"\x80", "\xff", "\xc3", "\xc3z", "\xc0\xaf", "\xe0\x9f\xbf", "\xe6\x97", "\xed\xa0\x80",
           "\xf0\x8f\xbf\xbf", "\xf4\x90\x80\x80", "\xf5\x80\x80\x80"}) {

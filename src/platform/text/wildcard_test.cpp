@@ -17,7 +17,7 @@ TEST(Matches, ComparesPlainTextExactlyAndCaseSensitively) {
     EXPECT_FALSE(matches("", "a"));
 }
 
-TEST(Matches, AStarMatchesAnyRun) {
+TEST(Matches, AStarMatchesAnyCharactersOrNone) {
     EXPECT_TRUE(matches("", "*"));
     EXPECT_TRUE(matches("name.wav", "*.wav"));
     EXPECT_TRUE(matches("a.wav.wav", "a*.wav"));
@@ -102,7 +102,7 @@ TEST(Matches, AReversedRangeMatchesNothing) {
     EXPECT_FALSE(matches("b", "[!z-a]"));
 }
 
-TEST(Matches, AStrayByteDiffersFromEveryCharacter) {
+TEST(Matches, AByteThatIsNotValidUtf8MatchesOnlyItself) {
     EXPECT_TRUE(matches("a\xe9", "a\xe9"));
     EXPECT_FALSE(matches("a\xe9", "aé"));
     EXPECT_FALSE(matches("a\xe9", "a\xe8"));

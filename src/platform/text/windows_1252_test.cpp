@@ -37,7 +37,7 @@ TEST(Windows1252, PreservesTheFiveUndefinedBytes) {
     EXPECT_EQ(textOfWindows1252("\x81\x8d\x8f\x90\x9d"),
               "\xc2\x81\xc2\x8d\xc2\x8f\xc2\x90\xc2\x9d");
     EXPECT_EQ(windows1252Of("\xc2\x81\xc2\x8d\xc2\x8f\xc2\x90\xc2\x9d"), "\x81\x8d\x8f\x90\x9d");
-    // The page does not contain the other control characters from U+0080 to U+009F.
+    // The code page does not contain the other control characters from U+0080 to U+009F.
     EXPECT_EQ(windows1252Of("\xc2\x80\xc2\x9f"), "??");
 }
 
@@ -45,7 +45,8 @@ TEST(Windows1252, WritesAQuestionMarkForEachUnknownCharacter) {
     EXPECT_EQ(windows1252Of("a\xc5\x82\xe4\xb8\xad\xf0\x9f\x8e\xb5z"), "a???z");
     EXPECT_EQ(windows1252Of("\xff\xc3q\xe4\xb8"), "??q??");
     EXPECT_EQ(windows1252Of(""), "");
-    // The composition of accents would decompose this character into two.
+    // The composed normal form (NFC) of this character has two characters; the character itself
+    // becomes one "?".
     EXPECT_EQ(windows1252Of("a\xe0\xa5\x98z"), "a?z");
 }
 

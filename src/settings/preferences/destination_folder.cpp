@@ -11,7 +11,7 @@ DestinationFolder destinationOf(const std::string& stored, const std::string& pr
     if (last == std::string::npos || last == 0) {
         return {programFolder, defaultName};
     }
-    // The parent cannot be empty here: a single leading backslash was handled above.
+    // The parent cannot be empty here: `last` is at least 1.
     DestinationFolder destination{stored.substr(0, last), stored.substr(last + 1)};
     if (destination.name.empty()) {
         destination.name = defaultName;

@@ -6,7 +6,7 @@
 namespace sonarith {
 namespace {
 
-TEST(DestinationOf, IsWavFilesInTheProgramFolderIfTheStoredTextHasNoParentFolder) {
+TEST(DestinationOf, IsTheFolderNamedWavFilesInTheProgramFolderIfTheStoredTextHasNoParentFolder) {
     const DestinationFolder first{"C:\\Sonarith", "WAVFiles"};
     EXPECT_EQ(destinationOf("", "C:\\Sonarith"), first);
     EXPECT_EQ(destinationOf("music", "C:\\Sonarith"), first);
@@ -19,7 +19,7 @@ TEST(DestinationOf, SplitsTheStoredFolderAtItsLastBackslash) {
     EXPECT_EQ(destinationOf("c:\\wav", "C:\\P"), (DestinationFolder{"c:", "wav"}));
 }
 
-TEST(DestinationOf, UsesWavFilesForAnEmptyName) {
+TEST(DestinationOf, UsesTheNameWavFilesIfTheStoredNameIsEmpty) {
     EXPECT_EQ(destinationOf("d:\\", "C:\\P"), (DestinationFolder{"d:", "WAVFiles"}));
     EXPECT_EQ(destinationOf("c:\\music\\", "C:\\P"), (DestinationFolder{"c:\\music", "WAVFiles"}));
 }

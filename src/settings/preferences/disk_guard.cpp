@@ -12,13 +12,13 @@ namespace sonarith {
 
 namespace {
 
-/// The size in whole MB. Calculated with integers, because a double cannot represent the bytes of a
-/// large disk exactly.
+/// The size in whole MB. Calculated with integers, because a double cannot represent every number
+/// of bytes above 2^53 (9 PB) exactly.
 std::string wholeMegabytes(std::int64_t bytes) {
     constexpr std::int64_t megabyte = 1'000'000;
     const std::int64_t whole = bytes / megabyte;
     const std::int64_t rest = bytes % megabyte;
-    // Halves are rounded to even, as in every conversion of the program.
+    // Halves are rounded to even, as everywhere in the program.
     const bool up = rest > megabyte / 2 || (rest == megabyte / 2 && whole % 2 != 0);
     return std::to_string(up ? whole + 1 : whole);
 }

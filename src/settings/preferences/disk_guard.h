@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Monitors the free space of the destination's drive while an action runs: warns below one limit
-// and stops the action below another. Also fills the preferences' list of drives. It shows no
-// message. This class does not start its timer tmrWarning; the start of an action does.
+// and stops the action below another. The warning is a label of the main window, not a message box.
+// Also fills the preferences' list of drives. This class does not start its timer tmrWarning; the
+// start of an action does.
 #pragma once
 
 #include "desktop/system.h"

@@ -30,7 +30,7 @@ struct DiskGuardTest : test::PreferencesWorld {
 
 // --- the list of drives ----------------------------------------------------------------------
 
-TEST_F(DiskGuardTest, ListsEachFixedDriveWithItsMegabytes) {
+TEST_F(DiskGuardTest, ListsEachFixedDriveWithItsFreeMegabytes) {
     freeOn("C:\\", 1'500'000'000);
     freeOn("D:\\", 0);
     preferences.guard.RefreshDriveSpace();
@@ -45,13 +45,13 @@ TEST_F(DiskGuardTest, RefreshingEmptiesTheListFirst) {
     EXPECT_EQ(form.Text6.text(), "");
 }
 
-TEST_F(DiskGuardTest, ListsNoDriveOfAnotherKind) {
+TEST_F(DiskGuardTest, ListsNoDriveThatIsNotFixed) {
     for (const DriveKind kind : {DriveKind::removable, DriveKind::network, DriveKind::cdRom,
                                  DriveKind::ramDisk, DriveKind::unknown, DriveKind::noRoot}) {
         freeOn("C:\\", 7'000'000, kind);
         preferences.guard.RefreshDriveSpace();
         EXPECT_EQ(form.Text6.text(), "") << static_cast<int>(kind);
-        EXPECT_EQ(form.Label4.caption(), "200000"); // from the list that was made at load
+        EXPECT_EQ(form.Label4.caption(), "200000"); // as the load step has set it
     }
 }
 
@@ -85,7 +85,7 @@ TEST_F(DiskGuardTest, NeverAccessesDriveA) {
     }
 }
 
-TEST_F(DiskGuardTest, RoundsToWholeMegabytesAndHalvesToEven) {
+TEST_F(DiskGuardTest, RoundsToTheNearestMegabyteAndAHalfToTheEvenMegabyte) {
     struct Row {
         std::int64_t bytes;
         const char* megabytes;
@@ -181,11 +181,12 @@ TEST_F(DiskGuardTest, DoesNotWarnIfTheFreeSpaceEqualsTheWarningLimit) {
     EXPECT_TRUE(Form1.Label5.visible());
 }
 
-TEST_F(DiskGuardTest, RunsTheStepsOfAStopInThisOrder) {
+TEST_F(DiskGuardTest, AStopShowsTheWarningThenClicksCommand8ThenStartsTimer1ThenYields) {
     freeOn("C:\\", 0);
     std::vector<std::string> steps;
     Form1.Command8.onClick = [&] {
-        // tmrWarning_Timer() sets the flag and the label before Command1_Click() clicks Command8.
+        // tmrWarning_Timer() sets stopRequested and shows Label5 before it runs Command1_Click(),
+        // which clicks Command8.
         steps.push_back("stop");
         EXPECT_TRUE(process.stopRequested);
         EXPECT_TRUE(Form1.Label5.visible());
@@ -199,7 +200,7 @@ TEST_F(DiskGuardTest, RunsTheStepsOfAStopInThisOrder) {
     EXPECT_THAT(steps, ElementsAre("stop", "yield"));
 }
 
-TEST_F(DiskGuardTest, UnloadsAWorkerThatDecodes) {
+TEST_F(DiskGuardTest, AStopUnloadsTheConversionWorker) {
     freeOn("C:\\", 0);
     windows.Form6.load();
     tick();
@@ -228,7 +229,7 @@ TEST_F(DiskGuardTest, WarnsOnlyIfTheWarningIsOnAndStopsOnlyIfTheStopIsOn) {
     EXPECT_TRUE(stopped());
 }
 
-TEST_F(DiskGuardTest, NeverStopsForALimitOfZeroOrLess) {
+TEST_F(DiskGuardTest, NeitherWarnsNorStopsForALimitOfZeroOrLess) {
     freeOn("C:\\", 0);
     for (const std::int16_t limit : {std::int16_t{0}, std::int16_t{-1}, std::int16_t{-32768}}) {
         settings.hdStopNo = limit;
@@ -276,9 +277,9 @@ TEST_F(DiskGuardTest, ReadsTheFreeSpaceFromTheTextOfLabel4) {
     EXPECT_TRUE(process.stopRequested);
 }
 
-// --- opening and closing the window ----------------------------------------------------------
+// --- opening and closing the preferences' window ---------------------------------------------
 
-TEST_F(DiskGuardTest, LoadsAClosedWindowWithoutShowingItAndRunsItsWholeLoadStep) {
+TEST_F(DiskGuardTest, LoadsTheClosedPreferencesWithoutShowingThemAndRunsTheirWholeLoadStep) {
     form.unload();
     muted.clear();
     settings.muteButton = 1;
@@ -291,7 +292,7 @@ TEST_F(DiskGuardTest, LoadsAClosedWindowWithoutShowingItAndRunsItsWholeLoadStep)
     EXPECT_TRUE(Form1.Label5.visible());
 }
 
-TEST_F(DiskGuardTest, ToleratesAWindowThatIsClosedDuringTheYieldOfItsLoad) {
+TEST_F(DiskGuardTest, ToleratesThatThePreferencesAreClosedDuringTheYieldOfTheirLoad) {
     form.unload();
     freeOn("C:\\", 49'000'000);
     loop.atYield(1, [&] { form.unload(); });
@@ -300,7 +301,7 @@ TEST_F(DiskGuardTest, ToleratesAWindowThatIsClosedDuringTheYieldOfItsLoad) {
     EXPECT_TRUE(stopped());
 }
 
-TEST_F(DiskGuardTest, ToleratesAWindowThatIsReopenedDuringTheYieldOfAStop) {
+TEST_F(DiskGuardTest, ToleratesThatThePreferencesAreReopenedDuringTheYieldOfAStop) {
     freeOn("C:\\", 0);
     loop.atYield(1, [&] {
         form.unload();
@@ -311,7 +312,7 @@ TEST_F(DiskGuardTest, ToleratesAWindowThatIsReopenedDuringTheYieldOfAStop) {
     EXPECT_TRUE(stopped());
 }
 
-TEST_F(DiskGuardTest, ToleratesAClockThatJumps) {
+TEST_F(DiskGuardTest, WarnsAfterTwoSecondsEvenIfTheClockJumps) {
     freeOn("C:\\", 99'000'000);
     Form1.tmrWarning.setEnabled(true);
     loop.setSecondsSinceMidnight(86399);

@@ -41,9 +41,11 @@ struct PreferencesDestination : test::PreferencesWorld {
 
 // --- at each start -------------------------------------------------------------------------------
 
-TEST_F(PreferencesDestination, IsWavFilesInTheProgramFolderAtTheFirstStart) {
+TEST_F(PreferencesDestination, IsTheFolderWavFilesOfTheProgramFolderAtTheFirstStart) {
     files.setProgramFolder("C:\\Sonarith");
-    start(); // LoadSettings has set decodePath to the program folder itself
+    // In start(), LoadSettings() sets decodePath to the program folder itself; loading the form
+    // then changes decodePath.
+    start();
     EXPECT_TRUE(files.folderExists("c:\\sonarith\\wavfiles"));
     EXPECT_EQ(held("DecodePath"), "C:\\Sonarith\\WAVFiles");
     EXPECT_EQ(settings.decodePath, "c:\\sonarith\\wavfiles");
@@ -52,7 +54,7 @@ TEST_F(PreferencesDestination, IsWavFilesInTheProgramFolderAtTheFirstStart) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(PreferencesDestination, IsCreatedAgainAtEachStart) {
+TEST_F(PreferencesDestination, EachStartTriesToCreateTheFoldersOfThePathEvenIfTheyExist) {
     store.put("Settings", "DecodePath", "c:\\MÜSIC\\Wav");
     files.addFolder("c:\\MÜSIC\\Wav");
     start();
@@ -65,7 +67,7 @@ TEST_F(PreferencesDestination, IsCreatedAgainAtEachStart) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(PreferencesDestination, IsWavFilesIfTheStoredTextIsNoPath) {
+TEST_F(PreferencesDestination, IsTheFolderWavFilesOfTheProgramFolderIfTheStoredTextIsNoPath) {
     for (const char* stored : {"", "music", "\\music", "\\"}) {
         SCOPED_TRACE(stored);
         PreferencesDestination run;
@@ -75,7 +77,7 @@ TEST_F(PreferencesDestination, IsWavFilesIfTheStoredTextIsNoPath) {
     }
 }
 
-TEST_F(PreferencesDestination, IsWavFilesBelowAStoredRoot) {
+TEST_F(PreferencesDestination, IsTheFolderWavFilesOfAStoredRootFolder) {
     store.put("Settings", "DecodePath", "d:\\");
     start();
     EXPECT_EQ(held("DecodePath"), "d:\\WAVFiles");
@@ -216,7 +218,7 @@ TEST_F(PreferencesDestination, IsCreatedBelowTheChosenFolder) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(PreferencesDestination, IsBuiltAfterRemovingOneTrailingBackslashFromItsParent) {
+TEST_F(PreferencesDestination, RemovesOneTrailingBackslashFromTheParentAndAppendsTheNewName) {
     start();
     form.Text9.setText("d:\\");
     create("new");
@@ -255,7 +257,7 @@ TEST_F(PreferencesDestination, IsAppliedButNotStoredIfItsCreationFails) {
     EXPECT_EQ(form.Check2.value(), 0);
 }
 
-TEST_F(PreferencesDestination, IsTheStoredFolderIfCheck2IsNotTicked) {
+TEST_F(PreferencesDestination, AClickOnCo111WithoutATickInCheck2ShowsTheStoredFolderAgain) {
     start();
     form.Text9.setText("d:\\music\\typed");
     form.Text10.setText("typed");
@@ -264,7 +266,8 @@ TEST_F(PreferencesDestination, IsTheStoredFolderIfCheck2IsNotTicked) {
     EXPECT_EQ(form.Text10.text(), "WAVFiles");
 }
 
-TEST_F(PreferencesDestination, IsSavedBeforeTheYieldAndHidesItsControlsAfterTheYield) {
+TEST_F(PreferencesDestination,
+       ACreationSavesThePathBeforeItsYieldAndHidesTheControlsAfterTheYield) {
     start();
     form.Text9.setText("d:\\");
     loop.atYield(1, [&] {

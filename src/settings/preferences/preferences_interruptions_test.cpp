@@ -34,8 +34,8 @@ struct PreferencesInterrupted : test::PreferencesWorld {
         form.Text10.setText(name);
         form.Co111.click();
     }
-    /// Checks that the interrupted procedure no longer gathers writes: one change causes one write
-    /// of the store.
+    /// Checks that the interrupted procedure has left no transaction open: one change of a switch
+    /// causes one write of the store at once.
     void expectOneWriteForAChange() {
         const int before = store.fileWrites;
         form.Check5.setValue(1 - form.Check5.value()).passOver();
@@ -63,7 +63,7 @@ TEST_F(PreferencesInterrupted, InTheYieldOfTheLoadStepStayClosedOrKeepTheirNewSt
         run.start();
         EXPECT_EQ(run.form.loaded(), reopened);
         EXPECT_EQ(run.form.visible(), reopened);
-        EXPECT_EQ(run.form.Check2.value(), reopened ? 1 : 0); // the new window's own state
+        EXPECT_EQ(run.form.Check2.value(), reopened ? 1 : 0); // the state that the user has set
         EXPECT_EQ(run.form.Picture6.visible(), reopened);
         run.form.Check6.setValue(0).passOver();
         EXPECT_EQ(run.held("HDWarning"), "0");
@@ -71,7 +71,7 @@ TEST_F(PreferencesInterrupted, InTheYieldOfTheLoadStepStayClosedOrKeepTheirNewSt
     });
 }
 
-TEST_F(PreferencesInterrupted, WhileTheLoadStepLoadsThePlayerCompleteTheLoadStep) {
+TEST_F(PreferencesInterrupted, WhileTheLoadStepLoadsThePlayersWindowStillCompleteTheLoadStep) {
     forBoth([](Meanwhile what) {
         PreferencesInterrupted run;
         run.Form4.unload();
@@ -97,7 +97,7 @@ TEST_F(PreferencesInterrupted, WhileTheLoadStepLoadsThePlayerCompleteTheLoadStep
 TEST_F(PreferencesInterrupted, WhileEachMessageOfTheLoadStepIsShownKeepTheStoredDestination) {
     for (const int box : {1, 2}) {
         forBoth([box](Meanwhile what) {
-            SCOPED_TRACE(box);
+            SCOPED_TRACE("message " + std::to_string(box));
             PreferencesInterrupted run;
             run.store.put("Settings", "DecodePath", "x:\\gone");
             int boxesUp = 0;
@@ -119,7 +119,7 @@ TEST_F(PreferencesInterrupted, WhileEachMessageOfTheLoadStepIsShownKeepTheStored
     }
 }
 
-TEST_F(PreferencesInterrupted, InTheYieldOfANewDestinationHaveSavedTheDestination) {
+TEST_F(PreferencesInterrupted, InTheYieldAfterCreatingADestinationHaveAlreadySavedTheDestination) {
     forBoth([](Meanwhile what) {
         PreferencesInterrupted run;
         run.start();
@@ -153,7 +153,7 @@ TEST_F(PreferencesInterrupted,
        WhileEachMessageOfAFailedNewDestinationIsShownKeepTheStoredDestination) {
     for (const int box : {1, 2}) {
         forBoth([box](Meanwhile what) {
-            SCOPED_TRACE(box);
+            SCOPED_TRACE("message " + std::to_string(box));
             PreferencesInterrupted run;
             run.start();
             run.files.failWith(test::FakeFileSystem::Operation::makeFolder, "d:\\new",
@@ -177,7 +177,8 @@ TEST_F(PreferencesInterrupted,
     }
 }
 
-TEST_F(PreferencesInterrupted, WhileAMuteLoadsThePlayerReadTheBoxOfTheReopenedWindow) {
+TEST_F(PreferencesInterrupted,
+       WhileTheMuteSwitchLoadsThePlayersWindowUseTheSwitchOfAReopenedWindow) {
     forBoth([](Meanwhile what) {
         PreferencesInterrupted run;
         run.startWithAllOff();
@@ -187,7 +188,8 @@ TEST_F(PreferencesInterrupted, WhileAMuteLoadsThePlayerReadTheBoxOfTheReopenedWi
         };
         run.loop.atYield(1, [&] { run.interrupt(what); });
         run.form.Check1.setValue(1).passOver();
-        // If the window was reopened, the new window's box is read, which shows the stored value.
+        // If the window was reopened, the handler reads the check box after the reopening, which
+        // has reset it to the stored value.
         const bool reopened = what == Meanwhile::reopen;
         EXPECT_THAT(run.muted, ElementsAre(reopened ? "Option14" : "Option13"));
         EXPECT_EQ(run.form.loaded(), reopened);

@@ -92,7 +92,7 @@ TEST_F(PreferencesLoad, ShowsEachSettingInItsControl) {
 
 // --- the store -----------------------------------------------------------------------------------
 
-TEST_F(PreferencesLoad, FromAnEmptyStoreSavesEachSwitchThatIsOnAndTheDestination) {
+TEST_F(PreferencesLoad, WithAnEmptyStoreSavesTheDestinationAndEachSwitchThatIsOn) {
     start();
     EXPECT_THAT(written(), ElementsAre("HDWarning=1", "HDstopdecoding=1", "Delete WAV=1",
                                        "show full path=1", "encode after extracting=1",
@@ -110,7 +110,7 @@ TEST_F(PreferencesLoad, SavesNoSwitchThatIsOff) {
     EXPECT_THAT(muted, IsEmpty());
 }
 
-TEST_F(PreferencesLoad, FromAFullStoreSavesEachSwitchInTheOrderInWhichItIsSet) {
+TEST_F(PreferencesLoad, WithAFullStoreSavesTheSwitchesInTheOrderInWhichTheyAreSet) {
     for (const char* key : {hdWarningKey, hdStopDecodingKey, desktopIconKey, minimizeOnStartKey,
                             deleteWavKey, showFullPathKey, encodeAfterExtractingKey}) {
         store.put("Settings", key, "1");
@@ -137,7 +137,7 @@ TEST_F(PreferencesLoad, FromAFullStoreSavesEachSwitchInTheOrderInWhichItIsSet) {
     EXPECT_EQ(form.cbxFormat.listIndex(), 0);
 }
 
-TEST_F(PreferencesLoad, SavesTheDefaultOfEachMissingKey) {
+TEST_F(PreferencesLoad, SavesEachMissingSwitchThatIsOnByDefault) {
     const std::vector<std::string> switches = {hdWarningKey,  hdStopDecodingKey,
                                                deleteWavKey,  showFullPathKey,
                                                muteButtonKey, encodeAfterExtractingKey};
@@ -155,7 +155,7 @@ TEST_F(PreferencesLoad, SavesTheDefaultOfEachMissingKey) {
     }
 }
 
-TEST_F(PreferencesLoad, WritesTheStoreOnceBeforeItsYield) {
+TEST_F(PreferencesLoad, WritesTheStoreOnceAndBeforeTheLoadStepYields) {
     loop.atYield(1, [&] {
         EXPECT_EQ(store.fileWrites, 1); // the write precedes the yield
         EXPECT_EQ(store.writes.size(), 7U);
@@ -167,7 +167,7 @@ TEST_F(PreferencesLoad, WritesTheStoreOnceBeforeItsYield) {
     EXPECT_EQ(store.fileWrites, 2); // the load step has ended its transaction
 }
 
-TEST_F(PreferencesLoad, WritesTheStoreBeforeAMessageYields) {
+TEST_F(PreferencesLoad, WritesTheStoreBeforeItShowsAMessage) {
     store.put("Settings", "DecodePath", "X:\\Gone\\Wav");
     int boxesUp = 0;
     boxes.whileUp = [&](const test::ShownBox&) {
@@ -207,7 +207,7 @@ TEST_F(PreferencesLoad, MutesTheDiscsLineIfTheMuteSwitchIsOn) {
     EXPECT_EQ(form.Check1.caption(), "Mute");
 }
 
-TEST_F(PreferencesLoad, LoadsTheTrayFormAndHidesTheWindowIfTheTraySwitchIsOn) {
+TEST_F(PreferencesLoad, LoadsTheTrayFormAndHidesOnlyThePreferencesIfTheTraySwitchIsOn) {
     store.put("Settings", "desktop icon", "1");
     Form1.show();
     start();
@@ -295,7 +295,7 @@ TEST_F(PreferencesLoad, EndsAtACaptureFormatOutsideItsList) {
 }
 
 TEST_F(PreferencesLoad, EndsAtASwitchThatIsNeitherOnNorOff) {
-    // The switches are in the order in which they are set.
+    // All switches except those of the disk guard, in the order in which they are set.
     const std::vector<std::string> switches = {
         desktopIconKey,  minimizeOnStartKey,       deleteWavKey,
         showFullPathKey, encodeAfterExtractingKey, muteButtonKey};
@@ -308,7 +308,7 @@ TEST_F(PreferencesLoad, EndsAtASwitchThatIsNeitherOnNorOff) {
         }
         run.start();
         EXPECT_EQ(run.written(), before);
-        EXPECT_EQ(run.form.Text9.text(), "c:\\sonarith"); // set before all switches
+        EXPECT_EQ(run.form.Text9.text(), "c:\\sonarith"); // set before these switches
         EXPECT_EQ(run.form.cbxFormat.listCount(), 0);
         EXPECT_THAT(run.muted, IsEmpty());
         run.form.show();
@@ -317,7 +317,7 @@ TEST_F(PreferencesLoad, EndsAtASwitchThatIsNeitherOnNorOff) {
     }
 }
 
-TEST_F(PreferencesLoad, EndsAtEachInvalidSwitchOfTheDiskGuardAndKeepsTheEarlierSteps) {
+TEST_F(PreferencesLoad, EndsAtEachInvalidSwitchOfTheDiskGuardAndKeepsTheValuesSetBefore) {
     store.put("Settings", "HDWarning", "-1");
     start();
     EXPECT_EQ(form.Text7.text(), "100");
@@ -341,7 +341,7 @@ TEST_F(PreferencesLoad, SelectsNothingForMinusOneAndContinues) {
 }
 
 TEST_F(PreferencesLoad, ToleratesValuesThatAreNot16BitNumbers) {
-    // Each of these leaves its field at 0.
+    // Each of these values leaves the field of its setting at 0.
     for (const char* key :
          {"Audio format", "Encoding quality", "Encoding bitrate", "HDWarning", "HDWarningNo",
           "HDstopdecoding", "HDStopNo", "desktop icon", "minimize onstart", "Delete WAV",

@@ -157,8 +157,8 @@ Status PreferencesWindow::fillEncodingLists() {
     return form_.Combo2.setListIndex(process_.settings.encodingBitrate);
 }
 
-/// A box that becomes ticked runs its click handler, so switches with the value 1 are saved again
-/// at each start.
+/// A check box that becomes ticked runs its click handler, so each load of the window saves the
+/// switches with the value 1 again.
 Status PreferencesWindow::showSettings() {
     const AppSettings& settings = process_.settings;
     if (Status status = form_.Check6.setValue(settings.hdWarning); !status.ok()) {
@@ -239,7 +239,7 @@ void PreferencesWindow::Check4_Click() {
 
 void PreferencesWindow::Check1_Click() {
     if (!windows_.Form4.loaded()) {
-        endLoadWrites(); // the panel's load step may show a message
+        endLoadWrites(); // the player's load step may show a message box
     }
     Form4& player = touched(windows_.Form4);
     const bool ticked = form_.Check1.value() == 1;

@@ -35,11 +35,12 @@ class PreferencesWindow {
     void Check2_Click();
     void Check4_Click();
     void Check10_Click();
-    /// Saves the disk guard's two switches, then the texts of its two limits. The second limit is
-    /// not saved if the first is not a number that fits 16 bits; otherwise any text is saved.
+    /// Saves the disk guard's two switches, then the texts of its two limits. A text that is not a
+    /// number is saved, too; but the second limit is saved only if the first one is a number that
+    /// fits 16 bits.
     void Command1_Click();
-    /// Chooses and creates the destination folder. Yields one time, after the folder has been
-    /// saved.
+    /// Chooses and creates the destination folder, then saves its path and yields once. Shows a
+    /// message instead if the folder cannot be created.
     void Co111_Click();
     void Drive2_Change();
     void Dir2_Change();

@@ -49,7 +49,7 @@ TEST_F(PreferencesControls, SaveAndApplyASwitchWhenItIsClicked) {
     }
 }
 
-TEST_F(PreferencesControls, ChangeTheCaptionOfTheEncodingBox) {
+TEST_F(PreferencesControls, ChangeTheCaptionOfTheEncodingBoxWhenItIsClicked) {
     startWithAllOff();
     tick(form.Check10);
     EXPECT_EQ(form.Check10.caption(), "Encode to MP3 after extracting");
@@ -121,7 +121,7 @@ TEST_F(PreferencesControls, ApplyTheMuteBeforeSavingIt) {
     EXPECT_EQ(held("mute button"), "1");
 }
 
-TEST_F(PreferencesControls, LoadAClosedPlayerToMuteTheDisc) {
+TEST_F(PreferencesControls, LoadTheClosedPlayerWindowWithoutShowingItToMuteTheDisc) {
     startWithAllOff();
     Form4.unload();
     tick(form.Check1);
@@ -138,7 +138,7 @@ TEST_F(PreferencesControls, HideOnlyTheirOwnWindowForTheTrayIcon) {
     EXPECT_TRUE(windows.frmpopup.loaded());
     EXPECT_FALSE(form.visible());
     EXPECT_TRUE(form.loaded());
-    EXPECT_TRUE(Form1.visible()); // not touched
+    EXPECT_TRUE(Form1.visible()); // the main window
     EXPECT_EQ(settings.desktopIcon, 1);
     EXPECT_EQ(held("desktop icon"), "1");
     untick(form.Check4);
@@ -148,7 +148,7 @@ TEST_F(PreferencesControls, HideOnlyTheirOwnWindowForTheTrayIcon) {
     EXPECT_EQ(held("desktop icon"), "0");
 }
 
-TEST_F(PreferencesControls, SaveTheTraySwitchBeforeTheTrayFormLoads) {
+TEST_F(PreferencesControls, SaveTheTraySwitchBeforeTheTrayFormLoadsOrUnloads) {
     startWithAllOff();
     windows.frmpopup.onLoad = [&] {
         EXPECT_EQ(held("desktop icon"), "1");
@@ -200,7 +200,7 @@ TEST_F(PreferencesControls, SaveNoListWhenTheWindowIsOnlyHidden) {
     EXPECT_EQ(held("Encoding quality"), std::nullopt);
 }
 
-TEST_F(PreferencesControls, RejectAnEntryOutsideTheLists) {
+TEST_F(PreferencesControls, RejectAnIndexBeyondTheListOfFormats) {
     startWithAllOff();
     EXPECT_FALSE(form.cbxFormat.setListIndex(2).ok());
     EXPECT_EQ(settings.audioFormat, 1);
@@ -229,7 +229,7 @@ TEST_F(PreferencesControls, SaveTheTextOfALimitFromBeforeTheKeyPress) {
     EXPECT_EQ(settings.hdStopNo, 5);
 }
 
-TEST_F(PreferencesControls, SaveALimitThatIsNoNumberButKeepApplyingTheOldLimit) {
+TEST_F(PreferencesControls, SaveALimitThatIsNoSixteenBitNumberButKeepApplyingTheOldLimit) {
     startWithAllOff();
     for (const char* bad : {"", "letters", "12x", "32768", "-32769", "70000", "caf\xe9"}) {
         SCOPED_TRACE(bad);
@@ -265,7 +265,7 @@ TEST_F(PreferencesControls, ReadALimitThatIsNoNumberAsZeroAtTheNextStart) {
     EXPECT_EQ(next.held("HDWarningNo"), "letters");
 }
 
-TEST_F(PreferencesControls, SaveAllFourKeysOfTheGuardInOrderWhenSetIsClicked) {
+TEST_F(PreferencesControls, SaveTheDiskGuardsTwoSwitchesThenItsTwoLimitsWhenTheSetButtonIsClicked) {
     startWithAllOff();
     form.Text7.setText("300");
     form.Text8.setText("200");
@@ -277,7 +277,7 @@ TEST_F(PreferencesControls, SaveAllFourKeysOfTheGuardInOrderWhenSetIsClicked) {
     EXPECT_EQ(store.fileWrites, 1);
 }
 
-TEST_F(PreferencesControls, SaveNoLimitAfterALimitThatIsNoNumberWhenSetIsClicked) {
+TEST_F(PreferencesControls, DoNotSaveTheStopLimitWithTheSetButtonIfTheWarningLimitIsNoNumber) {
     startWithAllOff();
     form.Text7.setText("x");
     form.Text8.setText("200");

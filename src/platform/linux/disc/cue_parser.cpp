@@ -94,7 +94,7 @@ class CueParser {
     bool sessionOpens_ = false;
     std::vector<LayoutFile> files_;
     std::vector<FilePosition> positions_; ///< one per entry of files_
-    std::optional<std::size_t> file_;     ///< the file to which INDEX refers
+    std::optional<std::size_t> file_;     ///< the file to which the next INDEX refers
     int fileLine_ = 0;                    ///< the line of the sheet that names file_
     bool fileUsed_ = false;
     std::vector<Track> tracks_;
@@ -142,7 +142,7 @@ Status CueParser::readLine(std::string_view line) {
     return fail("the word " + shown(word) + " is not a keyword of CUE sheets");
 }
 
-// Of all comments only "REM SESSION n" has a meaning; no comment is an error.
+// Of all comments, only "REM SESSION n" has a meaning. A comment never causes an error.
 Status CueParser::readRemark(std::string_view rest) {
     if (sameWord(takeWord(rest), "SESSION")) {
         const auto number = parseNumber(takeWord(rest), maxTracks);
@@ -221,7 +221,8 @@ Status CueParser::checkIndexNumber(int number) const {
     return {};
 }
 
-/// Returns the time in `rest` in sectors. Other text after the time is an error.
+/// Returns the time that `rest` contains, converted to sectors. Other text after the time is an
+/// error.
 Result<std::int64_t> CueParser::readTime(std::string_view rest) const {
     const auto time = parseMsf(takeWord(rest));
     if (!time.ok()) {

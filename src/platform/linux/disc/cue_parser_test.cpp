@@ -53,7 +53,7 @@ TEST(CueParser, AStoredPauseBelongsToThePreviousTrack) {
     const auto layout = accepted("FILE a.bin BINARY\n"
                                  "TRACK 01 AUDIO\nINDEX 00 00:00:00\nINDEX 01 00:02:00\n"
                                  "TRACK 02 AUDIO\nINDEX 00 00:04:00\nINDEX 01 00:06:00\n");
-    // The content before track 1 is not on the time line.
+    // Track 1 has no previous track, so its own pause is not on the time line.
     EXPECT_THAT(layout.tracks[0].segments, ElementsAre(soundOf(0, 150, 150), soundOf(0, 300, 150)));
     EXPECT_THAT(layout.tracks[1].segments, ElementsAre(soundOf(0, 450, toFileEnd)));
 }
@@ -186,7 +186,7 @@ TEST(CueParser, AcceptsAtMostNinetyNineTracks) {
                 AllOf(StartsWith("disc.cue, line 200: "), HasSubstr("between 01 and 99")));
 }
 
-TEST(CueParser, RefusesThousandsOfTracksAtTrack100) {
+TEST(CueParser, ReportsTheLineOfTrack100IfASheetHas9000Tracks) {
     std::string text = "FILE a.bin BINARY\n";
     for (int i = 1; i <= 9000; ++i) {
         text += "TRACK " + std::to_string(i) + " AUDIO\nINDEX 01 " + msfText(i) + "\n";
@@ -273,7 +273,7 @@ TEST(CueParser, RefusesPathsOutsideTheSheetsFolder) {
     EXPECT_THAT(refused("FILE \"C:\\Music\\a.bin\" BINARY\n"), HasSubstr("absolute path"));
 }
 
-TEST(CueParser, RefusesTextThatIsTooLongAndBinaryData) {
+TEST(CueParser, RefusesBinaryDataAndTextThatIsTooLong) {
     EXPECT_THAT(refused(oneTrack + std::string(maxSheetBytes, '\n')), HasSubstr("1 MiB"));
     EXPECT_THAT(refused(oneTrack + "REM " + std::string(maxLineBytes, 'x')),
                 StartsWith("disc.cue, line 4: the line is longer"));

@@ -28,7 +28,7 @@ TEST(CueWords, EachFileTypeNamesAFormat) {
     EXPECT_FALSE(cueFileFormat("MP3").has_value());
 }
 
-TEST(CueWords, KeywordsThatOnlyDescribeAreRecognised) {
+TEST(CueWords, KeywordsThatOnlyDescribeADiscOrATrackAreRecognised) {
     EXPECT_TRUE(isCueDescription("title"));
     EXPECT_TRUE(isCueDescription("FLAGS"));
     EXPECT_FALSE(isCueDescription("INDEX"));

@@ -32,7 +32,7 @@ TEST(DamageRecord, ReturnsHowTheSectorsOfARangeWereLastDelivered) {
     damage.note(500000, Delivery::whole);
     EXPECT_EQ(damage.among(4, 600000), (Damage{.silent = 0, .guessed = 2}));
     EXPECT_EQ(damage.sectors(), 4)
-        << "a damaged sector that was later delivered whole is no longer counted";
+        << "a damaged sector must still be counted after it was delivered whole";
 }
 
 } // namespace

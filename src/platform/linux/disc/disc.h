@@ -72,8 +72,9 @@ class Disc {
   public:
     virtual ~Disc() = default;
     [[nodiscard]] virtual const Table& table() const = 0;
-    /// A message for the user about a disc that can be played, for example that a file is shorter
-    /// than its sheet states. The Devices window shows it. Empty if there is nothing to report.
+    /// A message for the user about a disc that can be played, for example that a file of a disc
+    /// image is shorter than the image's sheet (CUE or TOC) states. The Devices window shows the
+    /// message. Empty if there is nothing to report.
     [[nodiscard]] virtual std::string remark() const = 0;
     /// How many sectors of the time line in [`first`, `end`) were damaged when they were last read.
     /// May be called while another thread reads.

@@ -23,9 +23,9 @@ constexpr int readAheadSectors = 4 * sectorsPerSecond;
 // The size of one read: a third of a second. It is also the most that a drive accepts in one
 // command.
 constexpr int sectorsPerRead = 25;
-// How long the destructor waits for the current read; a read of an image takes less time. The limit
-// is small, because the check of the medium, which runs once a second, may destroy a player and
-// must not delay the window noticeably (see PatientDrive::mediumMoment).
+// How long the destructor waits for the current read; a read of an image takes less time. This
+// wait is short, because the check of the medium, which runs once a second, may destroy a player
+// and must not delay the window noticeably (see PatientDrive::mediumMoment).
 constexpr std::chrono::milliseconds patience{5};
 
 /// Where playing from `sector` must stop: at `endSector`, at the end of the disc or at the start of
@@ -47,7 +47,8 @@ std::int64_t playableEnd(const Table& table, std::int64_t sector, std::int64_t e
 
 // Contains everything that the reader's thread accesses, because that thread may outlive the
 // player. One mutex protects all state. The mutex is not locked while the disc is read; it is
-// locked at most while some kilobytes are copied, so the engine's thread never waits long for it.
+// locked at most while some kilobytes are copied, so the sound card's thread never waits long for
+// it.
 class DiscPlayer::Reader {
   public:
     explicit Reader(std::shared_ptr<Disc> disc)

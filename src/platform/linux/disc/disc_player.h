@@ -19,7 +19,7 @@ namespace sonarith::disc {
 
 enum class PlayerMode { stopped, playing, paused };
 
-/// All members except pull() are for the logic's thread; pull() is for the sound engine's thread.
+/// All members except pull() are for the logic's thread; pull() is for the sound engine.
 class DiscPlayer : public sound::SampleSource {
   public:
     explicit DiscPlayer(std::shared_ptr<Disc> disc, ThreadStarter starter = startThread);

@@ -18,7 +18,7 @@ Table longTable() {
     return {{{TrackKind::audio, 10000}}};
 }
 
-/// A disc whose read continues until it is asked to stop.
+/// A disc whose reads end only when a stop is requested.
 class ScratchedDisc : public Disc {
   public:
     const Table& table() const override { return table_; }
@@ -65,7 +65,7 @@ TEST(ADiscPlayer, CanBeDestroyedWhileAReadHangs) {
     EXPECT_EQ(disc->reads().size(), 1u) << "a read began after the player was destroyed";
 }
 
-TEST(ADiscPlayer, StopsTheCurrentReadWhenItIsDestroyed) {
+TEST(ADiscPlayer, StopsItsCurrentReadInItsDestructor) {
     const auto disc = std::make_shared<ScratchedDisc>();
     auto player = std::make_unique<DiscPlayer>(disc);
     ASSERT_TRUE(player->play(0, 1000).ok());

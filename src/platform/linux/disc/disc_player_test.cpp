@@ -30,7 +30,8 @@ std::shared_ptr<FakeDisc> longDisc() {
     return discOf({{TrackKind::audio, 10000}});
 }
 
-/// Pulls until `wanted` frames have arrived or the source has ended, without a time limit.
+/// Pulls until `wanted` frames have arrived or the player reports that it has ended or is lost;
+/// without a time limit.
 std::vector<StereoFrame> play(DiscPlayer& player, std::size_t wanted) {
     std::vector<StereoFrame> played;
     std::vector<StereoFrame> block(blockFrames);
@@ -191,7 +192,7 @@ TEST(DiscPlayer, ContinuesAfterAPauseWithTheNextFrame) {
     EXPECT_EQ(playToItsEnd(player), framesAt(1000, 100 * framesPerSector - 1000));
 }
 
-TEST(DiscPlayer, KeepsTheDataOfAReadThatEndsDuringAPause) {
+TEST(DiscPlayer, KeepsTheDataOfAReadThatWasRunningWhenAPauseBegan) {
     const auto disc = longDisc();
     disc->hold();
     DiscPlayer player(disc);
@@ -237,7 +238,7 @@ TEST(DiscPlayer, AStopKeepsThePositionAndASeekSetsIt) {
     EXPECT_EQ(pullBlock(player).frames, 0u);
 }
 
-TEST(DiscPlayer, PausesAndResumesOnlyWhilePlaying) {
+TEST(DiscPlayer, APauseOrAResumeHasNoEffectWhileStopped) {
     DiscPlayer player(longDisc());
     player.pause();
     EXPECT_EQ(player.mode(), PlayerMode::stopped);
@@ -288,12 +289,12 @@ TEST(DiscPlayer, NoticesARemovedMediumInAReadWhoseResultIsNotWantedAnyMore) {
     EXPECT_EQ(player.mode(), PlayerMode::stopped);
 }
 
-// The engine pulls on its own thread while many commands are issued. It may receive only runs of
-// consecutive frames, and a run may begin only where a command has set the position.
+// One thread pulls frames while another issues many commands. The pulled frames must be runs of
+// consecutive frames, and a run may begin only at a position that a command can have set.
 TEST(DiscPlayer, DeliversExactFramesWhileAnotherThreadIssuesCommands) {
     const auto disc = longDisc();
     DiscPlayer player(disc);
-    constexpr std::int64_t grid = 100; // all plays start on multiples of this many sectors
+    constexpr std::int64_t grid = 100; // commands set positions on multiples of this many sectors
     std::atomic<bool> done = false;
     std::int64_t played = 0;
     std::int64_t violations = 0;
@@ -367,7 +368,7 @@ TEST(DiscPlayer, APlayFailsWhileNoThreadCanBeStarted) {
     threads.free(1);
     ASSERT_TRUE(player.play(7, 9).ok());
     EXPECT_EQ(playToItsEnd(player), framesAt(7 * framesPerSector, 2 * framesPerSector));
-    ASSERT_TRUE(player.play(1, 2).ok()) << "the second play() tried to start another thread";
+    ASSERT_TRUE(player.play(1, 2).ok()) << "play() tried to start a second thread";
 }
 
 } // namespace

@@ -57,7 +57,8 @@ struct DriveSlot::Reports {
     std::string lastRemark; ///< of the last loaded disc, after that disc was destroyed
 };
 
-/// Forwards all calls to the wrapped disc. The destructor stores that disc's last remark.
+/// Forwards all calls to the wrapped disc. The destructor stores the wrapped disc's last remark if
+/// it is still the last loaded disc.
 class DriveSlot::Reports::ReportedDisc : public Disc {
   public:
     ReportedDisc(std::shared_ptr<Disc> disc, std::shared_ptr<Reports> reports)

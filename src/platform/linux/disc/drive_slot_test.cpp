@@ -14,6 +14,7 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
+/// A disc whose remark (Disc::remark, a message to the user about the disc) the test sets.
 class RemarkingDisc : public FakeDisc {
   public:
     RemarkingDisc() : FakeDisc({{TrackKind::audio, 100}}) {}
@@ -21,7 +22,7 @@ class RemarkingDisc : public FakeDisc {
     std::string words;
 };
 
-// A drive whose tray and disc the test controls.
+/// The state of a FakeDrive, set and read by the test.
 struct FakeDriveState {
     Loaded loaded;
     bool open = false;
@@ -85,7 +86,7 @@ TEST_F(DriveSlotTest, DistinguishesADeviceNodeFromAnImage) {
                                   "image /dev/shm/disc.cue", "image disc.toc"));
 }
 
-TEST_F(DriveSlotTest, KeepsTheDriveAndItsOpenTrayUntilTheUserMakesAChoice) {
+TEST_F(DriveSlotTest, KeepsAnOpenTrayUntilAnyChoiceAndTheDriveUntilAnotherIsChosen) {
     configured = "/a.cue";
     slot.openDrive()->openTray();
     EXPECT_FALSE(slot.openDrive()->mediaPresent());
@@ -100,7 +101,7 @@ TEST_F(DriveSlotTest, KeepsTheDriveAndItsOpenTrayUntilTheUserMakesAChoice) {
     EXPECT_THAT(made, ElementsAre("image /a.cue", "image /b.cue"));
 }
 
-TEST_F(DriveSlotTest, DoesNotMoveTheTrayOfAPreviousChoiceOrOfAnOpticalDrive) {
+TEST_F(DriveSlotTest, AChoiceDoesNotMoveTheTrayOfAPreviousDriveOrOfAnOpticalDrive) {
     configured = "/a.cue";
     slot.openDrive()->openTray();
     configured = "/b.cue";

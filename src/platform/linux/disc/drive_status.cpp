@@ -20,8 +20,8 @@ namespace sonarith::disc {
 
 namespace {
 
-// The most bytes that are read of the kernel's list of drives. The list has one short name for each
-// drive, so it is far shorter on any machine.
+// The most bytes that are read of the kernel's list of drives. The list has a few short lines with
+// one column for each drive, so it is far shorter than this on any machine.
 constexpr std::size_t maxInformationBytes = 65536;
 
 std::string headOf(const char* path) {

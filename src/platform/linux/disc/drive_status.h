@@ -26,7 +26,8 @@ struct DriveStatus {
     int error = 0; ///< errno of an unreachable drive
 };
 
-/// The meaning of the kernel's result for CDROM_DRIVE_STATUS; `error` is errno after that call.
+/// The meaning of `reply`, the result of the ioctl CDROM_DRIVE_STATUS. `error` is errno after that
+/// ioctl.
 [[nodiscard]] DriveStatus statusOfReply(int reply, int error);
 
 /// Queries the drive `device`, a device node. Cheap enough to be called each second.

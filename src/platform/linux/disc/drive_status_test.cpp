@@ -68,7 +68,7 @@ TEST(DriveStatus, MapsEachReplyOfTheKernelToAState) {
     EXPECT_EQ(statusOfReply(-1, EACCES).error, EACCES);
 }
 
-TEST(DriveStatus, OrdersTheKernelsListByNumber) {
+TEST(DriveStatus, OrdersTheDrivesOfTheKernelsListByNumber) {
     const char* const text = "CD-ROM information, Id: cdrom.c 3.20 2003/12/17\n\n"
                              "drive name:\t\tsr10\tsr1\tsr0\n"
                              "drive speed:\t\t48\t24\t24\n";

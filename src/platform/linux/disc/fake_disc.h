@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A disc in which each frame encodes its position on the time line. Tests can block reads of the
-// disc, list these reads and remove the medium. For tests only.
+// A disc in which each frame encodes its position on the time line. Tests can block the reads
+// of the disc, list all reads, and simulate the removal of the disc. For tests only.
 #pragma once
 
 #include <algorithm>

@@ -15,7 +15,7 @@ namespace sonarith::disc {
 
 namespace {
 
-/// The end of an error message; the caller puts the file's name before it.
+/// The end of an error message; the caller of open() puts the file's name before it.
 Error causeOf(int systemError) {
     const ErrorNumber number = fileErrorOfSystem(systemError).number;
     switch (number) {
@@ -36,7 +36,7 @@ Error causeOf(int systemError) {
 Result<FileHandle> FileHandle::open(const std::filesystem::path& path) {
     FileHandle handle;
     handle.path_ = path;
-    // Without O_NONBLOCK opening a named pipe would block until another process writes to it.
+    // Without O_NONBLOCK, opening a named pipe would block until another process writes to it.
     handle.descriptor_ =
         files::FileDescriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     struct stat status = {};

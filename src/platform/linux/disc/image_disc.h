@@ -38,8 +38,8 @@ class ImageDisc final : public Disc {
     void eject() { ejected_ = true; }
 
   private:
-    /// Returns `gone` after eject(), if the sheet is no longer at its path, or if a file to be read
-    /// is no longer at its path or has become shorter.
+    /// Returns `gone` if eject() was called, if the sheet is no longer at its path, or if a file to
+    /// be read is no longer at its path or has become shorter.
     [[nodiscard]] ReadOutcome readSectors(std::int64_t first, std::span<sound::StereoFrame> out,
                                           const std::stop_token& stop) override;
 

@@ -79,7 +79,7 @@ TEST(ImageDisc, PlaysFilesOneAfterTheOther) {
     EXPECT_EQ(opened(folder.path("a.cue"))->table().start(2), 14);
 }
 
-TEST(ImageDisc, PlaysPausesStoredInTheFileAndOtherPausesAsSilenceButNoneBeforeTrack1) {
+TEST(ImageDisc, PlaysStoredPausesFromTheFileAndOtherPausesAsSilenceButNoPauseBeforeTrack1) {
     const ImageFolder folder;
     folder.writeFrames("a.bin", rampSectors(0, 40));
     const auto path = folder.write(
@@ -153,7 +153,7 @@ TEST(ImageDisc, ADataTrackIsListedAndReadAsSilence) {
     EXPECT_EQ(opened(path)->table().tracks[1].kind, TrackKind::data);
 }
 
-TEST(ImageDisc, FindsFilesInAnyCaseAndDetectsTheKindOfASheetByItsText) {
+TEST(ImageDisc, IgnoresTheLetterCaseOfFileNamesAndDetectsTheKindOfASheetByItsText) {
     const ImageFolder folder;
     folder.writeFrames("Disc.Bin", rampSectors(0, 30));
     const auto cue = twoTracks("DISC.BIN BINARY");

@@ -128,7 +128,7 @@ TEST_F(ImageDriveTest, AFileThatChangesWhileUnusedIsNoChangeOfDiscs) {
     EXPECT_TRUE(drive_.mediaPresent());
 }
 
-TEST_F(ImageDriveTest, AnOpenTrayHasNoDiscAndNoMessage) {
+TEST_F(ImageDriveTest, ADriveWithAnOpenTrayHasNoDiscAndNoErrorMessage) {
     const auto played = drive_.load().disc;
     drive_.openTray();
     EXPECT_FALSE(drive_.mediaPresent());

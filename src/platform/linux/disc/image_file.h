@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reads stereo frames at byte offsets from one file of a disc image, whatever the file's format.
-// image_timeline.h computes where those frames are on the disc.
+// Reads stereo frames from one file of a disc image, whatever the file's format. Offsets are in
+// bytes and count from the first sample. image_timeline.h computes where those frames are on the
+// disc.
 #pragma once
 
 #include <cstdint>

@@ -75,7 +75,7 @@ TEST(ImageFile, RefusesFilesThatAreNotWaveFiles) {
                 HasSubstr("it is not a WAVE file"));
 }
 
-TEST(ImageFile, AReadFailsIfTheFileWasDeletedOrTruncated) {
+TEST(ImageFile, AReadFailsIfItsFramesWereCutOffOrTheFileWasDeleted) {
     const ImageFolder folder;
     folder.writeFrames("a.bin", ramp(0, 1000));
     folder.writeWave("a.wav", ramp(0, 1000));

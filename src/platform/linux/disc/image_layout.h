@@ -42,8 +42,8 @@ struct Segment {
     /// A length that the file determines is rounded to a multiple of this number of frames: one
     /// sector in a CUE, one frame in a TOC.
     int roundedTo = framesPerSector;
-    /// If a stated length of data ends inside a sector: the number of bytes from there to that
-    /// sector's end.
+    /// If the stated length of a data segment ends inside a sector: the number of bytes from this
+    /// end to the end of the sector.
     int lastSectorLacks = 0;
     friend bool operator==(const Segment&, const Segment&) = default;
 };
@@ -71,7 +71,7 @@ struct SheetTrack {
 };
 
 /// Appends each pause to the preceding track. Pauses before the first track, before a new session
-/// and between an audio track and a data track after it are left out, because playing never
+/// and between an audio track and a following data track are left out, because playing never
 /// continues across them.
 [[nodiscard]] std::vector<LayoutTrack> joinPauses(std::vector<SheetTrack> tracks);
 

@@ -24,13 +24,13 @@ TEST(JoinPauses, AppendsAPauseToThePrecedingTrack) {
     EXPECT_THAT(tracks[1].segments, ElementsAre(silence(20)));
 }
 
-TEST(JoinPauses, LeavesOutThePauseBetweenAnAudioTrackAndADataTrack) {
+TEST(JoinPauses, LeavesOutThePauseBeforeADataTrackThatFollowsAnAudioTrack) {
     const auto tracks =
         joinPauses({trackOf(TrackKind::audio, 1, 10), trackOf(TrackKind::data, 2, 20)});
     EXPECT_THAT(tracks[0].segments, ElementsAre(silence(10)));
 }
 
-TEST(JoinPauses, KeepsThePauseBetweenADataTrackAndAnAudioTrack) {
+TEST(JoinPauses, KeepsThePauseBeforeAnAudioTrackThatFollowsADataTrack) {
     const auto tracks =
         joinPauses({trackOf(TrackKind::data, 1, 10), trackOf(TrackKind::audio, 2, 20)});
     EXPECT_THAT(tracks[0].segments, ElementsAre(silence(10), silence(2)));
@@ -43,7 +43,7 @@ TEST(JoinPauses, LeavesOutTheGapBeforeANewSession) {
                 ElementsAre(silence(10)));
 }
 
-TEST(StatedBytes, EndInsideTheLastSectorIfTheStatedLengthDoes) {
+TEST(StatedBytes, AreExactEvenIfTheStatedLengthEndsInsideASector) {
     EXPECT_EQ(statedBytes({SegmentKind::sound, 0, 44, 1234567}), 4 * 1234567);
     EXPECT_EQ(statedBytes({SegmentKind::data, 0, 16, 3 * 588, 2048}), 3 * 2048);
     EXPECT_EQ(statedBytes({SegmentKind::data, 0, 16, 3 * 588, 2048, 588, 2047}), 4097);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Finds the files that a disc image's sheet names. The letters of a name in the sheet and of the
-// file's own name may differ in case, because sheets may have been written on case-insensitive
-// systems. The parsers check whether a name is valid.
+// Finds the files that are named in the sheet of a disc image. Upper and
+// lower case of a name in the sheet may differ from those of the file, because sheets may have been
+// written on case-insensitive systems. The parsers of the sheets check whether a name is valid.
 #pragma once
 
 #include <filesystem>

@@ -8,7 +8,7 @@
 namespace sonarith::disc {
 namespace {
 
-TEST(ImagePath, PrefersTheExactName) {
+TEST(ImagePath, PrefersTheExactNameAndThenTheFirstInByteOrder) {
     const ImageFolder folder;
     folder.write("a.bin", "1");
     folder.write("A.BIN", "2");
@@ -18,7 +18,7 @@ TEST(ImagePath, PrefersTheExactName) {
         << "the result is not the first match in byte order";
 }
 
-TEST(ImagePath, FindsFilesInSubfoldersInAnyCaseAndWithBackslashes) {
+TEST(ImagePath, FindsFilesInSubfoldersInAnyLetterCaseAndWithBackslashes) {
     const ImageFolder folder;
     folder.write("Disc One/Track.Wav", "1");
     EXPECT_EQ(findImageFile(folder.path(""), "disc one\\TRACK.WAV"),
@@ -27,7 +27,7 @@ TEST(ImagePath, FindsFilesInSubfoldersInAnyCaseAndWithBackslashes) {
               folder.path("") / "Disc One" / "Track.Wav");
 }
 
-TEST(ImagePath, FindsNamesOfAnyScriptInAnyCase) {
+TEST(ImagePath, FindsNamesOfAnyWritingSystemInAnyLetterCase) {
     const ImageFolder folder;
     folder.write("ära.bin", "1");
     folder.write("Straße/Σίσυφος.wav", "1");

@@ -30,7 +30,7 @@ TEST_P(ImageScript, CreatesARampThatPlaysWithoutGaps) {
     expectFrames(wholeLine(*loaded.disc, 25), rampSectors(0, 640));
 }
 
-TEST_P(ImageScript, AddsADataTrackToAnEnhancedDisc) {
+TEST_P(ImageScript, CreatesAnEnhancedDiscWithADataTrack) {
     ImageDrive drive(make("--tracks 1 --sectors 20 --data 30 --signal ramp"));
     const Loaded loaded = drive.load();
     ASSERT_NE(loaded.disc, nullptr) << loaded.problem.text;

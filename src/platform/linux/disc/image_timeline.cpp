@@ -93,8 +93,8 @@ class LineBuilder {
     std::int64_t at_ = 0;         ///< end of the time line so far, in frames
     bool anyContent_ = false;
     std::vector<Shortage> shortages_;
-    // The first shortage of the track being added, if any: the frame of the track at which it
-    // begins, and the file.
+    // The first shortage of the track being added, if any: its position in frames from the track's
+    // beginning, and the index of its file.
     std::optional<std::pair<std::int64_t, std::size_t>> shortFrom_;
 };
 
@@ -151,8 +151,8 @@ void LineBuilder::addSegment(const Segment& segment) {
     }
     const std::int64_t bytes = fileBytes_[segment.file];
     const Extent extent = extentOf(segment, layout_.files[segment.file].format, bytes);
-    // A pause that extends to its file's end may be empty, but the beginning of a track must not
-    // be.
+    // The last segments of a track may be the pause before the next track. Such a pause may be
+    // empty if it extends to its file's end, but the beginning of a track must not be empty.
     const bool beginsBeyond = extent.stated == 0 && (segment.offset > bytes || at_ == trackStart_);
     if (!shortFrom_ &&
         (beginsBeyond || (segment.frames != toFileEnd && extent.present < extent.stated))) {

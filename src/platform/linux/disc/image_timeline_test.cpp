@@ -96,7 +96,8 @@ TEST(Timeline, AStatedLengthOfDataMayEndAnywhereInASector) {
     EXPECT_THAT(whole.value().remark, IsEmpty());
     EXPECT_THAT(timelineOfToc(text, {2352, 4096}).value().remark,
                 HasSubstr("track 2 is truncated"));
-    // If START splits the data, the incomplete last sector is in the part after the START.
+    // START splits the data after two sectors (4096 bytes), so only the last byte is track 2
+    // itself. Without this byte, the whole track is missing.
     const std::string parted = text + "START 00:00:02\n";
     EXPECT_THAT(timelineOfToc(parted, {2352, 4097}).value().remark, IsEmpty());
     EXPECT_THAT(timelineOfToc(parted, {2352, 4096}).value().remark,
@@ -128,7 +129,8 @@ TEST(Timeline, CountsTheLostSectorsOfARange) {
         timelineOfToc("TRACK AUDIO\nFILE \"a.bin\" 0\nTRACK AUDIO\nSILENCE 9\n", {10 * 2352 + 4})
             .value();
     EXPECT_EQ(lostSectors(whole, 0, 999), 0);
-    // One segment ends and the next one begins within the same sector.
+    // Of the two segments of b.bin, the first ends and the second begins within the same sector.
+    // Both are missing, and this sector counts as lost only once.
     const ImageTimeline pieces =
         timelineOfToc(
             "TRACK AUDIO\nFILE \"a.bin\" 0 588\nFILE \"b.bin\" 0 300\nFILE \"b.bin\" 300 900\n",
@@ -147,7 +149,7 @@ TEST(Timeline, ConsecutiveMissingTracksAreReportedAsOneRange) {
     EXPECT_THAT(line.value().remark, HasSubstr("tracks 2 to 3 are missing and read as silence"));
 }
 
-TEST(Timeline, ATrackAtTheVeryEndOfItsFileKeepsItsNumber) {
+TEST(Timeline, ATrackThatBeginsAtTheEndOfItsFileKeepsItsNumber) {
     const auto line = timelineOfCue("FILE 1.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"
                                     "TRACK 02 AUDIO\nINDEX 01 00:00:10\n"
                                     "FILE 2.bin BINARY\nTRACK 03 AUDIO\nPREGAP 00:00:05\n"
@@ -159,7 +161,7 @@ TEST(Timeline, ATrackAtTheVeryEndOfItsFileKeepsItsNumber) {
     EXPECT_THAT(line.value().remark, Not(HasSubstr("track 1")));
 }
 
-TEST(Timeline, AnEmptyPauseAtTheEndOfAFileIsNoShortage) {
+TEST(Timeline, AnEmptyPauseAtTheEndOfAFileIsNotReportedAsMissing) {
     const auto line = timelineOfCue("FILE 1.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"
                                     "TRACK 02 AUDIO\nINDEX 00 00:00:10\n"
                                     "FILE 2.bin BINARY\nINDEX 01 00:00:00\n",

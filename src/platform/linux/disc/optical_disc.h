@@ -30,9 +30,9 @@ class AudioSectors {
     /// Makes `first` the next sector; sectors from `end` on are never requested from the drive.
     virtual void seek(std::int64_t first, std::int64_t end) = 0;
     /// Fills `out` (framesPerSector frames) with the next sector and advances by one. Precondition:
-    /// the effort is not `none`. If an attempt fails, at most one more attempt begins after the
-    /// time limit in `plan`. After a stop request, no further command is sent to the drive, and
-    /// `out` is unspecified.
+    /// the effort is not `none`. Once an attempt has failed and the time limit in `plan` has
+    /// passed, at most one more attempt begins. After a stop request, no further command is sent to
+    /// the drive, and `out` is unspecified.
     [[nodiscard]] virtual SectorOutcome
     next(ReadEffort::Plan plan, std::span<sound::StereoFrame> out, const std::stop_token& stop) = 0;
 };
@@ -42,7 +42,8 @@ class OpticalDisc : public Disc {
     /// Returns the time of any monotonic clock.
     using Clock = std::function<ReadEffort::Duration()>;
 
-    /// `damage` receives the sectors that cannot be read, in addition to its existing entries.
+    /// `damage` receives the sectors that are delivered as a guess or as silence, in addition to
+    /// its existing entries.
     OpticalDisc(OpticalLayout layout, std::unique_ptr<AudioSectors> sectors, Clock clock,
                 std::shared_ptr<DamageRecord> damage = std::make_shared<DamageRecord>());
 
@@ -60,7 +61,7 @@ class OpticalDisc : public Disc {
     const std::unique_ptr<AudioSectors> sectors_;
     const Clock clock_;
     ReadEffort effort_;
-    ReadEffort::Duration repairTime_{0}; ///< how long damaged sectors took in this read
+    ReadEffort::Duration repairTime_{0}; ///< how long damaged sectors took in the current read()
     std::optional<std::int64_t>
         next_; ///< the sector that sectors_ delivers next, in the drive's numbering
     bool gone_ = false;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests the messages for a device that is missing or is not a drive, and a drive whose replies the
-// test controls. The library reads the disc of that drive from an image.
+// Tests OpticalDrive with devices that are missing or are not drives, and with a drive whose
+// replies the test controls. libcdio reads the disc of that drive from an image.
 #include "platform/linux/disc/optical_drive.h"
 
 #include <cerrno>
@@ -20,8 +20,8 @@ using testing::StartsWith;
 
 class NoDrive : public testing::TestWithParam<const char*> {};
 
-// The library opens /dev/null without an error, so OpticalDrive itself must detect that it is not a
-// drive.
+// libcdio opens /dev/null without an error, so OpticalDrive itself must detect that /dev/null is
+// not a drive.
 INSTANTIATE_TEST_SUITE_P(OpticalDrive, NoDrive,
                          testing::Values("/dev/no-such-drive", "/dev/null", "/tmp", ""));
 
@@ -47,7 +47,7 @@ constexpr std::int64_t discSectors = 100;
 class OpticalDriveTest : public testing::Test {
   protected:
     OpticalDriveTest() {
-        // The library reads the sound from the .bin file with the name of the sheet, whatever file
+        // libcdio reads the sound from the .bin file with the name of the sheet, whatever file
         // the sheet states, so each sheet has its own .bin file.
         for (const std::string name : {"disc", "other"}) {
             folder_.writeFrames(name + ".bin", rampSectors(0, discSectors));
@@ -191,7 +191,7 @@ TEST_F(OpticalDriveTest, ReadsTheTableIfTheDriveCannotReportWhetherADiscIsPresen
     EXPECT_NE(drive_.load().disc, nullptr);
 }
 
-TEST_F(OpticalDriveTest, ADiscThatSpinsUpIsPresentOnlyWhileItsLoadedObjectExists) {
+TEST_F(OpticalDriveTest, ADriveThatIsNotReadyHasADiscOnlyWhileTheDiscObjectOfTheLastLoadExists) {
     statuses_ = {{DriveState::notReady}};
     EXPECT_FALSE(drive_.mediaPresent());
     statuses_ = {{DriveState::loaded}};

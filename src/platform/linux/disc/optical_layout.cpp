@@ -23,7 +23,7 @@ bool isPlausible(const RawToc& toc) {
 }
 
 /// Whether a new session begins with track `index`. The drive reports only where the last session
-/// starts, so an audio session between two others is not detected.
+/// starts, so an audio session between two other sessions is not detected.
 bool beginsSession(const RawToc& toc, std::size_t index) {
     if (index == 0) {
         return false;
@@ -34,12 +34,12 @@ bool beginsSession(const RawToc& toc, std::size_t index) {
     }
     const bool dataAfterAudio =
         track.kind == TrackKind::data && toc.tracks[index - 1].kind == TrackKind::audio;
-    // A single session with both kinds has its data track first. So data after audio counts as a
-    // new session, unless the drive reports a last session that began after the first track and
-    // before this one. A reported start equal to the first track's is ignored, because a drive
-    // without session information also returns that value. If in doubt, a session is assumed: a
-    // track that is two and a half minutes too short is better than a read into the gap, where
-    // drives hang.
+    // A single session with audio and data tracks has its data track first. So data after audio
+    // counts as a new session, unless the drive reports a last session that began after the first
+    // track and before this track. A reported start equal to the first track's is ignored, because
+    // a drive without session information also returns that value. If in doubt, a session is
+    // assumed: a track that is two and a half minutes too short is better than a read into the gap
+    // between the sessions, where drives hang.
     const std::int64_t lastSession = toc.lastSessionStart.value_or(0);
     const bool beganBefore = lastSession > toc.tracks.front().start && lastSession < track.start;
     return dataAfterAudio && !beganBefore;
@@ -53,8 +53,8 @@ std::optional<OpticalLayout> OpticalLayout::of(const RawToc& toc) {
     }
     OpticalLayout layout;
     // The first gap found is assumed to follow the disc's first session; that gap is longer than
-    // later ones. If an earlier session was not detected, the track becomes a minute too short,
-    // which is better than a read into the gap.
+    // later ones. If an earlier session was not detected, the track before the gap becomes a
+    // minute too short, which is better than a read into the gap.
     std::int64_t gap = firstSessionGapSectors;
     for (std::size_t i = 0; i < toc.tracks.size(); ++i) {
         const bool last = i + 1 == toc.tracks.size();

@@ -46,8 +46,8 @@ struct Stretch {
 /// The table of a disc, and the mapping from its time line to the drive's sectors.
 class OpticalLayout {
   public:
-    /// Empty for a table that no disc can have. The library returns such tables for a file that is
-    /// not a drive and for a drive without information about its disc.
+    /// Empty for a table that no disc can have. libcdio returns such tables for a file that is not
+    /// a drive and for a drive without information about its disc.
     [[nodiscard]] static std::optional<OpticalLayout> of(const RawToc& toc);
 
     [[nodiscard]] const Table& table() const { return table_; }

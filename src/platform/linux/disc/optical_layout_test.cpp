@@ -18,7 +18,7 @@ std::vector<std::int64_t> lengthsOf(const std::optional<OpticalLayout>& layout) 
     return lengths;
 }
 
-// Two audio tracks and, after the gap, the data of an enhanced disc.
+// The drive's table of an enhanced disc: two audio tracks and, after a session gap, a data track.
 RawToc enhanced(std::optional<std::int64_t> lastSessionStart) {
     return {{{audio, 0}, {audio, 20000}, {data, 60000}}, 70000, lastSessionStart};
 }
@@ -46,7 +46,7 @@ TEST(OpticalLayout, DataAfterAudioCountsAsANewSessionIfTheDriveReportsNoLastSess
                 testing::ElementsAre(20000, 28600, 10000));
 }
 
-TEST(OpticalLayout, ALastSessionThatBeginsWithTheFirstTrackIsIgnored) {
+TEST(OpticalLayout, ALastSessionStartAtTheFirstTrackCountsAsNotReported) {
     EXPECT_THAT(lengthsOf(OpticalLayout::of(enhanced(0))),
                 testing::ElementsAre(20000, 28600, 10000));
 }

@@ -73,8 +73,8 @@ void ParanoiaSectors::openReader() {
     if (!drive_) {
         return;
     }
-    drive_->error_retry =
-        0; // the library probes the drive with a read; retries are of no use there
+    // cdio_cddap_open() probes the drive with a read; retries of this read are of no use.
+    drive_->error_retry = 0;
     if (cdio_cddap_open(drive_) == 0) {
         drive_->nsectors = SectorCommands::mostSectors;
         drive_->read_audio = readAudio;
@@ -173,7 +173,8 @@ SectorOutcome ParanoiaSectors::repair(std::span<sound::StereoFrame> out) {
             return gaveUp ? SectorOutcome::guessed : SectorOutcome::ok;
         }
         repositioned_ = true;
-        // If no further sector is bad, the library returned nothing because it has no memory left.
+        // If no sector was added to bad_ and the read is not over, the library returned nothing
+        // because it has no memory left.
         if (isOver() || bad_.size() == badBefore) {
             return attemptOnce(out);
         }

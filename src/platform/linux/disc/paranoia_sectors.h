@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Reads the sound of a disc with libcdio's paranoia reader, which reads sectors repeatedly and
 // compares the results. Position, size and time of every command to the drive are bounded. Sector
-// numbers are those of the drive; optical_disc.h maps the time line to them.
+// numbers are those of the drive; optical_disc.h maps the disc's time line to them.
 #pragma once
 
 #include <array>

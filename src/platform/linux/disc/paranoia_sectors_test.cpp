@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests ParanoiaSectors with the library's real paranoia reader, on an image that the library
-// treats as a drive.
+// Tests ParanoiaSectors with libcdio's real paranoia reader, on a disc image that libcdio treats as
+// a drive.
 #include "platform/linux/disc/paranoia_sectors.h"
 
 #include <filesystem>
@@ -18,7 +18,7 @@ using namespace std::chrono_literals;
 using sound::StereoFrame;
 
 constexpr std::int64_t imageSectors = 400;
-constexpr std::int64_t endOfSound = 300; // before the disc's end, as if a gap followed
+constexpr std::int64_t endOfSound = 300; // sectors; before the disc's end, as if a gap followed
 
 class ParanoiaSectorsTest : public testing::Test {
   protected:
@@ -44,8 +44,8 @@ class ParanoiaSectorsTest : public testing::Test {
 
     CdioHandle openDisc() const { return openCdio((folder_ / "disc.cue").string(), DRIVER_BINCUE); }
 
-    /// A reader whose commands fail if they contain a sector of `bad_`, `failuresPerSector_` times
-    /// for each such sector.
+    /// A reader whose commands fail if they read a sector of `bad_`. Each of these sectors makes
+    /// `failuresPerSector_` commands fail; later commands read it.
     std::unique_ptr<ParanoiaSectors> makeReader() {
         CdioHandle cdio = openDisc();
         CdIo_t* const raw = cdio.get();
@@ -91,7 +91,7 @@ class ParanoiaSectorsTest : public testing::Test {
 constexpr ReadEffort::Plan patient{Effort::repair, 1h};
 constexpr ReadEffort::Plan single{Effort::once, 1h};
 
-TEST_F(ParanoiaSectorsTest, RawTocOfReturnsTheTableOfTheDisc) {
+TEST_F(ParanoiaSectorsTest, TheRawTocHasTheTracksAndTheLeadOutOfTheDisc) {
     const CdioHandle cdio = openDisc();
     ASSERT_TRUE(cdio);
     const RawToc toc = rawTocOf(cdio.get());
@@ -102,7 +102,7 @@ TEST_F(ParanoiaSectorsTest, RawTocOfReturnsTheTableOfTheDisc) {
     EXPECT_EQ(toc.leadOut, imageSectors);
 }
 
-TEST_F(ParanoiaSectorsTest, DeliversEverySampleAndNeverReadsPastTheEnd) {
+TEST_F(ParanoiaSectorsTest, DeliversEverySampleAndNeverReadsPastTheEndOfTheSound) {
     const auto reader = makeReader();
     reader->seek(20, endOfSound);
     std::vector<StereoFrame> out(framesPerSector);
@@ -129,7 +129,8 @@ TEST_F(ParanoiaSectorsTest, DeliversTheRightSectorsAfterSeeksAndSingleReads) {
 
 TEST_F(ParanoiaSectorsTest, RepairsSectorsThatCanBeReadEventually) {
     bad_ = {60, 61, 90};
-    // The large, the small and the single-sector command fail once each.
+    // Commands of three sizes are tried one after the other: 25 sectors, 8 sectors, one sector.
+    // Three failures let all of them fail once.
     failuresPerSector_ = 3;
     const auto reader = makeReader();
     reader->seek(40, endOfSound);
@@ -142,7 +143,7 @@ TEST_F(ParanoiaSectorsTest, RepairsSectorsThatCanBeReadEventually) {
     EXPECT_FALSE(failureCounts_.empty());
 }
 
-TEST_F(ParanoiaSectorsTest, LosesOnlyTheSectorThatCannotBeRead) {
+TEST_F(ParanoiaSectorsTest, OnlyTheSectorThatCannotBeReadIsSilent) {
     bad_ = {60};
     failuresPerSector_ = INT_MAX;
     const auto reader = makeReader();
@@ -183,10 +184,10 @@ TEST_F(ParanoiaSectorsTest, EndsRepairsAtTheTimeLimit) {
     for (std::int64_t i = 60; i < 80; ++i) {
         EXPECT_EQ(reader->next({Effort::repair, 0s}, out, {}), SectorOutcome::silent) << i;
     }
-    // At most four commands for each sector: a large one, a small one, a single-sector one, and the
-    // last attempt.
+    // At most four commands for each sector: for 25 sectors, for 8 sectors, for the sector alone,
+    // and the last attempt.
     EXPECT_LE(commands_, 4 * 20);
-    // The library's cache does not contain the silence that replaced the sectors.
+    // The library's cache must not contain the silence that replaced the sectors.
     failuresPerSector_ = 0;
     for (std::int64_t i = 80; i < 120; ++i) {
         ASSERT_EQ(reader->next(patient, out, {}), SectorOutcome::ok) << i;
@@ -223,7 +224,7 @@ TEST_F(ParanoiaSectorsTest, IssuesNoCommandAfterAStopRequest) {
             EXPECT_EQ(commands_, command);
         }
     }
-    // The library's cache contains nothing of the interrupted read.
+    // The library's cache must not contain any result of the interrupted reads.
     stopAtCommand_ = 0;
     failuresPerSector_ = 0;
     reader->seek(60, endOfSound);

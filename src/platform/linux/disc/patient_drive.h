@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Wraps a drive whose device may hang (a scratched disc, an image on a dead server): all calls to
-// the drive run on a separate thread, and the caller waits for each with a time limit. The reads of
-// a loaded disc are not wrapped: they can block.
+// Wraps a drive whose device may hang (a scratched disc, an image on a dead server): the calls that
+// access the device run on a separate thread, and the caller waits for each with a time limit. The
+// reads of a loaded disc are not wrapped: they can block.
 #pragma once
 
 #include <chrono>

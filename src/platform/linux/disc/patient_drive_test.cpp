@@ -81,8 +81,8 @@ class HangingDrive : public Drive {
 
 class PatientDriveTest : public testing::Test {
   protected:
-    /// `patience` is the time limit of all calls: 1 h if the test needs the results of the calls, 1
-    /// ms if its calls are to time out.
+    /// `patience` is the time limit of loads and tray commands: 1 h if the test needs the results,
+    /// 1 ms if these calls are to time out.
     std::unique_ptr<PatientDrive> driveWith(std::chrono::milliseconds patience) {
         return std::make_unique<PatientDrive>(
             std::make_shared<HangingDrive>(device), PatientDrive::Patience{patience, patience},
@@ -176,7 +176,7 @@ TEST_F(PatientDriveTest, KeepsTheKnownStateOfTheMediumWhileTheDriveHangs) {
     EXPECT_TRUE(fakes::eventually([&] { return !drive->mediaPresent(); }));
 }
 
-TEST_F(PatientDriveTest, OpenTrayRemovesTheDiscAtOnceAndIsExecutedWhenTheDriveResponds) {
+TEST_F(PatientDriveTest, AfterOpenTrayNoMediumIsPresentAndTheTrayOpensOnceTheDriveResponds) {
     const auto drive = driveWith(1ms);
     EXPECT_TRUE(fakes::eventually([&] { return drive->mediaPresent(); }));
     device->hang();
@@ -282,10 +282,10 @@ TEST_F(PatientDriveTest, ReportsOnceThatTheDriveHangsAndOnceThatItRespondsAgain)
         return notices.texts().size() == 2;
     }));
     EXPECT_EQ(notices.texts().back(),
-              "settled the drive /dev/sr7: Responding again: the drive /dev/sr7.");
+              "settled [the drive /dev/sr7]: Responding again: the drive /dev/sr7.");
 }
 
-TEST_F(PatientDriveTest, ReportsAHangingDriveToACallerThatPolls) {
+TEST_F(PatientDriveTest, ReportsAHangingDriveThatIsOnlyPolled) {
     const auto drive = driveWith(1ms);
     device->hang();
     EXPECT_TRUE(fakes::eventually([&] {

@@ -31,8 +31,8 @@ class ReadEffort {
     void finish(Duration repairTime);
 
     /// The budget for repairs in one read. When it is used up, single attempts have the same amount
-    /// of time again. The budget equals the duration of the player's read-ahead: a longer one would
-    /// interrupt the sound anyway.
+    /// of time again. The budget equals the duration of the player's read-ahead: repairs that take
+    /// longer interrupt the sound.
     static constexpr Duration wholeBudget = std::chrono::seconds(4);
     /// The budget after many bad reads in a row: the playing time of one read (a third of a
     /// second). With the same time again for single attempts, reading a ruined disc takes about

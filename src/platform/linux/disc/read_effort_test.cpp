@@ -8,7 +8,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-TEST(ReadEffort, PlansRepairsThenSingleAttemptsThenNone) {
+TEST(ReadEffort, Plans4SecondsOfRepairsThen4SecondsOfSingleAttemptsThenNoAttempt) {
     const ReadEffort effort;
     EXPECT_EQ(effort.plan(0s).effort, Effort::repair);
     EXPECT_EQ(effort.plan(0s).limit, 4s);
@@ -20,7 +20,7 @@ TEST(ReadEffort, PlansRepairsThenSingleAttemptsThenNone) {
     EXPECT_EQ(effort.plan(1h).limit, 0s);
 }
 
-TEST(ReadEffort, HalvesTheBudgetAfterEachBadReadDownToTheMinimum) {
+TEST(ReadEffort, HalvesTheBudgetDownToTheMinimumAfterEachReadThatExceedsIt) {
     ReadEffort effort;
     effort.finish(9s);
     EXPECT_EQ(effort.plan(0s).limit, 2s);
@@ -32,7 +32,7 @@ TEST(ReadEffort, HalvesTheBudgetAfterEachBadReadDownToTheMinimum) {
     EXPECT_EQ(effort.plan(0s).limit, ReadEffort::leastBudget);
 }
 
-TEST(ReadEffort, RestoresTheWholeBudgetAfterAGoodRead) {
+TEST(ReadEffort, RestoresTheWholeBudgetAfterAReadThatStaysWithinItsBudget) {
     ReadEffort effort;
     effort.finish(9s);
     effort.finish(2s);

@@ -43,8 +43,8 @@ std::int64_t SectorCommands::read(std::int64_t first, std::int64_t count, std::b
         if (command_(first + done, sectors, place)) {
             done += sectors;
         } else if (perCommand_ > fewSectors && sectors > fewSectors) {
-            // The size of the command may be the cause, not the disc. Later commands keep the small
-            // size, since it costs little.
+            // The cause of the failure may be the size of the command and not the disc. Later
+            // commands keep the small size, since it costs little.
             perCommand_ = fewSectors;
         } else {
             const std::int64_t single = readSingly(first + done, sectors, place);

@@ -13,7 +13,7 @@ namespace sonarith::disc {
 class SectorCommands {
   public:
     /// Reads `count` sectors, beginning with the drive's sector `first`, to `out` (bytesPerSector
-    /// each). Returns true only if all of them were read.
+    /// bytes for each sector). Returns true only if all of them were read.
     using Command = std::function<bool(std::int64_t first, std::int64_t count, std::byte* out)>;
 
     explicit SectorCommands(Command command);
@@ -31,7 +31,7 @@ class SectorCommands {
     /// The most sectors in one command: they fit into the 64 KiB that drives and kernels accept.
     static constexpr std::int64_t mostSectors = 25;
     /// The most sectors in one command after a failure: even restrictive drives and adapters accept
-    /// as many.
+    /// this number.
     static constexpr std::int64_t fewSectors = 8;
 
   private:

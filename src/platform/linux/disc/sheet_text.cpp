@@ -14,8 +14,8 @@ namespace {
 
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view blanks = " \t";
-// The length of a name in an error message: enough to recognise it, short enough for one line of a
-// window.
+// Longer names are truncated in error messages. This length is enough to recognise a name, and
+// short enough for one line of a window.
 constexpr std::size_t maxShownBytes = 100;
 
 Error cause(std::string text) {

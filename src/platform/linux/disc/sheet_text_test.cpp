@@ -24,7 +24,7 @@ TEST(SheetLines, BeginAfterAByteOrderMark) {
     EXPECT_THAT(linesOf("a.cue", "").value(), IsEmpty());
 }
 
-TEST(SheetLines, MayBeAsLongAsTheLimit) {
+TEST(SheetLines, HaveAtMostMaxLineBytes) {
     EXPECT_TRUE(linesOf("a.cue", std::string(maxLineBytes, 'x')).ok());
     const auto tooLong = linesOf("a.cue", "REM\n" + std::string(maxLineBytes + 1, 'x'));
     ASSERT_FALSE(tooLong.ok());
@@ -37,7 +37,7 @@ TEST(SheetLines, AreRefusedInATextThatIsTooLong) {
                 HasSubstr("longer than 1 MiB"));
 }
 
-TEST(SheetLines, ContainNoNul) {
+TEST(SheetLines, AreRefusedIfOneContainsANul) {
     EXPECT_EQ(linesOf("a.cue", std::string_view("REM\nT\0I", 7)).error().text,
               "a.cue, line 2: the line contains a NUL byte; a sheet must be UTF-8 text");
 }
@@ -83,7 +83,7 @@ TEST(Msf, ReportsWhichPartIsOutOfRange) {
     EXPECT_THAT(parseMsf("00:00:99999999999999999999").error().text, HasSubstr("frames"));
 }
 
-TEST(Msf, MustHaveTheFormOfMinutesSecondsAndFrames) {
+TEST(Msf, MustConsistOfMinutesSecondsAndFrames) {
     for (const char* text : {"", "1", "00:00", "00:00:", ":00:00", "00:00:00:00", "0-:00:00",
                              "-1:00:00", "00:00:00x", "00.00.00"}) {
         const auto time = parseMsf(text);
@@ -92,7 +92,7 @@ TEST(Msf, MustHaveTheFormOfMinutesSecondsAndFrames) {
     }
 }
 
-TEST(ImageNames, MayLeadToFilesInTheFolderOrBelowIt) {
+TEST(ImageNames, MayLeadToFilesInTheSheetsFolderOrBelowIt) {
     for (const char* name :
          {"a.bin", "sub/a.bin", "sub\\a.bin", "..a.bin", "a..", "./a.bin", "ä"}) {
         EXPECT_TRUE(checkImageName(name).ok()) << name;
@@ -104,7 +104,7 @@ TEST(ImageNames, MayHaveAColonThatDoesNotFollowADriveLetter) {
     EXPECT_TRUE(checkImageName("ab:c.wav").ok());
 }
 
-TEST(ImageNames, MustNotLeadOutsideTheFolder) {
+TEST(ImageNames, MustNotLeadOutsideTheSheetsFolder) {
     for (const char* name : {"", "..", "../a.bin", "sub/../../a", "sub\\..\\a", "/etc/passwd",
                              "\\\\server\\a", "C:\\a.bin", "c:a.bin", "a/.."}) {
         EXPECT_FALSE(checkImageName(name).ok()) << name;
@@ -112,7 +112,7 @@ TEST(ImageNames, MustNotLeadOutsideTheFolder) {
     EXPECT_FALSE(checkImageName(std::string_view("a\0b", 3)).ok());
 }
 
-TEST(Shown, IsQuotedAndSafeToDisplay) {
+TEST(ShownText, IsQuotedAndSafeToDisplay) {
     EXPECT_EQ(shown("Größe 音"), "\"Größe 音\"");
     EXPECT_EQ(shown("a\tb\x1b[31m\x7f"), "\"a?b?[31m?\"");
     EXPECT_EQ(shown("\xff\xc3"), "\"??\"");

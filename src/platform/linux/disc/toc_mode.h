@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Looks up the modes that TRACK and ZERO statements of a cdrdao TOC name: the kind of track and the
-// size of a sector in the file. It parses no statement.
+// Looks up a mode by the name that a TRACK or ZERO statement of a cdrdao TOC contains. A mode is
+// the kind of track and the size of a sector in the file. Nothing here parses a statement.
 #pragma once
 
 #include <string_view>

@@ -71,7 +71,7 @@ TEST(TocParser, ALengthOfSilenceIsANumberOfFramesOrATime) {
                 ElementsAre(silentFrames(100), silentFrames(44100), soundFrames(0, 0, toFileEnd)));
 }
 
-TEST(TocParser, ContentBeforeStartBelongsToThePrecedingTrack) {
+TEST(TocParser, ContentBeforeAStartStatementBelongsToThePrecedingTrackIfOneExists) {
     const auto layout = acceptedToc("TRACK AUDIO\nSILENCE 00:02:00\nSTART\nFILE \"a.bin\" 0 588\n"
                                     "TRACK AUDIO\nSILENCE 00:02:00\nSTART\nFILE \"a.bin\" 588 588\n"
                                     "TRACK AUDIO\nFILE \"a.bin\" 1176 1764\nSTART 00:00:01\n");
@@ -82,7 +82,7 @@ TEST(TocParser, ContentBeforeStartBelongsToThePrecedingTrack) {
     EXPECT_THAT(layout.tracks[2].segments, ElementsAre(soundFrames(0, 1764, 1176)));
 }
 
-TEST(TocParser, APregapIsSilenceAtTheEndOfThePrecedingTrack) {
+TEST(TocParser, APregapIsSilenceAtTheEndOfThePrecedingTrackIfOneExists) {
     const auto layout = acceptedToc("TRACK AUDIO\nPREGAP 00:02:00\nFILE \"a.bin\" 0 588\n"
                                     "TRACK AUDIO\nPREGAP 00:02:00\nFILE \"a.bin\" 588 588\n");
     EXPECT_THAT(layout.tracks[0].segments,
@@ -151,7 +151,7 @@ TEST(TocParser, RefusesNumbersThatOverflow) {
                 HasSubstr("too large"));
 }
 
-TEST(TocParser, ReportsTruncatedAndMisplacedStatements) {
+TEST(TocParser, RefusesIncompleteMisplacedAndUnknownStatements) {
     EXPECT_THAT(refusedToc(""), HasSubstr("no TRACK"));
     EXPECT_THAT(refusedToc("CD_DA\n"), HasSubstr("no TRACK"));
     EXPECT_THAT(refusedToc("FILE \"a\" 0\n"), HasSubstr("precede the first TRACK"));
@@ -182,9 +182,9 @@ TEST(TocParser, RefusesPathsOutsideTheSheetsFolderEvenIfTheyAreEscaped) {
     EXPECT_THAT(refusedToc("TRACK AUDIO\nFILE \"a\\000b\" 0\n"), HasSubstr("NUL"));
 }
 
-TEST(TocParser, AppliesAStartAfterAHundredThousandSegments) {
-    // START splits the content after a hundred thousand segments. A step of quadratic time would
-    // make this test take minutes.
+TEST(TocParser, AppliesAStartStatementAfterAHundredThousandSegments) {
+    // More than 100000 segments of one frame precede START, which splits them after 2 s (88200
+    // frames). A step of quadratic time would make this test take minutes.
     std::string text = "TRACK AUDIO\n";
     while (text.size() + 32 < maxSheetBytes) {
         text += "SILENCE 1\n";

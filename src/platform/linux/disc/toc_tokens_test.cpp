@@ -43,7 +43,7 @@ TEST(TocTokens, AStringMustEndOnItsLine) {
     EXPECT_FALSE(tocTokens("a.toc", "\"abc\\\"").ok());
 }
 
-TEST(Unescaped, DecodesQuotationMarksBackslashesAndOctalBytes) {
+TEST(Unescaped, DecodesEscapedQuotationMarksEscapedBackslashesAndOctalBytes) {
     EXPECT_EQ(unescaped("a\\\"b\\\\c"), "a\"b\\c");
     EXPECT_EQ(unescaped("\\303\\244"), "ä");
     EXPECT_EQ(unescaped("\\12x\\"), "12x\\");

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Collects the content and the start of one track of a cdrdao TOC while the track's statements are
-// read, and checks their times. It reads no text.
+// read, and checks the times in these statements. It parses no text.
 #pragma once
 
 #include <cstdint>
@@ -35,11 +35,11 @@ class TocTrack {
     /// PREGAP: `sectors` sectors of silence precede INDEX 01, and all content follows INDEX 01.
     [[nodiscard]] TocTrackCheck pregap(std::int64_t sectors, int line);
     /// INDEX: does not split the content. Its time is checked, because a wrong time reveals a
-    /// truncated sheet.
+    /// truncated TOC.
     [[nodiscard]] TocTrackCheck index(std::int64_t sectors, int line);
 
-    /// Called after the last statement: splits the content where START defines it and checks the
-    /// times.
+    /// Called after the last statement: if START had a time, splits the content at this time.
+    /// Checks the times.
     [[nodiscard]] TocTrackCheck close();
     /// Valid only after close().
     [[nodiscard]] const SheetTrack& content() const { return content_; }

@@ -75,7 +75,7 @@ TEST(TocTrack, RefusesInconsistentTimes) {
     EXPECT_THAT(track.close()->cause, HasSubstr("INDEX 00:00:10 is beyond"));
 }
 
-TEST(TocTrack, RefusesAStartBeyondItsEnd) {
+TEST(TocTrack, RefusesAStartBeyondTheEndOfTheTrack) {
     TocTrack track = audioTrack();
     track.add(silentSegment(588));
     ASSERT_FALSE(track.startAt(2, 6));

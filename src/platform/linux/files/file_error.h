@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Maps a failed system call on a file or folder to the error number that the logic distinguishes
-// and the error message for the user. It makes no system call. It is not for failures of drives and
-// sound cards.
+// Maps the errno value of a failed system call on a file or folder to one of the logic's error
+// numbers and to an error message for the user. It makes no system call. It is not for failures of
+// drives and sound cards.
 #pragma once
 
 #include <filesystem>
@@ -27,7 +27,8 @@ namespace sonarith::files {
 /// part of the path is missing. For callers that need not distinguish a missing file from a missing
 /// folder, such as callers that create a file.
 [[nodiscard]] Error systemError(int error, const std::filesystem::path& path);
-/// The cause of `error` for a sentence that already names the file: "no space is left".
+/// Describes `error` (a value of errno) in words that fit into a sentence that already names the
+/// file: "no space is left".
 [[nodiscard]] std::string reasonOf(int error);
 
 } // namespace sonarith::files

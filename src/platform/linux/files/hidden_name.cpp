@@ -116,8 +116,8 @@ void unclaim(const FileDescriptor& file) {
 
 void removeLeftovers(const FileDescriptor& folder) {
     for (const std::string& name : hiddenNamesIn(folder)) {
-        // The file is opened for writing, because some network file systems lock only files that
-        // are open for writing, and with O_NONBLOCK, because opening a pipe could block.
+        // O_RDWR, because some network file systems lock only files that are open for writing.
+        // O_NONBLOCK, because opening a pipe could block.
         const FileDescriptor file(
             ::openat(folder.get(), name.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
         struct stat found {};

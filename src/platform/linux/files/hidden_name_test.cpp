@@ -42,7 +42,7 @@ class HiddenNameTest : public testing::Test {
     fakes::TempFolder folder;
 };
 
-TEST_F(HiddenNameTest, NewNamesAreHiddenAndDifferAfterTheMachinesPrefix) {
+TEST_F(HiddenNameTest, NewNamesAreHiddenAndUniqueAndStartWithTheMachinesPrefix) {
     const std::string name = newHiddenName();
     EXPECT_THAT(name, MatchesRegex("\\.sonarith-[0-9a-f]{8}-[0-9a-f]{16}"));
     EXPECT_NE(name, newHiddenName());
@@ -73,7 +73,7 @@ TEST_F(HiddenNameTest, ARenameReplacesAnExistingFile) {
     EXPECT_EQ(fs::file_size(folder / "other/a.wav"), leftoverText.size());
 }
 
-TEST_F(HiddenNameTest, AnUnclaimedFileIsDeleted) {
+TEST_F(HiddenNameTest, RemoveLeftoversDeletesUnclaimedFiles) {
     const fs::path first = leftover();
     const fs::path second = leftover();
     sweep();
@@ -81,7 +81,7 @@ TEST_F(HiddenNameTest, AnUnclaimedFileIsDeleted) {
     EXPECT_FALSE(fs::exists(second));
 }
 
-TEST_F(HiddenNameTest, AClaimedFileIsKept) {
+TEST_F(HiddenNameTest, RemoveLeftoversKeepsAFileWhileItIsClaimed) {
     const fs::path path = leftover();
     {
         const FileDescriptor file = open(path);
@@ -100,12 +100,12 @@ TEST_F(HiddenNameTest, AClaimedFileIsKept) {
     EXPECT_FALSE(fs::exists(path));
 }
 
-TEST_F(HiddenNameTest, AFileIsDeletedAfterItsClaimingProcessWasKilled) {
+TEST_F(HiddenNameTest, RemoveLeftoversDeletesAFileWhoseClaimingProcessWasKilled) {
     const fs::path path = leftover();
     test::ReportingChild child([&](const auto& report) {
         const FileDescriptor file = open(path);
         report(claim(file) ? '1' : '0');
-        ::pause(); // keeps the lock
+        ::pause(); // keeps the file claimed until the process is killed
     });
     EXPECT_EQ(child.nextReport(), '1');
     sweep();
@@ -115,7 +115,7 @@ TEST_F(HiddenNameTest, AFileIsDeletedAfterItsClaimingProcessWasKilled) {
     EXPECT_FALSE(fs::exists(path));
 }
 
-TEST_F(HiddenNameTest, AFileThatIsNotNamedLikeAHiddenFileOfThisMachineIsKept) {
+TEST_F(HiddenNameTest, RemoveLeftoversKeepsFilesWithoutAHiddenNameOfThisMachine) {
     std::string ofAnotherMachine = newHiddenName();
     ofAnotherMachine[10] = ofAnotherMachine[10] == '0' ? '1' : '0';
     std::string inCapitals = newHiddenName();
@@ -133,7 +133,7 @@ TEST_F(HiddenNameTest, AFileThatIsNotNamedLikeAHiddenFileOfThisMachineIsKept) {
     }
 }
 
-TEST_F(HiddenNameTest, OnlyRegularFilesAreDeleted) {
+TEST_F(HiddenNameTest, RemoveLeftoversDeletesOnlyRegularFiles) {
     const fs::path subfolder = folder / newHiddenName();
     const fs::path pipe = folder / newHiddenName();
     const fs::path link = folder / newHiddenName();
@@ -151,7 +151,7 @@ TEST_F(HiddenNameTest, OnlyRegularFilesAreDeleted) {
     EXPECT_TRUE(fs::exists(folder / "mine"));
 }
 
-TEST_F(HiddenNameTest, AnotherUsersFileIsNotDeleted) {
+TEST_F(HiddenNameTest, RemoveLeftoversKeepsAFileOfAnotherUser) {
     if (::geteuid() != 0) {
         GTEST_SKIP() << "only root can create another user's file";
     }
@@ -165,7 +165,7 @@ TEST_F(HiddenNameTest, AnotherUsersFileIsNotDeleted) {
     EXPECT_FALSE(fs::exists(path));
 }
 
-TEST_F(HiddenNameTest, NothingIsDeletedOnAFileSystemWithoutLocks) {
+TEST_F(HiddenNameTest, RemoveLeftoversDeletesNothingOnAFileSystemWithoutLocks) {
     fs::permissions(folder.path(), fs::perms(0777));
     EXPECT_EQ(test::runUnprivileged([&] {
                   if (!test::refuseFileLocks()) {
@@ -179,7 +179,7 @@ TEST_F(HiddenNameTest, NothingIsDeletedOnAFileSystemWithoutLocks) {
               0);
 }
 
-TEST_F(HiddenNameTest, AFolderThatCannotBeListedIsSkipped) {
+TEST_F(HiddenNameTest, RemoveLeftoversIgnoresAFolderThatCannotBeListed) {
     removeLeftovers(openFolder(folder / "none"));
     const fs::path path = leftover();
     fs::permissions(path, fs::perms(0666));

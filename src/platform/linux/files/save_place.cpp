@@ -80,8 +80,8 @@ FileDescriptor openFolder(const fs::path& folder) {
 }
 
 int flushFolder(const FileDescriptor& folder) {
-    // Some file systems cannot flush folders and return EINVAL. A folder that may not be listed is
-    // open with O_PATH only and returns EBADF.
+    // Some file systems cannot flush folders: fsync() fails with EINVAL. It fails with EBADF for a
+    // folder without read permission, which is open with O_PATH only.
     return ::fsync(folder.get()) == 0 || errno == EINVAL || errno == EBADF ? 0 : errno;
 }
 

@@ -24,7 +24,7 @@ class SavePlaceTest : public testing::Test {
         EXPECT_FALSE(place.ok()) << target;
         return place.ok() ? ErrorNumber{} : place.error().number;
     }
-    /// Whether the place's folder is the one at `path`, even if their paths differ.
+    /// Whether the place's folder is the folder at `path`. Compares devices and inodes, not paths.
     static bool isIn(const SavePlace& place, const fs::path& path) {
         struct stat opened {};
         struct stat wanted {};
@@ -58,7 +58,7 @@ TEST_F(SavePlaceTest, FollowsASymbolicLink) {
     EXPECT_TRUE(isIn(place.value(), folder / "real"));
 }
 
-TEST_F(SavePlaceTest, FailsForATargetThatIsNoRegularFileOrHasAnInvalidPath) {
+TEST_F(SavePlaceTest, FailsForATargetThatIsNoRegularFileOrHasAMissingFolderOrAnInvalidName) {
     fs::create_directory(folder / "folder");
     ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
     fs::create_symlink("nowhere", folder / "dangling");

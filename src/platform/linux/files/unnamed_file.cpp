@@ -106,8 +106,9 @@ ErrorCode UnnamedFile::openIn(const FileDescriptor& folder, Concealment concealm
     if (!file_.valid()) {
         return openUnderHiddenName(folder);
     }
-    // The file is claimed now, since it may get a hidden name later. No other process can have
-    // claimed a file without a name.
+    // The file may get a hidden name later. The claim then keeps other processes from deleting
+    // the file as a leftover. The result is ignored, because no other process can have found a file
+    // without a name.
     static_cast<void>(claim(file_));
     return 0;
 }
@@ -141,7 +142,7 @@ ErrorCode UnnamedFile::linkUnderHiddenName(const FileDescriptor& folder) {
     return error;
 }
 
-/// Gives the file itself the name, without a copy.
+/// Gives this file itself the name in `place`, without a copy.
 ErrorCode UnnamedFile::moveTo(const SavePlace& place) {
     if (const ErrorCode error = makeReady(file_, place); error != 0) {
         return error;
@@ -186,8 +187,8 @@ Status UnnamedFile::publish(const fs::path& target) {
         unclaim(file_);
     }
     if (copyingHelps(error)) {
-        // After errors other than EXDEV the file system may not support links. The copy then gets a
-        // hidden name, because a file with a name needs no link.
+        // An error other than EXDEV can mean that the file system does not support links. The copy
+        // then has a hidden name from the beginning: it is renamed and needs no link.
         error = copyTo(place, error == EXDEV ? concealment_ : Concealment::hiddenName);
     }
     if (error == 0) {

@@ -24,8 +24,8 @@ enum class Concealment {
 class UnnamedFile {
   public:
     /// Creates an empty file in `folder`, open for reading and writing. Unless it is published, the
-    /// file is deleted with this object or when the process ends. If the process is killed, a file
-    /// with a hidden name remains, and the next create() in that folder deletes it.
+    /// file is deleted with this object. If the process is killed, a file without a name is
+    /// deleted, too, but a file with a hidden name remains until the next create() in that folder.
     [[nodiscard]] static Result<UnnamedFile> create(const std::filesystem::path& folder,
                                                     Concealment concealment = Concealment::noName);
 

@@ -25,7 +25,8 @@ using testing::Combine;
 using testing::Values;
 
 enum class Target { isNew, isReplaced };
-/// What gets the name: the file itself, or a copy because the file already has a name.
+/// What gets the name of the target: the unnamed file itself, or a copy of the file because the
+/// file already has a name.
 enum class Method { itself, copy };
 
 class KilledSaveTest : public testing::TestWithParam<std::tuple<Concealment, Target, Method>> {

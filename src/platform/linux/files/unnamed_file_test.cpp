@@ -114,12 +114,12 @@ TEST_P(UnnamedFileTest, IsCopiedIntoAnotherFileSystem) {
     struct stat there {};
     ASSERT_EQ(::stat(folder.path().c_str(), &here), 0);
     if (::stat("/dev/shm", &there) != 0 || here.st_dev == there.st_dev) {
-        GTEST_SKIP() << "this machine has no second writable file system";
+        GTEST_SKIP() << "/dev/shm does not exist, or is on the same file system as the test folder";
     }
     std::string name = "/dev/shm/sonarith-test-XXXXXX";
     ASSERT_NE(::mkdtemp(name.data()), nullptr);
     const fs::path other = name;
-    const std::string content(3'000'000, 'x'); // several copy buffers
+    const std::string content(3'000'000, 'x'); // fills the copy buffer several times
     UnnamedFile file = unnamed(content);
     EXPECT_TRUE(file.publish(other / "fresh").ok());
     EXPECT_EQ(contentOf(other / "fresh"), content);
@@ -154,7 +154,7 @@ TEST_P(UnnamedFileTest, IsNamedWithoutACopy) {
     }
 }
 
-TEST_P(UnnamedFileTest, IsNoLongerClaimedAfterItIsPublished) {
+TEST_P(UnnamedFileTest, IsNoLongerLockedAfterItIsPublished) {
     UnnamedFile file = unnamed("new");
     EXPECT_TRUE(file.publish(target).ok());
     EXPECT_TRUE(claim(FileDescriptor(::open(target.c_str(), O_RDWR | O_CLOEXEC))));
@@ -295,7 +295,7 @@ TEST_P(UnnamedFileTest, RefusesAnEmptyName) {
 }
 
 TEST_P(UnnamedFileTest, IsNotPublishedWhereNoUserMayWrite) {
-    // No user can create files in /proc, whatever their permissions.
+    // No user, not even root, can create files in /proc.
     EXPECT_FALSE(unnamed("new").publish("/proc/target.wav").ok());
     EXPECT_FALSE(create("/proc").ok());
 }

@@ -4,8 +4,8 @@
 
 namespace sonarith {
 
-/// Called in advance, so that the first capture does not wait for the loading, and so that a
-/// missing library is detected before data can be lost.
+/// Called as soon as the main window is shown, so that the first capture does not wait for the
+/// loading, and so that a missing library is detected before data can be lost.
 void loadDeviceLibraries();
 
 } // namespace sonarith

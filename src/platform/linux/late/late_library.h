@@ -68,7 +68,7 @@ class LateVariable {
 } // namespace sonarith
 
 /// Declares a function of a library. The library's header must be included. A macro is needed,
-/// because `name` is used as an identifier, to determine the type and as a string.
+/// because `name` serves as an identifier, as the operand of decltype and as a string.
 #define SONARITH_LATE_FUNCTION(library, name)                                                      \
     inline constinit const LateFunction<decltype(::name)> name {                                   \
         library, #name                                                                             \

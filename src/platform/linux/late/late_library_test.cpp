@@ -26,8 +26,8 @@ bool isLoaded(const char* name) {
     return handle != nullptr;
 }
 
-/// Ends the child process of a test. Tests that load a library use a child process, because the
-/// library stays loaded.
+/// Ends the child process of a test. Tests that check whether a library is loaded use a child
+/// process, because a library stays loaded until its process ends.
 void endWith(bool good) {
     std::_Exit(good ? 0 : 1);
 }
@@ -69,13 +69,13 @@ TEST(LateLibrary, FindsAFunctionEvenIfTwoThreadsCallItAtOnce) {
     EXPECT_EQ(words[1], words[0]);
 }
 
-TEST(LateLibrary, EndsTheProgramLikeTheLinkerIfItIsMissing) {
+TEST(LateLibrary, EndsTheProgramLikeTheDynamicLinkerIfItIsMissing) {
     static constexpr LateLibrary missing("libno-such-thing.so.7");
     EXPECT_EXIT(missing.load(), ExitedWithCode(127),
                 "sonarith: libno-such-thing.so.7: cannot open");
 }
 
-TEST(LateLibrary, EndsTheProgramLikeTheLinkerIfAFunctionIsMissing) {
+TEST(LateLibrary, EndsTheProgramLikeTheDynamicLinkerIfAFunctionIsMissing) {
     static const LateFunction<int(int)> missing(speexdspLibrary, "speex_no_such_function");
     EXPECT_EXIT(static_cast<void>(missing(1)), ExitedWithCode(127), "speex_no_such_function");
 }

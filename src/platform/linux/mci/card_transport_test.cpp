@@ -29,9 +29,9 @@ class RecordedSound : public sound::RecordingSink {
 /// A card, and a clock that only the test advances.
 class Bench {
   public:
-    /// Advances the time until the transport has reached `frame`. The time is advanced in steps,
-    /// because the player reads the disc on a separate thread, and the card waits while no sound is
-    /// ready.
+    /// Advances the time until the transport has reached `frame` or no longer plays. The time is
+    /// advanced in steps, because the player reads the disc on a separate thread, and the card
+    /// waits while no sound is ready.
     void playUntil(CardTransport& transport, std::int64_t frame) {
         while (transport.positionInFrames() < frame && transport.mode() == PlayerMode::playing) {
             time_ += 1ms;
@@ -112,7 +112,8 @@ TEST(APausedTransport, LosesNoSampleAndRepeatsNone) {
     bench.card.stopRecording(bench.now());
     EXPECT_GE(recorded->sound.size(), static_cast<std::size_t>(place) + 5000);
     for (std::size_t i = 0; i < recorded->sound.size(); ++i) {
-        ASSERT_EQ(recorded->sound[i], FakeDisc::frameAt(static_cast<std::int64_t>(i))) << i;
+        ASSERT_EQ(recorded->sound[i], FakeDisc::frameAt(static_cast<std::int64_t>(i)))
+            << "frame " << i;
     }
 }
 

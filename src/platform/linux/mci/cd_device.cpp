@@ -159,8 +159,8 @@ Reply CdDevice::trackStatus(std::string_view item, const std::string& number) {
         const auto index = static_cast<std::size_t>(track.value - 1);
         return std::string(table.tracks[index].kind == disc::TrackKind::audio ? "audio" : "other");
     }
-    // The track's own number is used, since a track without sectors starts at the same sector as
-    // the next one.
+    // The position is made from the track's number and not from its first sector: a track without
+    // sectors has the same first sector as the next track.
     if (format_ == TimeFormat::tmsf) {
         return (track.value < 10 ? "0" : "") + std::to_string(track.value) + ":00:00:00";
     }

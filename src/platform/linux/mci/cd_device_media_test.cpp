@@ -204,12 +204,13 @@ TEST(APlayingDiscThatDoesNotRespond, IsReportedToTheUserOnce) {
     session.machine.transport->reading = CdMedium::longestRead;
     session.send("status cd position");
     session.send("status cd mode");
-    EXPECT_THAT(session.machine.notices.texts(),
-                ElementsAre("Playing is interrupted: the drive fake has not responded for 15 s."));
+    EXPECT_THAT(
+        session.machine.notices.texts(),
+        ElementsAre("Playing is interrupted: the drive /dev/fake has not responded for 15 s."));
     session.machine.transport->reading = {};
     session.send("status cd position");
     EXPECT_EQ(session.machine.notices.texts().back(),
-              "settled the drive fake: Responding again: the drive fake.");
+              "settled [the drive /dev/fake]: Responding again: the drive /dev/fake.");
 }
 
 TEST(APlayingDiscThatDoesNotRespond, IsNoLongerReportedAfterStopOrClose) {
@@ -222,9 +223,10 @@ TEST(APlayingDiscThatDoesNotRespond, IsNoLongerReportedAfterStopOrClose) {
     session.send("play cd");
     session.send("status cd position");
     session.send("close cd");
-    EXPECT_THAT(session.machine.notices.texts(),
-                ElementsAre("Playing is interrupted: the drive fake has not responded for 15 s.",
-                            "settled the drive fake"));
+    EXPECT_THAT(
+        session.machine.notices.texts(),
+        ElementsAre("Playing is interrupted: the drive /dev/fake has not responded for 15 s.",
+                    "settled [the drive /dev/fake]"));
 }
 
 TEST(AnImageThatVanishes, IsReportedToTheUserOnce) {
@@ -238,10 +240,10 @@ TEST(AnImageThatVanishes, IsReportedToTheUserOnce) {
     session.send("status cd media present");
     session.send("status cd media present");
     EXPECT_THAT(session.machine.notices.texts(),
-                ElementsAre("Playing has ended: the drive fake was removed or has changed."));
+                ElementsAre("Playing has ended: the drive /dev/fake was removed or has changed."));
 }
 
-TEST(AnImageThatVanishes, IsReportedBeforeAReadFails) {
+TEST(AnImageThatVanishes, IsReportedByTheMediumQueryEvenIfNoReadHasFailed) {
     CdSession session(threeTracks());
     session.machine.drive->driveKind = disc::DriveKind::image;
     session.send("play cd");

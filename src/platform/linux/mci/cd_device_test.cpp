@@ -48,7 +48,7 @@ TEST(TheIdentity, IsAnIntegerThatIsEqualOnlyForEqualDiscs) {
     EXPECT_TRUE(parseInteger(identity).ok());
 }
 
-TEST(ThePlayersQueries, ReturnTimesInTheSetFormat) {
+TEST(ThePlayersQueries, ReturnTimesInTheFormatThatACommandHasSet) {
     MciSession session(threeTracks());
     EXPECT_EQ(session.send("open cdaudio alias cd wait shareable"), fine());
     EXPECT_EQ(session.send("set cd time format tmsf wait"), fine());

@@ -10,9 +10,9 @@ namespace {
 
 using disc::PlayerMode;
 
-/// How often the load of an unreadable disc is tried; after that the drive counts as empty until
-/// the disc is removed. A drive may need a second try while it spins up. The number is limited,
-/// because each try takes as long as the drive needs, and the player queries once a second.
+/// The number of tries to load an unreadable disc; after them the drive counts as empty until the
+/// disc is removed. A drive may need a second try while it spins up. The number is limited, because
+/// each try takes as long as the drive needs, and the CD player queries the drive once a second.
 constexpr int maxLoadTries = 3;
 
 } // namespace
@@ -189,7 +189,8 @@ void CdMedium::watch() {
     }
 }
 
-/// Does not report a disc that was removed from an optical drive: the user has removed it.
+/// Reports a vanished disc only if it is a disc image. A disc that is no longer in an optical drive
+/// is not reported, because the user has removed it and knows that.
 void CdMedium::reportVanished() {
     if (drive_->kind() == disc::DriveKind::image && !std::exchange(vanishedReported_, true)) {
         notices_.report(discHasVanished(drive_->name()));

@@ -51,7 +51,7 @@ class CdMedium {
     /// The mode and position of the disc; stopped at sector 0 before the first play() or seek().
     [[nodiscard]] disc::PlayerMode mode() const;
     [[nodiscard]] std::int64_t positionInFrames() const;
-    /// The end sector of the most recent play command; 0 if there was none.
+    /// The end sector of the most recent successful play() of the loaded disc; 0 if there was none.
     [[nodiscard]] std::int64_t playEnd() const { return playEnd_; }
 
     // Precondition of play() and seek(): a disc is loaded.
@@ -80,7 +80,7 @@ class CdMedium {
     const std::function<std::shared_ptr<disc::Drive>()> chosenDrive_;
     const std::function<std::unique_ptr<Transport>(std::shared_ptr<disc::Disc>)> makeTransport_;
     Notices& notices_;
-    std::shared_ptr<disc::Drive> drive_; ///< empty: the machine has no drive any more
+    std::shared_ptr<disc::Drive> drive_; ///< null if the machine has no drive any more
     std::shared_ptr<disc::Disc> disc_;
     std::unique_ptr<Transport> transport_;
     std::int64_t playedFrom_ = 0; ///< the first sector whose losses were not yet taken

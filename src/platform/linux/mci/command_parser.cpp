@@ -140,7 +140,8 @@ Outcome<Command> parseCommand(std::string_view text) {
     }
     Command command{*verb, asciiLowerCase(device.value.text), {}, {}};
     skipBlanks(text);
-    // The rest of the text is the path: it may contain blanks, and callers usually do not quote it.
+    // In a save command, the rest of the text is the path: it may contain blanks, and callers
+    // usually do not quote it.
     if (command.verb == Verb::save) {
         command.path = withoutQuotes(text);
         return command;

@@ -11,7 +11,8 @@
 
 namespace sonarith::mci {
 
-/// Parses the words of a command that has no keywords of its own. Errors: those of parseArguments.
+/// Parses the words of a command that has no keywords except those that every command accepts
+/// ("wait", "notify"). Errors: those of parseArguments.
 [[nodiscard]] MciError parseNothing(std::span<const Word> words);
 
 /// Parses the words of a command that needs a keyword ("set", "info"). Errors: those of
@@ -21,7 +22,7 @@ namespace sonarith::mci {
 
 /// The item that a "status" command queries.
 struct Question {
-    std::string_view item; ///< one of the keywords
+    std::string_view item; ///< one of the keywords passed to parseQuestion
     Arguments arguments;   ///< the item and its qualifiers ("track 2")
 };
 /// Parses the words of a "status" command. Errors: those of parseArguments and of onlyItem.

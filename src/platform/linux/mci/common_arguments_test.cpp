@@ -18,7 +18,7 @@ TEST(CommonArguments, OfACommandWithoutKeywordsMayIncludeWaitButNoOtherWord) {
     EXPECT_EQ(parseNothing(wordsOf("now")), MciError::unrecognizedKeyword);
 }
 
-TEST(CommonArguments, ContainTheKeywordOfACommandThatNeedsOne) {
+TEST(CommonArguments, MustIncludeAValidKeywordIfTheCommandNeedsAKeyword) {
     const auto some = parseSome(wordsOf("track 2 wait"), lengthKeywords);
     ASSERT_TRUE(some.ok());
     EXPECT_EQ(*some.value.value("track"), "2");

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The device behind an alias: it carries out every command except "open" and "close".
+// The interface of an open device: it carries out every command except "open" and "close", which
+// interpreter.h handles.
 #pragma once
 
 #include "platform/linux/mci/command_parser.h"

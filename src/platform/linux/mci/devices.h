@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Declares what the command devices need from the machine: a drive, a player of discs, a recorder,
-// and the translation of paths. The implementations for a real machine are in machine_devices.h;
-// tests and the fuzzer have their own.
+// Declares what the two devices of the command interpreter (CD audio and wave recorder) need from
+// the machine: a drive, a player of discs, a recorder, and the translation of paths. The
+// implementations for a real machine are in machine_devices.h; tests and the fuzzer have their own.
 #pragma once
 
 #include <chrono>
@@ -51,8 +51,8 @@ class Recorder {
     virtual Status start(int channels) = 0;
     virtual void stop() = 0;
     [[nodiscard]] virtual bool recording() const = 0;
-    /// The bytes of samples recorded up to the present moment; after a disk failure, only the bytes
-    /// that are kept.
+    /// The number of bytes of samples recorded up to the present moment; after a disk failure, only
+    /// of those that are kept.
     [[nodiscard]] virtual std::int64_t bytes() = 0;
     /// Saves a stopped recording as the WAV file `path`; after a disk failure, the part that is
     /// kept. If the disk does not respond in time, returns an error, and the save continues in the

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Creates messages for the user about a disc that plays or was recorded. The devices decide when
+// Creates messages for the user about a disc that plays or was recorded. The callers decide when
 // these messages are shown.
 #pragma once
 

@@ -8,7 +8,7 @@
 namespace sonarith::mci {
 namespace {
 
-TEST(TheNoticeAboutLostSound, NamesTracksTimesAndFile) {
+TEST(TheNoticeAboutLostSound, NamesTheTracksTheAffectedSecondsAndTheFile) {
     const struct {
         std::vector<TrackLoss> losses;
         const char* path;

@@ -67,7 +67,8 @@ class ADestinationThatHangs : public testing::TestWithParam<std::uint32_t> {
     /// Runs `body` while the disk hangs.
     static void hang(const std::function<void(CallJudge&)>& body) {
         if (!CallJudge::run({GetParam()}, verdict, body)) {
-            GTEST_SKIP() << "this kernel cannot intercept system calls for another thread";
+            GTEST_SKIP()
+                << "this kernel cannot let a thread decide on the system calls of another thread";
         }
     }
 };
@@ -140,7 +141,7 @@ TEST(ADestinationThatIsFull, KeepsTheBeginningOfTheTrackWithoutGapsAndNotifiesTh
             return test::mayNotMount;
         }
         session.begin();
-        session.tickUntil(9000); // the disk is full after six seconds
+        session.tickUntil(9000); // the disk is full after 5.9 seconds
         const bool hasEnded = eventually([&] { return !session.notices.texts().empty(); });
         const std::int64_t count = session.length();
         session.time += std::chrono::seconds(5);

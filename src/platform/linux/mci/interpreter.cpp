@@ -62,9 +62,10 @@ void Interpreter::reportLosses(const std::string& path) {
 Reply Interpreter::open(const Command& command) {
     static constexpr Keyword keywords[] = {
         {"alias", Takes::value}, {"type", Takes::value}, {"shareable"}};
-    // The device is "cdaudio", or a type and the file to open ("avivideo!c:\a.avi"). "avivideo" is
-    // refused before the words are parsed: the rest of a path with blanks is among the words, and
-    // would be an unrecognized keyword.
+    // The device is a type ("cdaudio"), or a type and the file to open ("avivideo!c:\a.avi"), or,
+    // if the keyword "type" gives the type, "new" or the file. "avivideo" is refused before the
+    // words are parsed: the part of a path after its first blank is among the words, and would be
+    // reported as an unrecognized keyword.
     const std::size_t mark = command.device.find('!');
     std::string type = command.device.substr(0, mark);
     std::string element = mark == std::string::npos ? "" : command.device.substr(mark + 1);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Interprets media control strings: opens devices of the available types and passes each command to
-// the open device that its alias names. The devices carry out the commands.
+// Interprets media control strings: opens devices of the available types and passes each other
+// command to the open device that the command names by its alias. The devices carry out the
+// commands.
 #pragma once
 
 #include <map>

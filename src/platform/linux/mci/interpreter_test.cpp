@@ -50,7 +50,7 @@ TEST(Opening, FailsWithoutADrive) {
     EXPECT_EQ(session.send("open new type waveaudio alias capture"), fine());
 }
 
-TEST(Opening, RefusesOtherDeviceTypesAndExistingFilesAndDriveLetters) {
+TEST(Opening, RefusesUnknownDeviceTypesFileNamesAndDriveLetters) {
     MciSession session(audioTable({750}));
     EXPECT_EQ(session.send("open sequencer alias x"), refused(MciError::invalidDeviceName));
     EXPECT_EQ(session.send("open new type sequencer alias x"),
@@ -65,7 +65,7 @@ TEST(Opening, RefusesOtherDeviceTypesAndExistingFilesAndDriveLetters) {
     EXPECT_EQ(session.send("close x"), refused(MciError::invalidDeviceName));
 }
 
-TEST(Opening, ReturnsTheErrorOfAWrongCommand) {
+TEST(Opening, ReturnsTheMatchingErrorForAnInvalidCommand) {
     MciSession session(audioTable({750}));
     EXPECT_EQ(session.send("open new alias x"), refused(MciError::deviceTypeRequired));
     EXPECT_EQ(session.send("open new type waveaudio"), refused(MciError::newRequiresAlias));
@@ -80,8 +80,8 @@ TEST(Opening, ReturnsTheErrorOfAWrongCommand) {
     EXPECT_EQ(session.send("open !"), refused(MciError::invalidDeviceName));
 }
 
-// The activity clip is the video that the logic tries to play on the tool bar
-// (app/activity_clip.cpp).
+// The activity clip is a video for the tool bar. The test sends the commands by which
+// app/activity_clip.cpp would play the clip.
 TEST(TheActivityClip, CannotBeOpenedBecauseItsDeviceIsNotInstalled) {
     MciSession session(audioTable({750}));
     EXPECT_EQ(session.send("stop movie"), refused(MciError::invalidDeviceName));
@@ -177,7 +177,7 @@ TEST(AReply, IsTruncatedToTheBufferAndEmptyAfterAnError) {
     EXPECT_EQ(session.interpreter.sendString("status cd length", &nothing), mciSuccess);
 }
 
-TEST(ErrorTexts, AreDefinedForTheNumbersThatCommandsReturn) {
+TEST(ErrorTexts, ExistForErrorNumbersButNotForOtherNumbers) {
     MciSession session;
     const int status = session.interpreter.sendString("stop voice1");
     EXPECT_EQ(status, 263);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Creates the devices of a real machine for the interpreter: discs are played through the software
-// sound card, and the card's sound is recorded. The caller chooses the drive and the folders.
+// Creates the devices of a real machine for the command interpreter: discs are played through the
+// software sound card, and the card's sound is recorded. The caller chooses the drive and the
+// folders of the recordings.
 #pragma once
 
 #include <filesystem>
@@ -23,7 +24,7 @@ struct Machine {
     RecordingFolders recordingFolders;
     std::function<std::filesystem::path(const std::string&)> path; ///< as Devices::path
     Notices& notices; ///< about discs and recordings; must outlive the interpreter
-    /// Counts the recordings that are still being written; may be a null pointer.
+    /// Counts the recordings whose requested save is not complete; may be a null pointer.
     std::shared_ptr<sound::PendingSaves> saves = {};
     sound::RecordingTiming recordingTiming = {};
 };

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Tests the commands of a capture (a recording of a played track), from the disc's samples to the
-// saved file, with the real player, sound card and recording. The drive, the clock and the notices
-// are fakes.
+// saved file. The classes that play the disc, mix the sound and store the recording are those of
+// the program; the drive, the clock and the notices are fakes.
 #include "platform/linux/mci/machine_devices.h"
 
 #include <gmock/gmock.h>

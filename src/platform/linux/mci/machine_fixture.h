@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Provides a command interpreter that uses the real player, sound card and recording, and functions
-// that send the commands of a capture (a recording of a track that is played). The test supplies
-// the drive; the clock and the notices are fakes. For tests only.
+// that send the commands of a capture (playing a track and recording it). The test supplies the
+// drive; the clock and the notices are fakes. For tests only.
 #pragma once
 
 #include <chrono>
@@ -38,8 +38,8 @@ class MachineSession {
     /// Advances the time in steps like the ticks of CaptureMonitor (100 ms, each 3 ms late), until
     /// the disc has reached `milliseconds`.
     void tickUntil(int milliseconds) {
-        // Between two steps the reader's thread may deliver sound; without sound the card stops, so
-        // the position advances only as far as there is sound.
+        // The position advances only as far as the disc's reader thread has delivered sound. So
+        // this loop gives that thread time between the steps.
         EXPECT_TRUE(fakes::eventually([&] {
             if (std::stoi(send("status cd position").reply) >= milliseconds) {
                 return true;
@@ -49,7 +49,8 @@ class MachineSession {
         }));
     }
 
-    /// Sends the commands of one whole capture in the order in which the logic sends them.
+    /// Sends the commands of one whole capture in the order in which the logic sends them. `from`
+    /// is the rest of the play command: " from 2000" (milliseconds), or empty for the disc's start.
     void capture(const std::string& from, int endMilliseconds, const std::string& path) {
         EXPECT_EQ(send("open new type waveaudio alias capture"), fakes::fine());
         EXPECT_EQ(send(stereo), fakes::fine());

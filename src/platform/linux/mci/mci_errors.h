@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Defines the error numbers of the media control strings, their texts, and the result types with
-// which the interpreter returns them internally. This header depends on no command and no device.
+// Defines the error numbers that media control strings (commands) return, a text for each number,
+// and the result types that functions inside the interpreter return. This header depends on no
+// command and no device.
 #pragma once
 
 #include <string>
@@ -51,7 +52,7 @@ enum class MciError : int {
 /// The text for a number; empty for 0 and for numbers outside MciError.
 [[nodiscard]] std::string_view errorText(int status);
 
-/// A value, or the error number.
+/// A value, or the error number if there is no value.
 template <typename T>
 struct Outcome {
     MciError error = MciError::none;

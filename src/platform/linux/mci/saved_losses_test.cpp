@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests the notice that is reported when a recording is saved: it tells the user which parts of the
-// disc could not be read.
+// Tests the notice that is reported when a recording is saved although parts of the played disc
+// could not be read: it states the lost time of each track.
 #include <gmock/gmock.h>
 
 #include "support/cd_session.h"
@@ -17,9 +17,9 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 /// Records a disc whose tracks begin at the sectors 0, 13875 and 18385.
-class SavedLosses : public testing::Test {
+class LossNotice : public testing::Test {
   protected:
-    SavedLosses() {
+    LossNotice() {
         session.machine.drive->disc = disc;
         EXPECT_EQ(session.send("close cd"), fine());
         EXPECT_EQ(session.send("open cdaudio alias cd"), fine());
@@ -39,7 +39,7 @@ class SavedLosses : public testing::Test {
     std::shared_ptr<fakes::FakeDisc> disc = std::make_shared<fakes::FakeDisc>(threeTracks());
 };
 
-TEST_F(SavedLosses, ContainOnlyLossesOfThePlayedRange) {
+TEST_F(LossNotice, ContainsOnlyLossesOfThePlayedRange) {
     disc->silentSectors = {13874, 13875, 13876, 13975};
     disc->guessedSectors = {13900};
     play("2", 100);
@@ -49,7 +49,7 @@ TEST_F(SavedLosses, ContainOnlyLossesOfThePlayedRange) {
                                        "guess in 1234-2.wav."));
 }
 
-TEST_F(SavedLosses, IncludeAPartlyPlayedSector) {
+TEST_F(LossNotice, IncludesAPartlyPlayedSector) {
     disc->silentSectors = {13875};
     EXPECT_EQ(session.send("record capture"), fine());
     EXPECT_EQ(session.send("play cd from 2"), fine());
@@ -58,7 +58,7 @@ TEST_F(SavedLosses, IncludeAPartlyPlayedSector) {
     EXPECT_EQ(notices().size(), 1u);
 }
 
-TEST_F(SavedLosses, NameEachPlayedTrackWithALoss) {
+TEST_F(LossNotice, NamesEachPlayedTrackWithALoss) {
     disc->silentSectors = {13874, 13875};
     play("1:03:04:74", 3);
     EXPECT_EQ(session.send("save capture c:\\a.wav"), fine());
@@ -67,14 +67,14 @@ TEST_F(SavedLosses, NameEachPlayedTrackWithALoss) {
                             "s could not be read and are silent in a.wav."));
 }
 
-TEST_F(SavedLosses, AreEmptyForATrackWithoutALoss) {
+TEST_F(LossNotice, IsNotReportedForATrackWithoutALoss) {
     disc->silentSectors = {13000};
     play("2", 4510);
     EXPECT_EQ(session.send("save capture c:\\a.wav"), fine());
     EXPECT_THAT(notices(), IsEmpty());
 }
 
-TEST_F(SavedLosses, AreReportedOnceAndOnlyAfterASuccessfulSave) {
+TEST_F(LossNotice, IsReportedOnceAndOnlyAfterASuccessfulSave) {
     disc->silentSectors = {13880};
     play("2", 100);
     session.machine.recorder.unwritable = true;
@@ -86,7 +86,7 @@ TEST_F(SavedLosses, AreReportedOnceAndOnlyAfterASuccessfulSave) {
     EXPECT_EQ(notices().size(), 1u);
 }
 
-TEST_F(SavedLosses, AreNotReportedAfterTheDiscIsRemovedOrItsDeviceIsClosed) {
+TEST_F(LossNotice, IsNotReportedAfterTheDiscIsRemovedNorAfterTheDeviceIsThenClosed) {
     disc->silentSectors = {13880};
     play("2", 100);
     session.machine.drive->disc = nullptr;
@@ -97,7 +97,7 @@ TEST_F(SavedLosses, AreNotReportedAfterTheDiscIsRemovedOrItsDeviceIsClosed) {
     EXPECT_THAT(notices(), IsEmpty());
 }
 
-TEST_F(SavedLosses, DoNotIncludeSectorsThatASeekSkipped) {
+TEST_F(LossNotice, DoesNotIncludeSectorsThatASeekSkipped) {
     disc->silentSectors = {14000};
     EXPECT_EQ(session.send("seek cd to 2"), fine());
     EXPECT_EQ(session.send("seek cd to 3"), fine());

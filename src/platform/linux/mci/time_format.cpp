@@ -39,7 +39,8 @@ std::string msfText(std::int64_t sectors) {
     return joined({sectors / perMinute, sectors / perSecond % 60, sectors % perSecond});
 }
 
-/// Parses at most `count` numbers separated by colons; missing numbers are 0.
+/// Parses up to `count` numbers separated by colons; missing numbers are 0. Fails if there are
+/// more.
 Outcome<Fields> split(std::string_view text, std::size_t count) {
     Fields fields{};
     for (std::size_t i = 0; i < count; ++i) {

@@ -40,7 +40,7 @@ enum class TimeFormat {
 
 /// The sector that a text names. Fields missing at the end are 0, so in tmsf "3" is the start of
 /// track 3. Errors: badInteger (not a number, or too many fields), outOfRange (61 seconds, a track
-/// that does not exist, a position beyond the end of its track in tmsf or of the time line).
+/// that does not exist, a position beyond the end of the time line or, in tmsf, of its track).
 [[nodiscard]] Outcome<std::int64_t> parsePosition(const disc::Table& table, std::string_view text,
                                                   TimeFormat format);
 

@@ -30,7 +30,7 @@ TEST(TimeFormats, AreFoundByTheirNames) {
 TEST(Milliseconds, OfASectorsStartAreRoundedToTheNearestInteger) {
     for (std::int64_t sector = 0; sector < 75 * 60 * 100; ++sector) {
         const std::int64_t expected = std::llround(static_cast<double>(sector) * 1000 / 75);
-        ASSERT_EQ(millisecondsOfSector(sector), expected) << sector;
+        ASSERT_EQ(millisecondsOfSector(sector), expected) << "sector " << sector;
         ASSERT_EQ(sectorOfMilliseconds(expected), sector);
     }
 }
@@ -103,8 +103,8 @@ TEST(Positions, MayOmitTheirLastFields) {
     EXPECT_EQ(parsePosition(table, "0:00:09", hms).value, 75 * 9);
 }
 
-TEST(Positions, OutsideTheDiscAreOutOfRange) {
-    const disc::Table table = audioTable({150, 150}); // 2 s each
+TEST(Positions, BeyondTheirTrackOrTheDiscOrWithTooLargeAFieldAreOutOfRange) {
+    const disc::Table table = audioTable({150, 150}); // two tracks of 2 s
     EXPECT_EQ(parsePosition(table, "4000", ms).value, 300);
     for (const std::string_view text : {"4007", "2147483647"}) {
         EXPECT_EQ(parsePosition(table, text, ms).error, MciError::outOfRange) << text;
@@ -123,7 +123,7 @@ TEST(Positions, OutsideTheDiscAreOutOfRange) {
     }
 }
 
-TEST(Positions, WithInvalidNumbersAreBadIntegers) {
+TEST(Positions, WithInvalidNumbersOrTooManyFieldsFailWithBadInteger) {
     const disc::Table table = audioTable({150});
     for (const TimeFormat format : {ms, hms, msf, tmsf}) {
         for (const std::string_view text :

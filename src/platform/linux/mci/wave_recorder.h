@@ -15,7 +15,7 @@ namespace sonarith::mci {
 /// format); record (overwrite, insert); stop; save; status (length, position, mode, ready, media
 /// present, time format, and the five values of the format that "set" also accepts).
 ///
-/// A new device has no sound, the format 44100 Hz, 16 bit, stereo, and the time format
+/// A new device contains no sound. Its format is 44100 Hz, 16 bit, stereo; its time format is
 /// milliseconds. Its position is always the end of the recorded sound, so overwriting and inserting
 /// both continue there.
 class WaveRecorder : public Device {

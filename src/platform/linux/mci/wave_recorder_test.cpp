@@ -42,7 +42,7 @@ TEST(CapturingATrack, SucceedsWithTheCommandsThatTheLogicSends) {
     EXPECT_EQ(session.recorder().living, 0);
 }
 
-TEST(TheFormat, MayBeMono) {
+TEST(TheRecordersFormat, MayBeMono) {
     Opened session;
     EXPECT_EQ(session.send("set capture samplespersec 44100 channels 1 bitspersample 16 "
                            "alignment 2 bytespersec 88200"),
@@ -56,7 +56,7 @@ TEST(TheFormat, MayBeMono) {
     EXPECT_EQ(session.recorder().channels, 1);
 }
 
-TEST(TheFormat, IsUnchangedByACommandWithAnUnsupportedFormat) {
+TEST(TheRecordersFormat, IsUnchangedByACommandWithAnUnsupportedFormat) {
     Opened session;
     for (const char* format :
          {"samplespersec 0 channels 0 bitspersample 0 alignment 0 bytespersec 0",
@@ -78,7 +78,7 @@ TEST(TheFormat, IsUnchangedByACommandWithAnUnsupportedFormat) {
     EXPECT_EQ(session.send("status capture channels"), said("2"));
 }
 
-TEST(TheFormat, CannotChangeDuringARecording) {
+TEST(TheRecordersFormat, CannotChangeDuringARecording) {
     Opened session;
     session.send("record capture");
     EXPECT_EQ(session.send("set capture channels 1"), refused(MciError::nonapplicableFunction));
@@ -86,7 +86,7 @@ TEST(TheFormat, CannotChangeDuringARecording) {
     EXPECT_EQ(session.send("status capture channels"), said("2"));
 }
 
-TEST(TheFormat, CannotChangeWhileUnsavedSoundExists) {
+TEST(TheRecordersFormat, CannotChangeWhileUnsavedSoundExists) {
     Opened session;
     session.send("record capture");
     session.send("stop capture");
@@ -98,7 +98,7 @@ TEST(TheFormat, CannotChangeWhileUnsavedSoundExists) {
     EXPECT_EQ(session.recorder().channels, 2);
 }
 
-TEST(TheLength, IsCountedInTheChosenUnit) {
+TEST(TheRecordedLength, IsCountedInTheChosenUnit) {
     Opened session;
     EXPECT_EQ(session.send("status capture length"), said("0"));
     session.send("record capture");
@@ -114,7 +114,7 @@ TEST(TheLength, IsCountedInTheChosenUnit) {
     EXPECT_EQ(session.send("status capture length"), said("6000000000"));
 }
 
-TEST(TheLengthsUnit, IsOneOfThreeTimeFormats) {
+TEST(TheUnitOfTheRecordedLength, IsOneOfThreeTimeFormats) {
     Opened session;
     EXPECT_EQ(session.send("status capture time format"), said("milliseconds"));
     for (const char* name : {"bytes", "samples", "milliseconds"}) {
@@ -182,7 +182,7 @@ TEST(Saving, ThatFailsKeepsTheRecording) {
     EXPECT_EQ(session.send("save capture c:\\a.wav"), fine());
 }
 
-TEST(Closing, DropsUnsavedSound) {
+TEST(ClosingARecorder, DropsUnsavedSound) {
     Opened session;
     session.send("record capture");
     EXPECT_EQ(session.send("close capture"), fine());
@@ -192,7 +192,7 @@ TEST(Closing, DropsUnsavedSound) {
     EXPECT_THAT(session.recorder().saved, IsEmpty());
 }
 
-TEST(WrongCommandsToARecorder, ReturnTheErrorOfTheirMistake) {
+TEST(CommandsToARecorder, SucceedOrReturnTheErrorOfTheirMistake) {
     Opened session;
     EXPECT_EQ(session.send("stop capture"), fine()); // already stopped
     EXPECT_EQ(session.send("play capture"), refused(MciError::unsupportedFunction));

@@ -34,7 +34,8 @@ class BitReservoir {
     /// Empties the reservoir. Called when the frames before the next one are missing.
     void clear() { available_ = 0; }
     /// Adds the next frame. If the frame refers to more bytes than are available, returns how many
-    /// are available; otherwise empty. Has no effect for Layers I and II, which have no reservoir.
+    /// are available; otherwise returns nothing. Has no effect for Layers I and II, which have no
+    /// reservoir.
     [[nodiscard]] std::optional<int> admit(const FrameHeader& header, Bytes frame);
 
   private:

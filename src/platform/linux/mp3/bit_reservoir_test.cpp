@@ -58,7 +58,7 @@ TEST(BitReservoirTest, IgnoresOtherLayersAndTruncatedFrames) {
     EXPECT_EQ(reservoir.admit(*parseHeader(frame), Bytes(frame).first(20)), std::nullopt);
 }
 
-TEST(BitReservoirTest, SilenceEmptiesTheSideInformationExceptTheReservoirReference) {
+TEST(BitReservoirTest, SilencingAFrameEmptiesItsSideInformationExceptTheReservoirReference) {
     for (const int begin : {0, 1, 255, 511}) {
         Data frame = frameReaching(400);
         const FrameHeader header = *parseHeader(frame);
@@ -84,7 +84,7 @@ TEST(BitReservoirTest, SideInformationIsEmptyOnlyIfItsDecodingCannotFail) {
         Data frame = frameReaching(0);
         silence(header, frame, 0);
         frame[static_cast<std::size_t>(4 + bit / 8)] |= static_cast<std::uint8_t>(0x80 >> bit % 8);
-        EXPECT_FALSE(isEmptySideInfo(header, frame)) << bit;
+        EXPECT_FALSE(isEmptySideInfo(header, frame)) << "bit " << bit;
     }
     Data frame = frameReaching(0);
     silence(header, frame, 0);

@@ -10,8 +10,9 @@ namespace sonarith::mp3 {
 
 namespace {
 
-/// True for each frame that the library gives up, since the library fills the rest of such a frame
-/// with zeros; also true for a frame whose last granule is silent.
+/// True for each frame that the decoder library gives up (stops decoding half-way), since the
+/// library fills the rest of such a frame with zeros; also true for a frame whose last granule is
+/// silent.
 template <typename Sample>
 bool endsInSilence(const StreamFormat& format, std::span<const Sample> samples) {
     constexpr std::size_t samplesPerGranule = 576;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Distinguishes broken frames, which the decoder library gives up (stops decoding half-way), from
-// silent frames. After a broken frame the library's window state differs for the rest of the
-// stream, so segments decoded separately would differ in the last bit from one pass over the whole
-// stream. This class only checks frames; the caller chooses how to continue.
+// silent frames. A broken frame changes the library's window state for the rest of the stream. So
+// the later segments, if decoded separately, would differ in the last bit from the result of one
+// pass over the whole stream. This class only checks frames; the caller chooses how to continue.
 #pragma once
 
 #include <cstdint>
@@ -15,9 +15,9 @@
 
 namespace sonarith::mp3 {
 
-/// A Layer III frame of the format of `like` with one low tone, which is audible after any
-/// preceding frame. The frame ends with `reservoir`, the data to which the next frame may refer
-/// back.
+/// A Layer III frame of the format of `like` that contains one low tone. The tone is audible
+/// whatever frame was decoded before. The returned frame ends with `reservoir`, the data to which
+/// the next frame may refer back.
 [[nodiscard]] std::vector<std::uint8_t> soundingFrame(Bytes like, Bytes reservoir);
 
 class BrokenFrameCheck {
@@ -26,7 +26,7 @@ class BrokenFrameCheck {
     /// the frame. Precondition: pass() was called for the frames before it.
     [[nodiscard]] bool isBroken(const Frame& frame, Bytes bytes,
                                 std::span<const std::int16_t> samples);
-    /// Must be called for every frame, in order; for a frame that isBroken() checks, after that.
+    /// Must be called for every frame, in order; if isBroken() checks the frame, after isBroken().
     void pass(const Frame& frame, Bytes bytes);
 
   private:

@@ -47,8 +47,8 @@ TEST(BrokenFrameCheckTest, FindsFramesThatTheLibraryCannotDecode) {
             const auto at = static_cast<std::size_t>(frame.offset);
             // Window switching with the normal window type is invalid, so no decoder can decode
             // this frame.
-            const bool first = frame.header.format.version == MpegVersion::mpeg1;
-            const int bit = first ? 20 + 33 : 10 + 38;
+            const bool isMpeg1 = frame.header.format.version == MpegVersion::mpeg1;
+            const int bit = isMpeg1 ? 20 + 33 : 10 + 38;
             const std::size_t byte = at + frame.header.sideInfoOffset();
             for (int i = 0; i < 3; ++i) {
                 auto& target = data[byte + static_cast<std::size_t>((bit + i) / 8)];

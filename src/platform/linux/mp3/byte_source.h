@@ -18,7 +18,7 @@
 
 namespace sonarith::mp3 {
 
-/// The result of a read, and the failure if it was short.
+/// The number of bytes that a read returned, and the failure if the read was short.
 struct Reading {
     std::size_t bytes = 0; ///< valid at the beginning of the buffer: all that was requested, or
                            ///< fewer after a failure
@@ -96,7 +96,7 @@ class SourceWindow {
     /// The bytes from `offset` on: at least `lookAhead` of them, fewer only at the end of the
     /// source and before an offset that cannot be read. Valid until the next call.
     [[nodiscard]] Bytes at(std::int64_t offset);
-    /// The error that ended the window early; empty if the window is full or the source ends.
+    /// The error of the last read of the source if that read was short; otherwise empty.
     [[nodiscard]] const std::optional<Error>& failure() const { return failure_; }
 
     /// Enough for four consecutive frames of any kind.

@@ -37,7 +37,7 @@ TEST_F(FileSourceTest, ReadsAtAnyOffset) {
     EXPECT_EQ(got, fixture::part(data, 4900, 5000));
 }
 
-TEST_F(FileSourceTest, RefusesFoldersPipesAndMissingFiles) {
+TEST_F(FileSourceTest, RefusesFoldersPipesMissingFilesAndNamesWithANullByte) {
     EXPECT_EQ(failureOf(folder.path()), ErrorNumber::pathFileAccess);
     EXPECT_EQ(failureOf(folder / "none"), ErrorNumber::pathNotFound);
     ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);

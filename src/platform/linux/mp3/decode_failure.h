@@ -8,8 +8,8 @@
 namespace sonarith::mp3 {
 
 enum class DecodeStep {
-    opening, ///< opening the source
-    reading, ///< reading the source
+    opening, ///< opening the MP3 file
+    reading, ///< reading the MP3 file
     decoding,
     writing, ///< creating, writing and naming the WAV file
 };

@@ -18,7 +18,8 @@ bool unchanged(const DecodeOrder& order, const CompletedDecoding& former) {
 
 } // namespace
 
-/// Everything that the thread accesses, since the thread may outlive the job.
+/// Everything that the decoding's thread accesses. The thread may outlive the job, so the
+/// thread and the job share this object.
 struct DecodeJob::Run {
     Run(DecodeOrder ordered, Report reports, std::shared_ptr<sound::PendingSaves> pending,
         std::optional<CompletedDecoding> before)
@@ -76,10 +77,12 @@ struct DecodeJob::Run {
     std::atomic<bool> over = false;
     std::mutex mutex; ///< for the threads that wait for `over`
     std::condition_variable changed;
-    // Accessed only by the thread until the job is over, and constant afterwards.
+    // The members below are accessed only by the thread until `over` is true, and constant
+    // afterwards.
     Report report;
     DecodeResult result;
-    std::optional<CompletedDecoding> completed; ///< initially the former decoding
+    std::optional<CompletedDecoding> completed; ///< initially the earlier decoding whose result
+                                                ///< may be reused
 };
 
 DecodeJob::DecodeJob(DecodeOrder order, Report report, std::shared_ptr<sound::PendingSaves> saves,

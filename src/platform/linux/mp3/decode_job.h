@@ -18,7 +18,8 @@
 
 namespace sonarith::mp3 {
 
-/// The files of a completed decoding, with their state at that time.
+/// A completed decoding, with the states of its two files: of the source when it was opened, and of
+/// the target when the WAV was complete.
 struct CompletedDecoding {
     DecodeResult result;
     FileIdentity source;
@@ -43,8 +44,9 @@ struct CompletedDecoding {
 class DecodeJob {
   public:
     /// Called once, just before the decoding is over: on the thread of the decoding, or in the
-    /// constructor if no thread can be started. Not called if the former result is reused. It must
-    /// own everything that it uses, since it may be called after the job is destroyed.
+    /// constructor if no thread can be started. Not called if the result of an earlier
+    /// decoding is reused. The function must own everything that it uses, since it may be called
+    /// after the job is destroyed.
     using Report = std::function<void(const DecodeResult&)>;
 
     /// Starts the decoding. If `former` is a decoding of the same two files and neither file has

@@ -26,7 +26,7 @@ using fixture::readFile;
 using fixture::text;
 using fixture::writeFile;
 
-TEST_F(DecodeJobTest, FailsForSourcesThatCannotBeReadAndLeavesTheOldWav) {
+TEST_F(DecodeJobTest, FailsIfTheSourceCannotBeReadAndKeepsTheOldWav) {
     writeFile(target, text("old"));
     EXPECT_EQ(decodeSource().outcome, DecodeOutcome::failed); // the source does not exist
     fs::create_directory(source);
@@ -63,7 +63,7 @@ TEST_F(DecodeJobTest, FailsForATargetThatIsAFolderAndReportsWhy) {
 }
 
 TEST_F(DecodeJobTest, KeepsThePartBeforeAnUnreadableOffset) {
-    // The file becomes shorter while it is read, as on a failing disk.
+    // The file is shortened while it is read: reads beyond the new end fail, as on a failing disk.
     const Data& data = encoded(44100, 2, "-b 320");
     const fixture::DecodedSound whole = fixture::sequentially(data);
     for (const unsigned threads : {1U, 2U}) {
@@ -129,7 +129,7 @@ TEST_F(DecodeJobTest, KeepsThePartThatFitsOnAFullDisk) {
             GTEST_SKIP() << "this user may not mount a disk; "
                             "KeepsThePartThatTheFileSizeLimitAllows tests the same with a limit";
         }
-        EXPECT_EQ(code, 0) << threads;
+        EXPECT_EQ(code, 0) << threads << " threads";
     }
 }
 
@@ -142,7 +142,7 @@ TEST_F(DecodeJobTest, KeepsThePartThatTheFileSizeLimitAllows) {
             ::setrlimit(RLIMIT_FSIZE, &limit);
             return decodeWithoutRoom(source, target, threads);
         });
-        EXPECT_EQ(code, 0) << threads;
+        EXPECT_EQ(code, 0) << threads << " threads";
     }
 }
 

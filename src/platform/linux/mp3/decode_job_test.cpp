@@ -28,7 +28,7 @@ TEST_F(DecodeJobTest, DecodesTheWholeFileOnOneThreadAndOnSeveral) {
         EXPECT_EQ(result.outcome, DecodeOutcome::completed);
         EXPECT_EQ(result.method,
                   division.threads == 1 ? DecodeMethod::sequential : DecodeMethod::segments)
-            << division.threads;
+            << division.threads << " threads";
         EXPECT_EQ(result.count, whole.count);
         EXPECT_EQ(result.samples, 4 * 44100);
         const fixture::DecodedSound decoded = fixture::readWav(target);

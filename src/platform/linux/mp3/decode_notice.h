@@ -11,7 +11,7 @@
 
 namespace sonarith::mp3 {
 
-/// The names of a decoding's files for the user.
+/// The files of a decoding, as the notice names them.
 struct DecodeNames {
     std::string source;           ///< without its folder
     std::string target;           ///< without its folder

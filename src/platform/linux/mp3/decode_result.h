@@ -15,7 +15,7 @@ enum class DecodeOutcome {
     completed, ///< the WAV is complete
     stopped,   ///< the WAV contains the samples before the stop; without samples, no WAV is saved
     noFrames,  ///< no frame with sound was found, and nothing was written
-    failed,    ///< the WAV contains the samples before the failure; without samples, none is saved
+    failed,    ///< the WAV, if one is saved, contains the samples before the failure
 };
 
 enum class DecodeMethod {

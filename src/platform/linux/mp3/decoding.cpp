@@ -129,7 +129,7 @@ Decoded Decoding::decodeInOnePass(PcmReader& reader, WavTarget& target) const {
 }
 
 /// Gives the WAV its name, also after a failure. Without samples the WAV gets no name, so it is
-/// deleted with `target`.
+/// deleted when `target` is destroyed.
 void Decoding::finish(const Decoded& decoded, WavTarget& target, DecodeResult& result) {
     result.count = decoded.count;
     result.failure = decoded.failure;
@@ -137,8 +137,8 @@ void Decoding::finish(const Decoded& decoded, WavTarget& target, DecodeResult& r
                      : !decoded.complete ? DecodeOutcome::stopped
                                          : DecodeOutcome::completed;
     if (decoded.samples == 0) {
-        // An existing file of that name is kept. A complete decoding has no sample if the stream
-        // consists of an information frame alone.
+        // An existing file at order_.target is kept. A complete decoding has no sample if the
+        // stream consists of an information frame alone.
         if (result.outcome == DecodeOutcome::completed) {
             result.outcome = DecodeOutcome::noFrames;
         }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Decodes one MP3 file to one WAV file, from opening the source to naming the WAV, on the calling
-// thread. Threads and life cycles are elsewhere (decode_job.h).
+// Decodes one MP3 file to one WAV file, from opening the source to naming the WAV. Decoding::run
+// returns only when the decoding has ended; decode_job.h starts the thread that calls it.
 #pragma once
 
 #include <atomic>
@@ -20,8 +20,8 @@ struct DecodeOrder {
     Division division; ///< with one thread, one decoder decodes the whole file
 };
 
-/// One attempt to decode a file. It waits for the disk without a time limit. Only `stop` and
-/// Progress are shared with other threads.
+/// One attempt to decode a file. It waits for the disk without a time limit. During `run`, the rest
+/// of the program may access only `stop` and the Progress.
 class Decoding {
   public:
     /// All arguments must outlive the object. After `stop` becomes true, `run` saves the decoded
@@ -29,7 +29,7 @@ class Decoding {
     Decoding(const DecodeOrder& order, const std::atomic<bool>& stop, Progress& progress)
         : order_(order), stop_(stop), progress_(progress) {}
 
-    /// First waits until an earlier decoding to the same target has named its WAV.
+    /// First waits until an earlier decoding to the same target has ended, or until `stop` is true.
     [[nodiscard]] DecodeResult run();
     /// The state of the source when it was opened; empty if it was not opened.
     [[nodiscard]] const std::optional<FileIdentity>& sourceIdentity() const {

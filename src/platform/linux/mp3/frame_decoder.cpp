@@ -10,7 +10,7 @@ namespace sonarith::mp3 {
 
 namespace {
 
-/// The first decoder in the library's list, which is the fastest on this processor.
+/// The decoder that is the fastest on this processor: the library lists it first.
 const char* decoderName() {
     static const char* const name = [] {
         mpg123_init();

@@ -23,9 +23,9 @@ using DecoderHandle = std::unique_ptr<mpg123_handle, CloseDecoder>;
 
 enum class SampleType { sixteenBit, floatingPoint };
 
-/// Creates a handle that delivers samples of `type` at the stream's own rate and channels. The
-/// library contains several decoders, whose samples differ in the last bit; all handles of the
-/// program use the same decoder.
+/// Creates a handle that delivers samples of `type` at the stream's own rate and number of
+/// channels. The library contains several decoders, whose samples differ in the last bit; all
+/// handles of the program use the same decoder.
 [[nodiscard]] Result<DecoderHandle> makeDecoderHandle(SampleType type, long addedFlags,
                                                       long removedFlags);
 

@@ -43,7 +43,7 @@ TEST(FrameDecoderTest, SilencesFramesThatNeedMissingDataOfEarlierFrames) {
     const Data& stream = fixture::ordinary();
     const auto frames = fixture::framesOf(stream);
     FrameDecoder<std::int16_t> decoder = newDecoder<std::int16_t>();
-    for (std::size_t i = 100; i < 110; ++i) { // in the middle of the noise
+    for (std::size_t i = 100; i < 110; ++i) { // in the silent part of the test sound
         Frame frame = frames[i];
         frame.afterGap = i == 100;
         const Data bytes = bytesOf(stream, frame);

@@ -26,7 +26,8 @@ namespace sonarith::mp3 {
 [[nodiscard]] bool rowEndsAt(Bytes bytes, std::size_t offset);
 
 /// Whether the frame at `offset` of `bytes` is followed by two more of its format, or by fewer and
-/// the end of the row. Needs three whole frames from `offset` on, unless the source ends.
+/// the end of the row. `bytes` must contain three whole frames from `offset` on, unless the source
+/// ends earlier.
 [[nodiscard]] bool beginsRow(const FrameHeader& header, Bytes bytes, std::size_t offset);
 
 /// Remembers where rows of frames begin after a position that only advances. So each offset is

@@ -20,16 +20,17 @@ Data row(int frames) {
     return data;
 }
 
-TEST(FrameRowTest, BeginsWhereTwoMoreFramesOfTheFormatFollow) {
+TEST(FrameRowTest, BeginsAtAFrameIfTwoMoreOfItsFormatFollowOrFewerAndTheEndOfTheRow) {
     const Data other{0xFF, 0xFB, 0x94, 0x64}; // 48000 Hz
     const FrameHeader header = *parseHeader(row(1));
     EXPECT_TRUE(beginsRow(header, row(3), 0));
     EXPECT_TRUE(beginsRow(header, Data(7, 1) + row(3), 7));
     EXPECT_FALSE(beginsRow(header, row(2) + other + Data(500, 0), 0));
     EXPECT_FALSE(beginsRow(header, row(1) + Data(500, 0), 0));
-    EXPECT_TRUE(beginsRow(header, row(1), 0)) << "not found: a row that the end of the source ends";
+    EXPECT_TRUE(beginsRow(header, row(1), 0))
+        << "not found: a row of one frame at the end of the source";
     EXPECT_TRUE(beginsRow(header, row(1) + fixture::text("TAG") + Data(125, 0), 0))
-        << "not found: a row that a tag ends";
+        << "not found: a row of one frame before a tag";
     EXPECT_TRUE(beginsRow(header, fixture::part(row(2), 0, 600), 0))
         << "not found: a row whose last frame is truncated";
     EXPECT_FALSE(beginsRow(header, fixture::part(row(1), 0, 300), 0))

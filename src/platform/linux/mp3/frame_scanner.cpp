@@ -97,8 +97,8 @@ bool FrameScanner::verified(const FrameHeader& header, Bytes bytes, std::size_t 
 }
 
 /// The length of the tag at position_, where `bytes` begin; 0 if there is no tag, or if its length
-/// cannot be trusted. The length is trusted if the source ends, or a header or another tag begins,
-/// where the tag would end.
+/// cannot be trusted. The length is trusted if, at the offset where the tag would end, the
+/// source ends, or a frame header or another tag begins.
 std::int64_t FrameScanner::tagBytes(Bytes bytes) const {
     const std::int64_t claimed = claimedTagBytes(bytes);
     return claimed > 0 && leadsOn(position_ + claimed) ? claimed : 0;
@@ -120,7 +120,8 @@ bool FrameScanner::leadsOn(std::int64_t offset) const {
     return parseHeader(bytes).has_value() || claimedTagBytes(bytes) > 0;
 }
 
-/// Advances to the next offset at which a row of frames begins, or to the end.
+/// Advances to the next offset at which a row of frames or a stream in free format begins, or to
+/// the end of the source.
 void FrameScanner::skipJunk() {
     gap_ = true;
     current_.reset();

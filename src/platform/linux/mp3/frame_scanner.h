@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Finds the frames of an MPEG audio stream among tags, junk and truncated frames, in any data. It
-// decodes nothing, and its memory does not depend on the length of the file.
+// Finds the frames of an MPEG audio stream among tags, junk and truncated frames, whatever the
+// data. It decodes nothing, and its memory does not depend on the length of the file.
 #pragma once
 
 #include <cstdint>
@@ -15,8 +15,8 @@ namespace sonarith::mp3 {
 struct Frame {
     std::int64_t offset = 0; ///< in the source
     FrameHeader header;
-    /// Whether the frame does not directly follow another frame of its format. It then cannot use
-    /// data of earlier frames (bit_reservoir.h).
+    /// False if the frame directly follows another frame of its format. If true, the frame cannot
+    /// use data of earlier frames (bit_reservoir.h).
     bool afterGap = false;
 };
 
@@ -30,10 +30,11 @@ struct ScanLoss {
     friend bool operator==(const ScanLoss&, const ScanLoss&) = default;
 };
 
-/// A frame counts if it directly follows another one, or if two more frames of its format follow it
-/// (fewer only where the file or a tag ends the row). A scan that starts at any of the frames finds
-/// the same following frames as a scan from the beginning. An offset that cannot be read counts as
-/// the end of the source.
+/// Bytes that look like a frame are accepted as a frame if they directly follow an accepted frame
+/// of the same format, or if they begin a row: two more frames of the format follow them, or fewer
+/// and then the end of the file or a tag. A scan that starts at any accepted frame finds the same
+/// following frames as a scan from the beginning. An offset that cannot be read counts as the end
+/// of the source.
 ///
 /// The time of a scan is linear in the number of bytes for any data: each offset is tried a bounded
 /// number of times.
@@ -41,8 +42,8 @@ class FrameScanner {
   public:
     /// Finds frames of every format from the beginning of `source`, which must outlive the scanner.
     explicit FrameScanner(const ByteSource& source);
-    /// Finds the frames of `format` from `offset` on, which must be the beginning of the source or
-    /// of a frame that another scanner found. Does not detect free format.
+    /// Finds the frames of `format` from `offset` on. `offset` must be the beginning of the source
+    /// or of a frame that another scanner found. This scanner does not detect free format.
     FrameScanner(const ByteSource& source, const StreamFormat& format, std::int64_t offset);
 
     /// The next frame; empty at the end, at an offset that cannot be read, or where
@@ -52,7 +53,7 @@ class FrameScanner {
     [[nodiscard]] Bytes bytesOf(const Frame& frame);
 
     /// Set if the stream is in free format (its headers do not contain the frame size): the offset
-    /// at which it begins. The scan ends there.
+    /// at which the stream begins. The scan ends at this offset.
     [[nodiscard]] std::optional<std::int64_t> freeFormatOffset() const { return freeFormat_; }
     [[nodiscard]] const ScanLoss& loss() const { return loss_; }
     [[nodiscard]] const std::optional<Error>& failure() const { return window_.failure(); }

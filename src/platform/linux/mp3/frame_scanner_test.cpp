@@ -22,7 +22,7 @@ struct Scan {
 
     std::int64_t placesTried = 0;
 
-    /// Scans for the format in which the stream is decoded.
+    /// Searches for frames of the format in which the stream is decoded (StreamSurvey).
     explicit Scan(const Data& data) : Scan(data, surveyStream(MemorySource(data)).format) {}
     Scan(const Data& data, const std::optional<StreamFormat>& format) {
         const MemorySource source(data);
@@ -58,7 +58,7 @@ TEST(FrameScannerTest, FindsEveryFrameOfACleanStream) {
         end += frame.header.bytes;
     }
     EXPECT_EQ(end, static_cast<std::int64_t>(ordinary().size()));
-    EXPECT_EQ(scan.gaps(), 1);
+    EXPECT_EQ(scan.gaps(), 1); // before the first frame
     EXPECT_EQ(scan.loss, ScanLoss{});
 }
 
@@ -164,7 +164,7 @@ TEST(FrameScannerTest, DetectsFreeFormatWithAndWithoutInformationFrameAndAfterJu
     EXPECT_FALSE(Scan(ordinary()).freeFormat);
 }
 
-TEST(FrameScannerTest, FindsTheSameFramesFromAnyFrameAsFromTheBeginning) {
+TEST(FrameScannerTest, AScanFromAnyFrameFindsTheRemainingFramesOfAScanFromTheBeginning) {
     const std::size_t place = middle();
     const Data data = junk(700) + part(ordinary(), 0, place + 200) + junk(3000, 2) +
                       part(ordinary(), place + 300, SIZE_MAX) +
@@ -210,7 +210,7 @@ TEST(FrameScannerTest, CountsTheDamagedPlacesBetweenFrames) {
     EXPECT_EQ(Scan(head + junk(700) + tail).loss.damagedPlaces, 1);
     EXPECT_EQ(Scan(head + junk(700) + tail + junk(9) + tail).loss.damagedPlaces, 2);
     EXPECT_EQ(Scan(part(head, 0, place - 50) + tail).loss.damagedPlaces, 1)
-        << "a truncated frame was not counted";
+        << "a truncated frame must count as one damaged place";
 }
 
 TEST(FrameScannerTest, ReturnsAllFramesBeforeAnUnreadableOffset) {

@@ -30,7 +30,7 @@ TEST(FrameSequenceTest, KeepsLaterInformationFramesSinceDecodersTreatThemAsSound
     EXPECT_EQ(fixture::framesOf(fixture::ordinary() + fixture::ordinary()).size(), 311U);
 }
 
-TEST(FrameSequenceTest, OmitsAnInformationFrameThatFollowsAnotherFormat) {
+TEST(FrameSequenceTest, OmitsAnInformationFrameAfterFramesOfAnotherFormat) {
     const Data& other = fixture::encoded(48000, 2, "-b 128");
     const Data data = fixture::part(other, 0, 4 * 384) + fixture::ordinary();
     const MemorySource source(data);
@@ -43,14 +43,14 @@ TEST(FrameSequenceTest, OmitsAnInformationFrameThatFollowsAnotherFormat) {
     EXPECT_EQ(frames.scanner().loss().framesDropped, 4);
 }
 
-TEST(FrameSequenceTest, IsEmptyWithoutAFrameOfTheFormat) {
+TEST(FrameSequenceTest, IsEmptyWithoutAFrameOfTheRequestedFormat) {
     const MemorySource source(fixture::ordinary());
     StreamFormat mono;
     mono.channels = 1;
     EXPECT_FALSE(FrameSequence(source, mono).next());
 }
 
-TEST(FrameSequenceTest, ContinuesWithTheGivenNumber) {
+TEST(FrameSequenceTest, NumbersFramesFromTheGivenNumberIfItStartsAtALaterFrame) {
     const auto frames = fixture::framesOf(fixture::ordinary());
     const MemorySource source(fixture::ordinary());
     FrameSequence rest(source, frames[40].header.format, 40, frames[40].offset);

@@ -11,8 +11,8 @@ bool isFreeHeader(const std::optional<FrameHeader>& header, const StreamFormat& 
     return header && header->bytes == 0 && header->format == format;
 }
 
-/// The minimum size of a frame with sound. In Layer III: its header and side information; in the
-/// other layers: the size at 8 kbit/s, the lowest rate of encoders.
+/// The minimum size of a frame with sound. In Layer III: its header and side information. In the
+/// other layers: the size of a Layer II frame at 48 kHz and 8 kbit/s, the lowest rate of encoders.
 std::size_t smallestFrame(const FrameHeader& header) {
     constexpr std::size_t otherLayers = 24;
     return header.format.layer == 3 ? header.sideInfoOffset() + header.sideInfoBytes()

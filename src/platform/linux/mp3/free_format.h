@@ -7,8 +7,9 @@
 
 namespace sonarith::mp3 {
 
-/// Whether a row of free-format frames begins at the beginning of `bytes`, which should contain
-/// three frames. The row may begin with an information frame, which encoders write with a bit rate.
+/// Whether `bytes` begins with at least three frames in free format; of the third one, the header
+/// is enough. An information frame may precede them, although encoders write its bit rate in its
+/// header.
 [[nodiscard]] bool isFreeFormat(Bytes bytes);
 
 } // namespace sonarith::mp3

@@ -116,14 +116,15 @@ std::span<const std::int16_t> FreeFormatDecoder::decodeFrame() {
         ++frames_;
         ++(current_ == format_ ? count_.framesDecoded : count_.loss.framesDropped);
         if (bytes > 0) {
-            // The library's buffer is aligned for vector instructions.
+            // The cast is safe: the library's buffer is aligned for vector instructions.
             return {reinterpret_cast<const std::int16_t*>(sound), bytes / sizeof(std::int16_t)};
         }
     }
 }
 
-/// When the library gives up a frame, it fills the rest of the frame's samples with zeros. Every
-/// frame that ends in silence counts as given up, because an unnecessary new decoder costs little.
+/// Increases work_ if the library may have given up the frame of `samples`. When the library gives
+/// up a frame, it fills the rest of the frame's samples with zeros. Every frame that ends in
+/// silence counts as given up: the worst result is an unnecessary new decoder, which costs little.
 void FreeFormatDecoder::noteWork(std::span<const std::int16_t> samples) {
     constexpr std::size_t end = 2 * 32; // one synthesis step in stereo, two in mono
     const auto last = samples.last(std::min(samples.size(), end));

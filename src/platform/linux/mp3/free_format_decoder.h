@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Decodes streams in free format, in one pass over the whole stream: only the library can guess the
-// size of the frames, so it must also find them. Not for other streams.
+// size of the frames, so the library must also find the frames. Not for other streams.
 #pragma once
 
 #include <cstdint>
@@ -14,15 +14,16 @@ namespace sonarith::mp3 {
 
 class FreeFormatDecoder : public PcmReader {
   public:
-    /// For each frame that the library gives up (stops decoding half-way), it needs time in
-    /// proportion to the number of preceding frames (measured: 3 ns per preceding frame), so a long
-    /// stream of damaged frames would take hours. When the sum of the numbers of preceding frames
-    /// reaches this limit (a third of a second of work), a new decoder replaces the current one,
-    /// but only after a frame that ends in silence, so that no sound is lost. Every frame that the
-    /// library gives up ends in silence.
+    /// The limit for `work_`, in frames. When a decoder of the library gives up a frame (stops
+    /// decoding it half-way), this takes time in proportion to the number of frames that the same
+    /// decoder has decoded before (measured: 3 ns per frame), so a long stream of damaged frames
+    /// would take hours. `work_` is the sum of these numbers. When the sum reaches this limit (a
+    /// third of a second of work), a new decoder replaces the current one. A frame that is given up
+    /// ends in silence, so every frame that ends in silence counts as given up. The replacement
+    /// always follows such a frame, so no sound is lost.
     static constexpr std::int64_t usualPatience = 100'000'000;
 
-    /// Reads `source` from `offset` on. Null if the library finds no frame there.
+    /// Reads `source` from `offset` on. Null if the library finds no frame from `offset` on.
     [[nodiscard]] static Result<std::unique_ptr<FreeFormatDecoder>>
     create(const ByteSource& source, std::int64_t offset, std::int64_t patience = usualPatience);
 
@@ -31,7 +32,7 @@ class FreeFormatDecoder : public PcmReader {
     [[nodiscard]] std::optional<Error> failure() const override { return input_->window.failure(); }
     [[nodiscard]] DecodeCount count() const override { return count_; }
     [[nodiscard]] std::int64_t sourcePosition() const override { return input_->position; }
-    /// How often the decoder was replaced by a new one.
+    /// How often a new decoder of the library has replaced the current one.
     [[nodiscard]] int renewals() const { return renewals_; }
 
   private:
@@ -59,7 +60,7 @@ class FreeFormatDecoder : public PcmReader {
     PcmFormat current_;
     DecodeCount count_;
     std::int64_t patience_;
-    std::int64_t frames_ = 0; ///< of the current decoder
+    std::int64_t frames_ = 0; ///< decoded by the current decoder
     std::int64_t work_ = 0;   ///< sum of frames_ at the frames that end in silence
     int renewals_ = 0;
 };

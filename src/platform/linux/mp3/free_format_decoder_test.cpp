@@ -14,7 +14,7 @@ using fixture::encoded;
 using fixture::Samples;
 using fixture::operator+;
 
-TEST(FreeFormatDecoderTest, DecodesToTheSameSamplesAsTheLibrarysTool) {
+TEST(FreeFormatDecoderTest, DecodesToTheSameSamplesAsTheToolMpg123) {
     for (const char* options :
          {"--freeformat -b 400", "-t --freeformat -b 400", "-t --freeformat -b 37 --resample 32"}) {
         const Data& data = encoded(44100, 2, options, 1);
@@ -66,7 +66,7 @@ Samples decodeWith(const Data& data, std::int64_t patience, int& renewals) {
     return samples;
 }
 
-TEST(FreeFormatDecoderTest, ANewDecoderContinuesWithTheSameSoundUpToRounding) {
+TEST(FreeFormatDecoderTest, ReplacingItsDecoderChangesTheSamplesOnlyByRounding) {
     // The sound contains silence, where a decoder can be replaced.
     const Data& data = encoded(44100, 2, "-t --nores --freeformat -b 400");
     int renewals = 0;
@@ -89,8 +89,10 @@ TEST(FreeFormatDecoderTest, ReplacesItsDecoderRepeatedlyInAStreamOfUndecodableFr
     }
     int renewals = 0;
     EXPECT_EQ(decodeWith(data, 1000, renewals).size(), 200U * 2304);
+    // The frame number n of a decoder adds n to the sum that is limited to 1000. So a decoder is
+    // replaced after about 45 frames: the numbers 1 to 45 add up to 1035.
     EXPECT_GE(renewals, 3);
-    EXPECT_LE(renewals, 5); // the numbers 1 to 45 add up to more than 1000
+    EXPECT_LE(renewals, 5);
 }
 
 } // namespace

@@ -29,7 +29,7 @@ TEST(FreeFormatTest, MayBeginWithAnInformationFrameThatHasABitRate) {
     EXPECT_FALSE(isFreeFormat(info + info + info));
 }
 
-TEST(FreeFormatTest, IsNotDetectedInHeadersAtUnequalDistances) {
+TEST(FreeFormatTest, IsNotDetectedWithoutThreeHeadersAtEqualDistances) {
     EXPECT_FALSE(isFreeFormat({}));
     EXPECT_FALSE(isFreeFormat(freeFrame(500)));
     EXPECT_FALSE(isFreeFormat(freeFrame(500) + freeFrame(700) + freeFrame(900)));
@@ -39,7 +39,8 @@ TEST(FreeFormatTest, IsNotDetectedInHeadersAtUnequalDistances) {
 TEST(FreeFormatTest, IsDetectedOnlyInFramesLargeEnoughForSound) {
     EXPECT_TRUE(isFreeFormat(freeFrame(36) + freeFrame(36) + freeFrame(36)));
     EXPECT_FALSE(isFreeFormat(freeFrame(35) + freeFrame(35) + freeFrame(35)));
-    // Layer II headers at every fourth byte: any three of them at equal distances form a row.
+    // Layer II headers at every fourth byte. Some of them are far enough apart for frames with
+    // sound, but only the distance to the next header counts, and it is too small.
     Data headers;
     while (headers.size() < 8000) {
         headers = headers + Data{0xFF, 0xFD, 0x00, 0x00};

@@ -71,12 +71,13 @@ TEST_F(HangingDiskTest, StopReturnsAtOnceAndTheWavGetsItsNameWhenTheDiskResponds
         EXPECT_TRUE(disk.run([&] {
             EXPECT_TRUE(control->Stop().ok());
             EXPECT_FALSE(control->Busy());
-        })) << call;
-        EXPECT_TRUE(disk.run([&] { control.reset(); })) << call;
-        EXPECT_EQ(test::visibleEntriesIn(slow), 0) << call;
+        })) << "system call "
+            << call;
+        EXPECT_TRUE(disk.run([&] { control.reset(); })) << "system call " << call;
+        EXPECT_EQ(test::visibleEntriesIn(slow), 0) << "system call " << call;
         disk.release();
         EXPECT_TRUE(saves->noneWithin(30s));
-        EXPECT_GT(samplesIn(slow / "out.wav"), 0U) << call;
+        EXPECT_GT(samplesIn(slow / "out.wav"), 0U) << "system call " << call;
         fs::remove(slow / "out.wav");
     }
     EXPECT_THAT(notices.texts(), testing::IsEmpty());
@@ -92,7 +93,7 @@ TEST_F(HangingDiskTest, StopReturnsWhileTheWavIsBeingNamed) {
     EXPECT_EQ(samplesIn(slow / "out.wav"), allSamples);
 }
 
-TEST_F(HangingDiskTest, PlayAndStopDoNotWaitForTheOpeningOrReadingOfTheSource) {
+TEST_F(HangingDiskTest, PlayAndStopDoNotWaitForTheOpeningOrReadingOfTheMp3File) {
     for (const std::uint32_t call : {SYS_openat, SYS_pread64}) {
         HeldCalls disk({call}, test::ofPath("in.mp3"));
         hangIn(disk, slow / "out.wav");
@@ -110,7 +111,7 @@ TEST_F(HangingDiskTest, PlayAndStopDoNotWaitForTheOpeningOrReadingOfTheSource) {
     }
 }
 
-TEST_F(HangingDiskTest, TheNextFileIsDecodedWhileAStoppedWavWaitsForTheDisk) {
+TEST_F(HangingDiskTest, ADecodingToAnotherFileRunsWhileAStoppedDecodingWaitsForTheDisk) {
     HeldCalls disk({SYS_fsync}, test::ofPath("/slow/"));
     hangIn(disk, slow / "out.wav");
     ASSERT_TRUE(disk.run([&] {
@@ -125,7 +126,7 @@ TEST_F(HangingDiskTest, TheNextFileIsDecodedWhileAStoppedWavWaitsForTheDisk) {
     EXPECT_EQ(samplesIn(slow / "out.wav"), allSamples);
 }
 
-TEST_F(HangingDiskTest, ADecodingToTheSameTargetBeginsAfterThePreviousOne) {
+TEST_F(HangingDiskTest, ADecodingToTheSameTargetBeginsWhenThePreviousOneHasEnded) {
     const fs::path wav = slow / "out.wav";
     std::unique_ptr<Mpg123Control> next;
     HeldCalls disk({SYS_fsync}, test::ofPath("/slow/"));
@@ -185,7 +186,7 @@ TEST_F(HangingDiskTest, ASecondDecodeToWavDoesNotWaitForTheCheckWhetherItsFilesC
     }));
 }
 
-TEST_F(HangingDiskTest, AFailureAfterAStopIsAlsoReported) {
+TEST_F(HangingDiskTest, AFailureIsReportedEvenIfTheControlWasDestroyedBefore) {
     HeldCalls disk({SYS_fsync}, test::ofPath("/slow/"));
     hangIn(disk, slow / "out.wav");
     EXPECT_TRUE(disk.run([&] { control.reset(); }));

@@ -8,7 +8,7 @@ namespace sonarith::mp3 {
 
 namespace {
 
-/// The delay of every Layer III decoder before the first sample (LAME's technical FAQ).
+/// In samples: the delay of every Layer III decoder before the first sample (LAME's technical FAQ).
 constexpr std::int64_t decoderDelay = 529;
 
 std::int64_t bigEndian32(Bytes bytes) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Parses the information frame that encoders write before the sound ("Xing", "Info"): how many
-// samples the encoder added at both ends. The stream's length is not taken from this frame.
+// Reads how many samples an encoder added before and after the sound. Encoders state this in an
+// information frame ("Xing", "Info") at the beginning of the stream. The stream's length is not
+// taken from this frame.
 #pragma once
 
 #include <cstdint>

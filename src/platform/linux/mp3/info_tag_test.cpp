@@ -38,7 +38,7 @@ TEST(InfoTagTest, IsNotDetectedInOrdinaryFrames) {
     EXPECT_FALSE(tagOf(fixture::layer2(1)));
 }
 
-TEST(InfoTagTest, IsDetectedButTrimsNothingIfItIsTruncated) {
+TEST(InfoTagTest, IsDetectedByItsNameButTrimsNothingIfItIsTruncated) {
     const Data& data = fixture::ordinary();
     for (std::size_t bytes = 0; bytes < 200; ++bytes) {
         const auto tag = parseInfoTag(*parseHeader(data), Bytes(data).first(bytes));

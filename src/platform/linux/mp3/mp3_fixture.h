@@ -60,9 +60,9 @@ inline Data readFile(const std::filesystem::path& path) {
     return test::readBytes(path);
 }
 
-/// A sound of swelling noise, pure tones, clicks, silence, and noise again. The sound for each set
-/// of arguments is created once per process. The loop is kept simple, since with the sanitizers it
-/// takes a third of the time of many tests.
+/// A sound of swelling noise and then pure tones (with clicks in both), then silence, and noise
+/// again. The sound for each set of arguments is created once per process. The loop is kept simple,
+/// since with the sanitizers it takes a third of the time of many tests.
 inline const Samples& sound(int rate, int channels, double seconds) {
     static std::map<std::tuple<int, int, double>, Samples> made;
     Samples& samples = made[{rate, channels, seconds}];
@@ -190,7 +190,7 @@ struct DecodedSound {
     PcmFormat format{0, 0};
     Samples samples;
     DecodeCount count;
-    bool broken = false; ///< a segment ended with a broken frame
+    bool broken = false; ///< a broken frame ended inSegments() early
     std::optional<Error> failure = std::nullopt;
 };
 
@@ -262,7 +262,7 @@ inline DecodedSound readWav(const std::filesystem::path& path) {
     return decoded;
 }
 
-/// The result of mpg123, the command-line tool of the decoder library.
+/// Decodes `data` by mpg123, the command-line tool of the decoder library.
 inline DecodedSound byTool(const Data& data) {
     const fakes::TempFolder folder;
     writeFile(folder / "in.mp3", data);

@@ -32,7 +32,7 @@ TEST(Mp3HeaderTest, ReturnsFormatAndSizeOfEveryKindOfFrame) {
     for (const Case& one : cases) {
         const auto header = parseHeader(one.bytes);
         ASSERT_TRUE(header);
-        EXPECT_EQ(header->format, one.format) << one.size;
+        EXPECT_EQ(header->format, one.format) << "frame of " << one.size << " bytes";
         EXPECT_EQ(header->bytes, one.size);
         EXPECT_EQ(header->format.samplesPerFrame(), one.samples);
     }
@@ -47,7 +47,7 @@ TEST(Mp3HeaderTest, RefusesInvalidHeaders) {
         {0xFF, 0xEB, 0x90, 0x64}, // reserved version
         {0xFF, 0xF9, 0x90, 0x64}, // reserved layer
         {0xFF, 0xFB, 0xF0, 0x64}, // forbidden bit rate
-        {0xFF, 0xFB, 0x9C, 0x64}, // reserved rate
+        {0xFF, 0xFB, 0x9C, 0x64}, // reserved sample rate
     };
     for (const Data& bytes : cases) {
         EXPECT_FALSE(parseHeader(bytes)) << testing::PrintToString(bytes);

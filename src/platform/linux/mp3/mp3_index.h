@@ -28,8 +28,8 @@ class SegmentIndex {
     SegmentIndex(FrameSequence frames, std::int64_t framesPerSegment)
         : frames_(std::move(frames)), framesPerSegment_(framesPerSegment) {}
 
-    /// The next segment; empty at the end. All frames before an offset that cannot be read are
-    /// included.
+    /// The next segment; empty at the end. If the source cannot be read at some offset, the
+    /// segments still cover all frames before that offset.
     [[nodiscard]] std::optional<Segment> next();
     /// The counts of frames and losses in the segments returned so far.
     [[nodiscard]] const DecodeCount& count() const { return count_; }

@@ -45,7 +45,7 @@ TEST(SegmentIndexTest, ReturnsTheOffsetAtWhichThePrerollBegins) {
     }
 }
 
-TEST(SegmentIndexTest, HasTheSameCountsAsTheSequentialPass) {
+TEST(SegmentIndexTest, CountsTheSameFramesAndLossesAsASequentialDecoding) {
     const Data& whole = fixture::ordinary();
     const Data damaged = fixture::junk(900) + fixture::part(whole, 0, 30'000) +
                          fixture::junk(4096) + fixture::part(whole, 30'300, SIZE_MAX) +

@@ -15,13 +15,13 @@
 
 namespace sonarith::mp3 {
 
-/// Everything that the thread accesses, since the thread may outlive the Mp3PlayerSource. The mutex
-/// is held only while samples are copied, never while the file is read.
+/// Holds everything that the decoding thread accesses, since that thread may outlive the
+/// Mp3PlayerSource. The mutex is held only while samples are copied, never while the file is read.
 class Mp3PlayerSource::Decoder {
   public:
     explicit Decoder(std::filesystem::path path) : path_(std::move(path)) {}
 
-    /// The body of the thread.
+    /// The body of the decoding thread.
     void run() {
         decodeAll();
         end();
@@ -52,8 +52,8 @@ class Mp3PlayerSource::Decoder {
     }
 
   private:
-    /// The thread is woken only when the queue has this much space: a wake-up for each block of the
-    /// card would cost more than the decoding.
+    /// The decoding thread is woken only when the queue has this much space: a wake-up for each
+    /// block of the card would cost more than the decoding.
     static constexpr std::size_t refillFrames = sound::frameRate / 4;
 
     void decodeAll() {
@@ -61,8 +61,8 @@ class Mp3PlayerSource::Decoder {
         if (!file.ok()) {
             return;
         }
-        // Only the first part of the file is surveyed, half a minute at the highest bit rate:
-        // playing must start at once, also from slow disks.
+        // Only the first part of the file is surveyed, half a minute of sound at the highest bit
+        // rate: playing must start at once, also from slow disks.
         constexpr std::int64_t surveyedBytes = 1024 * 1024;
         const Result<std::unique_ptr<PcmReader>> reader =
             openPcmReader(*file.value(), surveyStream(*file.value(), surveyedBytes));
@@ -92,7 +92,8 @@ class Mp3PlayerSource::Decoder {
     std::atomic<bool> stop_ = false;
     std::mutex mutex_; ///< protects the members below
     std::condition_variable room_;
-    /// Space for at least half a second of sound: decoding it takes a hundredth of that time.
+    /// When the decoding thread is woken, the queue still has about half a second of sound. To
+    /// decode as much takes a hundredth of that time, so only a slow disk can empty the queue.
     sound::FrameQueue queue_{sound::frameRate / 2 + refillFrames};
     bool ended_ = false; ///< no more frames are added to the queue
 };

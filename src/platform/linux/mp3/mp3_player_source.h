@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Plays an MP3 file on a line of the sound card: a separate thread opens the file and decodes ahead
-// into a small ring, from which the card pulls. It uses no card and writes no files, and reports
-// nothing about files that cannot be played.
+// into a small ring, from which the card pulls. The source never calls the card, writes no files,
+// and reports nothing about files that cannot be played.
 #pragma once
 
 #include <chrono>

@@ -81,7 +81,7 @@ TEST_F(Mp3PlayerSourceTest, EndsEarlyIfTheFileIsShortenedDuringPlaying) {
     fixture::writeFile(folder / "a.mp3", fixture::ordinary());
     auto player = playFile(folder / "a.mp3");
     EXPECT_TRUE(fakes::eventually([&] { return player->pull(block).supply == Supply::flowing; }));
-    // The thread may already have read the first three of the four seconds.
+    // The player's thread may already have read the first three of the file's four seconds.
     std::filesystem::resize_file(folder / "a.mp3", 20'000);
     EXPECT_LT(all(*player).size(), 7U * 44100 / 2);
 }
@@ -92,7 +92,7 @@ TEST_F(Mp3PlayerSourceTest, CanBeDestroyedWhileItsRingIsFull) {
     player.reset(); // would hang if the thread still waited for space
 }
 
-TEST_F(Mp3PlayerSourceTest, StopsTheCardOnlyBrieflyWhileTheDiskHangs) {
+TEST_F(Mp3PlayerSourceTest, StarvesOnlyBrieflyWhileTheDiskHangsAndThenDeliversSilence) {
     fixture::writeFile(folder / "a.mp3", fixture::ordinary());
     std::shared_ptr<Mp3PlayerSource> player;
     test::HeldCalls disk({SYS_openat}, test::ofPath("a.mp3"));

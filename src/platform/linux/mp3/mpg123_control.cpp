@@ -23,7 +23,7 @@ constexpr std::chrono::milliseconds stopPatience{40};
 /// Within this time a working disk reports whether the files of a completed decoding were changed.
 constexpr std::chrono::milliseconds checkTimeout{20};
 
-/// The file name of a path that has the logic's form or the machine's form.
+/// The file name in `path`, which is a path of the logic or a machine path.
 std::string nameIn(const std::string& path) {
     return path.substr(path.find_last_of("\\/") + 1);
 }
@@ -61,7 +61,7 @@ class Mpg123Control::Reporter {
 };
 
 Division divisionForThisMachine() {
-    constexpr unsigned most = 32; // each thread takes 0.5 MB, and no disk is fast enough for more
+    constexpr unsigned most = 32; // no disk is fast enough for more threads; each takes 0.5 MB
     Division division;
     division.threads = std::clamp(std::thread::hardware_concurrency(), 1U, most);
     return division;
@@ -152,8 +152,7 @@ DecodeResult Mpg123Control::lastResult() const {
 
 void Mpg123Control::endPlaying() {
     if (playing_) {
-        // The card may have released the source at its end, or another control may use the line
-        // now.
+        // Detaches only this source: it may have ended, and another control may use the line now.
         card_.detachSource(sound::Line::waveOut, *playing_);
         playing_.reset();
     }

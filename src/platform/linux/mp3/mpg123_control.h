@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The real MP3 control: decodes on all cores and plays files on the sound card's wave line. This
-// file has only the rules of the control; decode_job.h and mp3_player_source.h do the work.
+// The real MP3 control: decodes on all cores and plays files on the sound card's wave line. It
+// decides when a decoding or the playing of a file begins and stops; decode_job.h and
+// mp3_player_source.h do the work.
 #pragma once
 
 #include <filesystem>
@@ -20,15 +21,16 @@ namespace sonarith::mp3 {
 /// As many threads as the machine has cores, within limits.
 [[nodiscard]] Division divisionForThisMachine();
 
-/// Each window that needs a control has its own. Any number of controls may use one card: the
-/// card's wave line belongs to the control that played last, and Stop of another control does not
-/// affect that line. The controls decode concurrently; two decodings to the same target run one
+/// Each window that needs an MP3 control has its own. Any number of MP3 controls may use one card:
+/// the card's wave line belongs to the control that played last, and Stop of another control does
+/// not affect that line. The controls decode concurrently; two decodings to the same target run one
 /// after the other.
 ///
 /// For the logic's thread only; `mapPath` is also called on that thread. No member waits for a
-/// disk, except for two short and bounded waits within which a working disk responds.
+/// disk, except that Stop and the destructor wait at most 40 ms and DecodeToWav at most 20 ms,
+/// which is enough for a working disk.
 ///
-/// The value of Busy in the states of a decoding (for all states, see decode_job.h):
+/// The states of a decoding as the caller sees them (for all states, see decode_job.h):
 ///
 ///     DecodeToWav        Busy is true, also while the decoding waits for an earlier decoding to
 ///                        the same target
@@ -43,7 +45,7 @@ namespace sonarith::mp3 {
 class Mpg123Control : public ActiveMP3 {
   public:
     using Clock = std::function<sound::SoundCard::Time()>;
-    /// Translates the logic's paths to this machine's.
+    /// Translates a path of the logic to a machine path.
     using PathMapper = std::function<std::filesystem::path(const std::string&)>;
 
     /// `card` must outlive the control. `clock` is the card's clock, and may be called on the

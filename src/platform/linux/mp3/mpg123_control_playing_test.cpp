@@ -34,7 +34,7 @@ class Mpg123PlayingTest : public testing::Test {
         EXPECT_TRUE(control.setSourceFile(file).ok());
         EXPECT_TRUE(control.Play().ok());
     }
-    /// What is played from now on.
+    /// The first `compared` frames that are played from now on.
     Frames heard() {
         const auto tape = std::make_shared<fakes::MemorySink>();
         card.startRecording(tape, now);
@@ -96,7 +96,7 @@ TEST_F(Mpg123PlayingTest, ThePositionOfAStoppedFileIsForgotten) {
     const Frames beginning = beginningOf(encoded(44100, 2, "-b 128"));
     for (int round = 0; round < 2; ++round) {
         play(one);
-        EXPECT_EQ(heard(), beginning) << round;
+        EXPECT_EQ(heard(), beginning) << "round " << round;
         EXPECT_TRUE(control.Stop().ok());
         EXPECT_FALSE(card.active());
     }
@@ -113,7 +113,7 @@ TEST_F(Mpg123PlayingTest, AFileThatHasEndedIsQuietAndCanBePlayedAgain) {
     EXPECT_FALSE(card.active());
 }
 
-TEST_F(Mpg123PlayingTest, ATornFilePlaysToItsEnd) {
+TEST_F(Mpg123PlayingTest, ATruncatedFilePlaysToItsEnd) {
     const fixture::Data& whole = encoded(44100, 2, "-b 128");
     writeFile(one, fixture::part(whole, 0, whole.size() / 2 + 100));
     play(one);
@@ -121,7 +121,7 @@ TEST_F(Mpg123PlayingTest, ATornFilePlaysToItsEnd) {
     awaitSilence();
 }
 
-TEST_F(Mpg123PlayingTest, AFileThatIsDeletedOrTruncatedDuringPlayingEndsQuietly) {
+TEST_F(Mpg123PlayingTest, AFileThatIsDeletedOrTruncatedDuringPlayingEndsWithoutANotice) {
     for (const bool truncated : {false, true}) {
         writeFile(one, encoded(44100, 2, "-b 128"));
         play(one);

@@ -96,21 +96,21 @@ TEST_F(Mpg123ControlTest, PositionNeverDecreasesAndStaysWithinAConstantLength) {
     }
 }
 
-TEST_F(Mpg123ControlTest, DecodesAFileOnlyOnceIfItIsRequestedDuringAndAfterTheDecoding) {
+TEST_F(Mpg123ControlTest, DecodesOnceIfTheSameFilesAreRequestedAgainDuringAndAfterTheDecoding) {
     decode();
     decode();
     finish();
     const auto before = written();
     ASSERT_TRUE(before);
     decode();
-    // Usually nothing to wait for: decode() itself waits up to checkTimeout for the check of the
-    // files.
+    // DecodeToWav itself waits for the check whether the files have changed. finish() waits only if
+    // that check takes longer than checkTimeout.
     finish();
     EXPECT_EQ(written(), before);
     EXPECT_EQ(control.lastResult().outcome, DecodeOutcome::completed);
 }
 
-TEST_F(Mpg123ControlTest, DecodesAgainIfTheWavOrItsSourceWasChanged) {
+TEST_F(Mpg123ControlTest, DecodesAgainIfTheWavWasRemovedOrTheMp3WasChanged) {
     decode();
     finish();
     fs::remove(target);
@@ -151,21 +151,21 @@ TEST_F(Mpg123ControlTest, StopsTheRunningDecodingIfAnotherTargetIsRequested) {
     EXPECT_TRUE(saves->noneWithin(30s));
     const fixture::Samples whole = fixture::readWav(second).samples;
     EXPECT_EQ(whole.size(), 4U * 44100 * 2);
-    if (written()) {
+    if (written()) { // the stopped decoding saves the part that it has decoded
         const fixture::Samples part = fixture::readWav(target).samples;
         ASSERT_LE(part.size(), whole.size());
         EXPECT_TRUE(std::equal(part.begin(), part.end(), whole.begin()));
     }
 }
 
-TEST_F(Mpg123ControlTest, ADecodingContinuesIfOnlyTheSourceFileIsSet) {
+TEST_F(Mpg123ControlTest, SettingAnotherSourceFileDoesNotStopTheDecoding) {
     decode();
     EXPECT_TRUE(control.setSourceFile(folder / "none.mp3").ok());
     finish();
     EXPECT_EQ(control.lastResult().outcome, DecodeOutcome::completed);
 }
 
-TEST_F(Mpg123ControlTest, PlayAndDecodeToWavFailWithoutASource) {
+TEST_F(Mpg123ControlTest, PlayAndDecodeToWavFailWithoutASourceFile) {
     EXPECT_FALSE(control.DecodeToWav(target).ok());
     EXPECT_FALSE(control.Play().ok());
 }
@@ -176,7 +176,8 @@ TEST_F(Mpg123ControlTest, PlaysOnTheWaveLineUntilItIsStopped) {
     EXPECT_TRUE(control.setSourceFile(source).ok());
     EXPECT_TRUE(control.Play().ok());
     card.startRecording(tape, now);
-    // The clock advances slowly until the file is ready, so that the sound begins without silence.
+    // The player would deliver silence if its file was not ready within Mp3PlayerSource::patience.
+    // Therefore the clock advances slowly until the first frames arrive.
     EXPECT_TRUE(fakes::eventually([&] {
         now += tape->size() > 0 ? 10'000us : 50us;
         card.advance(now);
@@ -295,7 +296,7 @@ TEST_F(Mpg123ControlTest, TwoControlsDecodeToOneTargetOneAfterTheOther) {
 
 // --- notices -----------------------------------------------------------------------------------
 
-TEST_F(Mpg123ControlTest, ReportsEachFailureOnce) {
+TEST_F(Mpg123ControlTest, ReportsARepeatedFailureAgainOnlyAfterAStop) {
     EXPECT_TRUE(control.setSourceFile(folder / "none.mp3").ok());
     EXPECT_TRUE(control.DecodeToWav(target).ok());
     finish();
@@ -322,7 +323,7 @@ TEST_F(Mpg123ControlTest, ReportsFramesThatACompletedDecodingOmitted) {
                 testing::ElementsAre("in.mp3: 3 frames of another format were omitted"));
 }
 
-TEST_F(Mpg123ControlTest, ReportsNamesInTheLogicsForm) {
+TEST_F(Mpg123ControlTest, ReportsTheFileNameInThePathOfTheLogic) {
     writeFile(source, fixture::junk(5000));
     Mpg123Control mapped(
         card, [] { return 0ns; },

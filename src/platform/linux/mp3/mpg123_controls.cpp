@@ -5,7 +5,7 @@
 
 namespace sonarith::mp3 {
 
-/// A control that is registered during its lifetime.
+/// An MP3 control that is in the set `controls` during its lifetime, so that stopAll() stops it.
 class Mpg123Controls::Registered final : public Mpg123Control {
   public:
     Registered(const Mpg123Controls& maker, std::shared_ptr<std::set<ActiveMP3*>> controls)

@@ -41,7 +41,7 @@ class PcmReader {
     /// source; empty if there was none.
     [[nodiscard]] virtual std::optional<Error> failure() const = 0;
     [[nodiscard]] virtual DecodeCount count() const = 0;
-    /// Everything before this offset in the source has been examined.
+    /// Everything before this byte offset in the source has been examined.
     [[nodiscard]] virtual std::int64_t sourcePosition() const = 0;
 };
 

@@ -5,16 +5,16 @@ namespace sonarith::mp3 {
 
 namespace {
 
-/// The library's synthesis window advances by 4 (MPEG-1) or 2 (MPEG-2) of its 16 positions per
-/// frame, and its rounding depends on the position: after 8 frames the window is at its starting
-/// position.
+/// In the decoding library, the synthesis window advances by 4 (MPEG-1) or 2 (MPEG-2) of 16
+/// positions per frame, and the rounding of the samples depends on the window's position. In both
+/// cases the window is at its starting position again after 8 frames.
 constexpr std::int64_t windowTurn = 8;
-/// The minimum number of frames before the first frame whose samples are used. One such frame
-/// should suffice, since the only lasting effect of a frame is its overlap with the next one. The
-/// number 24 was measured to be safe, and the further frames cost little time.
+/// The minimum number of frames to decode before the first frame whose samples are used. One frame
+/// should suffice, since the only lasting effect of a frame is its overlap with the next one. 24
+/// frames were measured to be safe, and the other 23 cost little time.
 constexpr std::int64_t leastFrames = 24;
-/// For this many frames before the first frame whose samples are used, all data that they refer to
-/// must be available.
+/// The last 8 frames before the first frame whose samples are used must be decoded without loss:
+/// all bytes of earlier frames to which these 8 frames refer must be available.
 constexpr std::int64_t soundFrames = 8;
 /// The smallest frames (24 bytes: MPEG-2, 24 kHz, 8 kbit/s, stereo, checksum) have one byte of main
 /// data, and a frame may refer back over 255 bytes. So this many frames are enough for any stream.

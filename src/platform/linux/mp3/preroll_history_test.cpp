@@ -21,7 +21,8 @@ PrerollHistory historyOf(std::vector<std::uint8_t> header, std::int64_t count) {
     return history;
 }
 
-TEST(PrerollHistoryTest, StartsTheDecoderAtAMultipleOfEightAtLeastTwentyFourFramesEarly) {
+TEST(PrerollHistoryTest,
+     StartsTheDecoderAtAFrameNumberDivisibleByEightAtLeastTwentyFourFramesEarly) {
     const PrerollHistory history = historyOf({0xFF, 0xFB, 0x90, 0x64}, 1001);
     EXPECT_EQ(history.before(1000).frame, 976);
     EXPECT_EQ(history.before(1000).offset, 976 * 417);
@@ -37,7 +38,9 @@ TEST(PrerollHistoryTest, StartsTheDecoderAtTheFirstFrameOfTheStreamIfThatIsNear)
 }
 
 TEST(PrerollHistoryTest, StartsTheDecoderEarlierIfTheReservoirRequiresIt) {
-    // 8 kbit/s, stereo: three bytes of each frame are main data, so 255 bytes take 85 frames.
+    // MPEG-2, 8 kbit/s, stereo: each frame has three bytes of main data and may refer back over 255
+    // bytes, which are the main data of 85 frames. All data to which the 8 frames before the
+    // requested frame refer must be available, too.
     const PrerollHistory low = historyOf({0xFF, 0xF3, 0x14, 0x64}, 1001);
     EXPECT_EQ(low.before(1000).frame, 904);
     EXPECT_LE(low.before(1000).frame, 1000 - 8 - 85);

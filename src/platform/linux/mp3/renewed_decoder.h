@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Decodes a stream of any length, frame by frame, and replaces the library's decoder periodically.
-// The reason: for each frame that the library gives up (stops decoding half-way), it needs time in
-// proportion to the number of preceding frames, so a long stream of damaged frames would take
-// hours. The replacements do not affect the samples of undamaged streams.
+// Decodes a stream of any length, frame by frame, and replaces its decoder (a handle of libmpg123,
+// "the library") periodically. The reason: for each frame that the library gives up (stops decoding
+// half-way), it needs time in proportion to the number of frames that the same handle has decoded
+// before, so a long stream of damaged frames would take hours. The replacements do not affect the
+// samples of undamaged streams.
 #pragma once
 
 #include <cstdint>
@@ -18,21 +19,22 @@
 namespace sonarith::mp3 {
 
 /// The decoder is replaced at each frame whose number is a multiple of the period. So all passes
-/// over a stream, wherever they begin, replace the decoder at the same frames and deliver the same
-/// samples, also after frames that the library gave up.
+/// over a stream with the same period replace the decoder at the same frames, wherever the passes
+/// begin, and deliver the same samples, also after frames that the library gave up.
 class RenewedDecoder {
   public:
     /// Seven minutes of sound. With this period, 2 of 100 frames are decoded twice, and a frame
     /// that is given up takes at most twice the time of a good frame (measured: 3 ns for each
     /// preceding frame).
     static constexpr std::int64_t usualPeriod = 16'384;
+    /// A period for create(): the decoder is never replaced.
     static constexpr std::int64_t never = std::numeric_limits<std::int64_t>::max();
     /// A new decoder begins this many frames before it replaces the old one. By PrerollHistory's
     /// rules this lead is enough for any stream, and it is a multiple of the library's window
     /// period (8 frames).
     static constexpr std::int64_t lead = 280;
 
-    /// `period`, in frames: a multiple of 8, and longer than `lead`.
+    /// `period`, in frames: a multiple of 8 that is longer than `lead`, or `never`.
     [[nodiscard]] static Result<RenewedDecoder> create(std::int64_t period);
 
     /// As FrameDecoder::decode. The frame numbers must be consecutive from call to call.

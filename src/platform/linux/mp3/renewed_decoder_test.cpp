@@ -13,7 +13,7 @@ using fixture::encoded;
 using fixture::operator+;
 using fixture::Samples;
 
-/// The shortest possible period.
+/// The shortest period, in frames, that RenewedDecoder::create() permits.
 constexpr std::int64_t shortPeriod = 288;
 
 struct Pass {
@@ -58,7 +58,7 @@ TEST(RenewedDecoderTest, ReturnsTheSameSamplesAsASingleDecoder) {
     }
 }
 
-TEST(RenewedDecoderTest, NoDecoderReceivesMoreFramesThanThePeriodAndTheLead) {
+TEST(RenewedDecoderTest, NoDecoderReceivesMoreFramesThanThePeriodPlusTheLead) {
     EXPECT_LE(decodeFrom(song("-b 128", 9), shortPeriod).mostFrames,
               shortPeriod + RenewedDecoder::lead);
 }

@@ -44,7 +44,7 @@ class SegmentRun {
             }
             const Bytes bytes = frames_.bytesOf(*frame);
             const std::span<const std::int16_t> samples = decoder.decode(*frame, bytes);
-            // Frames of the preroll are checked in their own segment.
+            // The frames of the preroll belong to earlier segments and are checked there.
             const bool mine = frame->number >= first;
             if (mine && until_ == Until::segmentEnd && !decoder.silencedLast() &&
                 check_.isBroken(*frame, bytes, samples)) {
@@ -110,7 +110,7 @@ class SegmentRun {
 SegmentOutcome decodeSegment(const ByteSource& source, const StreamFormat& format,
                              const GaplessTrim& trim, const Segment& segment,
                              const TakeSamples& take, Until until) {
-    // A single segment is so short that its decoder need not be replaced.
+    // A segment is so short that its decoder need not be replaced (reason: renewed_decoder.h).
     Result<RenewedDecoder> decoder = RenewedDecoder::create(
         until == Until::streamEnd ? RenewedDecoder::usualPeriod : RenewedDecoder::never);
     if (!decoder.ok()) {

@@ -19,7 +19,9 @@ namespace sonarith::mp3 {
 enum class SegmentEnd {
     complete,
     stopped, ///< the receiver has ended the decoding
-    broken,  ///< the library cannot decode a frame: one decoder must decode from this segment on
+    /// The library cannot decode a frame: a single decoder must decode this segment and all later
+    /// ones.
+    broken,
     failed,
 };
 
@@ -28,9 +30,9 @@ struct SegmentOutcome {
     std::optional<DecodeFailure> failure = std::nullopt; ///< only after a failure
 };
 
-/// Receives the samples of whole frames: `frame` is the number of the frame after them, `first`
-/// their position in the result, per channel. Returns true to continue, false to stop, or an error
-/// if the samples cannot be written.
+/// Receives the samples of whole frames. `frame` is the number of the next frame. `first` is the
+/// position of the first sample in the decoded sound, counted per channel. Returns true to
+/// continue, false to stop, or an error if the samples cannot be written.
 using TakeSamples = std::function<Result<bool>(std::int64_t frame, std::int64_t first,
                                                std::span<const std::int16_t> samples)>;
 

@@ -17,8 +17,9 @@ using fixture::operator+;
 using fixture::ordinary;
 using fixture::part;
 
-/// Expects that segments of several sizes have the same samples as one pass. Sizes with a broken
-/// segment are not compared. Returns whether no segment was broken.
+/// Expects that decoding in segments, for several numbers of frames per segment, yields the same
+/// samples as decoding the whole stream in one pass. A decoding in which a segment is broken (a
+/// frame cannot be decoded) is not compared. Returns whether no segment was broken.
 bool expectSame(const Data& data, const std::string& name) {
     const DecodedSound whole = fixture::sequentially(data);
     EXPECT_FALSE(whole.samples.empty()) << name;
@@ -28,7 +29,7 @@ bool expectSame(const Data& data, const std::string& name) {
         broken = broken || pieces.broken;
         if (!pieces.broken) {
             EXPECT_EQ(difference(pieces.samples, whole.samples), std::nullopt)
-                << name << ", " << size;
+                << name << ", " << size << " frames per segment";
             EXPECT_EQ(pieces.format, whole.format) << name;
             EXPECT_EQ(pieces.count, whole.count) << name;
         }
@@ -43,12 +44,12 @@ TEST(SegmentDecoderTest, MatchesOnePassForStreamsOfMpeg1) {
         EXPECT_TRUE(expectSame(encoded(44100, 2, options), options));
     }
     for (const int rate : {48000, 32000}) {
-        EXPECT_TRUE(expectSame(encoded(rate, 1, "-b 96"), std::to_string(rate)));
-        EXPECT_TRUE(expectSame(encoded(rate, 2, "-V 4"), std::to_string(rate)));
+        EXPECT_TRUE(expectSame(encoded(rate, 1, "-b 96"), std::to_string(rate) + " Hz"));
+        EXPECT_TRUE(expectSame(encoded(rate, 2, "-V 4"), std::to_string(rate) + " Hz"));
     }
 }
 
-TEST(SegmentDecoderTest, MatchesOnePassForStreamsOfLowRates) {
+TEST(SegmentDecoderTest, MatchesOnePassForStreamsOfLowSamplingRates) {
     for (const double rate : {24.0, 22.05, 16.0, 12.0, 11.025, 8.0}) {
         for (const char* options : {"-b 8", "-b 64", "-V 5"}) {
             const std::string all = std::string(options) + " --resample " + std::to_string(rate);
@@ -59,18 +60,19 @@ TEST(SegmentDecoderTest, MatchesOnePassForStreamsOfLowRates) {
     EXPECT_TRUE(expectSame(encoded(44100, 2, "-p -b 8 --resample 24"), "the smallest frames"));
 }
 
-TEST(SegmentDecoderTest, MatchesOnePassForDamagedStreams) {
+TEST(SegmentDecoderTest, MatchesOnePassForStreamsWithJunkOrGapsUnlessASegmentIsBroken) {
     const std::vector<Data> streams{ordinary(), encoded(44100, 2, "-V 2"),
                                     encoded(44100, 2, "-b 8 --resample 24")};
     for (const Data& data : streams) {
         const std::size_t middle = data.size() / 2;
         for (const std::size_t bytes : {500U, 1500U, 4096U, 70'000U}) {
-            const std::string name = std::to_string(bytes);
-            expectSame(junk(bytes) + data, "front " + name);
-            expectSame(part(data, 0, middle) + junk(bytes) + part(data, middle, SIZE_MAX), name);
+            const std::string name = std::to_string(bytes) + " bytes";
+            expectSame(junk(bytes) + data, "junk in front, " + name);
+            expectSame(part(data, 0, middle) + junk(bytes) + part(data, middle, SIZE_MAX),
+                       "junk inside, " + name);
             if (middle + bytes < data.size()) {
                 expectSame(part(data, 0, middle) + part(data, middle + bytes, SIZE_MAX),
-                           "cut " + name);
+                           "cut out, " + name);
             }
         }
         EXPECT_TRUE(expectSame(part(data, middle, SIZE_MAX), "second half"));
@@ -79,7 +81,7 @@ TEST(SegmentDecoderTest, MatchesOnePassForDamagedStreams) {
     }
 }
 
-TEST(SegmentDecoderTest, MatchesOnePassForDamagedBitsOrReportsABrokenSegment) {
+TEST(SegmentDecoderTest, MatchesOnePassForStreamsWithWrongBitsUnlessASegmentIsBroken) {
     int broken = 0;
     int same = 0;
     std::mt19937 random(11);
@@ -90,7 +92,7 @@ TEST(SegmentDecoderTest, MatchesOnePassForDamagedBitsOrReportsABrokenSegment) {
         }
         (expectSame(data, "round " + std::to_string(round)) ? same : broken)++;
     }
-    EXPECT_GT(broken, 0) << "unsuitable test data: no frame is broken";
+    EXPECT_GT(broken, 0) << "unsuitable test data: no round has a broken segment";
     EXPECT_GT(same, 0);
 }
 

@@ -40,7 +40,8 @@ std::optional<Segment> SegmentSchedule::rest() const {
     return end_ ? std::optional(end_->segment) : std::nullopt;
 }
 
-/// Everything before the first incomplete segment is complete, since segments are taken in order.
+/// Segments are taken in the order of the stream, so all frames before the first missing frame of a
+/// taken segment are in the result.
 std::int64_t SegmentSchedule::wholeFrames() const {
     std::int64_t frames = index_.count().framesDecoded;
     for (const Work& work : works_) {

@@ -32,7 +32,8 @@ class SegmentSchedule {
 
     /// Assigns the worker's next segment; empty if there is no more work for this worker.
     [[nodiscard]] std::optional<Segment> take(std::size_t worker);
-    /// Must be called when all frames of the worker's segment before `frame` are in the result.
+    /// Must be called when the result contains all frames of the worker's segment whose numbers are
+    /// below `frame`.
     void advance(std::size_t worker, std::int64_t frame) { works_[worker].done = frame; }
     [[nodiscard]] std::int64_t done(std::size_t worker) const { return works_[worker].done; }
     /// False once an earlier segment is known to have failed or to need one pass.
@@ -48,7 +49,8 @@ class SegmentSchedule {
     /// The first segment that needs one pass or failed; empty if there is none. Everything before
     /// that segment is in the result, unless the workers were stopped.
     [[nodiscard]] std::optional<Segment> rest() const;
-    /// Continues the scan by one segment, only to count its frames; the segment is not assigned.
+    /// Scans the stream for one more segment, only to count its frames; the segment is not
+    /// assigned.
     [[nodiscard]] std::optional<Segment> skim() { return index_.next(); }
     /// The number of the frame before which all frames are in the result.
     [[nodiscard]] std::int64_t wholeFrames() const;

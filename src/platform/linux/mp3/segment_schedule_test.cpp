@@ -42,7 +42,7 @@ TEST_F(SegmentScheduleTest, IsCompleteWhenEverySegmentIsDecoded) {
     EXPECT_FALSE(schedule.rest());
 }
 
-TEST_F(SegmentScheduleTest, IsNotCompleteBeforeTheScanHasEnded) {
+TEST_F(SegmentScheduleTest, IsNotCompleteBeforeEverySegmentIsTaken) {
     const auto first = schedule.take(0);
     finish(0, *first);
     EXPECT_FALSE(schedule.complete()) << "complete although no worker has taken the other segments";
@@ -50,8 +50,9 @@ TEST_F(SegmentScheduleTest, IsNotCompleteBeforeTheScanHasEnded) {
 }
 
 TEST_F(SegmentScheduleTest, IsNotCompleteAfterABrokenFrameAndAStop) {
-    // A frame of the second segment is broken. Then the stop occurs while the first worker passes
-    // on the last frames of its segment; after that there is no more work for this worker.
+    // A frame of the second segment is broken. Then the decoding is stopped while the first worker
+    // passes on the last frames of its segment. No segment is left for this worker, but the stream
+    // must not count as complete, because its rest was not decoded.
     const auto first = schedule.take(0);
     ASSERT_TRUE(schedule.take(1));
     schedule.needOnePass(1);

@@ -83,9 +83,9 @@ SegmentOutcome SegmentWorkers::decode(const Segment& segment, std::size_t worker
         });
 }
 
-/// If `failure` is a full disk, drops the samples after the first `frames` frames, which other
-/// workers have written ahead: their space is needed for earlier samples. Returns whether there is
-/// space now.
+/// If `failure` is a full disk, drops all samples after the first `frames` frames: other workers
+/// have written these samples ahead, and the frames directly after the first `frames` frames need
+/// their space. Returns false for any other failure, and if the samples cannot be dropped.
 bool SegmentWorkers::makeRoomBehind(const DecodeFailure& failure, std::int64_t frames) {
     return failure.step == DecodeStep::writing && failure.error.number == ErrorNumber::diskFull &&
            target_.cutTo(trim_.keptBefore(frames * format_.samplesPerFrame())).ok();
@@ -93,11 +93,12 @@ bool SegmentWorkers::makeRoomBehind(const DecodeFailure& failure, std::int64_t f
 
 /// Continues from segment `rest` to the end with one decoder. Everything before the segment is
 /// complete and without broken frames, so a new decoder reaches the segment in the same state as a
-/// decoder that began at the first frame. Returns the frame before which everything is in the WAV.
+/// decoder that began at the first frame. All frames with numbers below the returned number
+/// are in the WAV.
 std::int64_t SegmentWorkers::decodeRest(const Segment& rest, Decoded& decoded) {
     std::int64_t frames = rest.firstFrame;
     decoded.sequentialFrom = frames;
-    // The scan continues in parallel, for its counts and the progress.
+    // The scan for frames follows the decoder, to update the counts and the progress.
     std::int64_t scanned = 0;
     SegmentOutcome outcome = decodeSegment(
         source_, format_, trim_, rest,

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Decodes on all cores: several threads take segments in the order of the stream and write their
-// samples to their positions in the WAV. From the first segment with a broken frame on, one thread
-// continues alone. If the disk becomes full, the samples that were written ahead are dropped, and
-// one thread continues alone in the space gained, so that the WAV contains the beginning of the
-// sound without gaps. The caller opens and names the WAV.
+// Decodes on all cores: several threads take segments in the order of the stream and write the
+// samples of each segment to its position in the WAV file. From the first segment with a broken
+// frame on, one thread continues alone. If the disk becomes full, the samples after the first gap
+// are dropped, and one thread continues alone in the space gained, so that the WAV file contains
+// the beginning of the sound without gaps. The caller opens and names the WAV file.
 #pragma once
 
 #include <atomic>
@@ -38,10 +38,10 @@ struct Decoded {
     /// The first frame of the part that a single decoder decoded sequentially; empty if there was
     /// no such part.
     std::optional<std::int64_t> sequentialFrom;
-    /// Why the result is not complete; empty after a stop. The samples before the failure are in
-    /// the WAV.
+    /// Why the result is not complete; empty if it is complete or the decoding was stopped. The
+    /// samples before the failure are in the WAV.
     std::optional<DecodeFailure> failure;
-    /// Of the whole stream, or of the part that was scanned before a stop or a failure.
+    /// The counts of the whole stream, or of the part that was scanned before a stop or a failure.
     DecodeCount count;
 };
 

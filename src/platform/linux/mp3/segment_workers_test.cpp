@@ -50,6 +50,7 @@ class SegmentWorkersTest : public testing::Test {
     Progress progress;
 };
 
+/// A stream in which the frames with these numbers (from 0) cannot be decoded.
 Data brokenAt(std::vector<std::size_t> frames) {
     Data data = encoded(44100, 2, "-b 320");
     const auto found = fixture::framesOf(data);
@@ -59,12 +60,12 @@ Data brokenAt(std::vector<std::size_t> frames) {
         const auto side = static_cast<std::size_t>(found[number].offset) + 4;
         data[side + 6] = static_cast<std::uint8_t>((data[side + 6] & 0xF8) | 4);
     }
-    const Data tail = fixture::junk(300); // counted as lost if the scan reaches the end
+    const Data tail = fixture::junk(300); // counted in ScanLoss if the scan reaches the end
     data.insert(data.end(), tail.begin(), tail.end());
     return data;
 }
 
-TEST_F(SegmentWorkersTest, ReturnTheSamplesOfOnePassForAnyNumberOfWorkers) {
+TEST_F(SegmentWorkersTest, WriteTheSamplesOfASequentialDecodingForAnyNumberOfWorkers) {
     const Data& data = encoded(44100, 2, "-V 2");
     const fixture::DecodedSound whole = fixture::sequentially(data);
     for (const unsigned threads : {0U, 1U, 2U, 3U, 8U}) {
@@ -73,7 +74,8 @@ TEST_F(SegmentWorkersTest, ReturnTheSamplesOfOnePassForAnyNumberOfWorkers) {
         EXPECT_TRUE(decoded.complete);
         EXPECT_FALSE(decoded.sequentialFrom || decoded.failure);
         EXPECT_EQ(decoded.count, whole.count);
-        EXPECT_EQ(fixture::difference(written(decoded), whole.samples), std::nullopt) << threads;
+        EXPECT_EQ(fixture::difference(written(decoded), whole.samples), std::nullopt)
+            << threads << " threads";
     }
     EXPECT_GT(progress.position(), Progress::length * 9 / 10);
 }
@@ -94,8 +96,10 @@ TEST_F(SegmentWorkersTest, LeaveAPrefixWithoutGapsWhereverTheyAreStopped) {
         EXPECT_FALSE(decoded.failure);
         const fixture::Samples part = written(decoded);
         ASSERT_LE(part.size(), whole.samples.size());
-        EXPECT_TRUE(std::equal(part.begin(), part.end(), whole.samples.begin())) << at;
-        EXPECT_TRUE(!decoded.complete || part.size() == whole.samples.size()) << at;
+        EXPECT_TRUE(std::equal(part.begin(), part.end(), whole.samples.begin()))
+            << "stopped at byte " << at;
+        EXPECT_TRUE(!decoded.complete || part.size() == whole.samples.size())
+            << "stopped at byte " << at;
         stoppedInTheMiddle += !part.empty() && part.size() < whole.samples.size() ? 1 : 0;
     }
     EXPECT_GT(stoppedInTheMiddle, 0) << "unsuitable test data: no worker was stopped in the middle";
@@ -115,13 +119,14 @@ TEST_F(SegmentWorkersTest, KeepEverythingBeforeAnUnreadableOffset) {
             EXPECT_EQ(decoded.failure->error.text, "bad place");
             EXPECT_FALSE(decoded.complete);
             const fixture::Samples part = written(decoded);
-            EXPECT_EQ(part.size(), number * 2304 - 1105 * 2); // trimmed at the start: 1105
+            // 2304 samples per frame; at the start, 1105 samples of each channel are trimmed.
+            EXPECT_EQ(part.size(), number * 2304 - 1105 * 2);
             EXPECT_TRUE(std::equal(part.begin(), part.end(), whole.samples.begin()));
         }
     }
 }
 
-TEST_F(SegmentWorkersTest, KeepEverythingBeforeAnUnreadableOffsetAlsoInOnePass) {
+TEST_F(SegmentWorkersTest, KeepEverythingBeforeAnUnreadableOffsetThatFollowsABrokenFrame) {
     const Data data = brokenAt({25});
     const auto bad = static_cast<std::size_t>(fixture::framesOf(data)[90].offset);
     const fixture::BadPlaceSource source(data, bad, SIZE_MAX);
@@ -146,17 +151,17 @@ TEST_F(SegmentWorkersTest, OneWorkerContinuesAloneFromTheFirstBrokenSegment) {
             EXPECT_FALSE(decoded.failure);
             EXPECT_EQ(decoded.count, whole.count);
             EXPECT_EQ(fixture::difference(written(decoded), whole.samples), std::nullopt)
-                << frames[0];
+                << "first broken frame: " << frames[0];
         }
     }
 }
 
-TEST_F(SegmentWorkersTest, LeaveAPrefixWithoutGapsIfTheSingleWorkerIsStopped) {
+TEST_F(SegmentWorkersTest, LeaveAPrefixWithoutGapsIfTheWorkerThatContinuesAloneIsStopped) {
     const Data data = brokenAt({75});
     const fixture::DecodedSound whole = fixture::sequentially(data);
     int stoppedAfterBrokenFrame = 0;
     // How far each worker is at a given read depends on the system's scheduler, so the loop is
-    // repeated until the single worker was stopped after the broken frame.
+    // repeated until the worker that continues alone was stopped after the broken frame.
     constexpr int mostTries = 200;
     for (int i = 0; i < 8 || (stoppedAfterBrokenFrame == 0 && i < mostTries); ++i) {
         const int allowedReads = 4 + 3 * (i % 8);
@@ -171,12 +176,14 @@ TEST_F(SegmentWorkersTest, LeaveAPrefixWithoutGapsIfTheSingleWorkerIsStopped) {
         EXPECT_FALSE(decoded.failure);
         const fixture::Samples part = written(decoded);
         ASSERT_LE(part.size(), whole.samples.size());
-        EXPECT_TRUE(std::equal(part.begin(), part.end(), whole.samples.begin())) << allowedReads;
-        EXPECT_TRUE(!decoded.complete || part.size() == whole.samples.size()) << allowedReads;
+        EXPECT_TRUE(std::equal(part.begin(), part.end(), whole.samples.begin()))
+            << allowedReads << " reads";
+        EXPECT_TRUE(!decoded.complete || part.size() == whole.samples.size())
+            << allowedReads << " reads";
         stoppedAfterBrokenFrame += !decoded.complete && part.size() > 80U * 2304 ? 1 : 0;
     }
     EXPECT_GT(stoppedAfterBrokenFrame, 0)
-        << "unsuitable test data: the single worker was never stopped "
+        << "unsuitable test data: the worker that continues alone was never stopped "
            "after the broken frame";
 }
 
@@ -189,7 +196,8 @@ TEST_F(SegmentWorkersTest, DoAllWorkEvenIfNotAllThreadsCanBeStarted) {
         const Decoded decoded = decode(source, {4, 13, threads.starter()});
         EXPECT_EQ(threads.refused(), 1);
         EXPECT_TRUE(decoded.complete);
-        EXPECT_EQ(fixture::difference(written(decoded), whole.samples), std::nullopt) << left;
+        EXPECT_EQ(fixture::difference(written(decoded), whole.samples), std::nullopt)
+            << left << " threads could be started";
     }
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Decodes all frames of a stream in order, with one decoder at a time. Segments decoded in parallel
-// must yield the same samples. Not for streams in free format.
+// Decodes all frames of a stream in order, in one pass. A decoding in parallel segments must yield
+// the same samples as this decoder. Not for streams in free format.
 #pragma once
 
 #include <memory>
@@ -31,7 +31,7 @@ class SequentialDecoder : public PcmReader {
     RenewedDecoder decoder_;
 };
 
-/// The part of `samples`, which are those of frame `number`, that `trim` keeps.
+/// `samples` are the samples of frame `number`. Returns the part of them that `trim` keeps.
 [[nodiscard]] std::span<const std::int16_t> keptPart(const GaplessTrim& trim,
                                                      const StreamFormat& format,
                                                      std::int64_t number,

@@ -28,7 +28,7 @@ void expectLikeTheTool(const Data& data, const std::string& name) {
     EXPECT_EQ(difference(ours.samples, tools.samples), std::nullopt) << name;
 }
 
-TEST(SequentialDecoderTest, DecodesCleanStreamsToTheSameSamplesAsTheLibrarysTool) {
+TEST(SequentialDecoderTest, DecodesUndamagedStreamsToTheSameSamplesAsMpg123) {
     constexpr double seconds = 1;
     for (const char* options :
          {"-b 128", "-t -b 128", "-V 2", "-t -V 4", "--abr 140", "-b 320", "-p -b 160",
@@ -37,8 +37,8 @@ TEST(SequentialDecoderTest, DecodesCleanStreamsToTheSameSamplesAsTheLibrarysTool
     }
     for (const int rate : {48000, 32000, 24000, 22050, 16000, 12000, 11025, 8000}) {
         const std::string options = "--resample " + std::to_string(rate / 1000.0);
-        expectLikeTheTool(encoded(rate, 1, "-b 32 " + options, seconds), std::to_string(rate));
-        expectLikeTheTool(encoded(rate, 2, "-b 64 " + options, seconds), std::to_string(rate));
+        expectLikeTheTool(encoded(rate, 1, "-b 32 " + options, seconds), "mono " + options);
+        expectLikeTheTool(encoded(rate, 2, "-b 64 " + options, seconds), "stereo " + options);
     }
     for (const int rate : {24000, 16000, 8000}) {
         const std::string options = "-b 8 --resample " + std::to_string(rate / 1000.0);
@@ -46,30 +46,31 @@ TEST(SequentialDecoderTest, DecodesCleanStreamsToTheSameSamplesAsTheLibrarysTool
     }
 }
 
-TEST(SequentialDecoderTest, DecodesLayersIAndIIToTheSameSamplesAsTheLibrarysTool) {
+TEST(SequentialDecoderTest, DecodesLayersIAndIIToTheSameSamplesAsMpg123) {
     expectLikeTheTool(fixture::layer1(40), "Layer I");
     expectLikeTheTool(fixture::layer2(40), "Layer II");
 }
 
-TEST(SequentialDecoderTest, DecodesJoinedFilesToTheSameSamplesAsTheLibrarysTool) {
+TEST(SequentialDecoderTest, DecodesJoinedFilesToTheSameSamplesAsMpg123) {
     expectLikeTheTool(ordinary() + ordinary(), "joined");
 }
 
-TEST(SequentialDecoderTest, ReturnsExactlyTheSamplesThatWereEncoded) {
+TEST(SequentialDecoderTest, ReturnsExactlyAsManySamplesAsWereEncoded) {
     EXPECT_EQ(sequentially(ordinary()).samples.size(), 4U * 44100 * 2);
     EXPECT_EQ(sequentially(ordinary()).count, (DecodeCount{155, 0, {}}));
 }
 
-TEST(SequentialDecoderTest, KeepsEveryUndamagedFrame) {
+TEST(SequentialDecoderTest, DecodesAllFramesAroundJunkAndSilencesAtMostThree) {
     const std::size_t place = static_cast<std::size_t>(fixture::framesOf(ordinary())[70].offset);
     const DecodedSound whole = sequentially(ordinary());
     for (const std::size_t bytes : {500U, 1500U, 4096U, 70'000U}) {
         EXPECT_EQ(difference(sequentially(junk(bytes) + ordinary()).samples, whole.samples),
                   std::nullopt)
-            << bytes;
+            << bytes << " bytes of junk before the stream";
         const DecodedSound inside = sequentially(part(ordinary(), 0, place) + junk(bytes) +
                                                  part(ordinary(), place, SIZE_MAX));
-        EXPECT_EQ(inside.samples.size(), whole.samples.size()) << bytes;
+        EXPECT_EQ(inside.samples.size(), whole.samples.size())
+            << bytes << " bytes of junk inside the stream";
         EXPECT_EQ(inside.count.framesDecoded, 155);
         EXPECT_EQ(inside.count.loss.bytesSkipped, static_cast<std::int64_t>(bytes));
         EXPECT_LE(inside.count.framesSilenced, 3);
@@ -85,7 +86,7 @@ TEST(SequentialDecoderTest, KeepsEveryUndamagedFrame) {
     }
 }
 
-TEST(SequentialDecoderTest, KeepsTheFormatOfMostFramesAndCountsTheOthers) {
+TEST(SequentialDecoderTest, DecodesTheFramesOfTheMostFrequentFormatAndCountsTheOthers) {
     const Data& mono = encoded(44100, 1, "-b 64");
     const Data jingle = part(mono, 0, static_cast<std::size_t>(fixture::framesOf(mono)[3].offset));
     const DecodedSound decoded =
@@ -94,7 +95,7 @@ TEST(SequentialDecoderTest, KeepsTheFormatOfMostFramesAndCountsTheOthers) {
     EXPECT_EQ(decoded.count.framesDecoded, 155 + 156);
     EXPECT_EQ(decoded.count.loss.framesDropped, 4 + 168 + 155 + 2);
     EXPECT_EQ(decoded.count.loss.bytesSkipped, 0);
-    // The samples are the same as without the other frames.
+    // Frames of another format before the stream do not change its samples.
     EXPECT_EQ(
         difference(sequentially(jingle + ordinary()).samples, sequentially(ordinary()).samples),
         std::nullopt);
@@ -107,7 +108,7 @@ TEST(SequentialDecoderTest, IsNotCreatedForAStreamWithoutAFrame) {
     }
 }
 
-TEST(SequentialDecoderTest, DecodesEverythingBeforeAReadFailureAndReportsIt) {
+TEST(SequentialDecoderTest, DecodesEverythingBeforeAReadFailureAndReportsTheFailure) {
     const auto bad = static_cast<std::size_t>(fixture::framesOf(ordinary())[100].offset);
     const DecodedSound decoded = sequentially(fixture::BadPlaceSource(ordinary(), bad, SIZE_MAX));
     ASSERT_TRUE(decoded.failure);
@@ -117,7 +118,7 @@ TEST(SequentialDecoderTest, DecodesEverythingBeforeAReadFailureAndReportsIt) {
     EXPECT_TRUE(std::equal(decoded.samples.begin(), decoded.samples.end(), whole.samples.begin()));
 }
 
-TEST(SequentialDecoderTest, ReturnsTheKeptPartOfEachFrame) {
+TEST(SequentialDecoderTest, ReturnsThePartOfEachFrameThatTheGaplessTrimKeeps) {
     const StreamFormat format; // 1152 samples, stereo
     const std::vector<std::int16_t> samples(2304);
     const GaplessTrim trim(1500, 2500, 3456);

@@ -41,7 +41,8 @@ class FormatCounts {
         const auto index = static_cast<std::size_t>(known - counts_.begin());
         if (known == counts_.end()) {
             const bool isInfo = parseInfoTag(frame.header, scanner.bytesOf(frame)).has_value();
-            // add() increases the count by one: an information frame does not count.
+            // add() then increases the count by one. An information frame must not count, so the
+            // count of its format begins at -1.
             counts_.push_back({frame.header.format, isInfo ? -1 : 0});
         }
         return index;

@@ -18,17 +18,17 @@ namespace sonarith::mp3 {
 /// frames of other formats, and use the trimming (info_tag.h) of the information frame before the
 /// frames of the chosen format.
 ///
-/// A stream that begins in free format is read in free format to its end: the library finds its
-/// frames, and only frames of the first frame's format are kept.
+/// A stream that begins in free format is read in free format to its end: the decoder library finds
+/// the frames (free_format_decoder.h), and only frames of the first frame's format are kept.
 struct StreamSurvey {
-    std::optional<StreamFormat> format; ///< empty in free format, and where there is no frame
+    std::optional<StreamFormat> format; ///< empty in free format, or if no frame exists
     std::optional<std::int64_t>
         freeFormatOffset; ///< where the stream begins, if it is in free format
     std::optional<Error>
         failure; ///< why the pass ended early; the other members cover the part before the failure
 };
 
-/// Surveys the frames that begin before `end` of the source.
+/// Surveys the frames that begin before the offset `end` of the source, in bytes.
 [[nodiscard]] StreamSurvey
 surveyStream(const ByteSource& source, std::int64_t end = std::numeric_limits<std::int64_t>::max());
 

@@ -17,15 +17,16 @@ StreamSurvey survey(const Data& data) {
     return surveyStream(MemorySource(data));
 }
 
-/// The first `count` frames of `data`, which has no information frame.
+/// The first `count` frames of `data`. Precondition: `data` does not begin with an information
+/// frame (a frame that contains no sound).
 Data frames(const Data& data, std::size_t count) {
     return fixture::part(data, 0, static_cast<std::size_t>(fixture::framesOf(data)[count].offset));
 }
 
-const Data& slow() { // 32000 Hz
+const Data& slow() { // 32000 Hz, 432 bytes in each frame
     return encoded(32000, 2, "-t -b 96 --resample 32", 1.5);
 }
-const Data& fast() { // 48000 Hz
+const Data& fast() { // 48000 Hz, 288 bytes in each frame
     return encoded(48000, 2, "-t -b 96 --resample 48", 1.5);
 }
 
@@ -56,7 +57,7 @@ TEST(StreamSurveyTest, TheFirstFormatIsChosenIfAllHaveEquallyManyFrames) {
 
 TEST(StreamSurveyTest, InformationFramesDoNotCount) {
     const Data& headed = encoded(32000, 2, "-b 96 --resample 32", 1.5);
-    const Data five = fixture::part(headed, 0, 5 * 432); // one is an information frame
+    const Data five = fixture::part(headed, 0, 5 * 432); // the first is an information frame
     EXPECT_EQ(rateOf(five + frames(fast(), 4)), 32000);
     EXPECT_EQ(rateOf(five + frames(fast(), 5)), 48000);
 }

@@ -39,7 +39,7 @@ std::optional<TargetTurn> TargetTurn::take(const files::SavePlace& place,
 
 void TargetTurn::wakeWaiting() {
     Table& turns = table();
-    // The lock makes sure that a thread that has checked `stop` is already waiting when the
+    // The lock makes sure that a thread that has read `stop` as false is already waiting when the
     // notification is sent.
     { const std::lock_guard lock(turns.mutex); }
     turns.changed.notify_all();

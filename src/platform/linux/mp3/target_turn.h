@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Lets one decoding at a time write to a file: the next one begins when the previous one has named
-// its WAV or has failed, however long the disk takes for that. It knows only the decodings of this
-// process, and opens no file.
+// Lets only one decoding at a time write to a WAV file. The next decoding to the same file begins
+// when the previous one has given the file its name or has failed, however long the disk takes.
+// This class knows only the decodings of this process, and opens no file.
 #pragma once
 
 #include <atomic>
@@ -18,8 +18,8 @@ namespace sonarith::mp3 {
 /// The right to write to one place, from `take` until the destructor. Thread-safe.
 class TargetTurn {
   public:
-    /// Waits until no other object has the turn for `place`. Returns nothing as soon as `stop` is
-    /// true.
+    /// Waits until no other object has the turn for `place`. Returns nothing if `stop` is true; for
+    /// a `stop` that is set during the wait, wakeWaiting() must be called.
     [[nodiscard]] static std::optional<TargetTurn> take(const files::SavePlace& place,
                                                         const std::atomic<bool>& stop);
     /// Makes every waiting `take` check its `stop` again.

@@ -11,13 +11,16 @@
 
 namespace sonarith::mp3 {
 
-/// The parts of the header: RF64, "ds64" of 28 bytes, "fmt " of 16 bytes, "data".
+/// The RF64 form's header: 12 bytes for RF64, its size and "WAVE"; then "ds64" of 8 + 28 bytes,
+/// "fmt " of 8 + 16 bytes, and the first 8 bytes of "data".
 inline constexpr std::int64_t rf64HeaderBytes = 80;
 
-/// The plain form: RIFF, "fmt " of 16 bytes, "data". Its length is sound::wavHeaderBytes.
+/// The plain form: RIFF, "fmt " of 8 + 16 bytes, "data". Its length is sound::wavHeaderBytes.
+/// `sampleBytes` is the size of all samples together.
 [[nodiscard]] std::vector<std::uint8_t> plainWavHeader(const PcmFormat& format,
                                                        std::int64_t sampleBytes);
-/// The RF64 form (EBU Tech 3306), for more than 4 GiB. Its length is rf64HeaderBytes.
+/// The RF64 form (EBU Tech 3306), for files of more than 4 GiB. Its length is rf64HeaderBytes.
+/// `sampleBytes` is the size of all samples together.
 [[nodiscard]] std::vector<std::uint8_t> rf64Header(const PcmFormat& format,
                                                    std::int64_t sampleBytes);
 

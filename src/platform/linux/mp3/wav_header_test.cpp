@@ -26,7 +26,7 @@ class WavHeaderTest : public testing::Test {
     fakes::TempFolder folder;
 };
 
-TEST_F(WavHeaderTest, CanBeReadInBothForms) {
+TEST_F(WavHeaderTest, LibsndfileReadsThePlainHeaderAndTheRf64Header) {
     for (const PcmFormat& format : {PcmFormat{44100, 2}, PcmFormat{8000, 1}, PcmFormat{48000, 2}}) {
         const SF_INFO plain = read(plainWavHeader(format, 4000), 4000);
         EXPECT_EQ(plain.samplerate, format.rate);
@@ -41,7 +41,7 @@ TEST_F(WavHeaderTest, CanBeReadInBothForms) {
     }
 }
 
-TEST_F(WavHeaderTest, ThePlainFormHasTheUsualLengthAndCanStateTheLargestSize) {
+TEST_F(WavHeaderTest, ThePlainHeaderHasTheLengthWavHeaderBytesAndCanStateTheLargestSize) {
     const Data header = plainWavHeader({44100, 2}, sound::maxWavSampleBytes);
     EXPECT_EQ(header.size(), static_cast<std::size_t>(sound::wavHeaderBytes));
     EXPECT_EQ(fixture::part(header, 4, 8), Data(4, 0xFF))

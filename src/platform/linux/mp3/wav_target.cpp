@@ -77,7 +77,8 @@ Status WavTarget::write(std::int64_t offset, std::span<const std::uint8_t> bytes
 
 Result<std::int64_t> WavTarget::finish(std::int64_t samples) {
     const bool large = samples * bytesPerFrame() > longestWavBytes_;
-    // First drops the samples after the end: on a full disk their space is the only free space.
+    // First drops what was written after the last sample to keep: on a full disk, its space is the
+    // only free space.
     if (const Status status = cutTo(samples); !status.ok()) {
         return status.error();
     }
@@ -120,8 +121,8 @@ std::int64_t WavTarget::roomFor(std::int64_t samples, std::int64_t distance) {
 }
 
 /// Makes space for the larger header: moves the samples towards the end of the file, the last ones
-/// first. The space is not reserved from the beginning, because small files then could not have the
-/// plain header.
+/// first. The space is not reserved when the file is created, because small files then could not
+/// have the plain header.
 Status WavTarget::moveUp(std::int64_t bytes, std::int64_t distance) {
     std::vector<std::uint8_t> block(
         256 * 1024); // large enough that the cost of system calls does not matter

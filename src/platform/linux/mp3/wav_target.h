@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Creates a WAV: several threads write samples to their positions in an unnamed file, in any order;
-// at the end the file gets its header and its name. It does not track which samples are missing.
+// at the end the file gets its header and its name. The class does not track which samples are
+// missing.
 #pragma once
 
 #include <cstdint>
@@ -30,9 +31,9 @@ class WavTarget {
     /// thread may be writing.
     [[nodiscard]] Status cutTo(std::int64_t samples);
     /// Ends the WAV after `samples` samples per channel, all of which must have been placed, and
-    /// gives it its name. Returns how many samples per channel the WAV contains: on a full disk the
-    /// RF64 form loses the last few samples, because its header needs their space. After a failure
-    /// an existing file of that name is unchanged. Waits for the disk.
+    /// gives it its name. Returns how many samples per channel the WAV contains: on a full disk an
+    /// RF64 file loses the last few samples, because its header needs their space. After a failure
+    /// a file that already had that name is unchanged. Waits for the disk.
     [[nodiscard]] Result<std::int64_t> finish(std::int64_t samples);
 
   private:

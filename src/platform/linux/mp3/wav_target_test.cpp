@@ -37,7 +37,7 @@ TEST_F(WavTargetTest, IsInvisibleUntilItIsFinished) {
     EXPECT_EQ(entries(), 1);
 }
 
-TEST_F(WavTargetTest, IsAlsoFinishedOrDeletedIfItHasAHiddenName) {
+TEST_F(WavTargetTest, AFileWithAHiddenNameIsRenamedByFinishAndDeletedIfItIsNotFinished) {
     const auto hidden = [&] {
         return std::move(WavTarget::create(path, {22050, 2}, sound::maxWavSampleBytes,
                                            files::Concealment::hiddenName)
@@ -55,7 +55,7 @@ TEST_F(WavTargetTest, IsAlsoFinishedOrDeletedIfItHasAHiddenName) {
     EXPECT_EQ(entries(), 1);
 }
 
-TEST_F(WavTargetTest, StoresSamplesAtTheirOffsetsInAnyOrder) {
+TEST_F(WavTargetTest, StoresSamplesAtTheirOffsetsEvenIfLaterSamplesArePlacedFirst) {
     const auto target = create();
     EXPECT_TRUE(target->place(2, Samples{5, 6}).ok());
     EXPECT_TRUE(target->place(0, Samples{1, 2, 3, 4}).ok());
@@ -65,7 +65,7 @@ TEST_F(WavTargetTest, StoresSamplesAtTheirOffsetsInAnyOrder) {
     EXPECT_EQ(decoded.samples, (Samples{1, 2, 3, 4, 5, 6}));
 }
 
-TEST_F(WavTargetTest, IsTruncatedAtItsGivenEnd) {
+TEST_F(WavTargetTest, FinishTruncatesTheFileAtTheGivenEnd) {
     const auto target = create();
     EXPECT_TRUE(target->place(0, Samples{1, 2, 3, 4}).ok());
     EXPECT_TRUE(target->place(1000, Samples{9, 9}).ok());

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Fixtures for tests of opened files: they provide a folder d:\ with files on the machine's disk or
-// in memory, so that each test checks both file systems.
+// in memory, so that the same test can check the real file systems and the fake one.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -50,13 +50,13 @@ inline ErrorNumber readFailure(BinaryFile& file, std::int64_t offset) {
     return file.read(offset, buffer).error().number;
 }
 
-/// A folder d:\ whose files are on the machine's disk or in memory; each test must pass with both.
+/// A folder d:\ whose files are on the machine's disk or in memory.
 struct BinaryWorld {
     virtual ~BinaryWorld() = default;
     virtual FileSystem& files() = 0;
     virtual void put(const std::string& name, const std::string& content) = 0;
     virtual void makeFolder(const std::string& name) = 0;
-    /// Empty for a file that does not exist.
+    /// std::nullopt if the file does not exist.
     virtual std::optional<std::string> content(const std::string& name) = 0;
 };
 

@@ -21,7 +21,7 @@ TEST(ClockRandom, ReturnsFractionsFromZeroToBelowOne) {
     EXPECT_NEAR(sum / draws, 0.5, 0.01);
 }
 
-TEST(ClockRandom, ReturnsTheSameFractionForTheSameClockReading) {
+TEST(ClockRandom, ReseedingAtTheSameClockReadingRepeatsTheFraction) {
     std::uint64_t now = 1000;
     ClockRandom random([&] { return now; });
     const float first = random.fraction();
@@ -32,7 +32,7 @@ TEST(ClockRandom, ReturnsTheSameFractionForTheSameClockReading) {
     EXPECT_NE(random.fraction(), first);
 }
 
-TEST(ClockRandom, UsesTheHighHalfOfTheClockReading) {
+TEST(ClockRandom, TheHighHalfOfTheClockReadingAlsoDeterminesTheFraction) {
     std::set<float> drawn;
     for (std::uint64_t high = 0; high < 100; ++high) {
         drawn.insert(ClockRandom([&] { return high << 32; }).fraction());

@@ -87,7 +87,8 @@ std::optional<std::string> DriveTable::mountPointOf(char letter) const {
 const Drive& DriveTable::driveOf(std::string_view machinePath) const {
     const Drive* deepest = &drives_.front(); // C:, the root, contains every path
     for (const Drive& drive : drives_) {
-        // Two mount points of equal depth that contain the same path are the same folder.
+        // Mount points of equal length that contain the same path are the same folder; then H: is
+        // preferred.
         const std::size_t depth = drive.mountPoint.size();
         const std::size_t deepestYet = deepest->mountPoint.size();
         if (isWithin(machinePath, drive.mountPoint) &&

@@ -21,7 +21,7 @@ std::vector<MountPoint> mountsOn(std::initializer_list<const char*> points) {
     return mounts;
 }
 
-TEST(DriveTable, GivesTheRootTheLetterCWithoutAnEntryInTheStore) {
+TEST(DriveTable, GivesTheRootTheLetterCAndDoesNotStoreThisLetter) {
     FakeSettingsStore store;
     DriveTable table(store);
     table.update(mountsOn({"/"}));
@@ -29,7 +29,7 @@ TEST(DriveTable, GivesTheRootTheLetterCWithoutAnEntryInTheStore) {
     EXPECT_THAT(store.writes, IsEmpty());
 }
 
-TEST(DriveTable, GivesFurtherMountsLettersInTheirOrderAndStoresTheLetters) {
+TEST(DriveTable, AssignsAndStoresLettersForOtherMountsInTheOrderOfTheMounts) {
     FakeSettingsStore store;
     DriveTable table(store);
     table.update(mountsOn({"/", "/home", "/media/a"}));
@@ -39,7 +39,7 @@ TEST(DriveTable, GivesFurtherMountsLettersInTheirOrderAndStoresTheLetters) {
     EXPECT_EQ(store.held("Drives", "E"), "/media/a");
 }
 
-TEST(DriveTable, KeepsAnAssignedLetter) {
+TEST(DriveTable, KeepsAssignedLettersInLaterRunsEvenForDisksThatAreNotMounted) {
     FakeSettingsStore store;
     DriveTable(store).update(mountsOn({"/", "/media/a", "/media/b"}));
     DriveTable later(store);
@@ -95,7 +95,7 @@ TEST(DriveTable, TreatsMountsAsPartOfTheEnclosingDriveIfNoLetterIsFree) {
 
 // --- the home folder ------------------------------------------------------------------------
 
-TEST(DriveTable, GivesTheHomeFolderTheLetterHWithoutAnEntryInTheStore) {
+TEST(DriveTable, GivesTheHomeFolderTheLetterHAndDoesNotStoreThisLetter) {
     FakeSettingsStore store;
     DriveTable table(store, "/home/jane.doe/");
     EXPECT_THAT(table.drives(), ElementsAre(Drive{'C', "/"}, Drive{'H', "/home/jane.doe"}));

@@ -18,9 +18,10 @@ int renameByLink(const std::string& from, const std::string& to) {
         ::unlink(to.c_str()); // removes only the new link; the file keeps the name `from`
         return reason;
     }
-    // link() fails with EPERM on file systems without hard links, and for folders. The kernel
-    // checks the new name before it calls the file system: if the name existed, the error would be
-    // EEXIST.
+    // link() fails with EPERM on file systems without hard links, and for folders. If `to` existed,
+    // the error would be EEXIST, because the kernel checks this name before it calls the file
+    // system. So after the errors listed here, `to` does not exist and rename() replaces no file,
+    // with the exception that is described at the declaration of renameByLink().
     if (errno != EPERM && errno != EOPNOTSUPP && errno != ENOSYS && errno != EMLINK) {
         return errno;
     }

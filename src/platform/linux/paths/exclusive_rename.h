@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Renames a file or folder without ever replacing an existing one. Works on machine paths.
+// Renames a file or folder and does not replace an existing one, with one exception: see
+// renameByLink(). Works on machine paths.
 #pragma once
 
 #include <string>
@@ -10,7 +11,7 @@ namespace sonarith {
 [[nodiscard]] int renameExclusively(const std::string& from, const std::string& to);
 
 /// The fallback of renameExclusively() if the kernel or the file system does not support exclusive
-/// renames. It creates a second hard link and removes the first. If link() fails for lack of
+/// renames. It creates `to` as a second hard link and removes `from`. If link() fails for lack of
 /// support, `to` does not exist (otherwise link() would fail with EEXIST), and rename() is called.
 /// Only in this case can a file be lost: if another process creates `to` between link() and
 /// rename(), rename() replaces that file.

@@ -15,7 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Each test runs with renameExclusively() and with renameByLink().
+/// Each test runs twice: once with renameExclusively(), once with renameByLink().
 class ExclusiveRenameTest
     : public ::testing::TestWithParam<int (*)(const std::string&, const std::string&)> {
   protected:

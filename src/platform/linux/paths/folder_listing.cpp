@@ -23,8 +23,8 @@ EntryKind FolderListing::kindOf(const dirent& entry) const {
         return EntryKind::folder;
     case DT_REG:
         return EntryKind::file;
-    case DT_LNK:
-    case DT_UNKNOWN: { // a file system that does not report kinds
+    case DT_LNK:       // the kind of the link's target is returned
+    case DT_UNKNOWN: { // the file system does not report kinds
         struct stat status {};
         if (::fstatat(::dirfd(opened_.get()), entry.d_name, &status, 0) != 0) {
             return EntryKind::other;

@@ -58,7 +58,7 @@ TEST_F(FolderListingTest, FollowsLinks) {
                     Pair("to nothing", EntryKind::other), Pair("to itself", EntryKind::other)));
 }
 
-TEST_F(FolderListingTest, APipeIsListedAsOther) {
+TEST_F(FolderListingTest, APipeHasTheKindOther) {
     ASSERT_EQ(::mkfifo((folder_ / "pipe.wav").c_str(), 0600), 0);
     EXPECT_THAT(entries(), UnorderedElementsAre(Pair("pipe.wav", EntryKind::other)));
 }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests the patient classes (patient_paths.h), whose calls return even if a mount hangs. A call
-// that hangs is left behind: it fails, and nothing waits for it any longer. The calls on mounts
-// that respond are covered by the tests of the machine's files, which also run through these
-// classes.
+// Tests the patient classes (patient_paths.h), whose functions return even if a mount hangs. If a
+// call to a mount does not return in time, this call is left behind: the function fails, and
+// nothing waits for the call any longer. Calls to mounts that respond are covered by the tests of
+// the machine's files, which also run through the patient classes.
 #include <gmock/gmock.h>
 
 #include <array>
@@ -36,7 +36,7 @@ class HangingFilesTest : public testing::Test, public test::HangingWorld {
         return "The disk or server at " + mount + " does not respond.";
     }
     [[nodiscard]] std::string recoveryOf(const std::string& mount) const {
-        return "settled mount " + mount + ": The disk or server at " + mount + " responds again.";
+        return "settled [mount " + mount + "]: The disk or server at " + mount + " responds again.";
     }
 
     std::vector<std::string> namesIn(DirectoryWalk& walk, const std::string& folder) {
@@ -93,7 +93,7 @@ TEST_F(HangingFilesTest, AMountThatRespondsAgainIsCalledAgain) {
     EXPECT_THAT(notices.texts(), ElementsAre(reportOf(d), recoveryOf(d), reportOf(d)));
 }
 
-TEST_F(HangingFilesTest, ForALinkTheMountOfItsTargetIsReported) {
+TEST_F(HangingFilesTest, ForALinkToAHangingMountThatMountIsReported) {
     mounts->hang(d);
     ASSERT_FALSE(files.fileLength("e:\\link\\music\\a.wav").ok());
     EXPECT_THAT(notices.texts(), ElementsAre(reportOf(d)));

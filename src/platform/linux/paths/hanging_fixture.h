@@ -119,7 +119,8 @@ class HangingMounts {
     std::map<std::string, Gate> gates_; ///< by mount point
 };
 
-/// A call is late as soon as it hangs at a gate, so that no test waits for a real timeout.
+/// Reports a call as late as soon as it hangs at a gate, so that no test waits for a long timeout.
+/// A wait with a bound of at most plainMoment also ends after plainMoment.
 class GateWaiting final : public Waiting {
   public:
     explicit GateWaiting(const HangingMounts& mounts) : mounts_(mounts) {}

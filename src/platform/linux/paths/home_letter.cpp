@@ -54,8 +54,8 @@ std::string mountPointOf(const SettingsStore& store, char letter) {
     return upper == homeLetter ? std::string() : storedMountPoint(store, upper);
 }
 
-/// `path` with H: in place of another letter; empty if `path` is outside the home folder, ends with
-/// the name of the home folder, or already uses H:.
+/// `path` as a path on H:, for a path in the home folder that has another letter. Empty if `path`
+/// is outside the home folder, is this folder without a backslash at the end, or already uses H:.
 std::optional<std::string> byHomeLetter(const SettingsStore& store, std::string_view home,
                                         std::string_view path) {
     const std::string mountPoint = hasDrive(path) ? mountPointOf(store, path[0]) : std::string();
@@ -95,15 +95,15 @@ void moveToHomeLetter(SettingsStore& store, std::string_view home,
     };
     const std::string plainHome = plainMachinePath(home);
     if (const std::string moved = storedMountPoint(store, homeLetter); moved == plainHome) {
-        // A mount on the home folder is reached as H: without an entry.
+        // The mount is the home folder, which is H: even if the store does not assign this letter.
         store.DeleteSetting(applicationName, drivesSection, key);
     } else if (!moved.empty()) {
         const std::string start = newStartOf(assignLetter(store, moved), moved);
         changeEach([&](const std::string& path) {
             return isOnHomeLetter(path) ? std::optional(start + path.substr(2)) : std::nullopt;
         });
-        // This is the last step: as long as the entry exists, a call after an interruption converts
-        // the remaining paths.
+        // The entry for H: is deleted only after the paths have been changed: as long as it exists,
+        // a call after an interruption changes the remaining paths.
         store.DeleteSetting(applicationName, drivesSection, key);
     }
     if (plainHome != "/") {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Migrates a settings store of an older version, in which the home folder had no letter of its own.
-// It works on texts only and accesses no disk.
+// The migration changes texts only and accesses no disk.
 #pragma once
 
 #include <string>
@@ -18,12 +18,12 @@ struct StoredPath {
 };
 
 /// If the store assigned H: to a mount, that mount gets another letter, in the section of the
-/// drives and in `paths`. Then each of `paths` that is below the home folder but has another
-/// drive's letter gets H:, so that each file has only one path: the dialogs use H: for files in the
-/// home folder. A path that ends with the name of the home folder keeps its letter, since the logic
-/// splits a path at its last backslash, and "H:" contains none. A store that needs no change is not
-/// written to. Must be called before DriveTable is created. If a call is interrupted, the next call
-/// completes the migration.
+/// drives and in the values of `paths`. Then each value of `paths` that is below the home folder
+/// but has another drive's letter gets H:, so that each file has only one path: the dialogs use H:
+/// for files in the home folder. A path that ends with the name of the home folder keeps its
+/// letter: it would become "H:" without a backslash, but the logic splits a path at its last
+/// backslash. A store that needs no change is not written to. Must be called before DriveTable is
+/// created. If a call is interrupted, the next call completes the migration.
 void moveToHomeLetter(SettingsStore& store, std::string_view home,
                       const std::vector<StoredPath>& paths);
 

@@ -39,7 +39,7 @@ TEST_F(MoveToHomeLetterTest, WritesNothingToAStoreThatNeedsNoChange) {
     EXPECT_THAT(store_.writes, IsEmpty());
 }
 
-TEST_F(MoveToHomeLetterTest, WritesAPathInTheHomeFolderWithTheHomeLetter) {
+TEST_F(MoveToHomeLetterTest, APathInTheHomeFolderGetsTheHomeLetter) {
     EXPECT_EQ(moved("C:\\home\\jane\\My Music\\CD"), "H:\\My Music\\CD");
     EXPECT_EQ(moved("c:\\home\\jane\\My Music"), "H:\\My Music");
     EXPECT_EQ(moved("c:\\home\\jane.doe\\.local\\WAVFiles", "/home/jane.doe"),
@@ -50,9 +50,10 @@ TEST_F(MoveToHomeLetterTest, WritesAPathInTheHomeFolderWithTheHomeLetter) {
     EXPECT_EQ(moved("e:\\music"), "H:\\music");
 }
 
-// The last name of a stored path is the destination folder, even if the name is empty; see
-// destination_folder.h.
-TEST_F(MoveToHomeLetterTest, KeepsTheSplitOfThePathIntoParentAndName) {
+// The text after the last backslash of a stored path is the name of the destination folder, even if
+// it is empty (destination_folder.h). "H:" would contain no backslash, so a path that ends with the
+// name of the home folder is not changed.
+TEST_F(MoveToHomeLetterTest, KeepsTheSplitOfAPathIntoParentFolderAndName) {
     EXPECT_EQ(moved("C:\\home\\jane"), "C:\\home\\jane");
     EXPECT_EQ(moved("C:\\home\\jane\\"), "H:\\");
     EXPECT_EQ(moved("C:\\home\\jane\\x\\"), "H:\\x\\");
@@ -68,7 +69,7 @@ TEST_F(MoveToHomeLetterTest, ChangesNothingIfTheHomeFolderIsTheRoot) {
     EXPECT_THAT(store_.writes, IsEmpty());
 }
 
-TEST_F(MoveToHomeLetterTest, AMountThatHadTheLetterHAndItsPathsGetAnotherLetter) {
+TEST_F(MoveToHomeLetterTest, AMountWithTheLetterHGetsAnotherLetterAsDoThePathsOnIt) {
     store_.put("Drives", "D", "/media/a");
     store_.put("Drives", "H", "/media/b");
     EXPECT_EQ(moved("H:\\My Music"), "E:\\My Music");
@@ -88,7 +89,7 @@ TEST_F(MoveToHomeLetterTest, AnInterruptedMigrationIsCompleted) {
     EXPECT_EQ(store_.held("Drives", "H"), std::nullopt);
 }
 
-TEST_F(MoveToHomeLetterTest, PathsOnAMountBeginWithTheRootsLetterIfNoLetterIsFree) {
+TEST_F(MoveToHomeLetterTest, PathsOnAMountWithTheLetterHGetTheRootsLetterIfNoLetterIsFree) {
     for (char letter = 'D'; letter <= 'Z'; ++letter) {
         store_.put("Drives", std::string(1, letter), std::string("/media/") + letter + ":");
     }

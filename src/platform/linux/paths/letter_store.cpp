@@ -47,7 +47,8 @@ void LetterStore::SaveSetting(const std::string& /*application*/, const std::str
     changed_[key] = value;
 }
 
-// Empty: the table of drives never deletes a letter, because an unmounted disk keeps its letter.
+// Does nothing: the table of drives never deletes a letter, because an unmounted disk keeps its
+// letter.
 void LetterStore::DeleteSetting(const std::string& /*application*/, const std::string& /*section*/,
                                 const std::string& /*key*/) {}
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A copy of the stored drive letters, for threads that may not use the settings store. The thread
+// A copy of the stored drive letters, for threads that must not use the settings store. The thread
 // of the logic writes the changes of this copy to the store.
 #pragma once
 
@@ -19,7 +19,8 @@ class LetterStore final : public SettingsStore {
     /// Writes the changes since the last call of writeTo(). For the thread of the logic.
     void writeTo(SettingsStore& store);
 
-    // The following functions are thread-safe and support only the section of the drives.
+    // The following functions are thread-safe and support only the section `drivesSection`
+    // (drive_table.h).
     [[nodiscard]] std::string GetSetting(const std::string& application, const std::string& section,
                                          const std::string& key,
                                          const std::string& fallback) const override;

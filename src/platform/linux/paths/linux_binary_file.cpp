@@ -15,12 +15,14 @@ namespace sonarith {
 
 namespace {
 
-static_assert(sizeof(off_t) == sizeof(std::int64_t), "files may be larger than 2 GiB");
+static_assert(sizeof(off_t) == sizeof(std::int64_t),
+              "off_t needs 64 bits, since files may be larger than 2 GiB");
 
 constexpr std::int64_t largestOffset = std::numeric_limits<std::int64_t>::max();
 
 int flagsOf(FileAccess access) {
-    // Without O_NONBLOCK the call would block if a pipe has replaced the file since the check.
+    // Without O_NONBLOCK, ::open() would block if a pipe replaced the file after
+    // LinuxBinaryFile::open() checked that the file is regular.
     constexpr int always = O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
     switch (access) {
     case FileAccess::read:

@@ -163,7 +163,8 @@ TEST_F(LinuxBinaryFileTest, ReportsAReadErrorOfTheDisk) {
               static_cast<int>(ErrorNumber::deviceInputOutput));
 }
 
-// The system writes the four bytes up to the limit and refuses the rest in a separate call.
+// The first pwrite() writes only the four bytes up to the limit of the file size; the second
+// pwrite(), for the rest, fails.
 TEST_F(LinuxBinaryFileTest, ContinuesAfterAShortWrite) {
     world_.put("a.mp3", "0123");
     fs::permissions(world_.parent(), fs::perms::all);

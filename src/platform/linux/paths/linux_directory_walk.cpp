@@ -51,17 +51,17 @@ class LinuxDirectoryWalk final : public DirectoryWalk {
     std::map<FindHandle, Listing> listings_;
     FindHandle lastHandle_ = 0;
     const std::shared_ptr<WalkedFolders> walked_;
-    /// The machine paths of folders that a listing returned but that are not listed yet. They save
-    /// a second PathMap::locate() when the folder is listed. The key is the logic's path in lower
-    /// case with a trailing backslash.
+    /// The machine paths of folders that a listing returned but that are not listed yet, so that
+    /// listing such a folder needs no PathMap::locate(). The key is the logic's path in lower case
+    /// with a trailing backslash.
     std::unordered_map<std::string, std::string> met_;
 };
 
 std::optional<std::string> LinuxDirectoryWalk::machinePathOf(const std::string& folder) {
     if (const auto known = met_.extract(folder)) {
-        // If another spelling of this folder was chosen (PathMap::rememberChosen), that spelling
-        // has priority over the one found. locate() would apply it, but is not called here; for the
-        // files in the folder, PathMap applies chosen spellings itself.
+        // A spelling of this folder that was chosen (PathMap::rememberChosen) has priority over the
+        // listed spelling. locate() would apply the chosen spelling, but is not called here. The
+        // files in the folder need no such step: PathMap::locate() translates their paths.
         auto chosen = paths_.hasChosen(known.mapped()) ? paths_.chosenFor(folder) : std::nullopt;
         return chosen ? chosen : known.mapped();
     }

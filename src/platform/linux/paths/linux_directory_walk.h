@@ -47,8 +47,8 @@ class LinuxDirectories final : public Directories {
     LinuxDirectories(PathMap& paths, const FileSystem& files) : paths_(paths), files_(files) {}
 
     [[nodiscard]] std::unique_ptr<DirectoryWalk> startWalk() override;
-    /// Continues a walk that has already listed `walked`, and adds to `walked` the folders that it
-    /// lists.
+    /// Returns an object that continues a walk. `walked` contains the folders that the walk has
+    /// already listed; the object adds the folders that it lists.
     [[nodiscard]] std::unique_ptr<DirectoryWalk>
     continueWalk(std::shared_ptr<WalkedFolders> walked);
     [[nodiscard]] Result<std::string> folder(const std::string& path) const override;

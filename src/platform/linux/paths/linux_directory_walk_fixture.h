@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The fixture of the tests of LinuxDirectories. Each test accesses the machine directly, and
-// through the patient classes (patient_paths.h). For tests only.
+// The fixture of the tests of LinuxDirectories. Each test runs twice: it accesses the machine
+// directly in one run, and through the patient classes (patient_paths.h) in the other. For tests
+// only.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -38,7 +39,7 @@ class LinuxDirectoryWalkTest : public testing::TestWithParam<test::Reach> {
         fs::create_directory_symlink(target, disk_ + "/" + name);
     }
 
-    /// The names of one folder in the order of the listing.
+    /// The names that match `pattern`, in the order of the listing.
     static std::vector<std::string> names(DirectoryWalk& walk, const std::string& pattern) {
         std::vector<std::string> all;
         FindRecord entry;
@@ -99,8 +100,8 @@ class LinuxDirectoryWalkTest : public testing::TestWithParam<test::Reach> {
         return (folder_ / "mounts").string();
     }
 
-    /// Null if the machine is accessed directly. A forked process creates its own object, since it
-    /// does not inherit the threads of its parent.
+    /// Creates the patient classes; returns null if the test accesses the machine directly. A
+    /// forked process calls this function again, since it does not inherit its parent's threads.
     std::unique_ptr<test::PatientMachine> reach() {
         return GetParam() == test::Reach::patiently
                    ? std::make_unique<test::PatientMachine>(store_, (folder_ / "mounts").string(),

@@ -25,7 +25,7 @@ TEST_P(LinuxDirectoryWalkTest, ALinkToAFolderElsewhereIsFollowed) {
     EXPECT_THAT(filesBelow("d:"), ElementsAre("d:\\link\\sub\\a.wav"));
 }
 
-TEST_P(LinuxDirectoryWalkTest, TwoLinksToOneFolderAreFollowedOnce) {
+TEST_P(LinuxDirectoryWalkTest, OnlyOneOfTwoLinksToTheSameFolderIsFollowed) {
     fs::create_directories(folder_ / "elsewhere");
     std::ofstream(folder_ / "elsewhere/a.wav") << "x";
     link((folder_ / "elsewhere").string(), "one");
@@ -33,7 +33,7 @@ TEST_P(LinuxDirectoryWalkTest, TwoLinksToOneFolderAreFollowedOnce) {
     EXPECT_THAT(filesBelow("d:"), SizeIs(1));
 }
 
-TEST_P(LinuxDirectoryWalkTest, ALoopOfLinksEnds) {
+TEST_P(LinuxDirectoryWalkTest, AWalkThroughALoopOfLinksEndsAndFindsEachFileOnce) {
     write("a.wav");
     write("x/b.wav");
     write("y/c.wav");

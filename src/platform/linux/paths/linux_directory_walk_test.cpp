@@ -29,7 +29,7 @@ INSTANTIATE_TEST_SUITE_P(Reached, LinuxDirectoryWalkTest,
 
 // --- one folder -----------------------------------------------------------------------------
 
-TEST_P(LinuxDirectoryWalkTest, TheTwoDotEntriesAreFirstInEveryFolderAndAtTheRoot) {
+TEST_P(LinuxDirectoryWalkTest, TheEntriesDotAndDotDotAreFirstInEveryFolderAndAtTheRoot) {
     write("a.wav");
     write("Sub/b.wav");
     const auto walk = directories_.startWalk();
@@ -41,7 +41,7 @@ TEST_P(LinuxDirectoryWalkTest, TheTwoDotEntriesAreFirstInEveryFolderAndAtTheRoot
     EXPECT_THAT(names(*walk, "d:\\sub\\*.*"), ElementsAre(".", "..", "b.wav"));
 }
 
-TEST_P(LinuxDirectoryWalkTest, AnEmptyFolderHasOnlyTheTwoDotEntries) {
+TEST_P(LinuxDirectoryWalkTest, AnEmptyFolderHasOnlyTheEntriesDotAndDotDot) {
     makeFolder("empty");
     const auto walk = directories_.startWalk();
     EXPECT_THAT(names(*walk, "d:\\empty\\*.*"), ElementsAre(".", ".."));
@@ -102,7 +102,7 @@ TEST_P(LinuxDirectoryWalkTest, FindsAFolderByItsNameInAnyCase) {
     EXPECT_THAT(names(*walk, "D:\\MUSIC\\albums\\*.*"), ElementsAre(".", "..", "a.wav"));
 }
 
-TEST_P(LinuxDirectoryWalkTest, IfFolderNamesDifferOnlyInCaseWalkingAndOpeningUseTheSameFolder) {
+TEST_P(LinuxDirectoryWalkTest, WalkingAndOpeningUseTheSameFolderIfFolderNamesDifferOnlyInCase) {
     write("MUSIC/upper.wav");
     write("Music/mixed.wav");
     EXPECT_THAT(filesBelow("d:"), ElementsAre("d:\\music\\upper.wav"));

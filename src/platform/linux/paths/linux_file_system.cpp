@@ -200,9 +200,9 @@ Status LinuxFileSystem::changeFolder(const std::string& path) {
     if (::chdir(located.value().path.c_str()) != 0) {
         return errno == ENOENT ? fileError(ErrorNumber::pathNotFound) : fileErrorOfSystem(errno);
     }
-    // The folder may be on another disk that is mounted below this drive. The result of toLogic()
-    // then begins with that disk's letter, so the letter is taken from this result and not from
-    // `path`.
+    // The folder may be on another disk that is mounted below the drive that `path` names. The
+    // result of toLogic() then begins with the other disk's letter, so the letter is taken from
+    // this result and not from `path`.
     const std::string here = paths_.toLogic(located.value().path);
     currentLetter_ = here.front();
     currentFolders_[currentLetter_] = here;

@@ -39,7 +39,7 @@ class LinuxFileSystemTest : public ::testing::TestWithParam<test::Reach> {
         fs::create_directories(fs::path(disk_ + "/" + name).parent_path());
         std::ofstream(disk_ + "/" + name) << content;
     }
-    /// The content of a file; empty if no file has exactly this name.
+    /// The content of a file; std::nullopt if no file has exactly this name.
     std::optional<std::string> read(const std::string& name) {
         std::ifstream file(disk_ + "/" + name);
         return file ? std::optional((std::stringstream() << file.rdbuf()).str()) : std::nullopt;
@@ -64,7 +64,7 @@ class LinuxFileSystemTest : public ::testing::TestWithParam<test::Reach> {
                                                             disk_)
                    : nullptr;
     }
-    /// The error number of an operation on the files by a user without privileges.
+    /// Runs `step` as a user without privileges; returns the number of the error.
     int unprivileged(const std::function<Status(FileSystem&)>& step) {
         return test::runUnprivileged([&] {
             const auto reached = reach();
@@ -88,7 +88,7 @@ INSTANTIATE_TEST_SUITE_P(Reached, LinuxFileSystemTest,
                          ::testing::Values(test::Reach::directly, test::Reach::patiently),
                          [](const auto& reach) { return test::nameOf(reach.param); });
 
-TEST_P(LinuxFileSystemTest, ReturnsTheLengthOfAFileInAnyCase) {
+TEST_P(LinuxFileSystemTest, FindsAFileWhoseNameIsGivenInAnyLetterCase) {
     write("Music/Track.WAV", std::string(123, 'x'));
     EXPECT_EQ(files_.fileLength("d:\\music\\track.wav").value(), 123);
     EXPECT_TRUE(files_.fileExists("D:\\MUSIC\\TRACK.WAV"));
@@ -103,7 +103,7 @@ TEST_P(LinuxFileSystemTest, DistinguishesAMissingFileFromAMissingFolder) {
     EXPECT_FALSE(files_.fileExists("d:\\music"));
 }
 
-TEST_P(LinuxFileSystemTest, RenamesInTheGivenCase) {
+TEST_P(LinuxFileSystemTest, ARenamedFileHasTheLetterCaseOfTheNewName) {
     write("music/old.wav");
     EXPECT_TRUE(files_.rename("D:\\MUSIC\\OLD.WAV", "d:\\music\\New Name.WAV").ok());
     EXPECT_EQ(read("music/New Name.WAV"), "sound");
@@ -118,21 +118,21 @@ TEST_P(LinuxFileSystemTest, NeverReplacesAFileByRenaming) {
     EXPECT_EQ(read("B.WAV"), "b");
 }
 
-TEST_P(LinuxFileSystemTest, ARenameCanChangeOnlyTheCaseOfAName) {
+TEST_P(LinuxFileSystemTest, RenamesAFileToANameThatDiffersOnlyInLetterCase) {
     write("Track.WAV");
     EXPECT_TRUE(files_.rename("d:\\track.wav", "d:\\track.wav").ok());
     EXPECT_EQ(read("track.wav"), "sound");
     EXPECT_EQ(read("Track.WAV"), std::nullopt);
 }
 
-TEST_P(LinuxFileSystemTest, KeepsBothNamesOfAFileWithTwoLinks) {
+TEST_P(LinuxFileSystemTest, RefusesToRenameOneLinkOfAFileToTheNameOfAnother) {
     write("a.wav");
     fs::create_hard_link(disk_ + "/a.wav", disk_ + "/A.wav");
     EXPECT_EQ(numberOf(files_.rename("d:\\a.wav", "d:\\A.wav")), ErrorNumber::fileAlreadyExists);
     EXPECT_TRUE(read("a.wav").has_value() && read("A.wav").has_value());
 }
 
-TEST_P(LinuxFileSystemTest, RenamesNoMissingFileAndToNoInvalidPath) {
+TEST_P(LinuxFileSystemTest, RefusesToRenameAMissingFileOrToAnUnusablePath) {
     write("a.wav");
     EXPECT_EQ(numberOf(files_.rename("d:\\none.wav", "d:\\b.wav")), ErrorNumber::fileNotFound);
     EXPECT_EQ(numberOf(files_.rename("d:\\a.wav", "d:\\none\\b.wav")), ErrorNumber::pathNotFound);
@@ -170,7 +170,7 @@ TEST_P(LinuxFileSystemTest, TouchesNoFileThatMayNotBeWritten) {
               static_cast<int>(ErrorNumber::permissionDenied));
 }
 
-TEST_P(LinuxFileSystemTest, RemovesAFileInAnyCase) {
+TEST_P(LinuxFileSystemTest, RemovesAFileWhoseNameIsGivenInAnyLetterCase) {
     write("Track.WAV");
     EXPECT_TRUE(files_.removeFile("d:\\track.wav").ok());
     EXPECT_EQ(read("Track.WAV"), std::nullopt);
@@ -211,7 +211,7 @@ TEST_P(LinuxFileSystemTest, ChangesTheCurrentDriveAndFolder) {
     EXPECT_EQ(files_.currentFolder(), "D:\\");
 }
 
-TEST_P(LinuxFileSystemTest, ReturnsToTheLastFolderOfADrive) {
+TEST_P(LinuxFileSystemTest, ADriveChangeReturnsToTheFolderThatWasLastCurrentOnTheDrive) {
     fs::create_directory(disk_ + "/Music");
     ASSERT_TRUE(files_.changeFolder("d:\\music").ok());
     ASSERT_TRUE(files_.changeFolder("c:\\").ok());
@@ -231,7 +231,8 @@ TEST_P(LinuxFileSystemTest, CannotChangeToAMissingDrive) {
     EXPECT_EQ(numberOf(files_.changeDrive("x:\\")), ErrorNumber::deviceUnavailable);
     EXPECT_EQ(numberOf(files_.changeDrive("\\")), ErrorNumber::deviceUnavailable);
     EXPECT_EQ(numberOf(files_.changeDrive("")), ErrorNumber::deviceUnavailable);
-    EXPECT_EQ(numberOf(files_.changeDrive("e:")), ErrorNumber::deviceUnavailable); // unplugged
+    // The list of mounts contains E:, but its folder is missing, as after unplugging.
+    EXPECT_EQ(numberOf(files_.changeDrive("e:")), ErrorNumber::deviceUnavailable);
 }
 
 TEST_P(LinuxFileSystemTest, ResolvesRelativeNamesInTheCurrentFolder) {
@@ -242,13 +243,13 @@ TEST_P(LinuxFileSystemTest, ResolvesRelativeNamesInTheCurrentFolder) {
     EXPECT_EQ(files_.fileLength("..\\music\\a.wav").value(), 5);
 }
 
-TEST_P(LinuxFileSystemTest, CreatesAFolderInTheGivenCase) {
+TEST_P(LinuxFileSystemTest, ACreatedFolderHasTheLetterCaseOfTheGivenName) {
     ASSERT_TRUE(files_.changeFolder("d:\\").ok());
     EXPECT_TRUE(files_.makeFolder("My Music").ok());
     EXPECT_TRUE(fs::is_directory(disk_ + "/My Music"));
 }
 
-TEST_P(LinuxFileSystemTest, CreatesNoFolderWhoseNameExistsInAnyCase) {
+TEST_P(LinuxFileSystemTest, CreatesNoFolderWhoseNameExistsInAnyLetterCase) {
     fs::create_directory(disk_ + "/Music");
     write("File");
     ASSERT_TRUE(files_.changeFolder("d:\\").ok());

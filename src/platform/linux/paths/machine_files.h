@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Accesses the machine's files; each object owns all state that its calls need. A call that hangs
-// is left behind together with its object: nothing waits for that call again, and later calls use a
-// new object. patient_paths.h decides which thread waits for a call and how long.
+// Accesses the machine's files; each object owns, alone or jointly, all state that its calls need.
+// A call that hangs is left behind together with its object: nothing waits for that call again, and
+// later calls use a new object. patient_paths.h decides which thread waits for a call and how long.
 #pragma once
 
 #include <functional>

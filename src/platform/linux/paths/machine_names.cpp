@@ -35,8 +35,9 @@ const Sign* signShownAt(std::string_view text) {
     return found != signs.end() ? found : nullptr;
 }
 
-/// The length in bytes of the special character at the beginning of `text`; 0 if there is none.
-/// Bytes are compared, so that special characters are found in names with invalid UTF-8, too.
+/// A special character is the mark or a replacement character, current or former. Returns the
+/// length in bytes of the special character at the beginning of `text`; 0 if there is none. Bytes
+/// are compared, so that special characters are found in names with invalid UTF-8, too.
 std::size_t specialBytesAt(std::string_view text) {
     if (text.empty() || static_cast<unsigned char>(text.front()) < firstBeyondAscii) {
         return 0;

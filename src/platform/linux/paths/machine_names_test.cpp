@@ -12,14 +12,16 @@
 namespace sonarith {
 namespace {
 
-TEST(MachineName, ReplacesOnlyCharactersThatTheLogicDoesNotAllow) {
+TEST(LogicName, ReplacesOnlyBackslashesColonsStarsAndQuestionMarks) {
     EXPECT_EQ(logicName("a\\b:c"), "a\u2216b\u02d0c");
     EXPECT_EQ(logicName("what?*"), "what\u0294\u2217");
     EXPECT_EQ(machineName(logicName("a\\b:c*?d")), "a\\b:c*?d");
     EXPECT_EQ(logicName("plain \xff\xfe#[x]!"), "plain \xff\xfe#[x]!");
 }
 
-TEST(MachineName, EscapesACharacterThatLooksLikeAReplacement) {
+// The mark is U+00AC. Replacements are the characters that logicName() and formerLogicName() put in
+// place of others.
+TEST(LogicName, PutsAMarkBeforeReplacementsAndMarksOfTheMachinesName) {
     EXPECT_EQ(logicName("a\u2217b"), "a\u00ac\u2217b");
     EXPECT_EQ(logicName("\uf02a"), "\u00ac\uf02a");
     EXPECT_EQ(logicName("not \u00ac"), "not \u00ac\u00ac");
@@ -27,7 +29,7 @@ TEST(MachineName, EscapesACharacterThatLooksLikeAReplacement) {
     EXPECT_EQ(machineName("\u00ac\u00ac\u2217"), "\u00ac*");
 }
 
-TEST(MachineName, TreatsAMarkThatPrecedesNoSpecialCharacterAsLiteral) {
+TEST(MachineName, KeepsAMarkThatPrecedesNeitherAReplacementNorAMark) {
     EXPECT_EQ(machineName("\u00acx"), "\u00acx");
     EXPECT_EQ(machineName("x\u00ac"), "x\u00ac");
 }
@@ -48,15 +50,15 @@ TEST(MachineName, IsAlsoParsedFromTheFormOfOlderStores) {
     EXPECT_EQ(formerLogicName("\u2217\u00ac\uf02a"), "\u2217\u00ac\uf02a");
 }
 
-TEST(MachineName, MayBeFormerDetectsReplacementCharactersAndMarks) {
+TEST(MayBeFormer, IsTrueOnlyForNamesWithReplacementsOrMarks) {
     EXPECT_FALSE(mayBeFormer("plain \xff\xe2\x88 name"));
     EXPECT_TRUE(mayBeFormer("x\uf02a"));
     EXPECT_TRUE(mayBeFormer("x\u00ac"));
     EXPECT_TRUE(mayBeFormer("x\u2217y"));
 }
 
-/// A random name that consists of special characters, truncated special characters and other
-/// characters.
+/// A random name of characters that are replaced, replacements, marks, incomplete UTF-8 sequences
+/// of replacements and marks, and other characters.
 std::string randomName(std::mt19937& random) {
     static const std::array<std::string, 28> pieces = {
         "\\",     ":",      "*",      "?",      "\u2216", "\u02d0", "\u2217",
@@ -72,7 +74,7 @@ std::string randomName(std::mt19937& random) {
 
 constexpr int randomNames = 50'000;
 
-TEST(MachineName, RoundTripsForAnyName) {
+TEST(MachineName, RoundTripsThroughTheLogicsForm) {
     std::mt19937 random(1); // the same names in each run
     for (int i = 0; i < randomNames; ++i) {
         const std::string name = randomName(random);
@@ -82,7 +84,7 @@ TEST(MachineName, RoundTripsForAnyName) {
     }
 }
 
-TEST(MachineName, IsStillFoundAfterTheLogicsConversionToLowerCase) {
+TEST(MachineName, ChangesOnlyToLowerCaseWhenTheLogicsFormIsConvertedToLowerCase) {
     std::mt19937 random(2);
     for (int i = 0; i < randomNames; ++i) {
         const std::string name = randomName(random);
@@ -91,7 +93,7 @@ TEST(MachineName, IsStillFoundAfterTheLogicsConversionToLowerCase) {
     }
 }
 
-TEST(MachineName, RoundTripsThroughTheFormerFormIfItHasNoReplacementCharacter) {
+TEST(MachineName, WithoutReplacementsAndMarksRoundTripsThroughTheFormOfOlderStores) {
     std::mt19937 random(3);
     int plain = 0;
     for (int i = 0; i < randomNames; ++i) {

@@ -9,7 +9,8 @@ namespace sonarith {
 
 namespace {
 
-// Bounds the memory of one call that reads ahead.
+// When one call of read() has this many records, it reads no further folder. This bounds its
+// memory.
 constexpr std::size_t mostReadAhead = 4000;
 
 void readInto(DirectoryWalk& walk, FolderPart& part) {
@@ -24,7 +25,8 @@ void readInto(DirectoryWalk& walk, FolderPart& part) {
     }
 }
 
-/// Appends the folders that a walk will list after `listed`; the walk lists the last one first.
+/// Appends to `queue` the folders that a walk will list after `listed`. The walk takes the next
+/// folder from the end of the queue.
 void queueFoldersOf(const ReadFolder& listed, std::vector<std::string>& queue) {
     for (const FindRecord& entry : listed.part.records) {
         if ((entry.attributes & file_attribute::directory) != 0 && !entry.name.starts_with('.')) {
@@ -55,8 +57,9 @@ std::string ReadFolders::folder() const {
     return folder_;
 }
 
-/// The walk on `machine`. A new walk is created if `machine` is a new object: when a call of this
-/// walk or of another one times out, a new object replaces the one that made the call.
+/// The walk on `machine`. A new walk is created if `machine` is not the object of the previous
+/// call: after a call of this or another walk has timed out, a new MachineFiles object replaces the
+/// object that made the call.
 DirectoryWalk& MachineWalk::of(MachineFiles& machine) {
     if (owner_.get() != &machine) {
         walk_ = machine.continueWalk(walked_);

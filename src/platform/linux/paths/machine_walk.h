@@ -35,7 +35,8 @@ struct ReadFolder {
     FolderPart part;    ///< the first entries, at least one
 };
 
-/// Passes to the logic thread the folders that one call has read. Thread-safe.
+/// Passes to the logic thread the folders that one call of MachineWalk::read() has read.
+/// Thread-safe.
 class ReadFolders {
   public:
     explicit ReadFolders(std::string first) : folder_(std::move(first)) {}
@@ -66,8 +67,9 @@ class MachineWalk {
         : walked_(std::move(folders)), longestReadAhead_(longestReadAhead) {}
 
     /// Reads the folder's first part. With ReadAhead::yes it then reads the folders below until the
-    /// call reaches its limit of time or of entries, or a folder does not fit into one part. It
-    /// reads the folder found last first and skips hidden folders, as the logic's walk does.
+    /// call reaches its limit of time or of entries, or a folder does not fit into one part. The
+    /// next folder is always the one that was found most recently. Hidden folders are skipped, as
+    /// in the logic's walk.
     void read(MachineFiles& machine, const std::string& folder, ReadAhead ahead, ReadFolders& read);
     /// Reads and returns the next part of the folder that `part` belongs to. The returned part has
     /// no records if another MachineFiles object read `part`.

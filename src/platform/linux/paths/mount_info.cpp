@@ -127,8 +127,8 @@ std::optional<std::vector<MountPoint>> MountInfo::allChanged() {
     std::string text;
     std::array<char, 4096> block{};
     off_t position = 0;
-    // A machine has a few hundred mounts of a few hundred bytes each. The bound ends the loop if
-    // the list grows while it is read.
+    // The list usually has at most a few hundred lines of a few hundred bytes each. The limit ends
+    // the loop if the list grows while it is read.
     constexpr off_t longestList = 16 * 1024 * 1024;
     while (descriptor_ >= 0 && position < longestList) {
         const ssize_t count = ::pread(descriptor_, block.data(), block.size(), position);

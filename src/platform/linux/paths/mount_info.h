@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reads the kernel's list of mounted file systems. It assigns no letters; drive_table.h does.
+// Reads the kernel's list of mounted file systems. Drive letters are assigned in drive_table.h.
 #pragma once
 
 #include <optional>
@@ -35,11 +35,12 @@ class MountInfo {
     MountInfo(const MountInfo&) = delete;
     MountInfo& operator=(const MountInfo&) = delete;
 
-    /// Returns the mounts that hold user files at the first call and after each change. Empty if
-    /// the list has not changed; this check costs one system call.
+    /// The first call, and the first call after each change of the list, return the mounts for
+    /// which holdsUserFiles() is true, without mounts of a single file on a local disk. All other
+    /// calls return empty and cost one system call.
     [[nodiscard]] std::optional<std::vector<MountPoint>> changed();
-    /// Like changed(), but returns all mounts and accesses none of them. On one object only one of
-    /// the two functions may be used.
+    /// Like changed(), but returns all mounts and accesses none of them. On each MountInfo
+    /// object, only one of the two functions may be used.
     [[nodiscard]] std::optional<std::vector<MountPoint>> allChanged();
 
   private:

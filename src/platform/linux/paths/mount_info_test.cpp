@@ -13,7 +13,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-TEST(ParseMountInfo, ReadsPointTypeAndDeviceOfEachMount) {
+TEST(ParseMountInfo, ReadsTheFieldsOfEachMount) {
     EXPECT_THAT(parseMountInfo("25 1 8:2 / / rw,relatime shared:1 - ext4 /dev/sda2 rw\n"
                                "30 25 8:3 / /home rw - xfs /dev/sda3 rw\n"
                                "31 25 0:5 /@data /data rw shared:2 master:3 - btrfs /dev/sdb rw\n"),
@@ -52,7 +52,7 @@ TEST(HoldsUserFiles, AcceptsDisks) {
     EXPECT_TRUE(holdsUserFiles({"/tmp", "tmpfs"}));
 }
 
-TEST(HoldsUserFiles, RejectsInterfacesOfTheKernelAndPackages) {
+TEST(HoldsUserFiles, RejectsPackagesAndInterfacesOfTheKernel) {
     for (const char* type : {"proc", "sysfs", "cgroup2", "devtmpfs", "devpts", "squashfs"}) {
         EXPECT_FALSE(holdsUserFiles({"/somewhere", type})) << type;
     }
@@ -83,7 +83,8 @@ TEST(MountInfo, OmitsPartialMountsOfSingleFiles) {
 }
 
 // A server's folder may be a partial mount, and an access would hang if the server did not respond.
-// The mount points here do not exist: a mount that is listed was not accessed.
+// The mount points here do not exist: an access would fail, and the mount would be omitted. So a
+// mount that is listed was not accessed.
 TEST(MountInfo, DoesNotAccessPartialMountsThatMayBeOnAServer) {
     const fakes::TempFolder folder;
     std::ofstream(folder / "info") << "1 0 0:40 /jane /gone/jane rw - nfs4 server:/home rw\n"

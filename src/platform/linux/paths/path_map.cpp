@@ -36,8 +36,9 @@ Error badName() {
     return {ErrorNumber::badFileName, "Bad file name or number"};
 }
 
-/// The folder's entry that matches `name` case-insensitively, as it is listed; empty if no entry
-/// matches or the folder cannot be listed.
+/// The listed spelling of the folder's entry that matches `name` case-insensitively. If no entry
+/// matches, an entry whose name in the form of older stores (machine_names.h) matches. Of several
+/// entries, the first in byte order. Empty if there is none, or if the folder cannot be listed.
 std::optional<std::string> listedSpelling(const std::string& folder, const std::string& name) {
     const OpenedFolder listing(::opendir(folder.c_str()));
     if (!listing) {
@@ -74,7 +75,7 @@ std::optional<std::string> rememberedName(SpellingMemory& memory, const std::str
                                                                 : std::nullopt;
 }
 
-/// Whether `asked` may result from `spelled` by converting some of its names to lower case.
+/// Whether `asked` may be the path `spelled` with some names converted to lower case.
 /// Precondition: the two paths differ at most in case.
 bool mayBeLoweredOf(std::string_view spelled, std::string_view asked) {
     const std::vector<std::string> spelledNames = namesOf(spelled, "/");
@@ -119,7 +120,8 @@ Result<PathMap::Asked> PathMap::asked(std::string_view logicPath) {
 std::optional<std::string> PathMap::chosenFor(const Asked& path, std::size_t count) {
     const std::string machinePath = path.machinePath(count);
     const auto spelled = spellings_->chosen.find(machinePath);
-    // isWithin() excludes a path on another disk whose mount point differs only in case.
+    // isWithin() excludes a spelling on another disk, whose mount point differs from that of `path`
+    // only in case.
     const bool fits = spelled && isWithin(*spelled, path.mountPoint) &&
                       mayBeLoweredOf(*spelled, machinePath) && exists(*spelled);
     return fits ? std::optional(*spelled) : std::nullopt;

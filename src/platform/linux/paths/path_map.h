@@ -4,12 +4,13 @@
 //
 // The logic converts its paths to lower case, so a path may match several names on the disk. In
 // addition, a folder that may be entered but not listed cannot be searched for a match. So PathMap
-// remembers, while the program runs, the spellings of the paths that it translates. A name in lower
-// case, which the logic may have converted, is matched by the first of these that exists:
+// remembers, while the program runs, the spellings of the paths that were chosen or listed. A name
+// in lower case, which the logic may have converted, is matched by the first of the following
+// spellings that exists:
 //   1. the chosen spelling: that of a folder created or entered, or of a file picked in a dialog
 //      (the most recent of several);
 //   2. the exact name;
-//   3. the spelling that a walk listed;
+//   3. the spelling that a walk through the folders listed;
 //   4. any case variant in the folder, the first in byte order.
 // A name with capitals, which was not converted, and the name of a folder to create or enter are
 // matched by the exact name first, then by 1, 3 and 4.
@@ -40,7 +41,7 @@ struct Located {
     /// the name is empty.
     std::string folder;
     std::string givenName;
-    /// Whether an entry of that name exists.
+    /// Whether `path` exists.
     bool found = false;
 };
 
@@ -73,15 +74,15 @@ class PathMap {
     /// Errors: badFileName.
     [[nodiscard]] Result<Located> locateIn(const std::string& folder, const std::string& name);
 
-    /// The logic's form of an absolute machine path; "." and ".." are resolved textually. The root
-    /// of a drive is "D:\".
+    /// Translates an absolute machine path to a path of the logic; "." and ".." are resolved
+    /// textually. The root of the drive D becomes "D:\".
     [[nodiscard]] std::string logicPathOf(std::string_view machinePath);
     /// Like logicPathOf(), for a chosen path: also remembers its spelling. The spelling of a parent
     /// folder is remembered only if no spelling of that folder was chosen before, or if the folder
     /// with the chosen spelling no longer exists.
     [[nodiscard]] std::string toLogic(std::string_view machinePath);
-    /// Remembers the spelling of a plain machine path as chosen, but not those of its parent
-    /// folders.
+    /// Remembers the spelling of a machine path as chosen, but not those of its parent folders. The
+    /// path must be plain (see plainMachinePath()).
     void rememberChosen(const std::string& machinePath) {
         spellings_->chosen.remember(machinePath);
     }
@@ -93,8 +94,8 @@ class PathMap {
     /// its file or folder no longer exists.
     [[nodiscard]] std::optional<std::string> chosenFor(std::string_view logicPath);
 
-    /// Whether any chosen path equals `machinePath` if case is ignored. If not, chosenFor() finds
-    /// nothing.
+    /// Whether any chosen path equals `machinePath` if case is ignored. If not, chosenFor() is
+    /// empty for each path of the logic that means `machinePath`.
     [[nodiscard]] bool hasChosen(const std::string& machinePath) {
         return spellings_->chosen.find(machinePath).has_value();
     }
@@ -106,7 +107,7 @@ class PathMap {
     /// A path of the logic, split into the drive's mount point and the names below it.
     struct Asked {
         std::string mountPoint;
-        std::vector<std::string> names; ///< in the logic's form
+        std::vector<std::string> names; ///< as in the path of the logic
         /// The path's first `count` names as a machine path.
         [[nodiscard]] std::string machinePath(std::size_t count) const;
     };

@@ -73,7 +73,7 @@ TEST_F(PathMapTest, FindsALowerCasedPath) {
     EXPECT_TRUE(paths_.locate("D:\\MUSIC").value().found);
 }
 
-TEST_F(PathMapTest, PrefersTheExactNameToANameInAnotherCase) {
+TEST_F(PathMapTest, PrefersTheExactNameToANameInAnotherLetterCase) {
     addFile("Track.wav");
     addFile("track.wav");
     addFile("TRACK.WAV");
@@ -82,7 +82,7 @@ TEST_F(PathMapTest, PrefersTheExactNameToANameInAnotherCase) {
     EXPECT_EQ(onDisk("d:\\tRACK.wav"), "/TRACK.WAV"); // the first in byte order
 }
 
-TEST_F(PathMapTest, KeepsTheCaseOfNamesThatDoNotExist) {
+TEST_F(PathMapTest, KeepsTheLetterCaseOfNamesThatDoNotExist) {
     addFile("Music/a.wav");
     const Located located = paths_.locate("d:\\music\\New Folder\\B.wav").value();
     EXPECT_EQ(located.path, disk_ + "/Music/New Folder/B.wav");
@@ -131,11 +131,11 @@ TEST_F(PathMapTest, FindsFilesByPathsFromAnOlderStore) {
     }
 }
 
-TEST_F(PathMapTest, TranslatesANewNameInTheFormerFormToItsOriginalCharacters) {
+TEST_F(PathMapTest, TranslatesANewNameInTheFormOfOlderStoresToItsOriginalCharacters) {
     EXPECT_EQ(onDisk("d:\\My \uf02aMusic\uf02a"), "/My *Music*");
 }
 
-TEST_F(PathMapTest, PrefersTheCurrentFormOfANameToTheFormerForm) {
+TEST_F(PathMapTest, PrefersTheCurrentFormOfANameToTheFormOfOlderStores) {
     addFile("a\u00acB");
     addFile("a\u00ac\u00acB");
     EXPECT_EQ(onDisk("d:\\a\u00ac\u00acb"), "/a\u00acB");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Splits and normalises paths, in the logic's form or in the machine's form. It accesses no disk.
+// Splits and normalises paths of the logic and machine paths. It accesses no disk.
 #pragma once
 
 #include <string>
@@ -8,7 +8,8 @@
 
 namespace sonarith {
 
-/// The names of a path, with "." and ".." resolved; ".." at the root is dropped.
+/// The names in a path that any of the characters `separators` separates, with "." and ".."
+/// resolved; ".." at the root is dropped.
 [[nodiscard]] std::vector<std::string> namesOf(std::string_view path, std::string_view separators);
 
 /// `path` as an absolute machine path: with "." and ".." resolved textually, without doubled and
@@ -19,7 +20,7 @@ namespace sonarith {
 [[nodiscard]] bool isWithin(std::string_view path, std::string_view folder);
 
 /// The absolute form of a path of the logic: a path without a drive letter is relative to
-/// `currentFolder`, or to the root of its drive if the path begins with a separator.
+/// `currentFolder`, or to the root of that folder's drive if the path begins with a separator.
 [[nodiscard]] std::string absolutePath(const std::string& path, const std::string& currentFolder);
 
 } // namespace sonarith

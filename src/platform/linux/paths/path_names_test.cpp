@@ -28,7 +28,7 @@ TEST(PlainMachinePath, IsNormalised) {
     EXPECT_EQ(plainMachinePath(""), "/");
 }
 
-TEST(IsWithin, DistinguishesAFolderFromItsNeighbour) {
+TEST(IsWithin, IsTrueOnlyForTheFolderAndForPathsBelowIt) {
     EXPECT_TRUE(isWithin("/home/me", "/home/me"));
     EXPECT_TRUE(isWithin("/home/me/x", "/home/me"));
     EXPECT_TRUE(isWithin("/home", "/"));

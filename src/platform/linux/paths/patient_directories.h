@@ -14,8 +14,8 @@
 namespace sonarith {
 
 /// A walk skips a folder that does not respond within PatientPaths::bound(), like an unreadable
-/// folder. It skips a folder without waiting while an earlier call to the folder's mount has not
-/// returned. Everything else is as in LinuxDirectories.
+/// folder. If an earlier call to the folder's mount has not returned yet, the walk does not wait
+/// and skips the folder at once. Everything else is as in LinuxDirectories.
 class PatientDirectories final : public Directories {
   public:
     /// Both arguments must outlive this object and its walks. `files` provides the current folder.

@@ -14,7 +14,7 @@
 
 namespace sonarith::test {
 
-/// How a test accesses the machine's files; each test runs in both ways.
+/// How a test accesses the machine's files. A test with this parameter runs once in each way.
 enum class Reach { directly, patiently };
 
 inline std::string nameOf(Reach reach) {

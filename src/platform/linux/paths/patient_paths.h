@@ -41,11 +41,12 @@ class PatientPaths {
     /// and closing a window ends the wait.
     static constexpr Waiting::Duration usualBound{12000};
     /// The bound for the search that follows a timeout and finds the mount that does not respond.
-    /// It can be short: the search hangs as soon as it accesses that mount, unless the mount has
-    /// recovered. If the bound of the timed-out call is shorter, that bound is used instead.
+    /// This bound can be short: the search notes which mount it is about to access, and hangs at
+    /// once at the mount that does not respond, unless that mount has recovered. If the bound of
+    /// the timed-out call is shorter, that bound is used instead.
     static constexpr Waiting::Duration searchBound{1000};
-    /// The largest number of calls that are left behind at the same time. For each mount that does
-    /// not respond, two calls hang: the timed-out call and the search.
+    /// While at least this many calls are left behind, no further call is made. For each mount that
+    /// does not respond, two calls hang: the timed-out call and the search.
     static constexpr std::size_t mostLeftBehind = 16;
 
     PatientPaths(PathAccess access, waiting::Services services,
@@ -59,8 +60,8 @@ class PatientPaths {
     /// Calls `question` with a MachineFiles& and returns its result. `paths` are the whole paths of
     /// the logic that the question accesses. The result is empty if the call has not returned
     /// within the bound. It is empty without a wait if a mount of one of the paths is known not to
-    /// respond, or if an earlier call with one of the paths has not returned. The question must own
-    /// everything that it accesses.
+    /// respond, or if an earlier call with one of the paths has not returned. `question` must own
+    /// all objects that it uses.
     template <typename Question>
     [[nodiscard]] auto ask(const std::vector<std::string>& paths, Question question) {
         return askWithin(bound_, paths, std::move(question));

@@ -47,8 +47,8 @@ class PlaceWalk {
         return mayCall_(mountOf(mountPoints_, machinePath));
     }
 
-    /// The path of `name` in `folder` with all links followed; empty if mayCall() has refused a
-    /// step. `folder` contains no link.
+    /// The path of `name` in `folder` with all symbolic links followed; empty if mayCall() has
+    /// refused a step. No part of the path `folder` is a symbolic link.
     std::optional<std::string> follow(const std::string& folder, const std::string& name) {
         std::string at = folder;
         std::deque<std::string> names{name};

@@ -16,9 +16,10 @@ std::shared_ptr<MachineWalk> PatientWalk::makeMachineWalk() const {
     return std::make_shared<MachineWalk>(walked_, longestReadAhead_);
 }
 
-/// Nothing is read ahead before the logic has listed all folders that were read ahead earlier. This
-/// limits the memory for every order in which the logic lists folders. Nothing is read ahead while
-/// a call hangs, because the folders below may be on the hanging mount.
+/// The first folder is read without the folders below it: see PatientWalk. Nothing is read ahead
+/// before the logic has listed all folders that were read ahead earlier. This limits the memory, in
+/// whatever order the logic lists folders. Nothing is read ahead while a call hangs, because the
+/// folders below may be on the hanging mount.
 ReadAhead PatientWalk::mayReadAhead() const {
     const bool isFirst = lastHandle_ == 0;
     return !isFirst && ahead_.empty() && paths_.allReturned() ? ReadAhead::yes : ReadAhead::no;

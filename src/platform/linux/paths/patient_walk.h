@@ -19,10 +19,10 @@ namespace sonarith {
 /// have changed before the walk lists them.
 class PatientWalk final : public DirectoryWalk {
   public:
-    /// The longest time of one call that reads ahead, so that a slow disk does not delay the folder
-    /// that the logic waits for. This limit also ends a call that has timed out: when the folder
-    /// that hung responds again, the limit has passed, so the call reads no further folder. The
-    /// walk reads the remaining folders with new calls.
+    /// A call that reads ahead begins no further folder after this time, so that a slow disk hardly
+    /// delays the folder that the logic waits for. This limit also ends a call that has timed out:
+    /// when the folder that hung responds again, the limit has passed, so the call reads no further
+    /// folder. The walk reads the remaining folders with new calls.
     static constexpr std::chrono::milliseconds usualReadAhead{5};
 
     /// `paths` must outlive this object.

@@ -57,7 +57,7 @@ class PatientWalkTest : public testing::Test, protected test::HangingWorld {
     PatientWalk walk{paths, std::chrono::hours(1)};
 };
 
-TEST_F(PatientWalkTest, ListsFoldersThatWereReadAheadWithoutAFurtherCall) {
+TEST_F(PatientWalkTest, ListsFoldersWithoutAFurtherCallIfTheyWereReadAhead) {
     ASSERT_THAT(namesIn("d:\\"), UnorderedElementsAre(".", "..", "a", "b"));
     const int calls = mounts->calls(d);
     EXPECT_THAT(namesIn("d:\\a\\"), UnorderedElementsAre(".", "..", "1.wav", "deep"));
@@ -79,19 +79,19 @@ TEST_F(PatientWalkTest, TheFirstFolderOfAWalkIsReadWithoutTheFoldersBelowIt) {
     EXPECT_GT(mounts->calls(d), calls);
 }
 
-TEST_F(PatientWalkTest, AFolderReadAheadIsFoundInAnyCase) {
+TEST_F(PatientWalkTest, AFolderThatWasReadAheadIsFoundInAnyLetterCase) {
     ASSERT_THAT(namesIn("d:\\"), Contains("a"));
     EXPECT_THAT(namesIn("D:\\A\\"), Contains("1.wav"));
     EXPECT_THAT(namesIn("d:\\A\\Deep\\"), Contains("2.wav"));
 }
 
-TEST_F(PatientWalkTest, AFolderReadAheadIsListedOnlyOnce) {
+TEST_F(PatientWalkTest, TheSecondListingOfAFolderThatWasReadAheadIsEmpty) {
     ASSERT_THAT(namesIn("d:\\"), Contains("a"));
     EXPECT_THAT(namesIn("d:\\a\\"), Contains("1.wav"));
     EXPECT_THAT(namesIn("d:\\a\\"), IsEmpty());
 }
 
-TEST_F(PatientWalkTest, AllFoldersAreListedInAnyOrder) {
+TEST_F(PatientWalkTest, ListsEveryFolderIfTheFoldersAreListedLevelByLevel) {
     for (int i = 0; i < 50; ++i) {
         mounts->write("d/many" + std::to_string(i) + "/deep/x.wav");
     }
@@ -141,7 +141,7 @@ TEST_F(PatientWalkTest, NothingIsReadAheadWhileACallHangs) {
     EXPECT_EQ(mounts->blocked(), hanging);
 }
 
-TEST_F(PatientWalkTest, ALargeFolderReadAheadIsReadToItsEnd) {
+TEST_F(PatientWalkTest, ALargeFolderThatWasReadAheadIsListedToItsEnd) {
     constexpr int many = 2500; // more than twice FolderPart::mostRecords
     for (int i = 0; i < many; ++i) {
         mounts->write("d/large/" + std::to_string(i));

@@ -31,7 +31,8 @@ std::string programFolder(const std::string& executableFolder,
     const std::string folder = musicFolder() + "/Sonarith";
     std::error_code failed;
     std::filesystem::create_directories(folder, failed);
-    // A program that cannot enter its folder would never show a window.
+    // If this folder could not be created, the program can still make the executable's folder the
+    // current folder, even if that folder is not writable.
     const bool usable = std::filesystem::is_directory(folder, failed);
     return usable || executableFolder.empty() ? folder : executableFolder;
 }

@@ -11,12 +11,14 @@ namespace sonarith {
 /// The folder of the running executable; empty if the kernel cannot report it.
 [[nodiscard]] std::string executableFolder();
 
-/// Returns the folder behind FileSystem::programFolder(), as a machine path. For a program that is
-/// not installed, this is the executable's folder if that is writable. Otherwise, and for an
-/// installed program even if an administrator runs it, it is the folder "Sonarith" below the result
-/// of `musicFolder`, which is called only in this case. This folder is created. If it cannot be
-/// created, the result is the executable's folder (if known): the program can still make it the
-/// current folder, and each failed write produces the error message of that write.
+/// Returns the folder of FileSystem::programFolder(), as a machine path:
+/// - the executable's folder, if the program is not installed and may write to this folder;
+/// - otherwise the folder "Sonarith" below the result of `musicFolder`, which is called only then.
+///   The folder "Sonarith" is created. An installed program uses this folder even if it is run by
+///   an administrator, who may write to the executable's folder.
+/// If the folder "Sonarith" cannot be created, the result is the executable's folder (if known):
+/// the program can still make that folder the current folder, and each failed write produces the
+/// error message of that write.
 [[nodiscard]] std::string programFolder(const std::string& executableFolder,
                                         const std::function<std::string()>& musicFolder);
 

@@ -17,7 +17,7 @@ TEST(ExecutableFolder, ContainsTheRunningProgram) {
     EXPECT_TRUE(fs::exists(executableFolder() + "/paths_test"));
 }
 
-TEST(ProgramFolder, IsTheExecutablesFolderIfThatIsWritable) {
+TEST(ProgramFolder, IsTheExecutablesFolderIfTheExecutablesFolderIsWritable) {
     const fakes::TempFolder folder;
     const auto never = [] {
         ADD_FAILURE() << "the music folder was requested although it is not needed";
@@ -48,7 +48,7 @@ TEST(ProgramFolder, IsInTheUsersMusicFolderIfTheExecutablesFolderIsNotWritable) 
 TEST(ProgramFolder, IsInTheUsersMusicFolderForAnInstalledProgramWithAWritableFolder) {
     const fakes::TempFolder folder;
     fs::create_directories(folder / "share/sonarith");
-    fs::create_directory(folder / "bin"); // writable for this test
+    fs::create_directory(folder / "bin"); // the user who runs the test can write to it
     const std::string music = (folder / "music").string();
     EXPECT_EQ(programFolder((folder / "bin").string(), [&] { return music; }), music + "/Sonarith");
 }

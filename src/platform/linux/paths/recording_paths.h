@@ -14,8 +14,9 @@ namespace sonarith {
 
 class RecordingPaths {
   public:
-    /// A save may wait this long twice: for the call, and for the search for the mount that hangs.
-    /// Both waits together are shorter than the 100 ms within which Cancel must take effect.
+    /// A save may wait this long twice: for the file call that translates its path, and for the
+    /// search for the mount that hangs. Both waits together are shorter than the 100 ms within
+    /// which Cancel must take effect.
     static constexpr Waiting::Duration saveBound{40};
 
     /// `files` must outlive this object.
@@ -32,7 +33,8 @@ class RecordingPaths {
 
   private:
     const PatientFileSystem& files_;
-    std::string folder_;                  ///< of the last recording, lower case, with a backslash
+    /// The folder of the last successful beginIn(), in lower case, with a trailing backslash.
+    std::string folder_;
     std::filesystem::path machineFolder_; ///< the same folder
 };
 

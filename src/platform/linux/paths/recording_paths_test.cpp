@@ -22,7 +22,7 @@ TEST_F(RecordingPathsTest, ThePathOfAnExistingFileHasTheSpellingOnTheDisk) {
     EXPECT_EQ(recordings.saveAs("d:\\my music\\1234-1.wav"), folder + "1234-1.wav");
 }
 
-TEST_F(RecordingPathsTest, ASaveOnAHangingDiskUsesTheFolderOfItsRecording) {
+TEST_F(RecordingPathsTest, ASaveOnAHangingDiskUsesTheFolderInWhichTheRecordingBegan) {
     ASSERT_EQ(recordings.beginIn("d:\\my music"), d + "/My Music");
     mounts->hang(d);
     EXPECT_EQ(recordings.saveAs("d:\\my music\\1234-1.wav"), folder + "1234-1.wav");
@@ -32,7 +32,7 @@ TEST_F(RecordingPathsTest, ASaveOnAHangingDiskUsesTheFolderOfItsRecording) {
     EXPECT_EQ(mounts->blocked(), hanging);
 }
 
-TEST_F(RecordingPathsTest, ASaveInAnotherFolderOnAHangingDiskHasNoPath) {
+TEST_F(RecordingPathsTest, ASaveOnAHangingDiskHasNoPathIfTheRecordingBeganInAnotherFolder) {
     ASSERT_EQ(recordings.beginIn("e:\\"), e);
     mounts->hang(d);
     EXPECT_EQ(recordings.saveAs("d:\\my music\\1234-1.wav"), "");

@@ -178,7 +178,8 @@ TEST_F(RememberedSpellingTest, APathWithCapitalsMeansTheExactNamesIfTheyExist) {
     EXPECT_EQ(meant("H:\\MY MUSIC\\1.wav"), "my music/1.wav");
 }
 
-TEST_F(RememberedSpellingTest, ANameBelowTheDestinationKeepsTheGivenCase) {
+TEST_F(RememberedSpellingTest,
+       ANewNameBelowTheDestinationKeepsItsCaseAndAnExistingNameIsFoundInAnyCase) {
     makeFolder("My Music");
     makeFolder("my music");
     write("My Music/Track.wav");
@@ -201,7 +202,7 @@ TEST_F(RememberedSpellingTest, ADestinationThatIsRemovedOrRenamedIsIgnored) {
     EXPECT_EQ(meant("h:\\my music"), "my music");
     write("my music/Song.mp3");
     EXPECT_EQ(paths_.toLogic(home_ + "/my music/Song.mp3"), "H:\\my music\\Song.mp3");
-    makeFolder("My Music"); // no effect: the picked file has made "my music" the chosen spelling
+    makeFolder("My Music"); // no effect: toLogic() has made "my music" the chosen spelling
     EXPECT_EQ(meant("h:\\my music\\1.wav"), "my music/1.wav");
 }
 
@@ -267,7 +268,7 @@ TEST_F(RememberedSpellingTest, AWalkListsTheDestinationAndItsFilesAreFound) {
     EXPECT_TRUE(files_.fileExists("h:\\my music\\mine.wav"));
 }
 
-TEST_F(RememberedSpellingTest, AWalkFromTheParentFolderListsTheSameDestination) {
+TEST_F(RememberedSpellingTest, AWalkThatHasListedTheParentFolderListsTheDestination) {
     write("My Music/Mine.wav");
     write("my music/other.wav");
     ASSERT_TRUE(makeDestination({"My Music"}));
@@ -284,7 +285,7 @@ TEST_F(RememberedSpellingTest, AWalkFromTheParentFolderListsTheSameDestination) 
     EXPECT_THAT(names, ElementsAre("..", "Mine.wav"));
 }
 
-TEST_F(RememberedSpellingTest, AFolderThatAWalkListedIsPreferredToOtherCaseVariants) {
+TEST_F(RememberedSpellingTest, ASpellingFromAWalkIsPreferredToOtherSpellingsButNotToAnExactMatch) {
     write("Music/a.wav");
     EXPECT_THAT(filesIn("h:\\music"), ElementsAre("a.wav"));
     makeFolder("MUSIC"); // would be the first match in byte order

@@ -39,7 +39,7 @@ TEST(SingleInstance, IsIndependentOfLocksInOtherFolders) {
     EXPECT_TRUE(SingleInstance({yours.path().string()}).isFirst());
 }
 
-TEST(SingleInstance, IsFirstAgainAfterTheOtherProcessWasKilled) {
+TEST(SingleInstance, IsFirstAfterTheProcessThatHeldTheLockWasKilled) {
     const fakes::TempFolder folder;
     test::ReportingChild child([&](const auto& report) {
         const SingleInstance first({folder.path().string()});

@@ -29,7 +29,8 @@ TEST(SpellingMemory, FindsTheLastRememberedSpelling) {
     EXPECT_EQ(found(memory, "/music"), "/MUSIC");
 }
 
-// Each of these paths occupies 8 bytes: 4 bytes as given and 4 bytes in lower case.
+// In this test and the next, each path occupies 8 bytes: 4 bytes as given and 4 bytes in lower
+// case.
 TEST(SpellingMemory, ForgetsTheLeastRecentlyUsedPathFirst) {
     SpellingMemory memory(3 * 8);
     memory.remember("/One");

@@ -22,8 +22,9 @@ std::optional<std::string> absoluteIn(const char* variable) {
     return value != nullptr && value[0] == '/' ? std::optional<std::string>(value) : std::nullopt;
 }
 
-/// The content of a text in double quotes, unescaped as by the shell; spaces and tabs may follow
-/// the closing quote. Empty if `text` is anything else.
+/// The content of a text in double quotes, with the shell's escapes resolved and with `home` in
+/// place of $HOME at its beginning. Spaces and tabs may follow the closing quote. Returns nothing
+/// for any other text.
 std::optional<std::string> unquoted(std::string_view text, const std::string& home) {
     if (!text.starts_with('"')) {
         return std::nullopt;

@@ -16,7 +16,8 @@
 namespace sonarith {
 namespace {
 
-/// Sets the environment variables for a user's folders during one test.
+/// Unsets the environment variables for a user's folders before each test, and restores them after
+/// it.
 class UserFoldersTest : public testing::Test {
   protected:
     static constexpr std::array names = {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME"};
@@ -58,7 +59,7 @@ TEST_F(UserFoldersTest, TheHomeFolderIsTakenFromTheEnvironmentOrElseFromTheAccou
     EXPECT_EQ(homeFolder(), ofAccount);
 }
 
-TEST_F(UserFoldersTest, TheDataFolderFollowsTheDesktopsConvention) {
+TEST_F(UserFoldersTest, TheDataFolderIsInTheHomeFolderUnlessXdgDataHomeIsAnAbsolutePath) {
     ::setenv("XDG_DATA_HOME", "/data/of/me", 1);
     EXPECT_EQ(userDataFolder(), "/data/of/me");
     ::setenv("XDG_DATA_HOME", "relative", 1);
@@ -84,7 +85,9 @@ TEST_F(UserFoldersTest, TheMusicFolderIsTheOneThatTheDesktopDefines) {
     EXPECT_EQ(musicFolder(), homePath_ + "/Musik");
 }
 
-TEST_F(UserFoldersTest, AMusicFolderInWhichASearchFindsNoFilesIsIgnored) {
+// In such a folder the search for audio files finds none: it takes the text after the first dot of
+// a path as the extension.
+TEST_F(UserFoldersTest, AMusicFolderWithADotInItsPathIsIgnored) {
     const std::string home = homePath_ + "/jane.doe";
     ::setenv("HOME", home.c_str(), 1);
     ::setenv("XDG_CONFIG_HOME", (home_ / ".config").c_str(), 1);

@@ -62,15 +62,15 @@ bool namesCardDevice(std::string_view name) {
     return std::find(std::begin(kinds), std::end(kinds), kind) != std::end(kinds);
 }
 
-/// Whether `hint` is a device that ALSA itself implements, and neither a real device nor a sound
-/// server. Plug-ins are recognised by their description ("Rate Converter Plugin Using ...") and not
-/// by their name, because a user's own device may have any name.
+/// Whether `hint` is a device that ALSA itself implements, not a real device or a sound server.
+/// Plug-ins are recognised by their description ("Rate Converter Plugin Using ...") and not by
+/// their name, because a user's own device may have any name.
 bool isPlugIn(const DeviceHint& hint) {
     std::string words = hint.description;
     std::transform(words.begin(), words.end(), words.begin(),
                    [](unsigned char letter) { return std::tolower(letter); });
-    // "null" discards all sound; our list has "none" for that. "oss" uses an interface that was
-    // removed from Linux, so it cannot be opened.
+    // "null" discards all sound; choosable() adds the entry "None" for this purpose. "oss" uses an
+    // interface that was removed from Linux, so it cannot be opened.
     return words.find("plugin") != std::string::npos ||
            words.find("plug-in") != std::string::npos || hint.name == "null" || hint.name == "oss";
 }

@@ -8,8 +8,8 @@ namespace {
 
 using testing::ElementsAre;
 
-/// The list of a Debian machine with one card, a sound server, and a device that the user has
-/// defined.
+/// ALSA's list on a Debian machine with a sound card, a webcam that captures sound, sound servers,
+/// and a device that the user has defined ("living-room").
 std::vector<DeviceHint> hintsOfAMachine() {
     const std::string card = "HDA Intel PCH, ALC287 Analog";
     return {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Creates the software sound card's external inputs, which capture from ALSA devices. sound_card.h
-// records their sound, and capture_pump.h controls the timing.
+// records their sound, and capture_pump.h decides when a device is opened and read.
 #pragma once
 
 #include <memory>

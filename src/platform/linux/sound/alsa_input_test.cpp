@@ -25,7 +25,8 @@ using fakes::silence;
 
 using Frames = std::vector<StereoFrame>;
 
-/// The length of the longest run of frames that follow one another in the test sound.
+/// The length of the longest part of `frames` in which each frame is the one that follows the frame
+/// before it in the test sound.
 int longestRun(const Frames& frames) {
     int longest = 0;
     int run = 0;

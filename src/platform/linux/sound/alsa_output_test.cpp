@@ -12,9 +12,9 @@
 #include "support/waiting.h"
 
 #if defined(__SANITIZE_THREAD__)
-/// The sound server's client library is not built with the thread sanitizer, which therefore does
-/// not detect how the library's threads synchronise. This suppresses only reports that involve the
-/// library.
+/// The sound server's client library and ALSA's plugins are not built with the thread sanitizer,
+/// which therefore does not detect how their threads synchronise. This suppresses only reports that
+/// involve the library or a plugin.
 extern "C" const char* __tsan_default_suppressions() {
     return "race:libpulse\nrace:libasound_module\nmutex:libpulse\nthread:libpulse\n";
 }
@@ -133,7 +133,7 @@ TEST(AlsaOutput, BlocksNeitherTheCardNorTheOutputsDestructorIfTheServerHangs) {
         EXPECT_TRUE(playing.awaitFrames(halfSecond));
         playing.expectWholeCapture();
     }
-    server.kill(); // makes the call of the detached thread return
+    server.kill(); // ends the call in which the left-behind thread of the first output hangs
 }
 
 TEST(AlsaOutput, DisturbsNoRecordingAndWritesNoMessagesIfTheDeviceDoesNotExist) {
@@ -152,7 +152,7 @@ TEST(AlsaOutput, IsANullOutputForAnEmptyNameAndForTheNameNone) {
     EXPECT_EQ(std::dynamic_pointer_cast<NullOutput>(makeOutput("default")), nullptr);
 }
 
-TEST(AlsaOutput, ListsTheDefaultDeviceFirstThenTheConfiguredDevicesAndNoneLast) {
+TEST(AlsaOutput, ListsTheDefaultDeviceFirstTheConfiguredDevicesNextAndTheNameNoneAtTheEnd) {
     const fakes::PulseServer server; // only its ALSA configuration is needed
     const std::vector<DeviceEntry> outputs = listOutputs();
     ASSERT_GE(outputs.size(), 3U);

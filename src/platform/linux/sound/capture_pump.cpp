@@ -18,7 +18,7 @@ namespace {
 /// The most frames that wait for the software sound card: 500 ms. Beyond that the oldest frames are
 /// dropped.
 constexpr std::size_t backlogFrames = frameRate / 2;
-/// The line is silent until 60 ms are buffered. A device may deliver larger blocks than the card
+/// The card gets silence until 60 ms are buffered. A device may deliver larger blocks than the card
 /// takes; without this reserve the sound would have gaps.
 constexpr std::size_t cushionFrames = frameRate * 60 / 1000;
 /// The longest single wait for frames, and so the longest time until the thread notices that it
@@ -26,7 +26,7 @@ constexpr std::size_t cushionFrames = frameRate * 60 / 1000;
 constexpr std::chrono::milliseconds frameWait{20};
 /// The delay after a device has reported frames but delivered none.
 constexpr std::chrono::milliseconds emptyReadRest{10};
-/// A device that was restarted more often than this without delivering a frame counts as lost.
+/// If a device stops again after this many restarts without a frame, it is closed and opened again.
 constexpr int maxFruitlessRestarts = 3;
 
 } // namespace
@@ -66,7 +66,7 @@ struct CaptureBacklog {
 
 namespace {
 
-/// Reads from one open device until it is lost or the pump is asked to end.
+/// Reads from one open device until the device fails or the pump is asked to end.
 void listen(PcmCapture& device, CaptureBacklog& backlog, const ReportDevice& report) {
     std::vector<StereoFrame> block(blockFrames);
     int restarts = 0;

@@ -36,7 +36,7 @@ class CapturePumpTest : public testing::Test {
         EXPECT_EQ(pulled.supply, Supply::flowing);
         return block;
     }
-    /// Pulls until the block is not silent.
+    /// Pulls blocks until one of them is not silent; returns that block.
     static Frames pullSound(CapturePump& pump, std::size_t count) {
         Frames block;
         EXPECT_TRUE(eventually([&] {
@@ -90,7 +90,7 @@ TEST_F(CapturePumpTest, RestartsADeviceAfterAnOverrun) {
     device->provide(10'000);
     CapturePump pump(opener(), timing);
     EXPECT_THAT(pullSound(pump, 441), IsSound(pattern(0, 441)));
-    EXPECT_EQ(device->restarts, 3);
+    EXPECT_EQ(device->restarts, 3); // after the opening and after each of the two overruns
     EXPECT_EQ(device->opened, 1);
 }
 
@@ -169,7 +169,7 @@ TEST_F(CapturePumpTest, IsSilentWhileTheDeviceIsUnpluggedAndContinuesAfterwards)
     EXPECT_EQ(reports.states().back(), DeviceState::unused);
 }
 
-TEST_F(CapturePumpTest, IfTheDeviceWasNeverOpenTheSecondFailureIsReported) {
+TEST_F(CapturePumpTest, ReportsADeviceThatWasNeverOpenAsLostOnlyAfterTheSecondFailureToOpenIt) {
     fakes::DeviceReports reports;
     device->missing = true;
     timing.retryAfter = 24h;

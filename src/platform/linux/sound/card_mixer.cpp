@@ -11,7 +11,8 @@ namespace sonarith::sound {
 
 namespace {
 
-/// The functions that get and set a control's value on the card. `set` is null for a meter.
+/// The functions that get and set the value of a mixer control on the card. `set` is null for a
+/// meter.
 struct Access {
     std::int32_t (*get)(SoundCard& card, SoundCard::Time now);
     void (*set)(SoundCard& card, std::int32_t value);
@@ -20,7 +21,7 @@ struct Access {
 struct Control {
     std::uint32_t line; ///< component type of the control's line
     std::uint32_t type;
-    std::int32_t highest; ///< values are from 0 to this
+    std::int32_t highest; ///< values from 0 to this one can be set; unused for a meter
     Access access;
 };
 

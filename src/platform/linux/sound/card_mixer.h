@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Implements the mixer interface for the software sound card: provides the card's lines and
-// controls under the identifiers of that interface. The card holds the levels (sound_card.h).
+// mixer controls under the types that mixer.h defines. The card holds the levels (sound_card.h).
 // kept_tone.h stores bass and treble.
 #pragma once
 
@@ -13,7 +13,7 @@
 
 namespace sonarith::sound {
 
-/// The identifiers of lines and controls are the same for all handles.
+/// The identifiers of lines and mixer controls are the same for all handles.
 class CardMixer final : public Mixer {
   public:
     /// A null `card` means a machine without a mixer: opening fails. The card must outlive this

@@ -15,14 +15,14 @@
 
 namespace sonarith::sound {
 
-/// A mixer and its card, which a test advances in virtual time.
+/// A mixer and its card. A test advances the card in virtual time.
 class CardMixerTest : public testing::Test {
   protected:
     CardMixerTest() { EXPECT_EQ(mixer.open(handle), MixerResult::noError); }
 
     std::uint32_t lineOfType(std::uint32_t type) {
         MixerLine line{mixerLineSize, 0, type};
-        EXPECT_EQ(mixer.getLineInfo(handle, line), MixerResult::noError) << type;
+        EXPECT_EQ(mixer.getLineInfo(handle, line), MixerResult::noError) << "line of type " << type;
         return line.dwLineID;
     }
     MixerResult find(std::uint32_t line, std::uint32_t type, MixerControl& control) {
@@ -32,7 +32,8 @@ class CardMixerTest : public testing::Test {
     }
     std::uint32_t control(std::uint32_t line, std::uint32_t type) {
         MixerControl found;
-        EXPECT_EQ(find(line, type, found), MixerResult::noError) << line << " " << type;
+        EXPECT_EQ(find(line, type, found), MixerResult::noError)
+            << "line type " << line << ", control type " << type;
         return found.dwControlID;
     }
     MixerControlDetails details(std::uint32_t identifier, std::int32_t& value) {
@@ -72,8 +73,8 @@ class CardMixerTest : public testing::Test {
 struct ExpectedControl {
     std::uint32_t line;
     std::uint32_t type;
-    std::int32_t initial; ///< value
-    std::int32_t highest; ///< -1: the control cannot be set
+    std::int32_t initial; ///< the value in a new mixer
+    std::int32_t highest; ///< the greatest value; -1: the control cannot be set
 };
 
 inline const std::vector<ExpectedControl>& allControls() {

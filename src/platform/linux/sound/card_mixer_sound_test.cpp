@@ -79,14 +79,16 @@ TEST_P(CardMixerTone, FollowsItsCurveWithinAFifthOfADecibel) {
         EXPECT_EQ(set(4, GetParam().control, position), MixerResult::noError);
         for (const double hz : {40.0, 100.0, 200.0, 1000.0, 5000.0, 10'000.0, 15'000.0}) {
             play(Line::compactDisc, std::make_shared<ToneSource>(hz, amplitude));
-            hear(200ms); // until the ramp has ended
+            hear(200ms); // until the gain has reached its new value
             const Frames played = hear(250ms);
             const double expected = shelfDb(hz, GetParam().cornerHz, gain, GetParam().side);
             const double left = amplitudeAt(fakes::leftOf(played), hz, frameRate) / amplitude;
             const double right = amplitudeAt(fakes::rightOf(played), hz, frameRate) / amplitude;
-            EXPECT_NEAR(decibels(left), expected, 0.2) << hz << " Hz at " << position;
+            EXPECT_NEAR(decibels(left), expected, 0.2)
+                << hz << " Hz at slider position " << position;
             // ToneSource has half the amplitude on the right channel.
-            EXPECT_NEAR(decibels(right * 2), expected, 0.2) << hz << " Hz at " << position;
+            EXPECT_NEAR(decibels(right * 2), expected, 0.2)
+                << hz << " Hz at slider position " << position;
         }
     }
 }
@@ -108,14 +110,14 @@ TEST_F(CardMixerTest, NeutralBassAndTrebleChangeNoSample) {
     EXPECT_THAT(hear(2s), IsSound(pattern(0, 88'200)));
 }
 
-TEST_F(CardMixerTest, BassAndTrebleResetToNeutralAfterABoostChangeNoSample) {
+TEST_F(CardMixerTest, BassAndTrebleChangeNoSampleWhenTheyAreNeutralAgain) {
     play(Line::compactDisc, std::make_shared<PatternSource>());
     EXPECT_EQ(set(4, mixer_control::bass, 65535), MixerResult::noError);
     EXPECT_EQ(set(4, mixer_control::treble, 0), MixerResult::noError);
     EXPECT_NE(hear(1s), pattern(0, 44'100));
     EXPECT_EQ(set(4, mixer_control::bass, 32768), MixerResult::noError);
     EXPECT_EQ(set(4, mixer_control::treble, 32768), MixerResult::noError);
-    hear(4s); // the ramp ends and the attenuated sound recovers
+    hear(4s); // until the gains are neutral and the attenuation has ended
     EXPECT_THAT(hear(1s), IsSound(pattern(5 * 44'100, 44'100)));
 }
 
@@ -146,8 +148,8 @@ double roughness(const std::vector<double>& samples) {
     return most;
 }
 
-TEST_F(CardMixerTest, AMovedSliderChangesTheToneWithoutAClick) {
-    // Low tones are used because their slope hardly changes from sample to sample.
+TEST_F(CardMixerTest, AMovedToneSliderCausesNoClick) {
+    // A low tone is used because its slope hardly changes from sample to sample.
     for (const std::uint32_t type : {mixer_control::bass, mixer_control::treble}) {
         play(Line::compactDisc, std::make_shared<ToneSource>(60, 7000));
         hear(200ms);
@@ -157,7 +159,8 @@ TEST_F(CardMixerTest, AMovedSliderChangesTheToneWithoutAClick) {
             // The largest boost, 12 dB, raises the amplitude from 7000 to 28000. At 60 Hz the slope
             // then changes by up to 2 per sample; rounding to whole samples adds up to 2. A step of
             // the gain between two samples would change the slope by thousands.
-            EXPECT_LT(roughness(fakes::leftOf(played)), 8) << type << " to " << position;
+            EXPECT_LT(roughness(fakes::leftOf(played)), 8)
+                << "control type " << type << " moved to " << position;
         }
     }
 }
@@ -170,7 +173,7 @@ TEST_F(CardMixerTest, ABoostedLoudSoundIsAttenuatedAndNotClipped) {
     const std::vector<double> played = fakes::leftOf(hear(1s));
     const double whole = amplitudeAt(played, hz, frameRate);
     EXPECT_NEAR(decibels(whole / 32'767), 0, 0.1) << "the sound must have the maximum level";
-    // A clipped wave would have a third harmonic with up to a third of its amplitude.
+    // Clipping would add a third harmonic with up to a third of the tone's amplitude.
     EXPECT_LT(decibels(amplitudeAt(played, 3 * hz, frameRate) / whole), -50);
     EXPECT_LT(decibels(amplitudeAt(played, 5 * hz, frameRate) / whole), -50);
 }
@@ -210,7 +213,7 @@ TEST_F(CardMixerTest, ASoundAfterAnIdleTimeStartsWithTheCurrentTone) {
     EXPECT_EQ(set(4, mixer_control::treble, 32768), MixerResult::noError);
     play(Line::compactDisc, std::make_shared<PatternSource>());
     EXPECT_THAT(hear(100ms), IsSound(pattern(0, 4410)))
-        << "the sound begins with a ramp from the treble position that was set while idle";
+        << "the gain changes gradually at the beginning, although treble was already neutral";
 }
 
 } // namespace

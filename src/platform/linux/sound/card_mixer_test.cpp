@@ -79,7 +79,7 @@ TEST_F(CardMixerTest, RejectsLinesAndControlsThatDoNotExist) {
     }
 }
 
-TEST_F(CardMixerTest, RefusesRecordsOfAWrongSizeAndNullPointers) {
+TEST_F(CardMixerTest, RefusesRecordsWithAWrongSizeAWrongCountOrANullPointer) {
     MixerLine line{mixerLineSize - 1, 99, 4};
     EXPECT_EQ(mixer.getLineInfo(handle, line), MixerResult::invalidParameter);
     EXPECT_EQ(line.dwLineID, 99U);

@@ -43,7 +43,8 @@ TEST(PeakOf, IsTheLargestAbsoluteSampleOfBothChannels) {
 }
 
 TEST(CardPeak, IsTheLargestSampleSinceTheLastReading) {
-    // An irregular signal whose level rises and falls; the louder channel changes.
+    // An irregular signal whose level rises and falls; sometimes the left channel is louder,
+    // sometimes the right channel.
     Frames signal;
     for (int i = 0; i < frameRate; ++i) {
         const double swell = std::abs(std::sin(i / 7001.0));
@@ -67,7 +68,7 @@ TEST(CardPeak, IsTheLargestSampleSinceTheLastReading) {
     }
 }
 
-TEST(CardPeak, IsUnchangedBetweenTwoBlocksAndZeroWithoutSound) {
+TEST(CardPeak, IsUnchangedWithoutAFurtherBlockAndZeroAfter50Milliseconds) {
     SoundCard card;
     Frames sound(blockFrames, {5, -900});
     card.attach(Line::compactDisc, std::make_shared<ListSource>(sound), 0ns);
@@ -99,7 +100,7 @@ TEST(CardPeak, IsZeroWhileTheDiscStarves) {
     EXPECT_EQ(card.recorderPeak(100ms), 0);
 }
 
-TEST(CardPeak, IsMeasuredBeforeVolumesAndMutes) {
+TEST(CardPeak, IsIndependentOfVolumesMutesAndTone) {
     SoundCard card;
     card.setVolume(Line::compactDisc, 100);
     card.setMuted(Line::compactDisc, true);
@@ -163,7 +164,7 @@ TEST(CardPeak, IsReadWithoutAllocations) {
               0);
     EXPECT_EQ(sum, 70'000);
     EXPECT_GT(test::allocationsOf([] { static_cast<void>(std::make_shared<SoundCard>()); }), 0)
-        << "this test does not count allocations";
+        << "allocationsOf() does not count, so this test proves nothing";
 }
 
 } // namespace

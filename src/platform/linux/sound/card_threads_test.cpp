@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Uses the mixer, reads peaks, uses the wave input and changes the source while the card's own
-// thread runs. Each function is called on the same thread as in the program, or on more threads
-// than in the program. Under the thread sanitizer, these tests detect data races.
+// Uses the mixer, reads peaks, uses the wave input and changes the recording source while the
+// card's own thread runs. Each function is called on the same thread as in the program, or on more
+// threads than in the program. Under the thread sanitizer, these tests detect data races.
 #include <gmock/gmock.h>
 
 #include <atomic>
@@ -75,7 +75,7 @@ TEST(CardThreads, RecordATrackBitForBitWhileTheMixerIsUsed) {
                 IsSound(pattern(0, played)));
 }
 
-TEST(CardThreads, OpenAndCloseAnInputConcurrently) {
+TEST(CardThreads, LeaveNoExternalInputOpenAfterConcurrentUse) {
     const auto device = std::make_shared<CaptureDevice>();
     {
         SoundCard card;
@@ -111,7 +111,7 @@ TEST(CardThreads, OpenAndCloseAnInputConcurrently) {
         listening.join();
         recording.join();
         choosing.join();
-        EXPECT_FALSE(card.active()) << "the input is still attached to its line";
+        EXPECT_FALSE(card.active()) << "the external input is still attached to its line";
     }
     EXPECT_EQ(device->opened, device->closed);
 }

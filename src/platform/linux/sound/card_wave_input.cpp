@@ -30,13 +30,14 @@ void markDone(WaveHeader& header) {
 class CardWaveInput::Tape final : public RecordingSink {
   public:
     explicit Tape(std::unique_ptr<WaveConverter> converter) : converter_(std::move(converter)) {
-        queue_.reserve(16); // no caller has more buffers, so add() never allocates under the lock
+        // No caller has more than 16 buffers, so add() never allocates under the lock.
+        queue_.reserve(16);
     }
 
     void record(std::span<const StereoFrame> frames) override {
         const std::lock_guard lock(mutex_);
         if (queue_.empty()) {
-            return; // no buffer was added: the sound is dropped
+            return; // no buffer is in the queue: the sound is dropped
         }
         std::span<const std::byte> bytes = converter_->convert(frames);
         while (!bytes.empty() && !queue_.empty()) {
@@ -123,7 +124,7 @@ WaveResult CardWaveInput::open(WaveInHandle& handle, std::uint32_t device,
 bool CardWaveInput::openInput() {
     const std::shared_ptr<ExternalInput> input = card_.externalInput();
     if (!input) {
-        return true; // the recorder's source is a line of the card, which needs no device
+        return true; // the recorder's source is a line of the card: no device must be opened
     }
     std::shared_ptr<CapturePump> pump = input->acquire();
     if (pump->opening(inputPatience) == CapturePump::Opening::failed) {

@@ -36,7 +36,7 @@ class CardWaveInputExternal : public CardWaveInputTest {
     std::shared_ptr<CaptureDevice> device = std::make_shared<CaptureDevice>();
 };
 
-TEST_F(CardWaveInputExternal, IsOpenedByOpenAndStartAndClosedByStopResetAndClose) {
+TEST_F(CardWaveInputExternal, TheDeviceIsOpenedByOpenOrStartAndClosedByStopResetOrClose) {
     EXPECT_EQ(device->opened, 0) << "the device was opened without a listener";
     open(cardFormat);
     EXPECT_TRUE(becomesOpen());
@@ -52,7 +52,7 @@ TEST_F(CardWaveInputExternal, IsOpenedByOpenAndStartAndClosedByStopResetAndClose
     open(cardFormat);
     EXPECT_TRUE(becomesOpen());
     EXPECT_EQ(input.close(handle), WaveResult::noError)
-        << "an input that was never started cannot be closed";
+        << "close() has failed for an input that was never started";
     EXPECT_EQ(device->closed, 3);
     EXPECT_FALSE(card.active());
 }
@@ -115,7 +115,7 @@ TEST_F(CardWaveInputExternal, DoesNotWaitForADeviceWhoseOpeningHangs) {
     EXPECT_TRUE(eventually([&] { return device->opened == device->closed; }));
 }
 
-TEST_F(CardWaveInputExternal, ClosesWhenAnotherSourceIsChosenAndReopensWhenTheInputIsChosenAgain) {
+TEST_F(CardWaveInputExternal, ChoosingAnotherSourceClosesTheDeviceAndChoosingTheInputOpensIt) {
     open(cardFormat);
     EXPECT_EQ(input.start(handle), WaveResult::noError);
     EXPECT_TRUE(becomesOpen());

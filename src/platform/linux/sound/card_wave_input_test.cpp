@@ -180,7 +180,7 @@ TEST_F(CardWaveInputTest, HasATextForEachError) {
     EXPECT_EQ(std::adjacent_find(texts.begin(), texts.end()), texts.end());
 }
 
-TEST_F(CardWaveInputTest, WritesToNoBufferAfterItsDestruction) {
+TEST_F(CardWaveInputTest, WritesToNoBufferOnceTheInputIsDestroyed) {
     Buffer buffer(4 * 4410);
     {
         CardWaveInput ending(card, [this] { return now; });

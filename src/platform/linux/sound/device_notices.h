@@ -20,7 +20,7 @@ class DeviceNotices {
   public:
     explicit DeviceNotices(Notices& notices) : notices_(&notices) {}
     /// Stops all reports: after this returns, the Notices object is not used any more and may be
-    /// destroyed. Hanging threads may keep this object longer.
+    /// destroyed. Hanging threads may keep these DeviceNotices longer.
     void mute();
 
     void report(SoundDevice kind, const std::string& name, DeviceState state);

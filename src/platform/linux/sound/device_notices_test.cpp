@@ -37,7 +37,7 @@ TEST_F(DeviceNoticesTest, ReportALossOnceAndTheRecoveryOnceHoweverOftenTheDevice
     EXPECT_THAT(board.texts(), SizeIs(3)) << "a new loss must be reported again";
 }
 
-TEST_F(DeviceNoticesTest, PassEachChangeToNoticesOnlyOnce) {
+TEST_F(DeviceNoticesTest, CallTheNoticesInterfaceOnlyOnceForEachChange) {
     test::FakeNotices notified;
     const ReportDevice device =
         reportTo(std::make_shared<DeviceNotices>(notified), SoundDevice::output, "hw:0");
@@ -45,9 +45,10 @@ TEST_F(DeviceNoticesTest, PassEachChangeToNoticesOnlyOnce) {
     device(DeviceState::lost);
     device(DeviceState::works);
     device(DeviceState::works);
-    EXPECT_THAT(notified.texts(),
-                ElementsAre(testing::StartsWith("The sound output \"hw:0\" cannot"),
-                            "settled output hw:0: The sound output \"hw:0\" is available again."));
+    EXPECT_THAT(
+        notified.texts(),
+        ElementsAre(testing::StartsWith("The sound output \"hw:0\" cannot"),
+                    "settled [output hw:0]: The sound output \"hw:0\" is available again."));
 }
 
 TEST_F(DeviceNoticesTest, DistinguishAnInputAndAnOutputOfTheSameName) {
@@ -59,12 +60,12 @@ TEST_F(DeviceNoticesTest, DistinguishAnInputAndAnOutputOfTheSameName) {
               "or was unplugged. The input is silent until it is available again.");
 }
 
-TEST_F(DeviceNoticesTest, DescribeTheDefaultDevice) {
+TEST_F(DeviceNoticesTest, ReportTheLossOfTheDefaultOutputWithoutADeviceName) {
     reportTo(notices, SoundDevice::output, "default")(DeviceState::lost);
     EXPECT_THAT(board.texts().front(), testing::StartsWith("The default sound output cannot"));
 }
 
-TEST_F(DeviceNoticesTest, SettleSilentlyForADeviceThatIsNoLongerUsed) {
+TEST_F(DeviceNoticesTest, SettleALossWithoutATextIfTheDeviceIsNoLongerUsed) {
     test::FakeNotices notified;
     const auto notes = std::make_shared<DeviceNotices>(notified);
     const ReportDevice device = reportTo(notes, SoundDevice::output, "hw:0");
@@ -72,10 +73,10 @@ TEST_F(DeviceNoticesTest, SettleSilentlyForADeviceThatIsNoLongerUsed) {
     EXPECT_THAT(notified.texts(), IsEmpty());
     device(DeviceState::lost);
     device(DeviceState::unused);
-    EXPECT_THAT(notified.texts(), ElementsAre(testing::_, "settled output hw:0"));
+    EXPECT_THAT(notified.texts(), ElementsAre(testing::_, "settled [output hw:0]"));
 }
 
-TEST_F(DeviceNoticesTest, AreNotReportedAfterMute) {
+TEST_F(DeviceNoticesTest, ReportNothingAfterTheNoticesAreMuted) {
     notices->mute();
     output(DeviceState::lost);
     EXPECT_THAT(board.texts(), IsEmpty());

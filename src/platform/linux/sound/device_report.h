@@ -9,8 +9,8 @@ namespace sonarith::sound {
 
 enum class DeviceState {
     works,  ///< the device plays or delivers sound
-    lost,   ///< the device cannot be opened or has failed; it is tried again later
-    unused, ///< the device was closed and is not tried any more
+    lost,   ///< the device cannot be opened or has failed; the pump will try to open it again
+    unused, ///< the pump has ended and does not use the device any more
 };
 
 /// Called on the pump's thread, or on a thread that is calling a member of the pump. The function

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The external input of the sound card's recorder. Its device is opened once for all concurrent
-// users and closed when there are no more users. sound_card.h contains the line that this input
-// feeds.
+// The external input of the sound card's recorder. All objects that use the input at the same time
+// share one open device, which is closed when no object uses it any more. sound_card.h contains the
+// line that this input feeds.
 #pragma once
 
 #include <memory>

@@ -17,8 +17,8 @@ namespace sonarith::sound {
 class FrameQueue {
   public:
     /// Holds `capacity` frames, at least one. The system provides a memory page only when a frame
-    /// is stored in it: a large queue that is emptied often uses only as much memory as its largest
-    /// content so far.
+    /// is stored in it: if a large queue is often emptied, it uses only as much memory as its
+    /// largest content so far.
     explicit FrameQueue(std::size_t capacity)
         : capacity_(capacity),
           store_(static_cast<StereoFrame*>(::operator new(capacity * sizeof(StereoFrame)))) {}

@@ -37,7 +37,7 @@ TEST(FrameQueue, AcceptsOnlyFramesThatFit) {
     EXPECT_THAT(taken, IsSound(fakes::pattern(0, 10)));
 }
 
-TEST(FrameQueue, PopLeavesTheRestOfTheOutputUnchanged) {
+TEST(FrameQueue, PopLeavesTheRestOfTheSpanUnchangedIfFewerFramesAreQueued) {
     FrameQueue queue(3);
     queue.push(fakes::pattern(0, 1));
     std::vector<StereoFrame> taken = fakes::pattern(7, 2);
@@ -56,7 +56,7 @@ TEST(FrameQueue, IsEmptyAfterClear) {
     EXPECT_EQ(queue.pop(taken), 0U);
 }
 
-TEST(FrameQueue, DropsTheOldestFrames) {
+TEST(FrameQueue, DropRemovesAsManyFramesAsRequestedOrAllIfThereAreFewer) {
     FrameQueue queue(10);
     queue.push(fakes::pattern(0, 8));
     queue.drop(5);
@@ -75,7 +75,7 @@ TEST(FrameQueue, DropsTheSilenceBeforeASoundButNotTheSilenceAfterIt) {
 }
 
 TEST(FrameQueue, UsesOnlyAsMuchMemoryAsItsLargestContent) {
-    constexpr std::size_t capacity = 16 * 1024 * 1024; // 64 MiB
+    constexpr std::size_t capacity = 16 * 1024 * 1024; // in frames: 64 MiB
     constexpr std::size_t batch = 4410;
     FrameQueue queue(capacity);
     const std::vector<StereoFrame> frames(batch);

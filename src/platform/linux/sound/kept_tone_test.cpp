@@ -79,7 +79,7 @@ TEST_F(KeptToneTest, WritesBothSlidersInOneFileWrite) {
     EXPECT_EQ(store.fileWrites, 1);
 }
 
-TEST_F(KeptToneTest, KeepWritesAPendingChangeAtOnceAndOnlyOnce) {
+TEST_F(KeptToneTest, CallingKeepWritesAPendingChangeAtOnceAndOnlyOnce) {
     KeptTone kept(tone, store, loop);
     tone.setTreble(6);
     kept.changed();

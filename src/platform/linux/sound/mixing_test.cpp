@@ -17,7 +17,7 @@ TEST(Mixing, VolumeZeroIsSilence) {
     EXPECT_EQ(atLevel(INT16_MAX, 0), 0);
 }
 
-TEST(Mixing, LevelsAreLinearAndRoundedToTheNearestSample) {
+TEST(Mixing, TheVolumeScalesSamplesLinearlyAndTheProductIsRounded) {
     constexpr int third = fullVolume / 3; // 65535 is three times 21845
     EXPECT_EQ(atLevel(3000, third), 1000);
     EXPECT_EQ(atLevel(-3000, third), -1000);

@@ -15,9 +15,9 @@
 
 namespace sonarith::sound {
 
-/// Life cycle: the device is created open and prepared. The owner writes the first frames, calls
-/// start(), and writes more. After stop(), prepare() begins the cycle again. The destructor closes
-/// the device. For one thread only.
+/// Life cycle: a new object's device is already open and prepared. The owner writes the first
+/// frames, calls start(), and writes more. After stop(), prepare() begins the cycle again. The
+/// destructor closes the device. For one thread only.
 class PcmPlayback {
   public:
     virtual ~PcmPlayback() = default;
@@ -30,11 +30,12 @@ class PcmPlayback {
     [[nodiscard]] virtual int start() = 0;
     /// Stops playback at once. Queued frames are discarded.
     virtual void stop() = 0;
-    /// Frames that were written and have not been played yet, or a negative errno.
+    /// Returns the number of frames that were written and have not been played yet, or a negative
+    /// errno.
     [[nodiscard]] virtual long queued() = 0;
 };
 
-/// A capture device, which is opened and prepared but not started. The destructor closes the
+/// A new object's device is open and prepared, but not started. The destructor closes the
 /// device. For one thread only.
 class PcmCapture {
   public:
@@ -43,8 +44,8 @@ class PcmCapture {
     [[nodiscard]] virtual long read(std::span<StereoFrame> frames) = 0;
     /// Waits for frames: positive if there are some, 0 after a timeout, or a negative errno.
     [[nodiscard]] virtual int waitForFrames(std::chrono::milliseconds atMost) = 0;
-    /// Starts the capture, or restarts it after an overrun, since a capture does not continue by
-    /// itself.
+    /// Starts the capture. Must also be called after an overrun, since a capture does not continue
+    /// by itself then.
     [[nodiscard]] virtual int restart() = 0;
 };
 

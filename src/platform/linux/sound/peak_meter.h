@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Measures the peak of a sound between two readings. The sound card's thread records the peaks and
-// the meter's view reads them, without a lock. sound_card.h chooses the sound that is measured.
+// Measures the peak of a sound between two readings. The sound card's thread stores the peaks and
+// the logic's level meter reads them, without a lock. sound_card.h chooses the sound that is
+// measured.
 #pragma once
 
 #include <algorithm>
@@ -33,11 +34,11 @@ class PeakMeter {
   public:
     using Time = std::chrono::nanoseconds; ///< of the card's clock
 
-    /// After this time without a recorded block the level is 0. It is the time of five blocks of
+    /// After this time without a call of note() the level is 0. It is the time of five blocks of
     /// the card, so that the meter does not flicker if the card's thread is slightly late.
     static constexpr std::chrono::milliseconds holdTime{50};
 
-    /// Records the peak of a block that the card processed at `now`.
+    /// Stores the peak of a block that the card processed at `now`.
     void note(int peak, Time now) {
         lastNote_.store(now.count(), std::memory_order_relaxed);
         int before = sinceReading_.load(std::memory_order_relaxed);

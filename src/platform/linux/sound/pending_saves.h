@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Counts the saves of recordings that were requested and are not complete. Before the program ends,
-// it waits a limited time for these saves, because a recording whose file has no name yet is lost
-// when the process ends.
+// Counts the WAV files, recorded or decoded, whose save was requested and is not complete. Before
+// the program ends, it waits a limited time for these saves, because a file that has no name yet is
+// lost when the process ends.
 #pragma once
 
 #include <chrono>

@@ -27,7 +27,7 @@ class PlaybackFeed {
 
     [[nodiscard]] bool isLeaving() const;
     /// Waits without a time limit until there is sound or the thread is asked to end. Drops the
-    /// silence before the sound, which may have been queued for a device that was closed since.
+    /// silence before the sound: this silence may be left from a device that was closed since.
     void awaitSound();
     /// Waits until `out` is full: at most `forAny` while there are no frames, and at most `forAll`
     /// once there are some. Returns the number of frames at the beginning of `out`.

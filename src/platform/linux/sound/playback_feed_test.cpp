@@ -76,7 +76,7 @@ TEST(PlaybackFeed, DoesNotWakeItsThreadForEachAddedBlock) {
     EXPECT_LT(waits, blocks / 4);
 }
 
-TEST(PlaybackFeed, DropsFramesThatASlowDeviceDoesNotTake) {
+TEST(PlaybackFeed, KeepsAtMostAQuarterOfASecondAndForgetsItOnRequest) {
     PlaybackFeed feed;
     feed.add(pattern(0, frameRate));
     EXPECT_THAT(taken(feed, frameRate), IsSound(pattern(0, frameRate / 4)));

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Transfers the software sound card's mix to a device, on a separate thread: the card adds its
-// frames without blocking. The device is open only while there is sound. The pump calls no sound
-// library itself.
+// Transfers the software sound card's mix to a device: the card puts frames into a queue without
+// blocking, and a separate thread writes them to the device. The device is open only while there is
+// sound. The pump calls no sound library itself.
 #pragma once
 
 #include <chrono>

@@ -35,8 +35,8 @@ struct PlaybackDevice {
     std::condition_variable changed;
     Frames played;                      ///< all written frames
     std::deque<long> refusals;          ///< error codes that the next writes return
-    std::size_t refuseFrom = 0;         ///< frames after which the refusals begin
-    std::vector<std::size_t> startedAt; ///< frames written when it was started
+    std::size_t refuseFrom = 0;         ///< the refusals begin after this many frames
+    std::vector<std::size_t> startedAt; ///< for each start: the frames written before
     std::vector<std::size_t> offered;   ///< number of frames passed to each write, accepted or not
     std::function<void()> onStop;       ///< called when it is stopped
     bool hangs = false;                 ///< writes do not return
@@ -113,7 +113,7 @@ class FakePlayback : public PcmPlayback {
 
 class PlaybackPumpTest : public testing::Test {
   protected:
-    /// Adds `count` frames of the test sound, as the card would.
+    /// Passes pattern(first, count) to the pump, in blocks as the card does.
     static void play(PlaybackPump& pump, std::int64_t first, std::size_t count) {
         const Frames frames = pattern(first, count);
         for (std::size_t done = 0; done < count; done += blockFrames) {
@@ -151,7 +151,7 @@ TEST_F(PlaybackPumpTest, OpensNoDeviceForSilence) {
     EXPECT_THAT(device->firstHeard(5000), IsSound(pattern(0, 5000)));
 }
 
-TEST_F(PlaybackPumpTest, FillsTheDevicesBufferBeforeItStartsTheDevice) {
+TEST_F(PlaybackPumpTest, WritesATenthOfASecondBeforeItStartsTheDevice) {
     PlaybackPump pump(opener(), endless);
     play(pump, 0, 10'000);
     EXPECT_TRUE(eventually([&] { return device->heardFrames() >= 10'000; }));
@@ -279,7 +279,7 @@ TEST_F(PlaybackPumpTest, ClosesTheDeviceWhenNoMoreFramesArrive) {
     EXPECT_TRUE(eventually([&] { return device->closed == 1; }));
 }
 
-TEST_F(PlaybackPumpTest, PlaysOnTheSameDeviceAfterAPause) {
+TEST_F(PlaybackPumpTest, PlaysASecondSoundOnTheDeviceThatIsStillOpen) {
     PlaybackPump pump(opener(), patient);
     play(pump, 0, 441);
     ASSERT_TRUE(eventually([&] { return device->stopped == 1; }));
@@ -353,7 +353,7 @@ TEST_F(PlaybackPumpTest, ReportsThatTheDeviceIsLostAndThatItPlaysAgain) {
             return reports.hold(DeviceState::works);
         }));
         EXPECT_GE(device->heardFrames(), static_cast<std::size_t>(frameRate) / 2)
-            << "the device was reported as working after too few frames; it might fail again";
+            << "the device was reported as working after too few frames; it might still fail";
         device->refuseFrom = 0;
         {
             const std::lock_guard lock(device->mutex);
@@ -368,7 +368,7 @@ TEST_F(PlaybackPumpTest, ReportsThatTheDeviceIsLostAndThatItPlaysAgain) {
     EXPECT_EQ(reports.states().back(), DeviceState::unused);
 }
 
-TEST_F(PlaybackPumpTest, ReportsThatTheDeviceWorksAfterAShortSound) {
+TEST_F(PlaybackPumpTest, ReportsThatTheDeviceWorksEvenIfTheSoundIsShort) {
     fakes::DeviceReports reports;
     patient.closeAfter = 1ms;
     PlaybackPump pump(opener(), patient, reports.sink());
@@ -382,7 +382,8 @@ TEST_F(PlaybackPumpTest, TriesToStartItsThreadAgainAfterRetryAfter) {
     PlaybackPump waiting(opener(), endless, reports.sink(), threads.starter());
     EXPECT_EQ(reports.states(), std::vector{DeviceState::lost});
     play(waiting, 0, 2000);
-    EXPECT_EQ(threads.refused(), 1) << "a start was tried before the hour of retryAfter had passed";
+    EXPECT_EQ(threads.refused(), 1)
+        << "the pump tried to start a thread again before the hour of retryAfter had passed";
     endless.retryAfter = 0ms;
     PlaybackPump pump(opener(), endless, reports.sink(), threads.starter());
     pump.play(pattern(0, 441));

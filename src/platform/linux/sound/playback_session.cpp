@@ -15,8 +15,8 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 /// The number of frames that are written before the device is started: 100 ms. So the device plays
-/// the beginning of a sound without a gap, and underruns only if the sound card is late by nearly
-/// this time.
+/// the beginning of a sound without a gap, and underruns only if frames from the software sound
+/// card are nearly 100 ms late.
 constexpr std::size_t prefillFrames = frameRate / 10;
 /// The silence that is written after the end of a sound: 50 ms. A device that repeats its buffer
 /// after an underrun then repeats silence.
@@ -83,7 +83,8 @@ bool PlaybackSession::goOnDry() {
         drainingSince_ = Clock::now();
         return true;
     case Phase::draining:
-        // An error here (most likely an underrun) also means that everything has been played.
+        // queued() is negative after an error (most likely an underrun): then, too, everything has
+        // been played.
         if (device_.queued() <= static_cast<long>(paddingFrames) / 2 ||
             Clock::now() - drainingSince_ > timing_.stallLimit) {
             device_.stop();
@@ -124,7 +125,7 @@ bool PlaybackSession::startIfFilling() {
     return device_.start() >= 0;
 }
 
-/// Writes all of `frames`. False if the device is lost or the pump is asked to end.
+/// Writes all of `frames`. Returns false if the device is lost or the thread is asked to end.
 bool PlaybackSession::writeAll(std::span<const StereoFrame> frames) {
     int recoveries = 0;
     auto stalledSince = Clock::now();

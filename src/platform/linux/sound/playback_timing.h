@@ -8,11 +8,12 @@ namespace sonarith::sound {
 
 /// The values are estimates and not based on measurements.
 struct PlaybackTiming {
-    /// After this time without frames the sound counts as ended. The time is longer than the
-    /// sound card's delay under load.
+    /// After this time without frames the sound counts as ended. The time is longer than
+    /// the delay with which the software sound card's thread adds frames under load.
     std::chrono::milliseconds dryAfter{60};
-    /// How long the first frames of a batch (the frames of one write) wait for its last frames. The
-    /// time is longer than the playing time of a batch, so that the thread wakes once per batch.
+    /// How long the first frames of a batch (the frames of one write) wait for the last frames of
+    /// the same batch. The time is longer than the playing time of a batch, so that the thread
+    /// wakes once per batch.
     std::chrono::milliseconds batchWait{40};
     /// After this time of silence, or without any frames, the device is closed.
     std::chrono::milliseconds closeAfter{3000};

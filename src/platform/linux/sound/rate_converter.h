@@ -14,9 +14,10 @@
 
 namespace sonarith::sound {
 
-/// The quality of a conversion. A better one has a wider passband and needs more processor time.
+/// The quality of a conversion. A higher quality has a wider passband and needs more processor
+/// time.
 enum class RateQuality {
-    measurement = SPEEX_RESAMPLER_QUALITY_VOIP, ///< for sound that a program evaluates
+    measurement = SPEEX_RESAMPLER_QUALITY_VOIP, ///< for sound that is measured, not heard
     listening = SPEEX_RESAMPLER_QUALITY_DESKTOP
 };
 

@@ -23,7 +23,7 @@ std::vector<std::int16_t> tone(double hz, std::uint32_t rate, std::size_t sample
     return result;
 }
 
-/// The last half second of two seconds of a tone, converted in one channel.
+/// Converts two seconds of a tone as mono sound. Returns the last half second of the result.
 std::vector<double> convertedTone(double hz, std::uint32_t from, std::uint32_t to,
                                   RateQuality quality) {
     Result<RateConverter> converter = RateConverter::create(1, from, to, quality);
@@ -59,20 +59,21 @@ TEST(RateConverter, KeepsTheLevelOfATone) {
     }
 }
 
-TEST(RateConverter, KeepsSoundThatIsListenedToUpTo18Kilohertz) {
+TEST(RateConverter, KeepsAToneOf18KilohertzInTheQualityForListening) {
     const auto samples = convertedTone(18'000, 48'000, 44'100, RateQuality::listening);
     EXPECT_NEAR(fakes::amplitudeAt(samples, 18'000, 44'100), amplitude, 0.02 * amplitude);
 }
 
 TEST(RateConverter, RemovesFrequenciesThatTheNewRateCannotRepresent) {
-    // 0.1 % is -60 dB. Without a filter, the tone would return at another frequency.
+    // 0.1 % of the amplitude is -60 dB. Without a filter, the result would be a tone of another
+    // frequency.
     EXPECT_LT(largest(convertedTone(7000, 44'100, 8000, RateQuality::measurement)),
               0.001 * amplitude);
     EXPECT_LT(largest(convertedTone(30'000, 96'000, 44'100, RateQuality::listening)),
               0.001 * amplitude);
 }
 
-TEST(RateConverter, StopsIfTheOutputIsFullAndContinuesThere) {
+TEST(RateConverter, StopsIfTheOutputIsFullAndTheNextCallContinuesWithoutAGap) {
     const std::vector<std::int16_t> input = tone(440, 48'000, 2000); // 1000 frames
     Result<RateConverter> whole = RateConverter::create(2, 48'000, 44'100, RateQuality::listening);
     Result<RateConverter> parts = RateConverter::create(2, 48'000, 44'100, RateQuality::listening);
@@ -90,7 +91,7 @@ TEST(RateConverter, StopsIfTheOutputIsFullAndContinuesThere) {
     EXPECT_EQ(result, expected);
 }
 
-TEST(RateConverter, IsLateByItsLatencyUnlessThisIsSkipped) {
+TEST(RateConverter, DelaysSoundByItsLatencyUnlessTheLatencyIsSkipped) {
     const auto peakAt = [](bool skip) {
         Result<RateConverter> converter =
             RateConverter::create(1, 22'050, 44'100, RateQuality::listening);

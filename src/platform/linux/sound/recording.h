@@ -27,7 +27,8 @@ struct RecordingTiming {
     /// save and a destruction together take less than 100 ms, which the user does not notice.
     std::chrono::milliseconds command{80};
     /// If a folder does not respond within this time, the next folder is tried, if there is one.
-    /// The program's four folders take at most 8 s; the queue has space for 10 s of sound.
+    /// The program passes four folders, and trying all of them takes at most 8 s; the queue has
+    /// space for 10 s of sound.
     std::chrono::milliseconds folder{2000};
     /// A save that takes longer is reported to the user.
     std::chrono::milliseconds lateSave{3000};

@@ -20,11 +20,12 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::int64_t bytesPerSample = sizeof(std::int16_t);
-/// The most frames that one call of write() writes.
+/// The most frames that one call of RecordingFile::write() writes.
 constexpr std::size_t framesPerWrite = 4096;
-/// The recording is flushed to the disk every 5 s, about as often as the system does it by itself.
-/// So a save has little left to flush. If a disk accepts samples but later fails to store them (for
-/// example in a full network folder), only the last 5 s are lost and not the whole recording.
+/// After every 5 s of sound, the recording is flushed to the disk, so that a save has little left
+/// to flush. The system itself writes files to the disk about as often. If a disk accepts samples
+/// but later fails to store them (for example in a full network folder), only the last 5 s are lost
+/// and not the whole recording.
 constexpr std::int64_t framesPerFlush = std::int64_t{5} * frameRate;
 
 } // namespace
@@ -89,7 +90,7 @@ bool RecordingFile::write(std::span<const StereoFrame> frames) {
     return true;
 }
 
-/// After a failure, data written since the last flush may be missing on the disk.
+/// If this fails, data written since the last successful flush may be missing on the disk.
 int RecordingFile::flush() {
     if (::fdatasync(file_.descriptor().get()) != 0) {
         return errno;
@@ -132,8 +133,8 @@ Status RecordingFile::finish(const fs::path& target) {
         stage_ = Stage::whole;
         return {};
     }
-    // If the header cannot be changed, a copy of the samples with a new header may still be
-    // written.
+    // Although the file could not be completed in place, writing a copy of the samples with a new
+    // header can still succeed.
     return keepsNothing() ? files::systemError(error, target) : rewrite(WavForm::plain, target);
 }
 
@@ -142,8 +143,8 @@ int RecordingFile::finishInPlace() {
     if (error == 0) {
         error = flush();
         if (error != 0) {
-            // Samples that were written after the last flush may be lost, although the disk
-            // accepted them. Earlier samples are safe.
+            // Samples that were written after the last successful flush may be lost, although the
+            // disk accepted them. Earlier samples are safe.
             endEarly(error, flushedFrames_);
             if (frames_ > 0) {
                 error = truncateToKeptFrames();

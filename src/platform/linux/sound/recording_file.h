@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A recording on the disk: a WAV file without a name until it is saved. Samples that have been
-// flushed to the disk can still be saved after a later failure. The
-// members of this class wait for the disk, so recording.h calls them on a separate thread.
+// flushed to the disk can still be saved after a later failure. The members of this class wait for
+// the disk, so recording.h calls them on a separate thread.
 #pragma once
 
 #include <cstdint>
@@ -19,9 +19,9 @@ namespace sonarith::sound {
 /// the disk is slow, a call takes as long as the disk does.
 class RecordingFile {
   public:
-    /// Creates a WAV without samples in `folder`. `folder` should be the one in which the recording
-    /// will be saved, since no copy is needed then. Recordings of more than `longestWavBytes`
-    /// sample bytes are saved as RF64.
+    /// Creates in `folder` a WAV without samples. `folder` should be the folder in which the
+    /// recording will be saved, since no copy is needed then. Recordings of more than
+    /// `longestWavBytes` sample bytes are saved as RF64.
     [[nodiscard]] static Result<RecordingFile>
     create(Channels channels, const std::filesystem::path& folder,
            std::int64_t longestWavBytes = maxWavSampleBytes,

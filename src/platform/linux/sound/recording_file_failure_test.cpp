@@ -47,14 +47,14 @@ class FailingDiskTest : public testing::Test {
         EXPECT_TRUE(made.ok());
         return std::move(made.value());
     }
-    /// Runs `body`; `verdict` decides the result of each system call for reading, writing, flushing
-    /// or naming the file.
+    /// Runs `body`; `verdict` decides the result of each system call that reads, writes, truncates,
+    /// flushes or names a file.
     static void intercepted(const CallJudge::Verdict& verdict, const std::function<void()>& body) {
         const bool ran = CallJudge::run({SYS_write, SYS_pwrite64, SYS_fdatasync, SYS_fsync,
                                          SYS_ftruncate, SYS_pread64, SYS_linkat},
                                         verdict, [&](CallJudge&) { body(); });
         if (!ran) {
-            GTEST_SKIP() << "this kernel cannot pass calls to another thread";
+            GTEST_SKIP() << "this kernel cannot pass system calls to another thread";
         }
     }
 

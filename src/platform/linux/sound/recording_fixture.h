@@ -54,7 +54,8 @@ class RecordingFixture : public testing::Test {
         return begin({folder.path()}, timing);
     }
 
-    /// Whether less than a batch is in the queue: the writer has taken all earlier frames.
+    /// Whether less than a batch of frames waits in the queue. The writer may still be writing the
+    /// frames that it took last.
     [[nodiscard]] static bool isWritten(const Recording& recording) {
         const std::size_t waiting = RecordingQueue::capacityFrames - recording.sink()->room();
         return waiting < RecordingQueue::batchFrames;

@@ -58,7 +58,7 @@ bool hitsSamples(const seccomp_data& call) {
     return RecordingFixture::isSamples(call);
 }
 
-TEST_F(HangingDiskTest, BlocksNeitherTheCardNorTheSpeakersNorQueries) {
+TEST_F(HangingDiskTest, BlocksNeitherTheCardNorTheSpeakersNorQueriesOfTheRecording) {
     const auto speakers = std::make_shared<fakes::MemorySink>();
     intercepted([](const seccomp_data& call) { return hitsSamples(call) ? CallJudge::hold : 0; },
                 [&](CallJudge& judge) {
@@ -168,7 +168,7 @@ TEST_P(HangingCallTest, DoesNotBlockTheLogicAndLeavesNoFileOfAnUnsavedRecording)
         [&](CallJudge& judge) {
             auto recording = begin(briefTiming);
             startRecording(*recording);
-            play(7s); // long enough for a flush
+            play(7s); // a recording is flushed to the disk every 5 s
             card.stopRecording(now);
             recording.reset();
             EXPECT_EQ(entriesIn(folder.path()), 0);
@@ -200,7 +200,7 @@ INSTANTIATE_TEST_SUITE_P(Calls, HangingCallTest,
                                               }}),
                          [](const auto& hang) { return hang.param.name; });
 
-TEST_F(HangingDiskTest, ASaveAndTheDestructionAfterItWaitOnlyOnceTogether) {
+TEST_F(HangingDiskTest, ASaveAndTheDestructionOfItsRecordingTogetherWaitOnlyOnce) {
     intercepted(&holdNaming, [&](CallJudge& judge) {
         // 2 s, so that even under load one wait ends before the limit of 3.9 s, and two waits (4 s)
         // do not.
@@ -242,7 +242,7 @@ TEST_F(HangingDiskTest, IsSkippedForTheNextFolderAndNothingIsLost) {
     });
     expectPlainWav(other / "1234-3.wav", played());
     EXPECT_EQ(entriesIn(folder.path()), 0)
-        << "the file that was created late in this folder must be deleted";
+        << "the file that was created late in the skipped folder must be deleted";
     ASSERT_GE(shown.texts().size(), 1U);
     EXPECT_THAT(shown.texts()[0],
                 AllOf(HasSubstr("\"" + folder.path().string() + "\""),
@@ -285,7 +285,7 @@ TEST_F(HangingDiskTest, IsWaitedForIfEveryFolderHangs) {
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
 
-TEST_F(HangingDiskTest, IsWaitedForAgainOnlyByASaveOfTheSameName) {
+TEST_F(HangingDiskTest, AfterALateSaveAnotherNameIsRefusedAndARepeatedSaveSucceeds) {
     intercepted(&holdNaming, [&](CallJudge& judge) {
         const auto recording = begin(briefTiming);
         recording->sink()->record(pattern(0, 100));
@@ -302,7 +302,7 @@ TEST_F(HangingDiskTest, IsWaitedForAgainOnlyByASaveOfTheSameName) {
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
 
-TEST_F(HangingDiskTest, TheWatchingThreadWritesToTheNextFolderIfNoThreadCanBeStarted) {
+TEST_F(HangingDiskTest, TheWatchingThreadWritesToTheNextFolderIfNoFurtherThreadCanBeStarted) {
     const fakes::TempFolder other;
     const fakes::LimitedThreads threads(2);
     context.starter = threads.starter();

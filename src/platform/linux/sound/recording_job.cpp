@@ -15,8 +15,8 @@ namespace fs = std::filesystem;
 
 /// Writes frames until the recording ends or the disk fails.
 void writeFrames(RecordingJob& job, const fs::path& folder, RecordingFile& file) {
-    // Space for two batches: more frames may arrive while the thread wakes up, and the queue must
-    // still be emptied.
+    // Space for two batches, so that take() can empty the queue even if the card adds more frames
+    // while this thread wakes up.
     std::vector<StereoFrame> frames(2 * RecordingQueue::batchFrames);
     while (const std::size_t count = job.queue.take(frames)) {
         if (!file.append(std::span(frames).first(count))) {

@@ -61,7 +61,7 @@ void RecordingNotices::report(const std::string& cause, const std::string& text)
     }
 }
 
-/// Ends a cause; returns whether it was reported and still persisted.
+/// Settles a cause; returns whether it was reported and not yet settled.
 bool RecordingNotices::settle(const std::string& cause, const std::string& text) {
     const bool held = held_.erase(cause) > 0;
     if (notices_ != nullptr && held) {
@@ -104,7 +104,7 @@ void RecordingNotices::endedEarly(RecordingNumber number, const fs::path& folder
     const std::lock_guard lock(mutex_);
     const std::string kept = keptFrames == 0
                                  ? "nothing is kept"
-                                 : lengthText(keptFrames) + " are kept until it is saved";
+                                 : "its first " + lengthText(keptFrames) + " can still be saved";
     report(endCause(number), "The recording in " + quoted(folder) +
                                  " has ended: " + files::reasonOf(error) + "; " + kept);
 }
@@ -128,8 +128,7 @@ void RecordingNotices::saved(RecordingNumber number, const fs::path& target, int
 void RecordingNotices::notSaved(const fs::path& target, const Error& error) {
     const std::lock_guard lock(mutex_);
     settle(lateSaveCause(target));
-    report(saveCause(target),
-           namedFile(target) + " was not saved, and nothing was kept: " + error.text);
+    report(saveCause(target), namedFile(target) + " was not saved: " + error.text);
 }
 
 void RecordingNotices::saveIsLate(const fs::path& target) {

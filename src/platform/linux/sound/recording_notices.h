@@ -23,7 +23,7 @@ class RecordingNotices {
   public:
     explicit RecordingNotices(Notices& notices) : notices_(&notices) {}
     /// Stops all reports: after this returns, the Notices object is not used any more and may be
-    /// destroyed. Hanging threads may keep this object longer.
+    /// destroyed. Hanging threads may still hold this RecordingNotices.
     void mute();
     [[nodiscard]] RecordingNumber newRecording();
 

@@ -28,9 +28,9 @@ TEST_F(RecordingNoticesTest, ReportsTheKeptPartOfARecordingThatEndedEarlyAndThen
     notices.saved(first, "/music/1234-3.wav", ENOSPC, kept);
     notices.closed(first, "/music", "/music/1234-3.wav");
     EXPECT_THAT(texts(), ElementsAre("The recording in \"/music\" has ended: no space is left; "
-                                     "0:42 are kept until it is saved",
-                                     "settled end of recording 1: \"1234-3.wav\" in \"/music\" was "
-                                     "saved partly: no space is left; 0:42 are kept"));
+                                     "its first 0:42 can still be saved",
+                                     "settled [end of recording 1]: \"1234-3.wav\" in \"/music\" "
+                                     "was saved partly: no space is left; 0:42 are kept"));
 }
 
 TEST_F(RecordingNoticesTest, ReportsALossThatTheSaveDetects) {
@@ -59,13 +59,11 @@ TEST_F(RecordingNoticesTest, ReportsAFailedSaveOnceUntilTheFileIsSaved) {
     notices.notSaved("/gone/1234-4.wav", error);
     notices.saved(first, "/gone/1234-3.wav", 0, kept);
     notices.notSaved("/gone/1234-3.wav", error);
-    const std::string text = "\"1234-3.wav\" in \"/gone\" was not saved, and nothing was kept: "
-                             "\"/gone\" does not exist";
+    const std::string text = "\"1234-3.wav\" in \"/gone\" was not saved: \"/gone\" does not exist";
     EXPECT_THAT(texts(),
                 ElementsAre(text,
-                            "\"1234-4.wav\" in \"/gone\" was not saved, and nothing was kept: "
-                            "\"/gone\" does not exist",
-                            "settled save of /gone/1234-3.wav", text));
+                            "\"1234-4.wav\" in \"/gone\" was not saved: \"/gone\" does not exist",
+                            "settled [save of /gone/1234-3.wav]", text));
 }
 
 TEST_F(RecordingNoticesTest, ReportsOnceThatADiskDoesNotRespondAndOnceThatItRespondsAgain) {
@@ -78,10 +76,10 @@ TEST_F(RecordingNoticesTest, ReportsOnceThatADiskDoesNotRespondAndOnceThatItResp
     EXPECT_THAT(
         texts(),
         ElementsAre("\"/music\" does not respond; the recording waits for it and loses no sample",
-                    "settled no response from /music: \"/music\" responds again",
+                    "settled [no response from /music]: \"/music\" responds again",
                     "\"/music\" does not respond; the recording is kept in another folder until it "
                     "is saved",
-                    "settled no response from /music: \"/music\" responds again"));
+                    "settled [no response from /music]: \"/music\" responds again"));
 }
 
 TEST_F(RecordingNoticesTest, ReportsALateSaveAndItsResult) {
@@ -93,13 +91,13 @@ TEST_F(RecordingNoticesTest, ReportsALateSaveAndItsResult) {
     notices.saved(first, "/music/1234-3.wav", 0, kept);
     notices.saveIsLate("/music/1234-3.wav");
     notices.notSaved("/music/1234-3.wav", {ErrorNumber::diskFull, "it is full"});
-    EXPECT_THAT(texts(),
-                ElementsAre(late,
-                            "settled late save of /music/1234-3.wav: \"1234-3.wav\" in \"/music\" "
-                            "has now been saved",
-                            late, "settled late save of /music/1234-3.wav",
-                            "\"1234-3.wav\" in \"/music\" was not saved, and nothing was kept: "
-                            "it is full"));
+    EXPECT_THAT(
+        texts(),
+        ElementsAre(late,
+                    "settled [late save of /music/1234-3.wav]: \"1234-3.wav\" in \"/music\" "
+                    "has now been saved",
+                    late, "settled [late save of /music/1234-3.wav]",
+                    "\"1234-3.wav\" in \"/music\" was not saved: it is full"));
 }
 
 TEST_F(RecordingNoticesTest, ReportsUnusableFoldersOnceUntilAFileCanBeCreated) {
@@ -109,7 +107,7 @@ TEST_F(RecordingNoticesTest, ReportsUnusableFoldersOnceUntilAFileCanBeCreated) {
     notices.begun("/music");
     notices.cannotBegin(error);
     const std::string text = "Nothing is recorded: \"/music\" does not fit: the disk is full";
-    EXPECT_THAT(texts(), ElementsAre(text, "settled no folder for recordings", text));
+    EXPECT_THAT(texts(), ElementsAre(text, "settled [no folder for recordings]", text));
 }
 
 TEST_F(RecordingNoticesTest, SettlesAllCausesOfARecordingThatIsClosed) {
@@ -120,8 +118,9 @@ TEST_F(RecordingNoticesTest, SettlesAllCausesOfARecordingThatIsClosed) {
     notices.closed(first, "/music", "/music/a.wav");
     EXPECT_THAT(texts(),
                 ElementsAre(testing::_, testing::_, testing::_, testing::_,
-                            "settled end of recording 1", "settled no response from /music",
-                            "settled save of /music/a.wav", "settled late save of /music/a.wav"));
+                            "settled [end of recording 1]", "settled [no response from /music]",
+                            "settled [save of /music/a.wav]",
+                            "settled [late save of /music/a.wav]"));
 }
 
 TEST_F(RecordingNoticesTest, DistinguishesRecordings) {

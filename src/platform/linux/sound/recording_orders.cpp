@@ -19,8 +19,8 @@ std::optional<Status> RecordingOrders::saveWithin(Patience patience, const fs::p
         return Status(ErrorNumber::deviceUnavailable,
                       "the recording is still being saved as \"" + target_.string() + "\"");
     }
-    const bool isKnown =
-        outcome_ && target == target_; // the save was late, and no call has returned its result
+    // True if an earlier call timed out and its save is complete now.
+    const bool isKnown = outcome_ && target == target_;
     if (!saving_ && !isKnown) {
         saving_ = true;
         target_ = target;

@@ -55,8 +55,8 @@ class RecordingOrders {
         std::size_t hanging; ///< the index of the folder in which the writer hangs
     };
     /// Waits. If the writer tries one folder for longer than `patience`, ends its turn and returns
-    /// the replacement. Returns empty as soon as the file exists, all folders have failed, no
-    /// folder is left, or no file is wanted any more.
+    /// the replacement. Returns empty as soon as the file exists, all folders have failed, the
+    /// writer tries the last folder, or no file is wanted any more.
     [[nodiscard]] std::optional<Replacement> replaceWithin(Patience patience);
     /// Calls `onLate` if the running save is not complete within `patience`.
     void watchSave(Patience patience, const Call& onLate);

@@ -36,13 +36,12 @@ TEST_F(RecordingOrdersTest, ReportThatNoFileCouldBeCreated) {
     EXPECT_EQ(orders.begunWithin(0ms)->error().text, "there is none");
 }
 
-TEST_F(RecordingOrdersTest, ReplaceAHangingWriterUntilTheLastFolder) {
+TEST_F(RecordingOrdersTest, ReplaceAHangingWriterAsLongAsAFurtherFolderIsLeft) {
     ASSERT_TRUE(orders.tries(0, 0));
     const auto first = orders.replaceWithin(1ms);
     ASSERT_TRUE(first);
     EXPECT_EQ(first->hanging, 0U);
-    EXPECT_FALSE(orders.tries(0, 1))
-        << "another writer has replaced this writer, so its turn must be over";
+    EXPECT_FALSE(orders.tries(0, 1)) << "writer 0 was replaced, so its turn must be over";
     EXPECT_FALSE(orders.begins(0, [] { ADD_FAILURE(); }));
     EXPECT_FALSE(orders.fails(0, noFolder, [] { ADD_FAILURE(); }));
     ASSERT_TRUE(orders.tries(first->turn, 1));
@@ -65,8 +64,8 @@ TEST_F(RecordingOrdersTest, ReplaceNoWriterThatHasAFileOrNeedsNone) {
 }
 
 TEST_F(RecordingOrdersTest, GiveEachFolderTheFullTime) {
-    // Together the two folders take 1.4 s, longer than the limit of 1.2 s for one folder. The test
-    // could fail only if the machine delayed a thread by half a second.
+    // Together the two folders take 1.4 s, longer than the limit of 1.2 s for one folder. If the
+    // code is correct, the test fails only if the machine delays a thread by half a second.
     std::thread writer([this] {
         for (std::size_t candidate = 0; candidate < 2; ++candidate) {
             EXPECT_TRUE(orders.tries(0, candidate));

@@ -57,7 +57,7 @@ TEST_F(RecordingQueueTest, NeverStopsTheCardAfterEnd) {
     EXPECT_GT(queue.room(), 1'000'000U);
 }
 
-TEST_F(RecordingQueueTest, DropsWaitingFramesWhenGivenUpAndCountsTheKeptFrames) {
+TEST_F(RecordingQueueTest, AfterGiveUpTheQueueIsEmptyAndCountsOnlyTheFramesOnTheDisk) {
     queue.record(pattern(0, 50'000));
     queue.giveUp(123);
     queue.record(pattern(0, 1000));

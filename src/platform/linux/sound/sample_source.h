@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Defines the sound on the sound card's lines (stereo frames at 44100 Hz) and the interface through
-// which the card pulls it in blocks.
+// Defines the format of the sound on the sound card's lines (stereo frames at 44100 Hz) and the
+// interface through which the card pulls this sound in blocks.
 #pragma once
 
 #include <cstddef>

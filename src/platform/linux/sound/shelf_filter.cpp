@@ -12,8 +12,9 @@ namespace sonarith::sound {
 
 namespace {
 
-/// During a ramp, coefficients are computed for every 32nd frame (0.7 ms, 0.17 dB) and interpolated
-/// for the frames in between. An interpolation between two stable filters is stable, too.
+/// While the gain changes, coefficients are computed for every 32nd frame (every 0.7 ms, in which
+/// the gain changes by 0.17 dB at most) and interpolated for the frames in between. An
+/// interpolation between two stable filters is stable, too.
 constexpr std::size_t pieceFrames = 32;
 
 /// A filter state below this has no audible effect: it is far below the resolution of 16 bits.

@@ -15,7 +15,7 @@
 
 namespace sonarith::sound {
 
-/// A frame during filtering, in units of a 16-bit sample.
+/// One sample of each channel; 1.0 is one step of a 16-bit sample.
 struct FilterFrame {
     double left = 0;
     double right = 0;
@@ -34,7 +34,7 @@ class ShelfFilter {
     void filter(std::span<FilterFrame> frames, double gainDb);
     /// Applies `gainDb` at once and clears the filter's state.
     void restart(double gainDb);
-    /// Whether frames need not be filtered while the requested gain is 0 dB: the ramp to 0 dB is
+    /// Whether filter() may be skipped while the requested gain is 0 dB: the ramp to 0 dB is
     /// complete, and the remaining effect of earlier sound is below a thousandth of a 16-bit step.
     [[nodiscard]] bool isTransparent() const;
 

@@ -141,7 +141,8 @@ void SoundCard::followInput() {
 }
 
 void SoundCard::setSpeakers(std::shared_ptr<SpeakerSink> sink) {
-    // `sink` is destroyed after the unlock: a parameter outlives the locals.
+    // The parameter receives the previous sink and destroys it after the unlock, because a
+    // parameter outlives the locals.
     const std::lock_guard lock(mutex_);
     std::swap(speakers_, sink);
 }
@@ -286,8 +287,9 @@ std::size_t SoundCard::produceBlock(std::size_t wanted, Time now, Released& rele
     return frames;
 }
 
-/// Pulls until `wanted` frames wait, and returns how many frames the line can deliver. A line
-/// without a source is silent, so it can deliver all `wanted` frames.
+/// Pulls once if line.waiting holds fewer than `wanted` frames. Returns how many frames, at most
+/// `wanted`, the line can then deliver. A line without a source is silent after the frames in
+/// line.waiting, so it can deliver all `wanted` frames.
 std::size_t SoundCard::fill(Channel& line, std::size_t wanted, Released& released) {
     if (line.source && line.waitingFrames < wanted) {
         const std::size_t room = wanted - line.waitingFrames;
@@ -339,7 +341,7 @@ void SoundCard::feedRecorder(std::size_t frames, Time now) {
     notePeaks(sound, now);
 }
 
-/// A line without a source has no sound: its meter falls to 0 by itself.
+/// Notes no peak for a line that has no waiting frames: its meter falls to 0 by itself.
 void SoundCard::notePeaks(std::span<const StereoFrame> recorderSound, Time now) {
     const auto brings = [](const Channel& line) {
         return line.waitingFrames > 0;

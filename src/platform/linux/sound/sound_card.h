@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The software sound card: lines with volume and mute, a mixer with bass and treble for the
 // speakers, and a recorder whose sound is affected neither by volumes and mutes nor by bass and
-// treble. The card has no thread (sound_card_thread.h drives it) and opens no device
+// treble. The card has no thread (sound_card_thread.h advances it) and opens no device
 // (alsa_output.h, external_input.h).
 #pragma once
 
@@ -78,8 +78,8 @@ class RecordingSink {
 ///
 /// Sources and sinks are called under the card's lock, by the thread that is inside the card at
 /// that moment: the card's own thread, or another thread that calls `advance` so that its own next
-/// query (a position, a number of recorded bytes) is exact. They must not call the card. The card
-/// releases them outside its lock, so that a slow destructor blocks no other thread.
+/// query (a position, a number of recorded bytes) is exact. Sources and sinks must not call the
+/// card. The card releases them outside its lock, so that a slow destructor blocks no other thread.
 class SoundCard {
   public:
     using Time = std::chrono::nanoseconds; ///< of a monotonic clock with any origin

@@ -69,7 +69,7 @@ TEST_F(SoundCardTest, RecordsSilenceOnlyForTheTimeBetweenStartOfRecordingAndAtta
     EXPECT_THAT(recorder->frames(), IsSound(silence(882) + pattern(0, 1323)));
 }
 
-TEST_F(SoundCardTest, RecordsATrackBitForBitWhateverTheJitterOfItsCalls) {
+TEST_F(SoundCardTest, RecordsATrackBitForBitHoweverIrregularlyTheCardIsCalled) {
     for (unsigned seed = 0; seed < 40; ++seed) {
         SoundCard jittery;
         const auto tape = std::make_shared<MemorySink>();
@@ -171,7 +171,7 @@ TEST_F(SoundCardTest, DetachesASourceOnlyFromTheLineThatStillHasIt) {
     EXPECT_FALSE(card.active());
 }
 
-TEST_F(SoundCardTest, DoesNotDetachASourceThatHasEnded) {
+TEST_F(SoundCardTest, DetachSourceReturnsFalseForALostSourceAndLeavesItsLineLost) {
     const std::shared_ptr<SampleSource> brief = std::make_shared<PatternSource>(441, Supply::lost);
     card.startRecording(recorder, 0ns);
     card.attach(Line::compactDisc, brief, 0ns);

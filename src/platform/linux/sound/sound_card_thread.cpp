@@ -11,9 +11,9 @@ namespace {
 /// One block of the card: long enough to cost very little, and short compared with the output's
 /// buffer.
 constexpr std::chrono::milliseconds blockInterval{10};
-/// The interval while only files play (Work::files): the longest write to the output
-/// (PlaybackSession). A shorter interval would only add wake-ups, and each wake-up costs as much as
-/// the mixing.
+/// The interval while only files play (Work::files): the duration of the sound in the largest
+/// single write to the output (PlaybackSession). A shorter interval would only add wake-ups, and
+/// each wake-up costs as much as the mixing.
 constexpr std::chrono::milliseconds filesInterval{30};
 /// The interval while a disc plays or the level meter listens (Work::playing). Less than half of
 /// PeakMeter::holdTime, so that the meter does not fall to 0 if this thread is late once.

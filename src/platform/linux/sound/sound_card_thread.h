@@ -19,8 +19,9 @@ namespace sonarith::sound {
 [[nodiscard]] SoundCard::Time monotonicNow();
 
 /// Advances `card` during the lifetime of this object; the card must outlive it. A card has only
-/// one such object, which uses the card's wake-up hook. If no thread can be started, only queries
-/// advance the card, and each call of the hook tries again to start the thread.
+/// one such object, which uses the card's wake-up hook. If no thread can be started, only other
+/// threads advance the card, for example before they query a position; each call of the hook tries
+/// again to start the thread.
 class SoundCardThread {
   public:
     using Clock = std::function<SoundCard::Time()>;

@@ -66,7 +66,7 @@ TEST(SoundCardThread, AdvancesACardWithOnlyAListenerLessOften) {
     const int clockCallsBefore = clockCalls;
     ASSERT_TRUE(eventually([&] { return clockCalls >= clockCallsBefore + 5; }));
     // At least four whole intervals of 50 ms have passed, since a thread can wake up late but never
-    // early. The limit is 10 % lower, for inexact clocks.
+    // early. The test requires 10 % less, for inexact clocks.
     EXPECT_GE(monotonicNow() - start, 4 * 45ms);
     const auto source = std::make_shared<PatternSource>();
     card.attach(Line::compactDisc, source, monotonicNow());
@@ -74,7 +74,7 @@ TEST(SoundCardThread, AdvancesACardWithOnlyAListenerLessOften) {
     card.setListener(nullptr, monotonicNow());
 }
 
-/// Whether all frames that are not silent follow one another in the test sound.
+/// Whether the frames that are not silent are consecutive frames of a PatternSource.
 bool isOneRun(const std::vector<StereoFrame>& frames) {
     std::int64_t next = -1;
     for (const StereoFrame& frame : frames) {
@@ -82,7 +82,8 @@ bool isOneRun(const std::vector<StereoFrame>& frames) {
             continue;
         }
         if (next < 0) {
-            // The sound ends before it repeats, so the left sample determines the position.
+            // The frames end before the pattern repeats, so the left sample determines the
+            // position.
             next = frame.left - 1;
         }
         if (frame != fakes::patternFrame(next)) {

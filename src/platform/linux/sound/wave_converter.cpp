@@ -49,7 +49,8 @@ WaveConverter::WaveConverter(const WaveFormat& format, std::optional<RateConvert
       resampler_(std::move(resampler)),
       settledFrames_(resampler_ ? 2 * resampler_->latency() : 0),
       samples_(blockFrames * channels_) {
-    // One frame more than the ratio yields: the fractions of earlier blocks add up to it.
+    // Two frames are added: one because the division rounds down, and one because the fractions of
+    // a frame that earlier blocks have left can add up to a frame.
     const std::size_t most = (blockFrames * rate_ / frameRate + 2) * channels_;
     if (resampler_) {
         resampled_.resize(most);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Converts the software sound card's frames to the format that a program requests from a wave
-// input: PCM of another rate, mono or stereo, 8 or 16 bits. It fills no buffers
-// (card_wave_input.h).
+// Converts the software sound card's frames to the format that a caller requests from a wave input:
+// PCM of another rate, mono or stereo, 8 or 16 bits. card_wave_input.h fills the caller's buffers
+// with the result.
 #pragma once
 
 #include <cstddef>
@@ -46,7 +46,7 @@ class WaveConverter {
     std::optional<RateConverter> resampler_; ///< empty if the rate is the card's
     /// After this many silent frames the resampler's filter contains only silence.
     std::size_t settledFrames_;
-    // These buffers have a fixed size, in samples, which is enough for the largest block.
+    // These three buffers have a fixed size, which is enough for the largest block.
     std::vector<std::int16_t> samples_;
     std::vector<std::int16_t> resampled_;
     std::vector<std::byte> bytes_; ///< valid up to bytesUsed_

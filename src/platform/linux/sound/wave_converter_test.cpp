@@ -150,7 +150,7 @@ TEST(WaveConverter, ConvertsSoundAfterLongSilenceLikeSoundAfterShortSilence) {
     }
 }
 
-TEST(WaveConverter, DeliversTheWholeEndOfASound) {
+TEST(WaveConverter, DeliversTheSoundLeftInTheFilterDuringLaterSilenceInBlocksOfAnySize) {
     // At the lowest rate the filter is the longest.
     const auto endOfTone = [](std::size_t silentBlock) {
         const auto converter = WaveConverter::create(pcmFormat(1, 4000, 16));

@@ -12,8 +12,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// An encryption on a volume on a disk has three levels. A stack deeper than this limit must be a
-/// cycle.
+/// The most levels of devices on top of each other. An encrypted device on a logical volume on a
+/// disk has three levels. A deeper stack than this limit must be a cycle.
 constexpr int deepestStack = 8;
 
 bool holdsOne(const fs::path& file) {
@@ -53,7 +53,7 @@ bool BlockDevices::isRemovable(const std::string& name, int depth) const {
         return false;
     }
     if (fs::exists(device / "partition", failed)) {
-        device = device.parent_path(); // only the whole disk has the flag
+        device = device.parent_path(); // only the whole disk has the file "removable"
     }
     if (holdsOne(device / "removable")) {
         return true;

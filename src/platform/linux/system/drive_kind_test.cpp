@@ -63,7 +63,7 @@ TEST_F(DriveKindTest, ToleratesACycleOfMappedDevices) {
     EXPECT_EQ(kindOf("ext4", "253:8"), DriveKind::fixed);
 }
 
-TEST_F(DriveKindTest, OfAFileSystemWithItsOwnDeviceNumberIsTheKindOfItsSource) {
+TEST_F(DriveKindTest, OfAFileSystemWithItsOwnDeviceNumberIsTheKindOfItsSourceDevice) {
     std::filesystem::create_directories(sys / "dev");
     // A source below /dev that does not exist is ignored.
     EXPECT_EQ(kindOf("btrfs", "0:42", "/dev/no-such-disk"), DriveKind::fixed);
@@ -100,7 +100,7 @@ TEST_F(DriveKindTest, OfAServersFolderIsNetwork) {
     EXPECT_EQ(kindOf("newfs", "0:50", "//host/share"), DriveKind::network);
 }
 
-TEST_F(DriveKindTest, OfAProgramsLocalFolderIsFixed) {
+TEST_F(DriveKindTest, OfALocalFileSystemWithoutABlockDeviceIsFixed) {
     for (const char* type : {"fuse.mergerfs", "fuse.gocryptfs", "overlay", "zfs", "fuse"}) {
         EXPECT_EQ(kindOf(type, "0:50", "pool/music"), DriveKind::fixed) << type;
     }

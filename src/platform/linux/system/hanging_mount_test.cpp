@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests a real mount whose calls never return: a FUSE file system without a process that serves its
-// requests. The test is skipped if the user may not mount.
+// Tests LinuxSystemInformation with a real mount to which calls never return: a FUSE file system
+// without a process that serves its requests. The test is skipped if the user may not mount.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -46,7 +46,8 @@ int mountUnserved(const std::string& point) {
     return mounted ? device : -1;
 }
 
-/// The number of the first expectation that does not hold; 0 if all expectations hold.
+/// Returns 0 if all expectations hold, mayNotMount if the user may not mount, and otherwise the
+/// number in the `return` of the expectation that does not hold.
 int lookAtAHangingMount(const std::string& point) {
     const int device = mountUnserved(point);
     if (device < 0) {

@@ -46,8 +46,9 @@ std::int64_t product(std::uint64_t blocks, std::uint64_t blockBytes) {
 }
 
 std::optional<std::string> accountName() {
-    constexpr std::size_t entryBytes =
-        16384; // no known system's recommendation for getpwuid_r() exceeds this
+    // The size of the buffer for getpwuid_r(). No known system recommends a larger buffer
+    // (_SC_GETPW_R_SIZE_MAX).
+    constexpr std::size_t entryBytes = 16384;
     std::string buffer(entryBytes, '\0');
     passwd entry{};
     passwd* found = nullptr;
@@ -132,8 +133,9 @@ std::optional<DiskSpace> LinuxSystemInformation::diskSpace(const std::string& ro
     if (!drive) {
         return std::nullopt;
     }
-    // All drives on one mount hang if the mount hangs, so they share one object of `calls_`. A
-    // later mount at the same mount point is a different object.
+    // All drives on one mount hang if the mount hangs, so they pass the same name to `calls_`. The
+    // name contains the device number, so a later mount of another device at the same mount point
+    // has another name.
     const auto mount = mounts_.holding(drive->mountPoint);
     const std::string object = mount ? mount->device + " " + mount->path : drive->mountPoint;
     return calls_.ask(object, [read = readSpace_, path = drive->mountPoint] { return read(path); });

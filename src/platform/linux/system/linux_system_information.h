@@ -37,7 +37,7 @@ class LinuxSystemInformation final : public SystemInformation {
   public:
     /// Returns the current drives. Called when the kernel's list of mounts has changed.
     using Drives = std::function<std::vector<Drive>()>;
-    /// Translates an absolute machine path to the logic's form.
+    /// Translates an absolute machine path to a path of the logic.
     using ToLogic = std::function<std::string(const std::string&)>;
     /// As spaceOf(). Called on another thread, which may outlive this object.
     using SpaceReader = std::function<std::optional<DiskSpace>(const std::string&)>;

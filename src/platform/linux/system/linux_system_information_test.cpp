@@ -123,7 +123,7 @@ TEST_F(ThisMachine, HasTheNamesThatItsToolsPrint) {
     EXPECT_EQ(beforeNul(user), test::outputOf("id -un"));
 }
 
-TEST_F(ThisMachine, HasItsFoldersInTheLogicsForm) {
+TEST_F(ThisMachine, HasItsFoldersAsPathsOfTheLogic) {
     const LinuxSystemInformation mapped(
         threads, plain, [] { return std::vector<Drive>(); },
         [](const std::string& path) { return "C:" + path; });
@@ -132,7 +132,7 @@ TEST_F(ThisMachine, HasItsFoldersInTheLogicsForm) {
     EXPECT_EQ(beforeNul(mapped.tempFolder()), "C:" + test::outputOf("echo ${TMPDIR:-/tmp}"));
 }
 
-TEST_F(ThisMachine, ReportsAKeyboardIfTheMachineHasOne) {
+TEST_F(ThisMachine, ReportsAKeyboardTypeIfAndOnlyIfItReportsFunctionKeys) {
     const int type = information.keyboardType();
     EXPECT_EQ(type, information.functionKeys() > 0 ? 4 : 0);
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Parses the kernel's texts about memory, processors, keyboards and its version. It opens no file.
+// Parses the kernel's texts about memory, processors, keyboards and the kernel's version. It opens
+// no file.
 #pragma once
 
 #include <cstdint>
@@ -29,7 +30,8 @@ struct Keyboard {
 /// Buttons and remote controls that the kernel lists as keyboards have no letters and are ignored.
 [[nodiscard]] Keyboard keyboardIn(std::string_view inputDevices);
 
-/// The first two numbers of a kernel's release, "6.1.0-32-amd64"; empty for another format.
+/// The first two numbers of a kernel's release: 6 and 1 for "6.1.0-32-amd64"; empty for another
+/// format.
 [[nodiscard]] std::optional<SystemVersion> versionIn(std::string_view release);
 
 } // namespace sonarith::system_information

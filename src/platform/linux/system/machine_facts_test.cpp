@@ -17,7 +17,7 @@ TEST(MemoryIn, ReadsTotalAndAvailableMemory) {
     EXPECT_EQ(status.loadPercent, 75);
 }
 
-TEST(MemoryIn, IsZeroForAnotherFormat) {
+TEST(MemoryIn, IsZeroForATextWithoutAValidTotal) {
     for (const char* text : {"", "MemTotal", "MemTotal: x kB\n", "\n\n", "MemTotal: 0 kB\n"}) {
         const MemoryStatus status = memoryIn(text);
         EXPECT_EQ(status.totalBytes, 0) << text;
@@ -25,7 +25,7 @@ TEST(MemoryIn, IsZeroForAnotherFormat) {
     }
 }
 
-TEST(ProcessorsIn, CountsRangesAndSingleProcessors) {
+TEST(ProcessorsIn, CountsSingleProcessorsAndAllProcessorsOfARange) {
     EXPECT_EQ(processorsIn("0\n").count, 1);
     EXPECT_EQ(processorsIn("0\n").mask, 1U);
     EXPECT_EQ(processorsIn("0-3,5,8-9\n").count, 7);
@@ -34,7 +34,7 @@ TEST(ProcessorsIn, CountsRangesAndSingleProcessors) {
     EXPECT_EQ(processorsIn("0-127").mask, ~std::uint64_t{0});
 }
 
-TEST(ProcessorsIn, EndsAtTheFirstPartWithAnotherFormat) {
+TEST(ProcessorsIn, IgnoresTheFirstInvalidPartAndAllPartsAfterIt) {
     EXPECT_EQ(processorsIn("").count, 0);
     EXPECT_EQ(processorsIn("x").count, 0);
     EXPECT_EQ(processorsIn("0-").count, 0);
@@ -64,7 +64,8 @@ TEST(KeyboardIn, IgnoresButtonsAndMice) {
 }
 
 TEST(KeyboardIn, PrefersTheKeyboardWithTheMostFunctionKeys) {
-    // Only letters, F1 and F2.
+    // The keys with the numbers 3 to 60: digits, letters and others, and of the function keys F1
+    // and F2 (59 and 60).
     const std::string small = "B: KEY=0 1ffffffffffffff8\n";
     EXPECT_EQ(keyboardIn(small).functionKeys, 2);
     EXPECT_EQ(keyboardIn(small + keyboardKeys + small).functionKeys, 12);

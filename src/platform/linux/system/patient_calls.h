@@ -16,7 +16,7 @@ namespace sonarith::system_information {
 /// For the thread of the logic.
 class PatientCalls {
   public:
-    /// `threads` and `waiting` must outlive this object.
+    /// `threads` and `waiting` must outlive these PatientCalls.
     PatientCalls(waiting::WorkerThreads& threads, Waiting& waiting, Waiting::Duration patience)
         : threads_(threads), waiting_(waiting), patience_(patience) {}
 

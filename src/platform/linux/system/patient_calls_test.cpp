@@ -57,7 +57,7 @@ TEST_F(PatientCallsTest, ReturnAnEmptyResultUnchanged) {
     EXPECT_EQ(unhurried.unanswered(), 0U);
 }
 
-TEST_F(PatientCallsTest, WaitForTheTimeLimitAndNotMuchLonger) {
+TEST_F(PatientCallsTest, WaitForAHangingCallUntilTheTimeLimitAndNotMuchLonger) {
     gate->close();
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(askGate(), std::nullopt);
@@ -79,7 +79,7 @@ TEST_F(PatientCallsTest, DoNotCallAnObjectAgainBeforeItsCallHasReturned) {
     EXPECT_EQ(calls.unanswered(), 1U);
 }
 
-TEST_F(PatientCallsTest, ContinueToCallOtherObjects) {
+TEST_F(PatientCallsTest, CallAnotherObjectWhileCallsHang) {
     gate->close();
     EXPECT_EQ(askGate("first"), std::nullopt);
     EXPECT_EQ(askOther(), 8);

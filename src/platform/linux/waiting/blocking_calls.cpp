@@ -13,8 +13,8 @@ struct BlockingCalls::Queue {
     };
 
     /// The job of a worker thread: runs all queued calls, including those that are added while it
-    /// runs. Returns the completion of the last call, which the caller must complete; null if the
-    /// queue was empty.
+    /// runs, and signals the end of each call but the last. Returns the completion of the last
+    /// call, on which the caller must call complete(); null if the queue was empty.
     std::shared_ptr<Completion> carryOut() {
         std::shared_ptr<Completion> before;
         for (;;) {

@@ -15,8 +15,8 @@
 
 namespace sonarith::waiting {
 
-/// For the thread of the logic. At most one thread hangs for each BlockingCalls object: ask()
-/// returns empty while an earlier call has not returned.
+/// Must be used only on the thread of the logic. At most one thread hangs for each BlockingCalls
+/// object, because its calls run one after the other.
 class BlockingCalls {
   public:
     using Duration = Waiting::Duration;

@@ -49,7 +49,7 @@ TEST_F(BlockingCallsTest, ReturnTheResultOfTheQuestion) {
     }
 }
 
-TEST_F(BlockingCallsTest, AreRefusedWhileAnEarlierCallHangs) {
+TEST_F(BlockingCallsTest, RefuseQuestionsWhileAnEarlierCallHangs) {
     state->gate.close();
     EXPECT_EQ(calls.ask(1ms, [state = state] { return state->gate.pass(), 1; }), std::nullopt);
     EXPECT_FALSE(calls.idle());
@@ -60,7 +60,7 @@ TEST_F(BlockingCallsTest, AreRefusedWhileAnEarlierCallHangs) {
     EXPECT_EQ(state->gate.arrivals(), 1);
 }
 
-TEST_F(BlockingCallsTest, ToOtherObjectsContinueWhileOneObjectHangs) {
+TEST_F(BlockingCallsTest, ToOneObjectReturnWhileACallToAnotherObjectHangs) {
     state->gate.close();
     EXPECT_EQ(calls.send(0ms, noting("hangs")), CommandState::waits);
     BlockingCalls others(threads, waiting);
@@ -79,7 +79,7 @@ TEST_F(BlockingCallsTest, RunQueuedCommandsInOrderAfterAHang) {
     EXPECT_THAT(done(), ElementsAre("first", "second", "third"));
 }
 
-TEST_F(BlockingCallsTest, AreRefusedBeyondTheQueueLimit) {
+TEST_F(BlockingCallsTest, RefuseCommandsBeyondTheQueueLimit) {
     state->gate.close();
     EXPECT_EQ(calls.send(0ms, noting("hangs")), CommandState::waits);
     state->gate.waitForArrivals(1);

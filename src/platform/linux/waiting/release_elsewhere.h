@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Destroys objects whose destructors may block (a file on a dead server, a busy drive) on another
-// thread.
+// Releases an object on another thread. Used for objects whose destructors may block (a file on a
+// dead server, a busy drive).
 #pragma once
 
 #include <memory>
@@ -14,8 +14,8 @@ namespace sonarith::waiting {
 void releaseElsewhere(std::shared_ptr<const void> object,
                       const ThreadStarter& starter = startThread);
 
-/// Returns a pointer to the same object; when its last owner releases it, the object is destroyed
-/// on another thread.
+/// Returns a new pointer to the same object. When the last copy of the new pointer is destroyed,
+/// `object` is passed to releaseElsewhere().
 template <typename Object>
 [[nodiscard]] std::shared_ptr<Object> releasedElsewhere(std::shared_ptr<Object> object) {
     Object* const raw = object.get();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Groups the services that are needed to call an object that may hang.
+// Groups the services that are needed for calls that may hang: to a drive, a mount or an open file.
 #pragma once
 
 #include "platform/linux/waiting/worker_threads.h"
@@ -8,11 +8,11 @@
 
 namespace sonarith::waiting {
 
-/// All must outlive the objects that use them.
+/// The three services must outlive every object that has a copy of this struct.
 struct Services {
     WorkerThreads& threads;
     Waiting& waiting;
-    Notices& notices; ///< reports that an object does not respond, and that it responds again
+    Notices& notices; ///< reports drives and mounts that do not respond or respond again
 };
 
 } // namespace sonarith::waiting

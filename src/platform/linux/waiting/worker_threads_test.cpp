@@ -75,7 +75,7 @@ TEST(WorkerThreads, TheJobIsDestroyedBeforeItsEndIsSignalled) {
     EXPECT_EQ(ownersAtItsEnd, 1);
 }
 
-TEST(WorkerThreads, OutliveTheirOwnerIfTheirJobHangs) {
+TEST(WorkerThreads, TheThreadOfAHangingJobOutlivesTheWorkerThreadsObject) {
     const auto gate = std::make_shared<fakes::Gate>();
     gate->close();
     {
