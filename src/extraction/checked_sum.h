@@ -12,7 +12,7 @@ namespace sonarith {
 [[nodiscard]] inline Result<std::int32_t> checkedSum(std::int32_t a, std::int32_t b) {
     const std::int64_t sum = std::int64_t{a} + b;
     if (sum < INT32_MIN || sum > INT32_MAX) {
-        return {ErrorNumber::overflow, "The sum does not fit 32 bits."};
+        return {ErrorNumber::overflow, "The sum does not fit into 32 bits."};
     }
     return static_cast<std::int32_t>(sum);
 }

@@ -18,7 +18,7 @@ constexpr Images itemImages = {3, 6};
 Result<NodeRef> addBelow(TreeView& tree, const NodeRef& parent, const std::string& key,
                          const std::string& text, Images images) {
     if (!parent) {
-        return {ErrorNumber::objectNotSet, "There is no node to add this one to."};
+        return {ErrorNumber::objectNotSet, "The new node has no parent node."};
     }
     return tree.add(parent, key, text, images.normal, images.selected);
 }

@@ -31,7 +31,7 @@ Result<NodeRef> TreeView::add(const NodeRef& parent, const std::string& key,
         return {ErrorNumber::elementRemoved, "The parent is no longer in the tree."};
     }
     if (keys_.contains(key)) {
-        return {ErrorNumber::keyNotUnique, "The tree has a node of this key."};
+        return {ErrorNumber::keyNotUnique, "The tree already has a node with this key."};
     }
     auto& places = parent ? parent->children_ : roots_;
     auto added = std::make_shared<TreeNode>();
@@ -57,7 +57,7 @@ Result<NodeRef> TreeView::add(const NodeRef& parent, const std::string& key,
 Status TreeView::remove(int index) {
     const NodeRef found = node(index);
     if (!found) {
-        return {ErrorNumber::elementNotFound, "The tree has no node of that index."};
+        return {ErrorNumber::elementNotFound, "The tree has no node with that index."};
     }
     return remove(found);
 }
@@ -150,7 +150,7 @@ Status TreeView::setParent(const NodeRef& child, const NodeRef& newParent) {
     }
     for (NodeRef above = parent; above; above = above->parent()) {
         if (above == node) {
-            return {ErrorNumber::invalidPropertyValue, "A node cannot stand below itself."};
+            return {ErrorNumber::invalidPropertyValue, "A node cannot be placed below itself."};
         }
     }
     if (node->parent() == parent) {

@@ -163,7 +163,7 @@ void IniSettingsStore::reportState() {
             {"Settings apply to this run only: " + file + " could not be written", cause});
         break;
     case State::untouchable:
-        notices_->report({"Settings apply to this run only: " + file + " is not readable", cause});
+        notices_->report({"Settings apply to this run only: " + file + " cannot be used", cause});
         break;
     }
 }

@@ -363,7 +363,7 @@ Result<ImageLayout> CueParser::finish() {
     for (const LayoutTrack& track : layout.tracks) {
         if (statedFrames(track.segments) == 0) {
             return sheetError(sheet_, track.line,
-                              "the track has no length: the next one begins "
+                              "the track has no length: the next track begins "
                               "at the same time");
         }
     }

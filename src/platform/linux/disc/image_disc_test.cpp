@@ -192,7 +192,7 @@ TEST(ImageDisc, ReportsTheFileThatCannotBeReadAndItsLine) {
               "a.cue, line 2: \"b.bin\" cannot be read: it is not a regular file");
     folder.write("c.wav", "no sound");
     EXPECT_THAT(refused(folder.write("c.cue", twoTracks("c.wav WAVE"))),
-                StartsWith("c.cue, line 1: \"c.wav\" cannot be read: it is not a WAVE file"));
+                StartsWith("c.cue, line 1: \"c.wav\" cannot be read: it is not a valid WAVE file"));
     EXPECT_EQ(refused(folder.path("none.cue")),
               "none.cue: cannot be read: the file does not exist");
     EXPECT_EQ(refused(folder.path("")), ": cannot be read: it is not a regular file");

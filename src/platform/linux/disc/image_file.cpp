@@ -92,7 +92,7 @@ Result<std::unique_ptr<ImageFile>> WaveFile::open(FileHandle handle) {
     SNDFILE* file = sf_open_fd(handle.descriptor(), SFM_READ, &info, SF_FALSE);
     if (file == nullptr) {
         return {ErrorNumber::deviceInputOutput,
-                "it is not a WAVE file (" + std::string(sf_strerror(nullptr)) + ")"};
+                "it is not a valid WAVE file (" + std::string(sf_strerror(nullptr)) + ")"};
     }
     auto opened = std::make_unique<WaveFile>(std::move(handle), file, info.frames);
     const bool fits = (info.format & SF_FORMAT_SUBMASK) == SF_FORMAT_PCM_16 && info.channels == 2 &&

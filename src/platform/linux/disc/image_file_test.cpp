@@ -70,9 +70,9 @@ TEST(ImageFile, RefusesFilesThatAreNotWaveFiles) {
     folder.write("a.wav", "this is no sound at all, though it is long enough to hold a header");
     folder.write("empty.wav", "");
     EXPECT_THAT(openImageFile(folder.path("a.wav"), ImageFormat::wave).error().text,
-                HasSubstr("it is not a WAVE file"));
+                HasSubstr("it is not a valid WAVE file"));
     EXPECT_THAT(openImageFile(folder.path("empty.wav"), ImageFormat::wave).error().text,
-                HasSubstr("it is not a WAVE file"));
+                HasSubstr("it is not a valid WAVE file"));
 }
 
 TEST(ImageFile, AReadFailsIfItsFramesWereCutOffOrTheFileWasDeleted) {

@@ -67,7 +67,8 @@ std::string describe(const Shortage& shortage) {
         break;
     }
     return text +
-           " begins after the end of its file; its length is unknown, and it is listed with " +
+           " begins after the end of its file; the track's length is unknown, and the track is "
+           "listed with " +
            std::to_string(shortestTrackSectors / sectorsPerSecond) + " seconds of silence";
 }
 

@@ -292,7 +292,9 @@ Status TocParser::readSoundFile() {
         name.text.substr(name.text.size() - std::min<std::size_t>(name.text.size(), 4));
     const bool wave = sameWord(ending, ".wav");
     if (wave && (swapped || offset.value() > 0)) {
-        return fail("a WAVE file defines its own byte order and the beginning of its sound");
+        return fail(
+            "SWAP and #OFFSET are not allowed for a WAVE file, which defines its own byte order "
+            "and the beginning of its sound");
     }
     const ImageFormat format = wave      ? ImageFormat::wave
                                : swapped ? ImageFormat::littleEndian

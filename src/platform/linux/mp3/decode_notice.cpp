@@ -19,15 +19,17 @@ std::string writingCause(const DecodeNames& names, const Error& error) {
 std::string failureNotice(const DecodeNames& names, const DecodeResult& result) {
     const Error& error = result.failure->error;
     const std::string time = playingTime(result.samples, result.format.rate);
-    const std::string kept = result.samples > 0 ? "; " + time + " are kept" : "";
-    const std::string keptWhere = kept.empty() ? "" : kept + " in " + names.target;
+    const bool kept = result.samples > 0;
+    const std::string keptWhere =
+        kept ? "; " + names.target + " contains the first " + time : std::string();
     switch (result.failure->step) {
     case DecodeStep::opening:
         return names.source + " cannot be read (" + error.text + ")";
     case DecodeStep::reading:
         return names.source + ": read error at " + time + " (" + error.text + ")" + keptWhere;
     case DecodeStep::writing:
-        return names.target + " was not saved: " + writingCause(names, error) + kept;
+        return names.target + (kept ? " was saved partly: " : " was not saved: ") +
+               writingCause(names, error) + (kept ? "; it contains the first " + time : "");
     case DecodeStep::decoding:
         break;
     }

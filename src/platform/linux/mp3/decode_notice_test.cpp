@@ -27,8 +27,9 @@ DecodeResult lossyResult(std::int64_t foreign, std::int64_t damaged) {
 
 TEST(DecodeNoticeTest, ReportsWhereReadingFailedAndTheKeptPart) {
     const Error error{ErrorNumber::deviceInputOutput, "Input/output error"};
-    EXPECT_EQ(decodeNotice(names, failedResult(DecodeStep::reading, error, 192)),
-              "song.mp3: read error at 3:12 (Input/output error); 3:12 are kept in song.wav");
+    EXPECT_EQ(
+        decodeNotice(names, failedResult(DecodeStep::reading, error, 192)),
+        "song.mp3: read error at 3:12 (Input/output error); song.wav contains the first 3:12");
     EXPECT_EQ(decodeNotice(names, failedResult(DecodeStep::reading, error, 0)),
               "song.mp3: read error at 0:00 (Input/output error)");
 }
@@ -43,7 +44,7 @@ TEST(DecodeNoticeTest, ReportsWhyAFileCannotBeRead) {
 TEST(DecodeNoticeTest, ReportsWhyAFileWasNotSavedAndTheKeptPart) {
     const Error full{ErrorNumber::diskFull, "\"/music/song.wav\" does not fit"};
     EXPECT_EQ(decodeNotice(names, failedResult(DecodeStep::writing, full, 42)),
-              "song.wav was not saved: no space left in /music; 0:42 are kept");
+              "song.wav was saved partly: no space left in /music; it contains the first 0:42");
     EXPECT_EQ(decodeNotice(names, failedResult(DecodeStep::writing, full, 0)),
               "song.wav was not saved: no space left in /music");
     const Error refused{ErrorNumber::permissionDenied, "\"/music/song.wav\" is not writable"};

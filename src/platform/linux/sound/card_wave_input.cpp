@@ -233,7 +233,7 @@ std::string CardWaveInput::errorText(WaveResult result) const {
     case WaveResult::invalidHandle:
         return "The sound input is not open.";
     case WaveResult::invalidParameter:
-        return "The buffer for the sound input is empty.";
+        return "The buffer for the sound input is missing or too small.";
     case WaveResult::badFormat:
         return "The sound input does not support this format.";
     case WaveResult::stillPlaying:

@@ -119,7 +119,7 @@ void RecordingNotices::saved(RecordingNumber number, const fs::path& target, int
     }
     settle(lateSaveCause(target));
     const std::string text = namedFile(target) + " was saved partly: " + files::reasonOf(error) +
-                             "; " + lengthText(keptFrames) + " are kept";
+                             "; it contains the first " + lengthText(keptFrames);
     if (!settle(endCause(number), text) && notices_ != nullptr) {
         notices_->report({text});
     }

@@ -27,16 +27,17 @@ TEST_F(RecordingNoticesTest, ReportsTheKeptPartOfARecordingThatEndedEarlyAndThen
     notices.endedEarly(first, "/music", ENOSPC, kept);
     notices.saved(first, "/music/1234-3.wav", ENOSPC, kept);
     notices.closed(first, "/music", "/music/1234-3.wav");
-    EXPECT_THAT(texts(), ElementsAre("The recording in \"/music\" has ended: no space is left; "
-                                     "its first 0:42 can still be saved",
-                                     "settled [end of recording 1]: \"1234-3.wav\" in \"/music\" "
-                                     "was saved partly: no space is left; 0:42 are kept"));
+    EXPECT_THAT(texts(),
+                ElementsAre("The recording in \"/music\" has ended: no space is left; "
+                            "its first 0:42 can still be saved",
+                            "settled [end of recording 1]: \"1234-3.wav\" in \"/music\" "
+                            "was saved partly: no space is left; it contains the first 0:42"));
 }
 
 TEST_F(RecordingNoticesTest, ReportsALossThatTheSaveDetects) {
     notices.saved(first, "/music/1234-3.wav", EIO, kept);
     EXPECT_THAT(texts(), ElementsAre("\"1234-3.wav\" in \"/music\" was saved partly: "
-                                     "Input/output error; 0:42 are kept"));
+                                     "Input/output error; it contains the first 0:42"));
 }
 
 TEST_F(RecordingNoticesTest, ReportsThatNothingIsKeptIfNoFrameWasWritten) {
