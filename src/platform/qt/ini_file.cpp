@@ -153,10 +153,10 @@ void removeUnfinishedIniFiles(const QString& path) {
     if (!running) {
         const QFileInfo file(written);
         const QDir folder = file.dir();
-        const QStringList leftovers =
-            folder.entryList({file.fileName() + QLatin1Char('*')}, QDir::Files | QDir::Hidden);
-        for (const QString& name : leftovers) {
-            QFile::remove(folder.filePath(name));
+        for (const QString& name : folder.entryList(QDir::Files | QDir::Hidden)) {
+            if (name.startsWith(file.fileName())) {
+                QFile::remove(folder.filePath(name));
+            }
         }
     }
     if (opened >= 0) {

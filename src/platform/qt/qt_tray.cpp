@@ -55,13 +55,22 @@ bool QtTray::remove(std::uint32_t identifier) {
 }
 
 void QtTray::setMenu(MenuItem& menu) {
-    const auto former = std::exchange(menu_, std::make_unique<TrayMenu>(menu));
-    drawnHere_ = std::make_unique<TrayMenu>(menu);
+    heading_ = &menu;
+    // The former menu is destroyed after the icons have the new one.
+    const auto former = std::exchange(menu_, nullptr);
+    drawnHere_ = nullptr;
     for (auto& [identifier, entry] : entries_) {
         if (entry.shown) {
-            entry.shown->setContextMenu(menu_.get());
+            entry.shown->setContextMenu(menuOfIcons());
         }
     }
+}
+
+TrayMenu* QtTray::menuOfIcons() {
+    if (!menu_ && heading_ != nullptr) {
+        menu_ = std::make_unique<TrayMenu>(*heading_);
+    }
+    return menu_.get();
 }
 
 bool QtTray::hostPresent() const {
@@ -109,7 +118,7 @@ void QtTray::show(Entry& entry) {
     entry.shown = std::make_unique<QSystemTrayIcon>(withPanelSizes(icon_()), this);
     QSystemTrayIcon& shown = *entry.shown;
     shown.setToolTip(entry.tip);
-    shown.setContextMenu(menu_.get());
+    shown.setContextMenu(menuOfIcons());
     connect(&shown, &QSystemTrayIcon::activated, this, [this](auto reason) {
         if (reason == QSystemTrayIcon::Context) {
             openMenuHere();
@@ -121,9 +130,13 @@ void QtTray::show(Entry& entry) {
 
 /// Some panels on the bus do not draw the menu: they request that the program draw it.
 void QtTray::openMenuHere() {
-    if (way_ == Way::statusNotifier && drawnHere_) {
-        drawnHere_->popup(QCursor::pos());
+    if (way_ != Way::statusNotifier || heading_ == nullptr) {
+        return;
     }
+    if (!drawnHere_) {
+        drawnHere_ = std::make_unique<TrayMenu>(*heading_);
+    }
+    drawnHere_->popup(QCursor::pos());
 }
 
 } // namespace sonarith

@@ -50,6 +50,8 @@ class QtTray : public QObject, public Tray {
     void registerAnew();
     void show(Entry& entry);
     void openMenuHere();
+    /// Null before setMenu().
+    [[nodiscard]] TrayMenu* menuOfIcons();
 
     std::function<QIcon()> icon_;
     TrayHosts hosts_;
@@ -61,6 +63,8 @@ class QtTray : public QObject, public Tray {
     /// panels on the bus ask the program to draw the menu. For these panels, the program opens
     /// drawnHere_, which has the same entries, because Qt never draws a menu that it has exported
     /// to the bus.
+    MenuItem* heading_ = nullptr; ///< of the menu's entries
+    // The menus are created when they are needed, since most starts of the program show no icon.
     std::unique_ptr<TrayMenu> menu_;
     std::unique_ptr<TrayMenu> drawnHere_;
     std::map<std::uint32_t, Entry> entries_;
