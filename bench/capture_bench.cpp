@@ -288,8 +288,9 @@ int main() {
                 "save %.1f ms\n",
                 static_cast<long long>(wrong), 20 * 44100, leadMs, tailMs, saveMs);
     const Waits waits = waitsForAHangingDisk();
-    std::printf("disk that hangs: longest mute %.2f ms; stop, save and close together %.1f ms "
-                "(limit 100 ms)\n",
-                waits.mute, waits.cancel);
+    std::printf(
+        "disk that hangs: longest setMuted() %.2f ms; stop, save and close together %.1f ms "
+        "(limit 100 ms)\n",
+        waits.mute, waits.cancel);
     return wrong == 0 ? 0 : 1;
 }

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Decodes long MP3 files, alternating with `mpg123 -w`, the decoding library's own tool, on the
-// same files. Prints the program's median time divided by the tool's, and how much this process's
-// memory grows. Goals on two cores: a ratio of 0.6 for files that are decoded in segments and 1.05
-// for files that are decoded in one pass; 48 MB. Also decodes files that are designed to slow a
-// decoder down: the time must grow only in proportion to the size of the file. Needs lame and
-// mpg123.
+// same files. Prints the median time of Sonarith's decoder divided by the tool's, and how much this
+// process's memory grows. Goals on two cores: a ratio of at most 0.6 for files that are decoded in
+// segments and of at most 1.05 for files that are decoded in one pass, and at most 48 MB of memory
+// growth. Also decodes files that are designed to slow a decoder down: the time must grow only in
+// proportion to the size of the file. Needs lame and mpg123.
 #include <chrono>
 #include <cmath>
 #include <cstdint>
@@ -63,7 +63,7 @@ bool writeLong(const fs::path& minute, const fs::path& path, const std::string& 
            test::writeRepeated(path, test::readBytes(encoded), minutes);
 }
 
-/// Runs the tool with which the program is compared. Ends the benchmark if the tool fails.
+/// Runs the tool with which Sonarith's decoder is compared. Ends the benchmark if the tool fails.
 void runTool(std::vector<std::string> words) {
     if (!test::runProgram(std::move(words))) {
         std::fprintf(stderr, "the tool failed: is mpg123 installed?\n");
@@ -114,18 +114,18 @@ void compare(const std::string& name, const fs::path& mp3, double goal) {
         tool.push_back(secondsOf([&] { runTool({"mpg123", "-q", "-w", theirs, mp3}); }));
         control.push_back(secondsOf([&] { result = decode(mp3, ours); }));
     }
-    std::printf(
-        "%-14s %-10s tool %6.3f s  ours %6.3f s  ratio %.3f (goal %.2f)  memory +%ld KB%s\n",
-        name.c_str(), result.method == DecodeMethod::segments ? "segments" : "sequential",
-        median(tool), median(control), median(control) / median(tool), goal,
-        statusKilobytes("VmHWM") - before,
-        result.outcome == DecodeOutcome::completed ? "" : "  FAILED");
+    std::printf("%-14s %-10s tool %6.3f s  ours %6.3f s  ratio %.3f (goal: at most %.2f)  memory "
+                "+%ld KB%s\n",
+                name.c_str(), result.method == DecodeMethod::segments ? "segments" : "sequential",
+                median(tool), median(control), median(control) / median(tool), goal,
+                statusKilobytes("VmHWM") - before,
+                result.outcome == DecodeOutcome::completed ? "" : "  FAILED");
     fs::remove(theirs);
     fs::remove(ours);
 }
 
-/// Decodes a file of three minutes many times with the tool and with the program, and compares the
-/// total times.
+/// Decodes a file of three minutes many times with the tool and with Sonarith's decoder, and
+/// compares the total times.
 void compareMany(const fs::path& mp3) {
     constexpr int files = 200;
     const fs::path wav = mp3.string() + ".wav";
@@ -139,8 +139,9 @@ void compareMany(const fs::path& mp3) {
             [&] { completed = decode(mp3, wav).outcome == DecodeOutcome::completed && completed; });
         fs::remove(wav);
     }
-    std::printf("%d files of 3 minutes: tool %.1f s  ours %.1f s  ratio %.3f (goal below 1)%s\n",
-                files, tool, control, control / tool, completed ? "" : "  FAILED");
+    std::printf(
+        "%d decodings of 3 minutes: tool %.1f s  ours %.1f s  ratio %.3f (goal: below 1)%s\n",
+        files, tool, control, control / tool, completed ? "" : "  FAILED");
 }
 
 /// Decodes a file that is designed to slow a decoder down, and a file of the same kind with half
@@ -161,8 +162,8 @@ void compareHalves(const char* name, const fs::path& folder,
         halves.push_back(secondsOf([&] { decode(half, wav); }));
         wholes.push_back(secondsOf([&] { decode(whole, wav); }));
     }
-    std::printf("%-28s 20 MB %6.2f s  40 MB %6.2f s  ratio %.2f (goal 2.5)\n", name, median(halves),
-                median(wholes), median(wholes) / median(halves));
+    std::printf("%-28s 20 MB %6.2f s  40 MB %6.2f s  ratio %.2f (goal: at most 2.5)\n", name,
+                median(halves), median(wholes), median(wholes) / median(halves));
     fs::remove(half);
     fs::remove(whole);
     fs::remove(wav);

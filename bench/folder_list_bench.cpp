@@ -129,7 +129,7 @@ int main(int argc, char** argv) {
             view.viewport()->repaint();
         }));
         if (view.model()->rowCount() < subfolders) {
-            std::fprintf(stderr, "the list has %d rows\n", view.model()->rowCount());
+            std::fprintf(stderr, "the list has only %d rows\n", view.model()->rowCount());
             return EXIT_FAILURE;
         }
         scrolled.push_back(timeOf([&] {

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Measures the processor time that all threads together use for one tick of the disk guard,
-// including the repainting of the list of drives. Limit: 2 ms. The disk guard checks during an
-// action whether the disk is nearly full. The benchmark mounts disks so that there are at least ten
-// drives. The settings store, the query of the drives' sizes and the preferences' window, which is
-// open (off screen), are real. Also counts how often the store's file is replaced: a tick must not
-// replace it; the load step of the preferences' window and the change of a check box must replace
-// it once each. Needs the permission to mount.
+// Measures the processor time that all threads together use for one tick of the disk guard, which
+// checks during an action whether the disk is nearly full. The time includes the repainting of the
+// list of drives. Limit for the median: 2 ms. The benchmark mounts disks so that there are at least
+// ten drives. The settings store, the query of the drives' sizes and the preferences' window, which
+// is open (off screen), are real. Also counts how often the store's file is replaced: a tick must
+// not replace it; the load step of the preferences' window and the change of a check box must
+// replace it once each. Needs the permission to mount.
 #include <sys/inotify.h>
 #include <sys/mount.h>
 #include <unistd.h>
@@ -107,8 +107,8 @@ void measure(const fs::path& folder) {
     const fs::path storeFolder = folder / "store";
     fs::create_directory(storeFolder);
     IniSettingsStore store(QString::fromStdString(storeFolder.string()));
-    // The objects are connected as in the program. The drive letters have a store of their own,
-    // since the first reading of the mounts writes to the store of the letters.
+    // The objects are connected as in the program, but the drive letters have a store of their own:
+    // the first reading of the mounts stores letters, which must not count as a replacement.
     test::FakeSettingsStore letters;
     MountInfo mounts;
     DriveTable table(letters);
@@ -181,7 +181,8 @@ void measure(const fs::path& folder) {
 
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    // Called before any other thread exists: only the calling thread gets its own mounts.
+    // Called before any other thread exists: the calling thread and the threads that are created
+    // later get mounts of their own, but threads that already exist do not.
     if (!test::leaveSharedMounts()) {
         fail("this user has no permission to mount");
     }

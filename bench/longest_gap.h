@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Measures the longest time in which an event loop handled no event, by a timer event every
-// millisecond: a click would have had to wait that long.
+// Measures the longest time in which an event loop handled no event: a click would have had to wait
+// that long. The benchmark creates a timer event every millisecond, and this class measures the
+// times between these events.
 #pragma once
 
 #include <algorithm>
@@ -11,8 +12,8 @@ namespace sonarith::bench {
 
 class LongestGap {
   public:
-    /// Must be called at each timer event. The time since the previous call counts only if
-    /// `measured` is true.
+    /// Must be called by the handler of each timer event. The time since the previous call counts
+    /// only if `measured` is true.
     void beat(bool measured = true) {
         const auto now = Clock::now();
         if (measured) {

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Measures the CD player on the real sound card with its thread, without windows: the time from a
-// click on `play` to the first sample at the card's output, after the player was switched on,
-// stopped or paused; and the difference between the displayed position and the sound at the output.
+// Measures the CD player on the software sound card and its thread, without windows and without a
+// sound device: the time from a click on `play` to the first sample at the card's output, after the
+// player was switched on, stopped or paused; and the difference between the displayed position and
+// the sound at the output.
 #include <algorithm>
 #include <atomic>
 #include <chrono>
@@ -36,8 +37,8 @@ constexpr int rounds = 25;
 constexpr double limitOfStart = 60;
 constexpr double limitOfSkew = 50;
 
-/// Creates a disc image in which each frame contains its number plus one, so that no frame is
-/// silent.
+/// Creates a disc image in which each frame contains its number, counted from 1, so that no frame
+/// is silent.
 fs::path makeNumberedDisc(const fs::path& folder) {
     std::vector<std::uint32_t> frames(static_cast<std::size_t>(tracks * trackSeconds * 44100));
     for (std::size_t i = 0; i < frames.size(); ++i) {
@@ -93,15 +94,15 @@ double timeToSound(Output& output, const std::function<void()>& click) {
     while (output.first() == sound::SoundCard::Time{}) {
         std::this_thread::sleep_for(200us);
         if (sound::monotonicNow() - start > 10s) {
-            std::fprintf(stderr, "no sound after a click on play\n");
+            std::fprintf(stderr, "no sound within 10 s after a click on play\n");
             std::exit(1);
         }
     }
     return Milliseconds(output.first() - start).count();
 }
 
-/// Converts the reply "tt:mm:ss:ff", which the display shows, to the position on the disc in
-/// milliseconds.
+/// Converts the reply "tt:mm:ss:ff" (track; minute, second and sector in the track), from which the
+/// player sets its display, to the position on the disc in milliseconds.
 double millisecondsOf(const std::string& reply) {
     int track = 0;
     int minute = 0;
@@ -122,7 +123,7 @@ std::string positionOf(MediaControl& media) {
 
 void print(const char* what, std::vector<double> values, double limit) {
     const double worst = *std::max_element(values.begin(), values.end());
-    std::printf("%s: median %.1f ms, worst %.1f ms of %zu (limit %.0f ms)\n", what,
+    std::printf("%s: median %.1f ms, worst %.1f ms of %zu measurements (limit %.0f ms)\n", what,
                 bench::median(values), worst, values.size(), limit);
 }
 
@@ -161,9 +162,9 @@ int main() {
         form.Command6.click();
         std::this_thread::sleep_for(50ms);
     }
-    print("play after power on, to the first sample", switchedOn, limitOfStart);
-    print("play after a stop", stopped, limitOfStart);
-    print("play after a pause", paused, limitOfStart);
+    print("time from play to the first sample, after power on", switchedOn, limitOfStart);
+    print("time from play to the first sample, after a stop", stopped, limitOfStart);
+    print("time from play to the first sample, after a pause", paused, limitOfStart);
     print("difference between the displayed position and the sound at the output", skews,
           limitOfSkew);
     return 0;

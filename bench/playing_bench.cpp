@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Measures the processor time that the MP3 control and the card, in a process without windows, need
-// to play an MP3 file, and in turn the time of `mpg123 -o pulse` with the same file and the same
-// sound server. Limit: 1.3 times the time of mpg123. Also measures `mpg123 -o alsa`, without a
-// limit. Needs lame, mpg123 and pulseaudio.
+// Measures the processor time that the MP3 control and the software sound card need to play an MP3
+// file in a process without windows. Limit: 1.3 times the processor time of `mpg123 -o pulse` with
+// the same file and the same sound server. Also measures `mpg123 -o alsa`, without a limit. The
+// three play one after the other, in several rounds. Needs lame, mpg123 and pulseaudio.
 #include <ctime>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -40,7 +40,7 @@ namespace fs = std::filesystem;
 
 constexpr int rounds = 5;
 constexpr int secondsOfFile = 60;
-/// The time after the start that is not measured.
+/// How long a player plays before its measurement begins.
 constexpr auto settling = 2s;
 constexpr auto measured = 10s;
 constexpr double limit = 1.3;
@@ -83,7 +83,7 @@ class Player {
         clockid_t clock{};
         timespec time{};
         if (::clock_getcpuclockid(process_, &clock) != 0 || ::clock_gettime(clock, &time) != 0) {
-            std::fprintf(stderr, "a player has ended\n");
+            std::fprintf(stderr, "a player has ended before it was measured\n");
             std::exit(1);
         }
         return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
@@ -155,8 +155,9 @@ int main() {
     }
     const double our = bench::median(ours);
     const double peer = bench::median(peers);
-    std::printf("playing: %.2f ms of processor time per second, mpg123 -o pulse %.2f, "
-                "-o alsa %.2f; ratio to -o pulse %.2f (limit %.1f)\n",
+    std::printf("processor time for each second of sound: MP3 control %.2f ms, mpg123 -o pulse "
+                "%.2f ms, mpg123 -o alsa %.2f ms; ratio of the control to mpg123 -o pulse %.2f "
+                "(limit %.1f)\n",
                 our, peer, bench::median(peersByAlsa), our / peer, limit);
     return our <= limit * peer ? 0 : 1;
 }

@@ -7,8 +7,8 @@
 
 namespace sonarith::bench {
 
-/// The median; for an even number of values the larger of the two middle values. There must be a
-/// value.
+/// The median; for an even number of values the larger of the two middle values. `values` must not
+/// be empty.
 inline double median(std::vector<double> values) {
     std::sort(values.begin(), values.end());
     return values[values.size() / 2];

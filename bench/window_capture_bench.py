@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Measures the processor time of the real program while it captures a track, as a share of one
-core. The window is visible, first without a sound output, then with a sound server; then the
-program is in the tray, where the share must not be larger than with the visible window.
+"""Measures which share of one core the real program uses while it captures a track. The first
+capture runs with a visible window and without a sound output, the second with a visible window and
+a sound server. The third runs first in the tray and then with a visible window; the share in the
+tray must not be larger than the share with the window.
 
 window_capture_bench.py FOLDER_OF_THE_PROGRAMS
 """

@@ -74,7 +74,8 @@ def without_server(desktop, program):
         show_panel(desktop, window, False)
         silent_hidden.append(share_of(started))
         show_panel(desktop, window, True)
-    report("on, nothing playing, panel in sight", silent, "none, because the level meter records")
+    report("on, nothing playing, panel in sight", silent,
+           "none; the next two lines have the limits of its two parts")
     report("on, nothing playing, panel hidden", silent_hidden, f"{LIMIT_SILENT} %")
     report("the panel's own share in silence", [a - b for a, b in zip(silent, silent_hidden)],
            f"{LIMIT_METER} %")
@@ -88,7 +89,8 @@ def without_server(desktop, program):
         show_panel(desktop, window, True)
     report("playing, output none, panel in sight", seen, f"{LIMIT_PLAYING} %")
     report("playing, output none, panel hidden", hidden, f"{LIMIT_PLAYING} %")
-    report("the panel's own share", [a - b for a, b in zip(seen, hidden)], f"{LIMIT_METER} %")
+    report("the panel's own share while playing", [a - b for a, b in zip(seen, hidden)],
+           f"{LIMIT_METER} %")
     close(started)
 
 

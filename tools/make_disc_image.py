@@ -26,9 +26,9 @@ FRAME_RATE = SECTORS_PER_SECOND * FRAMES_PER_SECTOR
 BYTES_PER_SECTOR = 2352
 RAMP_MARK = 0x5A5A
 
-# Four chords. Their frequencies are whole numbers of hertz, so that a second of a chord can be
-# repeated without a gap. Each track plays the chords in this order, but starts one
-# chord later than the track before.
+# The frequencies in hertz of four chords. They are whole numbers, so that all sine waves of a chord
+# are at zero after one second, and the next chord begins without a click. Each track plays the
+# chords in this order, but starts one chord later than the track before.
 CHORDS = ((262, 330, 392, 523), (220, 262, 330, 440), (175, 262, 349, 440), (196, 247, 294, 392))
 PEAK = 0.6 * 32767
 

@@ -22,8 +22,8 @@ using testing::IsEmpty;
 const std::string folder = ApplicationBench::destination;
 
 /// The started program with three MP3 files in the destination folder. The tree shows their names
-/// without the folder. Decoding a file takes 1.2 s, a few ticks of the
-/// timer that watches a decoding.
+/// without the folder. Decoding a file takes 1.2 s, a few ticks of the timer that watches a
+/// decoding.
 struct DecodingBench : ApplicationBench {
     DecodingBench() : ApplicationBench({1000, 1000}) {
         for (const char* name : {"c", "b", "a"}) {
@@ -68,7 +68,7 @@ struct DecodingBench : ApplicationBench {
 
 // --- wiring --------------------------------------------------------------------------------------
 
-TEST(TreeEditing, DragsRenamesDeletesRemovesAndAddsFilesByEventsOfTheTreeAndItsMenus) {
+TEST(TreeEditing, FilesCanBeDraggedRenamedAddedDeletedFromTheDiskAndRemovedOnlyFromTheTree) {
     DecodingBench bench;
     ASSERT_NE(bench.node("a.mp3"), nullptr);
     bench.press("a.mp3");
@@ -126,7 +126,7 @@ TEST(Decoding, DecodesOneFileThenAllFilesThenTheSelectedFiles) {
     EXPECT_TRUE(bench.decodingIdle());
 }
 
-TEST(Decoding, ReportsThatTheListIsEmptyAndEnablesTheCommandsAgain) {
+TEST(Decoding, ReportsAnEmptyListOfSelectedFilesAndEnablesTheCommandsAgain) {
     DecodingBench bench;
     bench.start("Selected MP3 Files");
     EXPECT_THAT(bench.boxes.texts(), ElementsAre("No files selected"));
@@ -151,7 +151,7 @@ std::vector<Ending> stops() {
          [](DecodingBench& bench) {
              bench.form.Command8.click();
          }},
-        {"the menu",
+        {"the menu entry mnuStop",
          [](DecodingBench& bench) {
              bench.form.mnuStop.click();
          }},

@@ -64,7 +64,7 @@ TEST_F(PlayerInApplication, AChosenDiscIsReadByTheMainWindowAndByThePlayerThatIs
     EXPECT_TRUE(bench.boxes.shown.empty());
 
     // If the drive is empty, the main window leaves the CD device open and shows a message box. The
-    // timers run while the box is shown.
+    // player must notice the missing disc while the box is shown, and later read the next disc.
     bench.disc.remove();
     bench.boxes.whileUp = [&](const test::ShownBox&) {
         bench.loop.advance(3s);
@@ -100,8 +100,8 @@ TEST_F(PlayerInApplication, DoesNotMuteTheDiscForAnActionWhileThePlayersPanelIsC
 }
 
 TEST_F(PlayerInApplication, StaysOnIfTheCaptureIsStartedByCmdStart) {
-    // Only the button "Start " (CmdSelectAction) switches the player off. So the capture, which the
-    // hidden button cmdStart starts here, finds the disc in use.
+    // Only the button "Start " (CmdSelectAction) switches the player off. The hidden button
+    // cmdStart must leave the player on, although the capture then finds the disc in use.
     bench.application.start();
     switchOnAndPlay();
     bench.select("Track  1 - 00:01:00");

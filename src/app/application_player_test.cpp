@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests the CD player within the whole application: at the start of the program, in the menus, at
-// the end of the program, and in the shape of a cube.
+// Tests the window of the CD player (the panel) within the whole application: at the start of the
+// program, in the menus, at the end of the program, and after the menu entry "Show as Cube", which
+// reduces the panel's height.
 #include "app/application.h"
 
 #include <algorithm>
@@ -21,7 +22,7 @@ using testing::ElementsAre;
 
 // --- the start -----------------------------------------------------------------------------
 
-TEST_F(PlayerInApplication, IsLoadedHiddenAfterTheSettingsAndBeforeTheDiscIsRead) {
+TEST_F(PlayerInApplication, IsLoadedButNotShownAfterTheSettingsAreReadAndBeforeTheDiscIsRead) {
     std::vector<std::string> steps;
     bench.mixer.onOperation = [&](const std::string& operation) {
         steps.push_back(operation);
@@ -93,7 +94,7 @@ TEST_F(PlayerInApplication, IsLoadedAndShownEvenIfItWasClosedDuringTheStart) {
     EXPECT_TRUE(panel.visible());
 }
 
-TEST_F(PlayerInApplication, ShowsOneMessageAndStartsOnAMachineWithoutAMixer) {
+TEST_F(PlayerInApplication, OnAMachineWithoutAMixerOneMessageIsShownAndTheProgramStarts) {
     bench.mixer.present = false;
     bench.application.start();
     EXPECT_THAT(bench.boxes.texts(),
@@ -152,7 +153,7 @@ TEST_F(PlayerInApplication, TheProgramsEndUnmutesTheDiscAndThePanelsUnloadMutesI
                 ElementsAre("set 4101 20010002 0", "set 4101 20010002 1", "set 4101 20010002 1"));
 }
 
-TEST_F(PlayerInApplication, TheProgramsEndLeavesTheDiscUnmutedIfThePanelIsAlreadyClosed) {
+TEST_F(PlayerInApplication, TheDiscIsUnmutedAfterTheProgramsEndIfThePanelWasClosedBefore) {
     bench.application.start();
     panel.unload();
     EXPECT_TRUE(discMuted());
@@ -161,7 +162,7 @@ TEST_F(PlayerInApplication, TheProgramsEndLeavesTheDiscUnmutedIfThePanelIsAlread
     EXPECT_FALSE(panel.loaded());
 }
 
-TEST_F(PlayerInApplication, ExitUnloadsThePanelFirstAndLeavesTheDiscUnmuted) {
+TEST_F(PlayerInApplication, ExitUnloadsThePanelBeforeTheMainWindowSoTheDiscIsUnmutedInTheEnd) {
     bench.application.start();
     switchOnAndPlay();
     bench.media.log.clear();
@@ -234,9 +235,9 @@ TEST_F(PlayerInApplication, TheProgramCanEndAtEveryYieldOfASwitchOff) {
     }
 }
 
-// --- the window's shape --------------------------------------------------------------------
+// --- the panel's height --------------------------------------------------------------------
 
-TEST_F(PlayerInApplication, TheCubeChangesOnlyTheHeightAndOnlyUntilThePanelIsClosed) {
+TEST_F(PlayerInApplication, ShowAsCubeChangesOnlyTheHeightAndOnlyUntilThePanelIsClosed) {
     bench.application.start();
     const Twips width = panel.width();
     panel.mnuCubeit.click();

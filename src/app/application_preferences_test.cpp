@@ -266,9 +266,9 @@ TEST(GuardOfAnExtraction, LoadsThePreferencesAgainButHiddenIfTheyWereClosed) {
 enum class PreferencesAre { kept, closed, reopened };
 
 std::string nameOf(PreferencesAre window) {
-    return window == PreferencesAre::kept     ? "at"
-           : window == PreferencesAre::closed ? "closed, at"
-                                              : "reopened, at";
+    return window == PreferencesAre::kept     ? "preferences kept,"
+           : window == PreferencesAre::closed ? "preferences closed,"
+                                              : "preferences reopened,";
 }
 
 void putInState(FrmPrefs& form, PreferencesAre state) {
@@ -357,7 +357,7 @@ struct GuardedDecoding : ApplicationBench {
     }
 };
 
-TEST(GuardOfADecoding, StopsTheDecodingAtTheGuardsFirstTick) {
+TEST(GuardOfADecoding, StopsTheDecodingAtTheGuardsFirstTickIfTheDriveIsNearlyFull) {
     GuardedDecoding bench;
     leaveFree(bench, 49);
     bench.decodeAll();

@@ -195,7 +195,7 @@ TEST(Extraction, SendsNothingToTheMixerIfStartedByCmdStart) {
     EXPECT_THAT(bench.mixer.log, IsEmpty());
 }
 
-TEST(Extraction, EnablesTheCommandsAgainAfterADeviceFailure) {
+TEST(Extraction, EnablesTheFileMenuAndThePreferencesButtonAgainAfterADeviceFailure) {
     ApplicationBench bench({1000, 1000});
     bench.application.start();
     bench.media.answer("play cd", {.status = 300});

@@ -138,7 +138,7 @@ TEST(TrayMenuRestoreControlPanel, ShowsTheWindowAndDoesNotAffectTheAction) {
                 ElementsAre(SavedCapture{ApplicationBench::savedAs(1), 10584000}));
 }
 
-TEST(RemovalOfTheTrayPanel, IconifiesTheHiddenWindowDuringAnAction) {
+TEST(RemovalOfTheTrayHost, IconifiesTheHiddenWindowDuringAnAction) {
     TrayBench bench;
     bench.process.settings.minimizeOnStart = 1;
     bench.loop.after(5s, [&] {

@@ -189,8 +189,8 @@ void MainWindow::Form_Unload() {
     for (const char* command : {"stop cd", "close capture", "close cd"}) {
         platform_.media.sendString(command);
     }
-    windows_.Form4.Option14.click();
-    // Closing the player mutes the disc's line again, unless the player is already closed.
+    windows_.Form4.Option14.click(); // unmutes the disc's line
+    // Closing the player mutes this line again, unless the player is already closed.
     windows_.Form4.unload();
     windows_.frmpopup.unload();
     platform_.loop.endProgram();
@@ -198,7 +198,7 @@ void MainWindow::Form_Unload() {
 
 void MainWindow::Command5_Click() {
     windows_.Form4.unload();
-    // Ends the process, unless an unload has already started.
+    // Ends the process, unless an earlier unload of this window has not yet ended.
     form_.unload();
     platform_.loop.endProgram();
 }

@@ -36,7 +36,7 @@ class MainWindow {
     /// Exit: ends the process.
     void Command5_Click();
     void Cmdhelp_Click();
-    /// Opens a help file in the help viewer. `path` has the logic's form (drive letter,
+    /// Opens a help file in the help viewer. `path` is a path of the logic (drive letter,
     /// backslashes). Always returns an empty text, even if the viewer fails.
     std::string ShowHelpFile(const std::string& path);
     void mnuStart_Click();

@@ -39,7 +39,7 @@ TEST(FormLoad, ShowsTheWindowWithDiscAndFilesInItsTree) {
     EXPECT_THAT(bench.boxes.shown, IsEmpty());
 }
 
-TEST(FormLoad, PlacesTheWindowLeftOfTheCentreOfTheScreen) {
+TEST(FormLoad, PlacesTheWindowsCentreLeftOfTheScreensCentre) {
     ApplicationBench bench({1000, 1000});
     bench.form.setDesignedSize(4000_twips, 6000_twips);
     bench.application.start();
@@ -166,7 +166,7 @@ TEST(Timer1, ResetsTheActionLabelAfterFiveSecondsAndDisablesItself) {
     EXPECT_FALSE(bench.form.Timer1.enabled());
 }
 
-TEST(Moving, StartsAtAnEmptyPartOfTheFormAndAtTheHandGrip) {
+TEST(MovingTheWindow, StartsAtAPressOnAnEmptyPartOfTheFormOrOnTheHandGrip) {
     ApplicationBench bench({1000, 1000});
     int grasped = 0;
     const Connection connection = bench.form.captionGrasped.connect([&] { ++grasped; });

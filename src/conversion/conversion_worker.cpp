@@ -102,8 +102,8 @@ Status ConversionWorker::start() {
 
 void ConversionWorker::Timer1_Timer() {
     form6_.Timer1.setEnabled(false);
-    // Starts the same file again, possibly while the control is still decoding it. The control
-    // decides how it handles a second start.
+    // Starts to decode the current file again, possibly while the control is still decoding this
+    // file. The control decides how it handles a second start.
     StartMP3(process_.currentWavFile);
 }
 

@@ -32,8 +32,7 @@ class ConversionWorker {
 
     /// Starts to convert currentFile; if stopRequested is set, unloads the window instead.
     void Form_Load();
-    /// Stops the control and sets workerBusy false, which ends the wait of the decoding
-    /// driver.
+    /// Stops the control and sets workerBusy to false, which ends the wait of the decoding driver.
     void Form_Unload();
 
     /// Makes the control decode currentFile into the destination folder. `Value` is not used. A
@@ -53,8 +52,8 @@ class ConversionWorker {
     /// Decodes the file at currentWavFile, not at currentFile, to a WAV in the same folder and
     /// waits for the end. Nothing calls this function.
     void StartDecoding();
-    /// For each selected line of List4, sets the list's index and calls StartMP3, which always
-    /// starts currentFile. Nothing calls this function.
+    /// For each selected line of List4, sets the list's index and calls StartMP3, which decodes
+    /// currentFile each time. Nothing calls this function.
     void DecodeCheckedFiles();
 
   private:

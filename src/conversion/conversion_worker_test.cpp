@@ -50,7 +50,7 @@ TEST_F(WorkerTest, LoadingTheWindowUnloadsItAtOnceIfAStopIsRequested) {
     EXPECT_EQ(loop.wakeupCount(), 0U);
 }
 
-TEST_F(WorkerTest, EachLoadStartsItsOwnJob) {
+TEST_F(WorkerTest, EachLoadStartsBothTimersAgain) {
     window.load();
     window.Timer1.setEnabled(false);
     window.unload();
@@ -61,7 +61,7 @@ TEST_F(WorkerTest, EachLoadStartsItsOwnJob) {
 
 // --- starting ------------------------------------------------------------------------------------
 
-TEST_F(WorkerTest, HalfASecondAfterTheLoadTheSameFileIsStartedASecondTime) {
+TEST_F(WorkerTest, HalfASecondAfterTheLoadTheDecodingOfTheSameFileIsStartedASecondTime) {
     mp3.duration = 5000ms;
     process.currentWavFile = "c:\\music\\other.wav";
     window.load();
@@ -76,7 +76,7 @@ TEST_F(WorkerTest, HalfASecondAfterTheLoadTheSameFileIsStartedASecondTime) {
     EXPECT_EQ(mp3.log.size(), 4U);
 }
 
-TEST_F(WorkerTest, AFileOfNinetyNineBytesIsNeverStartedAndNothingUnloadsTheWindow) {
+TEST_F(WorkerTest, AFileOfNinetyNineBytesIsNeverDecodedAndTheWindowStaysLoaded) {
     mp3File(source, 99);
     window.load();
     loop.advance(1h);
@@ -100,7 +100,7 @@ TEST_F(WorkerTest, AFileThatIsTooShortOnlyAtTheFirstStartIsDecodedByTheSecondSta
     EXPECT_EQ(form.Label33.caption(), "100 %");
 }
 
-TEST_F(WorkerTest, AFileThatCannotBeReadIsNotStarted) {
+TEST_F(WorkerTest, AMissingFileIsNotDecodedAndTheWorkerStaysBusy) {
     process.currentFile = "c:\\mp3\\missing.mp3";
     window.load();
     loop.advance(10s);
@@ -126,7 +126,7 @@ TEST_F(WorkerTest, AFileThatTheMp3ControlRefusesIsNotDecoded) {
     EXPECT_TRUE(window.Timer2.enabled());
 }
 
-TEST_F(WorkerTest, StartHereStartsTheCurrentFileAndNotTheCurrentWavFile) {
+TEST_F(WorkerTest, StarthereDecodesTheCurrentFileAndNotTheCurrentWavFile) {
     process.currentWavFile = "c:\\music\\other.wav";
     window.load();
     mp3.log.clear();
@@ -218,7 +218,7 @@ TEST_F(WorkerTest, ATickThatFindsTheMp3ControlIdleIgnoresAStop) {
 
 // --- failures of a tick --------------------------------------------------------------------------
 
-TEST_F(WorkerTest, ALengthOfZeroEndsTheJob) {
+TEST_F(WorkerTest, ALengthOfZeroFromTheMp3ControlEndsTheJob) {
     mp3.duration = 10s;
     mp3.length = 0;
     window.load();

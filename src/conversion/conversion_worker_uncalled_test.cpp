@@ -94,7 +94,7 @@ TEST_F(StartDecodingTest, TheProgramsEndEndsTheWait) {
     EXPECT_EQ(loop.yieldsAfterEnd(), 0);
 }
 
-TEST_F(StartDecodingTest, DecodeCheckedFilesStartsCurrentFileOnceForEachSelectedLine) {
+TEST_F(StartDecodingTest, DecodeCheckedFilesStartsToDecodeCurrentFileOnceForEachSelectedLine) {
     fill(form.List4, {"a", "b", "c"});
     form.List4.setSelected(0, true).passOver();
     form.List4.setSelected(2, true).passOver();
@@ -127,7 +127,7 @@ TEST_F(StartDecodingTest, DecodeCheckedFilesEndsAtAStopRequest) {
     EXPECT_FALSE(window.loaded());
 }
 
-TEST_F(StartDecodingTest, DecodeCheckedFilesClearsAnEarlierStopRequest) {
+TEST_F(StartDecodingTest, DecodeCheckedFilesClearsAnEarlierStopRequestAndDecodesNothing) {
     fill(form.List4, {"a"});
     form.List4.setSelected(0, true).passOver();
     process.stopRequested = true;

@@ -60,7 +60,8 @@ void DecodingDriver::decodeSelected() {
     for (fileIndex = 0; fileIndex < bound && !process_.stopRequested; ++fileIndex) {
         decodeLine(list, Case::unchanged);
     }
-    // If the loop was stopped before its first file, currentWavFile is the file of an earlier run.
+    // If the loop was stopped before its first file, currentWavFile is the file of an earlier
+    // decoding.
     if (const auto length = platform_.files.fileLength(process_.currentWavFile); length.ok()) {
         form_.lblStatus.setCaption(std::to_string(length.value()) + " bytes");
     }

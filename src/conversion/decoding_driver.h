@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Converts MP3 files to WAV files, one after the other: all files, the selected files, or a single
-// file, depending on the selected node of the work tree. The conversion worker converts each file.
+// Has MP3 files converted to WAV files, one after the other. The selected node of the work tree
+// determines which: all available MP3 files, all files of the group "Selected MP3 Files", or a
+// single file. The conversion worker (conversion_worker.h), whose window is Form6, converts each
+// file.
 #pragma once
 
 #include <string>
@@ -23,8 +25,8 @@ class DecodingDriver {
     /// Yields. Returns when all files are done or a stop was requested, and leaves stopRequested
     /// set in both cases. If the list of files to convert is empty, only shows a message. If a file
     /// no longer exists, no worker starts and nothing clears workerBusy: this function waits until
-    /// the program ends. Exception: if Form6 is still loaded for an earlier file, its unload clears
-    /// workerBusy, and the missing file is skipped.
+    /// the program ends. Exception: if Form6 is still loaded for an earlier file, this function
+    /// unloads Form6, which clears workerBusy, and skips the missing file.
     void CmdDecoder_Click();
 
     /// Loads Form6 if the file `path` exists; otherwise does nothing. `path` is only checked: the

@@ -93,7 +93,8 @@ TEST_F(DriverTest, CommandsAreDisabledAndCancelIsVisibleDuringADecoding) {
     decode("MP3 Files");
     EXPECT_TRUE(seen);
     EXPECT_FALSE(form.Command2.visible());
-    // The code that started the action, which this test does not run, enables the commands again.
+    // The commands are enabled again by ActionStarter, which starts a decoding in the program but
+    // not in this test.
     EXPECT_FALSE(form.mnuFile.enabled());
 }
 
@@ -190,8 +191,9 @@ TEST_F(DriverTest, ForASelectedFileShownWithoutItsPathTheLineOfList2AtTheSameInd
     decode("b.mp3");
     EXPECT_EQ(process.fileIndex, 1);
     EXPECT_EQ(mp3.log.front(), "SourceFile c:\\mp3\\a.mp3");
-    // The WAV file gets its name from the decoded file; the display and the tree use the node's
-    // text.
+    // The window's caption and the WAV file have the name of the decoded file. The labels, and the
+    // name of the file that is to be added to the list, come from the node's text; no file of that
+    // name exists.
     EXPECT_EQ(shown.front(), "Decoding a.mp3 | Decoding  b.mp3 | c:\\music\\b.wav");
     EXPECT_THAT(mp3.finished, ElementsAre("c:\\music\\a.wav"));
     EXPECT_THAT(lines(form.List1), IsEmpty());

@@ -45,19 +45,19 @@ struct StopKind {
 
 const std::vector<StopKind>& stopKinds() {
     static const std::vector<StopKind> kinds = {
-        {"stop and unload", true,
+        {"stop request and unload of Form6", true,
          [](Decodings& run) {
              run.stop();
          }},
-        {"stop alone", true,
+        {"stop request alone", true,
          [](Decodings& run) {
              run.process.stopRequested = true;
          }},
-        {"unload alone", false,
+        {"unload of Form6 alone", false,
          [](Decodings& run) {
              run.windows.Form6.unload();
          }},
-        {"the worker's cancel", true,
+        {"click on Cancel in Form6", true,
          [](Decodings& run) {
              if (run.windows.Form6.loaded()) {
                  run.windows.Form6.Command1.click();
@@ -65,7 +65,7 @@ const std::vector<StopKind>& stopKinds() {
                  run.stop();
              }
          }},
-        {"stop and unload, twice", true,
+        {"stop request and unload of Form6, twice", true,
          [](Decodings& run) {
              run.stop();
              run.stop();
@@ -130,8 +130,8 @@ TEST(StopOfADecoding, DuringTheSecondOfFiveFilesKeepsTheFirstAndAPartOfTheSecond
         }
         SCOPED_TRACE(kind.name);
         Decodings run;
-        // The first file is complete at the tick of 1500 ms, and Cmaddfile2 then waits 300 ms. So
-        // the stop happens during the decoding of the second file.
+        // The first file is complete at the tick of 1500 ms. Cmaddfile2, which adds it to the tree,
+        // then waits 300 ms. So the second file is being decoded at 2500 ms.
         run.loop.after(2500ms, [&] { kind.stop(run); });
         run.decode("MP3 Files");
         EXPECT_THAT(run.mp3.finished, ElementsAre("c:\\music\\a.wav"));

@@ -47,7 +47,7 @@ std::unique_ptr<BinaryFile> openForBoth(FileSystem& files, const std::string& pa
     return reading.ok() ? std::move(reading.value()) : nullptr;
 }
 
-/// Returns nothing if the file ends earlier.
+/// The `count` bytes at `offset`; nothing if `file` is null or ends before the last of these bytes.
 template <std::size_t count>
 std::optional<std::array<std::byte, count>> bytesAt(BinaryFile* file, std::int64_t offset) {
     std::array<std::byte, count> bytes{};

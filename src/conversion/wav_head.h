@@ -16,7 +16,7 @@ struct WavHead {
     std::string wavFileLength; ///< bytes, in decimal
     std::int16_t wavChannels = 0;
     std::int16_t wavBits = 0;
-    std::string wavSampleRate;   ///< Hz, one of six texts
+    std::string wavSampleRate;   ///< Hz, in decimal; one of six known rates
     std::int32_t wavBitRate = 0; ///< bits per second
     std::string wavDuration;     ///< minutes, a colon, seconds
 };

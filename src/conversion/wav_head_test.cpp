@@ -109,7 +109,7 @@ TEST_F(WavHeadTest, WithoutTheRiffMarkOnlyTheLengthTheChannelsAndTheBitsChange) 
     }
 }
 
-TEST_F(WavHeadTest, AcceptsAFileWithNoMarkExceptRiff) {
+TEST_F(WavHeadTest, AcceptsAFileWithoutTheMarksWaveFmtAndData) {
     EXPECT_TRUE(read(wav(88'200 + 1000, 1, 16, 44100)));
     EXPECT_EQ(head().wavDuration, "00:01");
 }
@@ -142,7 +142,7 @@ TEST_F(WavHeadTest, RoundsTheLastHalfSecondOfAMinuteIntoTheNextMinute) {
         return head().wavDuration;
     };
     EXPECT_EQ(duration(59'400), "00:59");
-    // Deliberate: one minute too many, and seconds below 0.
+    // Deliberate for 59.5 s to 60 s: one minute too many, and seconds below 0.
     EXPECT_EQ(duration(59'700), "01:-00");
     EXPECT_EQ(duration(59'500), "01:-01");
     EXPECT_EQ(duration(60'400), "01:00");
@@ -179,7 +179,7 @@ TEST_F(WavHeadTest, ABitRateBeyond32BitsIsNotStored) {
     EXPECT_EQ(head().wavDuration, "00:-01");
 }
 
-TEST_F(WavHeadTest, AFieldBeyondTheEndOfAShortFileKeepsThePreviousFilesValue) {
+TEST_F(WavHeadTest, AFieldBeyondTheEndOfAShortFileKeepsThePreviousFilesValueExceptTheRate) {
     EXPECT_TRUE(read(wav(8000 + 1000, 2, 16, 8000)));
     for (const std::size_t length : {0U, 1U, 3U}) {
         EXPECT_FALSE(read(wav(100, 1, 8, 44100).substr(0, length)));

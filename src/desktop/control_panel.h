@@ -13,7 +13,7 @@
 
 namespace sonarith {
 
-/// Hides `window` if a desktop panel shows the notification area, because the user can then open
+/// Hides `window` if a panel of the desktop shows tray icons, because the user can then open
 /// the window again through the tray icon; otherwise minimizes `window` to the task bar.
 void minimizeToTray(Form& window, const Tray& tray);
 

@@ -68,7 +68,7 @@ TEST_F(ControlPanelTest, FrmPopupHasItsOwnTitleAndItsLoadStartsTwoTimers) {
     EXPECT_TRUE(popup.Timer2.enabled());
 }
 
-TEST_F(ControlPanelTest, RepeatedShowsAndLoadsWithoutAnUnloadAddOnlyOneIcon) {
+TEST_F(ControlPanelTest, LoadingFrmPopupAgainWithoutAnUnloadAddsNoSecondIcon) {
     popup.show();
     EXPECT_THAT(tray.log, ElementsAre("add Sonarith"));
     popup.hide();
@@ -193,7 +193,7 @@ TEST_F(ControlPanelTest, OpeningTheMenuCopiesTheMainWindowsTitleToFrmPopup) {
     EXPECT_EQ(popup.caption(), "Extracting Track 3");
 }
 
-TEST_F(ControlPanelTest, StopConversionShowsTheMainWindowThenCancelsAndThenRemovesTheIcon) {
+TEST_F(ControlPanelTest, StopConversionShowsTheMainWindowThenClicksCancelAndThenRemovesTheIcon) {
     goToTray();
     EXPECT_FALSE(form.visible());
     form.Command2.onClick = [this] {
@@ -207,7 +207,7 @@ TEST_F(ControlPanelTest, StopConversionShowsTheMainWindowThenCancelsAndThenRemov
     EXPECT_FALSE(popup.loaded());
 }
 
-TEST_F(ControlPanelTest, StopConversionCancelsEvenIfTheCancelButtonIsDisabledAndNoActionRuns) {
+TEST_F(ControlPanelTest, StopConversionClicksCancelEvenIfThisButtonIsDisabledAndNoActionRuns) {
     goToTray();
     form.Command2.setEnabled(false);
     form.Command2.onClick = [this] {

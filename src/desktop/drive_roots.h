@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Splits the machine's list of drives into root paths. It accesses no drive.
+// Splits the machine's list of drives into root paths. No drive is accessed.
 #pragma once
 
 #include <string>

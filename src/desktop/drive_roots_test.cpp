@@ -26,7 +26,7 @@ TEST(DriveRoots, AreInTheOrderOfTheMachinesList) {
     EXPECT_THAT(driveRoots(machine), ElementsAre("A:\\", "C:\\"));
 }
 
-TEST(DriveRoots, AreRequestedAgainWithABufferOfTheNeededSize) {
+TEST(DriveRoots, AreCompleteEvenIfTheFirstBufferIsTooSmall) {
     test::FakeSystemInformation machine;
     // The list of C: and these drives is longer than the ten characters of the first call's buffer.
     for (const char* root : {"D:\\", "E:\\", "F:\\"}) {

@@ -73,14 +73,14 @@ TEST(RegionFromBitmap, HasNoRectanglesForAPictureWithoutPixels) {
     EXPECT_THAT(rectanglesOf({"", ""}), IsEmpty());
 }
 
-TEST(RegionFromBitmap, RemovesRunsAtBothEdgesAndInTheMiddle) {
+TEST(RegionFromBitmap, RemovesTransparentPixelsAtBothEdgesAndInTheMiddleOfARow) {
     EXPECT_THAT(rectanglesOf({" x  x "}),
                 ElementsAre(PixelRectangle{1, 0, 2, 1}, PixelRectangle{4, 0, 5, 1}));
     EXPECT_THAT(rectanglesOf({"x  x"}),
                 ElementsAre(PixelRectangle{0, 0, 1, 1}, PixelRectangle{3, 0, 4, 1}));
 }
 
-TEST(RegionFromBitmap, RemovesEverySecondColumn) {
+TEST(RegionFromBitmap, RemovesEachTransparentPixelIfEverySecondPixelIsTransparent) {
     EXPECT_THAT(rectanglesOf({"x x x"}),
                 ElementsAre(PixelRectangle{0, 0, 1, 1}, PixelRectangle{2, 0, 3, 1},
                             PixelRectangle{4, 0, 5, 1}));
@@ -117,13 +117,14 @@ TEST(RegionFromBitmap, ReadsOnePixelPastAPictureWithoutPixels) {
     EXPECT_THAT(picture.asked, ElementsAre(std::pair(0, 0)));
 }
 
-TEST(RegionFromBitmap, ReadsThePixelThatEndsARunOnlyOnce) {
+TEST(RegionFromBitmap, ReadsThePixelAfterARunOfTransparentPixelsOnlyOnce) {
     const WatchedPicture picture({" x "});
     const auto region = RegionFromBitmap(&picture, whitePixel);
     EXPECT_THAT(region->rectangles, ElementsAre(PixelRectangle{1, 0, 2, 1}));
     const std::vector<std::pair<int, int>> firstRow(picture.asked.begin(),
                                                     picture.asked.begin() + 6);
-    // The start of each run is read twice, the pixel that ends it once.
+    // The first pixel of each run of transparent pixels is read twice, the pixel after the run
+    // once.
     EXPECT_THAT(firstRow, ElementsAre(std::pair(0, 0), std::pair(0, 0), std::pair(1, 0), //
                                       std::pair(2, 0), std::pair(2, 0), std::pair(3, 0)));
 }

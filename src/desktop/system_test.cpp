@@ -35,7 +35,7 @@ TEST_F(SystemTest, DriveInfoReturnsTheTotalAndFreeBytesOfADiskOfAnySize) {
     }
 }
 
-TEST_F(SystemTest, DriveInfoIsZeroForADriveThatFails) {
+TEST_F(SystemTest, DriveInfoReturnsZeroForADriveThatCannotBeQueried) {
     machine.drives["D:\\"].space = std::nullopt;
     for (const char* root : {"D:\\", "X:\\"}) {
         std::int64_t total = 1;
@@ -46,7 +46,7 @@ TEST_F(SystemTest, DriveInfoIsZeroForADriveThatFails) {
     }
 }
 
-TEST_F(SystemTest, DriveTypeHasFiveNames) {
+TEST_F(SystemTest, DriveTypeNamesFiveKindsOfDrivesAndIsEmptyForOthers) {
     struct Row {
         DriveKind kind;
         const char* text;
@@ -99,7 +99,7 @@ TEST_F(SystemTest, VolumeLabelEndsAtItsFirstNulAndAnEmptyLabelBecomesTheWordNoNa
     EXPECT_EQ(system.VolumeLabel("C:\\"), "NoName");
 }
 
-TEST_F(SystemTest, VolumeLabelIsEmptyIfTheCallFails) {
+TEST_F(SystemTest, VolumeLabelIsEmptyForADriveThatDoesNotExist) {
     EXPECT_EQ(system.VolumeLabel("X:\\"), "");
 }
 
@@ -154,7 +154,7 @@ TEST_F(SystemTest, FunctionKeysIsTheNumberThatTheMachineReports) {
     EXPECT_EQ(system.FunctionKeys(), 12);
 }
 
-TEST_F(SystemTest, KeyboardTypeHasSevenNames) {
+TEST_F(SystemTest, KeyboardTypeNamesTheTypes1To7AndIsEmptyForOthers) {
     const char* names[] = {"",
                            "IBM PC/XT or compatible (83 key)",
                            "Olivetti \"ico\" (102 key)",
@@ -233,7 +233,7 @@ TEST_F(SystemTest, NamesEndWithoutABackslash) {
     EXPECT_EQ(system.UserName(), "jane");
 }
 
-TEST_F(SystemTest, TextsEndAtTheirFirstNulAndKeepTheBlanksBeforeIt) {
+TEST_F(SystemTest, TextsEndAtTheirFirstNulAndLoseTrailingBlanksButKeepBlanksBeforeTheNul) {
     machine.user = std::string("jane  \0rest   ", 14);
     EXPECT_EQ(system.UserName(), "jane  ");
     machine.user = "jane  ";

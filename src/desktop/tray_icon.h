@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Adds, changes and deletes the program's icon in the notification area. The class ControlPanel
-// decides when, and handles the icon's menu.
+// decides when this happens, and handles the icon's menu.
 #pragma once
 
 #include <cstdint>

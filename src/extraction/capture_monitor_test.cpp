@@ -27,7 +27,7 @@ const std::vector<std::string> tickCommands = {"set capture time format bytes",
 
 // --- extractions that no user stops --------------------------------------------------------
 
-TEST(CaptureMonitor, SendsTheSameFourCommandsAtEachTickOfAnHour) {
+TEST(CaptureMonitor, SendsTheSameFourCommandsAtEachTickOfATrackOfOneHour) {
     constexpr std::int32_t hourMs = 3'600'000;
     ExtractionBench bench({hourMs, 1000});
     bench.insertDisc();
@@ -50,14 +50,14 @@ TEST(CaptureMonitor, SendsTheSameFourCommandsAtEachTickOfAnHour) {
     EXPECT_THAT(bench.disc.saved, ElementsAre(SavedCapture{savedAs(1), 3600LL * 176400}));
 }
 
-TEST(CaptureMonitor, ShowsBytesPercentageAndBarInEachTick) {
+TEST(CaptureMonitor, ShowsTheNumberOfBytesThePercentageAndTheBarInEachTick) {
     QueueBench bench(2);
     bench.loop.after(550ms, [&] {
         EXPECT_EQ(bench.form.lblStatus.caption(), "88200 Bytes");
         EXPECT_EQ(bench.form.Label33.caption(), "50%");
         EXPECT_EQ(bench.form.ProgressBar1.value(), 50);
     });
-    // The displays start again at 0 for the second track.
+    // The displays start again at 0 for the second track, which starts at 1000 ms.
     bench.loop.after(1150ms, [&] {
         EXPECT_EQ(bench.form.lblStatus.caption(), "17640 Bytes");
         EXPECT_EQ(bench.form.Label33.caption(), "10%");
@@ -76,7 +76,7 @@ TEST(CaptureMonitor, CapturesBothTracksOfAQueueOfTwo) {
     EXPECT_EQ(bench.state.currentTrack, 2);
     EXPECT_TRUE(bench.commandsOpen());
     EXPECT_TRUE(bench.idle());
-    // The end of the queue clears the displays, but adds the captured files neither to the tree nor
+    // The end of the queue resets the displays, but adds the captured files neither to the tree nor
     // to a list: a later scan of the folder adds them.
     EXPECT_EQ(bench.form.Label3.caption(), "Next action:");
     EXPECT_EQ(bench.form.Label2.caption(), "c:\\wavfiles\\");
@@ -95,14 +95,15 @@ TEST(CaptureMonitor, EndsAQueueOfOneTrackAfterThatTrack) {
     EXPECT_TRUE(bench.commandsOpen());
 }
 
-TEST(CaptureMonitor, ShowsTheSavedFileUntilTheNextTrackStarts) {
+TEST(CaptureMonitor, ShowsTheSavedFileBeforeTheNextTrackStarts) {
     QueueBench bench(2);
     std::string label2;
     std::string label3;
     std::string caption;
-    // The monitor sets Label3, Label2 and the caption, in this order. The start of the next track
-    // then sets them again; only Label2 gets another text ("To: ..."). The texts are read when the
-    // monitor sets Label2, so the caption is still that of the first track.
+    // When the first track is saved, the monitor sets Label3, Label2 and the window's caption, in
+    // this order. The start of the next track then sets all three again, and only Label2 to another
+    // text ("To: ..."). The texts are read when the monitor sets Label2, so the caption is still
+    // that of the first track.
     bench.form.Command2.setVisible(false);
     const Connection connection = bench.form.Label2.changed.connect([&](Property) {
         if (!bench.form.Label2.caption().starts_with("To: ") && label2.empty() &&
@@ -118,7 +119,7 @@ TEST(CaptureMonitor, ShowsTheSavedFileUntilTheNextTrackStarts) {
     EXPECT_EQ(caption, "Extracting Track 1");
 }
 
-TEST(CaptureMonitor, WritesTheCaptionBeforeItShowsTheCancelButton) {
+TEST(CaptureMonitor, SetsTheWindowCaptionForTheNextTrackBeforeItShowsTheCancelButton) {
     QueueBench bench(2);
     std::vector<bool> visible;
     bench.loop.after(500ms, [&] { bench.form.Command2.setVisible(false); });
@@ -242,7 +243,7 @@ TEST(CaptureMonitor, EndsATrackOnlyByAStopIfThePositionQueryFails) {
     EXPECT_TRUE(bench.idle());
 }
 
-TEST(CaptureMonitor, KeepsTheLastCountOfBytesIfTheDeviceReportsNone) {
+TEST(CaptureMonitor, KeepsTheShownNumberOfBytesIfTheReplyIsNoSigned32BitInteger) {
     ExtractionBench bench({1000, 1000});
     bench.media.answer("status capture length", {.reply = "1234"});
     bench.monitor.ShowCaptureLength();

@@ -17,7 +17,7 @@ class TrackLengths {
   public:
     [[nodiscard]] std::int32_t count() const { return static_cast<std::int32_t>(lengths_.size()); }
 
-    /// Sets tracks 1 to `count`, all with length 0; discards the old lengths.
+    /// Discards all lengths. From then on, the tracks 1 to `count` exist, each with length 0.
     void reallocate(std::int32_t count) {
         lengths_.assign(static_cast<std::size_t>(count > 0 ? count : 0), 0);
     }

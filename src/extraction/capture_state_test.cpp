@@ -53,19 +53,20 @@ TEST(StartOfTrack, IsTheSumOfTheLengthsOfTheEarlierTracks) {
         {1, 3, 0},
         {2, 3, 100},
         {3, 3, 300},
-        {4, 3, 600}, // a track that does not exist: the
-                     // sum of all lengths
-        {0, 3, 600}, // also a track that does not exist
-        {3, 2, 300},
-        {3, 0, 0}, // the sum ends at the track count
-        {3, -5, 0},
-        {3, 1.9, 100},
+        // For a track that does not exist, the result is the sum of all lengths.
+        {4, 3, 600},
+        {0, 3, 600},
         {9, 1e300, 600},
         {9, 99, 600},
+        // The sum includes no track whose number is greater than the track count.
+        {3, 2, 300},
+        {3, 0, 0},
+        {3, -5, 0},
+        {3, 1.9, 100},
     };
     for (const StartCase& c : cases) {
         EXPECT_EQ(startOfTrackMs(lengths, c.track, c.count), c.startMs)
-            << "track " << c.track << " of " << c.count;
+            << "track " << c.track << ", track count " << c.count;
     }
 }
 

@@ -47,7 +47,7 @@ TEST(StopEverything, SavesTheCapturedPartAndAddsItToTheTree) {
     EXPECT_EQ(bench.form.Check9.value(), 1);
 }
 
-TEST(StopEverything, SendsNoCommandAndDoesNotYieldIfNoCaptureIsRunning) {
+TEST(StopEverything, SendsNoDeviceCommandAndDoesNotYieldIfNoCaptureIsRunning) {
     QueueBench bench(2);
     bench.captureState.trackEndMs = 9;
     bench.form.tmrWarning.setEnabled(true);
@@ -82,8 +82,8 @@ TEST(StopEverything, KeepsTheLastPercentageVisibleForFiveSeconds) {
 TEST(StopEverything, DuringATickSendsTheEndCommandsTwiceAndAddsTheWavAndAnMp3OfTheSameName) {
     QueueBench bench(3);
     bench.files.addFile("c:\\wavfiles\\12053477-1.mp3", std::string(200, 'm'));
-    // Yields 1 and 2 occur while the capture starts, yield 3 while cmdStart waits for its end,
-    // yield 4 in the first tick.
+    // Yields 1 and 2 occur while the capture starts, yield 3 while cmdStart waits for the end of
+    // the capture, yield 4 in the first tick.
     bench.loop.atYield(4, [&] {
         ASSERT_EQ(bench.media.log.back(), "status cd current track");
         bench.media.log.clear();
@@ -185,7 +185,7 @@ TEST(StopEverything, ListsAFileThatWasNotSavedButAddsNoNode) {
     EXPECT_THAT(bench.boxes.shown, IsEmpty());
 }
 
-TEST(Cancel, StopsTheCaptureUnloadsTheWorkerAndHidesTheCancelButton) {
+TEST(Cancel, StopsTheCaptureAndUnloadsForm6AndHidesTheCancelButton) {
     QueueBench bench(2);
     bench.loop.after(550ms, [&] {
         bench.windows.Form6.load();
@@ -242,7 +242,7 @@ TEST(LowDiskSpace, StopsTheCaptureButNotLaterQueues) {
     EXPECT_EQ(bench.disc.saved.size(), 4U);
 }
 
-TEST(DeviceFailure, EndsTheQueueAndLeavesTheCommandsDisabled) {
+TEST(DeviceFailure, EndsTheQueueAndLeavesTheCommandsOfTheWindowDisabled) {
     QueueBench bench(3);
     bench.form.Disablem();
     bench.form.tmrRecord.setEnabled(true);

@@ -155,6 +155,7 @@ TEST(InspectCD, LimitsATooLargeTrackCountTo9999) {
     bench.media.answer("status cd number of tracks", {.reply = "1e15"});
     bench.inspection.InspectCD();
     EXPECT_EQ(bench.form.lstTracks.listCount(), 9999);
+    // A line shows only the first two digits of a track number.
     EXPECT_EQ(bench.form.lstTracks.list(9998), "Track 99 - ");
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// An object of the class Running counts a procedure as running until the object is destroyed. If
-// the program ends inside the procedure, the stack is unwound, so the destructor runs in that case,
-// too. The count may exceed 1: a procedure that yields may be called again before it returns.
+// An object of the class Running counts a procedure as running until the object is destroyed. The
+// destructor also runs when the fake EventLoop::endProgram of the tests ends the procedure by an
+// exception. The count may exceed 1: a procedure that yields may be called again before it returns.
 #pragma once
 
 namespace sonarith {

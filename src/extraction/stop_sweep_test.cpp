@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests every stop at each yield of a capture or an inspection, between two ticks, and inside each
-// message box.
+// Tests every kind of stop at these moments: at each yield of a capture or an inspection, between
+// two ticks, and inside each message box.
 #include <functional>
 #include <string>
 #include <vector>

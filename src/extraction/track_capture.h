@@ -26,10 +26,13 @@ class TrackCapture {
 
     /// Captures the track that is selected in the tree or, if the group "Available Tracks" or
     /// "Selected Tracks" is selected, all tracks of that group. If another node or none is
-    /// selected, captures the current track. Yields, and returns when the whole queue has ended.
+    /// selected, captures the track ProcessState::currentTrack. A capture of a single track leaves
+    /// the queue unchanged: the tracks of the lines after the queue's current line are captured
+    /// next, but none if the queue has only one line. Yields, and returns when the whole queue has
+    /// ended.
     void cmdStart_Click();
     /// Whether a queue is being processed. Stays true between two tracks of the queue, although the
-    /// drive is then closed.
+    /// commands "close capture" and "close cd" have then been sent.
     [[nodiscard]] bool running() const { return running_ > 0; }
 
     /// Starts the capture of one track. On return the capture is running, or a device has failed
@@ -65,8 +68,9 @@ class TrackCapture {
     int running_ = 0;
 };
 
-/// The number at the start of a capture's file name: `identity` x `fraction` + 1, rounded down. 0
-/// if the identity is not a number or the result does not fit 32 bits.
+/// The number at the start of a capture's file name: `identity` (of the disc) x `fraction` (random,
+/// at least 0 and less than 1) + 1, rounded down. 0 if the identity is not a number or the result
+/// does not fit 32 bits.
 [[nodiscard]] std::int32_t fileNumber(const std::string& identity, float fraction);
 
 } // namespace sonarith

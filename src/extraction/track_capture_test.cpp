@@ -22,7 +22,7 @@ using test::ShownBox;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(StartTrackRecording, DisablesTheWindowsCommandsAndReturnsWhileTheCaptureRuns) {
+TEST(StartTrackRecording2, DisablesTheMainWindowsCommandsAndReturnsWhileTheCaptureRuns) {
     ExtractionBench bench({60000, 30000, 20000});
     bench.insertDisc();
     bench.state.stopRequested = true;
@@ -39,7 +39,7 @@ TEST(StartTrackRecording, DisablesTheWindowsCommandsAndReturnsWhileTheCaptureRun
     EXPECT_EQ(bench.state.currentFile, savedAs(2));
 }
 
-TEST(StartTrackRecording, CapturesMonoForFormatZero) {
+TEST(StartTrackRecording2, CapturesMonoForFormatZero) {
     ExtractionBench bench({60000, 30000});
     bench.insertDisc();
     bench.state.settings.audioFormat = 0;
@@ -65,7 +65,7 @@ std::vector<DeviceFailure> deviceFailures() {
          "Error setting capture recording paramaters",
          {openRecorder, setStereo, "close capture"},
          true},
-        // In the next two cases the window's commands are disabled in spite of the failure and
+        // In the next two cases the main window's commands are disabled in spite of the failure and
         // stay disabled.
         {openDisc, "Error opening cd!", {openRecorder, setStereo, openDisc}, false},
         {"play cd from 60000",
@@ -75,7 +75,7 @@ std::vector<DeviceFailure> deviceFailures() {
     };
 }
 
-TEST(StartTrackRecording, EndsTheQueueWithAMessageIfADeviceFails) {
+TEST(StartTrackRecording2, EndsTheQueueWithAMessageIfADeviceFails) {
     for (const DeviceFailure& failure : deviceFailures()) {
         SCOPED_TRACE(failure.message);
         ExtractionBench bench({60000, 30000, 1000});
@@ -95,7 +95,7 @@ TEST(StartTrackRecording, EndsTheQueueWithAMessageIfADeviceFails) {
     }
 }
 
-TEST(StartTrackRecording, EndsAtTheSetCommandForAnInvalidFormat) {
+TEST(StartTrackRecording2, EndsAtTheSetCommandForAnInvalidFormat) {
     ExtractionBench bench({60000, 30000});
     bench.insertDisc();
     bench.state.settings.audioFormat = 2;
@@ -109,7 +109,7 @@ TEST(StartTrackRecording, EndsAtTheSetCommandForAnInvalidFormat) {
                      endCommands(savedAs(1))));
 }
 
-TEST(StartTrackRecording, IgnoresFailuresOfTheTimeFormatAndRecordCommands) {
+TEST(StartTrackRecording2, IgnoresFailuresOfTheTimeFormatAndRecordCommands) {
     ExtractionBench bench({1000, 60000});
     bench.insertDisc();
     bench.media.answer(setMilliseconds, {.status = 300});
@@ -120,7 +120,7 @@ TEST(StartTrackRecording, IgnoresFailuresOfTheTimeFormatAndRecordCommands) {
     EXPECT_THAT(bench.disc.saved, ElementsAre(test::SavedCapture{savedAs(1), 0}));
 }
 
-TEST(StartTrackRecording, LetsTheMonitorTickWhileAMessageIsOpen) {
+TEST(StartTrackRecording2, LetsTheMonitorTickWhileAMessageIsOpen) {
     for (const DeviceFailure& failure : deviceFailures()) {
         SCOPED_TRACE(failure.message);
         ExtractionBench bench({60000, 30000});
@@ -145,7 +145,7 @@ struct NoTrack {
     std::string count;
 };
 
-TEST(StartTrackRecording, SendsNothingForATrackThatDoesNotExist) {
+TEST(StartTrackRecording2, SendsNothingForATrackThatDoesNotExist) {
     for (const NoTrack& c : {NoTrack{0, "2"}, NoTrack{3, "2"}, NoTrack{-1, "2"}, NoTrack{5, ""}}) {
         ExtractionBench bench({60000, 30000});
         bench.insertDisc();
@@ -159,7 +159,7 @@ TEST(StartTrackRecording, SendsNothingForATrackThatDoesNotExist) {
     }
 }
 
-TEST(StartTrackRecording, SendsNothingForATrackThatEndsBeforeOneMillisecond) {
+TEST(StartTrackRecording2, SendsNothingForATrackThatEndsBeforeOneMillisecond) {
     ExtractionBench bench({60000, 30000});
     bench.insertDisc();
     bench.captureState.trackLengthMs.set(1, -5).passOver();
@@ -168,7 +168,7 @@ TEST(StartTrackRecording, SendsNothingForATrackThatEndsBeforeOneMillisecond) {
     EXPECT_THAT(bench.media.log, IsEmpty());
 }
 
-TEST(StartTrackRecording, SendsNothingForATrackWhoseEndIsBeyond32Bits) {
+TEST(StartTrackRecording2, SendsNothingForATrackWhoseEndIsBeyond32Bits) {
     ExtractionBench bench({60000, 30000});
     bench.insertDisc();
     bench.captureState.trackLengthMs.set(1, INT32_MAX).passOver();
@@ -177,7 +177,7 @@ TEST(StartTrackRecording, SendsNothingForATrackWhoseEndIsBeyond32Bits) {
     EXPECT_THAT(bench.media.log, IsEmpty());
 }
 
-TEST(StartTrackRecording, CalculatesThePositionsAfterItsYield) {
+TEST(StartTrackRecording2, CalculatesThePositionsAfterItsYield) {
     ExtractionBench bench({60000, 30000});
     bench.insertDisc();
     bench.loop.atYield(1, [&] { bench.captureState.trackLengthMs.set(1, 500).passOver(); });
@@ -186,7 +186,7 @@ TEST(StartTrackRecording, CalculatesThePositionsAfterItsYield) {
     EXPECT_EQ(bench.captureState.trackEndMs, 30500);
 }
 
-TEST(StartTrackRecording, StartsAtZeroIfLengthsAreKnownButTheTrackCountIsNot) {
+TEST(StartTrackRecording2, StartsAtZeroIfLengthsAreKnownButTheTrackCountIsNot) {
     // A refresh that cannot open the disc device leaves this state: it clears the label with the
     // track count and keeps the lengths.
     ExtractionBench bench({60000, 30000});
@@ -199,7 +199,7 @@ TEST(StartTrackRecording, StartsAtZeroIfLengthsAreKnownButTheTrackCountIsNot) {
 
 // --- the file name -------------------------------------------------------------------------
 
-TEST(FileNumber, IsTheProductOfIdentityAndFractionPlusOneRoundedDown) {
+TEST(FileNumber, IsOneMoreThanTheProductOfIdentityAndFractionRoundedDown) {
     EXPECT_EQ(fileNumber("48213906", 0.25F), 12053477);
     EXPECT_EQ(fileNumber("48213906", 0.0F), 1);
     EXPECT_EQ(fileNumber("3", 0.5F), 2);

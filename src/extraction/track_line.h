@@ -12,7 +12,8 @@
 namespace sonarith {
 
 /// The line of track `number`. The number is right-aligned in two characters; of a longer number,
-/// only the first two digits are written. `length` is the text from the device.
+/// only the first two digits are written. `length` is the track's playing time as the device
+/// returns it ("00:03:05").
 [[nodiscard]] std::string trackLine(std::int32_t number, std::string_view length);
 
 /// The track number in a line: the number with which the characters 6 to 8 (counted from 1) begin,

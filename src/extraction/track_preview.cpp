@@ -24,7 +24,7 @@ void TrackPreview::Command11_Click() {
         startOfTrackMs(capture_.trackLengthMs, process_.currentTrack, trackCount);
     platform_.media.sendString("open cdaudio alias cd");
     platform_.media.sendString("set cd time format milliseconds");
-    // For position 0, " from 0" is sent, too; a capture then sends "play cd" without a position.
+    // Sends " from 0" even for position 0, for which a capture sends only "play cd".
     platform_.media.sendString("play cd from " + std::to_string(start));
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Handles the two buttons of the CD bar: they play and stop the current track. This class captures
-// nothing.
+// Handles the two buttons of the CD bar: one plays the disc from the current track on, the other
+// stops it. This class captures nothing.
 #pragma once
 
 #include "extraction/capture_state.h"
@@ -18,10 +18,11 @@ class TrackPreview {
     TrackPreview(const TrackPreview&) = delete;
     TrackPreview& operator=(const TrackPreview&) = delete;
 
-    /// Plays the disc from the start of currentTrack; the device stays open.
+    /// Opens the CD device and plays the disc from the start of ProcessState::currentTrack. Does
+    /// not close the device.
     void Command11_Click();
-    /// Stops and closes recorder and disc. A running capture is not saved and is lost. Its
-    /// CaptureMonitor continues until the monitor is stopped, for example by Cancel.
+    /// Stops and closes the recorder and the CD device. A running capture is not saved and is lost.
+    /// Its CaptureMonitor continues until the monitor is stopped, for example by Cancel.
     void Command12_Click();
 
   private:

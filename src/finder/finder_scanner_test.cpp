@@ -64,8 +64,8 @@ TEST_F(FinderScannerTest, ASecondSearchOnlyStopsTheRunningSearch) {
     EXPECT_TRUE(scanner.setFolder("c:\\Music").ok());
     loop.atYield(1, [this] { scanner.search("mp3"); });
     scanner.search("wav");
-    // After the stop the current folder is scanned to its end, but for the type that the box now
-    // contains: "mp3" without a dot, which matches no file.
+    // After the stop, the rest of the current folder is searched for the file type that zFileExt
+    // now contains: "mp3" without a dot, which matches no file.
     EXPECT_EQ(finder.Command1.caption(), "Search !");
     EXPECT_THAT(lines(scanner.lstfiles()), IsEmpty());
     EXPECT_THAT(disk.listed, ElementsAre("c:\\Music\\*.*"));
@@ -79,7 +79,7 @@ TEST_F(FinderScannerTest, TheTreeIsBuiltFromTheFoundFiles) {
     EXPECT_THAT(lines(form.List2), ElementsAre("c:\\music\\b.mp3"));
 }
 
-TEST_F(FinderScannerTest, ARefreshAtAnyYieldOfARefreshFinishes) {
+TEST_F(FinderScannerTest, ARefreshOfTheTreeAtAnyYieldOfAnotherRefreshLeavesNoSearchRunning) {
     process.settings.decodePath = "c:\\Music";
     tree.showfiles();
     const int yields = loop.yieldCount();

@@ -76,6 +76,8 @@ TEST_F(FoundFilesTest, AWavOfLessThan100BytesIsAddedOnlyToTheMp3List) {
     fillResults({"c:\\m\\a.wav"});
     select(0);
     finder.mnuSeelectfile.click();
+    // Cmaddfile2() ignores so short a file. After that, showfiles3() deliberately adds a WAV file
+    // to the list of MP3 files.
     EXPECT_THAT(lines(form.List1), IsEmpty());
     EXPECT_THAT(lines(form.List2), ElementsAre("c:\\m\\a.wav"));
 }
@@ -134,7 +136,7 @@ TEST_F(FoundFilesTest, ADeletionThatFailsStillRemovesTheLine) {
     const auto begin = loop.now();
     finder.mnuDelete.click();
     // At its end, the handler of mnuDelete calls showfiles3(), which passes an entry's number
-    // instead of a path to Cmaddfile2(), so that Cmaddfile2() only waits 300 ms.
+    // instead of a path to Cmaddfile2(), so that Cmaddfile2() waits 300 ms and then adds nothing.
     EXPECT_GE(loop.now() - begin, std::chrono::milliseconds(300));
     EXPECT_TRUE(files.fileExists("c:\\a.wav"));
     EXPECT_THAT(lines(finder.lstfiles), IsEmpty());
@@ -155,7 +157,7 @@ TEST_F(FoundFilesTest, ClosingTheWindowDuringTheQuestionDeletesNothing) {
     EXPECT_THAT(lines(finder.lstfiles), IsEmpty());
 }
 
-TEST_F(FoundFilesTest, DeletesTheFileThatIsSelectedWhenTheUserConfirms) {
+TEST_F(FoundFilesTest, IfTheSelectionChangesDuringTheQuestionTheNewlySelectedFileIsDeleted) {
     files.addFile("c:\\a.wav");
     files.addFile("c:\\b.wav");
     fillResults({"c:\\a.wav", "c:\\b.wav"});

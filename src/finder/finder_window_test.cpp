@@ -21,7 +21,7 @@ class FinderWindowTest : public testing::Test, protected test::FinderWorld {};
 
 // --- the button -----------------------------------------------------------------------------
 
-TEST_F(FinderWindowTest, AClickStartsASearchAndClearsThePreviousResult) {
+TEST_F(FinderWindowTest, AClickOnTheSearchButtonStartsASearchAndClearsThePreviousResult) {
     disk.addFolder("c:\\m");
     finder.lstfiles.addItem("old");
     finder.lstdirs.addItem("old");
@@ -41,7 +41,7 @@ TEST_F(FinderWindowTest, AClickStartsASearchAndClearsThePreviousResult) {
     EXPECT_TRUE(seen);
 }
 
-TEST_F(FinderWindowTest, TheButtonIsDisabledWhileItsCaptionChangesToStop) {
+TEST_F(FinderWindowTest, TheSearchButtonIsDisabledWhileItsCaptionChangesToStop) {
     disk.addFolder("c:\\m");
     std::vector<std::string> states;
     const Connection watch = finder.Command1.changed.connect([&](Property) {
@@ -69,7 +69,7 @@ TEST_F(FinderWindowTest, ASearchHidesTwoListsUntilItsEndIfHideListsIsTicked) {
     EXPECT_TRUE(finder.lstfiles.visible());
 }
 
-TEST_F(FinderWindowTest, AClickWithAnUnknownCaptionDoesNothing) {
+TEST_F(FinderWindowTest, AClickOnTheSearchButtonDoesNothingIfItsCaptionIsUnknown) {
     disk.addFolder("c:\\m");
     finder.Command1.setCaption("Search");
     finder.lstfiles.addItem("kept");
@@ -78,7 +78,7 @@ TEST_F(FinderWindowTest, AClickWithAnUnknownCaptionDoesNothing) {
     EXPECT_THAT(lines(finder.lstfiles), ElementsAre("kept"));
 }
 
-TEST_F(FinderWindowTest, ContinueStartsASearchWithoutClearingTheResult) {
+TEST_F(FinderWindowTest, WithTheCaptionContinueTheButtonStartsASearchAndKeepsTheResult) {
     disk.addFolder("c:\\m");
     EXPECT_TRUE(finder.Dir1.setPath("c:\\m").ok());
     finder.List1.addItem("kept");
@@ -106,7 +106,7 @@ TEST_F(FinderWindowTest, TheExtensionIsAlwaysShownInLowerCase) {
     EXPECT_EQ(finder.zFileExt.text(), ".mp3");
 }
 
-TEST_F(FinderWindowTest, APathOf190CharactersIsShownWithoutTheSearchingPrefix) {
+TEST_F(FinderWindowTest, OmitsThePrefixSearchingIfTheCaptionWouldExceed200Characters) {
     const std::string folder = "c:\\" + std::string(186, 'm');
     const std::string shown = folder + "\\";
     ASSERT_THAT(shown, SizeIs(190));
@@ -170,7 +170,7 @@ TEST_F(FinderWindowTest, DriveAndFolderUpdateEachOtherOnlyOnce) {
     EXPECT_THAT(moves, ElementsAre("C:\\MUSIC", "c:"));
 }
 
-TEST_F(FinderWindowTest, ADriveThatCannotBeEnteredChangesNeitherDriveNorFolder) {
+TEST_F(FinderWindowTest, ChoosingADriveThatCannotBeEnteredChangesNeitherDriveNorFolder) {
     disk.addFolder("c:\\music");
     disk.addFolder("d:\\albums");
     disk.removeFolder("d:\\");
@@ -217,7 +217,7 @@ TEST_F(FinderWindowTest, LoadsAtTheCentreOfTheScreen) {
     EXPECT_EQ(windows.frmsearch.top(), (shell.height - 4000_twips) / 2);
 }
 
-TEST_F(FinderWindowTest, TheCloseButtonAndTheCloseEntryUnloadTheWindow) {
+TEST_F(FinderWindowTest, TheCloseButtonAndTheCloseMenuEntryUnloadTheWindow) {
     windows.frmsearch.show();
     finder.cmdend.click();
     EXPECT_FALSE(windows.frmsearch.loaded());
@@ -244,7 +244,7 @@ TEST_F(FinderWindowTest, IsResetWhenItIsClosedAndOpenedAgain) {
     EXPECT_THAT(lines(finder.List1), IsEmpty());
 }
 
-TEST_F(FinderWindowTest, RemovesDuplicateFoldersAndKeepsTheFirst) {
+TEST_F(FinderWindowTest, RemoveDuplicateDirsKeepsOnlyTheFirstOfEqualLines) {
     for (const char* folder : {"a", "b", "a", "a", "A", "b", "a"}) {
         finder.List1.addItem(folder);
     }

@@ -156,9 +156,10 @@ void SearchEngine::takeFirstEntry(const std::string& path, const FindRecord& ent
 
 void SearchEngine::takeFile(const std::string& path, const std::string& name, std::string& ext) {
     const std::string full = path + name;
-    // Deliberate: the extension starts at the first dot of the whole path, not of the name. If a
-    // folder's name has a dot, or the file's name has two, the extension matches no search. If
-    // there is no dot, the extension of the previous entry is kept.
+    // Deliberate: the extension starts at the first dot of the whole path, not at the last dot of
+    // the name. So a search for ".mp3" finds neither "a.b.mp3", whose extension is ".b.mp3", nor
+    // any file in a folder whose name has a dot. If there is no dot, the extension of the previous
+    // entry is kept.
     if (const auto dot = full.find('.'); dot != std::string::npos) {
         ext = full.substr(dot);
     }

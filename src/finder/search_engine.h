@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Lists the files of a type in a chosen folder and the folders below it. The walk is not recursive:
-// a list box (lstdirs) contains the folders still to scan, and a loop scans them one at a time. The
-// engine shows no message and ignores failed steps.
+// Lists the files of one type in a chosen folder and in the folders below it. The walk is not
+// recursive: a list box (lstdirs) contains the folders still to scan, and a loop scans them one at
+// a time. The engine shows no message and ignores failed steps.
 #pragma once
 
 #include <string>

@@ -18,9 +18,9 @@ class SearchEngineTest : public testing::Test, protected test::FinderWorld {
     std::vector<std::string> found() { return lines(finder.lstfiles); }
 };
 
-// --- the first entry ------------------------------------------------------------------------
+// --- the first entry of a folder -------------------------------------------------------------
 
-TEST_F(SearchEngineTest, TheFirstEntryIsMatchedByItsExtensionAloneIfItIsAFile) {
+TEST_F(SearchEngineTest, TheFirstEntryOfAFolderIsMatchedByItsExtensionAloneIfItIsAFile) {
     disk.withoutDots("c:\\");
     disk.addFile("c:\\First.WAV");
     disk.addFile("c:\\second.wav");
@@ -32,7 +32,7 @@ TEST_F(SearchEngineTest, TheFirstEntryIsMatchedByItsExtensionAloneIfItIsAFile) {
     EXPECT_THAT(found(), IsEmpty());
 }
 
-TEST_F(SearchEngineTest, TheFirstEntryIsScannedButNotCountedIfItIsAFolder) {
+TEST_F(SearchEngineTest, TheFirstEntryOfAFolderIsScannedButNotCountedIfItIsAFolder) {
     disk.withoutDots("c:\\");
     disk.addFile("c:\\first\\a.wav");
     disk.addFile("c:\\second\\b.wav");
@@ -41,7 +41,7 @@ TEST_F(SearchEngineTest, TheFirstEntryIsScannedButNotCountedIfItIsAFolder) {
     EXPECT_EQ(finder.Label1.caption(), "Directories: 1   Files:  2");
 }
 
-TEST_F(SearchEngineTest, AFirstFileWithoutADotInheritsAnExtensionFromAnotherFolder) {
+TEST_F(SearchEngineTest, AFirstEntryWithoutADotIsMatchedByTheExtensionOfThePreviousFile) {
     disk.withoutDots("c:\\music\\x");
     disk.addFile("c:\\music\\a.wav");
     disk.addFile("c:\\music\\x\\first");
@@ -169,7 +169,7 @@ TEST_F(SearchEngineTest, TheScanOfAFolderTrimsTheCallersPathAndAddsABackslash) {
     EXPECT_EQ(path, "\\");
 }
 
-TEST_F(SearchEngineTest, TheScanThatNothingCallsListsEveryFileAndCountsFolders) {
+TEST_F(SearchEngineTest, FindfilesdirListsEveryFileAndCountsFolders) {
     disk.addFile("c:\\M\\A.txt");
     disk.addFolder("c:\\M\\X", file_attribute::hidden);
     disk.addFile("c:\\M\\my.b.c", file_attribute::system);
@@ -186,7 +186,7 @@ TEST_F(SearchEngineTest, TheScanThatNothingCallsListsEveryFileAndCountsFolders) 
     EXPECT_EQ(loop.yieldCount(), 5); // ".", "..", and three entries
 }
 
-TEST_F(SearchEngineTest, TheScanThatNothingCallsSkipsDevicesAndMissingFolders) {
+TEST_F(SearchEngineTest, FindfilesdirSkipsDevicesAndMissingFolders) {
     constexpr std::uint32_t device = 64;
     disk.addFile("c:\\m\\printer", device);
     const auto walk = disk.startWalk();
@@ -272,7 +272,7 @@ struct Times {
 
 class SearchTimeTest : public testing::TestWithParam<Times>, protected test::FinderWorld {};
 
-TEST_P(SearchTimeTest, IsShownInSecondsWithSevenDigits) {
+TEST_P(SearchTimeTest, IsShownInSecondsWithAtMostSevenSignificantDigits) {
     disk.addFolder("c:\\m");
     loop.setSecondsSinceMidnight(GetParam().startSeconds);
     loop.atYield(1, [this] { loop.setSecondsSinceMidnight(GetParam().endSeconds); });

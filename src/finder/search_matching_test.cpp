@@ -87,7 +87,8 @@ TEST_F(SearchMatchingTest, AnEmptyTypeBecomesALoneDotAndFindsNamesThatEndInADot)
 }
 
 TEST_F(SearchMatchingTest, AcceptsEveryFileWhileTheTypeIsStarDotStar) {
-    // Code must set the type during the search: the start of a search changes "*.*" to ".*.*".
+    // The type can be "*.*" only if code sets it during the search: the start of a search changes
+    // "*.*" to ".*.*".
     disk.addFile("c:\\music\\a.txt");
     disk.addFile("c:\\music\\b.c.d");
     loop.atYield(1, [this] { finder.zFileExt.setText("*.*"); });
@@ -95,7 +96,7 @@ TEST_F(SearchMatchingTest, AcceptsEveryFileWhileTheTypeIsStarDotStar) {
     EXPECT_THAT(found(), ElementsAre("c:\\music\\a.txt", "c:\\music\\b.c.d"));
 }
 
-TEST_F(SearchMatchingTest, MatchesAWholeNameInAnyCase) {
+TEST_F(SearchMatchingTest, TheNameOfASearchMatchesOnlyAWholeFileNameInAnyCase) {
     disk.addFile("c:\\music\\track10.wav");
     disk.addFile("c:\\music\\Track1.WAV");
     disk.addFile("c:\\music\\track1.mp3");

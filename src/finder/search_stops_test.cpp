@@ -19,14 +19,15 @@ using testing::IsEmpty;
 using testing::IsSupersetOf;
 using testing::SizeIs;
 
-/// The step after a yield: the next entry of a folder, or the folder's end.
+/// The step that a search takes after a yield: the next entry of a folder, or the folder's end. The
+/// entry ".." and the end have neither a file nor isFolder.
 struct Step {
     int folder; ///< the number of the folder in the walk
     std::string file = {};
     bool isFolder = false;
 };
 
-/// A tree of five folders, and the expected yields of a search in it.
+/// A tree of five folders, and the expected step after each yield of a search in it.
 class SearchStopsTest : public testing::Test {
   protected:
     static std::unique_ptr<test::FinderWorld> makeWorld() {

@@ -59,7 +59,7 @@ TEST_F(SharedListsTest, TheWindowOpensWithTheResultOfTheScan) {
     expectTreeOfDestination();
 }
 
-TEST_F(SharedListsTest, AScanReplacesTheResultOfAnOpenWindow) {
+TEST_F(SharedListsTest, AScanReplacesTheUsersResultInTheOpenWindow) {
     windows.frmsearch.show();
     search("c:\\Other", ".wav");
     tree.showfiles();
@@ -106,13 +106,13 @@ TEST_F(SharedListsTest, ClosingTheWindowAtAnyYieldOfAScanLosesTheRestOfTheScansR
         world.expectIdle();
         const bool inFirstSearch = n <= yields / 2;
         EXPECT_EQ(world.lines(world.form.List1).empty(), inFirstSearch);
-        // Empty for each n: either the close ended the second search, or the close came before that
-        // search, which then used the folder of a new window.
+        // List2 is empty for each n: either the close ended the second search, or the close came
+        // before the second search, which then used the folder of a new window.
         EXPECT_THAT(world.lines(world.form.List2), IsEmpty());
     }
 }
 
-TEST_F(SharedListsTest, TheStopButtonDuringAScanKeepsTheFoundFiles) {
+TEST_F(SharedListsTest, TheStopButtonEndsOnlyTheRunningSearchOfAScanAndKeepsItsFoundFiles) {
     windows.frmsearch.show();
     disk.addFile("c:\\Music\\sub\\c.wav");
     // At this yield a.wav has been found, and b.mp3 is next.
@@ -135,8 +135,9 @@ TEST_F(SharedListsTest, AScanInsideASearchStopsTheSearchAndReplacesItsResult) {
         EXPECT_THAT(lines(form.List2), ElementsAre("c:\\music\\b.mp3"));
     });
     search("c:\\Other", ".wav");
-    // The type box now contains the scan's type, so p.mp3 is found. After the stop,
-    // no folder is added to the search, so the folder sub is not searched.
+    // The user's search still finishes its current folder. The type box now contains ".mp3", the
+    // last type of the scan, so this search finds p.mp3. After the stop, no folder is added to this
+    // search, so the folder sub is not searched.
     EXPECT_THAT(lines(finder.lstfiles), ElementsAre("c:\\music\\b.mp3", "c:\\other\\p.mp3"));
     expectIdle();
 }

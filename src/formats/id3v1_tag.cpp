@@ -47,8 +47,9 @@ void put(const std::string& bytes, const Field& field, std::array<std::byte, tag
                    [](char c) { return static_cast<std::byte>(c); });
 }
 
-/// Finds the mark in either case. Compares bytes, because a conversion of UTF-8 characters to lower
-/// case may change their length, and so the position of the mark.
+/// Finds searchedMark; each of its letters may be in upper or lower case. Compares bytes, because a
+/// conversion of UTF-8 characters to lower case may change their length, and so the position of the
+/// mark.
 std::string_view::const_iterator findMark(std::string_view bytes) {
     return std::search(
         bytes.begin(), bytes.end(), searchedMark.begin(), searchedMark.end(),

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Parses and creates the ID3v1 tag, the last 128 bytes of an MP3 file. Deliberate: reading is not
 // the inverse of writing, because only 29 of the comment's 30 bytes are read as the comment, and a
-// genre with code 32 is not read. The texts of a tag are in the code page of windows_1252.h.
+// genre with code 32 (a blank) is not read. The texts of a tag are in the code page of
+// windows_1252.h.
 #pragma once
 
 #include <array>
@@ -22,7 +23,7 @@ inline constexpr std::size_t tagSearchLength = 256;
 /// in upper or lower case, even if those letters belong to the audio data. If no tag is found, the
 /// texts are empty and the genre is 255. Blanks at the end of a field are removed, other padding is
 /// not. If the genre has code 32 or is beyond the end of the file, `info.Genre` is left unchanged:
-/// in a record that was used before, it is the previous file's genre.
+/// if `info` was used for another file before, it keeps the genre of that file.
 void readId3v1Tag(std::string_view lastBytes, Mp3Info& info);
 
 /// The fields of a tag, in the order of the file.

@@ -49,7 +49,8 @@ TEST(ReadId3v1Tag, ReadsTheFieldsOfATagAtTheEnd) {
     EXPECT_EQ(info.TagMark, "");
 }
 
-TEST(ReadId3v1Tag, AcceptsTheMarkTagInUpperLowerAndMixedCase) {
+// The mark is the three letters "TAG" with which a tag begins.
+TEST(ReadId3v1Tag, AcceptsTheMarkInUpperLowerAndMixedCase) {
     for (const char* mark : {"tag", "Tag", "tAG", "TAG"}) {
         std::string tag = tagOf("Title");
         tag.replace(0, 3, mark);
@@ -110,7 +111,7 @@ TEST(ReadId3v1Tag, FindsACompleteMarkAtAnyPosition) {
     }
 }
 
-TEST(ReadId3v1Tag, AnEarlierMarkIsUsedInsteadOfTheRealTag) {
+TEST(ReadId3v1Tag, ReadsFromTheFirstMarkEvenIfTheRealTagBeginsLater) {
     std::string bytes = withTagAt(129, tagOf("Title", "Artist"));
     bytes.replace(99, 3, "tag");
     bytes[226] = 42;
@@ -149,7 +150,7 @@ TEST(ReadId3v1Tag, TheGenreIsTheValueOfItsByteUnlessTheByteIsABlank) {
     }
 }
 
-TEST(ReadId3v1Tag, SearchesBytesForTheMarkAndConvertsTheFieldsFromWindows1252) {
+TEST(ReadId3v1Tag, FindsTheMarkInTheUnconvertedBytesAndConvertsTheFieldsFromWindows1252) {
     // The bytes before the tag are UTF-8 characters that are shorter in lower case, so a conversion
     // to lower case would change the position of the tag.
     std::string bytes = withTagAt(129, tagOf("Title", "A"));

@@ -95,7 +95,7 @@ TEST_F(Mp3AnalysisTest, MistakesSyncBytesInALeadingTagForAFrame) {
     EXPECT_EQ(info.CRC, "yes");
 }
 
-TEST_F(Mp3AnalysisTest, CountsBytesBeyondTheEndOfAShortFileAsZeros) {
+TEST_F(Mp3AnalysisTest, TreatsBytesBeyondTheEndOfAShortFileAsZeros) {
     // If FF is the file's last byte, the next byte counts as zero, which is no second sync byte, so
     // no frame is found.
     EXPECT_EQ(digitsOf(Mp3Bytes(300).at(300, "\xff").content), "");
@@ -123,13 +123,15 @@ TEST_F(Mp3AnalysisTest, ConvertsBytes3And4OfTheFrameToDigits) {
 // --- files without a frame -------------------------------------------------------------------
 
 TEST_F(Mp3AnalysisTest, ReturnsTheDigitsOfTheFirstThreeBytesOfAFileWithoutAFrame) {
+    // The digits have no leading zeros; three zero bytes have no digits.
     EXPECT_EQ(digitsOf(Mp3Bytes(6000).at(1, "ID3").content), "10010010100010000110011");
     EXPECT_EQ(digitsOf(Mp3Bytes(6000).content), "");
 }
 
 TEST_F(Mp3AnalysisTest, ReturnsMeaninglessValuesForAFileThatIsNoMp3) {
-    // 24 digits: 11 without a meaning, version "11", layer "10", protection "1", rate "1001",
-    // sampling "00", padding "1", private "0". Mode, flags and emphasis are missing.
+    // The three bytes have 24 digits: 11 without a meaning, version "11", layer "10", protection
+    // "1", bit rate "1001", sampling rate "00", padding "1", private "0". The digits of the fourth
+    // header byte (mode, flags and emphasis) are missing.
     Mp3Bytes bytes(4000);
     bytes.at(1, "\x80\x1d\x92");
     EXPECT_TRUE(analyse(bytes).ok());
@@ -167,7 +169,7 @@ TEST_F(Mp3AnalysisTest, ReadsTheFrameCountAtItsOffsetFromTheFrame) {
     EXPECT_EQ(info.Duration, 156);
 }
 
-TEST_F(Mp3AnalysisTest, ReadsTheFrameCountOfAFrameAtTheLastPosition) {
+TEST_F(Mp3AnalysisTest, ReadsTheFrameCountOfAFrameThatStartsAtByte5000) {
     EXPECT_TRUE(analyse(Mp3Bytes(5047).header(5000, commonHeader).variableRate(5000, 0x1234)).ok());
     EXPECT_EQ(info.Frames, 0x1234);
 }

@@ -29,7 +29,7 @@ TEST(BytesToBits, SetsElements1To4OfItsArgumentToZero) {
     EXPECT_EQ(BytesToBits(bytes), "");
 }
 
-TEST(BitsToLong, AddsThePowersOfTwo) {
+TEST(BitsToLong, ReturnsTheValueOfBinaryDigits) {
     EXPECT_EQ(BitsToLong("").value(), 0);
     EXPECT_EQ(BitsToLong("0").value(), 0);
     EXPECT_EQ(BitsToLong("1").value(), 1);

@@ -48,9 +48,9 @@ constexpr std::array<BitRates, 4> bitRates = {{
     {255, {0, 32, 48, 56, 64, 80, 96, 112, 128, 144, 160, 176, 192, 224, 256}},
 }};
 
-/// Indexed by the layer: a frame has coefficient x bit rate / sampling rate slots; 0 for the
-/// reserved layer. A slot is one byte; in Layer I it is four bytes, but averageBitRate() always
-/// assumes one.
+/// Indexed by the layer; 0 for the reserved layer. The number of slots in a frame is coefficient x
+/// bit rate / sampling rate. A slot is one byte; in Layer I it is four bytes, but averageBitRate()
+/// always assumes one.
 constexpr std::array<int, 4> coefficients = {0, 12, 144, 144};
 
 Error outOfRange() {
@@ -61,7 +61,8 @@ Error byZero() {
     return {ErrorNumber::divisionByZero, "Division by zero"};
 }
 
-/// The value of `count` digits (at most 4) from position `first`, which counts from 1.
+/// The value of `count` binary digits (at most 4) from position `first` on. The first of `digits`
+/// has position 1.
 std::size_t group(std::string_view digits, std::size_t first, std::size_t count) {
     const std::string_view part =
         first > digits.size() ? std::string_view() : digits.substr(first - 1, count);

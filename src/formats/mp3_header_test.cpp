@@ -12,7 +12,7 @@
 namespace sonarith {
 namespace {
 
-constexpr std::int64_t fourMillion = 4'000'000;
+constexpr std::int64_t fourMillion = 4'000'000; ///< length of a file in bytes
 
 /// The binary digits of the four bytes of `header`.
 std::string digitsOf(std::uint32_t header) {
@@ -22,7 +22,8 @@ std::string digitsOf(std::uint32_t header) {
     return BytesToBits(bytes);
 }
 
-/// Values that no header stores, to detect which fields were stored.
+/// An Mp3Info with values that decodeMp3Header() never stores, so that a test can detect which
+/// fields were stored.
 Mp3Info untouched() {
     Mp3Info info;
     info.Bitrate = -1;
@@ -152,7 +153,7 @@ TEST(Mp3Header, DecodesOrRejectsEachOfThe131072HeadersOfMpeg1Layer3) {
 
 // --- other versions and layers ---------------------------------------------------------------
 
-TEST(Mp3Header, StoresNothingAndReportsNoErrorForEveryVersionButMpeg1) {
+TEST(Mp3Header, ForVersionsOtherThanMpeg1StoresNothingAndReportsNoError) {
     for (const std::uint32_t header : {0xFFF39000U, 0xFFE39000U, 0xFFEB9000U}) {
         for (const Mp3Info& start : {untouched(), variable(6000)}) {
             Mp3Info info = start;
@@ -271,6 +272,7 @@ TEST(Mp3Header, TreatsMissingDigitsOfAShortTextAsZeros) {
     EXPECT_EQ(info.Padding, "no");
     EXPECT_EQ(info.CRC, "no");
     info = untouched();
+    // As zeros, digits 12 and 13 mean version 2.5, of which no field is stored.
     EXPECT_TRUE(decodeMp3Header("", fourMillion, info).ok());
     expectUntouched(info);
 }

@@ -15,14 +15,15 @@ struct Mp3Info {
     std::int32_t Frequency = 0; ///< Hz
     std::string Mode;
     std::string Emphasis;
-    std::int16_t MpegVersion = 0; ///< 1 (headers of other versions are not stored); 0 before
-    std::int16_t MpegLayer = 0;   ///< 1 to 3; 0 before a header is stored
-    std::string Padding;          ///< "yes" or "no"
-    std::string CRC;              ///< "yes" or "no"
-    std::int32_t Duration = 0;    ///< whole seconds
-    std::string CopyRight;        ///< "yes" or "no"
-    std::string Original;         ///< "yes" or "no"
-    std::string Private;          ///< "yes" or "no"
+    /// 0 before a header is stored, then 1: headers of other versions are not stored.
+    std::int16_t MpegVersion = 0;
+    std::int16_t MpegLayer = 0; ///< 1 to 3; 0 before a header is stored
+    std::string Padding;        ///< "yes" or "no"
+    std::string CRC;            ///< "yes" or "no"
+    std::int32_t Duration = 0;  ///< whole seconds
+    std::string CopyRight;      ///< "yes" or "no"
+    std::string Original;       ///< "yes" or "no"
+    std::string Private;        ///< "yes" or "no"
 
     // Fields of the tag. Texts are UTF-8 and include the NULs of the file.
     bool HasTag = false;
@@ -33,7 +34,7 @@ struct Mp3Info {
     std::string Year;
     std::string Comment;    ///< the first 29 characters
     std::int16_t Genre = 0; ///< 0 to 255; 255 also for a file without a tag
-    std::string Track;      ///< the comment's last character; nothing uses it
+    std::string Track;      ///< the 30th character of the tag's comment; nothing uses it
 
     // Fields of the additional header that marks a file of variable bit rate; stored as soon as
     // they are read. A file without this header sets only IsVbr, to false.

@@ -37,7 +37,8 @@ class Form1 : public Form {
     /// during the action.
     void Disablem();
     void Enablem();
-    /// Resets the displays to idle.
+    /// Resets the caption of the window and the texts and progress of the activity and status bars
+    /// to their idle state.
     void ClearActivity();
 
     /// The picture for the window's shape; null if there is none, which is the designed state.
@@ -85,14 +86,14 @@ class Form1 : public Form {
 
     // Controls that are never visible: the lists contain the data of the tree; code clicks the
     // buttons to call their handlers.
-    ListBox lstTracks{*this, "lstTracks"}; ///< tracks not chosen
+    ListBox lstTracks{*this, "lstTracks"}; ///< available tracks
     ListBox lstRecord{
         *this, "lstRecord"}; ///< queue of tracks to extract; ListIndex is the line being extracted
-    ListBox List1{*this, "List1"}; ///< WAV paths
-    ListBox List2{*this, "List2"}; ///< MP3 paths
+    ListBox List1{*this, "List1"}; ///< paths of available WAV files
+    ListBox List2{*this, "List2"}; ///< paths of available MP3 files
     ListBox List3{*this, "List3"}; ///< not used
-    ListBox List4{*this, "List4"}; ///< selected MP3 paths
-    ListBox List5{*this, "List5"}; ///< selected WAV paths
+    ListBox List4{*this, "List4"}; ///< paths of selected MP3 files
+    ListBox List5{*this, "List5"}; ///< paths of selected WAV files
     ListBox List7{*this,
                   "List7"}; ///< scratch list; its content has no meaning between two operations
     CheckBox Check9{*this, "Check9"}; ///< 1: the next tick of tmrRecord ends the track
@@ -101,10 +102,10 @@ class Form1 : public Form {
     CommandButton Command8{*this, "Command8",
                            "Cancel"}; ///< stops the current action, keeps its results
 
-    Timer Timer1;     ///< resets the displays to idle and disables itself
+    Timer Timer1;     ///< calls ClearActivity() and disables itself
     Timer tmrRecord;  ///< capture monitor; its enabled state marks a capture in progress
     Timer tmrWarning; ///< disk space guard
-    Timer Timeravi;   ///< activity clip; nothing starts it
+    Timer Timeravi;   ///< for the activity clip; nothing enables this timer
 
     MenuItem mnuOpenfile{*this, "mnuOpenfile", "Open"};
     MenuItem mnuExit{*this, "mnuExit", "Exit"};

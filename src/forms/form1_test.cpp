@@ -19,6 +19,7 @@ struct Form1Test : testing::Test, test::FakeMachine {
     ProcessState process;
     Windows windows{platform, process};
     Form1& form = windows.Form1;
+    /// The buttons and menus that Disablem() disables and Enablem() enables.
     const std::vector<Control*> commands = {
         &form.C777,      &form.Copt,     &form.C5555555,        &form.Cmdhelp,
         &form.mnuStart2, &form.mnuFile,  &form.mnuActiopn,      &form.mnuPrefs,
@@ -108,7 +109,7 @@ TEST_F(Form1Test, HasToolTipsOnThreePicturesAndFourButtons) {
     }
 }
 
-TEST_F(Form1Test, StartsWithCancelAndTheDiskWarningHidden) {
+TEST_F(Form1Test, InitiallyHidesTheCancelButtonAndTheDiskWarning) {
     EXPECT_FALSE(form.Command2.visible());
     EXPECT_FALSE(form.Label5.visible());
 }
@@ -167,7 +168,7 @@ TEST_F(Form1Test, DisablemDisablesOnlyTheTwelveCommands) {
     EXPECT_TRUE(form.CmdSelectAction.enabled());
 }
 
-TEST_F(Form1Test, DisablemUnloadsConversionWorkerPlaylistAndFinderInThisOrder) {
+TEST_F(Form1Test, DisablemDisablesTheCommandsThenUnloadsForm6FrmPlayListAndFrmsearchInThisOrder) {
     std::vector<std::string> unloaded;
     for (Form* window :
          std::initializer_list<Form*>{&windows.frmsearch, &windows.Form4, &windows.frmPlayList,
@@ -202,7 +203,7 @@ TEST_F(Form1Test, EnablemUnloadsNothing) {
     EXPECT_TRUE(windows.frmsearch.loaded());
 }
 
-TEST_F(Form1Test, ClearActivityResetsTheDisplaysToIdle) {
+TEST_F(Form1Test, ClearActivityResetsTheDisplaysExceptStatus) {
     process.settings.decodePath = "c:\\wavfiles";
     form.Label3.setCaption("Extracting Track 1");
     form.Label2.setCaption("x");

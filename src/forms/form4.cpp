@@ -47,7 +47,7 @@ Form4::Form4(EventLoop& loop)
     place(picPeakVol, 45_twips, 45_twips, 2445_twips, 945_twips);
     place(Picture8, 2520_twips, 60_twips, 135_twips, 915_twips);
     place(Label4, -180_twips, 870_twips, 555_twips, 6000_twips);
-    // One sweep of the trace draws a line for each 20 twips of the width.
+    // One sweep of the trace draws a line for each 20 twips of the width: 123 lines.
     picPeakVol.reserveLines(128);
 
     Slider2.setToolTip("Pan Control");

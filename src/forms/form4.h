@@ -36,8 +36,9 @@ class Form4 : public Form {
     CommandButton btrack{*this, "btrack"};
     CommandButton eject{*this, "eject"};
 
-    // Mixer. The sliders are inverted with respect to the mixer: 0 is the loudest. The number
-    // beside a slider is between 0 and 10 once the program has set it.
+    // Mixer. The sliders are inverted with respect to the mixer: 0 is the loudest. The text box
+    // beside a slider shows "32768" until the program first replaces this text with the level, a
+    // number from 0 to 10.
     Slider sliderMasterVolume{*this, "sliderMasterVolume", 0, 65535};
     Slider Slider1{*this, "Slider1", 0, 65535}; ///< volume of the disc's line
     Slider BassSlider{*this, "BassSlider", 0, 65535};

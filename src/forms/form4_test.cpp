@@ -127,7 +127,8 @@ TEST_F(Form4Test, HasAMenuAndAPopupMenuWhoseEntriesDifferOnlyInTheThirdCaption) 
                             "Show as Cube", "Close CD Player"));
     EXPECT_EQ(form.mnupopup.caption(), "PopupMenu");
     EXPECT_FALSE(form.mnupopup.visible());
-    // Deliberate: the third caption is the name of the entry "Stop Playing CD" in the other menu.
+    // Deliberate: the third caption is not "Stop Playing CD", but the name() of the entry with this
+    // caption in mnuCD.
     EXPECT_THAT(captionsOf(form.mnupopup),
                 ElementsAre("CD On", "Play CD", "mnuStopPlay", "CD Off", "Minimize CD Player",
                             "Show as Cube", "Close CD Player"));

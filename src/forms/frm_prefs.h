@@ -31,8 +31,8 @@ class FrmPrefs : public Form {
     CommandButton Command3{*this, "Command3", "Refresh data"};
     CommandButton Command1{*this, "Command1", "Set"};
     Label lblSpace{*this, "lblSpace", "Available space in hard drive(s):"}; ///< above Text6
-    // Label3 and Label4 are never visible; they only store values. Their designed texts are their
-    // names; the designed text of Label4 counts as 0 MB.
+    // Label3 and Label4 are never visible; they only store values. Until a value is stored, the
+    // caption of each is its name, and the caption of Label4 counts as 0 MB.
     Label Label3{*this, "Label3", "Label3"}; ///< root of the destination's drive
     Label Label4{*this, "Label4", "Label4"}; ///< free space of that drive in MB
 
@@ -60,7 +60,7 @@ class FrmPrefs : public Form {
                          "Destination Path for converted files (WAV, MP3)"}; ///< above Text9
     TextBox Text9{*this, "Text9"};                                           ///< the full path
     CheckBox Check2{*this, "Check2", "I'll select the destination path and directory"};
-    PictureBox Picture6{*this, "Picture6"}; ///< contains the controls below; hidden at load
+    PictureBox Picture6{*this, "Picture6"}; ///< contains all following controls; hidden at first
     Label lblCreate{*this, "lblCreate", "To create a new Destination Directory:"};
     TextBox Text10{*this, "Text10"}; ///< name of the new folder
     Label lblCreate1{*this, "lblCreate1", "1. Enter a name in the space above"};

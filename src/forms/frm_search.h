@@ -14,12 +14,12 @@
 
 namespace sonarith {
 
-/// Captions of Command1; each names the effect of the next click.
+/// Captions of Command1. The caption decides whether a click starts or stops a search.
 inline constexpr const char* searchCaption = "Search !";
 inline constexpr const char* continueCaption = "Continue"; ///< set only while a click is handled
 inline constexpr const char* stopCaption = "Stop!";
 
-/// Text of lbltime before a search, and from a stop to the end of the search.
+/// Text of lbltime before a search, and from the click that stops a search until the search ends.
 inline constexpr const char* noTimeCaption = "Time taken: 0 second(s)";
 
 class FrmSearch : public Form {
@@ -27,13 +27,13 @@ class FrmSearch : public Form {
     /// Both parameters must outlive this object.
     FrmSearch(const FileSystem& files, Directories& directories);
 
-    ListBox lstdirs{*this, "lstdirs"};   ///< folders still to scan; the current folder is first
-    ListBox List1{*this, "List1"};       ///< all folders found
-    ListBox lstfiles{*this, "lstfiles"}; ///< the results, in order of finding
+    ListBox lstdirs{*this, "lstdirs"};           ///< folders to scan; the first is being scanned
+    ListBox List1{*this, "List1"};               ///< all folders found
+    ListBox lstfiles{*this, "lstfiles"};         ///< the results, in order of finding
     TextBox zFileExt{*this, "zFileExt", ".wav"}; ///< the extension to search for
     TextBox Text1{*this, "Text1"};               ///< the name to search for, without extension
-    TextBox zFileExt2{*this, "zFileExt2"}; ///< the extension of the folder entry being compared
-    TextBox Text2{*this, "Text2"};         ///< the name of the folder entry being compared
+    TextBox zFileExt2{*this, "zFileExt2"};       ///< the extension of the file being compared
+    TextBox Text2{*this, "Text2"};               ///< the name of that file, without extension
     DriveListBox Drive1;
     DirListBox Dir1;
     /// Starts and stops a search. The button's caption also stores the state of the search.

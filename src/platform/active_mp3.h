@@ -3,7 +3,8 @@
 // threads. It raises no events.
 //
 // Life cycle: a window owns its control from the window's load to its unload (ActiveMp3Host). All
-// members are called on the logic thread and return at once. The destructor stops the control.
+// members are called on the logic thread and wait at most 40 ms for a disk. The destructor stops
+// the control.
 #pragma once
 
 #include <cstdint>
@@ -29,7 +30,7 @@ class ActiveMP3 {
     virtual Status Play() = 0;
     /// Ends playing or decoding; does nothing when idle.
     virtual Status Stop() = 0;
-    /// Starts to decode the source file to a 16-bit WAV file at `path` and returns at once. Does
+    /// Starts to decode the source file to a 16-bit WAV file at `path`, on another thread. Does
     /// nothing if a decoding of the same source to the same target is running. Also does nothing if
     /// the last completed decoding had this source and target and neither file has changed since.
     /// Otherwise first stops a running decoding.

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Does work of the program's start on a thread of its own. This saves time only if another core is
-// free.
+// Does a part of the work of starting the program on a separate thread. This saves time only if
+// another core is free.
 #pragma once
 
 #include <functional>
@@ -11,8 +11,8 @@
 namespace sonarith {
 
 /// The constructor starts the thread; the destructor waits until the work is done. If the system
-/// cannot create a thread, the work is not done: only work that is done later anyway, when its
-/// result is first needed, belongs here.
+/// cannot create a thread, the work is not done here. So use this class only for work that the
+/// program otherwise does when it first needs the result.
 class BackgroundWork {
   public:
     explicit BackgroundWork(std::function<void()> work, const ThreadStarter& starter = startThread);

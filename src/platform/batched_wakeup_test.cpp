@@ -62,20 +62,20 @@ TEST_F(BatchedWakeupTest, WhileThereIsSoundTheCallsAreMadeInPairs) {
     EXPECT_THAT(calls, ElementsAreArray(expected));
 }
 
-TEST_F(BatchedWakeupTest, InSilenceTenCallsAreMadeInPairsAndThenBatchesOfFive) {
+TEST_F(BatchedWakeupTest, InSilenceTheFirstTenCallsAreMadeInPairsAndLaterCallsInBatchesOfFive) {
     begin();
     loop.advance(199ms);
     EXPECT_THAT(calls, ElementsAre(20ms, 20ms, 40ms, 40ms, 60ms, 60ms, 80ms, 80ms, 100ms, 100ms,
                                    150ms, 150ms, 150ms, 150ms, 150ms));
 }
 
-TEST_F(BatchedWakeupTest, TheNumberOfCallsIsTheSameInSilenceAsInSound) {
+TEST_F(BatchedWakeupTest, InSilenceTheHandlerIsStillCalledOncePerIntervalOnAverage) {
     begin();
     loop.advance(10s);
     EXPECT_EQ(calls.size(), 1000U);
 }
 
-TEST_F(BatchedWakeupTest, WhenSoundBeginsTheDueCallsAreMadeTogetherAndThenPairs) {
+TEST_F(BatchedWakeupTest, WhenSoundBeginsTheDueCallsAreMadeTogetherAndLaterCallsInPairs) {
     beginInBatches();
     loop.advance(50ms + 32ms);
     calls.clear();
@@ -115,7 +115,7 @@ class LateLoop final : public test::ForwardingEventLoop {
     Duration late{};
 };
 
-TEST_F(BatchedWakeupTest, AfterTheThreadWasBusySoundCausesFewerCallsThanABatch) {
+TEST_F(BatchedWakeupTest, WhenSoundBeginsAfterTheThreadWasBusyOneCallFewerThanInABatchIsMade) {
     LateLoop busy(loop);
     int count = 0;
     BatchedWakeup batches(
@@ -129,7 +129,7 @@ TEST_F(BatchedWakeupTest, AfterTheThreadWasBusySoundCausesFewerCallsThanABatch) 
     EXPECT_EQ(count, BatchedWakeup::callsInSilence - 1);
 }
 
-TEST_F(BatchedWakeupTest, BeforeTenCallsInSilenceTheBatchesAreNotEnlarged) {
+TEST_F(BatchedWakeupTest, TheBatchesAreEnlargedOnlyAfterTenSilentCallsWithoutSoundInBetween) {
     silent = false;
     begin();
     loop.advance(50ms);

@@ -11,7 +11,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(ChosenDevices, DefaultToTheFirstDriveTheDefaultOutputAndTheDiscAsSource) {
+TEST(ChosenDevices, DefaultToTheFirstDriveTheDefaultOutputAndTheCompactDiscLine) {
     test::FakeSettingsStore store;
     const ChosenDevices chosen(store);
     EXPECT_EQ(chosen.drive(), "");
@@ -34,7 +34,7 @@ TEST(ChosenDevices, AreStoredInTheirOwnSection) {
     EXPECT_EQ(chosen.source(), "mix");
 }
 
-TEST(ChosenDevices, StoreAnEmptyDriveInPlaceOfAnEarlierChoice) {
+TEST(ChosenDevices, StoreTheFirstDriveAsAnEmptyTextInPlaceOfAnEarlierChoice) {
     test::FakeSettingsStore store;
     store.put("Devices", "Drive", "/dev/sr1");
     ChosenDevices chosen(store);

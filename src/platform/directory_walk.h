@@ -45,8 +45,9 @@ class DirectoryWalk {
     /// the folder does not exist, cannot be read or was listed before in this walk, and for any
     /// other pattern.
     virtual FindHandle FindFirst(const std::string& pattern, FindRecord& record) = 0;
-    /// Reads the next entry. Returns false and leaves `record` unchanged if no entry is left, if
-    /// the folder has been removed, or if `handle` is not open.
+    /// Reads the next entry. Returns false and leaves `record` unchanged if no entry is left or if
+    /// `handle` is not open. After the folder was removed, only entries that had already been read
+    /// from the disk may follow.
     virtual bool FindNext(FindHandle handle, FindRecord& record) = 0;
     /// Does nothing for a handle that is not open.
     virtual void FindClose(FindHandle handle) = 0;

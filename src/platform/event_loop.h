@@ -11,7 +11,7 @@
 
 namespace sonarith {
 
-/// A timer that EventLoop::every() has started. Destroying this object stops the timer.
+/// A timer started by EventLoop::every() or everyInSound(). Destroying this object stops the timer.
 class Wakeup {
   public:
     virtual ~Wakeup() = default;
@@ -25,9 +25,9 @@ class EventLoop {
 
     virtual ~EventLoop() = default;
 
-    /// Handles the events that are due (input, timers, painting), then returns. Cheap enough for
-    /// each small step of a job: of yields in quick succession, at most one in 0.25 ms looks for
-    /// new input.
+    /// Handles the events that are due (input, timers, painting), then returns. Cheap enough to be
+    /// called at each small step of a job: it looks for new input at most once in 0.25 ms, however
+    /// often it is called.
     virtual void yield() = 0;
 
     /// Yields while `condition` is true. The condition is evaluated after each handled event; while
@@ -46,9 +46,9 @@ class EventLoop {
                                                         std::function<void()> handler) = 0;
 
     /// As every(), for a handler that shows the sound of the machine and has nothing new to show in
-    /// silence. Calls may be late, and then several come at once, but their number is the same. In
-    /// silence they may be later than in sound. The first call after the silence is not late. This
-    /// default implementation makes every call in time.
+    /// silence. Calls may be late, and then several come at once, but there are as many calls as
+    /// with every(). In silence they may be later than in sound. The first call after the silence
+    /// is not late. This default implementation makes every call in time.
     [[nodiscard]] virtual std::unique_ptr<Wakeup> everyInSound(Duration interval,
                                                                std::function<void()> handler) {
         return every(interval, std::move(handler));

@@ -18,7 +18,7 @@ enum class MixerResult : int {
     badDevice = 2,         ///< there is no mixer
     invalidHandle = 5,     ///< the handle was never opened
     notSupported = 8,      ///< unknown kind of query
-    invalidParameter = 11, ///< a size or count in the record is wrong, or its pointer is null
+    invalidParameter = 11, ///< the passed struct contains a wrong size or count, or a null pointer
     invalidLine = 1024,    ///< the card has no such line
     invalidControl = 1025, ///< the line has no such control
     invalidValue = 1026,   ///< the value is outside the control's range
@@ -73,7 +73,7 @@ struct MixerLineControls {
 };
 inline constexpr std::uint32_t mixerLineControlsSize = 24;
 
-/// Reads or writes the value of a control.
+/// Request to read or write the value of a control.
 struct MixerControlDetails {
     std::uint32_t cbStruct = 0; ///< mixerControlDetailsSize
     std::uint32_t dwControlID = 0;

@@ -18,14 +18,15 @@ struct Notice {
     std::string cause = {};
 };
 
-/// All members may be called on any thread. They return at once and hold a lock no longer than a
-/// copy takes.
+/// All members may be called on any thread. They return at once and hold a lock no longer than
+/// copying a notice takes.
 class Notices {
   public:
     virtual ~Notices() = default;
     virtual void report(Notice notice) = 0;
-    /// Reports that the cause has ended: its next notice is shown again. If a notice of this cause
-    /// was shown, `text` ("The output ... is back") is shown, too, unless it is empty.
+    /// Reports that the cause has ended: a new notice of this cause is shown again. If a notice of
+    /// this cause was shown, `text` ("The output ... is back") is shown, too, unless `text` is
+    /// empty.
     virtual void settled(const std::string& cause, const std::string& text) = 0;
 };
 

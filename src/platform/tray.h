@@ -38,7 +38,7 @@ class Tray {
     virtual void setMenu(MenuItem& menu) = 0;
 
     /// Whether a panel now shows the notification area, so that the user can open a hidden window
-    /// through its icon.
+    /// through a tray icon.
     [[nodiscard]] virtual bool hostPresent() const = 0;
     /// Emitted when hostPresent() has changed.
     Signal<> hostChanged;

@@ -38,8 +38,9 @@ class CdCommands {
     /// saved first; stopping it yields. Returns whether the devices were closed.
     bool closeAll(CommandCheck check);
 
-    /// If a capture is running, stops and saves it, and yields. Without the stop, the recording
-    /// would be lost or continue without its disc.
+    /// If a capture is running, stops and saves it, and yields. Called before the player closes
+    /// devices or takes over the disc: otherwise the recording would be lost, or would continue
+    /// without its disc.
     void saveRunningCapture();
 
   private:

@@ -27,7 +27,7 @@ TEST_F(CdCommandsTest, AnUncheckedCommandStoresItsStatusInFileIndex) {
     EXPECT_THAT(media.errorsAsked, IsEmpty());
 }
 
-TEST_F(CdCommandsTest, ACheckedCommandThatSucceedsChangesNothing) {
+TEST_F(CdCommandsTest, ACheckedCommandThatSucceedsLeavesFileIndexAndThePanelUnchanged) {
     process.fileIndex = 77;
     media.answer("play cd", {});
     EXPECT_THAT(
@@ -66,7 +66,7 @@ TEST_F(CdCommandsTest, AQueryReturnsTheReplyUpToItsFirstNul) {
     process.fileIndex = 77;
     EXPECT_EQ(commands.ask("status cd mode"), "playing");
     EXPECT_THAT(media.replySizes, ElementsAre(30U));
-    // A shorter reply does not contain the rest of a longer reply.
+    // The second reply does not contain the rest of the first, longer one.
     media.answer("status cd mode", {.reply = "off"});
     EXPECT_EQ(commands.ask("status cd mode"), "off");
     media.answer("status cd mode", {.status = 263, .reply = "x"});
@@ -80,7 +80,8 @@ TEST_F(CdCommandsTest, AReplyLongerThanTheBufferIsShortened) {
     EXPECT_EQ(commands.ask("status cd mode"), "01234567890123456789012345678");
 }
 
-/// Marks a capture as running and logs the clicks on Command8 ("Stop Everything").
+/// Marks a capture as running. In the program, a click on Command8 ("Stop Everything") stops and
+/// saves the capture; here, the click is logged and the capture is marked as stopped.
 struct CaptureDuringPlayerTest : CdCommandsTest {
     CaptureDuringPlayerTest() {
         main.load();

@@ -178,7 +178,7 @@ TEST_F(DiscPollTest, ADiscOf99TracksIsReadEvenIfTracksAreEmpty) {
     EXPECT_EQ(form.tracktime.caption(), "Track time: 00:00:00");
 }
 
-TEST_F(DiscPollTest, AnotherDiscReplacesTheTableOfTracks) {
+TEST_F(DiscPollTest, AfterAPollWithoutADiscAnotherDiscReplacesTheTableOfTracks) {
     poll();
     disc.remove();
     poll();

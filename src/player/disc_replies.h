@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Parses the disc device's replies and formats the texts of the panel's display. Pure functions;
-// disc_poll.h queries the device.
+// Parses the disc device's replies and formats the text of the panel's display. No function here
+// accesses the device; disc_poll.h queries it.
 #pragma once
 
 #include <cstdint>

@@ -6,7 +6,7 @@
 namespace sonarith {
 namespace {
 
-TEST(IsTrueText, ReadsWordsAndNumbersAndTreatsTheRestAsFalse) {
+TEST(IsTrueText, AcceptsOnlyTheWordTrueInAnyLetterCaseAndNumbersOtherThanZero) {
     for (const char* reply : {"true", "True", "TRUE", "1", "-1", " 2 "}) {
         EXPECT_TRUE(isTrueText(reply)) << reply;
     }
@@ -38,7 +38,7 @@ TEST(ReadTrackCount, KeepsTheCountIfTheFirstTwoCharactersAreNoNumber) {
     }
 }
 
-TEST(ReadPosition, ReadsEachNumberAtItsOffset) {
+TEST(ReadPosition, ReadsTrackMinuteAndSecondAtTheirOffsets) {
     DiscState disc;
     readPosition("03:01:05:74", disc);
     EXPECT_EQ(disc.CurTrack, 3);
@@ -51,7 +51,8 @@ TEST(ReadPosition, ReadsEachNumberAtItsOffset) {
 }
 
 TEST(ReadPosition, ReadsDecimalNumbers) {
-    // A wrong base, such as 8 after a leading zero, changes only some numbers, so all are tested.
+    // A wrong base, such as base 8 after a leading zero, changes only some numbers, so all are
+    // tested.
     for (int number = 0; number < 100; ++number) {
         const std::string digits = (number < 10 ? "0" : "") + std::to_string(number);
         DiscState disc;
@@ -85,7 +86,7 @@ TEST(ReadPosition, APartThatIsNoNumberKeepsItsOldValue) {
     }
 }
 
-TEST(PositionText, ShowsAtLeastTwoDigits) {
+TEST(PositionText, ShowsEachNumberWithAtLeastTwoDigits) {
     struct Row {
         int track;
         int minute;

@@ -80,7 +80,7 @@ void LevelMeter::draw(const Variant& variant) {
         form_.picPeakVol.line({static_cast<double>(TraceX - variant.step), PrevTraceY},
                               {static_cast<double>(TraceX), TraceY});
     }
-    // Except in one variant, each line starts at the height at which the previous one ended.
+    // Except with Drawing::apart, each line starts at the height at which the previous line ended.
     if (variant.drawing != Drawing::apart) {
         PrevTraceY = TraceY;
     }

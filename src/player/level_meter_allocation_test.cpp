@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests that the meter's step, which runs a hundred times a second, allocates nothing. This file
-// replaces the allocator of its test program (counted_allocations.h), so no other source of that
-// test program may do so.
+// Tests that a tick of the level meter, which has a hundred ticks a second, allocates nothing. This
+// file replaces the allocator of its test program (counted_allocations.h), so no other source of
+// that test program may replace the allocator.
 #include "player/level_meter.h"
 
 #include <gtest/gtest.h>
@@ -76,7 +76,8 @@ TEST(LevelMetersTick, AllocatesNothing) {
     LevelMeter meter(platform, form, access, state, capture);
     meter.prepare();
     capture.StartMeter();
-    // These two connections replace the views of the bar and of the trace.
+    // No views are connected to the meter's bar (Label4) and trace (picPeakVol). Instead, these two
+    // connections count the changes of the bar and the lines of the trace.
     int steps = 0;
     const Connection moved = form.Label4.changed.connect([&](Property) { ++steps; });
     const Connection drawn =
@@ -92,7 +93,7 @@ TEST(LevelMetersTick, AllocatesNothing) {
                   }
               }),
               0);
-    // The meter has drawn, and the trace has restarted at the left edge.
+    // The meter has drawn, and the trace has restarted at the left edge: 123 lines fill its width.
     EXPECT_GT(steps, 1500);
     EXPECT_LT(form.picPeakVol.lines().size(), 123U);
 }

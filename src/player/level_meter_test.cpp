@@ -34,7 +34,7 @@ TEST_F(LevelMeterTest, PreparingFindsThePeakControlsOfTheInputAndTheWaveLine) {
     EXPECT_NE(player.mixerState.WaveMeterCtrl.dwControlID, 0U);
 }
 
-TEST_F(LevelMeterTest, UsesTheMicrophonesPeakIfTheInputHasNone) {
+TEST_F(LevelMeterTest, UsesTheMicrophonesPeakControlIfThereIsNoInputLine) {
     mixer.removeLine(mixer_line::waveIn);
     EXPECT_THAT(operationsOf([&] { player.meter.prepare(); }),
                 ElementsAre("mixer line 7", "mixer line 4099", "mixer control 4099 10020001",
@@ -128,7 +128,8 @@ TEST_F(LevelMeterTest, AfterTheRightEdgeTheTraceRestartsAtTheLeftFromItsLastHeig
     EXPECT_EQ(lastLine().to.x, 2420);
     EXPECT_EQ(trace.lines().size(), 122U);
     tick(8192);
-    // That line ended at 2440, left of the edge at 2445; the next line would end beyond the edge.
+    // The line of this tick ended at 2440, left of the edge at 2445; the next line would end beyond
+    // the edge.
     EXPECT_EQ(cleared, 1);
     EXPECT_THAT(trace.lines(), IsEmpty());
     tick(0);
@@ -237,7 +238,7 @@ TEST_F(LevelMeterTest, Timer2ReadsTheWaveLineAndDrawsOnlyTheBar) {
     EXPECT_EQ(lastLine(), (PictureLine{{-20, -50}, {0, 950}}));
 }
 
-TEST_F(LevelMeterTest, Timer4DrawsWiderStepsFromAConstantHeight) {
+TEST_F(LevelMeterTest, Timer4DrawsLines50TwipsWideThatAllStartAtTheSameHeight) {
     player.capture.StartMeter();
     waveInput.fill(8192);
     setWave(16384);

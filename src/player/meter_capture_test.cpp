@@ -52,7 +52,7 @@ TEST_F(MeterCaptureTest, CountsAsRunningFromJustBeforeTheInputStartsUntilJustBef
                                      "reset", "stop", "unprepare", "unprepare", "close"));
 }
 
-TEST_F(MeterCaptureTest, TwoStartsOpenOneDevice) {
+TEST_F(MeterCaptureTest, ASecondStartDoesNotOpenTheDeviceAgain) {
     capture.StartMeter();
     EXPECT_THAT(operationsOf([&] { EXPECT_TRUE(capture.StartMeter()); }), IsEmpty());
     EXPECT_EQ(waveInput.opened, 1);
@@ -94,7 +94,7 @@ TEST_F(MeterCaptureTest, ADeviceThatCannotBeOpenedIsReportedWithThePlatformsMess
     EXPECT_FALSE(capture.running());
 }
 
-TEST_F(MeterCaptureTest, ABufferThatFailsIsReportedAndTheNextStepRuns) {
+TEST_F(MeterCaptureTest, AFailureToPrepareABufferIsReportedAndTheNextStepRuns) {
     waveInput.failures["prepare"] = WaveResult::invalidParameter;
     EXPECT_THAT(operationsOf([&] { EXPECT_TRUE(capture.StartMeter()); }),
                 ElementsAre("wave open", "wave prepare 11", "wave prepare 11", "wave add 34",
@@ -126,7 +126,7 @@ TEST_F(MeterCaptureTest, FailuresOfAStopAreIgnored) {
     capture.StopMeter();
 }
 
-TEST_F(MeterCaptureTest, AStopWhileAMessageIsOpenEndsTheStart) {
+TEST_F(MeterCaptureTest, AStopWhileAMessageIsOpenCancelsTheStart) {
     for (const char* operation : {"prepare", "add"}) {
         SCOPED_TRACE(operation);
         waveInput.failures[operation] = WaveResult::invalidParameter;

@@ -24,7 +24,8 @@ TEST(TraceHeight, IsTheGivenDistanceForSilenceAnd2000TwipsLessForTheFullLevel) {
     EXPECT_EQ(traceHeight(32768, 950), -1050);
     EXPECT_EQ(traceHeight(0, 150), 150);
     EXPECT_DOUBLE_EQ(traceHeight(1, 950), 950 - 2000.0 / 32768);
-    // The lowest 32-bit number has no opposite, so the distance becomes smaller instead of greater.
+    // A negative level increases the distance. The lowest 32-bit number is an exception: it has no
+    // opposite, so it decreases the distance.
     EXPECT_EQ(traceHeight(INT32_MIN, 950), -131072000.0 + 950);
 }
 

@@ -149,8 +149,8 @@ void MixerPanel::driveToHighest(const MixerControl& record) {
     access_.SetControlValue(state_.hMixer, record, state_.Volume);
 }
 
-// Deliberate: the switches write even if the control was not found. The result of the look-up is
-// stored in mixerFound but not used.
+// Deliberate: mute() and unmute() write even if find() has not found the control. They do not read
+// mixerFound, in which find() stores its result.
 
 void MixerPanel::mute(std::uint32_t line, MixerControl& record) {
     find(line, mixer_control::mute, record);

@@ -15,8 +15,8 @@ namespace sonarith {
 
 class MixerPanel {
   public:
-    /// Sets the handlers of sliders, mute switches and Command2 to Command5. All parameters must
-    /// outlive this object.
+    /// Sets the handlers of the sliders, the mute switches and the buttons Command2, Command3,
+    /// Command4 and Command5. All parameters must outlive this object.
     MixerPanel(const Platform& platform, Form4& form, MixerAccess& access, MixerState& state);
     MixerPanel(const MixerPanel&) = delete;
     MixerPanel& operator=(const MixerPanel&) = delete;
@@ -24,9 +24,9 @@ class MixerPanel {
     /// Opens the mixer, even if it is already open; returns whether a mixer exists.
     bool open();
 
-    /// "MIXER": opens the mixer and shows its levels in sliders and numbers. The slider and the
-    /// number of a level that the card does not have stay unchanged. If there is no mixer, shows a
-    /// message box, which yields.
+    /// The button "MIXER": opens the mixer and shows its levels in sliders and numbers. The slider
+    /// and the number of a level that the card does not have stay unchanged. If there is no mixer,
+    /// shows a message box, which yields.
     void Command2_Click();
     /// Sets the master volume to the maximum. The slider does not move.
     void Command3_Click();

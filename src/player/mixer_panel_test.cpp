@@ -72,7 +72,7 @@ TEST_F(MixerPanelTest, ReadingTheLevelsRunsNoHandlerOfASlider) {
     }
 }
 
-TEST_F(MixerPanelTest, ALevelThatCannotBeReadKeepsSliderAndNumber) {
+TEST_F(MixerPanelTest, ALevelThatCannotBeReadChangesNeitherSliderNorNumber) {
     removeTone(mixer_control::bass);
     EXPECT_EQ(form.BassText.text(), "32768");
     EXPECT_EQ(form.BassSlider.value(), 0);
@@ -102,7 +102,7 @@ TEST_F(MixerPanelTest, AControlThatIsNotFoundIsNotRead) {
                             "mixer line 4", "mixer control 4 50030003"));
 }
 
-TEST_F(MixerPanelTest, ALevelOutsideTheSlidersRangeKeepsTheSlider) {
+TEST_F(MixerPanelTest, ALevelOutsideTheSlidersRangeDoesNotMoveTheSlider) {
     mixer.put(mixer_line::speakers, mixer_control::volume, 70000);
     form.Command2.click();
     EXPECT_EQ(form.sliderMasterVolume.value(), 0);
@@ -115,7 +115,7 @@ TEST_F(MixerPanelTest, WithoutAMixerAMessageAppearsAndNothingIsRead) {
     EXPECT_THAT(boxes.shown, ElementsAre(test::ShownBox{.text = noMixer}));
 }
 
-TEST_F(MixerPanelTest, EachOpenReturnsANewHandleAndNoHandleIsClosed) {
+TEST_F(MixerPanelTest, EachOpenReturnsANewHandleButAFailedOpenKeepsThePreviousHandle) {
     const MixerHandle first = player.mixerState.hMixer;
     form.Command2.click();
     EXPECT_EQ(player.mixerState.hMixer, first + 1);
@@ -145,7 +145,7 @@ TEST_F(MixerPanelTest, TheLoadSetsMasterAndDiscToFullVolumeAndTheSlidersShowTheP
     EXPECT_EQ(player.mixerState.Volume, 65535);
 }
 
-TEST_F(MixerPanelTest, ALoadWithoutAMixerShowsOneMessageAndKeepsTheDesignedState) {
+TEST_F(MixerPanelTest, ALoadWithoutAMixerShowsOneMessageAndTheInitialSlidersAndNumbers) {
     form.unload();
     player.mixerState = {};
     mixer.present = false;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Stores what the panel's mixer sliders, mute switches and level meter share: the mixer's handle,
-// the found controls, and one scratch value. This state is never reset, even when the panel is
-// closed.
+// Stores what the CD player's mixer sliders, mute switches and level meter share: the mixer's
+// handle, the last results, the mixer controls that were found, and scratch values. This state is
+// never reset, even when the player's panel is closed.
 #pragma once
 
 #include <cstdint>
@@ -17,7 +17,7 @@ struct MixerState {
     MixerHandle hMixer = 0;
     /// The result of the last open or of the meter's last read, whichever was later.
     MixerResult mixerResult = MixerResult::noError;
-    bool mixerFound = false; ///< whether the last look-up of a control found the control
+    bool mixerFound = false; ///< whether the last look-up of a mixer control found it
     /// Scratch value of sliders and meter. Each handler of a slider or of the meter writes the
     /// value before reading the value, and does not yield in between.
     std::int32_t Volume = 0;

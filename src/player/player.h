@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Creates one object of each class of the CD player and connects them to the panel. This struct
-// adds no behaviour.
+// Creates one object of each class of the CD player and connects these objects to each other and to
+// the player's window. This struct adds no behaviour.
 #pragma once
 
 #include "forms/windows.h"

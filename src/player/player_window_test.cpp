@@ -16,7 +16,7 @@ struct PlayerWindowTest : test::PlayerWorld {};
 
 // --- load and unload -----------------------------------------------------------------------
 
-TEST_F(PlayerWindowTest, IsAtTheRightEdgeOfTheMainWindowWithTheSameTopAndHeight) {
+TEST_F(PlayerWindowTest, TheLoadPlacesThePanelToTheRightOfTheMainWindowWithTheSameTopAndHeight) {
     form.unload();
     main.setLeft(1000_twips);
     main.setTop(700_twips);
@@ -31,7 +31,7 @@ TEST_F(PlayerWindowTest, IsAtTheRightEdgeOfTheMainWindowWithTheSameTopAndHeight)
     EXPECT_FALSE(form.visible());
 }
 
-TEST_F(PlayerWindowTest, TheLoadRunsItsStepsInOrder) {
+TEST_F(PlayerWindowTest, TheLoadClicksFourButtonsInOrderAfterItsOtherSteps) {
     form.unload();
     EXPECT_FALSE(process.PlayerOpen);
     player.disc.CDLoaded = true;
@@ -49,7 +49,7 @@ TEST_F(PlayerWindowTest, TheLoadRunsItsStepsInOrder) {
     EXPECT_THAT(steps, ElementsAre("Command2", "Command3", "Command4", "Command5"));
 }
 
-TEST_F(PlayerWindowTest, TheLoadOpensNoDiscAndNoInput) {
+TEST_F(PlayerWindowTest, TheLoadOpensNoDiscAndNoWaveInput) {
     form.unload();
     EXPECT_THAT(commandsOf([&] { form.load(); }), IsEmpty());
     EXPECT_TRUE(off());
@@ -88,7 +88,7 @@ TEST_F(PlayerWindowTest, TheUnloadIgnoresAFailureOfItsCommandCloseAll) {
     EXPECT_FALSE(form.loaded());
 }
 
-TEST_F(PlayerWindowTest, TheDiscsTracksAreKeptWhenThePanelIsLoadedAgain) {
+TEST_F(PlayerWindowTest, TheTrackCountAndTheCurrentTrackAreKeptWhenThePanelIsLoadedAgain) {
     switchOn();
     form.ftrack.click();
     form.unload();
@@ -98,9 +98,9 @@ TEST_F(PlayerWindowTest, TheDiscsTracksAreKeptWhenThePanelIsLoadedAgain) {
     EXPECT_FALSE(player.disc.CDLoaded);
 }
 
-TEST_F(PlayerWindowTest, AnInputThatStartsDuringTheUnloadIsStopped) {
-    // The box "input" is ticked in the last yield of the switch-off, when all steps of the
-    // switch-off that stop the input have run.
+TEST_F(PlayerWindowTest, AWaveInputThatStartsDuringTheUnloadIsStopped) {
+    // The box "input", which starts the wave input, is ticked in the last yield of the switch-off,
+    // when all steps of the switch-off that stop the wave input have run.
     loop.atYield(7, [&] {
         form.Check3.setValue(1).passOver();
         EXPECT_TRUE(waveInput.running);
@@ -111,17 +111,17 @@ TEST_F(PlayerWindowTest, AnInputThatStartsDuringTheUnloadIsStopped) {
     EXPECT_EQ(form.Check3.value(), 0);
 }
 
-TEST_F(PlayerWindowTest, ExitClosesAllDevicesTwiceAndThenThePanel) {
+TEST_F(PlayerWindowTest, TheExitButtonClosesAllDevicesTwiceAndThenThePanel) {
     EXPECT_THAT(commandsOf([&] { form.Command1.click(); }),
                 ElementsAre("close all", "close all", "stop cd", "close cd", "close all"));
     EXPECT_FALSE(form.loaded());
 }
 
-TEST_F(PlayerWindowTest, ExitChecksTheResultOfItsSecondCommandCloseAll) {
+TEST_F(PlayerWindowTest, TheExitButtonChecksTheResultOfItsSecondCommandCloseAll) {
     media.answer("close all", {.status = 299});
     EXPECT_THAT(commandsOf([&] { form.Command1.click(); }),
-                ElementsAre("close all", "close all", // EXIT's own
-                            "close all", "close all", // after the failure of the second command
+                ElementsAre("close all", "close all",          // the button's two commands
+                            "close all", "close all",          // because the second command failed
                             "stop cd", "close cd", "close all" // the panel's unload
                             ));
     EXPECT_FALSE(form.loaded());
@@ -182,7 +182,7 @@ TEST_F(PlayerWindowTest, TheCloseEntriesUnloadThePanel) {
     }
 }
 
-TEST_F(PlayerWindowTest, ShowAsCubeSetsTheHeightUntilTheNextLoad) {
+TEST_F(PlayerWindowTest, TheEntriesShowAsCubeSetTheHeightUntilTheNextLoad) {
     main.setHeight(6000_twips);
     for (MenuItem* entry : {&form.mnuCubeit, &form.mnuCubeitp}) {
         SCOPED_TRACE(entry->name());
@@ -219,7 +219,7 @@ struct PlayerSurfacesTest : PlayerWindowTest {
     }
 };
 
-TEST_F(PlayerSurfacesTest, AMoveWithTheLeftButtonOnPicture3OrPicture4DragsTheWindow) {
+TEST_F(PlayerSurfacesTest, MovingTheMouseWithTheLeftButtonDownOnPicture3OrPicture4DragsTheWindow) {
     for (PictureBox* picture : {&form.Picture3, &form.Picture4}) {
         SCOPED_TRACE(picture->name());
         EXPECT_EQ(dragsOf([&] { run(picture->onMouseMove, left); }), 1);
@@ -230,7 +230,7 @@ TEST_F(PlayerSurfacesTest, AMoveWithTheLeftButtonOnPicture3OrPicture4DragsTheWin
     EXPECT_THAT(popups, IsEmpty());
 }
 
-TEST_F(PlayerSurfacesTest, APressOfTheLeftButtonOnOneOfThreeOtherSurfacesDragsTheWindow) {
+TEST_F(PlayerSurfacesTest, APressOfTheLeftButtonOnPicture10OrTimeWindowOrPicPeakVolDragsTheWindow) {
     const std::pair<Control*, std::function<void(MouseButtons)>> surfaces[] = {
         {&form.Picture10,
          [&](MouseButtons buttons) {
@@ -257,7 +257,7 @@ TEST_F(PlayerSurfacesTest, APressOfTheLeftButtonOnOneOfThreeOtherSurfacesDragsTh
               0);
 }
 
-TEST_F(PlayerSurfacesTest, TheRightButtonOpensThePopupOnPicture3AndOnPicPeakVol) {
+TEST_F(PlayerSurfacesTest, TheRightButtonOpensThePopupMenuOnlyOnPicture3AndPicPeakVol) {
     run(form.Picture3.onMouseDown, right);
     EXPECT_THAT(popups, ElementsAre("mnupopup"));
     run(form.picPeakVol.onMouseDown, right);

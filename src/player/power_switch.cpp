@@ -49,8 +49,8 @@ PowerSwitch::PowerSwitch(EventLoop& loop, Form4& form, CdCommands& commands, Mix
 
 void PowerSwitch::OptCD_Click() {
     if (switchingOff_ > 0) {
-        // The user pressed the switch in a yield of a switch-off. Continuing would leave the player
-        // partly on.
+        // The user tries to switch the player on in a yield of a switch-off. Continuing would leave
+        // the player partly on.
         form_.OptCD.setSelected(false);
         return;
     }

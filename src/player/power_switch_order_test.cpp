@@ -87,8 +87,8 @@ TEST_F(PowerSwitchOrderTest, SwitchingOffKeepsTheStoredStateOfTheDisc) {
     form.optNoCD.choose();
     EXPECT_TRUE(player.disc.CDLoaded);
     EXPECT_EQ(player.disc.NumTracks, 3);
-    // Therefore a poll of the closed device, here by "Play CD" on the last track, treats the disc
-    // as removed.
+    // CDLoaded is still true, so the next poll, which finds no medium in the closed device, treats
+    // the disc as removed. "Play CD" on the last track sends no play command, but runs a poll.
     process.currentTrack = 3;
     EXPECT_THAT(commandsOf([&] { form.mnuPlayCD.click(); }),
                 ElementsAre("status cd media present"));
@@ -96,7 +96,8 @@ TEST_F(PowerSwitchOrderTest, SwitchingOffKeepsTheStoredStateOfTheDisc) {
     EXPECT_FALSE(player.disc.CDLoaded);
 }
 
-TEST_F(PowerSwitchOrderTest, TheMeterContinuesItsTraceAfterASwitchOffAndAfterThePanelWasClosed) {
+TEST_F(PowerSwitchOrderTest,
+       TheMetersTraceContinuesWhereItEndedAfterASwitchOffOrAReloadOfThePanelErasedIt) {
     player.meter.prepare();
     mixer.put(mixer_line::waveIn, mixer_control::peakMeter, 8192);
     for (int tick = 0; tick < 3; ++tick) {

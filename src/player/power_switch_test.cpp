@@ -119,7 +119,7 @@ TEST_F(PowerSwitchTest, SwitchingOnAPlayerThatIsOnReopensTheDiscButDoesNotRestar
     EXPECT_EQ(form.timeWindow.text(), "[01] 00:00");
 }
 
-TEST_F(PowerSwitchTest, ThePollIsStoppedWhileTheDiscIsOpened) {
+TEST_F(PowerSwitchTest, ThePollTimerIsOffDuringTheCommandsThatReopenTheDisc) {
     switchOn();
     bool reached = false;
     media.onCommand = [&](std::string_view command) {
@@ -183,8 +183,8 @@ TEST_F(PowerSwitchTest, SwitchingOffRunsItsStepsInOrder) {
     form.play.click();
     showMeter();
     loop.atYield(1, [&] {
-        // Before the yield, the mode becomes "OFF" and the meter is cleared. The timers, the disc,
-        // the buttons and the time display change after the yield.
+        // Before the yield, the text of form.CD becomes "OFF" and the meter is cleared. The timers,
+        // the disc, the buttons and the time display change after the yield.
         EXPECT_EQ(form.CD.text(), "OFF");
         EXPECT_THAT(form.picPeakVol.lines(), IsEmpty());
         EXPECT_EQ(form.Label4.top(), form.Picture8.height());
@@ -232,7 +232,7 @@ TEST_F(PowerSwitchTest, SwitchingOffKeepsTheInputCheckBoxTicked) {
     EXPECT_TRUE(off());
 }
 
-TEST_F(PowerSwitchTest, TheDisplaysAreClearAfterTimersTickedDuringTheSwitchOff) {
+TEST_F(PowerSwitchTest, SwitchingOffClearsTheDisplaysEvenIfTimersTickDuringItsYield) {
     switchOn();
     disc.remove();
     mixer.put(mixer_line::waveIn, mixer_control::peakMeter, 20000);
@@ -258,7 +258,7 @@ TEST_F(PowerSwitchTest, RepeatedSwitchingOnAndOffLeavesNothingOpen) {
     EXPECT_EQ(loop.wakeupCount(), 0U);
 }
 
-// --- the full switch-off: Command6, clicked before an action ---------------------------------
+// --- the full switch-off: Command6, clicked at the start of an action and at an unload ---------
 
 TEST_F(PowerSwitchTest, TheFullSwitchOffRunsItsStepsInOrder) {
     switchOn();
@@ -277,7 +277,7 @@ TEST_F(PowerSwitchTest, TheFullSwitchOffRunsItsStepsInOrder) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(PowerSwitchTest, TheFullSwitchOffUnticksTheInputCheckBoxWhichStopsTheInputAgain) {
+TEST_F(PowerSwitchTest, UntickingTheInputCheckBoxInTheFullSwitchOffStopsTheInputOnceMore) {
     switchOn();
     form.Check3.setValue(1).passOver();
     EXPECT_EQ(switchOffForAnAction(),
@@ -348,7 +348,7 @@ TEST_F(PowerSwitchTest, TheFullSwitchOffMutesTheDiscEvenIfThePlayerIsOff) {
     EXPECT_TRUE(off());
 }
 
-TEST_F(PowerSwitchTest, FailuresOfPollsDuringTheFullSwitchOffAreIgnored) {
+TEST_F(PowerSwitchTest, FailuresOfPollsAndOfClosingTheDiscAreIgnoredDuringTheFullSwitchOff) {
     switchOn();
     for (const char* question : {"status cd media present", "status cd position", "status cd mode",
                                  "stop cd", "close cd"}) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests clicks on the power switch while the panel runs other steps, and other events while the
-// power switch runs its steps. switch_off_sweep_test.cpp tests events in
-// every yield of a switch-off.
+// Tests events that interrupt the steps of the player's power switch: a click on "on" while the
+// player is being switched off, and a switch-off or a close of the player's panel while the player
+// is being switched on. switch_off_sweep_test.cpp tests events in every yield of a switch-off.
 #include "player/power_switch.h"
 
 #include "support/player_world.h"
@@ -12,9 +12,9 @@ namespace {
 using testing::Contains;
 using testing::ElementsAre;
 
-struct PowerSwitchDuringOtherStepsTest : test::PlayerWorld {};
+struct InterruptedPowerSwitchTest : test::PlayerWorld {};
 
-TEST_F(PowerSwitchDuringOtherStepsTest, SwitchingOnIsRefusedWhileThePlayerIsBeingSwitchedOff) {
+TEST_F(InterruptedPowerSwitchTest, SwitchingOnIsRefusedWhileThePlayerIsBeingSwitchedOff) {
     switchOn();
     loop.atYield(1, [&] { form.OptCD.choose(); });
     EXPECT_THAT(commandsOf([&] { form.optNoCD.choose(); }), ElementsAre("stop cd", "close cd"));
@@ -22,8 +22,8 @@ TEST_F(PowerSwitchDuringOtherStepsTest, SwitchingOnIsRefusedWhileThePlayerIsBein
     EXPECT_TRUE(looksOff());
 }
 
-TEST_F(PowerSwitchDuringOtherStepsTest,
-       SwitchingOnEndsIfThePanelIsClosedDuringTheMessageAboutTheWaveInput) {
+TEST_F(InterruptedPowerSwitchTest,
+       SwitchingOnIsCancelledIfThePanelIsClosedDuringTheMessageAboutTheWaveInput) {
     waveInput.failures["open"] = WaveResult::notEnabled;
     boxes.whileUp = [&](const test::ShownBox&) {
         form.unload();
@@ -35,8 +35,8 @@ TEST_F(PowerSwitchDuringOtherStepsTest,
     EXPECT_TRUE(discMuted());
 }
 
-TEST_F(PowerSwitchDuringOtherStepsTest,
-       SwitchingOnEndsIfThePlayerIsSwitchedOffDuringTheMessageAboutTheWaveInput) {
+TEST_F(InterruptedPowerSwitchTest,
+       SwitchingOnIsCancelledIfThePlayerIsSwitchedOffDuringTheMessageAboutTheWaveInput) {
     waveInput.failures["prepare"] = WaveResult::invalidParameter;
     boxes.whileUp = [&](const test::ShownBox&) {
         form.optNoCD.choose();
@@ -48,7 +48,7 @@ TEST_F(PowerSwitchDuringOtherStepsTest,
     EXPECT_TRUE(form.optNoCD.selected());
 }
 
-TEST_F(PowerSwitchDuringOtherStepsTest, SwitchingOnEndsIfThePanelIsClosedWhileACaptureIsSaved) {
+TEST_F(InterruptedPowerSwitchTest, SwitchingOnIsCancelledIfThePanelIsClosedWhileACaptureIsSaved) {
     main.load();
     main.Command8.onClick = [&] {
         main.tmrRecord.setEnabled(false);

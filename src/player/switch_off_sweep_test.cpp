@@ -236,8 +236,8 @@ TEST(EverySwitchOff, WithTheCheckBoxInputTickedAtAnyYieldLeavesTheInputOpenOnlyI
             PlayerBench bench;
             bench.switchOn();
             EXPECT_TRUE(runWith(bench, switchOff, tick, n));
-            // If the box is ticked after the last StopMeter(), the user's choice is kept: the input
-            // runs although the player is off.
+            // If the box is ticked after the switch-off has called MeterCapture::StopMeter() for
+            // the last time, the user's choice is kept: the input runs although the player is off.
             EXPECT_FALSE(bench.disc.discOpen());
             EXPECT_FALSE(bench.form.Timer6.enabled());
             EXPECT_EQ(bench.waveInput.isOpen, bench.player.capture.running());
@@ -253,7 +253,7 @@ TEST(EverySwitchOff, WithTheCheckBoxInputTickedAtAnyYieldLeavesTheInputOpenOnlyI
     }
 }
 
-TEST(EverySwitchOff, WithAnEmptyDriveEndsInSilenceWhetherOrNotThePlayerWasOn) {
+TEST(EverySwitchOff, WithAnEmptyDriveAndAnyEventEndsInSilenceWhetherOrNotThePlayerWasOn) {
     for (const SwitchOff& switchOff : switchOffs()) {
         for (const Event& event : events()) {
             for (int n = 1; n <= switchOff.yields; ++n) {

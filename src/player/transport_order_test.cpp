@@ -40,7 +40,7 @@ TEST_F(TransportOrderTest, AStopKeepsEjectEnabledThroughout) {
     }
 }
 
-TEST_F(TransportOrderTest, AStopClearsPlayingAfterItsStopAndSeekCommands) {
+TEST_F(TransportOrderTest, AStopClearsTheFlagPlayingAfterItsStopAndSeekCommands) {
     for (const char* command : {"stop cd wait", "seek cd to 1"}) {
         form.play.click();
         EXPECT_EQ(lookAt(command, form.stopbtn, [&] { EXPECT_TRUE(state.Playing); }), 1) << command;
@@ -71,7 +71,7 @@ TEST_F(TransportOrderTest, APauseIsStoredAfterItsCommandEvenIfTheCommandFails) {
                          EXPECT_TRUE(state.Playing);
                      }),
               1);
-    EXPECT_FALSE(form.loaded());
+    EXPECT_FALSE(form.loaded()) << "the failed command did not close the player";
     EXPECT_TRUE(process.CDPaused);
     EXPECT_FALSE(state.Playing);
 }

@@ -74,8 +74,8 @@ TEST_F(TransportTest, EachButtonSendsTheCommandsForTheCurrentState) {
         {form.ftrack, 2, 0, 0, true, {"play cd from 3"}},
         {form.ftrack, 3, 0, 30, false, {"seek cd to 1"}},
         {form.ftrack, 3, 0, 30, true, {"seek cd to 1"}},
-        // Previous: skips to the current track's start; from there to the previous track, or from
-        // the first track to the last.
+        // Previous: skips to the current track's start. If the position is already at that start,
+        // skips to the previous track instead, or from the first track to the last.
         {form.btrack, 1, 0, 0, false, {"seek cd to 3"}},
         {form.btrack, 1, 0, 0, true, {"play cd from 3"}},
         {form.btrack, 1, 0, 1, false, {"seek cd to 1"}},
@@ -157,7 +157,7 @@ TEST_F(TransportTest, PlayPlaysNothingIfTheSelectedTrackIsTheLastOrHasALargerNum
     }
 }
 
-TEST_F(TransportTest, ASelectedTrackNumberOutside1To32767KeepsTheCurrentTrack) {
+TEST_F(TransportTest, PlayIgnoresASelectedTrackNumberOutside1To32767) {
     form.ftrack.click();
     for (const std::int32_t track : {40000, INT32_MAX, -1, INT32_MIN, 0}) {
         process.currentTrack = track;
@@ -270,7 +270,7 @@ TEST_F(TransportTest, NextOnTheLastTrackReturnsToTheFirstAndStops) {
     EXPECT_FALSE(state.Playing);
 }
 
-TEST_F(TransportTest, PreviousOnTheFirstTrackSkipsToTheLastOrRestartsTheFirst) {
+TEST_F(TransportTest, OnTheFirstTrackPreviousSkipsFromTheStartToTheLastTrackElseRestartsTheTrack) {
     EXPECT_EQ(click(form.btrack), thenPoll({"seek cd to 3"}));
     EXPECT_EQ(form.timeWindow.text(), "[03] 00:00");
     form.ftrack.click();

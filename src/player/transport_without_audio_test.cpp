@@ -34,7 +34,7 @@ TEST(TransportWithoutADisc, StopFailsAtItsSeekAndClosesThePanelWithoutAMessage) 
 }
 
 TEST(TransportWithADataDisc, PlayOnlyPolls) {
-    test::PlayerBench bench({60000});
+    test::PlayerBench bench({60000}); // a disc with only one track counts as a data disc
     bench.switchOn();
     EXPECT_THAT(bench.commandsOf([&] { bench.form.mnuPlayCD.click(); }),
                 ElementsAre("status cd media present", "status cd number of tracks wait"));

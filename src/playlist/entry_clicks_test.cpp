@@ -48,7 +48,7 @@ TEST_F(EntryClicksTest, MakesTheClickedFileTheEditedFileAndReadsIt) {
     EXPECT_THAT(lines(mainForm.List2), IsEmpty());
 }
 
-TEST_F(EntryClicksTest, RemovesBlanksAroundTheEntry) {
+TEST_F(EntryClicksTest, TheEditedPathIsTheEntryWithoutTheBlanksAroundIt) {
     addMp3(pathA, "Title A");
     open({"  " + pathA + " "});
     choose(0);
@@ -110,7 +110,7 @@ TEST_F(EntryClicksTest, AFileInTheMainListIsNotAdded) {
     EXPECT_FALSE(inTree(pathA));
 }
 
-TEST_F(EntryClicksTest, LinesOfTheMainListArePatterns) {
+TEST_F(EntryClicksTest, AFileThatALineOfTheMainListMatchesAsAPatternIsNotAdded) {
     addMp3(pathA, "Title A");
     open({" " + pathA});
     mainForm.List2.addItem("c:\\*.mp3");
@@ -129,7 +129,8 @@ TEST_F(EntryClicksTest, ComparesOnlyAsManyLinesOfTheMainListAsThePlaylistHas) {
     tickCheck11();
     const auto before = loop.now();
     choose(0);
-    // The third line is not compared, so the adder is called, which waits.
+    // The playlist has one line, so only the first line of the main list is compared and the path
+    // is not found. Therefore the adder is called, which waits.
     EXPECT_GE(loop.now() - before, 300ms);
     EXPECT_TRUE(inTree(pathA));
     // With three lines in the playlist, the third line of the main list is compared and found.
@@ -148,7 +149,9 @@ TEST_F(EntryClicksTest, AddsTheFileEvenIfTheMainListIsShorterThanThePlaylist) {
     EXPECT_TRUE(inTree(pathA));
 }
 
-TEST_F(EntryClicksTest, AnEntryOfBlanksDoesNotMatchTheEmptyTextAfterTheEndOfTheMainList) {
+// Without its blanks, the entry is an empty text. ListBox::list() returns an empty text after the
+// end of the list, too, but there is no line that could match the entry.
+TEST_F(EntryClicksTest, AnEntryOfBlanksMatchesAnEmptyLineOfTheMainListButNotItsEnd) {
     open({"   "});
     tickCheck11();
     const auto before = loop.now();
@@ -252,7 +255,8 @@ TEST_F(EntryClicksTest, TheEditorHasAnMp3ControlOfItsOwn) {
     const int before = mp3.created;
     open({pathA});
     EXPECT_NE(&*editor.ActiveMP31, &*windows.Form6.ActiveMP31);
-    // Unloading the editor replaces its control with a new one, which ends the playing.
+    // Unloading the editor ends the playing, because it replaces the editor's control with a new
+    // one.
     editor.unload();
     EXPECT_EQ(mp3.created, before + 1);
 }

@@ -27,7 +27,7 @@ class FileDeletionTest : public PlaylistWorld {
         boxes.answers = {answer};
         editor.Command10.click();
     }
-    /// The number of yields during the deletion of an entry.
+    /// The number of yields during the deletion of a file that has an entry.
     int yieldsOfADeletion() {
         editor.unload();
         openThree();

@@ -162,6 +162,7 @@ TEST_F(FileDeletionTest, TheSelectedEntryIsRemovedIfNoEntryMatchesThePath) {
 TEST_F(FileDeletionTest, RemovesTheFirstEntryThatMatchesThePath) {
     addMp3(pathA, "Title A");
     addMp3(pathB, "Title B");
+    // Entries are wildcard patterns: the second and the third entry match pathB.
     open({pathA, "c:\\*b.mp3", pathB});
     select(2);
     remove(pathB);
@@ -172,7 +173,8 @@ TEST_F(FileDeletionTest, SelectingTheEntryOfTheDeletedFileRunsTheClickHandler) {
     openThree();
     choose(0);
     remove(pathB);
-    // The click reads the deleted file.
+    // The deletion selects the entry of pathB before it removes the entry. The click handler then
+    // reads the deleted file and shows noDataBox.
     EXPECT_THAT(boxes.shown, ElementsAre(deletionQuestion, deleted(pathB), noDataBox));
     EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathC));
     EXPECT_EQ(editor.Text5.text(), "");
@@ -230,7 +232,8 @@ TEST_F(FileDeletionTest, TheLengthIsReadAgainAfterTheDeletionAndAfterTheReport) 
     EXPECT_THAT(boxes4(), Each(""));
 }
 
-// An entry with a bracket does not match its own path, so the selected entry is removed instead.
+// Entries are wildcard patterns, so an entry with a bracket does not match its own path. If no
+// entry matches, the selected entry is removed.
 TEST_F(FileDeletionTest, AnEntryWithABracketIsRemovedOnlyIfItIsSelected) {
     const std::string bracketed = "c:\\music\\a [live].mp3";
     addMp3(pathA, "Title A");

@@ -25,8 +25,8 @@ TEST_F(FileDeletionTest, AClickOnAnotherEntryDuringTheDeletionChangesTheEditedFi
     remove(pathA);
     EXPECT_FALSE(disk.fileExists(pathA));
     EXPECT_TRUE(disk.fileExists(pathC));
-    // The report names the file that is edited when the report appears. The entry of that file is
-    // removed.
+    // pathC is the edited file when the report appears. So the report names pathC, and the entry of
+    // pathC is removed, although the deleted file is pathA.
     EXPECT_THAT(boxes.shown, ElementsAre(deletionQuestion, deleted(pathC)));
     EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathB));
     EXPECT_EQ(editor.Text5.text(), "");
@@ -57,7 +57,7 @@ TEST_F(FileDeletionTest, AfterAClickInAnyYieldTheListMatchesTheStore) {
     }
 }
 
-// The procedure has no guard against reentry: any button may be pressed while it runs.
+// The deletion has no guard against reentry: the user can press any button in its yields.
 TEST_F(FileDeletionTest, AfterAnyButtonInAnyYieldTheListMatchesTheStore) {
     const int yields = yieldsOfADeletion();
     ASSERT_GT(yields, 3);
@@ -96,7 +96,7 @@ TEST_F(FileDeletionTest, AfterAnyButtonInAnyYieldTheListMatchesTheStore) {
 
 // A rename changes only the list on the screen; the compaction at the end of the deletion stores
 // the new name.
-TEST_F(FileDeletionTest, ARenameInAnyYieldIsStoredByTheCompaction) {
+TEST_F(FileDeletionTest, ARenameDuringTheDeletionIsStoredByTheCompaction) {
     const std::string target = "c:\\music\\new.mp3";
     const int yields = yieldsOfADeletion();
     for (int yield = 1; yield < yields; ++yield) {
@@ -122,7 +122,8 @@ TEST_F(FileDeletionTest, TheDeletedFileIsNotAddedToTheWorkTree) {
     choose(0);
     ASSERT_TRUE(editor.Check11.setValue(1).ok());
     // While Check11 is on, the click handler of an entry also adds the entry's file to the work
-    // tree. The deletion selects the entry of pathB, which runs this handler.
+    // tree. The deletion selects the entry of pathB, which runs this handler. At that time
+    // the file no longer exists: reading its header shows noDataBox, and nothing is added.
     remove(pathB);
     EXPECT_THAT(boxes.shown, ElementsAre(deletionQuestion, deleted(pathB), noDataBox));
     EXPECT_THAT(lines(mainForm.List2), IsEmpty());

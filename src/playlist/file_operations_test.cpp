@@ -82,12 +82,13 @@ TEST_F(FileRenameTest, ShowsTheDialogWithTheEditedPathAndItsBaseName) {
     EXPECT_THAT(dialog.opened, IsEmpty());
 }
 
-TEST_F(FileRenameTest, ReplacesTheFirstMatchingEntryAndComparesTheOthersWithTheNewPath) {
+TEST_F(FileRenameTest,
+       ReplacesTheFirstEntryThatMatchesTheOldPathAndLaterEntriesThatMatchTheNewPath) {
     addMp3(pathA, "Title A");
     open({pathA, pathA, "c:\\music\\n*.mp3"});
     rename(pathA, target);
-    // The entries are used as patterns. After the first match they are compared with the new path,
-    // which matches the third entry and not the second.
+    // The entries are used as patterns. The first entry matches the old path. The remaining entries
+    // are compared with the new path: the third entry matches it, the second does not.
     EXPECT_THAT(lines(editor.List2), ElementsAre(target, pathA, target));
 }
 
@@ -172,8 +173,8 @@ TEST_F(FileRenameTest, TheDialogKeepsTheBaseNameAfterACancelledRename) {
     addMp3(pathA, "Title A");
     open({});
     rename(pathA, std::nullopt);
-    // The user also cancels the dialog that cmdHdr1 shows. The dialog's FileName is not empty, so
-    // the edited file is read.
+    // The user also cancels the dialog that cmdHdr1 shows. The edited file is read nevertheless,
+    // because the dialog's FileName is not empty.
     editor.cmdHdr1.click();
     EXPECT_EQ(dialog.opened.at(0).fileName, "a");
     EXPECT_EQ(editor.Text4(2).text(), "Title A");
@@ -216,8 +217,8 @@ TEST_F(FileRenameTest, AFailureOfTheDialogOtherThanACancelEndsTheRename) {
     EXPECT_EQ(editor.Text5.text(), pathA);
 }
 
-// A rename ends with "Add to PlayList". The new path does not match itself as a pattern, so it is
-// added a second time.
+// A rename ends with a click on "Add to PlayList", which adds the new path unless an entry, used as
+// a pattern, matches it. A path with brackets does not match itself, so it is added a second time.
 TEST_F(FileRenameTest, ATargetWithABracketGetsASecondEntry) {
     const std::string bracketed = "c:\\music\\a [live].mp3";
     addMp3(pathA, "Title A");
@@ -228,7 +229,8 @@ TEST_F(FileRenameTest, ATargetWithABracketGetsASecondEntry) {
     EXPECT_EQ(editor.Text5.text(), "");
 }
 
-// An entry with a bracket does not match its own path, so it keeps the old name.
+// An entry with a bracket, used as a pattern, does not match its own path. So a rename of its file
+// leaves the entry unchanged and adds an entry for the new path.
 TEST_F(FileRenameTest, AnEntryWithABracketIsNotReplaced) {
     const std::string bracketed = "c:\\music\\a [live].mp3";
     addMp3(bracketed, "Title A");

@@ -24,9 +24,10 @@ class HeaderDisplay {
     /// The button "...": opens the dialog and reads the chosen file. After a cancel, reads the
     /// edited file if the dialog still has the file name of an earlier use; otherwise does nothing.
     void cmdHdr1_Click();
-    /// The button "Read header": analyses the edited file and shows the values in `info()`. A value
-    /// that the analysis could not read is that of an earlier file. Yields before it shows the
-    /// values. If the file is too short or cannot be read, only shows noDataText.
+    /// The button "Read header": analyses the edited file, stores the values for info(), yields,
+    /// and shows the values. A value that the analysis cannot read keeps its content from an
+    /// earlier file. If the file is too short or cannot be read, clears Text5, header and tag, and
+    /// shows a message with noDataText.
     void cmdHdr2_Click();
 
     /// The values that were read last, kept as long as the program runs.

@@ -50,7 +50,7 @@ TEST_F(HeaderDisplayTest, ShowsTwelveLinesAndTheTag) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(HeaderDisplayTest, ShowsAFileWithoutATag) {
+TEST_F(HeaderDisplayTest, AFileWithoutATagShowsEmptyTextsAndGenre255) {
     disk.addFile(pathA, Mp3Bytes(1000).header(1, commonHeader).content);
     read(pathA);
     EXPECT_THAT(boxes4(), ElementsAre("", "", "", "", "", "255", "False", "1000 bytes"));
@@ -100,7 +100,7 @@ TEST_F(HeaderDisplayTest, ClearsTheLinesAndTheFirstSixBoxesBeforeItReadsTheFile)
     EXPECT_THAT(boxes.shown, ElementsAre(ShownBox{"File contains no data"}));
 }
 
-TEST_F(HeaderDisplayTest, ReportsNoDataForAFileThatIsMissingUnreadableOrBelow100Bytes) {
+TEST_F(HeaderDisplayTest, AFileThatIsMissingUnreadableOrBelow100BytesIsReportedToContainNoData) {
     std::vector<std::string> paths = {"c:\\none.mp3", "c:\\music", "z:\\a.mp3"};
     for (const std::size_t length : {0U, 1U, 99U}) {
         paths.push_back("c:\\" + std::to_string(length) + ".mp3");
@@ -165,7 +165,7 @@ TEST_F(HeaderDisplayTest, HeaderAndTagAreZeroOrEmptyUntilAFileWithAHeaderIsRead)
     EXPECT_THAT(boxes4(), ElementsAre("", "", "", "", "", "0", "False", "100 bytes"));
 }
 
-TEST_F(HeaderDisplayTest, TheResultsAreKeptWhenTheWindowCloses) {
+TEST_F(HeaderDisplayTest, TheHeaderThatWasReadLastIsKeptWhenTheWindowCloses) {
     addMp3(pathA, "Title A");
     read(pathA);
     editor.unload();
@@ -200,7 +200,7 @@ TEST_F(HeaderDisplayTest, YieldsOnceBetweenTheAnalysisAndTheDisplay) {
     EXPECT_EQ(loop.yieldCount(), 1);
 }
 
-TEST_F(HeaderDisplayTest, ReadingAnotherFileDuringTheYieldShowsTwoHeaders) {
+TEST_F(HeaderDisplayTest, ReadingAnotherFileDuringTheYieldShows24LinesAndTheOtherFilesTag) {
     addMp3(pathA, "Title A");
     addMp3(pathB, "Title B");
     loop.atYield(1, [&] { read(pathB); });
@@ -255,7 +255,7 @@ TEST_F(HeaderDisplayTest, AFileThatShrinksAfterItsHeaderIsReadShowsNoTag) {
     read(pathA);
     EXPECT_EQ(line(0), "Bitrate            128");
     EXPECT_EQ(line(2), "Duration          0")
-        << "the duration was not computed from the length after the file shrank";
+        << "the duration must be computed from the length of the shrunken file";
     EXPECT_THAT(boxes4(), ElementsAre("", "", "", "", "", "255", "False", "48000 bytes"));
 }
 
@@ -301,7 +301,7 @@ TEST_F(HeaderDisplayTest, MakesTheChosenFileTheEditedFileAndReadsIt) {
     EXPECT_THAT(pointer.shapes, ElementsAre(Pointer::hourglass, Pointer::normal));
 }
 
-TEST_F(HeaderDisplayTest, ShowsTheHourglassWhileTheDialogIsOpenAndTheFileIsRead) {
+TEST_F(HeaderDisplayTest, ShowsTheHourglassWhileTheDialogIsOpenAndWhileTheFileIsRead) {
     addMp3(pathA, "Title A");
     dialog.choices = {pathA};
     dialog.whileUp = [&] {
@@ -333,7 +333,7 @@ TEST_F(HeaderDisplayTest, ACancelAfterAnEarlierChoiceReadsTheEditedFile) {
     EXPECT_EQ(editor.Text4(2).text(), "Title B");
 }
 
-TEST_F(HeaderDisplayTest, AReloadedWindowHasNoNameFromAnEarlierDialog) {
+TEST_F(HeaderDisplayTest, TheFileNameOfAnEarlierDialogIsForgottenWhenTheWindowIsReloaded) {
     addMp3(pathA, "Title A");
     dialog.choices = {pathA, std::nullopt};
     editor.cmdHdr1.click();
@@ -373,7 +373,7 @@ TEST_F(HeaderDisplayTest, OfAChosenFileThatIsTooShortOnlyTheLengthIsShown) {
     EXPECT_EQ(editor.Text5.text(), "");
 }
 
-// While a slow disk is read, other events may add lines.
+// The handler clears the list a second time after it has read the file.
 TEST_F(HeaderDisplayTest, LinesThatWereAddedDuringTheReadingAreCleared) {
     addMp3(pathA, "Title A");
     disk.meanwhile = [&](const std::string& entry) {

@@ -117,9 +117,9 @@ Status PlaylistEntries::CompactPlayList() {
 
 Status PlaylistEntries::removeSelected() {
     const int selected = form_.List2.listIndex();
-    // Deliberate: the index counts from 0 and the keys from 1, so this empties the key of the
-    // previous entry, or a key "0" or "-1" that no entry has. moveEntriesBack() then writes the
-    // correct keys.
+    // Deliberate: the index counts from 0 and the keys from 1, so this empties the key of the entry
+    // before the selected one. If the first entry is selected, the emptied key is "0", and without
+    // a selection "-1"; no entry has these keys. moveEntriesBack() then writes the correct keys.
     save(std::to_string(selected), "");
     return form_.List2.removeItem(selected);
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Keeps the playlist and its copy in the settings store. Each change of the playlist except a
-// rename updates the copy. entry_clicks.h and file_operations.h handle commands for an entry and
-// its file.
+// Keeps the playlist and its copy in the settings store. Each change of the playlist updates the
+// copy, except the change of an entry whose file is renamed. entry_clicks.h and file_operations.h
+// handle commands for an entry and its file.
 #pragma once
 
 #include <string>
@@ -18,8 +18,8 @@ namespace sonarith {
 /// "HowMany", and their paths under "1", "2" and so on.
 inline constexpr const char* playlistSection = "music";
 
-/// The keys of that section whose values are paths. They are paths of the logic (drive letter,
-/// backslashes).
+/// The keys of that section whose values are paths. The values are paths of the logic (drive
+/// letter, backslashes).
 [[nodiscard]] std::vector<std::string> playlistPathKeys(const SettingsStore& store);
 
 class PlaylistEntries {

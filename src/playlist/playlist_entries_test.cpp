@@ -43,7 +43,7 @@ TEST_F(PlaylistEntriesTest, LoadsNothingFromAFreshStore) {
     EXPECT_THAT(store.readKeys, testing::Not(testing::Contains("1")));
 }
 
-TEST_F(PlaylistEntriesTest, ShowsTheWordEmptyForMissingEntries) {
+TEST_F(PlaylistEntriesTest, ShowsTheWordEmptyForAMissingEntryAndForAnEntryWithTheText0) {
     store.put("music", "HowMany", "4");
     store.put("music", "1", pathA);
     store.put("music", "3", "0");
@@ -168,7 +168,7 @@ TEST_F(PlaylistEntriesTest, ComparesPathsIncludingCaseAndBlanks) {
     EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, "C:\\music\\a.mp3", pathA + " "));
 }
 
-TEST_F(PlaylistEntriesTest, TreatsEntriesAsPatterns) {
+TEST_F(PlaylistEntriesTest, DoesNotAddAPathThatMatchesAnEntryUsedAsAPattern) {
     open({"c:\\*.mp3", "d:\\#?.mp3", "e:\\[ab].mp3"});
     for (const char* known : {"c:\\x\\y.mp3", "d:\\1z.mp3", "e:\\b.mp3"}) {
         add(known);
@@ -191,7 +191,7 @@ TEST_F(PlaylistEntriesTest, APathWithABracketCanBeAddedTwice) {
 
 // --- delisting -------------------------------------------------------------------------------
 
-TEST_F(PlaylistEntriesTest, DelistsTheSelectedEntryInOneWriteOfTheStore) {
+TEST_F(PlaylistEntriesTest, DelistsTheSelectedEntryInOneTransactionOfTheStore) {
     open({pathA, pathB, pathC});
     select(1);
     const int yields = loop.yieldCount();
@@ -235,7 +235,7 @@ TEST_F(PlaylistEntriesTest, DelistingTheOnlyEntryLeavesItsKeyAndAKey0) {
     }
 }
 
-// An ending in mixed case, "Mp3", does not count.
+// The last three characters may be "mp3" or "MP3"; an entry that ends in "Mp3" is removed.
 TEST_F(PlaylistEntriesTest, DelistingAlsoRemovesEveryEntryThatDoesNotEndInMp3) {
     open({pathA, "Empty", "c:\\b.wav", "c:\\c.Mp3", "c:\\d.MP3", "mp3", "c:\\e.mp3 ", pathB});
     select(7);
@@ -253,7 +253,7 @@ TEST_F(PlaylistEntriesTest, AnAddedWavIsKeptUntilTheNextDelisting) {
     EXPECT_THAT(inStore(), ElementsAre(pathB));
 }
 
-TEST_F(PlaylistEntriesTest, DelistingClosesTheGapOfAMissingKey) {
+TEST_F(PlaylistEntriesTest, DelistingAlsoRemovesTheLineOfAMissingEntry) {
     store.put("music", "HowMany", "3");
     store.put("music", "1", pathA);
     store.put("music", "3", pathC);
@@ -362,7 +362,7 @@ TEST_F(PlaylistEntriesTest, ReadersOfTheStoreSeeEachStepOfADelisting) {
     };
     // `counts`: the stored count at each removal of a line from List2. The delisted line is removed
     // first; then the two other lines move to List3. CompactPlayList stores the new count after
-    // each line that moves, and "Delist" only after the last one.
+    // each line that moves, and the button "Delist" only after the last one.
     for (const Row& row : {Row{false, {"3", "3", "3"}}, Row{true, {"3", "3", "1"}}}) {
         open({pathA, pathB, pathC});
         std::vector<std::string> counts;

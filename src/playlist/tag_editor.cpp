@@ -34,8 +34,8 @@ void TagEditor::cmdTag_Click() {
     }
     const std::string path = withoutBlanksAround(form_.Text5.text());
     // Deliberate: the artist's box is written to the title's field and vice versa, while
-    // HeaderDisplay shows both fields as stored. So each read and write of a tag swaps title and
-    // artist.
+    // HeaderDisplay shows both fields as stored. So title and artist are swapped when a tag is
+    // shown and then written without a change.
     const auto tag = id3v1Tag({.title = form_.Text4(1).text(),
                                .artist = form_.Text4(2).text(),
                                .album = form_.Text4(3).text(),

@@ -94,7 +94,7 @@ TEST_F(TagEditorTest, OverwritesAShortFileFromItsStart) {
     }
 }
 
-TEST_F(TagEditorTest, WritesAtTheEndOfAFileOf128BytesOrMore) {
+TEST_F(TagEditorTest, OverwritesTheEndOfAFileOf128BytesOrMore) {
     fill({"Artist"});
     for (const std::size_t length : {128U, 129U, 255U, 256U, 257U}) {
         disk.addFile(pathA, sound(length));

@@ -10,8 +10,9 @@ void LoadSettings(const SettingsStore& store, const std::string& programFolder,
     const auto read = [&](const char* key, const std::string& fallback) {
         return store.GetSetting(applicationName, settingsSection, key, fallback);
     };
-    // An invalid value leaves its field unchanged (0 at the start of a run) and does not set the
-    // default: a store with an editing error must not look like a new store.
+    // If a stored value is invalid, the field is not changed (it is 0 when the program starts) and
+    // does not get the default: a store in which the user has made a mistake must not look like a
+    // new store.
     const auto number = [&](const char* key, const char* fallback, std::int16_t& field) {
         toInteger16(read(key, fallback)).storeIn(field);
     };

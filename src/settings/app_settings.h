@@ -37,9 +37,9 @@ struct AppSettings {
     std::int16_t encodingQuality = 0; ///< no effect; the preferences only show and store it
     std::int16_t encodingBitrate = 0; ///< no effect; the preferences only show and store it
     std::int16_t hdWarning = 0;
-    std::int16_t hdWarningNo = 0; ///< MB of 1,000,000 bytes
+    std::int16_t hdWarningNo = 0; ///< limit of free space, MB of 1,000,000 bytes
     std::int16_t hdStopDecoding = 0;
-    std::int16_t hdStopNo = 0; ///< MB of 1,000,000 bytes
+    std::int16_t hdStopNo = 0; ///< limit of free space, MB of 1,000,000 bytes
     std::string decodePath;    ///< destination folder, no trailing backslash
     std::int16_t desktopIcon = 0;
     std::int16_t minimizeOnStart = 0;

@@ -70,7 +70,7 @@ TEST(LoadSettings, ReadsEachValueIntoItsOwnField) {
     EXPECT_EQ(s.decodePath, "X:\\No\\Such"); // unchanged, including its case
 }
 
-TEST(LoadSettings, KeepsTheOldValueInsteadOfTheDefaultForAValueThatIsNotANumber) {
+TEST(LoadSettings, LeavesAFieldUnchangedInsteadOfUsingTheDefaultIfTheStoredValueIsNotANumber) {
     FakeSettingsStore store;
     store.put("Settings", "HDWarningNo", "1o0");
     store.put("Settings", "HDStopNo", "");
@@ -83,7 +83,7 @@ TEST(LoadSettings, KeepsTheOldValueInsteadOfTheDefaultForAValueThatIsNotANumber)
     EXPECT_EQ(running.hdWarningNo, 77);
 }
 
-TEST(LoadSettings, KeepsTheOldValueForANumberThatDoesNotFitIn16Bits) {
+TEST(LoadSettings, LeavesAFieldUnchangedIfTheStoredNumberDoesNotFitIn16Bits) {
     FakeSettingsStore store;
     store.put("Settings", "HDWarningNo", "70000");
     store.put("Settings", "HDStopNo", "-40000");

@@ -81,7 +81,7 @@ TEST_F(DestroyFileTest, DoesNotDeleteAFileThatIsInUseAndReturnsTheFailureAtOnce)
     EXPECT_EQ(loop_.yieldCount(), 0);
 }
 
-TEST_F(DestroyFileTest, ReturnsAFailureToDeleteWithoutThePause) {
+TEST_F(DestroyFileTest, ReturnsTheFailureOfTheDeletionAtOnce) {
     disk_.addFile("c:\\music\\a.wav", "sound");
     disk_.failWith(Operation::removeFile, "c:\\music\\a.wav", ErrorNumber::pathFileAccess);
     const Status status = destroy();

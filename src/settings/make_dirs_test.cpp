@@ -58,7 +58,7 @@ TEST_F(MakeDirsTest, CreatesNothingForTheRoot) {
     EXPECT_THAT(disk_.log, ElementsAre("changeDrive c:\\", "changeFolder \\"));
 }
 
-TEST_F(MakeDirsTest, ReportsAnUnreadableDriveAndResetsThePointer) {
+TEST_F(MakeDirsTest, ReportsAnUnavailableDriveAndResetsThePointer) {
     expectFailure("x:\\music");
     EXPECT_THAT(disk_.log, ElementsAre("changeDrive x:\\music\\"));
 }
@@ -67,7 +67,7 @@ TEST_F(MakeDirsTest, ReportsAnEmptyPath) {
     expectFailure("");
 }
 
-TEST_F(MakeDirsTest, ShowsTheHourglassWhileTheBoxIsOpen) {
+TEST_F(MakeDirsTest, ShowsTheHourglassWhileTheErrorMessageIsOpen) {
     boxes_.whileUp = [&](const test::ShownBox&) {
         EXPECT_THAT(pointer_.shapes, ElementsAre(Pointer::hourglass));
     };

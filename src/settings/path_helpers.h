@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Splits paths in the logic's form (drive letter, backslashes) as texts; nothing here accesses a
+// Splits paths of the logic (with drive letter and backslashes) as texts; nothing here accesses a
 // disk.
 #pragma once
 

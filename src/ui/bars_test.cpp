@@ -30,7 +30,7 @@ TEST_F(BarsTest, EachBarFitsIntoTheNarrowestWindow) {
     }
 }
 
-TEST_F(BarsTest, TheHeightOfABarIsTheSameWithEmptyLabels) {
+TEST_F(BarsTest, TheStatusBarKeepsItsHeightWhenItsLabelsAreCleared) {
     const BarView* bar = makeStatusBar(form, &window);
     const int before = bar->sizeHint().height();
     form.ClearActivity();
@@ -38,7 +38,7 @@ TEST_F(BarsTest, TheHeightOfABarIsTheSameWithEmptyLabels) {
     EXPECT_EQ(bar->sizeHint().height(), before);
 }
 
-TEST_F(BarsTest, CancelAndStartAreTextButtonsWithAltLetters) {
+TEST_F(BarsTest, CancelAndStartAreTextButtonsWithMnemonicLetters) {
     const BarView* bar = makeToolBar(form, "fap", &window);
     EXPECT_EQ(bar->findChild<QAbstractButton*>("Command2")->text(), "&Cancel");
     EXPECT_EQ(bar->findChild<QAbstractButton*>("CmdSelectAction")->text(), "&Start ");

@@ -8,8 +8,8 @@
 namespace sonarith {
 namespace {
 
-/// Side of a tool bar's pictures, in device-independent pixels: six such pictures fit beside each
-/// other into the narrowest window.
+/// The side of a tool bar's pictures, in device-independent pixels: six such pictures fit beside
+/// each other into the main window at its least width.
 constexpr int iconSide = 22;
 
 } // namespace

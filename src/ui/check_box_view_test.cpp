@@ -68,7 +68,7 @@ TEST_F(CheckBoxViewTest, ShowsItsLabelIfTheControlHasNoCaption) {
     EXPECT_EQ(bareView.accessibleName(), "Minimize now");
 }
 
-TEST_F(CheckBoxViewTest, ShowsTheDesignedStateAfterALoad) {
+TEST_F(CheckBoxViewTest, ShowsTheDesignedStateAgainWhenTheFormIsLoadedAgain) {
     form.load();
     model.setValue(1).passOver();
     form.unload();

@@ -33,7 +33,7 @@ TEST_F(ControlViewTest, TheWidgetIsVisibleAndEnabledLikeTheControl) {
     EXPECT_FALSE(widget.isEnabled());
 }
 
-TEST_F(ControlViewTest, TheAccessibleNameIsTheCaptionOrElseTheToolTipOrElseTheLabelOfTheView) {
+TEST_F(ControlViewTest, TheAccessibleNameIsTheCaptionOrElseTheToolTipOrElseTheNamePassedToTheView) {
     EXPECT_EQ(widget.accessibleName(), "12 Bytes");
     model.setCaption("");
     EXPECT_EQ(widget.accessibleName(), "Bytes captured");

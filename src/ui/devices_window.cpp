@@ -217,8 +217,9 @@ void DevicesWindow::showReport() {
     }
 }
 
-/// A drive that is already chosen is read again, except within the double-click interval after the
-/// last choice: a double click, or a click followed by Return, chooses the drive once.
+/// A drive that is already chosen is read again, except while calls_.refreshList() runs or within
+/// the double-click interval after the last choice: so a double click, or a click followed by
+/// Return, chooses the drive once.
 void DevicesWindow::choose(const QListWidgetItem& item) {
     const std::string name = nameIn(item.data(nameRole));
     const bool chosenJustNow =

@@ -96,7 +96,7 @@ TEST_F(DevicesWindowTest, ListsADefaultEntryAndThenAllDrives) {
 }
 
 // Qt reports the selected entry of a drop-down list as the accessible name of the list, so a label
-// must say which device the user chooses in the list.
+// must state the purpose of the list.
 TEST_F(DevicesWindowTest, EachBoxHasALabelForScreenReaders) {
     window.open();
     const QList<QComboBox*> boxes = window.findChildren<QComboBox*>();
@@ -147,7 +147,7 @@ TEST_F(DevicesWindowTest, EachPickOfAnImageStoresItsPathByteForByteAndRunsRefres
     child<QPushButton>("pickImage").click();
     EXPECT_THAT(log, ElementsAre("drive /m/caf\xE9.toc", "refresh /m/caf\xE9.toc",
                                  "drive /m/caf\xE9.toc", "refresh /m/caf\xE9.toc"));
-    // The user can then choose the entry "First drive found", whose name is empty.
+    // The user can then choose the entry "First drive found", which is stored as an empty name.
     clickDrive(0);
     EXPECT_EQ(drive, "");
 }
@@ -175,7 +175,7 @@ TEST_F(DevicesWindowTest, OutputAndSourceAreStoredWhenChosen) {
     EXPECT_EQ(box.currentText(), "Default");
     QTest::keyClick(&box, Qt::Key_Down);
     EXPECT_EQ(output, "none");
-    // While no source is stored, the box has an additional first entry "None".
+    // While no source is stored, the sources' box has an additional first entry "None".
     EXPECT_EQ(child<QComboBox>("source").currentText(), "None");
     QTest::keyClick(&child<QComboBox>("source"), Qt::Key_Down);
     EXPECT_EQ(source, "none");
@@ -213,6 +213,7 @@ TEST_F(DevicesWindowTest, UpdatesTheDiscReportWhileTheWindowIsOpen) {
     auto& shown = child<QPlainTextEdit>("report");
     report = "Sector 12 is torn.";
     EXPECT_TRUE(QTest::qWaitFor([&] { return shown.toPlainText() == "Sector 12 is torn."; }));
+    // An update with an unchanged report keeps the selection of the text.
     shown.selectAll();
     QTest::qWait(600); // longer than the interval between two updates
     EXPECT_TRUE(shown.textCursor().hasSelection());

@@ -23,7 +23,7 @@ TEST(DroppedImage, BytesOfThePathThatAreNotUtf8AreKept) {
     EXPECT_EQ(dropping("file:///m/caf%E9%20%C3%BC%25.cue\r\n"), "/m/caf\xE9 \xC3\xBC%.cue");
 }
 
-TEST(DroppedImage, OtherFilesAndRemoteUrlsAreNoDiscImages) {
+TEST(DroppedImage, FilesOfOtherTypesAndRemoteDiscImagesAreIgnored) {
     EXPECT_EQ(dropping("file:///m/song.wav\r\n"), "");
     EXPECT_EQ(dropping("http://example.org/disc.cue\r\n"), "");
     EXPECT_EQ(dropping(""), "");

@@ -12,7 +12,8 @@ QLabel* makeFixedText(const QString& text, QWidget* named, QWidget* parent) {
     label->setTextFormat(Qt::PlainText);
     if (named) {
         label->setBuddy(named);
-        // In a label with a buddy, an ampersand marks a mnemonic letter.
+        // In a label with a buddy, a single ampersand would mark a mnemonic letter and not be
+        // shown.
         label->setText(withoutMnemonic(text));
     } else {
         label->setText(text);

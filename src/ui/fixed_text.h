@@ -7,7 +7,8 @@
 
 namespace sonarith {
 
-/// Creates a text. `named` (may be null) is the widget that the text labels for screen readers.
+/// Creates a text. `named` (may be null) is the widget that gets the text as its name for screen
+/// readers.
 [[nodiscard]] QLabel* makeFixedText(const QString& text, QWidget* named, QWidget* parent);
 
 /// Creates a heading of a value. It is paler than the value.

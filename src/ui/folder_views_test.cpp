@@ -92,7 +92,7 @@ TEST_F(FolderViewsTest, AMissingFolderIsNotEntered) {
     EXPECT_EQ(list.currentIndex().row(), 1);
 }
 
-TEST_F(FolderViewsTest, F5AndShowingTheListReadTheFolderAgain) {
+TEST_F(FolderViewsTest, TheFolderIsReadAgainAtF5AndWhenTheListIsShown) {
     disk.addFolder("c:\\music\\new");
     EXPECT_THAT(shown(), ElementsAre("c:\\", "music", "one", "two"));
     QTest::keyClick(&list, Qt::Key_F5);

@@ -17,7 +17,7 @@ class FormAdapter : public QObject {
   public:
     /// `client` is the part of `window` whose size is the form's inner size: the window itself, or
     /// the part below its menu bar. `beforeResize` runs before the form is notified of a new size.
-    /// Both widgets must outlive the adapter's last event.
+    /// `window` and `client` must outlive the adapter.
     FormAdapter(Form& form, QWidget& window, QWidget& client,
                 std::function<void()> beforeResize = {});
 

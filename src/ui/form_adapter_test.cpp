@@ -60,7 +60,7 @@ TEST_F(FormAdapterTest, ARequestToCloseDuringAnUnloadDoesNothing) {
     EXPECT_EQ(unloads, 1);
 }
 
-TEST_F(FormAdapterTest, AnUnloadedWindowCanBeShownAgain) {
+TEST_F(FormAdapterTest, AnUnloadedFormCanBeShownAgain) {
     int loads = 0;
     form.onLoad = [&] {
         ++loads;
@@ -96,8 +96,8 @@ TEST_F(FormAdapterTest, TheWindowMovesWithTheFormAndTheFormWithTheWindow) {
     QCoreApplication::processEvents();
     EXPECT_EQ(form.left(), Twips(300));
     EXPECT_EQ(form.top(), Twips(450));
-    // This position is on the second screen: to the left of the primary screen, and above the top
-    // edge of the primary screen.
+    // This position is on the second of the two simulated screens (offscreen_main_test.cpp): to the
+    // left of the primary screen, and above the top edge of the primary screen.
     window.move(0, 0);
     QCoreApplication::processEvents();
     EXPECT_EQ(form.left(), Twips(-800 * 15));
@@ -223,7 +223,7 @@ TEST_F(FormAdapterTest, APressOnTheWindowOutsideOfItsControlsIsReportedToTheForm
     EXPECT_EQ(presses, 1);
 }
 
-TEST_F(FormAdapterTest, ADragOfTheCaptionBeforeTheWindowIsFirstShownIsIgnored) {
+TEST_F(FormAdapterTest, ARequestToDragTheWindowBeforeItIsFirstShownIsIgnored) {
     form.captionGrasped.emit();
     EXPECT_FALSE(window.isVisible());
 }

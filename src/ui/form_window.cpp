@@ -69,8 +69,8 @@ TextButtonView* FormWindow::makeButton(CommandButton& model, QWidget* parent) {
     return button;
 }
 
-/// Enlarges the designed size if it is too small for the contents. A window that its load step has
-/// centred on the screen stays centred.
+/// Enlarges the designed size if it is too small for the contents. If the form's load step has
+/// centred the window on the screen, the window stays centred.
 void FormWindow::growToContents() {
     ensurePolished();
     Form& form = layout_.form;

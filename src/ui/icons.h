@@ -30,7 +30,7 @@ enum class Symbol {
     item,
     itemOpen,
     program,
-    more, ///< tells the user that there are more entries at the right
+    more, ///< an arrow: the menu bar has more entries at the right
 };
 /// The last enumerator, for iterating over all symbols.
 inline constexpr Symbol lastSymbol = Symbol::more;

@@ -51,8 +51,8 @@ void LabelEditor::keyPressEvent(QKeyEvent* event) {
         break;
     default:
         QLineEdit::keyPressEvent(event);
-        // Keys that the editor does not use (such as up and down) must not reach the tree, where
-        // they would move the cursor.
+        // Keys that the editor does not use (such as up and down) must not reach the tree: there
+        // they would make another row the current row.
         event->accept();
     }
 }

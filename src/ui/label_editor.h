@@ -14,10 +14,10 @@ class LabelEditor : public QLineEdit {
     LabelEditor(const QString& text, QWidget* parent);
 
     /// One of these two functions is called, once, when the edit ends. The return key finishes the
-    /// edit, and so does a move of the focus within the window by mouse or tab key. The escape key
-    /// cancels the edit, and so does any other loss of the focus (to another window or a message
-    /// box, or because the editor is hidden): a finished edit renames a file, and such a loss may
-    /// be an accident.
+    /// edit, and so does a move of the focus within the window by mouse or tab key. A menu that
+    /// takes the focus does not end the edit. The escape key cancels the edit, and so does any
+    /// other loss of the focus (to another window or a message box, or because the editor is
+    /// hidden): a finished edit renames a file, and such a loss may be an accident.
     std::function<void(const QString& text)> onFinished;
     std::function<void()> onCancelled;
     /// Called for each press of a mouse button. If it returns true, the editor ignores the press.

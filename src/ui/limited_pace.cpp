@@ -7,9 +7,9 @@ namespace sonarith {
 
 namespace {
 
-/// How long after the end of an interval the last request is shown. Longer than the interval of the
-/// level meter's requests, so that these are shown without a wake-up of the processor for the
-/// timer.
+/// How long after the end of an interval the timer shows the last request of this interval. This
+/// delay is longer than the time between two requests of the level meter: usually the meter's next
+/// request arrives first, and the timer need not wake up the processor.
 constexpr std::chrono::milliseconds tailDelay{30};
 
 } // namespace

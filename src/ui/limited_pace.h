@@ -12,9 +12,9 @@ namespace sonarith {
 /// The interval for moving pictures: at this pace, the pictures still seem to move.
 inline constexpr std::chrono::milliseconds pictureInterval{50};
 
-/// Shows a value once in each interval. The intervals of all objects begin at the multiples of
-/// their length on the clock. So views that change at the same moments, such as the bar and the
-/// trace of the level meter, are also shown at the same moments, and Qt paints them together.
+/// Shows a value at most once in each interval. Every interval begins when the clock reads a
+/// multiple of the interval's length. So views that change at the same moments, such as the bar and
+/// the trace of the level meter, are also shown at the same moments, and Qt paints them together.
 class LimitedPace {
   public:
     using Clock = std::function<std::chrono::nanoseconds()>; ///< a monotonic clock
@@ -24,8 +24,8 @@ class LimitedPace {
     LimitedPace(std::chrono::milliseconds interval, std::function<void()> show,
                 Clock now = monotonicNow);
 
-    /// Runs `show` now if it has not run in the present interval. Otherwise `show` runs at the next
-    /// request in a later interval, or, if there is none, soon after the end of this interval.
+    /// Runs `show` now if it has not run in the present interval. Otherwise, the first
+    /// request after the end of this interval runs `show`; if none arrives soon, a timer runs it.
     void request();
 
   private:
@@ -35,7 +35,7 @@ class LimitedPace {
     std::function<void()> show_;
     Clock now_;
     std::chrono::nanoseconds::rep lastShown_ = -1; ///< the number of an interval
-    QTimer tail_; ///< shows the last request if no further one follows
+    QTimer tail_; ///< runs show_ if no request arrives soon after the interval
 };
 
 } // namespace sonarith

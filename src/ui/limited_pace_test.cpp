@@ -68,7 +68,7 @@ TEST_F(LimitedPaceTest, TheLastRequestIsShownAfterItsIntervalIfNoFurtherRequestF
     EXPECT_EQ(shown, std::vector<int>({1, 5}));
 }
 
-TEST_F(LimitedPaceTest, ARequestThatIsShownReplacesTheLateDisplayOfEarlierRequests) {
+TEST_F(LimitedPaceTest, ARequestThatIsShownAtOnceCancelsThePendingDisplayOfAnEarlierRequest) {
     change();
     change();
     now = 1020ms;
@@ -77,7 +77,7 @@ TEST_F(LimitedPaceTest, ARequestThatIsShownReplacesTheLateDisplayOfEarlierReques
     EXPECT_EQ(shown, std::vector<int>({1, 3}));
 }
 
-TEST_F(LimitedPaceTest, NothingIsShownWithoutARequest) {
+TEST_F(LimitedPaceTest, NothingMoreIsShownWithoutAFurtherRequest) {
     change();
     QTest::qWait(100);
     EXPECT_EQ(shown, std::vector<int>({1}));

@@ -51,7 +51,7 @@ class ListBoxModelTest : public testing::Test {
 /// Makes the changes that a file search makes in its list of folders to scan: for each scanned
 /// folder, which is the first of the list, it inserts the subfolders below that folder and then
 /// removes that folder.
-TEST_F(ListBoxModelTest, ChangesCloseToEachOtherAreAnnouncedTogetherAndOnce) {
+TEST_F(ListBoxModelTest, ChangesOfNearbyLinesAreAnnouncedTogetherAndOnlyOnce) {
     fill({"scanned", "waiting", "last"});
     ListBoxModel model(list, Gathered::changes);
     const Announced announced(model);
@@ -83,7 +83,7 @@ TEST_F(ListBoxModelTest, RemovalsWithoutAdditionsAreAlsoAnnouncedTogether) {
     EXPECT_THAT(announced.counts(), ElementsAre(0, 1, 0));
 }
 
-TEST_F(ListBoxModelTest, IfAdditionsAreGatheredOnlyLinesAddedAtTheEndAreAnnouncedLater) {
+TEST_F(ListBoxModelTest, GatheringAdditionsDelaysOnlyLinesAddedBehindAllAnnouncedLines) {
     fill({"a", "b", "c"});
     ListBoxModel model(list, Gathered::additions);
     const Announced announced(model);

@@ -58,7 +58,8 @@ void ListBoxView::showCurrent() {
     const QModelIndex wanted = model_.index(model_.rowOf(list_.listIndex()));
     showingCurrent_ = true;
     if (!wanted.isValid()) {
-        // Only the selection is cleared: the focus stays at the row next to the removed one.
+        // Only the selection is cleared: after the removal of a line, the focus stays at a
+        // neighbouring row.
         selectionModel()->clearSelection();
     } else if (wanted != currentIndex() || !selectionModel()->isSelected(wanted)) {
         selectionModel()->setCurrentIndex(wanted, QItemSelectionModel::ClearAndSelect);

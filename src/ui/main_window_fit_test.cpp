@@ -30,7 +30,7 @@ class MainWindowFit : public testing::Test {
         row = tree.add(group, "p", "Track  1 - 00:03:05", 3, 6).value();
         tree.ensureVisible(row).passOver();
     }
-    /// Shows all bars, with every widget visible and with the longest contents.
+    /// Shows all bars, with every widget visible and with long contents.
     void showEverything() {
         form.Picture4.setVisible(true);
         form.Command2.setVisible(true);
@@ -67,6 +67,8 @@ class MainWindowFit : public testing::Test {
             EXPECT_TRUE(child->parentWidget()->rect().contains(child->geometry())) << name;
         }
     }
+    /// Each visible text has enough height. The texts of the buttons and of the menu bar also have
+    /// enough width. The widths of labels are not checked here: some labels may cut their text.
     void expectWholeTexts() {
         for (const auto* label : view.findChildren<QLabel*>()) {
             if (label->isVisible()) {
@@ -115,21 +117,21 @@ TEST_F(MainWindowFit, TheWindowHasTheScaleThatTheEnvironmentRequests) {
     EXPECT_DOUBLE_EQ(view.devicePixelRatioF(), requested.isEmpty() ? 1.0 : requested.toDouble());
 }
 
-TEST_F(MainWindowFit, InTheInitialStateAllTextsFit) {
+TEST_F(MainWindowFit, InTheInitialStateEveryWidgetFits) {
     show();
     expectRoomForEach();
     expectWholeTexts();
     expectStackedWithoutGaps({"Picture3", "TreeView1", "Picture2", "Picture1"});
 }
 
-TEST_F(MainWindowFit, WithAllBarsShownAndTheLongestContentsAllTextsFit) {
+TEST_F(MainWindowFit, WithAllBarsShownAndLongContentsEveryWidgetFits) {
     showEverything();
     expectRoomForEach();
     expectWholeTexts();
     expectStackedWithoutGaps({"Picture3", "Picture4", "TreeView1", "Picture2", "Picture1"});
 }
 
-TEST_F(MainWindowFit, AtTheMinimumSizeAllTextsFit) {
+TEST_F(MainWindowFit, AtTheMinimumSizeEveryWidgetFits) {
     showEverything();
     view.resize(1, 1);
     QCoreApplication::processEvents();

@@ -116,7 +116,7 @@ TEST_F(MenuViewTest, ARequestedPopupMenuWithADisabledHeadingDoesNotOpen) {
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
 }
 
-TEST_F(MenuViewTest, AltWithALetterOpensAMenuAndALetterTriggersAnEntry) {
+TEST_F(MenuViewTest, AltWithALetterOpensAMenuInWhichALetterTriggersAnEntry) {
     int clicks = 0;
     open.onClick = [&] {
         ++clicks;

@@ -92,7 +92,7 @@ TEST_F(OptionButtonViewTest, ArrowKeysSkipADisabledButton) {
     EXPECT_TRUE(onView.hasFocus());
 }
 
-TEST_F(OptionButtonViewTest, TheTabKeyStopsOnlyAtTheSelectedButtonIfTheGroupHasOneThatIsEnabled) {
+TEST_F(OptionButtonViewTest, IfAnEnabledButtonIsSelectedTheTabKeyStopsAtNoOtherButtonOfItsGroup) {
     EXPECT_NE(offView.focusPolicy() & Qt::TabFocus, 0)
         << "the tab key does not stop at this button, although no button is selected";
     on.setSelected(true);

@@ -35,8 +35,8 @@ void placeAsDesigned(QWidget& view, const Control& control) {
                      toPixels(control.height()));
 }
 
-/// Creates the dark surface with the time, the mode and the track length. The user can drag the
-/// panel by it.
+/// Creates the dark surface with the time, the mode and the track length. The user can move the
+/// player's window by dragging this surface.
 QWidget* makeDisplay(Form4& form, QWidget* parent) {
     auto* display = new PlayerDisplay(form.Picture10, QObject::tr("Display"), parent);
     auto* columns = new QHBoxLayout(display);

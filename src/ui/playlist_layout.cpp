@@ -16,9 +16,9 @@
 namespace sonarith {
 namespace {
 
-// Device-independent pixels.
-constexpr int listWidth = 300;
-/// The length of the longest fields of the tag. Each box is wide enough for this many characters.
+constexpr int listWidth = 300; ///< device-independent pixels
+/// The length of the longest fields of the tag, in characters. Each box of the tag is wide enough
+/// for this many characters of average width.
 constexpr int charactersOfABox = 30;
 constexpr int headerLines = 12;
 constexpr int lineSpace = 4; ///< device-independent pixels that a style adds to a line, at most

@@ -93,7 +93,7 @@ TEST_F(PlaylistLayoutTest, DoesNotBlockOtherWindows) {
 TEST_F(PlaylistLayoutTest, TheBoxesOfTheTagShowThirtyCharacters) {
     for (std::size_t number = 1; number <= FrmPlayList::text4Count; ++number) {
         const auto& box = get<QLineEdit>(boxName(number).c_str());
-        EXPECT_GE(textWidth(box), 30 * box.fontMetrics().averageCharWidth()) << number;
+        EXPECT_GE(textWidth(box), 30 * box.fontMetrics().averageCharWidth()) << boxName(number);
     }
     // The boxes keep this width when the user makes the window as small as possible.
     window.resize(window.minimumSizeHint());
@@ -135,7 +135,7 @@ TEST_F(PlaylistLayoutTest, PlayAndStopAreButtonsWithSymbols) {
     EXPECT_EQ(stop.accessibleName(), "Stop");
 }
 
-// --- the columns of the header -----------------------------------------------------------------
+// --- the columns of the lines about an MP3 header ----------------------------------------------
 
 class HeaderColumnsTest : public testing::Test {
   protected:

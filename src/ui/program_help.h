@@ -14,17 +14,18 @@ namespace sonarith {
 
 class ProgramHelp {
   public:
-    /// `folder`, such as helpFolder, returns the folder of the pages. It is called when help is
-    /// first shown, since it reads the disk.
+    /// `folder`, such as helpFolder, returns the folder of the pages. `folder` reads the disk,
+    /// so this constructor does not call it: the first call of show() does.
     explicit ProgramHelp(std::function<QString()> folder);
 
     /// Runs `press`, which clicks the help button. If `press` calls show(), the page about
     /// `window` (the name of a form or dialog) is shown.
     void askFrom(const std::string& window, const std::function<void()>& press);
     /// Shows the page about the window that was passed to askFrom() if askFrom() is running,
-    /// otherwise the page about the main window. Returns false if there is no such page.
+    /// otherwise the page about the main window. If no page is about that window, shows the first
+    /// page of helpPages(). Returns false if the file of the page is missing.
     bool show();
-    /// Null until help is first shown.
+    /// Null before the first call of show(); not null after it, even if it returned false.
     [[nodiscard]] HelpWindow* window() const { return window_.get(); }
 
   private:

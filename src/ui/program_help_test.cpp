@@ -90,12 +90,12 @@ TEST_F(ProgramHelpTest, TheHelpButtonOpensTheMainWindowsPageAfterHelpOnAnotherWi
     EXPECT_EQ(help.window()->page(), "main.html");
 }
 
-TEST_F(ProgramHelpTest, AWindowWithoutAPageOpensTheFirstPage) {
+TEST_F(ProgramHelpTest, HelpOnAWindowWithoutAPageShowsTheFirstPage) {
     ask("frmpopup");
     EXPECT_EQ(help.window()->page(), "first.html");
 }
 
-TEST(ProgramHelp, LooksForItsPagesOnlyWhenHelpIsShown) {
+TEST(ProgramHelp, LooksForItsPagesOnlyWhenHelpIsFirstShown) {
     int searches = 0;
     ProgramHelp help([&] {
         ++searches;

@@ -14,7 +14,7 @@ QImage painted(const QIcon& icon) {
     return icon.pixmap(QSize(24, 24), 1.0).toImage();
 }
 
-TEST(ProgramStyle, PaintsTheArrowOfTheMenuBarsExtensionButtonItself) {
+TEST(ProgramStyle, UsesTheProgramsOwnIconForTheMenuBarsExtensionButton) {
     const ProgramStyle style;
     const QIcon arrow =
         style.standardIcon(QStyle::SP_ToolBarHorizontalExtensionButton, nullptr, nullptr);

@@ -10,9 +10,10 @@
 
 namespace sonarith {
 
-/// The widget's value always increases upwards or to the right, like the filled part of the groove,
-/// the effect of the keys, and the number that a screen reader reads. If the control's highest
-/// value is at the bottom or at the left, the widget's value is the mirrored value of the control.
+/// The widget's value always increases upwards or to the right, because it determines the filled
+/// part of the groove, the direction in which a key moves the handle, and the number that a screen
+/// reader reads. If the control's highest value is at the bottom or at the left, the widget's value
+/// is the mirrored value of the control.
 class SliderView : public QSlider {
   public:
     /// The end of the slider at which the control has its highest value.

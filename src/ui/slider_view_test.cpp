@@ -34,7 +34,7 @@ class SliderViewTest : public testing::Test {
                     10,    &parent};
 };
 
-TEST_F(SliderViewTest, AMoveByCodeIsShownAndRunsNoHandler) {
+TEST_F(SliderViewTest, AValueThatCodeSetsIsShownAndRunsNoHandler) {
     model.setValue(32768).passOver();
     // The model's value is the distance of the handle from the upper end; the widget's value is the
     // distance from the lower end.
@@ -43,7 +43,7 @@ TEST_F(SliderViewTest, AMoveByCodeIsShownAndRunsNoHandler) {
     EXPECT_EQ(moves, 0);
 }
 
-TEST_F(SliderViewTest, TheUpKeyAndTheWheelMoveTheHandleUpAndPageDownMovesItDown) {
+TEST_F(SliderViewTest, TheUpKeyAndTheWheelTurnedAwayMoveTheHandleUpAndPageDownMovesItDown) {
     // The model's greatest value is at the bottom, so a move upwards decreases the value.
     model.setValue(32768).passOver();
     QTest::keyClick(&view, Qt::Key_Up);
@@ -88,9 +88,9 @@ TEST_F(SliderViewTest, TheHandleIsAtTheRequestedEndForTheControlsGreatestValue) 
     EXPECT_GT(handleOf(view), 180);
     EXPECT_LT(handleOf(upright), 20);
     QTest::keyClick(&view, Qt::Key_Home);
-    EXPECT_EQ(model.value(), 65535) << "the home key did not move the handle to the lower end";
+    EXPECT_EQ(model.value(), 65535) << "after the home key, the handle is not at the lower end";
     QTest::keyClick(&view, Qt::Key_End);
-    EXPECT_EQ(model.value(), 0) << "the end key did not move the handle to the upper end";
+    EXPECT_EQ(model.value(), 0) << "after the end key, the handle is not at the upper end";
 }
 
 /// Counts the pixels of the filled part in the upper and in the lower half of the slider.

@@ -61,7 +61,7 @@ TEST_F(SystemMoveTest, ADragStartsOneMove) {
     EXPECT_EQ(started, 1);
 }
 
-TEST_F(SystemMoveTest, AReleaseAwayFromTheLastMovementStartsNoSecondMove) {
+TEST_F(SystemMoveTest, AReleaseAwayFromTheLastMousePositionStartsNoSecondMove) {
     // Qt converts such a release into a mouse move with the button down, followed by a release.
     for (const QPoint& grip : {QPoint(10, 10), QPoint(150, 10)}) {
         requests = started = 0;

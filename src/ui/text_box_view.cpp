@@ -72,8 +72,8 @@ void TextBoxView::showText() {
         // Code may set a longer text than the user can type.
         setMaxLength(static_cast<int>(shown.size()));
     }
-    // This also clears the undo history. Otherwise undo could restore a text that code has
-    // replaced.
+    // QLineEdit::setText() also clears the undo history, so that undo cannot restore a text that
+    // code has replaced.
     setText(shown);
     setCursorPosition(atEnd ? static_cast<int>(shown.size())
                             : std::min(caret, static_cast<int>(shown.size())));

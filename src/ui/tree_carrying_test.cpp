@@ -73,7 +73,7 @@ struct TreeCarryingTest : test::TreeEditingWorld {
         ASSERT_EQ(widget().currentIndex().data().toString().toStdString(), text);
     }
 
-    /// The file names of the entries of these lists.
+    /// The entries of these lists, without the folder if an entry is a path.
     std::vector<std::string> namesIn(std::initializer_list<const ListBox*> lists) const {
         std::vector<std::string> names;
         for (const ListBox* list : lists) {

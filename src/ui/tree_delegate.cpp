@@ -30,8 +30,8 @@ void paintDropMark(QPainter& painter, const QStyleOptionViewItem& option) {
 void TreeDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                          const QModelIndex& index) const {
     const NodeRef node = model_.nodeAt(index);
-    // The selected node is not painted as a drop target: every press makes the node that it selects
-    // the drop highlight, even if no drag follows.
+    // The selected node is not painted as a drop target: a press of the left button selects a node
+    // and also makes this node the drop highlight, even if no drag follows.
     if (node == tree_.dropHighlight() && node != tree_.selectedItem()) {
         paintDropMark(*painter, option);
     }

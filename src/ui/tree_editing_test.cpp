@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests editing the work tree by mouse and keys. The events of the widget run the handlers of the
-// logic, and the tests check the results of these handlers.
+// Tests the editing of the work tree by mouse and keys. The events of the widget run the handlers
+// of the logic, and the tests check the results of these handlers.
 #include "support/tree_editing_world.h"
 
 namespace sonarith {
@@ -70,7 +70,7 @@ TEST_F(TreeEditingTest, APressOnAnotherNodeSelectsThatNodeEvenIfTheTypedNameIsRe
     EXPECT_EQ(disk.content("c:\\music\\c.mp3"), "c:\\music\\b.mp3");
 }
 
-TEST_F(TreeEditingTest, AfterARefusedNameTheNextNameRenamesTheNodeInTheEditor) {
+TEST_F(TreeEditingTest, ANameTypedAfterARefusedNameRenamesTheEditedNodeNotThePressedNode) {
     pressAt("a.wav");
     releaseAt("a.wav");
     QTest::keyClick(editor(), Qt::Key_Escape);

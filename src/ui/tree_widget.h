@@ -19,8 +19,8 @@ class TreeDelegate;
 
 class TreeWidget : public QTreeView {
   public:
-    /// `tree` and `model` must outlive the widget. `parent` must not be null when an edit starts,
-    /// because the editor over a label is a child of `parent`.
+    /// `tree` and `model` must outlive the widget. When an edit starts, the widget must have a
+    /// parent widget, because the editor over a label is created as a child of that parent.
     TreeWidget(TreeView& tree, TreeModel& model, QWidget* parent);
     ~TreeWidget() override;
 
@@ -101,8 +101,8 @@ class TreeWidget : public QTreeView {
     bool movedFar_ = false;
     Drag drag_ = Drag::none;
     bool takingUp_ = false;
-    /// The node that the drag was last over; an empty node for the area without nodes. No value
-    /// before the first report of a drag.
+    /// The argument of the latest dragOver() of the current drag: a node, or a null pointer for the
+    /// area without nodes. No value before the first such call.
     std::optional<NodeRef> over_;
     bool showingSelection_ = false;
 };

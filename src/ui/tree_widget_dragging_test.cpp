@@ -37,7 +37,7 @@ class TreeDraggingTest : public TreeFixture {
     static constexpr QPoint belowAllNodes{50, 290};
 };
 
-TEST_F(TreeDraggingTest, SmallMovementsDuringAClickDragNothing) {
+TEST_F(TreeDraggingTest, SmallMovementsDuringAClickAreNotReported) {
     pressAt(first);
     movePointer(placeOf(first) + QPoint(2, 1));
     releaseAt(first);
@@ -140,7 +140,7 @@ TEST_F(TreeDraggingTest, SeveralMovementsOverACollectionOrOverNoNodeAreReportedO
     releaseAt(collection);
 }
 
-TEST_F(TreeDraggingTest, TheFirstNodeOfADragIsReportedEvenIfThePreviousDragEndedOnThatNode) {
+TEST_F(TreeDraggingTest, TheNodeThatADragFirstReachesIsReportedEvenIfThePreviousDragEndedOnIt) {
     dragOnMove();
     for (int i = 0; i < 2; ++i) {
         pressAt(first);
@@ -151,7 +151,7 @@ TEST_F(TreeDraggingTest, TheFirstNodeOfADragIsReportedEvenIfThePreviousDragEnded
                                  "down left one.wav", "over Folder", "drop Folder"));
 }
 
-TEST_F(TreeDraggingTest, OtherButtonsDoNothingDuringADrag) {
+TEST_F(TreeDraggingTest, OtherMouseButtonsAndTheMenuKeyDoNothingDuringADrag) {
     beginMouseDrag();
     for (const Qt::MouseButton button : {Qt::RightButton, Qt::MiddleButton}) {
         pressAt(mp3, button);

@@ -94,7 +94,7 @@ TEST_F(TreeEditTest, TheEscapeKeyKeepsTheOldLabel) {
     EXPECT_EQ(tree.editedNode(), nullptr);
 }
 
-TEST_F(TreeEditTest, APressOnAnotherNodeFinishesTheEditBeforeItsHandlerRuns) {
+TEST_F(TreeEditTest, AMousePressOnAnotherNodeFinishesTheEditBeforeTheHandlerOfThePressRuns) {
     editor()->setText("other.wav");
     pressAt(second);
     EXPECT_THAT(log, ElementsAre("after other.wav", "down left two.wav"));

@@ -47,10 +47,11 @@ TEST_F(TreeKeyDragTest, ControlXPicksUpTheCurrentNodeAndReturnDropsItAtTheCurren
     key(Qt::Key_Down);
     key(Qt::Key_Down);
     EXPECT_EQ(widget().currentIndex(), indexOf(mp3));
-    EXPECT_THAT(log, IsEmpty()) << "arrow keys must report no node";
+    EXPECT_THAT(log, IsEmpty()) << "arrow keys must cause no event";
     EXPECT_TRUE(isMarked());
     key(Qt::Key_Return);
-    // The events are those of a pointer that leaves the node's row and rests on the group.
+    // The events are those of a pointer that leaves the dragged node's row and rests on the group
+    // "MP3 Files".
     EXPECT_THAT(log,
                 ElementsAre("over one.wav", "over MP3 Files", "over MP3 Files", "drop MP3 Files"));
     EXPECT_FALSE(isMarked());
@@ -93,7 +94,7 @@ TEST_F(TreeKeyDragTest, ControlXClicksANodeThatCannotBeDragged) {
     EXPECT_THAT(log, IsEmpty());
 }
 
-TEST_F(TreeKeyDragTest, ADragByKeysClosesTheEditorThatItsPressOpened) {
+TEST_F(TreeKeyDragTest, ControlXClosesTheEditorThatItsDownEventOpenedAndStartsADrag) {
     editOnPress();
     key(Qt::Key_X, Qt::ControlModifier);
     EXPECT_EQ(editor(), nullptr);
@@ -104,7 +105,7 @@ TEST_F(TreeKeyDragTest, ADragByKeysClosesTheEditorThatItsPressOpened) {
     EXPECT_EQ(log.back(), "drop MP3 Files");
 }
 
-TEST_F(TreeKeyDragTest, OtherKeysAndTheMouseDoNothingDuringADragByKeys) {
+TEST_F(TreeKeyDragTest, SpaceF2LettersTabControlXAndTheMouseDoNothingDuringADragByKeys) {
     QPushButton button(&window);
     button.show();
     takeUp();

@@ -35,7 +35,7 @@ TEST_F(TreeWidgetTest, AClickSelectsNothingIfNoHandlerSelectsTheNode) {
     EXPECT_FALSE(widget().selectionModel()->hasSelection());
 }
 
-TEST_F(TreeWidgetTest, AClickOnTheBranchIndicatorExpandsOrCollapsesAndIsNotReported) {
+TEST_F(TreeWidgetTest, AClickOnTheBranchIndicatorExpandsOrCollapsesTheNodeAndIsNotReported) {
     const QRect row = widget().visualRect(indexOf(wav));
     const QPoint sign(row.left() - 8, row.center().y());
     QTest::mouseClick(widget().viewport(), Qt::LeftButton, {}, sign);
@@ -107,7 +107,7 @@ TEST_F(TreeWidgetTest, ADoubleClickOnAnExpandedCollectionCollapsesIt) {
 
 // Keys.
 
-TEST_F(TreeWidgetTest, ArrowKeysChangeTheCurrentRowWhichReturnAndSpaceClick) {
+TEST_F(TreeWidgetTest, ArrowKeysMoveOnlyTheCurrentRowAndReturnOrSpaceClicksIt) {
     tree.setSelectedItem(wav).passOver();
     key(Qt::Key_Down);
     EXPECT_EQ(widget().currentIndex(), indexOf(first));
@@ -120,7 +120,7 @@ TEST_F(TreeWidgetTest, ArrowKeysChangeTheCurrentRowWhichReturnAndSpaceClick) {
                                  "up left two.wav"));
 }
 
-TEST_F(TreeWidgetTest, ControlReturnIsADoubleClickEvenIfItsClickOpensTheEditor) {
+TEST_F(TreeWidgetTest, ControlReturnIsADoubleClickEvenIfItsFirstClickOpensTheEditor) {
     tree.setSelectedItem(first).passOver();
     editOnPress();
     key(Qt::Key_Return, Qt::ControlModifier);

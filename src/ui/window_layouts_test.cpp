@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests the requirements for the layout of every window: each visible control has a widget, an
-// accessible name and enough space for its text, and the tab key reaches all widgets that accept
-// input.
+// Tests the layouts of the player, the finder, the preferences and the playlist editor: each
+// visible control has a widget, an accessible name and enough space for its text. Except in the
+// preferences, also tests that the tab key reaches the widgets that accept input.
 #include <memory>
 
 #include <QAbstractButton>
@@ -54,8 +54,8 @@ class WindowLayouts : public testing::Test {
         std::vector<std::string> found;
         for (const QWidget* child : window.findChildren<QWidget*>()) {
             const std::string name = child->objectName().toStdString();
-            // On Linux, Qt uses the current entry of a drop-down list as its accessible name, so a
-            // label must say what the entry means.
+            // On Linux, Qt uses the current entry of a drop-down list as the list's accessible
+            // name, so a label must say what the entry means.
             if (qobject_cast<const QComboBox*>(child) && labelOf(*child).isEmpty()) {
                 found.push_back(name + " has no label");
             }
@@ -296,7 +296,7 @@ TEST_F(WindowLayouts, ThePlaylistEditorShowsItsControls) {
     EXPECT_GE(artist->width(), 30 * artist->fontMetrics().averageCharWidth());
 }
 
-TEST(HeaderLines, AreSplitIntoALabelAndAValue) {
+TEST(LinesOfAnMp3Header, AreSplitIntoALabelAndAValue) {
     const HeaderLine bitrate = splitHeaderLine("Bitrate            128");
     EXPECT_EQ(bitrate.label, "Bitrate");
     EXPECT_EQ(bitrate.value, "128");

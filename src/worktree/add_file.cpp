@@ -14,7 +14,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// How long Cmaddfile2() waits, so that the process that writes the file can finish.
+/// How long Cmaddfile2() waits, so that a file that is still being written can become complete.
 constexpr EventLoop::Duration settlingTime = 300ms;
 
 } // namespace

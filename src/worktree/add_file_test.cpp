@@ -176,7 +176,7 @@ TEST_F(Cmaddfile2Test, ANewFileWithTheOldNameOfARenamedFileGetsAnEntryButNoNode)
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\a.wav", "c:\\music\\b.wav"));
 }
 
-TEST_F(Cmaddfile2Test, AFileOfAnotherTypeChangesNeitherTreeNorLists) {
+TEST_F(Cmaddfile2Test, AFileThatIsNeitherWavNorMp3IsIgnored) {
     const auto before = outline();
     for (const char* path : {"c:\\music\\a.ogg", "c:\\music\\wav", "c:\\music\\a.mp3.txt"}) {
         put(path);

@@ -11,9 +11,11 @@
 namespace sonarith {
 
 struct DragState {
-    /// The node under the pointer at the last mouse press; may be empty.
+    /// The node under the pointer at the last mouse press, or the node of a file that was renamed
+    /// since then. Empty if the pointer was over no node, and after a drop.
     NodeRef DragNode;
-    /// NodeLevel of DragNode at the last start of a drag or opening of the popup.
+    /// The NodeLevel that DragNode had when a drag last started or the popup last opened; 0 after a
+    /// drop.
     std::int32_t DragLevel = 0;
     /// The last node that a drag passed over, or the target group of the last move.
     NodeRef DropTarget;

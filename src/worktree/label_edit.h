@@ -24,8 +24,8 @@ class LabelEdit {
     /// or ".MP3".
     void TreeView1_BeforeLabelEdit(bool& cancel) const;
     /// Renames the selected node's file and its list entry. If the file cannot be renamed, the old
-    /// label stays (`cancel`) and the editor opens again. A new name with the ending of another
-    /// type renames nothing; the tree shows that name as the label.
+    /// label stays (`cancel`) and the editor opens again. A new name whose ending is not that of
+    /// the node's file type renames no file, but still becomes the label.
     void TreeView1_AfterLabelEdit(bool& cancel, const std::string& newText);
 
   private:

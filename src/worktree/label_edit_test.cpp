@@ -103,7 +103,7 @@ TEST_F(LabelEditTest, TheEntryOfAnMp3FileIsFoundInEitherListOfMp3Files) {
     EXPECT_THAT(lines(form.List4), ElementsAre("x", "c:\\music\\m.mp3"));
 }
 
-TEST_F(LabelEditTest, AWavFileIsAlsoFoundAmongSelectedWavsAndOnlyTheFirstMatchIsRenamed) {
+TEST_F(LabelEditTest, IfTwoSelectedWavFilesHaveTheOldNameOnlyTheFirstIsRenamed) {
     disk.addFile("d:\\a.wav", "d");
     fill(form.List1, {"c:\\music\\taken.wav"});
     fill(form.List5, {"d:\\a.wav", "c:\\music\\a.wav"});
@@ -129,7 +129,7 @@ TEST_F(LabelEditTest, AChangeOfOnlyTheCaseChangesOnlyTheLabel) {
     EXPECT_NE(node("A.wav"), nullptr);
 }
 
-TEST_F(LabelEditTest, AnEndingOfTheOtherTypeChangesOnlyTheLabel) {
+TEST_F(LabelEditTest, AChangeOfTheEndingFromWavToMp3ChangesOnlyTheLabel) {
     relabel("a.wav", "a.mp3");
     EXPECT_THAT(disk.log, IsEmpty());
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\a.wav", "c:\\music\\taken.wav"));

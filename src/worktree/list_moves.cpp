@@ -120,9 +120,9 @@ void ListMoves::selectMp3(const std::string& s, MovedBy movedBy) {
     for (int i = 0; i < form_.List4.listCount(); ++i) {
         form_.List7.addItem(form_.List4.list(i));
     }
-    // A double click clears the list of available files (List2) but not the list of selected files
-    // (List4). So the old entries of List4 occur twice, before and after the new entry, and a start
-    // decodes them twice.
+    // A double click clears the list of available files (List2), but not the list of selected files
+    // (List4), to which the following loop adds List7. So the old entries of List4 occur twice,
+    // before and after the new entry, and are decoded twice.
     form_.List2.clear();
     for (int i = 0; i < form_.List7.listCount(); ++i) {
         if (!form_.List7.list(i).empty()) {

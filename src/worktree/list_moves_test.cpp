@@ -9,8 +9,8 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// The tree with one root and all six groups. itemIn() adds the items for DragNode and the
-/// selection.
+/// A tree with one root and all six groups. itemIn() returns an item of a group, for use as
+/// DragNode or as the tree's selected node.
 struct ListMovesTest : test::WorkTreeWorld {
     ListMoves lists{loop, process, form, drag};
 
@@ -47,7 +47,7 @@ struct ListMovesTest : test::WorkTreeWorld {
     }
 };
 
-TEST_F(ListMovesTest, AnAvailableTrackMovesToTheTopOfTheQueue) {
+TEST_F(ListMovesTest, AnAvailableTrackMovesToTheTopOfTheSelectedTracks) {
     fill(form.lstTracks, {"Track_1", "Track_2", "Track_3"});
     fill(form.lstRecord, {"Track_9"});
     move("Track_2", "Available Tracks");
@@ -87,7 +87,7 @@ TEST_F(ListMovesTest, ATracksEntryIsFoundByWildcardAndMovedUnchanged) {
     EXPECT_THAT(all(), ElementsAre("lstTracks: Track_2 Track_7"));
 }
 
-TEST_F(ListMovesTest, TheQueuesCurrentLineStaysCurrentIfALineBeforeItMoves) {
+TEST_F(ListMovesTest, TheCurrentLineOfTheSelectedTracksStaysCurrentIfALineBeforeItIsRemoved) {
     fill(form.lstRecord, {"Track_1", "Track_2", "Track_3"});
     form.lstRecord.setListIndex(2).passOver();
     move("Track_1", "Selected Tracks");
@@ -102,7 +102,7 @@ TEST_F(ListMovesTest, AnAvailableWavMovesToTheTopOfTheSelectedWavs) {
     EXPECT_THAT(lines(form.List7), ElementsAre("b.wav", "c.wav"));
 }
 
-TEST_F(ListMovesTest, AReturningWavMovesToTheTopAndEqualEntriesOfTheAvailableListRemain) {
+TEST_F(ListMovesTest, AReturningWavMovesToTheTopOfTheAvailableWavsAndEqualEntriesThereRemain) {
     fill(form.List1, {"a.wav", "b.wav"});
     fill(form.List5, {"c.wav", "b.wav"});
     move("b.wav", "Selected WAV Files");
@@ -118,7 +118,7 @@ TEST_F(ListMovesTest, AWavIsSelectedByWildcardAndReturnedByEquality) {
     EXPECT_THAT(all(), ElementsAre("List1: #.wav a.wav", "List5: 1.wav"));
 }
 
-TEST_F(ListMovesTest, AWavWithABracketDoesNotMatchItsOwnEntry) {
+TEST_F(ListMovesTest, AWavWithBracketsInItsNameIsSelectedButAlsoStaysAvailable) {
     fill(form.List1, {"[x].wav", "x.wav"});
     move("[x].wav", "WAV Files");
     EXPECT_THAT(all(), ElementsAre("List1: [x].wav", "List5: [x].wav"));
@@ -159,14 +159,14 @@ TEST_F(ListMovesTest, SelectingAnMp3DoesNotDuplicateEmptyEntries) {
     EXPECT_THAT(lines(form.List4), ElementsAre("", "e.mp3", "b.mp3", "e.mp3"));
 }
 
-TEST_F(ListMovesTest, AReturningMp3MovesToTheTopAndKeepsTheOthers) {
+TEST_F(ListMovesTest, AReturningMp3MovesToTheTopOfTheAvailableMp3sAndTheOtherEntriesStay) {
     fill(form.List2, {"a.mp3", "b.mp3"});
     fill(form.List4, {"b.mp3", "c.mp3"});
     move("b.mp3", "Selected MP3 Files");
     EXPECT_THAT(all(), ElementsAre("List2: b.mp3 a.mp3", "List4: c.mp3"));
 }
 
-TEST_F(ListMovesTest, Mp3FilesAreFoundByWildcardInBothDirections) {
+TEST_F(ListMovesTest, AnMp3IsSelectedAndReturnedByWildcard) {
     fill(form.List4, {"1.mp3", "a.mp3"});
     move("#.mp3", "MP3 Files");
     EXPECT_THAT(all(), ElementsAre("List4: a.mp3 #.mp3 a.mp3"));
@@ -176,7 +176,7 @@ TEST_F(ListMovesTest, Mp3FilesAreFoundByWildcardInBothDirections) {
     EXPECT_THAT(all(), ElementsAre("List2: #.mp3"));
 }
 
-TEST_F(ListMovesTest, ABareNameMatchesNoPathAndIsInsertedAtTheTop) {
+TEST_F(ListMovesTest, ABareFileNameMatchesNoPathAndIsAddedToTheSelectedWavs) {
     fill(form.List1, {"c:\\x\\a.wav"});
     move("a.wav", "WAV Files");
     EXPECT_THAT(all(), ElementsAre("List1: c:\\x\\a.wav", "List5: a.wav"));
@@ -245,14 +245,14 @@ TEST_F(ListMovesTest, WithoutAMatchingRuleNothingMoves) {
     EXPECT_EQ(all(), before);
 }
 
-TEST_F(ListMovesTest, AFileNamedLikeATrackInAGroupOfFilesMovesAsAFile) {
+TEST_F(ListMovesTest, InAGroupOfFilesAFileNamedLikeATrackMovesAsAFile) {
     fill(form.List1, {"Track 1.wav"});
     move("Track 1.wav", "WAV Files");
     EXPECT_THAT(lines(form.List5), ElementsAre("Track 1.wav"));
     EXPECT_THAT(lines(form.lstRecord), IsEmpty());
 }
 
-TEST_F(ListMovesTest, WithoutNodesNothingMoves) {
+TEST_F(ListMovesTest, WithoutADraggedAndASelectedNodeNothingMoves) {
     fill(form.lstTracks, {"Track_1"});
     drag.DragNode = nullptr;
     lists.moveEntry("Track_1", MovedBy::doubleClick);
@@ -280,7 +280,7 @@ TEST_F(ListMovesByDragTest, ATrackMovesAsByADoubleClick) {
     EXPECT_THAT(all(), ElementsAre("lstTracks: Track_1 Track_9", "lstRecord: Track_2"));
 }
 
-TEST_F(ListMovesByDragTest, ABareNameMovesTheWholePath) {
+TEST_F(ListMovesByDragTest, ABareFileNameMovesTheEntryWithTheWholePath) {
     fill(form.List1, {"c:\\a.wav", "c:\\b.wav"});
     fill(form.List2, {"c:\\a.mp3", "c:\\b.mp3"});
     moveByDrag("b.wav", "WAV Files");
@@ -305,7 +305,7 @@ TEST_F(ListMovesByDragTest, TheAvailableListIsSearchedBeforeTheSelectedList) {
     EXPECT_THAT(all(), ElementsAre("List2: c:\\one\\a.mp3", "List4: c:\\two\\a.mp3"));
 }
 
-TEST_F(ListMovesByDragTest, ANameInNoListMovesUnchanged) {
+TEST_F(ListMovesByDragTest, ANameInNoListIsAddedUnchangedToTheSelectedList) {
     moveByDrag("x.wav", "WAV Files");
     moveByDrag("x.mp3", "MP3 Files");
     EXPECT_THAT(all(), ElementsAre("List5: x.wav", "List4: x.mp3"));
@@ -317,7 +317,7 @@ TEST_F(ListMovesByDragTest, TheNameIsAPatternForTheNamesInTheLists) {
     EXPECT_THAT(all(), ElementsAre("List2: c:\\a[1].mp3", "List4: c:\\a1.mp3"));
 }
 
-TEST_F(ListMovesByDragTest, AnMp3LeavesTheOthersAvailableAndOccursOnceInTheSelectedList) {
+TEST_F(ListMovesByDragTest, SelectingAnMp3MovesOnlyItsEntryAndDuplicatesNothing) {
     fill(form.List2, {"c:\\a.mp3", "c:\\b.mp3", "c:\\c.mp3"});
     fill(form.List4, {"c:\\x.mp3", "c:\\y.mp3"});
     moveByDrag("b.mp3", "MP3 Files");

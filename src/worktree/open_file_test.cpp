@@ -46,7 +46,7 @@ TEST_F(OpenFileTest, TheDialogKeepsItsFileNameBetweenUses) {
     EXPECT_EQ(dialog.opened[2].fileName, "d:\\New.wav");
 }
 
-TEST_F(OpenFileTest, ACancelOfTheFirstUseReturnsAtOnceAndDoesNothing) {
+TEST_F(OpenFileTest, CancellingTheFirstDialogReturnsAtOnceAndDoesNothing) {
     const auto before = outline();
     const auto start = loop.now();
     form.mnuOpenfile.click();
@@ -54,7 +54,7 @@ TEST_F(OpenFileTest, ACancelOfTheFirstUseReturnsAtOnceAndDoesNothing) {
     EXPECT_EQ(loop.now(), start);
 }
 
-TEST_F(OpenFileTest, ALaterCancelTriesToAddThePreviousFileAgainWhichIsRejected) {
+TEST_F(OpenFileTest, CancellingALaterDialogTriesToAddThePreviousFileAgainWhichIsRejected) {
     dialog.choices = {"d:\\New.wav", std::nullopt};
     form.mnuOpenfile.click();
     const auto before = outline();

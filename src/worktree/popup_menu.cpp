@@ -86,8 +86,8 @@ void PopupMenu::mnuFileRemove_Click() {
     for (ListBox* list : fileLists(form_)) {
         for (int i = 0; i < list->listCount(); ++i) {
             // Compares the whole entry, unlike mnuRemoveDelete_Click(). If the node shows only the
-            // name of a file and a list contains the file's path, this entry stays in the list: a
-            // start still decodes the file if it is an MP3 file.
+            // name of a file and a list contains the file's path, the path stays in the list: the
+            // menu command Start on the node's group still decodes the file if it is an MP3 file.
             if (matches(list->list(i), text)) {
                 list->removeItem(i).passOver();
                 return;

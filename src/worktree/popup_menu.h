@@ -22,8 +22,8 @@ class PopupMenu {
     PopupMenu& operator=(const PopupMenu&) = delete;
 
     /// Enables and disables the entries before the menu opens, according to the node for which it
-    /// opens (DragState::DragNode). If no rule matches DragNode, the entries keep their previous
-    /// state.
+    /// opens (DragState::DragNode). For a group from which no action can start ("WAV Files"), the
+    /// entries keep their previous state.
     void mnupopup_Open();
     /// Removes DragNode's file from the tree, but keeps it on disk. Also removes the file from its
     /// list if the node shows the file's whole path, but not if it shows only the name. Yields

@@ -173,7 +173,7 @@ TEST_F(PopupMenuTest, RemoveYieldsBeforeItRemovesTheNode) {
     EXPECT_TRUE(nodeExisted);
 }
 
-TEST_F(PopupMenuTest, TheFirstNodeWithTheTextIsRemovedWhicheverNodeWasClicked) {
+TEST_F(PopupMenuTest, OfTwoNodesWithTheSameTextTheFirstIsRemovedWhicheverWasClicked) {
     const NodeRef first = node(wavFile);
     drag.DragNode = addItem(view, node("MP3 Files"), "p second", wavFile).value();
     form.mnuFileRemove.click();
@@ -300,8 +300,8 @@ TEST_F(PopupMenuTest, AfterAnyEventInsideADeletionTreeAndListsAgree) {
     const EventDuringDeletion cases[] = {
         {"the tree is emptied", [](PopupMenuTest& t) { t.view.clear(); }, true},
         {"the same command", [](PopupMenuTest& t) { t.form.mnuRemoveDelete.click(); }, true},
-        // In the first yield, the next two events remove the list entry, so the search then finds
-        // the file in no list.
+        // If one of the next two events occurs in the first yield, it removes the list entry, so
+        // the search then finds the file in no list.
         {"the command that keeps the file", [](PopupMenuTest& t) { t.form.mnuFileRemove.click(); },
          false},
         {"the list is emptied", [](PopupMenuTest& t) { t.form.List1.clear(); }, false},
@@ -329,7 +329,7 @@ TEST_F(PopupMenuTest, AfterAnyEventInsideADeletionTreeAndListsAgree) {
     }
 }
 
-TEST_F(PopupMenuTest, OnlyARefreshAfterTheFirstYieldOfADeletionAddsTheNodeAgain) {
+TEST_F(PopupMenuTest, ARefreshInAYieldOfADeletionAddsTheNodeAgainExceptInTheFirstYield) {
     for (int n = 1; n <= 10; ++n) {
         SCOPED_TRACE(n);
         disk.addFile(wavFile, "x");
@@ -339,8 +339,8 @@ TEST_F(PopupMenuTest, OnlyARefreshAfterTheFirstYieldOfADeletionAddsTheNodeAgain)
         loop.atYield(n, [this] { tree.showfiles(); });
         form.mnuRemoveDelete.click();
         EXPECT_FALSE(disk.fileExists(wavFile));
-        // The fake scanner lists the file even after its deletion, so a refresh after the first
-        // yield adds the node again.
+        // The node is removed when the first yield has ended. The fake folder scanner lists the
+        // file even after its deletion, so a refresh in a later yield adds the node again.
         EXPECT_EQ(node(wavFile) != nullptr, n > 1);
         EXPECT_THAT(lines(form.List1), IsEmpty());
     }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Starts the action for the selected node and resets the window to idle when the action has ended.
-// The handlers of the buttons cmdStart and CmdDecoder perform the actions; this class clicks one of
-// these buttons.
+// Starts the action for the selected node and resets the main window to idle when the action has
+// ended. The handlers of the buttons cmdStart and CmdDecoder perform the actions; this class clicks
+// one of these buttons.
 #pragma once
 
 #include <string>
@@ -13,7 +13,8 @@ namespace sonarith {
 
 class ActionStarter {
   public:
-    /// Sets the handler of CmdSelectAction. Both parameters must outlive this object.
+    /// Sets the click handler of CmdSelectAction, the button "Start ". Both parameters must outlive
+    /// this object.
     ActionStarter(ProcessState& process, Windows& windows);
     ActionStarter(const ActionStarter&) = delete;
     ActionStarter& operator=(const ActionStarter&) = delete;

@@ -170,7 +170,7 @@ TEST_F(StartActionTest, AWavNodeStartsNoActionButTheWindowIsMinimizedAndRestored
     EXPECT_TRUE(form.Timer1.enabled());
 }
 
-TEST_F(StartActionTest, AnUnloadedTrayFormIsNotLoaded) {
+TEST_F(StartActionTest, NeitherLoadsNorUnloadsTheTrayFormIfItIsNotLoaded) {
     bool loaded = false;
     windows.frmpopup.onLoad = [&] {
         loaded = true;

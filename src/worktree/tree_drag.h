@@ -23,8 +23,8 @@ class TreeDrag {
     /// Starts to drag DragNode if only the left button is down. Groups cannot be dragged.
     void TreeView1_MouseMove(MouseButtons down);
     /// The pointer drags DragNode over `target` (empty: no node). Moves DragNode from the
-    /// "available" to the "selected" side of its collection, or back, unless `target` is the same
-    /// node as in the previous call or refuses DragNode's kind. Yields.
+    /// "available" to the "selected" side of its collection, or back, unless `target` equals
+    /// DragState::DropTarget or refuses DragNode's kind. Yields.
     void TreeView1_DragOver(const NodeRef& target);
     /// Puts DragNode below the highlighted node, if a node is highlighted, wherever TreeMoves has
     /// moved DragNode before. Ends the drag.

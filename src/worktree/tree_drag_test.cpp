@@ -61,7 +61,7 @@ TEST_F(TreeDragTest, GroupsAreNotDragged) {
     EXPECT_EQ(drag.DragLevel, 2);
 }
 
-TEST_F(TreeDragTest, OnlyTheLeftButtonDrags) {
+TEST_F(TreeDragTest, OnlyTheLeftButtonAloneDrags) {
     press(node(t1));
     for (const MouseButtons down :
          {MouseButtons{}, MouseButtons{.right = true}, MouseButtons{.left = true, .right = true}}) {
@@ -125,16 +125,16 @@ struct DragPathTest : TreeDragTest, testing::WithParamInterface<DragCase> {
                 {mp3, "Selected MP3 Files", true},
                 {mp3, "WAV Files", false},
                 {mp3, "Available Tracks", false},
-                // An MP3 over an MP3 is refused, unlike a track over a track.
+                // An MP3 file over an MP3 file is refused, unlike a track over a track.
                 {mp3, otherMp3, false},
-                // The rules apply only to texts that begin with "Track" or end in "wav" or "mp3",
-                // and they are case-sensitive. So no target refuses the next four dragged nodes.
+                // A target refuses only nodes whose texts begin with "Track" or end in "wav" or
+                // "mp3" (case-sensitive). So no target refuses the next four dragged nodes.
                 {"x.WAV", "Available Tracks", true},
                 {"x.MP3", "WAV Files", true},
                 {"x.ogg", wav, true},
                 {"track 9", "MP3 Files", true},
-                // Both the rule for tracks and the rule for WAV files apply, so no group accepts
-                // this file.
+                // The groups for WAV files refuse this node as a track, and the groups for tracks
+                // refuse it as a WAV file.
                 {"Track.wav", "WAV Files", false},
                 {"Track.wav", "Selected Tracks", false},
                 {"CD Tracks", "WAV Files Folder", true}};
@@ -187,7 +187,7 @@ TEST_F(TreeDragTest, APointerThatLeavesAllNodesClearsTheHighlightAndMovesTheItem
 
 // --- the move while the pointer moves ----------------------------------------------------------
 
-TEST_F(TreeDragTest, TheItemMovesBeforeTheDropWhenANodeAcceptsIt) {
+TEST_F(TreeDragTest, AnAcceptedItemMovesBeforeTheDrop) {
     beginDrag(mp3);
     dragOver("Selected MP3 Files");
     EXPECT_THAT(childrenOf("Selected MP3 Files"), ElementsAre(mp3));
@@ -195,7 +195,7 @@ TEST_F(TreeDragTest, TheItemMovesBeforeTheDropWhenANodeAcceptsIt) {
     EXPECT_THAT(lines(form.List2), ElementsAre(otherMp3));
 }
 
-TEST_F(TreeDragTest, AnEventOverTheSameNodeAsBeforeDoesNothing) {
+TEST_F(TreeDragTest, ASecondDragEventOverTheItemsNewGroupDoesNothing) {
     beginDrag(mp3);
     dragOver("Selected MP3 Files");
     const int yields = loop.yieldCount();
@@ -204,7 +204,7 @@ TEST_F(TreeDragTest, AnEventOverTheSameNodeAsBeforeDoesNothing) {
     EXPECT_THAT(childrenOf("Selected MP3 Files"), ElementsAre(mp3));
 }
 
-TEST_F(TreeDragTest, ADragOverTwoAcceptingNodesMovesTheItemThereAndBack) {
+TEST_F(TreeDragTest, ADragOverBothGroupsMovesTheItemToTheOtherGroupAndBack) {
     beginDrag(mp3);
     dragOver("Selected MP3 Files");
     dragOver("MP3 Files");
@@ -218,8 +218,8 @@ TEST_F(TreeDragTest, DropTargetIsKeptBetweenDrags) {
     dragOver("Selected MP3 Files");
     drop();
     EXPECT_EQ(drag.DropTarget, node("Selected MP3 Files"));
-    // The first node of the next drag is the last node of this drag, so that node has no effect
-    // until the pointer has left it.
+    // The next drag first passes over the node that DropTarget still refers to. This node has no
+    // effect until the pointer has left it.
     beginDrag(otherMp3);
     dragOver("Selected MP3 Files");
     EXPECT_THAT(childrenOf("MP3 Files"), ElementsAre(otherMp3));
@@ -233,7 +233,7 @@ TEST_F(TreeDragTest, AMoveStoresItsTargetGroupSoTheNextEventOverTheSameItemMoves
     dragOver(t2);
     EXPECT_THAT(childrenOf("Selected Tracks"), ElementsAre(t1));
     EXPECT_EQ(drag.DropTarget, node("Selected Tracks"));
-    // The pointer has not left the node.
+    // The pointer has not left the node of t2.
     dragOver(t2);
     EXPECT_THAT(childrenOf("Selected Tracks"), IsEmpty());
     EXPECT_THAT(childrenOf("Available Tracks"), ElementsAre(t2, t1));
@@ -248,7 +248,7 @@ TEST_F(TreeDragTest, AMoveStoresItsTargetGroupSoTheNextEventOverTheSameItemMoves
     EXPECT_THAT(childrenOf("Available Tracks"), ElementsAre(t2, t1));
 }
 
-TEST_F(TreeDragTest, AWavsEntryMovesAlthoughThereIsNoSiblingGroup) {
+TEST_F(TreeDragTest, TheListEntryOfAWavFileMovesAlthoughNoSiblingGroupTakesItsNode) {
     beginDrag(wav);
     dragOver("WAV Files");
     EXPECT_THAT(lines(form.List1), IsEmpty());
@@ -257,7 +257,7 @@ TEST_F(TreeDragTest, AWavsEntryMovesAlthoughThereIsNoSiblingGroup) {
     EXPECT_EQ(drag.DropTarget, nullptr);
 }
 
-TEST_F(TreeDragTest, BareNamesMoveWithTheirWholePaths) {
+TEST_F(TreeDragTest, IfANodeShowsOnlyTheFilesNameTheEntryWithTheWholePathMoves) {
     process.settings.showFullPath = 0;
     view.clear();
     tree.showfiles();
@@ -319,8 +319,9 @@ TEST_F(TreeDragTest, ACollectionIsDroppedBelowAnotherCollection) {
 
 // --- what other handlers do inside the yields --------------------------------------------------
 
-/// An event during a move, in the yield after the change of the lists (1) or in the yield after the
-/// change of the tree (2), and the expected contents of groups and lists after the drag.
+/// An event during a move, and the expected contents of groups and lists after the drag. The event
+/// occurs in the yield after the removal of the entry from its old list, before the entry is added
+/// to its new list (1), or in the yield after the change of the tree (2).
 struct Interruption {
     const char* what;
     std::function<void(TreeDragTest&)> event;
@@ -357,11 +358,13 @@ TEST_F(TreeDragTest, EventsInsideAMoveLeaveTreeAndListsAsExpected) {
         {"refresh", refresh, 2, {mp3}, {otherMp3}, {}, {mp3, otherMp3}},
         {"drop", endDrag, 1, {mp3}, {otherMp3}, {mp3}, {otherMp3}},
         {"drop", endDrag, 2, {mp3}, {otherMp3}, {mp3}, {otherMp3}},
-        // The entry was moved before the press, which then changes the node that is moved.
+        // In yield 1, the press changes DragNode. So the rest of the move adds the entry of mp3 to
+        // the selected list, but does not move the node of mp3.
         {"press", pressElsewhere, 1, {}, {mp3, otherMp3}, {mp3}, {otherMp3}},
         {"press", pressElsewhere, 2, {mp3}, {otherMp3}, {mp3}, {otherMp3}},
-        // The double click moves otherMp3 to the selected group. The rest of the drag's move then
-        // applies to otherMp3: otherMp3 moves back, and mp3 does not move.
+        // The double click moves the entry and the node of otherMp3. The rest of the drag's move
+        // adds the entry of mp3 to the selected list, but moves the node of otherMp3 back, and the
+        // node of mp3 does not move.
         {"double click", moveAnother, 1, {}, {mp3, otherMp3}, {mp3, otherMp3}, {}},
         // Here the entry of mp3 occurs twice after the double click.
         {"double click", moveAnother, 2, {mp3, otherMp3}, {}, {mp3, otherMp3, mp3}, {}},

@@ -34,7 +34,7 @@ struct TreeMovesTest : test::WorkTreeWorld {
     }
 };
 
-TEST_F(TreeMovesTest, ASelectedTrackBecomesTheFirstLineOfLstRecordAndTheLastNodeOfSelectedTracks) {
+TEST_F(TreeMovesTest, ATrackMovedToSelectedTracksBecomesTheFirstLineOfLstRecordAndTheLastNode) {
     doubleClick(t2);
     doubleClick(t1);
     EXPECT_THAT(lines(form.lstRecord), ElementsAre(t1, t2));
@@ -89,7 +89,7 @@ TEST_F(TreeMovesTest, ATrackCanMoveBackAndForthRepeatedly) {
     EXPECT_EQ(view.count(), 14);
 }
 
-TEST_F(TreeMovesTest, ATrackMovedBackYieldsAfterEachRebuiltNodeAndOnceAtTheEnd) {
+TEST_F(TreeMovesTest, MovingATrackBackYieldsAfterEachRebuiltNodeAndOnceAtTheEnd) {
     doubleClick(t1);
     press(node(t1));
     const int before = loop.yieldCount();
@@ -138,6 +138,7 @@ TEST_F(TreeMovesTest, AnMp3MovesToTheSiblingBeforeItsGroupAndBack) {
     EXPECT_THAT(childrenOf("Selected MP3 Files"), ElementsAre(mp3));
     EXPECT_THAT(childrenOf("MP3 Files"), ElementsAre(otherMp3));
     EXPECT_THAT(lines(form.List4), ElementsAre(mp3));
+    // The double click also clears the list of available files (ListMoves::selectMp3).
     EXPECT_THAT(lines(form.List2), IsEmpty());
     EXPECT_EQ(drag.DropTarget, node("Selected MP3 Files"));
     doubleClick(mp3);
@@ -330,7 +331,7 @@ TEST_F(TreeMovesTest, ARefreshInsideAYieldLeavesACompleteTree) {
     EXPECT_THAT(childrenOf("MP3 Files"), ElementsAre(otherMp3, mp3));
 }
 
-TEST_F(TreeMovesTest, ATrackMovedBackQuicklyRemovesAHundredThousandFileNodesFromItsGroup) {
+TEST_F(TreeMovesTest, TheRebuildOfAvailableTracksRemovesAHundredThousandFileNodes) {
     constexpr int count = 100'000;
     std::vector<std::string> many;
     for (int i = 0; i < count; ++i) {
@@ -344,6 +345,7 @@ TEST_F(TreeMovesTest, ATrackMovedBackQuicklyRemovesAHundredThousandFileNodesFrom
     view.setParent(node(t1), node("Selected Tracks")).passOver();
     fill(form.lstRecord, {t1});
     fill(form.lstTracks, {t2, t3});
+    // A removal in quadratic time would make this test very slow.
     doubleClick(t1);
     EXPECT_THAT(childrenOf("Available Tracks"), ElementsAre(t2, t3, t1));
 }

@@ -26,7 +26,7 @@ Result<NodeRef> addGroup(TreeView& tree, const NodeRef& collection, const std::s
 Result<NodeRef> addItem(TreeView& tree, const NodeRef& group, const std::string& key,
                         const std::string& text);
 
-/// The node of the lowest index whose text equals `text`; empty if there is none.
+/// Of the nodes whose text equals `text`, the one with the lowest index; empty if there is none.
 [[nodiscard]] NodeRef firstNodeOfText(const TreeView& tree, const std::string& text);
 
 /// The text of a node; empty for no node.

@@ -56,7 +56,7 @@ TEST_F(TreeNodesTest, TheParentsTextIsEmptyForARootANullNodeAndARemovedNode) {
     EXPECT_EQ(parentText(item), "");
 }
 
-TEST(IsTrackText, ComparesTheFirstFiveCharactersExactly) {
+TEST(IsTrackText, IsTrueIfTheFirstFiveCharactersAreTrackWithACapitalT) {
     EXPECT_TRUE(isTrackText("Track  1 - 00:03:05"));
     EXPECT_TRUE(isTrackText("Tracklist.mp3"));
     EXPECT_FALSE(isTrackText("track  1 - 00:03:05"));

@@ -29,7 +29,7 @@ void TreeSelection::TreeView1_MouseDown(MouseButtons buttons, const NodeRef& at)
         return;
     }
     if (buttons.right) {
-        // The menu is disabled during an action and then does not open.
+        // During an action, the menu is disabled and does not open.
         if (form_.mnupopup.enabled()) {
             form_.popupRequested.emit(form_.mnupopup);
         }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Handles mouse presses, releases and double clicks on the work tree. Only the selection determines
-// the next action. TreeDrag handles drags, and LabelEdit handles label edits.
+// Handles mouse presses, releases and double clicks on the work tree. The selected node alone
+// determines the next action: what the button "Start " does. TreeDrag handles drags, and LabelEdit
+// handles label edits.
 #pragma once
 
 #include "forms/form1.h"

@@ -106,7 +106,7 @@ TEST_F(TreeSelectionTest, AReleaseShowsTheNextActionForANodeOfAnyKind) {
     for (const std::string& text :
          std::vector<std::string>{t1, wav, "Selected Tracks", "CD Tracks", "WAV Files Folder"}) {
         click(text);
-        // A node without an action is shown, too: the text is not examined.
+        // The text is shown even if the node has no action.
         EXPECT_EQ(form.Label3.caption(), "Next Action:  Process  " + text);
     }
 }
@@ -153,7 +153,7 @@ TEST_F(TreeSelectionTest,
     addItem(view, group, "p a", "TRACK 07.mp3").passOver();
     click("TRACK 07.mp3");
     EXPECT_EQ(process.currentTrack, 7);
-    // Only two characters are read.
+    // Only two characters of the number are read.
     addItem(view, group, "p e", "Track 123.wav").passOver();
     click("Track 123.wav");
     EXPECT_EQ(process.currentTrack, 12);

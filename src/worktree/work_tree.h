@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Builds the work tree from its lists, and fills the file lists from the destination folder. The
-// lists contain the data; the tree is a view that is not updated at every change of a list.
+// lists contain the data; the tree only shows it, and is not updated at every change of a list.
 #pragma once
 
 #include <string>
@@ -27,8 +27,9 @@ class WorkTree {
     void showfiles();
 
     /// Runs after the finder's "Select for Conversion": does nothing if a file list contains the
-    /// finder's current entry. Otherwise adds a WAV file to the list of MP3 files or an MP3 file to
-    /// the list of WAV files, then calls FileAdder::Cmaddfile2, which waits 0.3 s.
+    /// finder's current entry. Otherwise adds a WAV file to the list of MP3 files, or an MP3 file
+    /// to the list of WAV files (both deliberate). Then calls FileAdder::Cmaddfile2 with a text
+    /// that names no file, so this call only waits 0.3 s.
     void showfiles3();
 
     /// Builds the tree in a layout in which all groups are siblings below one root. Nothing in the

@@ -98,7 +98,7 @@ TEST_F(ShowfilesTest, TracksAreInTheOrderOfTheirList) {
     EXPECT_EQ(lines(form.lstTracks), twoTracks);
 }
 
-TEST_F(ShowfilesTest, TheQueueIsNeitherChangedNorShown) {
+TEST_F(ShowfilesTest, TheQueueOfTracksToExtractIsNeitherChangedNorShown) {
     fill(form.lstRecord, {"Track  9 - 00:01:00"});
     tree.showfiles();
     EXPECT_THAT(childrenOf("Selected Tracks"), IsEmpty());
@@ -132,7 +132,7 @@ TEST_F(ShowfilesTest, WithFullPathsShowsThePathAsTheScanReturnedIt) {
     EXPECT_THAT(childrenOf("WAV Files"), ElementsAre("c:\\Music\\Name.WAV"));
 }
 
-TEST_F(ShowfilesTest, WithoutFullPathsTwoFilesOfTheSameNameGiveOneNodeAndTwoEntries) {
+TEST_F(ShowfilesTest, WithoutFullPathsTwoFilesOfTheSameNameGiveOneNodeAndTwoListEntries) {
     process.settings.showFullPath = 0;
     files({"c:\\music\\one\\a.wav", "c:\\music\\two\\a.wav"}, {});
     tree.showfiles();
@@ -140,7 +140,7 @@ TEST_F(ShowfilesTest, WithoutFullPathsTwoFilesOfTheSameNameGiveOneNodeAndTwoEntr
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\two\\a.wav", "c:\\music\\one\\a.wav"));
 }
 
-TEST_F(ShowfilesTest, WithoutFullPathsAFileNameTooShortForAnExtensionHasAnEntryAndNoNode) {
+TEST_F(ShowfilesTest, WithoutFullPathsAFileNameTooShortForAnExtensionHasAListEntryButNoNode) {
     process.settings.showFullPath = 0;
     files({"wav", "c:\\music\\a.wav"}, {});
     tree.showfiles();
@@ -165,7 +165,7 @@ TEST_F(ShowfilesTest, AMissingDestinationIsIgnoredAndTheFinderKeepsItsFolder) {
     EXPECT_EQ(form.Label2.caption(), "x:\\gone\\");
 }
 
-TEST_F(ShowfilesTest, MakesGroupsAndTheLastAddedFileOfEachKindVisible) {
+TEST_F(ShowfilesTest, ScrollsToGroupsAndToTheLastAddedFileOfEachKind) {
     files({"c:\\music\\1.wav", "c:\\music\\2.wav"}, {"c:\\music\\1.mp3", "c:\\music\\2.mp3"});
     test::RevealLog reveals;
     view.setObserver(&reveals);
@@ -176,7 +176,7 @@ TEST_F(ShowfilesTest, MakesGroupsAndTheLastAddedFileOfEachKindVisible) {
     view.setObserver(nullptr);
 }
 
-TEST_F(ShowfilesTest, WithoutFullPathsMakesEachMp3FileVisible) {
+TEST_F(ShowfilesTest, WithoutFullPathsScrollsToEachMp3File) {
     process.settings.showFullPath = 0;
     files({"c:\\music\\1.wav", "c:\\music\\2.wav"}, {"c:\\music\\1.mp3", "c:\\music\\2.mp3"});
     test::RevealLog reveals;
@@ -188,13 +188,13 @@ TEST_F(ShowfilesTest, WithoutFullPathsMakesEachMp3FileVisible) {
     view.setObserver(nullptr);
 }
 
-TEST_F(ShowfilesTest, MakesTheMp3GroupVisibleEvenOnALaterBuild) {
+TEST_F(ShowfilesTest, ScrollsToTheGroupOfMp3FilesEvenOnALaterBuild) {
     disc(twoTracks);
     tree.showfiles();
     test::RevealLog reveals;
     view.setObserver(&reveals);
     tree.showfiles();
-    // The MP3 group exists from the earlier build; the group added last is "Available Tracks".
+    // The second build adds only groups of tracks: the group "MP3 Files" exists from the first one.
     EXPECT_THAT(reveals.texts, ElementsAre("Selected Tracks", "Available Tracks",
                                            "Available Tracks", "MP3 Files"));
     view.setObserver(nullptr);
@@ -230,7 +230,7 @@ TEST_F(ShowfilesTest, OnTheSecondBuildANewFileOfAnyKindIsAddedUnderAvailableTrac
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\new.wav", "c:\\music\\a.wav"));
 }
 
-TEST_F(ShowfilesTest, AFileDeletedByAnotherProgramKeepsItsNodeAndLosesItsEntry) {
+TEST_F(ShowfilesTest, OnTheSecondBuildAFileThatNoLongerExistsKeepsItsNodeButLosesItsListEntry) {
     files({"c:\\music\\a.wav"}, {});
     tree.showfiles();
     files({}, {});
@@ -250,7 +250,7 @@ TEST_F(ShowfilesTest, TheSecondBuildKeepsNodesOfSelectedMp3FilesButListsTheFiles
     EXPECT_THAT(lines(form.List2), ElementsAre("c:\\music\\b.mp3"));
 }
 
-TEST_F(ShowfilesTest, OnTheThirdBuildANewDiscIsAddedUnderTheGroupThatTheSecondBuildAdded) {
+TEST_F(ShowfilesTest, OnTheThirdBuildANewTrackIsAddedUnderTheGroupThatTheSecondBuildAddedLast) {
     disc(twoTracks);
     files({"c:\\music\\a.wav"}, {});
     tree.showfiles();
@@ -263,7 +263,7 @@ TEST_F(ShowfilesTest, OnTheThirdBuildANewDiscIsAddedUnderTheGroupThatTheSecondBu
                 ElementsAre(twoTracks[0], twoTracks[1], "Track  1 - 00:07:07"));
 }
 
-TEST_F(ShowfilesTest, OnTheFourthBuildANewDiscIsAddedUnderWavFiles) {
+TEST_F(ShowfilesTest, OnTheFourthBuildANewTrackIsAddedUnderWavFiles) {
     tree.showfiles();
     tree.showfiles();
     tree.showfiles();
@@ -294,15 +294,15 @@ TEST_F(ShowfilesTest, ABuildRemovesTheNodesAtTheFirstAndTheSecondIndex) {
     tree.showfiles();
     ASSERT_EQ(view.node(1), node("MP3 Files Folder"));
     ASSERT_EQ(view.node(2), node("Selected MP3 Files"));
-    // "Selected MP3 Files" no longer belongs to the subtree that is removed with the node at index
-    // 1.
+    // Moves the second node out of the subtree of the first node. If the build removed only the
+    // first node, the moved node would remain below "CD Tracks".
     ASSERT_TRUE(view.setParent(node("Selected MP3 Files"), node("CD Tracks")).ok());
     tree.showfiles();
     EXPECT_THAT(childrenOf("CD Tracks"), ElementsAre("Selected Tracks", "Available Tracks"));
     EXPECT_THAT(childrenOf("MP3 Files Folder"), ElementsAre("Selected MP3 Files", "MP3 Files"));
 }
 
-TEST_F(ShowfilesTest, TheTreeLacksTheOldCollectionButCanBeUsedWhileTheScanYields) {
+TEST_F(ShowfilesTest, WhileALaterBuildScansTheTreeLacksTheFirstCollectionButCanBeUsed) {
     disc(twoTracks);
     files({"c:\\music\\a.wav"}, {"c:\\music\\b.mp3"});
     tree.showfiles();
@@ -321,7 +321,7 @@ TEST_F(ShowfilesTest, TheTreeLacksTheOldCollectionButCanBeUsedWhileTheScanYields
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\a.wav"));
 }
 
-TEST_F(ShowfilesTest, AFileAddedWhileTheScanYieldsGetsAnEntryAndANode) {
+TEST_F(ShowfilesTest, AFileAddedWhileTheScanYieldsGetsAListEntryAndANode) {
     files({"c:\\music\\a.wav"}, {});
     disk.addFile("c:\\other\\x.wav", std::string(200, 'x'));
     bool added = false;
@@ -331,7 +331,8 @@ TEST_F(ShowfilesTest, AFileAddedWhileTheScanYieldsGetsAnEntryAndANode) {
         }
     };
     tree.showfiles();
-    // The file was added before its group existed. The rest of the build adds the file's node.
+    // When the file was added to the list, its group did not exist yet. The rest of the build adds
+    // the group and the file's node.
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\a.wav", "c:\\other\\x.wav"));
     EXPECT_THAT(childrenOf("WAV Files"), ElementsAre("c:\\music\\a.wav", "c:\\other\\x.wav"));
 }

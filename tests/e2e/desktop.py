@@ -58,7 +58,7 @@ class Frame(typing.NamedTuple):
 
 class Desktop:
     """The virtual screen and its services. Use as a context manager: the end of the context kills
-    all processes."""
+    the services and all programs that were started on the screen."""
 
     def __init__(self):
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="sonarith-e2e-"))
@@ -134,8 +134,9 @@ class Desktop:
         wait_for("the window manager", manages)
 
     def _start_bus(self):
-        # The bus's socket is in the runtime folder and not in /tmp, since the package test runs
-        # the program in a root folder with another /tmp.
+        # The bus's socket is in the runtime folder and not directly in /tmp: the package test runs
+        # the program with another root folder, which contains the runtime folder, but not this
+        # /tmp.
         place = pathlib.Path(self.environment["XDG_RUNTIME_DIR"]) / "bus"
         bus = self._start("dbus-daemon", "--session", "--nofork", "--print-address=1",
                           f"--address=unix:path={place}", stdout=subprocess.PIPE, text=True)
@@ -325,7 +326,7 @@ class Desktop:
         return next(iter(self.xdotool("getactivewindow")), None)
 
     def ask_to_close(self, window):
-        """Asks the window manager to close a window, as its close button does."""
+        """Asks the window manager to close a window, as the window's close button does."""
         x11 = ctypes.CDLL("libX11.so.6")
         x11.XOpenDisplay.restype = ctypes.c_void_p
         x11.XDefaultRootWindow.restype = ctypes.c_ulong

@@ -80,13 +80,13 @@ def check_decoded(wav, mp3, seconds, hertz):
 
 
 def check_beginning(wav, mp3, hours):
-    """Checks the WAV file of a long MP3 file whose decoding was stopped in the middle: the WAV file
-    begins with the same samples as the output of another decoder, but is shorter. Returns its
-    length in seconds."""
+    """Checks the WAV file of a long MP3 file whose decoding was stopped in the middle. The WAV file
+    must contain the first samples of another decoder's output, and its playing time must be shorter
+    than that of the MP3 file. Returns the playing time of the WAV file in seconds."""
     with wave.open(str(wav), "rb") as kept, contextlib.ExitStack() as ending:
         check_format(kept, wav.name)
         check(kept.getnframes() < hours * 3600 * FRAME_RATE,
-              f"{wav.name} is not shorter than the MP3 file")
+              f"the playing time of {wav.name} is not shorter than that of the MP3 file")
         other = subprocess.Popen(["mpg123", "-q", "-s", str(mp3)], stdout=subprocess.PIPE,
                                  stderr=subprocess.DEVNULL)
         ending.callback(other.wait)

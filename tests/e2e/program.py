@@ -172,8 +172,8 @@ class Program:
         return self._has_state(element, self._atspi.StateType.CHECKED)
 
     def tab_to(self, name, role=None, most=40, within=None):
-        """Presses the tab key until an element of the active window has the focus. The search for
-        the element is faster if the window is given as `within`."""
+        """Presses the tab key until the element `name` of the active window has the focus. The
+        search for the element is faster if the window is given as `within`."""
         for _ in range(most):
             if self.has_focus(name, role, within):
                 return
@@ -194,8 +194,8 @@ class Program:
 
     def watch_labels(self, bar):
         """Finds the labels in a bar once, and returns a function that reads their current texts.
-        This function is a hundred times as fast as labels(). It is for texts that are shown only
-        for half a second."""
+        The returned function is a hundred times as fast as labels(). It is for texts that are shown
+        only for half a second."""
         elements = wait_for(f"the labels of {bar!r}", lambda: self._tolerant(
             lambda: self._label_elements(bar), []))
         return lambda: [element.get_name() for element in elements]
@@ -223,13 +223,14 @@ class Program:
         self.desktop.click_at(*wait_for(f"the line {line!r} of {box!r}", centre), times, button)
 
     def open_window(self, button, title):
-        """Clicks on a button of the main window that opens a window. Returns the X window."""
+        """Clicks on a button of the main window that opens a window. Returns the X window that was
+        opened."""
         self.click(button, "push button")
         wait_for(f"the window {title!r}", lambda: self.window(title))
         return self.activate(title)
 
     def close_other(self, title):
-        """Closes a window other than the main window by its close button."""
+        """Closes a window that is not the main window, as the window's close button does."""
         self.desktop.ask_to_close(wait_for(f"the window {title!r}",
                                            lambda: self.window_id(title)))
         wait_for(f"the closed window {title!r}", lambda: self.window(title) is None)
@@ -298,7 +299,7 @@ class Program:
     # Input through the accessibility tree, as assistive tools send it.
 
     def act(self, name, role, within=None):
-        """Presses a button, or ticks a check box."""
+        """Presses a button or toggles a check box."""
         element = self.get(name, role, within)
         actions = [element.get_action_name(i) for i in range(element.get_n_actions())]
         wanted = next((i for i, action in enumerate(actions)
@@ -320,8 +321,8 @@ class Program:
         return (self.labels("Activity bar") or [""])[0]
 
     def figures(self):
-        """The displayed percentage, number of captured bytes and progress. Each is an int, or None
-        if it is not displayed."""
+        """The displayed percentage, the number of captured bytes, and the value of the progress
+        bar. Each is an int, or None if it is not displayed."""
         labels = self.labels("Status bar")
         percent, captured = labels[1:3] if len(labels) == 3 else ("", "")
         progress = self.value("Progress")

@@ -14,9 +14,9 @@ MUSIC = "My Music"
 
 
 def start_with_disc(desktop, program, seconds, output="none", signal="ramp"):
-    """Starts the program with a disc of three tracks of equal length in the drive, and expands the
-    group "Available Tracks". Returns the program, the path of the disc image's
-    sheet, and the destination folder."""
+    """Creates an image of a disc with three tracks, each `seconds` long. Starts the program with
+    this disc in the drive, and expands the group "Available Tracks". Returns the program, the path
+    of the disc image's sheet, and the destination folder."""
     sheet = make_disc(desktop.home / "discs", tracks=3, seconds=seconds, signal=signal)
     destination = desktop.home / MUSIC
     desktop.write_store(sheet, destination, output)
@@ -57,14 +57,15 @@ def row_of(path):
 
 
 def close_message_box(started, text):
-    """Waits for a message box with this text and closes it by its button."""
+    """Waits for a message box with this text and closes it with its OK button."""
     wait_for(f"the message box {text!r}", lambda: started.find(text, "label"))
     started.click("OK", "push button")
-    wait_for("the closed message box", lambda: started.find(text, "label") is None)
+    wait_for(f"the closing of the message box {text!r}",
+             lambda: started.find(text, "label") is None)
 
 
 def start_row(started, row):
-    """Selects a row and presses "Start "."""
+    """Selects a row and clicks the button "Start "."""
     started.click_row(row)
     wait_for("the next action", lambda: started.next_action() == f"Next Action:  Process  {row}")
     started.click("Start ", "push button")

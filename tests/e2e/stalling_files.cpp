@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A library that a test preloads into the program to simulate a disk that spins up or a server that
 // does not respond. The environment variables STALLED_FOLDER and STALLED_WHILE are paths: while the
-// file STALLED_WHILE exists, calls for files below the folder STALLED_FOLDER do not return. All
-// other calls reach the system unchanged.
+// file STALLED_WHILE exists, the functions defined here do not return if they are called for a path
+// that begins with STALLED_FOLDER. All other calls reach the system unchanged.
 #include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -24,14 +24,14 @@ bool stalled() {
     return file != nullptr && ::syscall(SYS_access, file, F_OK) == 0;
 }
 
-bool isBelowFolder(const char* path) {
+bool beginsWithFolder(const char* path) {
     const char* folder = std::getenv("STALLED_FOLDER");
     return folder != nullptr && path != nullptr &&
            std::strncmp(path, folder, std::strlen(folder)) == 0;
 }
 
 void waitFor(const char* path) {
-    while (isBelowFolder(path) && stalled()) {
+    while (beginsWithFolder(path) && stalled()) {
         ::usleep(microsecondsBetweenPolls);
     }
 }

@@ -22,7 +22,7 @@ def report_of(started):
     return started.text("The disc") or ""
 
 
-def a_chosen_image_is_read_and_stored(desktop, program):
+def a_chosen_image_is_read_and_the_choice_is_stored(desktop, program):
     started, _, destination = start_with_disc(desktop, program, seconds=2)
     other = make_disc(desktop.home / "discs", name="other", tracks=2, seconds=7)
     open_devices(started)
@@ -48,7 +48,7 @@ def a_chosen_image_is_read_and_stored(desktop, program):
     check_equal(wavs_by_track(destination), {}, "files in the destination folder")
 
 
-def output_and_source_are_stored(desktop, program):
+def the_chosen_output_and_recording_source_are_stored(desktop, program):
     sheet = make_disc(desktop.home / "discs", tracks=2, seconds=2)
     desktop.write_store(sheet, desktop.home / "My Music")
 
@@ -105,7 +105,8 @@ def a_truncated_image_is_reported_and_its_tracks_extracted(desktop, program):
     sheet = make_disc(desktop.home / "discs", name="short", tracks=3, seconds=seconds,
                       signal="ramp")
     samples = disc_samples(sheet)
-    # The file ends in the middle of track 2 and inside a sector.
+    # The image's file of samples ends in the middle of track 2 and inside a sector. The extracted
+    # track 2 must contain silence in place of the incomplete sector and of the missing sectors.
     whole_sectors = bytes_of(2 * seconds) * 3 // 4 // BYTES_PER_SECTOR
     sheet.with_suffix(".bin").write_bytes(samples[:whole_sectors * BYTES_PER_SECTOR + 1000])
     expected = samples[:whole_sectors * BYTES_PER_SECTOR].ljust(bytes_of(3 * seconds), b"\0")
@@ -136,6 +137,7 @@ def a_truncated_image_is_reported_and_its_tracks_extracted(desktop, program):
 
 
 if __name__ == "__main__":
-    run(a_chosen_image_is_read_and_stored, output_and_source_are_stored,
+    run(a_chosen_image_is_read_and_the_choice_is_stored,
+        the_chosen_output_and_recording_source_are_stored,
         an_incomplete_sheet_counts_as_an_empty_drive,
         a_truncated_image_is_reported_and_its_tracks_extracted)

@@ -23,8 +23,9 @@ def wait_for_groups(started, selected, available):
 
 
 def watch_capture(started):
-    """Reads the window until the capture has ended. Returns the list of distinct captions, and the
-    list of distinct tuples (percentage, bytes, progress), both in order of appearance."""
+    """Reads the window until the captures of all tracks have ended. Returns the list of distinct
+    captions that name a captured track, and the list of distinct tuples (percentage, bytes,
+    progress), both in order of appearance."""
     captions, figures = [], []
 
     def ended():
@@ -38,7 +39,7 @@ def watch_capture(started):
                 figures.append(seen)
         return captions and caption == "Sonarith v2.0"
 
-    wait_for("the end of the capture", ended, patience=150)
+    wait_for("the end of all captures", ended, patience=150)
     return captions, figures
 
 
@@ -75,7 +76,8 @@ def selected_tracks_become_wav_files(desktop, program):
     check_equal(captions, ["Extracting Track 1", "Extracting Track 3"], "captions")
     check_moving(figures)
     wait_for("the enabled commands", lambda: started.is_enabled("Preferences", "push button"))
-    check_equal(started.next_action(), "Next action:", "the line of the next action after the end")
+    check_equal(started.next_action(), "Next action:",
+                "the line about the next action when all captures have ended")
     found = wavs_by_track(destination)
     check_equal(sorted(found), [1, 3], "tracks in the destination folder")
     for number, path in found.items():
@@ -123,7 +125,8 @@ def cancelling_saves_the_captured_part(desktop, program):
     started.click("Cancel", "push button")
     found = wait_for("the WAV", lambda: wavs_by_track(destination))
     check_equal(list(found), [2], "tracks in the destination folder")
-    wait_for("the hidden button", lambda: started.find("Cancel", "push button") is None)
+    wait_for("the removal of the Cancel button",
+             lambda: started.find("Cancel", "push button") is None)
     kept, silence = beginning_of_track(found[2], disc_samples(sheet), 2, seconds)
     check(kept >= bytes_of(1), "less than a second was kept")
     check_equal(silence, 0, "bytes of silence after the captured part")

@@ -232,7 +232,7 @@ def closing_ends_the_search(desktop, program):
     LongSearch(desktop, started, "so")
     desktop.press("Escape")
     wait_for("the closed finder", lambda: started.window(TITLE) is None)
-    # When the finder is opened again, its lists are empty, and it can search a small folder.
+    # The reopened finder shows no files and no summary, and it can search a small folder.
     started.open_window(BUTTON, TITLE)
     check_equal((found(started), summary(started)), ([], None),
                 "the files and the summary of the reopened finder")
@@ -264,15 +264,15 @@ def make_large_tree(folder, folders=5000, files_each=20):
     return folders * files_each // 2
 
 
-def a_large_tree_is_searched_used_and_closed(desktop, program):
+def after_the_search_of_a_large_tree_the_finder_can_be_used_and_closed(desktop, program):
     wavs = make_large_tree(desktop.home / "large")
     started = start_finder(desktop, program)
     choose_folder(started, "large")
     wait_for("the large folder", lambda: "Artist 0" in started.lines("Folder"))
     search = LongSearch(desktop, started, "wav")
-    wait_for("the end", lambda: search.button.get_name() == SEARCH and
+    wait_for("the end of the search", lambda: search.button.get_name() == SEARCH and
              search.files_found() == wavs)
-    # Deliberate: there are more files than the counter of the summary can hold, so the counter
+    # Deliberate: more files are found than the summary's counter of files can hold, so this counter
     # keeps its previous value.
     check_equal(summary(started), (folders_below(desktop.home / "large"), 0), "the summary")
     first, centre = search.centre_of_first_line()
@@ -290,4 +290,4 @@ def a_large_tree_is_searched_used_and_closed(desktop, program):
 if __name__ == "__main__":
     run(files_are_found_by_extension_and_name, a_search_with_hidden_lists_is_stopped,
         the_popup_selects_removes_and_deletes_found_files, closing_ends_the_search,
-        a_large_tree_is_searched_used_and_closed)
+        after_the_search_of_a_large_tree_the_finder_can_be_used_and_closed)

@@ -67,13 +67,13 @@ def a_message_box_opens_above_its_window_while_another_program_is_active(desktop
     box = wait_for("the X window of the message box", lambda: next(
         (window for window in desktop.windows_of(started.process.pid) if window != main), None))
     check_equal(desktop.owner_of(box), main, "the owner of the message box")
-    # A click on the main window, beside the box, activates the program again and has no other
-    # effect.
+    # A click on the button "Exit" of the main window, which the message box blocks, activates the
+    # program again and has no other effect.
     files.activate()
     place = started.centre_of(started.get("Exit", "push button"))
     desktop.click_at(*place)
     wait_for("the box in front", lambda: desktop.active_window() == box)
-    check(started.running, "a press reached the window below the message box")
+    check(started.running, "the click on the blocked main window ended the program")
     started.click("OK", "push button")
     wait_for("the closed message box", lambda: started.find(EMPTY_DRIVE, "label") is None)
     close(started)

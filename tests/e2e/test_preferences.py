@@ -362,7 +362,7 @@ def a_disk_that_fills_causes_a_warning_and_stops_a_capture(desktop, program):
                 press_by_keys(desktop, started, "Refresh data", "push button")
             else:
                 started.click("Refresh data", "push button")
-            wait_for(f"{megabytes} MB", lambda: shown() is not None and
+            wait_for(f"the line with {megabytes} MB available", lambda: shown() is not None and
                      abs(shown() - free_megabytes(home)) <= 1)
         started.close_other(TITLE)
         # The CD bar, in which the warning is shown, is hidden at first.
@@ -374,7 +374,7 @@ def a_disk_that_fills_causes_a_warning_and_stops_a_capture(desktop, program):
         wait_for("the warning", lambda: started.find(LOW, "label"))
         check(started.title.startswith("Extracting"), "the warning has stopped the capture")
         leave_free(home, 40)
-        wait_for("the stop", lambda: not started.title.startswith("Extracting"))
+        wait_for("the stop of the capture", lambda: not started.title.startswith("Extracting"))
         wait_for("the enabled commands", lambda: started.is_enabled(TITLE, "push button"))
         found = wavs_by_track(destination)
         check_equal(list(found), [2], "tracks in the destination folder")

@@ -200,8 +200,8 @@ def a_second_panel_takes_over_when_the_first_ends(desktop, program):
         wait_for_state(desktop, window, "Withdrawn")
         check_equal(second.icons(), [], "icons in the second panel before the first ends")
         first.die()
-        # The second panel is queued for the bus name with which programs register their icons. It
-        # gets this name at once, so the name always has an owner.
+        # The second panel is queued for the bus name that the first panel owned, under which panels
+        # accept icons. It gets this name at once, so the name always has an owner.
         second.wait_for_icon()
         check_equal(len(second.icons()), 1, "icons in the second panel")
         check_equal(second.entries(), ENTRIES, "the menu in the second panel")

@@ -63,7 +63,7 @@ def every_window_opens_and_names_the_desktop_file(desktop, program):
     check_window(HELP)
     desktop.press("Escape")
     wait_until_closed(HELP)
-    # These windows are opened by the last or the first entry of a menu.
+    # The following windows are opened by the last or the first entry of a menu.
     desktop.press("alt+p", "Up", "Return")
     check_window("Devices")
     desktop.press("Escape")

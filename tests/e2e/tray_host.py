@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Simulates a panel that shows tray icons: the StatusNotifierWatcher, with which programs register
-their icons on the bus, and a user who reads an icon's tool tip and chooses from its menu."""
+"""Simulates a panel that shows tray icons, and a user who reads an icon's tool tip and chooses from
+the icon's menu. On the bus, the panel owns the name of the StatusNotifierWatcher, with which
+programs register their icons."""
 
 import threading
 
@@ -38,7 +39,8 @@ class TrayHost:
 
     def __enter__(self):
         self._thread.start()
-        check(self._ready.wait(30), "the bus did not accept the panel's request for its name")
+        check(self._ready.wait(30),
+              "the bus did not accept the panel's request for the watcher's name")
         return self
 
     def __exit__(self, *_):

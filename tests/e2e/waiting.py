@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Waits until conditions are true, and raises a Failure if they are not.
+"""Waits for conditions and checks values. Raises a Failure if a wait times out or a check fails.
 
 The default timeout is so long that only a hang reaches it; it is no requirement on speed.
 """

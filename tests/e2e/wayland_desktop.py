@@ -63,9 +63,9 @@ class WaylandDesktop(Desktop):
                   (self.folder / "sway.log").read_text(errors="replace"))
             return next((path for path in folder.glob(pattern) if path.is_socket()), None)
         self.environment["WAYLAND_DISPLAY"] = str(
-            wait_for("the compositor", lambda: socket("wayland-*")))
+            wait_for("the compositor's display socket", lambda: socket("wayland-*")))
         self.environment["SWAYSOCK"] = str(
-            wait_for("the compositor's commands", lambda: socket("sway-ipc.*")))
+            wait_for("the compositor's command socket", lambda: socket("sway-ipc.*")))
         self._input = WaylandInput(self.environment["WAYLAND_DISPLAY"], SCREEN)
 
     def start_window_manager(self):

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Feeds arbitrary text to the reader of CUE sheets and checks that accepted layouts have the
-// properties on which the program relies.
+// Feeds arbitrary text to the reader of CUE sheets and checks that the disc layout of every
+// accepted sheet has the properties on which the program relies.
 #include <cstddef>
 #include <cstdint>
 #include <string_view>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Analyses arbitrary bytes as an MP3 file. Before each analysis, the object for its result contains
-// the values of another file: the analysis must either keep all values of the header or replace
-// them all.
+// the values of another file: the analysis must either keep all header values of the other file or
+// replace all of them.
 #include <cstddef>
 #include <cstdint>
 #include <string>

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Decodes arbitrary bytes as an MP3 file twice: in one pass and in segments. Both must return the
-// same samples, except if a segment is broken: the decoding in segments then ends at this segment.
-// Both decodings are then repeated with a source that is unreadable from an offset on. The first
-// byte of an input selects the size of the segments, the second byte the offset.
+// Decodes all but the first two bytes of an input as an MP3 file: in one pass and, if the stream is
+// of layer 3, also in segments. Both decodings must return the same samples. If a segment is broken
+// (segment_decoder.h), the comparison ends at this segment. All of this is done twice, the second
+// time with a source that is unreadable from an offset on. The first byte of the input selects the
+// size of the segments, the second byte the offset.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>

@@ -30,7 +30,8 @@ void checkLengths(const Mp3Info& info) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
     require(windows1252Of(textOfWindows1252(bytes)) == bytes);
-    // The user can type any text as a title, so any bytes must be accepted.
+    // id3v1Tag() must not crash on any title: the user can type any text, and `bytes` need not even
+    // be UTF-8.
     static_cast<void>(id3v1Tag({.title = std::string(bytes)}));
     require(windows1252Of(bytes).size() <= characterCount(bytes));
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reads arbitrary bytes as the header of a WAV file, and converts them as a number from one base to
-// another.
+// Reads arbitrary bytes as the header of a WAV file. Also takes the first two bytes as two bases,
+// and converts the other bytes, as the digits of a number, from the first base to the second.
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -19,7 +19,8 @@ using fuzz::require;
 constexpr const char* path = "c:\\a.wav";
 
 void convert(std::string_view text, std::uint8_t from, std::uint8_t to) {
-    // A conversion to base 1 never ends, which is deliberate. So it is not tested.
+    // A conversion of a number above 0 to base 1 never ends, which is deliberate. So base 2
+    // replaces base 1 here.
     const auto baseIn = static_cast<std::int16_t>(from % 40);
     const auto baseOut = static_cast<std::int16_t>(to % 40 == 1 ? 2 : to % 40);
     const std::string digits = ConvertBase(text, baseIn, baseOut);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Compares the header analysis of MP3 files with an independent decoder. Tests the values on which
-// the analysis and the decoder agree, and the files for which they deliberately differ.
+// the analysis and the decoder agree, and the files for which the analysis deliberately differs.
 #include "formats/mp3_analysis.h"
 
 #include <gmock/gmock.h>
@@ -22,7 +22,7 @@ using test::SecondOpinion;
 
 constexpr int samplesPerFrame = 1152; // of MPEG 1 Layer III
 /// This length is not near a whole second, so that one frame more or less does not change the
-/// duration in seconds.
+/// duration in whole seconds.
 constexpr double soundSeconds = 2.5;
 
 /// Noise whose volume changes, so that an encoder with a variable bit rate uses several rates.
@@ -213,8 +213,8 @@ TEST_F(HeaderAnalysisTest, MistakesATitleInALeadingTagForTheFirstFrame) {
     EXPECT_EQ(info.Bitrate, 192);
 }
 
-// The sound of a short file is repeated, so that the file lasts for about 15 minutes.
-TEST_F(HeaderAnalysisTest, ReadsNoHeaderAndNoTagOfAFileWithMoreThan32767Frames) {
+// The file repeats the sound of a shorter file and lasts for about 15 minutes.
+TEST_F(HeaderAnalysisTest, ReadsNoHeaderAndNoTagOfAVariableRateFileWithMoreThan32767Frames) {
     encode(44100, 2, "-V 9 --resample 44.1 -f");
     const std::string content = world.content("a.mp3").value();
     const auto informationFrame = static_cast<std::size_t>(opinion->first.framesize);

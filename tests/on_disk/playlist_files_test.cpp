@@ -147,7 +147,7 @@ TEST_F(PlaylistFilesTest, AFileWithAnyValidNameCanBeReadTaggedListedRenamedAndDe
 }
 
 // The kernel accepts paths of at most 4,095 bytes.
-TEST_F(PlaylistFilesTest, AFileWithTheLongestPathIsReadAndALongerPathHasNoData) {
+TEST_F(PlaylistFilesTest, AFileWithTheLongestPathIsReadAndALongerPathCountsAsAMissingFile) {
     fs::path folder = world.disk();
     while (folder.string().size() + 201 < 4'080) {
         folder /= std::string(200, 'f');
@@ -263,8 +263,8 @@ TEST_F(PlaylistFilesTest, TheTagOfAHugeFileIsShownWithTheHeaderOfThePreviousFile
     EXPECT_THAT(editor.machine.boxes.shown, IsEmpty());
 }
 
-/// The bytes that this thread has read from files, pipes and sockets; empty optional if the system
-/// does not count them.
+/// How many bytes this thread has read from files, pipes and sockets; an empty optional if the
+/// system does not count them.
 std::optional<std::uint64_t> bytesRead() {
     std::ifstream counts("/proc/thread-self/io");
     std::string name;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Creates the preferences' logic on given files, folders and settings store, usually real ones; all
-// other interfaces are fakes. For tests. tests/support/preferences_world.h creates the same for
-// files in memory.
+// Creates the preferences' logic for a test that passes the interfaces of files, folders and
+// settings store, usually the real ones; all other interfaces are fakes. For the same logic on
+// fakes only, see tests/support/preferences_world.h.
 #pragma once
 
 #include "extraction/extraction.h"
@@ -20,7 +20,7 @@ struct PreferencesOver {
         windows.Form1.load();
         windows.Form4.load();
     }
-    /// Loads the settings and the preferences, as the start of the program does.
+    /// Loads the settings and then the preferences' form, as the start of the program does.
     void start() {
         LoadSettings(platform.store, platform.files.programFolder(), process.settings);
         form.load();

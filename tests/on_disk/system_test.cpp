@@ -40,7 +40,7 @@ class SystemOfThisMachine : public ::testing::Test {
     System system{information, files};
 };
 
-TEST_F(SystemOfThisMachine, HasTheSizeAndTypeOfTheRootDrive) {
+TEST_F(SystemOfThisMachine, ReturnsTheSizeAndTypeOfTheRootDrive) {
     std::int64_t total = 0;
     std::int64_t free = 0;
     for (int tries = 0; tries < 300 && total == 0; ++tries) {
@@ -70,9 +70,9 @@ TEST_F(SystemOfThisMachine, CountsEachDriveOnce) {
     EXPECT_EQ(all, static_cast<int>(paths.drives().drives().size()));
 }
 
-TEST_F(SystemOfThisMachine, HasTheLabelAndSerialNumberOfTheRootDrive) {
-    // On a machine without the device manager, neither the program nor the tool can read these
-    // values.
+TEST_F(SystemOfThisMachine, ReturnsTheLabelAndSerialNumberOfTheRootDrive) {
+    // On a machine without the device manager (udev), neither the program nor findmnt can read
+    // the label and the UUID.
     const std::string label = test::outputOf("findmnt -n -o LABEL /");
     EXPECT_EQ(system.VolumeLabel("C:\\"), label.empty() ? "NoName" : label);
     const std::string serial = system.SerialNumber("C:\\");
@@ -84,7 +84,7 @@ TEST_F(SystemOfThisMachine, HasTheLabelAndSerialNumberOfTheRootDrive) {
     EXPECT_EQ(system.SerialNumber("?:\\"), "0000-0000");
 }
 
-TEST_F(SystemOfThisMachine, HasTheMemoryThatTheKernelReports) {
+TEST_F(SystemOfThisMachine, ReturnsTheMemoryThatTheKernelReports) {
     System::Memory memory;
     system.FreeMemory(memory);
     EXPECT_EQ(memory.totalKb,
@@ -101,7 +101,7 @@ TEST_F(SystemOfThisMachine, HasTheMemoryThatTheKernelReports) {
                 1.0);
 }
 
-TEST_F(SystemOfThisMachine, HasTheNumberOfProcessorsThatAreOnline) {
+TEST_F(SystemOfThisMachine, ReturnsTheNumberOfProcessorsThatAreOnline) {
     System::Processors processors{"none", 0, 0};
     system.SystemInfo(processors);
     EXPECT_EQ(processors.count, std::stoi(test::outputOf("getconf _NPROCESSORS_ONLN")));
@@ -109,7 +109,7 @@ TEST_F(SystemOfThisMachine, HasTheNumberOfProcessorsThatAreOnline) {
     EXPECT_NE(processors.activeMask, 0U);
 }
 
-TEST_F(SystemOfThisMachine, HasTheVersionOfTheKernel) {
+TEST_F(SystemOfThisMachine, ReturnsTheVersionNumberOfTheKernelAsThatOfWindowsNt) {
     System::Version version;
     system.WinVer(version);
     EXPECT_EQ(version.text, "Windows NT");
@@ -117,7 +117,7 @@ TEST_F(SystemOfThisMachine, HasTheVersionOfTheKernel) {
               test::outputOf("uname -r | grep -o '^[0-9]*\\.[0-9]*'"));
 }
 
-TEST_F(SystemOfThisMachine, HasTheTypeAndTheFunctionKeysOfAPresentKeyboard) {
+TEST_F(SystemOfThisMachine, ReturnsTheTypeAndTheFunctionKeysOfTheKeyboardIfOneIsPresent) {
     std::ifstream devices("/proc/bus/input/devices");
     const auto keyboard =
         system_information::keyboardIn((std::stringstream() << devices.rdbuf()).str());
@@ -125,7 +125,7 @@ TEST_F(SystemOfThisMachine, HasTheTypeAndTheFunctionKeysOfAPresentKeyboard) {
     EXPECT_EQ(system.FunctionKeys(), keyboard.functionKeys);
 }
 
-TEST_F(SystemOfThisMachine, HasTheNamesOfTheComputerAndTheUser) {
+TEST_F(SystemOfThisMachine, ReturnsTheNamesOfTheComputerAndTheUser) {
     EXPECT_EQ(system.ComputerName(), test::outputOf("uname -n"));
     std::string user;
     for (int tries = 0; tries < 300 && user.empty(); ++tries) {
@@ -134,7 +134,7 @@ TEST_F(SystemOfThisMachine, HasTheNamesOfTheComputerAndTheUser) {
     EXPECT_EQ(user, test::outputOf("id -un"));
 }
 
-TEST_F(SystemOfThisMachine, HasSystemFoldersThatExist) {
+TEST_F(SystemOfThisMachine, ReturnsSystemFoldersThatExist) {
     EXPECT_EQ(system.SystemDir(), paths.logicPathOf("/usr/lib") + "\\");
     EXPECT_EQ(system.WinDir(), paths.logicPathOf("/usr") + "\\");
     const std::string temp = test::outputOf("echo ${TMPDIR:-/tmp}");

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests that a failed tag write leaves an MP3 file as it was: each system call of the write but the
-// close fails in turn, or the user may only read the file. Also tests that a tag write changes only
-// the tag and the times, and that the tag is written even if the close fails or the user may only
-// write the file.
+// Tests that an MP3 file is unchanged if the writing of its tag fails, because a system call other
+// than close() fails or because the user may only read the file. Also tests that a tag write
+// changes only the tag and the times, and that the tag is written even if close() fails or the user
+// may only write the file.
 #include <gtest/gtest.h>
 
 #include <cerrno>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reads the headers of real WAV files: huge files, files that the user may not read or write, and
-// folders, pipes and devices.
+// Tests WavHeadReader on a real disk: with huge, read-only, unreadable and missing files, and with
+// folders, pipes and devices instead of files.
 #include "conversion/wav_head.h"
 
 #include <gtest/gtest.h>

@@ -2,8 +2,8 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """check_package.py CHECK: runs one check of the Debian package in build/package. The check
 `reproducible` builds this package, and builds it a second time in another folder. This script must
-be started in the project's folder. If a check is not possible on this machine, it prints the reason
-and exits with 77."""
+be started in the project's folder. If the check `clean_root` is not possible on this machine, the
+script prints the reason and exits with 77."""
 
 import filecmp
 import os
@@ -81,7 +81,7 @@ def desktop_file():
             head = picture.read_bytes()[:24]
             size = int.from_bytes(head[16:20], "big"), int.from_bytes(head[20:24], "big")
             if size != (side, side):
-                raise Fault(f"{picture} has the size {size}")
+                raise Fault(f"{picture} has the size {size} in pixels")
         if not (theme / f"scalable/apps/{icon}.svg").exists():
             raise Fault("the scalable icon (SVG) is missing")
         main = pathlib.Path("src/main.cpp").read_text(encoding="utf-8")
@@ -176,7 +176,7 @@ def use_and_remove(root):
     home = root.use_program()
     used = root.files()
     if used.keys() != installed.keys():
-        raise Fault("the program wrote outside of the home: "
+        raise Fault("the program created or removed files outside of the home: "
                     f"{sorted(used.keys() ^ installed.keys())}")
     kept = {path: path.read_bytes() for path in home.rglob("*") if path.is_file()}
     root.run("apt-get", "purge", "-y", "-qq", "sonarith")

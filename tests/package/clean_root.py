@@ -36,7 +36,7 @@ class CleanRoot:
     context."""
 
     def __init__(self):
-        # All users must be able to enter the folder: users of the new system run the program.
+        # All users may enter the folder, so that mmdebstrap can download packages as the user _apt.
         self._folder = pathlib.Path(tempfile.mkdtemp(prefix="sonarith-package-"))
         self._folder.chmod(0o755)
         self.path = self._folder / "root"
@@ -61,13 +61,13 @@ class CleanRoot:
         if not tool:
             raise NotPossible("mmdebstrap is not installed")
         self._attempt(tool, "--variant=minbase", "bookworm", self.path)
-        # The system's root must be a mount, so that the program finds its disk in the list of
+        # The system's root must be a mount, so that the program finds the root in the list of
         # mounts.
         self._mount("--bind", self.path, self.path)
         (self.path / "proc").mkdir(exist_ok=True)
         self._mount("-t", "proc", "proc", self.path / "proc")
-        # This link makes a path of this machine to a file of the new system valid inside the new
-        # system, too.
+        # With this link, the path by which this machine reaches a file of the new system is also
+        # valid inside the new system.
         inner = self.path / self._folder.relative_to("/")
         inner.mkdir(parents=True, exist_ok=True)
         (inner / "root").symlink_to("/")

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Compares a level meter whose ticks come in batches with a level meter whose ticks all come in
-// time: after each batch, both must show the same level. Card and mixer are the program's own, and
-// the clock is simulated.
+// time: after each batch, both meters must have drawn the same trace. Card and mixer are the
+// program's own, and the clock is simulated.
 #include <algorithm>
 #include <functional>
 #include <memory>
@@ -43,8 +43,9 @@ class MeterLoop final : public test::ForwardingEventLoop {
         batches = wakeup.get();
         return wakeup;
     }
-    /// Ends the batches unless the card is silent. A test must call this when sound begins; the
-    /// real loop does the same each time before its thread sleeps.
+    /// Replaces the large batches of silence by the small batches of sound, unless the card is
+    /// silent. A test must call this when sound begins; the real loop does the same each time
+    /// before its thread sleeps.
     void handlerReturned() {
         if (batches) {
             batches->endSilence();

@@ -120,7 +120,7 @@ class CallJudge {
                 }
                 heldCalls.clear();
             }
-            if ((calls.revents & POLLHUP) != 0) { // no thread is left
+            if ((calls.revents & POLLHUP) != 0) { // no thread with the filter is left
                 ::close(listener);
                 return;
             }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A session with a command interpreter on which the disc device is open; and tables of contents,
-// each for the disc in the drive of such a session.
+// CdSession, an MciSession in which the disc device is already open; and tables of contents for the
+// disc of such a session.
 #pragma once
 
 #include <gtest/gtest.h>

@@ -5,7 +5,7 @@
 //     ExtractionBench bench({60000, 30000});
 //     bench.insertDisc();                     // fills the lists of tracks and lengths
 //     bench.select("Available Tracks");
-//     bench.form.cmdStart.click();            // returns when the queue has ended
+//     bench.form.cmdStart.click();            // returns when the last capture has ended
 //     EXPECT_THAT(bench.media.log, ...);
 #pragma once
 
@@ -121,8 +121,8 @@ class QueueBench : public ExtractionBench {
     }
 };
 
-// The commands that start the capture of a track. The last command, which starts the disc, is
-// missing here because it contains the position.
+// The commands that start the capture of a track, in this order. The command that follows them and
+// plays the disc is not defined here, because it depends on the track's start.
 inline constexpr const char* openRecorder = "open new type waveaudio alias capture";
 inline constexpr const char* setStereo =
     "set capture samplespersec 44100 channels 2 bitspersample 16 "
@@ -131,8 +131,8 @@ inline constexpr const char* openDisc = "open cdaudio alias cd";
 inline constexpr const char* setMilliseconds = "set cd time format milliseconds";
 inline constexpr const char* record = "record capture overwrite";
 
-/// Path of a track saved by an ExtractionBench. The number is the disc's identity 48213906 times
-/// the random fraction 0.25, plus 1, truncated to an integer.
+/// Path of a track saved by an ExtractionBench. The number before the dash is the disc's identity
+/// 48213906 times the random fraction 0.25, plus 1, truncated to an integer.
 [[nodiscard]] inline std::string savedAs(int track) {
     return "c:\\wavfiles\\12053477-" + std::to_string(track) + ".wav";
 }

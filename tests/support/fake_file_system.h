@@ -5,7 +5,7 @@
 //     disk.addFile("c:\\music\\Track1.wav", std::string(100, 'x'));
 //     disk.failWith(FakeFileSystem::Operation::rename, "c:\\music\\track1.wav",
 //                   ErrorNumber::permissionDenied);          // every later rename of this file
-//     EXPECT_EQ(disk.log, ...);                              // "makeFolder music"
+//     EXPECT_EQ(disk.log, ...);                              // entries such as "makeFolder music"
 //     disk.failWith(FakeFileSystem::Operation::writeBinary, "c:\\music\\track1.wav",
 //                   ErrorNumber::diskFull);                  // also applies to a file already open
 //     disk.meanwhile = [&](const std::string& entry) { ... } // runs at each logged call
@@ -72,8 +72,8 @@ class FakeFileSystem final : public FileSystem {
         entry.folder = false;
         *entry.content = content;
     }
-    /// Sets the result of fileDate() for an existing file. Until then, the result is the clock's
-    /// epoch.
+    /// Sets the result of fileDate() for an existing file. Until then, the result is the epoch of
+    /// the system clock.
     void setFileDate(const std::string& path, FileTime date) {
         entries_.at(caseFolded(absolute(path))).date = date;
     }

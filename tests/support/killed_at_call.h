@@ -22,7 +22,8 @@ enum class KillOutcome {
 };
 
 /// Runs `prepare` and then `step` in a child process, which is killed (SIGKILL) when `step` is
-/// about to make its system call number `call`, counted from 0. No destructor runs in the child.
+/// about to make its system call number `call`, counted from 0. The child does not destroy the
+/// objects that exist when it ends.
 inline KillOutcome killAtCall(int call, const std::function<void()>& prepare,
                               const std::function<void()>& step) {
     const pid_t child = forkWhenOthersSleep();

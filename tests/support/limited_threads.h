@@ -11,9 +11,9 @@
 
 namespace sonarith::fakes {
 
-/// Counts the threads that can still be started. When none is left, the function that starter()
-/// returns starts no thread and returns an error. Thread-safe. That function may outlive this
-/// object.
+/// Counts the threads that can still be started. starter() returns a function that starts a thread
+/// or, when no more threads can be started, returns an error; the function may outlive this object.
+/// All members and the function are thread-safe.
 class LimitedThreads {
   public:
     explicit LimitedThreads(int left) : counts_(std::make_shared<Counts>()) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reads the memory use of this process, for tests that limit it.
+// Reads how much memory this process uses, for tests that check by how much this amount grows.
 #pragma once
 
 #include <cstdint>

@@ -12,7 +12,7 @@
 
 namespace sonarith::test {
 
-/// MPEG 1 Layer III, no CRC, 128 kbit/s, 44100 Hz, stereo; all flags 0.
+/// MPEG 1 Layer III, no CRC, 128 kbit/s, 44100 Hz, stereo; all further bits 0.
 inline constexpr std::uint32_t commonHeader = 0xFFFB9000;
 
 struct Mp3Bytes {

@@ -43,10 +43,11 @@ struct PlayerBench : FakeMachine {
     }
 
     /// All device commands, and all operations of the mixer ("mixer open") and the wave input
-    /// ("wave open"), oldest first. During operationsOf() the yields are recorded, too ("yield").
+    /// ("wave open"), oldest first. During operationsOf() the first 20 yields are recorded, too
+    /// ("yield").
     std::vector<std::string> operations;
 
-    /// Runs `step` and returns its operations.
+    /// Runs `step` and returns the operations during `step`.
     template <typename Step>
     std::vector<std::string> operationsOf(Step step) {
         operations.clear();
@@ -63,7 +64,7 @@ struct PlayerBench : FakeMachine {
         return operations;
     }
 
-    /// Runs `step` and returns only its device commands.
+    /// Runs `step` and returns only the device commands during `step`.
     template <typename Step>
     std::vector<std::string> commandsOf(Step step) {
         std::vector<std::string> commands;
@@ -76,8 +77,8 @@ struct PlayerBench : FakeMachine {
         return commands;
     }
 
-    /// Simulates the user's click on the power switch, and lets a second pass, so that the disc is
-    /// polled. Clears `operations`.
+    /// Simulates the user's click on the power switch, and advances the time by one second, so that
+    /// the disc is polled. Clears `operations`.
     void switchOn() {
         form.OptCD.choose();
         loop.advance(std::chrono::seconds(1));

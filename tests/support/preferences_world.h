@@ -52,8 +52,8 @@ struct PreferencesWorld : testing::Test, FakeMachine {
         LoadSettings(store, files.programFolder(), settings);
         form.load();
     }
-    /// Stores "off" for all switches, then starts and clears the log of the store's writes. So
-    /// everything in the log was written by the test's own steps.
+    /// Stores "off" for each switch that is on by default, so that no switch is on. Then starts and
+    /// clears the log of the store's writes, so that the log has only writes of later steps.
     void startWithAllOff() {
         for (const char* key : {hdWarningKey, hdStopDecodingKey, deleteWavKey, showFullPathKey,
                                 encodeAfterExtractingKey, muteButtonKey}) {

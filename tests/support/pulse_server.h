@@ -29,7 +29,7 @@
 namespace sonarith::fakes {
 
 /// A program in a child process. The destructor kills it, and so does the end of the test process.
-/// Its standard output is written to a file.
+/// The standard output of the program is written to the file `output`.
 class ChildProcess {
   public:
     ChildProcess(std::vector<std::string> arguments, std::vector<std::string> environment,

@@ -36,7 +36,8 @@ inline std::int64_t numberAt(const std::string& content, std::size_t offset) {
     return number;
 }
 
-/// Expects that the file contains a plain header and then exactly these frames in stereo.
+/// Expects that the file contains the header of a plain WAV file (WavForm::plain) and then exactly
+/// `frames`, in stereo.
 inline void expectPlainWav(const std::filesystem::path& path,
                            const std::vector<sound::StereoFrame>& frames) {
     const std::string content = contentOf(path);

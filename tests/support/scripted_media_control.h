@@ -35,8 +35,8 @@ class ScriptedMediaControl final : public MediaControl {
     mutable std::vector<int> errorsAsked;
     /// Called for each command, after it was logged and before the reply is chosen.
     std::function<void(std::string_view)> onCommand;
-    /// Replies to the commands for which neither answer() nor answerPrefix() has set a reply. If
-    /// `device` is empty, such a command succeeds with an empty reply.
+    /// Called to get the reply to a command for which neither answer() nor answerPrefix() has set
+    /// one. If `device` is empty, such a command succeeds with an empty reply.
     std::function<MciAnswer(std::string_view)> device;
 
     /// Sets the reply to exactly this command.

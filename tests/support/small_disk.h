@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Mounts a real file system of one MiB, which tests can fill. Use it in a child process: the mount
-// exists only for this process.
+// Mounts a real file system of one MiB, which tests can fill. Call it in a child process: only that
+// process sees the mount, and the mount is removed when that process ends.
 #pragma once
 
 #include <fstream>

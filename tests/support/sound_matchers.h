@@ -18,7 +18,7 @@ MATCHER_P(IsSound, expected, "") {
         return true;
     }
     *result_listener << arg.size() << " elements instead of " << expected.size()
-                     << ", the first difference is at " << (at - arg.begin());
+                     << ", the first difference is at index " << (at - arg.begin());
     return false;
 }
 

@@ -261,7 +261,7 @@ class VirtualEventLoop final : public EventLoop {
         }
     };
 
-    /// The first time is arbitrary, but not 0: code that assumes that time starts at 0 fails.
+    /// Starts at an arbitrary value other than 0, so that code that assumes a start at 0 fails.
     Time now_ = std::chrono::hours(3);
     double secondsAtReference_ = 43200.0; // noon
     Time midnightReference_ = now_;

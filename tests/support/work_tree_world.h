@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Creates the main window with its work tree, connected as in the program, in virtual time. Tests
-// call the handlers of the tree as mouse presses, releases and double clicks would. Base class of
-// the work tree's tests.
+// Creates the main window's form with its work tree, connected as in the program; time is virtual.
+// Tests call the handlers of the tree as mouse presses, releases and double clicks would. Base
+// class of the work tree's tests.
 //
 //     finder.files[destination]["mp3"] = {"c:\\music\\a.mp3"};
 //     disc({"Track  1 - 00:03:05"});

@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Runs all stages of ./test or those that are named on the command line, and prints a summary: what
-passed, what failed, what was cached and what was not run. Exits with 0 if all passed, 1 if
-something failed, or 2 if a name is unknown."""
+"""Runs the stages of ./test that are named on the command line; without arguments, all stages
+except those that run only if they are named. Prints a summary: what passed, what failed, what was
+cached and what was not run. Exits with 0 if all passed, 1 if something failed, or 2 if a name is
+unknown."""
 
 import atexit
 import collections
@@ -53,13 +54,13 @@ class Clock:
 
 def usage():
     width = max(len(stage.name) for stage in STAGES)
-    lines = ["./test                         everything",
+    lines = ["./test                         all stages that are not marked \"only if named\"",
              "./test STAGE [NAME...] ...     these stages; with names, only these parts of a stage",
              "", "Stages:"]
     lines += [f"  {stage.name:{width}}  {stage.about}" for stage in STAGES]
     lines += ["", "Names are modules or folders below src/ (unit, tsan, core), scripts (e2e),",
-              "targets (fuzz) and checks (lint). Without arguments, a program that has passed and",
-              "has not changed since is not run again and counts as cached."]
+              "targets (fuzz) and checks (lint). Without arguments, tests that have passed are not",
+              "repeated while their inputs are unchanged; they count as cached."]
     return "\n".join(lines)
 
 

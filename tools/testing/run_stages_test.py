@@ -23,7 +23,7 @@ def asked(*words):
 
 
 class Arguments(unittest.TestCase):
-    def test_without_arguments_all_but_the_named_only_stages_run_in_order(self):
+    def test_without_arguments_the_stages_run_in_order_except_those_that_must_be_named(self):
         self.assertEqual(list(asked()), [stage.name for stage in STAGES if not stage.named_only])
 
     def test_arguments_after_a_stage_select_parts_of_that_stage(self):

@@ -93,7 +93,7 @@ class Tidy(unittest.TestCase):
         self.write("src/b/.clang-tidy", CONFIGURATION)
         self.assertEqual(self.run_tidy(), (0, 1))
 
-    def test_a_changed_command_causes_a_check(self):
+    def test_a_changed_compile_command_causes_a_check(self):
         self.check_once_and_cache()
         self.write_commands("-DX")
         self.assertEqual(self.run_tidy(), (0, 1))
@@ -105,7 +105,7 @@ class Tidy(unittest.TestCase):
         self.write("src/b/a/used.h", "inline int* used() { return 0; }\n")
         self.assertEqual(self.run_tidy(), (1, 1))
 
-    def test_another_version_of_the_tool_causes_a_check(self):
+    def test_another_version_of_clang_tidy_causes_a_check(self):
         self.check_once_and_cache()
         with mock.patch.object(tidy, "tool_identity", lambda: "another"):
             self.assertEqual(self.run_tidy(), (0, 1))
@@ -117,7 +117,7 @@ class Tidy(unittest.TestCase):
             self.assertEqual(self.run_tidy(), (0, 1))
             self.assertEqual(self.run_tidy(), (0, 1))
 
-    def test_a_source_without_a_command_fails(self):
+    def test_a_source_without_a_compile_command_fails(self):
         self.write("src/b/new.cpp", "")
         output = io.StringIO()
         with mock.patch.object(tidy, "REPOSITORY", self.root), \

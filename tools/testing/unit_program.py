@@ -163,7 +163,7 @@ def run_all(program, exclude, hangs_after):
         if run_once(program, filter_text, hangs_after, outcome):
             return outcome
     outcome.failed["the rest"] = [
-        f"these tests were not run, because {MOST_RUNS} others ended the program\n"]
+        f"the remaining tests were not run, because {MOST_RUNS} tests ended the program\n"]
     return outcome
 
 

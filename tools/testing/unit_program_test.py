@@ -10,9 +10,10 @@ import unittest
 
 HERE = pathlib.Path(__file__).resolve().parent
 
-# The format of a program. `tests` contains the Python code of each test, by name; in this code
-# `line` prints a line, and `good` and `bad` print that the test has passed or failed. `at_end` and
-# `after_end` are code that runs before and after the program prints its last lines.
+# The source of a program, as a template for str.format(). `tests` contains the Python code of each
+# test, by name; in this code `line` prints a line, and `good` and `bad` print that the test has
+# passed or failed. `at_end` and `after_end` are code that runs before and after the program prints
+# its last lines.
 PROGRAM = """
 #!{python}
 import os, sys, time
@@ -115,7 +116,7 @@ class UnitProgram(unittest.TestCase):
         self.assertIn("leaks", output)
         self.assertIn("exit code 23", output)
 
-    def test_a_crash_between_tests_fails_the_program(self):
+    def test_a_crash_after_the_last_test_fails_the_program(self):
         code, output = self.run_with({"A.a": GOOD}, at_end="os.abort()")
         self.assertEqual(code, 1)
         self.assertIn("SIGABRT", output)

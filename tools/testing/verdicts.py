@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Stores in files of a build folder which checks have passed. Each pass is stored under a key, a
+"""Records which checks have passed, in files of a build folder. Each pass is stored under a key, a
 hash of everything on which the result depends. Failures are not stored, so a failed check is always
 run again.
 

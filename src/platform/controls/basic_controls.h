@@ -31,7 +31,7 @@ class Label : public ControlWith<CaptionState> {
     Handler<> onChange;
 };
 
-/// A border with a caption around other controls.
+/// A border around other controls, with a caption.
 class Frame : public ControlWith<CaptionState> {
   public:
     Frame(Form& owner, std::string name, std::string caption = {})
@@ -89,7 +89,7 @@ struct TextBoxState {
     bool locked = false;
 };
 
-/// setText() truncates the text before its first NUL.
+/// setText() removes the first NUL of the text and everything after it.
 class TextBox : public ControlWith<TextBoxState> {
   public:
     TextBox(Form& owner, std::string name, std::string text = {})
@@ -140,8 +140,8 @@ struct TabControlState {
     int tab = 0;
 };
 
-/// A row of tabs with captions. Each tab has a page, and one page is in front. The view lays out
-/// the controls on the pages.
+/// A row of tabs with captions. Each tab has a page, and one page is in front. Which controls are
+/// on which page is decided by the window's layout, not by this model.
 class TabControl : public ControlWith<TabControlState> {
   public:
     TabControl(Form& owner, std::string name, std::vector<std::string> captions)

@@ -29,8 +29,8 @@ class ComboBox : public ControlWith<ComboBoxState> {
 
     /// The selected entry, -1 for none.
     [[nodiscard]] int listIndex() const { return state_.listIndex; }
-    /// -1 to listCount() - 1. Error: invalidPropertyValue, with no change, outside that range. Runs
-    /// onClick if the selection changes.
+    /// Selects an entry, or none if `index` is -1. Runs onClick if the selection changes. Error:
+    /// invalidPropertyValue, with no change, outside the range -1 to listCount() - 1.
     Status setListIndex(int index);
     /// The text of the selected entry; empty for none.
     [[nodiscard]] std::string text() const { return list(state_.listIndex); }

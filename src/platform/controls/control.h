@@ -28,7 +28,7 @@ enum class Property : std::uint8_t {
     caption,
     text,
     value,     ///< value of a check box, an option button, a slider or a bar
-    checked,   ///< a menu entry's tick
+    checked,   ///< the check mark of a menu entry
     listIndex, ///< the current line or entry, or the current tab
     entries,   ///< of a combo box
     typingLimit,
@@ -68,7 +68,7 @@ class Control : public FormPart {
     Signal<Property> changed;
 
   protected:
-    /// For forms only: a form is not a part of another form.
+    /// For the class Form only: a form is a control, too, but has no owner.
     explicit Control(std::string name) : name_(std::move(name)) {}
 
     /// Stores the value and notifies of the change; does nothing if the property already has this

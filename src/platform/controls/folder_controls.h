@@ -21,8 +21,8 @@ class DirListBox : public Control {
   public:
     /// `directories` and `files` must outlive this object. Each load of the form sets the path
     /// to the program's folder and not to the process's current folder: the latter may be the root
-    /// of a drive after a destination folder could not be created (MakeDirs()), and a search that
-    /// started there would read the whole drive.
+    /// of a drive after a destination folder could not be created (MakeDirs()), and a file
+    /// search that starts at this root would read the whole drive.
     DirListBox(Form& owner, std::string name, Directories& directories, const FileSystem& files)
         : Control(owner, std::move(name)), directories_(directories), files_(files) {}
 

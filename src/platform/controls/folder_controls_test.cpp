@@ -35,14 +35,14 @@ class FolderControlsTest : public testing::Test {
     int driveChanges = 0;
 };
 
-TEST_F(FolderControlsTest, StartInTheProgramsFolderWithoutRunningAHandler) {
+TEST_F(FolderControlsTest, LoadingTheFormSelectsTheProgramsFolderAndItsDriveAndRunsNoHandler) {
     EXPECT_EQ(folder.path(), "c:\\music");
     EXPECT_EQ(drive.drive(), "c:");
     EXPECT_EQ(folderChanges, 0);
     EXPECT_EQ(driveChanges, 0);
 }
 
-TEST_F(FolderControlsTest, AnExistingFolderKeepsTheGivenSpelling) {
+TEST_F(FolderControlsTest, SettingThePathToAnExistingFolderKeepsTheGivenUpperAndLowerCase) {
     EXPECT_TRUE(folder.setPath("C:\\Music\\ONE\\").ok());
     EXPECT_EQ(folder.path(), "C:\\Music\\ONE");
     EXPECT_EQ(folderChanges, 1);
@@ -58,7 +58,7 @@ TEST_F(FolderControlsTest, AMissingFolderLeavesThePathUnchanged) {
     EXPECT_EQ(folderChanges, 0);
 }
 
-TEST_F(FolderControlsTest, SettingTheCurrentFolderRunsNoHandler) {
+TEST_F(FolderControlsTest, SettingThePathThatIsAlreadySetRunsNoHandler) {
     EXPECT_TRUE(folder.setPath("c:\\music").ok());
     EXPECT_EQ(folderChanges, 0);
 }
@@ -81,7 +81,7 @@ TEST_F(FolderControlsTest, SettingThePathToADriveWhoseLastFolderWasRemovedOpensI
     EXPECT_EQ(folder.path(), "d:\\");
 }
 
-TEST_F(FolderControlsTest, ALoadClearsTheLastFoldersOfOtherDrives) {
+TEST_F(FolderControlsTest, LoadingTheFormAgainForgetsTheLastFoldersOfAllOtherDrives) {
     EXPECT_TRUE(folder.setPath("d:\\albums").ok());
     form.unload();
     form.load();
@@ -107,7 +107,7 @@ TEST_F(FolderControlsTest, AMissingDriveLeavesTheChosenDriveUnchanged) {
     EXPECT_EQ(driveChanges, 0);
 }
 
-TEST_F(FolderControlsTest, ListsTheSubfoldersOfTheCurrentFolder) {
+TEST_F(FolderControlsTest, ListsTheSubfoldersOfThePathAndNoneOfAnUnreadableFolder) {
     EXPECT_THAT(folder.subfolders(), ElementsAre("one"));
     EXPECT_TRUE(folder.setPath("d:\\").ok());
     EXPECT_THAT(folder.subfolders(), ElementsAre("albums"));

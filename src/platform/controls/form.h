@@ -54,8 +54,8 @@ class Form : public ControlWith<FormState> {
     /// a form that is not loaded; runs onUnloadAgain if the unload has already started.
     void unload();
 
-    /// Sets the size, now and at each later load. Called by a view whose contents need a size other
-    /// than the designed one.
+    /// Sets the present size and the designed size, which each later load restores. Called by the
+    /// constructors of forms, and by a view whose contents need another size.
     void setDesignedSize(Twips width, Twips height);
 
     /// Width of the client area, set by the view.

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The interface through which a form saves and restores the designed state of its parts (controls,
-// timers, players). The form restores the designed state at each load.
+// timers, dialogs). The form restores the designed state at each load.
 #pragma once
 
 namespace sonarith {

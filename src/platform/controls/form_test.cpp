@@ -129,7 +129,7 @@ TEST_F(FormTest, ANestedUnloadRepeatsNoStep) {
     EXPECT_THAT(events, ElementsAre("load", "query", "unload"));
 }
 
-TEST_F(FormTest, TheHandlerOnUnloadAgainRunsAtANestedUnload) {
+TEST_F(FormTest, OnUnloadAgainIsTheHandlerThatANestedUnloadRuns) {
     form.onQueryUnload = [&] {
         events.push_back("query");
         form.unload();
@@ -308,7 +308,7 @@ TEST_F(DesignTest, TimersAreStillEnabledDuringTheUnloadStep) {
     EXPECT_TRUE(enabled);
 }
 
-TEST_F(DesignTest, AccessThroughTouchedLoadsTheFormWithoutShowingIt) {
+TEST_F(DesignTest, TheFunctionTouchedLoadsTheFormOnceWithoutShowingIt) {
     EXPECT_EQ(touched(form).text.text(), "100");
     EXPECT_TRUE(form.loaded());
     EXPECT_FALSE(form.visible());

@@ -59,7 +59,8 @@ class ListBox : public Control {
     [[nodiscard]] std::int32_t itemData(int index) const;
     Status setItemData(int index, std::int32_t data);
 
-    /// Code has changed the current line, or the user has chosen a line.
+    /// setListIndex() has made a different line (or no line) the current line, or the user has
+    /// chosen a line.
     Handler<> onClick;
     /// A mouse button was pressed on the list. A press of the left button chooses the line under
     /// the pointer before this handler runs.

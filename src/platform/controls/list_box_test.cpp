@@ -54,7 +54,7 @@ TEST_F(ListBoxTest, ReadsAsEmptyOutsideTheList) {
     EXPECT_EQ(list.text(), "");
 }
 
-TEST_F(ListBoxTest, WritesOutsideTheListFailAndChangeNothing) {
+TEST_F(ListBoxTest, AWriteOutsideTheListFailsAndChangesNothing) {
     for (const int outside : {-1, 3}) {
         EXPECT_EQ(list.setList(outside, "x").error().number, ErrorNumber::subscriptOutOfRange);
         EXPECT_EQ(list.removeItem(outside).error().number, ErrorNumber::subscriptOutOfRange);
@@ -67,7 +67,7 @@ TEST_F(ListBoxTest, WritesOutsideTheListFailAndChangeNothing) {
     EXPECT_EQ(changes, 0);
 }
 
-TEST_F(ListBoxTest, KeepsTheTextBeforeTheFirstNul) {
+TEST_F(ListBoxTest, KeepsOnlyTheTextBeforeTheFirstNul) {
     const std::string withNul("x\0y", 3);
     list.addItem(withNul);
     list.addItem(withNul, 0).passOver();

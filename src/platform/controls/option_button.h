@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The model of an option button. At most one button of a group is selected. Selecting a button from
-// code runs no handler; the logic calls the handler itself.
+// code runs no handler; the logic calls click() if the handler is to run.
 #pragma once
 
 #include <string>

@@ -38,7 +38,8 @@ class Timer : public FormPart {
     [[nodiscard]] const std::string& name() const { return name_; }
     [[nodiscard]] EventLoop::Duration interval() const { return interval_; }
     [[nodiscard]] bool enabled() const { return wakeup_ != nullptr; }
-    /// Enabling starts a full interval. Enabling a running timer has no effect.
+    /// Enabling starts a full interval. Enabling a timer that is already enabled has no
+    /// effect.
     void setEnabled(bool enabled) {
         if (!enabled) {
             wakeup_.reset();

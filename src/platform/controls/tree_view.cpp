@@ -240,7 +240,7 @@ Status TreeView::startLabelEdit() {
     bool cancel = false;
     run(onBeforeLabelEdit, cancel);
     // The handler has permitted the edit of `node` only. If the handler has selected another node,
-    // no node is edited.
+    // no edit starts.
     if (cancel || selected_ != node) {
         return {};
     }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The model of a tree control. Nodes have a key and an index and can be moved to another parent. A
-// node can be selected, highlighted as the target of a drop, or have its label edited in place.
+// node can be selected, it can be highlighted as the target of a drop, and its label can be edited
+// in place.
 #pragma once
 
 #include <memory>
@@ -54,7 +55,8 @@ class TreeNode {
 class TreeObserver {
   public:
     virtual ~TreeObserver() = default;
-    /// A node is about to become child number `position` of `parent` (empty: a root).
+    /// A node is about to become child number `position` (from 0) of `parent`; with an empty
+    /// `parent`, root number `position`.
     virtual void beforeInsert(const NodeRef& parent, int position) = 0;
     virtual void afterInsert(const NodeRef& node) = 0;
     /// `node` and its subtree are about to be removed.
@@ -66,7 +68,7 @@ class TreeObserver {
     virtual void textChanged(const NodeRef& node) = 0;
     virtual void selectionChanged() = 0;
     virtual void dropHighlightChanged() = 0;
-    /// Requests that the node's ancestors be expanded and the node scrolled into view.
+    /// Asks the observer to expand the node's ancestors and to scroll the node into view.
     virtual void revealRequested(const NodeRef& node) = 0;
     /// Asks the observer to open the in-place editor on the node. The observer reports the end of
     /// the edit with TreeView::finishLabelEdit() or cancelLabelEdit().
@@ -87,21 +89,23 @@ class TreeView : public Control {
     [[nodiscard]] NodeRef node(int index) const;
     [[nodiscard]] const std::vector<NodeRef>& roots() const { return roots_; }
 
-    /// Adds a node as the last child of `parent`, or as the last root. Errors: keyNotUnique;
-    /// elementRemoved for a parent that is no longer in the tree.
+    /// Adds a node as the last child of `parent`, or as the last root if `parent` is empty. Errors:
+    /// keyNotUnique; elementRemoved for a parent that is no longer in the tree.
     Result<NodeRef> add(const NodeRef& parent, const std::string& key, const std::string& text,
                         int image, int selectedImage);
     /// Removes a node and its subtree, in time proportional to the number of nodes whose index is
-    /// above the lowest removed index. Clears the selection and the drop highlight if they were in
-    /// the subtree. Closes an editor that is open in the subtree and discards its text. Errors:
-    /// elementNotFound, objectNotSet, elementRemoved.
+    /// above the lowest removed index. Clears the selection if the selected node is in the subtree;
+    /// the same applies to the drop highlight. Closes an editor that is open in the subtree and
+    /// discards its text. Errors: elementNotFound for an index that no node has; objectNotSet for
+    /// an empty node; elementRemoved for a node that is no longer in the tree.
     Status remove(int index);
     Status remove(const NodeRef& node);
     void clear();
 
     /// Moves a node and its subtree: the node becomes the last child of `parent`. Does nothing if
-    /// that is already its parent. Errors, with no change: objectNotSet for an empty node or
-    /// parent, elementRemoved, invalidPropertyValue for a parent within the node's own subtree.
+    /// `parent` is already the node's parent. Errors, with no change: objectNotSet for an empty
+    /// node or parent, elementRemoved, invalidPropertyValue for a parent within the node's own
+    /// subtree.
     Status setParent(const NodeRef& node, const NodeRef& parent);
     Status setText(const NodeRef& node, const std::string& text);
 
@@ -119,9 +123,9 @@ class TreeView : public Control {
     /// setSelectedItem().
     Status ensureVisible(const NodeRef& node);
 
-    /// Runs onBeforeLabelEdit for the selected node and opens the editor, unless the handler sets
-    /// `cancel` or has changed the selection. An editor that is open on another node is closed and
-    /// its text discarded. Error: objectNotSet if no node is selected.
+    /// Runs onBeforeLabelEdit for the selected node, and then opens the editor unless the handler
+    /// has set `cancel` or changed the selection. An editor that is open on another node is closed
+    /// and its text discarded. Error: objectNotSet if no node is selected.
     Status startLabelEdit();
     /// The node that is being edited; empty while no editor is open.
     [[nodiscard]] NodeRef editedNode() const { return edited_; }

@@ -30,8 +30,9 @@ SharedPaths sharedPaths(const SettingsStore& store, const std::string& home) {
             .programFolder = programFolder(executableFolder(), musicFolder)};
 }
 
-/// Of the members of the result, only `afterCall` uses `store`, which may be used only on the logic
-/// thread: PathAccess::afterCall is called on this thread, but `make` on any thread.
+/// `store` may be used only on the logic thread. So only the member `afterCall` of the result uses
+/// `store`: PathAccess::afterCall is called on the logic thread, but PathAccess::make on any
+/// thread.
 PathAccess pathAccess(SettingsStore& store, const SharedPaths& shared) {
     return {[shared] { return std::make_shared<LinuxMachineFiles>(shared); },
             [&store, letters = shared.letters] { letters->writeTo(store); }, placesOfThisMachine()};

@@ -13,8 +13,8 @@ MachineDeviceChoice::MachineDeviceChoice(SettingsStore& store, disc::DriveSlot& 
       slot_(slot),
       card_(card),
       notices_(std::make_shared<sound::DeviceNotices>(notices)) {
-    // An external input is recorded but not played, because a microphone near the speakers would
-    // cause feedback. An input that records the card's own output would cause feedback, too.
+    // An external input is recorded but not played: a microphone near the speakers, or an input
+    // that records the output of this computer, would cause feedback.
     card_.setMuted(sound::Line::externalInput, true);
     applyOutput();
     applySource();

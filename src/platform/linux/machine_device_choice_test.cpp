@@ -31,7 +31,7 @@ class MachineDeviceChoiceTest : public testing::Test {
     sound::SoundCard card;
 };
 
-TEST_F(MachineDeviceChoiceTest, OffersTheDiscTheMixAndTheMachinesInputs) {
+TEST_F(MachineDeviceChoiceTest, ItsSourcesAreTheDiscThenTheMixThenTheMachinesInputs) {
     const MachineDeviceChoice devices(store, slot, card, notices);
     const std::vector<DeviceEntry> sources = devices.sources();
     ASSERT_GE(sources.size(), 4U);

@@ -233,7 +233,7 @@ TEST(RunDialog, EveryWidgetOfAnotherWindowIsNotifiedThatItsWindowIsBlocked) {
     (void)runAnd(dialog, [&] { EXPECT_EQ(child.blocked, 1); });
 }
 
-TEST(RunDialog, OtherWindowsCanBeClosedWhileTheDialogRuns) {
+TEST(RunDialog, OtherWindowsReceiveCloseRequestsWhileTheDialogRuns) {
     OtherWindow other;
     QDialog dialog;
     (void)runAnd(dialog, [&] { other.close(); });

@@ -9,8 +9,9 @@ namespace sonarith {
 /// Reads the desktop's font configuration, which the font library stores once per process. Chooses
 /// and loads no fonts. Without this function, Qt reads the configuration when it first measures a
 /// text: half of the CPU instructions that are then executed while the main window is created
-/// belong to this reading. Waits 2 ms before it reads, because the main thread loads libraries
-/// during this time. To be started before the QApplication is created.
+/// belong to this reading. Waits 2 ms before it reads: during this time the main thread loads
+/// libraries, and both would be slower at the same time. To be started before the QApplication is
+/// created.
 void readFontConfiguration();
 
 /// Connects to the session bus; Qt stores the connection for the whole process. Uses no service on

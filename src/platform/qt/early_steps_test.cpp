@@ -14,7 +14,7 @@ namespace {
 
 using testing::ExitedWithCode;
 
-TEST(ReadFontConfiguration, ReadsTheConfigurationThatTheLibraryThenUses) {
+TEST(ReadFontConfiguration, ReadsTheConfigurationThatFontconfigThenUses) {
     { const BackgroundWork reading(readFontConfiguration); }
     FcConfig* const read = FcConfigGetCurrent();
     ASSERT_NE(read, nullptr);
@@ -41,7 +41,7 @@ template <typename Steps>
     std::_Exit(static_cast<int>(added));
 }
 
-TEST(ConnectToSessionBus, OpensTheOnlyConnectionThatTheProgramUses) {
+TEST(ConnectToSessionBus, OpensOneConnectionAndQtThenOpensNoOther) {
     EXPECT_EXIT(exitWithNewConnections([] { const BackgroundWork bus(connectToSessionBus); }),
                 ExitedWithCode(1), "");
     EXPECT_EXIT(exitWithNewConnections([] {

@@ -21,9 +21,8 @@ enum class Treatment {
     refuse,   ///< dropped without a reply
 };
 
-/// Whether `object` receives calls over the session bus, from assistive programs or from panels
-/// that show a menu of this program. Such calls run handlers, as clicks do, and cannot be delivered
-/// later.
+/// Whether `object` receives calls over D-Bus, from assistive programs or from panels that show a
+/// menu of this program. Such calls run handlers, as clicks do, and cannot be delivered later.
 bool isCalledFromOutside(const QObject& object) {
     return object.inherits("QDBusVirtualObject") ||
            QByteArray(object.metaObject()->className()).startsWith("QDBus");

@@ -21,18 +21,20 @@ namespace sonarith {
 /// Use it only on the user-interface thread.
 class HeldEvents final : private QObject {
   public:
-    /// Maximum number of held events; further events are dropped. This number is enough for half
-    /// a minute of key repeat, or an hour of clicks on a window that seems to hang.
+    /// Maximum number of held events; further events are dropped, except requests to close a
+    /// window. This number is enough for half a minute of key repeat, or an hour of clicks on a
+    /// window that seems to hang.
     static constexpr std::size_t mostHeld = 2000;
 
     HeldEvents() = default;
     ~HeldEvents() override;
 
     /// From now on windows and widgets receive no input by mouse, keyboard, wheel or touch, no
-    /// drops, no calls from assistive programs, no requests to close, move, resize or activate a
-    /// window, and no notifications of sockets. Touches become mouse input and are held as such. A
-    /// drop is accepted on behalf of the window, and only texts and file names of its data are
-    /// kept. A call from an assistive program gets no reply.
+    /// drops, no calls over the session bus (from assistive programs or panels), no requests to
+    /// close, move, resize or activate a window, and no notifications of sockets. Touches become
+    /// mouse input and are held as such. A drop is accepted on behalf of the window, and only texts
+    /// and file names of its data are kept. Calls over the session bus are dropped and get no
+    /// reply. Notifications of sockets are dropped too, but repeat until the socket is read.
     void hold();
 
     /// Ends the holding that hold() began. The held events are delivered one by one when control

@@ -72,8 +72,8 @@ IniValues valuesOf(const QSettings& file) {
 /// must return.
 IniValues writeUnchecked(const QString& path, const IniValues& values) {
     QSettings file(path, QSettings::IniFormat);
-    // QSettings writes the lines in the order in which the keys are set. They are sorted by name
-    // here, for users who read the file.
+    // QSettings writes the lines in the order in which the keys are set. The keys are set in the
+    // order of their names here, for users who read the file.
     std::vector<QString> names;
     for (const auto& [name, text] : values) {
         names.push_back(name);
@@ -121,8 +121,9 @@ bool writeIniFile(const QString& path, const IniValues& values) {
         return false;
     }
     // QSettings (6.4) replaces its target and reports success even if a full disk stored only a
-    // part of the file. So the file is written under one temporary name and checked under another,
-    // because QSettings caches what it wrote under the first.
+    // part of the file. So the file is written under a temporary name and checked before it
+    // replaces the target. It is checked under a second temporary name, because QSettings would
+    // return from its cache what it wrote under the first name.
     static int writes = 0;
     const QString written = unfinishedName(target);
     const QString checked = written + QString::number(++writes);

@@ -22,8 +22,9 @@ QString settingName(const std::pair<std::string, std::string>& key) {
            QString::fromStdString(key.second);
 }
 
-/// The content of the file; empty optional if the file cannot be read. For anything but a regular
-/// file, returns a single NUL, which checkStoreFile() treats as foreign.
+/// The content of the file, at most longestStoreFileBytes + 1 bytes; empty optional if the file
+/// cannot be read. For anything but a regular file, returns a single NUL, which checkStoreFile()
+/// treats as foreign.
 std::optional<QByteArray> bytesOf(const QString& path) {
     // O_NONBLOCK is set because open() on a pipe would otherwise wait for a writer.
     const int opened =
@@ -46,7 +47,7 @@ std::optional<QByteArray> bytesOf(const QString& path) {
     return bytes;
 }
 
-/// Renames the file to a name in the same folder that does not exist yet. Returns false on failure.
+/// Renames the file to an unused name in the same folder. Returns false on failure.
 bool putAside(const QString& path) {
     // The number is limited, so that a folder full of such names does not delay the start. More
     // than a thousand damaged files are not expected.
@@ -86,7 +87,7 @@ IniSettingsStore::Stamp IniSettingsStore::stampNow() const {
 bool IniSettingsStore::makeFileTrustworthy() {
     const auto bytes = bytesOf(path_);
     if (!bytes) {
-        return !QFileInfo::exists(path_); // a file that may not be read must not be replaced
+        return !QFileInfo::exists(path_); // a file that cannot be read must not be replaced
     }
     const std::string_view view(bytes->constData(), static_cast<std::size_t>(bytes->size()));
     return checkStoreFile(view) == StoreFileState::whole || putAside(path_);
@@ -200,7 +201,8 @@ void IniSettingsStore::writeOut() {
     stamp_ = stampNow();
 }
 
-/// Only the user may access the folder, by the desktop's convention for the configuration folder.
+/// Creates the folder if it is missing. Only the user may access a folder that is created here, by
+/// the desktop's convention for the configuration folder.
 void IniSettingsStore::makeFolder() {
     if (!QFileInfo::exists(folder_) && QDir().mkpath(folder_)) {
         QFile::setPermissions(folder_, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);

@@ -59,8 +59,8 @@ class IniSettingsStore final : public SettingsStore {
     };
 
     [[nodiscard]] Stamp stampNow() const;
-    /// Makes sure that the file may be read and overwritten: it is complete or missing, or it was
-    /// renamed.
+    /// Renames the file if it is damaged or is no settings file. Returns false if the path must not
+    /// be overwritten, because its file could not be read or renamed.
     [[nodiscard]] bool makeFileTrustworthy();
     void read();
     void change(const Key& key, const std::optional<std::string>& value);

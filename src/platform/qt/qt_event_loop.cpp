@@ -88,9 +88,9 @@ void QtEventLoop::yield() {
 
 void QtEventLoop::waitWhile(const std::function<bool()>& condition) {
     // Some of Qt's event dispatchers do not return between handling pending events and sleeping, so
-    // this wait would sleep although a handled event has made `condition` false. The check before
-    // sleeping takes place only while this wait is the innermost wait or event loop: an outer wait
-    // must not wake an inner one.
+    // this wait would sleep although a handled event has made `condition` false. Therefore
+    // `condition` is also checked just before the dispatcher sleeps (aboutToBlock), but only while
+    // this wait is the innermost wait or event loop: an outer wait must not wake an inner one.
     QAbstractEventDispatcher& dispatcher = *QAbstractEventDispatcher::instance();
     const int depth = ++waitDepth_;
     const int level = QThread::currentThread()->loopLevel();

@@ -16,8 +16,8 @@ class QtEventLoop : public EventLoop {
   public:
     QtEventLoop();
 
-    /// Sets the function that endProgram() calls before the process exits. It stops threads and
-    /// closes devices, and must not yield.
+    /// Sets the function that endProgram() calls before the process exits. The function should stop
+    /// threads and close devices, and must not yield.
     void setLastSteps(std::function<void()> lastSteps) { lastSteps_ = std::move(lastSteps); }
 
     /// Runs the program: handles events until endProgram(). Closing or hiding all windows does not

@@ -45,7 +45,7 @@ TEST_F(QtEventLoopTest, YieldHandlesPendingEventsAndReturns) {
     EXPECT_EQ(calls, 1);
 }
 
-TEST_F(QtEventLoopTest, EachYieldHandlesQueuedEventsButFewYieldsAskTheSystem) {
+TEST_F(QtEventLoopTest, EachYieldHandlesQueuedEventsButFewYieldsAskTheSystemForInput) {
     int asked = 0;
     const auto watch = QObject::connect(QAbstractEventDispatcher::instance(),
                                         &QAbstractEventDispatcher::awake, [&] { ++asked; });
@@ -210,8 +210,9 @@ TEST_F(QtEventLoopTest, ACancelledTimerNeverFires) {
     EXPECT_EQ(calls, 0);
 }
 
-/// Counts the calls of a handler in groups. A group consists of the calls between two sleeps of the
-/// thread.
+/// Counts the calls of a handler of everyInSound() in groups. A group consists of the calls between
+/// two sleeps of the thread. In silence, everyInSound() makes its calls in batches of five
+/// (BatchedWakeup::callsInSilence).
 struct CallGroups {
     QtEventLoop& loop;
     bool silent = true;

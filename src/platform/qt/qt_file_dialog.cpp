@@ -93,8 +93,8 @@ void QtFileDialog::openIn(QFileDialog& dialog, const FileDialogRequest& request)
     if (isPath && !name.isEmpty()) {
         dialog.setDirectory(QFileInfo(name).absolutePath());
     }
-    // In the dialog's text field quotes separate several names, so a name with quotes cannot be
-    // shown there; the user can select it in the list.
+    // In the dialog's text field, quotes separate several names, so a name with quotes cannot be
+    // shown in the field; the user can select the file in the list.
     if (!name.isEmpty() && !name.contains(QLatin1Char('"'))) {
         dialog.selectFile(name);
     }

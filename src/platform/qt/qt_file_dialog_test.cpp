@@ -54,7 +54,7 @@ class QtFileDialogTest : public testing::Test {
         QTest::keyClicks(line, QString::fromStdString(name));
         QTest::keyClick(line, Qt::Key_Return);
     }
-    /// Waits until the list of files has `count` entries, and returns it.
+    /// Waits until the list of files has at least `count` entries, and returns the list.
     static QListView& filledList(QFileDialog& shown, int count) {
         auto* view = shown.findChild<QListView*>(QStringLiteral("listView"));
         // The dialog reads the folder on another thread.
@@ -185,7 +185,7 @@ TEST_F(QtFileDialogTest, ReturnsBadFileNameForAFileWithoutAPathOfTheLogic) {
     EXPECT_EQ(numberOf(lost.open(request)), ErrorNumber::badFileName);
 }
 
-TEST_F(QtFileDialogTest, OpensInTheLastFolderIfNoFileIsGiven) {
+TEST_F(QtFileDialogTest, OpensInTheLastFolderIfTheRequestIsEmpty) {
     onDialog([&](QFileDialog& shown) {
         shown.setDirectory(QString::fromStdString(folder.path().string()));
     });

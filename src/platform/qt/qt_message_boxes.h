@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Implements MessageBoxes with Qt's message box. A box runs its own event loop until the user
-// answers it, so timers and jobs continue while it is open.
+// answers it, so timers continue to run while it is open.
 #pragma once
 
 #include "platform/message_box.h"
@@ -12,7 +12,7 @@ class QtMessageBoxes : public MessageBoxes {
     /// `defaultTitle` is shown if the caller passes no title.
     explicit QtMessageBoxes(std::string defaultTitle) : defaultTitle_(std::move(defaultTitle)) {}
 
-    /// Escape and closing the window mean "cancel" if the box has a Cancel button, otherwise "ok".
+    /// Escape and closing the box mean "cancel" if the box has a Cancel button, otherwise "ok".
     BoxAnswer show(const std::string& text, BoxIcon icon = BoxIcon::none,
                    BoxButtons buttons = BoxButtons::ok, const std::string& title = {}) override;
 

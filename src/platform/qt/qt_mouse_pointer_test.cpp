@@ -25,7 +25,7 @@ TEST(QtMousePointer, SettingTheNormalPointerOnceRemovesAnHourglassThatWasSetTwic
     EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
 }
 
-TEST(QtMousePointer, SettingTheNormalPointerAgainKeepsACursorThatOtherCodeHasSet) {
+TEST(QtMousePointer, SettingTheNormalPointerWithoutAnHourglassKeepsACursorOfOtherCode) {
     QGuiApplication::setOverrideCursor(Qt::CrossCursor);
     QtMousePointer pointer;
     pointer.set(Pointer::normal);

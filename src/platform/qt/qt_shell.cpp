@@ -17,7 +17,8 @@
 namespace sonarith {
 namespace {
 
-/// Encodes the path byte by byte, so that the viewer also receives a name that is not UTF-8.
+/// Encodes the path byte by byte, so that even a path that is not UTF-8 reaches the viewer
+/// unchanged.
 void openInDesktopViewer(const std::string& machinePath) {
     const QByteArray encoded = QByteArray::fromStdString(machinePath).toPercentEncoding("/");
     QDesktopServices::openUrl(QUrl::fromEncoded("file://" + encoded));

@@ -13,7 +13,7 @@ namespace sonarith {
 
 class QtShell : public Shell {
   public:
-    /// Converts a path from the logic's form to the machine's.
+    /// Converts a path of the logic ("c:\help.chm") to a path of the machine.
     using ToMachinePath = std::function<std::string(const std::string&)>;
     /// Opens a file in a viewer; if the function is empty, the desktop's viewer is used.
     using OpenFile = std::function<void(const std::string& machinePath)>;
@@ -33,8 +33,8 @@ class QtShell : public Shell {
     [[nodiscard]] Twips screenWidth() const override;
     [[nodiscard]] Twips screenHeight() const override;
     /// If the file exists, opens it in the desktop's viewer; if no viewer is installed, the desktop
-    /// reports that. Otherwise shows the program's own pages; if these are missing, too, reports a
-    /// notice.
+    /// reports that. If the file does not exist, shows the program's own pages; if these are
+    /// missing, too, reports a notice.
     void showHelp(const std::string& path) override;
     /// Returns when the user has closed the box.
     void showAboutBox() override;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The tray of a Linux desktop, based on Qt's tray icon, which supports two protocols: status
 // notifiers on the session bus and embedded windows under X11. Qt chooses the protocol once per
-// process, when its first icon is created. So this class creates no icon before a panel exists; the
-// protocol of that panel then stays in use.
+// process, when its first icon is created. So this class creates no icon before a panel that shows
+// tray icons (a host) exists; the protocol of that panel then stays in use.
 #pragma once
 
 #include <cstdint>

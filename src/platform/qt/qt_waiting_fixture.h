@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Provides a QtWaiting with an event loop, a window that logs its input, and simulated input. For
-// tests only.
+// For tests of QtWaiting only: a fixture that contains a QtWaiting and an event loop, a window
+// class that logs its input, and functions that simulate input.
 #pragma once
 
 #include <chrono>
@@ -109,8 +109,8 @@ class QtWaitingTest : public testing::Test {
         const Completion never;
         return waiting.wait(never, bound);
     }
-    /// Handles events until all events that `waiting` has held back (held_events.h) have been
-    /// delivered. The handlers of these events may wait, too.
+    /// Handles events long enough for all events that `waiting` has held back (held_events.h) to be
+    /// delivered, even if the handlers of these events wait, too.
     void handleHeldEvents() {
         for (int i = 0; i < 50; ++i) {
             loop.waitFor(std::chrono::milliseconds(1));

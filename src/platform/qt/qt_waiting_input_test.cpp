@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests what happens to input, to requests to close a window and to signals that end the program if
-// they arrive during a wait.
+// Tests how a wait treats events that arrive during the wait: input, requests to close a window,
+// and signals to end the program.
 #include "platform/qt/qt_waiting.h"
 
 #include <csignal>
@@ -197,7 +197,7 @@ TEST_F(QtWaitingTest, AfterARequestToCloseFurtherWaitsEndEarlyUntilTheLoopContin
         << "a wait for completed work did not end as done";
     handleHeldEvents();
     EXPECT_EQ(waiting.wait(never, 60ms), Outcome::late)
-        << "the window ignored the close, so a wait must last for its bound again";
+        << "after the window had ignored the request, a wait did not last for its bound";
 }
 
 TEST_F(QtWaitingTest, ASignalEndsTheWaitAndIsHandledBeforeHeldInput) {

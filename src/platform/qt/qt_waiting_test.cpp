@@ -30,7 +30,7 @@ TEST_F(QtWaitingTest, AShortWaitHandlesNoEventWhetherOrNotTheWorkCompletes) {
     loop.yield();
 }
 
-TEST_F(QtWaitingTest, EndsWhenTheWorkCompletes) {
+TEST_F(QtWaitingTest, AWaitEndsWhenTheWorkCompletes) {
     Completion done;
     std::thread worker([&] {
         std::this_thread::sleep_for(100ms);
@@ -40,7 +40,7 @@ TEST_F(QtWaitingTest, EndsWhenTheWorkCompletes) {
     worker.join();
 }
 
-TEST_F(QtWaitingTest, TheOutcomeIsLateWhenTheBoundHasPassed) {
+TEST_F(QtWaitingTest, AWaitWhoseBoundHasPassedHasTheOutcomeLate) {
     const auto begin = loop.now();
     EXPECT_EQ(waitAnd([] {}, 120ms), Outcome::late);
     EXPECT_GE(loop.now() - begin, 119ms); // now() is truncated to whole milliseconds
@@ -82,7 +82,7 @@ class Bridge : public QDBusVirtualObject {
     bool handleMessage(const QDBusMessage&, const QDBusConnection&) override { return false; }
 };
 
-TEST_F(QtWaitingTest, ACallFromAnAssistiveProgramRunsNoHandlerDuringAWait) {
+TEST_F(QtWaitingTest, ACallThatAnAssistiveProgramSendsDuringAWaitIsDropped) {
     Bridge bridge;
     int calls = 0;
     QMetaObject::invokeMethod(

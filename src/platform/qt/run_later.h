@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Runs work of the logic after the current event has been handled. The work never runs within a
-// wait (qt_waiting.h). A queued call would run within a wait, and QTimer::singleShot() without a
-// delay is a queued call.
+// Runs work of the logic after the current event has been handled, and never within a wait
+// (qt_waiting.h). The work runs from a timer, because a queued call would run within a wait;
+// QTimer::singleShot() without a delay is a queued call, too.
 #pragma once
 
 #include <functional>

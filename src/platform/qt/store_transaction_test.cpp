@@ -106,7 +106,7 @@ TEST_F(StoreTransactionTest, WritesSeveralChangesInOneReplacementOfTheFile) {
     EXPECT_EQ(replacements.sinceLastAsked(), 2);
 }
 
-TEST_F(StoreTransactionTest, ReadsReturnNewValuesDuringATransaction) {
+TEST_F(StoreTransactionTest, DuringATransactionTheStoreReturnsNewValuesAndTheFileKeepsTheOldOnes) {
     IniSettingsStore store(folder());
     put(store, "HDWarning", "0");
     put(store, "HDStopNo", "7");

@@ -17,6 +17,7 @@ constexpr int patienceMilliseconds = 30'000;
 /// A reply on an idle bus takes less time than this; a test that expects no change waits this long.
 constexpr int quietMilliseconds = 300;
 
+/// A watcher is the service on the session bus with which tray hosts register.
 class TrayHostsTest : public testing::Test {
   protected:
     bool becomes(bool present) {

@@ -34,9 +34,9 @@ Atoms readAtoms(xcb_connection_t* connection) {
     return {supported.reply(), request.reply(), extents.reply()};
 }
 
-/// Whether the window manager lists the request among the supported ones.
+/// Whether the window manager supports _NET_REQUEST_FRAME_EXTENTS, according to its _NET_SUPPORTED.
 bool isSupported(xcb_connection_t* connection, xcb_window_t root, const Atoms& atoms) {
-    // More than the number of atoms that the standard (see the header) defines for this list.
+    // More than the number of atoms that the standard (see window_frame.h) defines for this list.
     constexpr std::uint32_t most = 1024;
     const std::vector<std::uint32_t> supported =
         propertyOf(connection, root, atoms.supported, most);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests the size of the frame without an X server; tests/e2e/test_windows.py tests it with a real
-// window manager.
+// Tests expectedFrame() without an X server; tests/e2e/test_windows.py runs the program with a
+// window manager that adds frames.
 #include "platform/qt/window_frame.h"
 
 #include <gmock/gmock.h>

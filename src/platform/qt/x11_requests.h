@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Requests to the X server for which Qt has no functions: atoms, properties and the root window. If
-// the X server does not reply, each function returns the value that is described for a failure.
+// the X server does not reply, AtomRequest::reply() and propertyOf() return the values that are
+// described for a failure.
 #pragma once
 
 #include <cstdint>
@@ -33,10 +34,12 @@ class AtomRequest {
     xcb_intern_atom_cookie_t sent_;
 };
 
-/// The number of the screen in DISPLAY, the only screen that Qt uses.
+/// The number of the screen that the environment variable DISPLAY names; 0 if it names none. Qt
+/// uses no other screen.
 [[nodiscard]] int screenNumber();
 
-/// The root window of that screen; XCB_WINDOW_NONE if the server has no such screen.
+/// The root window of the screen with the number screenNumber(); XCB_WINDOW_NONE if the server has
+/// no such screen.
 [[nodiscard]] xcb_window_t rootWindow(xcb_connection_t* connection);
 
 /// The first values of a property whose values have 32 bits, at most `most` of them. Empty on

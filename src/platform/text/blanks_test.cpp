@@ -6,7 +6,7 @@
 namespace sonarith {
 namespace {
 
-TEST(Blanks, AreRemovedAtBothEndsOrOnlyAtTheEnd) {
+TEST(Blanks, CanBeRemovedAtBothEndsOrOnlyAtTheEndOfAText) {
     EXPECT_EQ(withoutBlanksAround("  a b  "), "a b");
     EXPECT_EQ(withoutBlanksBehind("  a b  "), "  a b");
     EXPECT_EQ(withoutBlanksAround("ab"), "ab");

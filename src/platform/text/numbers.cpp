@@ -80,7 +80,8 @@ bool isBelowOne(std::string_view number) {
         exponent = outcome.ec == std::errc() ? std::min(exponent, huge) : huge;
         exponent = negative ? -exponent : exponent;
     }
-    // Each zero directly after the point lowers the exponent by one.
+    // The n of the mantissa alone: the number of its digits before the point, not counting leading
+    // zeros, or, if there are none, minus the number of its zeros directly after the point.
     const std::int64_t power = firstDigit < point ? point - firstDigit : point - firstDigit + 1;
     return power + exponent <= 0;
 }

@@ -30,7 +30,7 @@ TEST(NumberOf, AcceptsAnExponentOnlyWithDigits) {
     EXPECT_EQ(numberOf("2e+"), 2);
 }
 
-TEST(NumberOf, IsZeroWithoutANumber) {
+TEST(NumberOf, IsZeroIfTheTextDoesNotStartWithANumber) {
     EXPECT_EQ(numberOf(""), 0);
     EXPECT_EQ(numberOf("abc12"), 0);
     EXPECT_EQ(numberOf("-"), 0);

@@ -28,7 +28,7 @@ TEST(CheckStoreFile, DetectsAFileThatEndsWithinALine) {
     }
 }
 
-TEST(CheckStoreFile, DetectsAnOpenQuoteOrABackslashAtTheEndOfAValue) {
+TEST(CheckStoreFile, DetectsAValueWithAnUnclosedQuoteOrWithABackslashAtItsEnd) {
     EXPECT_EQ(checkStoreFile("[Settings]\nkey=\"open\nnext=1\n"), StoreFileState::torn);
     EXPECT_EQ(checkStoreFile("[Settings]\nkey=C:\\\n"), StoreFileState::torn);
 }

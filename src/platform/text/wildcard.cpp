@@ -21,7 +21,8 @@ struct Range {
     std::int32_t last;
 };
 
-/// One element of the pattern, which matches either a run of any characters or one character.
+/// One element of the pattern. An element matches either a run of any characters (even an empty
+/// run) or exactly one character.
 struct Element {
     enum class Kind { run, anyOne, inList, notInList };
     Kind kind;

@@ -41,7 +41,7 @@ TEST(Windows1252, PreservesTheFiveUndefinedBytes) {
     EXPECT_EQ(windows1252Of("\xc2\x80\xc2\x9f"), "??");
 }
 
-TEST(Windows1252, WritesAQuestionMarkForEachUnknownCharacter) {
+TEST(Windows1252, WritesAQuestionMarkForEachUnknownCharacterAndEachInvalidByte) {
     EXPECT_EQ(windows1252Of("a\xc5\x82\xe4\xb8\xad\xf0\x9f\x8e\xb5z"), "a???z");
     EXPECT_EQ(windows1252Of("\xff\xc3q\xe4\xb8"), "??q??");
     EXPECT_EQ(windows1252Of(""), "");

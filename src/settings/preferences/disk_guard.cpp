@@ -69,8 +69,9 @@ void DiskGuard::RefreshDriveSpace() {
 void DiskGuard::tmrWarning_Timer() {
     RefreshDriveSpace();
     const AppSettings& settings = process_.settings;
-    // Deliberate: the initial text of Label4 contains no number and is read as 0, so a destination
-    // on a drive that is not fixed counts as full.
+    // Deliberate: for a destination that is not on a fixed drive, Label4 keeps its previous text.
+    // The initial text contains no number and is read as 0, so such a destination counts as full,
+    // unless Label4 was set for an earlier destination.
     const double freeMegabytes = numberOf(touched(windows_.FrmPrefs).Label4.caption());
     if (settings.hdStopDecoding == 1 && freeMegabytes < settings.hdStopNo) {
         process_.stopRequested = true;

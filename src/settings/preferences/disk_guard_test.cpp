@@ -37,7 +37,7 @@ TEST_F(DiskGuardTest, ListsEachFixedDriveWithItsFreeMegabytes) {
     EXPECT_EQ(form.Text6.text(), "C:\\ - 1500 MB available\r\nD:\\ - 0 MB available\r\n");
 }
 
-TEST_F(DiskGuardTest, RefreshingEmptiesTheListFirst) {
+TEST_F(DiskGuardTest, RefreshingRemovesDrivesThatNoLongerExistFromTheList) {
     freeOn("D:\\", 1'000'000);
     preferences.guard.RefreshDriveSpace();
     system.drives.clear();
@@ -85,7 +85,7 @@ TEST_F(DiskGuardTest, NeverAccessesDriveA) {
     }
 }
 
-TEST_F(DiskGuardTest, RoundsToTheNearestMegabyteAndAHalfToTheEvenMegabyte) {
+TEST_F(DiskGuardTest, RoundsToTheNearestMegabyteWithTiesToTheEvenMegabyte) {
     struct Row {
         std::int64_t bytes;
         const char* megabytes;
@@ -200,7 +200,7 @@ TEST_F(DiskGuardTest, AStopShowsTheWarningThenClicksCommand8ThenStartsTimer1Then
     EXPECT_THAT(steps, ElementsAre("stop", "yield"));
 }
 
-TEST_F(DiskGuardTest, AStopUnloadsTheConversionWorker) {
+TEST_F(DiskGuardTest, AStopUnloadsTheWindowOfTheConversionWorker) {
     freeOn("C:\\", 0);
     windows.Form6.load();
     tick();

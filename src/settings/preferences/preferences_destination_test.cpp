@@ -117,7 +117,7 @@ TEST_F(PreferencesDestination, ShowsTwoMessagesAndKeepsTheStoredPathIfItsCreatio
     EXPECT_TRUE(form.loaded());
 }
 
-TEST_F(PreferencesDestination, IsShownAndAppliedBeforeItsFoldersAreCreated) {
+TEST_F(PreferencesDestination, IsShownAndAppliedBeforeTheMessagesAboutItsFailedCreationAppear) {
     start();
     files.failWith(Operation::makeFolder, "d:\\New", ErrorNumber::permissionDenied);
     form.Text9.setText("d:\\");
@@ -166,7 +166,8 @@ TEST_F(PreferencesDestination, IsChosenInTheListsOfDrivesAndFolders) {
     EXPECT_EQ(held("DecodePath"), "d:\\");
     form.Dir2.setPath("d:\\music").passOver();
     EXPECT_EQ(form.Text9.text(), "d:\\music");
-    // Saved at once, without accessing the folder; running actions continue with the old folder.
+    // Each choice is saved at once, without an access to the folder. Running actions continue with
+    // the old folder.
     EXPECT_THAT(written(), ElementsAre("DecodePath=d:\\", "DecodePath=d:\\music"));
     EXPECT_EQ(settings.decodePath, "c:\\sonarith\\wavfiles");
 }

@@ -81,8 +81,8 @@ TEST_F(PreferencesInterrupted, WhileTheLoadStepLoadsThePlayersWindowStillComplet
         run.loop.atYield(1, [&] { run.interrupt(what); });
         run.start();
         EXPECT_TRUE(run.Form4.loaded());
-        // If the window was closed, the rest of the load step uses the window's controls. This use
-        // loads the window again without showing it.
+        // If the preferences' window was closed, the rest of the load step uses the controls of
+        // this window, which loads the window again without showing it.
         EXPECT_TRUE(run.form.loaded());
         EXPECT_EQ(run.form.visible(), what == Meanwhile::reopen);
         EXPECT_EQ(run.form.Label4.caption(), "200000");
@@ -169,7 +169,8 @@ TEST_F(PreferencesInterrupted,
             EXPECT_EQ(boxesUp, 2);
             EXPECT_EQ(run.form.loaded(), what == Meanwhile::reopen);
             EXPECT_EQ(run.held("DecodePath"), "c:\\sonarith\\WAVFiles");
-            // A reopened window has read the stored folder again.
+            // The settings of this run keep the folder that could not be created, unless a reopened
+            // window has read the stored folder again.
             EXPECT_EQ(run.settings.decodePath,
                       what == Meanwhile::reopen ? "c:\\sonarith\\wavfiles" : "d:\\new");
             run.expectOneWriteForAChange();

@@ -110,7 +110,7 @@ TEST_F(PreferencesLoad, SavesNoSwitchThatIsOff) {
     EXPECT_THAT(muted, IsEmpty());
 }
 
-TEST_F(PreferencesLoad, WithAFullStoreSavesTheSwitchesInTheOrderInWhichTheyAreSet) {
+TEST_F(PreferencesLoad, WithAllSettingsStoredSavesTheSwitchesInTheOrderInWhichTheyAreSet) {
     for (const char* key : {hdWarningKey, hdStopDecodingKey, desktopIconKey, minimizeOnStartKey,
                             deleteWavKey, showFullPathKey, encodeAfterExtractingKey}) {
         store.put("Settings", key, "1");
@@ -190,7 +190,7 @@ TEST_F(PreferencesLoad, WritesTheStoreBeforeThePlayersLoadStepCanYield) {
     EXPECT_FALSE(Form4.visible());
 }
 
-TEST_F(PreferencesLoad, LeavesNoWritePendingAfterAFailure) {
+TEST_F(PreferencesLoad, LeavesNoWritePendingIfAStoredValueEndsItEarly) {
     store.put("Settings", "show full path", "7");
     start();
     EXPECT_EQ(store.fileWrites, 1);
@@ -244,7 +244,8 @@ TEST_F(PreferencesLoad, ShowsTheFreeSpaceOfTheStoredDestinationsDrive) {
 }
 
 TEST_F(PreferencesLoad, MeasuresTheDriveOfTheProgramFolderAtTheFirstStart) {
-    // The drives are measured before Co111_Click() sets the destination.
+    // At the first start, the destination is the program folder until Co111_Click() changes it. The
+    // drives are measured before that change.
     std::string first;
     loop.atYield(1, [&] { first = form.Label4.caption(); });
     start();
@@ -285,7 +286,7 @@ TEST_F(PreferencesLoad, EndsAtABitRateOutsideItsList) {
 TEST_F(PreferencesLoad, EndsAtACaptureFormatOutsideItsList) {
     store.put("Settings", "Audio format", "2");
     start();
-    EXPECT_EQ(form.Check1.value(), 1); // all boxes are set before the list is filled
+    EXPECT_EQ(form.Check1.value(), 1); // the check boxes are set before the formats are listed
     EXPECT_EQ(form.cbxFormat.listCount(), 2);
     EXPECT_EQ(form.cbxFormat.listIndex(), -1);
     EXPECT_EQ(settings.audioFormat, 2);
@@ -341,7 +342,7 @@ TEST_F(PreferencesLoad, SelectsNothingForMinusOneAndContinues) {
 }
 
 TEST_F(PreferencesLoad, ToleratesValuesThatAreNot16BitNumbers) {
-    // Each of these values leaves the field of its setting at 0.
+    // An invalid value leaves the field of its setting at 0, which is a valid value.
     for (const char* key :
          {"Audio format", "Encoding quality", "Encoding bitrate", "HDWarning", "HDWarningNo",
           "HDstopdecoding", "HDStopNo", "desktop icon", "minimize onstart", "Delete WAV",

@@ -98,7 +98,7 @@ void PreferencesWindow::wireOtherControls() {
     copyIndex(form_.Combo2, &AppSettings::encodingBitrate);
     copyIndex(form_.cbxFormat, &AppSettings::audioFormat);
     // Deliberate: these handlers run before the key changes the text, so the saved text lacks the
-    // change by the last key until Command1 saves the text.
+    // change by the last key until a click on Command1 saves the text.
     form_.Text7.onKeyDown = [this] {
         saveLimit(form_.Text7, hdWarningNoKey, process_.settings.hdWarningNo).passOver();
     };

@@ -39,8 +39,9 @@ class PreferencesWindow {
     /// number is saved, too; but the second limit is saved only if the first one is a number that
     /// fits 16 bits.
     void Command1_Click();
-    /// Chooses and creates the destination folder, then saves its path and yields once. Shows a
-    /// message instead if the folder cannot be created.
+    /// Creates the destination folder: the folder that the user has entered if Check2 is ticked,
+    /// otherwise the stored folder. Then saves its path and yields once. Shows a message instead if
+    /// the entered folder has no name, or if the folder cannot be created.
     void Co111_Click();
     void Drive2_Change();
     void Dir2_Change();
@@ -61,7 +62,8 @@ class PreferencesWindow {
     Status showSettings();
     Status fillFormats();
 
-    /// Shows a message and returns nothing if a new folder has no name.
+    /// The folder that Co111_Click() creates. If Check2 is ticked and the user has entered no name,
+    /// shows a message and returns nothing.
     [[nodiscard]] std::optional<DestinationFolder> chosenDestination();
     [[nodiscard]] bool makeFolders(const std::string& path);
     /// Writes to the disk everything that the load step has saved, because the next step may yield.

@@ -121,7 +121,7 @@ TEST_F(PreferencesControls, ApplyTheMuteBeforeSavingIt) {
     EXPECT_EQ(held("mute button"), "1");
 }
 
-TEST_F(PreferencesControls, LoadTheClosedPlayerWindowWithoutShowingItToMuteTheDisc) {
+TEST_F(PreferencesControls, MuteTheDiscByLoadingTheClosedPlayerWindowWithoutShowingIt) {
     startWithAllOff();
     Form4.unload();
     tick(form.Check1);
@@ -130,7 +130,7 @@ TEST_F(PreferencesControls, LoadTheClosedPlayerWindowWithoutShowingItToMuteTheDi
     EXPECT_TRUE(Form4.Option13.selected());
 }
 
-TEST_F(PreferencesControls, HideOnlyTheirOwnWindowForTheTrayIcon) {
+TEST_F(PreferencesControls, HideOnlyTheirOwnWindowWhenTheTrayIconIsSwitchedOn) {
     startWithAllOff();
     Form1.show();
     form.show();

@@ -11,7 +11,7 @@
 namespace sonarith::disc {
 
 /// `sheet` is the sheet's name in error messages. Keywords are case-insensitive. Supported are FILE
-/// (BINARY, MOTOROLA, WAVE), TRACK, INDEX, PREGAP, POSTGAP and "REM SESSION n"; other comments are
+/// (BINARY, MOTOROLA, WAVE), TRACK, INDEX, PREGAP, POSTGAP and "REM SESSION n"; other REM lines are
 /// skipped, and so are lines that only describe the disc or a track (isCueDescription()). A track's
 /// part from INDEX 00 to INDEX 01 is stored in the file; PREGAP and POSTGAP add silence that no
 /// file contains. A track may be spread over several FILEs, and several FILE lines may name the

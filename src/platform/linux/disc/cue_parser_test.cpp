@@ -227,7 +227,7 @@ TEST(CueParser, ATruncatedSheetIsRefusedUnlessItsFirstTrackIsComplete) {
     }
 }
 
-TEST(CueParser, ReportsTruncatedStatements) {
+TEST(CueParser, ReportsMissingAndTruncatedStatements) {
     EXPECT_THAT(refused(""), HasSubstr("no TRACK"));
     EXPECT_THAT(refused("FILE \"a.bin\" BINARY\n\nREM\n"),
                 HasSubstr("line 1: no INDEX follows the file"));
@@ -273,7 +273,7 @@ TEST(CueParser, RefusesPathsOutsideTheSheetsFolder) {
     EXPECT_THAT(refused("FILE \"C:\\Music\\a.bin\" BINARY\n"), HasSubstr("absolute path"));
 }
 
-TEST(CueParser, RefusesBinaryDataAndTextThatIsTooLong) {
+TEST(CueParser, RefusesTextThatIsNotUtf8AndSheetsAndLinesThatAreTooLong) {
     EXPECT_THAT(refused(oneTrack + std::string(maxSheetBytes, '\n')), HasSubstr("1 MiB"));
     EXPECT_THAT(refused(oneTrack + "REM " + std::string(maxLineBytes, 'x')),
                 StartsWith("disc.cue, line 4: the line is longer"));

@@ -6,7 +6,7 @@
 namespace sonarith::disc {
 namespace {
 
-TEST(DamageRecord, CountsEachSectorOnce) {
+TEST(DamageRecord, CountsEachDamagedSectorOnce) {
     DamageRecord damage;
     EXPECT_EQ(damage.sectors(), 0);
     damage.note(7, Delivery::silence);
@@ -16,7 +16,7 @@ TEST(DamageRecord, CountsEachSectorOnce) {
     EXPECT_EQ(damage.sectors(), 3);
 }
 
-TEST(DamageRecord, ReturnsHowTheSectorsOfARangeWereLastDelivered) {
+TEST(DamageRecord, CountsTheDamagedSectorsOfARangeByTheirLastDelivery) {
     DamageRecord damage;
     EXPECT_EQ(damage.among(0, 1000), Damage{});
     damage.note(3, Delivery::silence);

@@ -12,8 +12,9 @@ namespace {
 constexpr std::uint64_t fnvOffset = 14695981039346656037U;
 constexpr std::uint64_t fnvPrime = 1099511628211U;
 
-// The identity is never 0. The logic computes a file's number as floor(identity * fraction + 1),
-// where 0 <= fraction < 1. That number must fit a signed 32-bit integer.
+// The identity of a disc is a number from 1 to this value. The logic computes the number in the
+// name of a WAV file as floor(identity * fraction + 1), where 0 <= fraction < 1. The result must
+// fit a signed 32-bit integer.
 constexpr std::uint64_t largestIdentity = 2147483646U;
 
 std::uint64_t mixIn(std::uint64_t hash, std::uint64_t value) {

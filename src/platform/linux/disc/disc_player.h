@@ -46,7 +46,8 @@ class DiscPlayer : public sound::SampleSource {
     /// that was read ends.
     [[nodiscard]] PlayerMode mode() const;
     /// The first frame of the disc's time line (framesPerSector per sector) that the engine has not
-    /// pulled yet. At the end of playing, the position is exactly the end sector's first frame.
+    /// pulled yet. At the end of the range to play, this is exactly the first frame after the
+    /// range.
     [[nodiscard]] std::int64_t positionInFrames() const;
     /// How long the current read has taken so far; 0 if no read is running.
     [[nodiscard]] std::chrono::milliseconds readingFor() const;

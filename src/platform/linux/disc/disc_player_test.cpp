@@ -100,7 +100,7 @@ TEST(DiscPlayer, NeverReadsFurtherAheadThanFourSeconds) {
     const auto disc = longDisc();
     DiscPlayer player(disc);
     ASSERT_TRUE(player.play(0, 10000).ok());
-    // Waits until the reader has read 4 s ahead of the first frame, which is not pulled yet.
+    // Waits until the reader has read 4 s, before the first frame is pulled.
     constexpr std::int64_t ahead = 4 * sectorsPerSecond;
     while (disc->furthest() < ahead) {
         std::this_thread::yield();

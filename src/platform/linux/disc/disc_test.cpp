@@ -62,7 +62,7 @@ TEST(Identity, DependsOnTheLengthAndKindOfEachTrack) {
     EXPECT_NE(identityOf(playable), identityOf(threeTracks()));
 }
 
-TEST(Identity, IsAPositiveNumberThatStillFitsIn32BitsWhenOneIsAdded) {
+TEST(Identity, IsPositiveAndBelowTheLargestSigned32BitNumberAndDiffersForDifferentLengths) {
     std::vector<std::int64_t> identities;
     for (int sectors = 1; sectors <= 2000; ++sectors) {
         const std::string identity = identityOf({{{TrackKind::audio, sectors}}});
@@ -74,9 +74,9 @@ TEST(Identity, IsAPositiveNumberThatStillFitsIn32BitsWhenOneIsAdded) {
     EXPECT_EQ(std::set(identities.begin(), identities.end()).size(), identities.size());
 }
 
-TEST(Identity, DoesNotChangeBetweenVersions) {
-    // The names of captures are computed from the identity; no other test detects a change of the
-    // hash.
+TEST(Identity, IsTheSameInAllVersionsOfTheProgram) {
+    // The names of captures are computed from the identity. Only this test detects a change of the
+    // hash function by which identityOf() computes the identity.
     EXPECT_EQ(identityOf({{{TrackKind::audio, 300}}}), "1454843024");
 }
 

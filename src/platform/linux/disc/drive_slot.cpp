@@ -16,10 +16,10 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// The time limits of a load include the spin-up of the drive, or of a hard disk with images. A
-// tray command may time out before the tray has finished moving. This does no harm: the command
-// continues on the drive's thread, and a caller that needs the closed tray queries the medium
-// afterwards.
+// The time limits of a load include the spin-up of the optical drive, or of the hard disk that
+// holds the image. A tray command may time out before the tray has finished moving. This does no
+// harm: the command continues on the drive's thread, and a caller that needs the tray to be closed
+// queries the medium afterwards.
 constexpr PatientDrive::Patience opticalPatience{OpticalDrive::longestSpinUp + 12s, 1s};
 constexpr PatientDrive::Patience imagePatience{10s, 1s};
 
@@ -39,7 +39,7 @@ DriveMakers realDriveMakers(waiting::Services services) {
             }};
 }
 
-/// The messages of the last load; they are kept even after its disc has been destroyed.
+/// The messages of the last load; they are kept even after the loaded disc has been destroyed.
 struct DriveSlot::Reports {
     class ReportedDisc;
 
@@ -57,8 +57,8 @@ struct DriveSlot::Reports {
     std::string lastRemark; ///< of the last loaded disc, after that disc was destroyed
 };
 
-/// Forwards all calls to the wrapped disc. The destructor stores the wrapped disc's last remark if
-/// it is still the last loaded disc.
+/// Forwards all calls to the wrapped disc. The destructor stores the last remark of the wrapped
+/// disc, unless another disc was loaded, or the drive was found empty, after this disc.
 class DriveSlot::Reports::ReportedDisc : public Disc {
   public:
     ReportedDisc(std::shared_ptr<Disc> disc, std::shared_ptr<Reports> reports)

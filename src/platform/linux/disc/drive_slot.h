@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Provides the drive that the user has chosen, and reports the problems of that drive. It neither
-// stores the choice nor shows the messages.
+// Provides the drive that the user has chosen, and reports the problems of that drive. The user's
+// choice is stored elsewhere, and the messages about the problems are shown elsewhere.
 #pragma once
 
 #include <functional>
@@ -13,7 +13,7 @@
 
 namespace sonarith::disc {
 
-/// The functions with which the slot finds and creates drives; tests replace them.
+/// The functions with which DriveSlot finds and creates drives; tests replace them.
 struct DriveMakers {
     std::function<std::vector<std::string>()> listOptical;
     std::function<std::shared_ptr<Drive>(const std::string& device)> makeOptical;

@@ -22,7 +22,7 @@ class RemarkingDisc : public FakeDisc {
     std::string words;
 };
 
-/// The state of a FakeDrive, set and read by the test.
+/// The state that all FakeDrives of a test share; set and read by the test.
 struct FakeDriveState {
     Loaded loaded;
     bool open = false;
@@ -86,7 +86,7 @@ TEST_F(DriveSlotTest, DistinguishesADeviceNodeFromAnImage) {
                                   "image /dev/shm/disc.cue", "image disc.toc"));
 }
 
-TEST_F(DriveSlotTest, KeepsAnOpenTrayUntilAnyChoiceAndTheDriveUntilAnotherIsChosen) {
+TEST_F(DriveSlotTest, KeepsAnImagesTrayOpenUntilAChoiceAndTheDriveUntilAnotherImageIsChosen) {
     configured = "/a.cue";
     slot.openDrive()->openTray();
     EXPECT_FALSE(slot.openDrive()->mediaPresent());
@@ -190,8 +190,8 @@ class RealDriveSlot : public testing::Test {
     DriveMakers makers = realDriveMakers({threads, waiting, notices});
 };
 
-// A queue of captures opens the drive again for each track; the count must include all these
-// tracks.
+// A queue of captures opens the drive again for each track; the reported number of damaged sectors
+// must include those of all earlier tracks of the queue.
 TEST_F(RealDriveSlot, KeepsTheCountOfDamagedSectorsWhenTheDriveIsOpenedAgain) {
     const ImageFolder folder;
     folder.writeFrames("a.bin", rampSectors(0, 90));

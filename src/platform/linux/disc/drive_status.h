@@ -18,7 +18,7 @@ enum class DriveState {
     trayOpen,
     notReady,    ///< a disc may be spinning up
     unknown,     ///< the drive cannot report its state
-    unreachable, ///< no such device, no permission, or not an optical drive
+    unreachable, ///< any other failure: no such device, no permission, not an optical drive...
 };
 
 struct DriveStatus {

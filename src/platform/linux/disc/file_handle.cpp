@@ -36,7 +36,8 @@ Error causeOf(int systemError) {
 Result<FileHandle> FileHandle::open(const std::filesystem::path& path) {
     FileHandle handle;
     handle.path_ = path;
-    // Without O_NONBLOCK, opening a named pipe would block until another process writes to it.
+    // Without O_NONBLOCK, opening a named pipe would block until another process opens it for
+    // writing.
     handle.descriptor_ =
         files::FileDescriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     struct stat status = {};

@@ -24,7 +24,7 @@ TEST(FileHandle, ReadsTheAvailableBytesAndReturnsTheirNumber) {
     EXPECT_EQ(handle.value().readAt(10, bytes), 0U);
 }
 
-TEST(FileHandle, NoticesThatItsFileWasDeleted) {
+TEST(FileHandle, DetectsThatItsFileWasDeleted) {
     const ImageFolder folder;
     const auto path = folder.write("a", "x");
     const auto handle = FileHandle::open(path);
@@ -33,7 +33,7 @@ TEST(FileHandle, NoticesThatItsFileWasDeleted) {
     EXPECT_FALSE(handle.value().stillThere());
 }
 
-TEST(FileHandle, NoticesThatItsFileWasReplaced) {
+TEST(FileHandle, DetectsThatItsFileWasReplaced) {
     const ImageFolder folder;
     const auto path = folder.write("a", "x");
     const auto handle = FileHandle::open(path);

@@ -112,7 +112,7 @@ TEST(ImageDisc, ReadsAnyRangeOfSectors) {
     }
 }
 
-TEST(ImageDisc, PlaysEverySampleOfAToc) {
+TEST(ImageDisc, PlaysTheFileRangesAndSilencesOfATocSheet) {
     const ImageFolder folder;
     folder.writeFrames("a.bin", rampSectors(0, 30), std::endian::big);
     folder.writeFrames("b.bin", ramp(30 * 588, 1000), std::endian::little);
@@ -142,7 +142,7 @@ TEST(ImageDisc, PlaysToTheLastSampleIfAStatedLengthEndsInsideASector) {
                    joined({ramp(0, 6235), std::vector<sound::StereoFrame>(233)}));
 }
 
-TEST(ImageDisc, ADataTrackIsListedAndReadAsSilence) {
+TEST(ImageDisc, ADataTrackIsInTheTableAndIsReadAsSilence) {
     const ImageFolder folder;
     folder.writeFrames("a.bin", rampSectors(0, 30));
     const auto path = folder.write("a.cue", "FILE a.bin BINARY\nTRACK 01 AUDIO\n"
@@ -183,7 +183,7 @@ TEST(ImageDisc, ABinFileShorterThanStatedPlaysItsContentAndReportsTheMissingRest
                                       HasSubstr("from 00:00:07 on"), HasSubstr("track 3")));
 }
 
-TEST(ImageDisc, ReportsTheFileThatCannotBeReadAndItsLine) {
+TEST(ImageDisc, ReportsWhichFileCannotBeReadAndWhichLineOfTheSheetNamesTheFile) {
     const ImageFolder folder;
     EXPECT_EQ(refused(folder.write("a.cue", "REM\n" + twoTracks("b.bin BINARY"))),
               "a.cue, line 2: \"b.bin\" cannot be read: the file was not found beside the image");

@@ -91,15 +91,15 @@ TEST_F(ImageDriveTest, AFileThatChangesWhileInUseCountsAsAChangeOfDiscs) {
         const char* what;
         std::function<void()> change;
     } rows[] = {
-        {"the sheet is written anew",
+        {"the sheet is overwritten",
          [&] {
              writeTracks(2);
          }},
-        {"the sound is written anew",
+        {"the sound file is overwritten",
          [&] {
              folder_.writeFrames("a.bin", rampSectors(5, 31));
          }},
-        {"the sound is replaced",
+        {"another file is renamed to the name of the sound file",
          [&] {
              folder_.writeFrames("new", rampSectors(9, 31));
              std::filesystem::rename(folder_.path("new"), bin);

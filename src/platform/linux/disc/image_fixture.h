@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Creates a temporary folder for a test, and small disc images in it. Each frame of an image
-// encodes its number. For tests only.
+// Creates a temporary folder for a test, and small disc images in it. Their usual sound is a ramp,
+// in which each frame contains its own number. For tests only.
 #pragma once
 
 #include <bit>

@@ -16,7 +16,7 @@ SheetTrack trackOf(TrackKind kind, std::int64_t pause, std::int64_t body) {
     return {kind, 1, false, {silence(pause)}, {silence(body)}};
 }
 
-TEST(JoinPauses, AppendsAPauseToThePrecedingTrack) {
+TEST(JoinPauses, AppendsAPauseToThePrecedingTrackAndLeavesOutThePauseBeforeTheFirstTrack) {
     const auto tracks =
         joinPauses({trackOf(TrackKind::audio, 1, 10), trackOf(TrackKind::audio, 2, 20)});
     ASSERT_EQ(tracks.size(), 2U);
@@ -36,7 +36,7 @@ TEST(JoinPauses, KeepsThePauseBeforeAnAudioTrackThatFollowsADataTrack) {
     EXPECT_THAT(tracks[0].segments, ElementsAre(silence(10), silence(2)));
 }
 
-TEST(JoinPauses, LeavesOutTheGapBeforeANewSession) {
+TEST(JoinPauses, LeavesOutThePauseBeforeANewSession) {
     auto second = trackOf(TrackKind::audio, 2, 20);
     second.opensSession = true;
     EXPECT_THAT(joinPauses({trackOf(TrackKind::audio, 1, 10), second})[0].segments,

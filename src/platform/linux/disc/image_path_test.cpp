@@ -8,7 +8,7 @@
 namespace sonarith::disc {
 namespace {
 
-TEST(ImagePath, PrefersTheExactNameAndThenTheFirstInByteOrder) {
+TEST(ImagePath, PrefersTheExactNameAndThenTheFirstMatchInByteOrder) {
     const ImageFolder folder;
     folder.write("a.bin", "1");
     folder.write("A.BIN", "2");
@@ -18,7 +18,7 @@ TEST(ImagePath, PrefersTheExactNameAndThenTheFirstInByteOrder) {
         << "the result is not the first match in byte order";
 }
 
-TEST(ImagePath, FindsFilesInSubfoldersInAnyLetterCaseAndWithBackslashes) {
+TEST(ImagePath, FindsFilesInSubfoldersByPathsInAnyLetterCaseWithSlashesOrBackslashes) {
     const ImageFolder folder;
     folder.write("Disc One/Track.Wav", "1");
     EXPECT_EQ(findImageFile(folder.path(""), "disc one\\TRACK.WAV"),

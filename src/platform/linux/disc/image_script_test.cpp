@@ -19,7 +19,7 @@ class ImageScript : public ::testing::TestWithParam<const char*> {
     ImageFolder folder_;
 };
 
-TEST_P(ImageScript, CreatesARampThatPlaysWithoutGaps) {
+TEST_P(ImageScript, CreatesARampWithoutGapsThroughAllTracksAndPauses) {
     ImageDrive drive(make("--tracks 3 --sectors 200 --pause 20 --signal ramp"));
     const Loaded loaded = drive.load();
     ASSERT_NE(loaded.disc, nullptr) << loaded.problem.text;

@@ -45,7 +45,7 @@ struct ImageTimeline {
 /// length of its samples. A track whose file ends early keeps its stated length. If a track
 /// begins beyond its file's end and has no stated length, it keeps its number and gets the shortest
 /// length that a track may have. Errors: the files contain no content of the disc; all tracks
-/// together are longer than the longest disc. `sheet` is the sheet's name in messages.
+/// together are longer than the longest possible disc. `sheet` is the sheet's name in messages.
 [[nodiscard]] Result<ImageTimeline> layOnLine(std::string_view sheet, const ImageLayout& layout,
                                               std::span<const std::int64_t> fileBytes);
 

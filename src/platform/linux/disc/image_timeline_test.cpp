@@ -96,15 +96,15 @@ TEST(Timeline, AStatedLengthOfDataMayEndAnywhereInASector) {
     EXPECT_THAT(whole.value().remark, IsEmpty());
     EXPECT_THAT(timelineOfToc(text, {2352, 4096}).value().remark,
                 HasSubstr("track 2 is truncated"));
-    // START splits the data after two sectors (4096 bytes), so only the last byte is track 2
-    // itself. Without this byte, the whole track is missing.
+    // START makes the first two sectors (4096 bytes) the pause before track 2, so only the last
+    // byte is track 2 itself. Without this byte, the whole track is missing.
     const std::string parted = text + "START 00:00:02\n";
     EXPECT_THAT(timelineOfToc(parted, {2352, 4097}).value().remark, IsEmpty());
     EXPECT_THAT(timelineOfToc(parted, {2352, 4096}).value().remark,
                 HasSubstr("track 2 is missing"));
 }
 
-TEST(Timeline, ATruncatedTrackKeepsItsStatedLength) {
+TEST(Timeline, ATruncatedTrackKeepsItsStatedLengthAndATrackOfUnknownLengthGetsFourSeconds) {
     const auto line = timelineOfCue(threeTrackSheet, {400 * 2352 + 100});
     ASSERT_TRUE(line.ok());
     EXPECT_THAT(lengthsOf(line.value()), ElementsAre(300, 300, 300));
@@ -119,17 +119,17 @@ TEST(Timeline, ATruncatedTrackKeepsItsStatedLength) {
 TEST(Timeline, CountsTheLostSectorsOfARange) {
     const ImageTimeline truncated = timelineOfCue(threeTrackSheet, {400 * 2352 + 100}).value();
     EXPECT_EQ(lostSectors(truncated, 0, 900), 500)
-        << "not all of track 3 and of the rest of track 2 counts as lost";
+        << "the rest of track 2 and all of track 3 must count as lost";
     EXPECT_EQ(lostSectors(truncated, 300, 600), 200);
     EXPECT_EQ(lostSectors(truncated, 0, 400), 0);
     EXPECT_EQ(lostSectors(truncated, 399, 401), 1);
     EXPECT_EQ(lostSectors(truncated, 600, 500), 0);
-    // The padding of a sound file and a pause are meant to be silent, so they do not count as lost.
+    // A pause and the padding of a sound file are meant to be silent, so they do not count as lost.
     const ImageTimeline whole =
         timelineOfToc("TRACK AUDIO\nFILE \"a.bin\" 0\nTRACK AUDIO\nSILENCE 9\n", {10 * 2352 + 4})
             .value();
     EXPECT_EQ(lostSectors(whole, 0, 999), 0);
-    // Of the two segments of b.bin, the first ends and the second begins within the same sector.
+    // Of the two parts of b.bin, the first ends and the second begins within the same sector.
     // Both are missing, and this sector counts as lost only once.
     const ImageTimeline pieces =
         timelineOfToc(

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The disc in an optical drive: maps the time line to the drive's sectors, bounds the effort for
-// damaged sectors and counts them. AudioSectors reads the sectors from the drive.
+// The disc in an optical drive: maps the disc's time line (disc.h) to the drive's sectors, bounds
+// the effort for damaged sectors and counts damaged sectors. AudioSectors reads the sectors from
+// the drive.
 #pragma once
 
 #include <chrono>

@@ -94,8 +94,8 @@ Loaded OpticalDrive::load() {
                           "that the disc is clean and correctly inserted.");
     case DriveState::empty:
     case DriveState::trayOpen:
-        // With an empty toc_, the next load starts a new damage record: it may find another disc,
-        // or the same disc after cleaning.
+        // With an empty toc_, the next load starts a new damage record: that load may find another
+        // disc, or the same disc after cleaning.
         toc_ = {};
         return noDisc(status.state == DriveState::empty ? DeviceProblem::noMedium
                                                         : DeviceProblem::trayOpen);

@@ -30,7 +30,7 @@ struct OpticalAccess {
     std::function<int(CdIo_t*)> mediaChanged = [](CdIo_t* cdio) {
         return cdio_get_media_changed(cdio);
     };
-    /// Sends one command to the drive; see SectorCommands::Command.
+    /// Sends one read command to the drive; see SectorCommands::Command.
     std::function<bool(CdIo_t*, std::int64_t first, std::int64_t count, std::byte* out)> read =
         readAudioSectors;
     std::function<void(std::chrono::milliseconds)> pause = pauseThread;
@@ -65,7 +65,7 @@ class OpticalDrive : public Drive {
     const std::string device_;
     const OpticalAccess access_;
     std::weak_ptr<Disc> disc_; ///< the most recently loaded disc
-    RawToc toc_;               ///< of disc_; empty after the drive was found empty
+    RawToc toc_; ///< of disc_; cleared if a load finds the drive empty or its tray open
     std::shared_ptr<DamageRecord> damage_ = std::make_shared<DamageRecord>(); ///< of disc_
 };
 

@@ -18,14 +18,14 @@ using namespace std::chrono_literals;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-class NoDrive : public testing::TestWithParam<const char*> {};
+class UnusableDevice : public testing::TestWithParam<const char*> {};
 
 // libcdio opens /dev/null without an error, so OpticalDrive itself must detect that /dev/null is
 // not a drive.
-INSTANTIATE_TEST_SUITE_P(OpticalDrive, NoDrive,
+INSTANTIATE_TEST_SUITE_P(OpticalDrive, UnusableDevice,
                          testing::Values("/dev/no-such-drive", "/dev/null", "/tmp", ""));
 
-TEST_P(NoDrive, ReportsWhyItCannotBeRead) {
+TEST_P(UnusableDevice, IsReportedAsMissingOrNotAnOpticalDrive) {
     OpticalDrive drive(GetParam());
     const Loaded loaded = drive.load();
     EXPECT_EQ(loaded.disc, nullptr);
@@ -34,7 +34,7 @@ TEST_P(NoDrive, ReportsWhyItCannotBeRead) {
                 testing::AnyOf(HasSubstr("does not exist"), HasSubstr("not an optical drive")));
 }
 
-TEST_P(NoDrive, HasNoDiscAndIgnoresTrayCommands) {
+TEST_P(UnusableDevice, HasNoDiscAndIgnoresTrayCommands) {
     OpticalDrive drive(GetParam());
     EXPECT_FALSE(drive.mediaPresent());
     drive.openTray();
@@ -47,8 +47,8 @@ constexpr std::int64_t discSectors = 100;
 class OpticalDriveTest : public testing::Test {
   protected:
     OpticalDriveTest() {
-        // libcdio reads the sound from the .bin file with the name of the sheet, whatever file
-        // the sheet states, so each sheet has its own .bin file.
+        // libcdio reads the sound from the .bin file that is named like the .cue file, whatever
+        // the FILE line states, so each .cue file has its own .bin file.
         for (const std::string name : {"disc", "other"}) {
             folder_.writeFrames(name + ".bin", rampSectors(0, discSectors));
             folder_.write(name + ".cue", "FILE \"" + name + ".bin\" BINARY\n" +
@@ -140,7 +140,7 @@ TEST_F(OpticalDriveTest, ReportsADriveThatDoesNotBecomeReady) {
     EXPECT_EQ(paused_, 8s);
 }
 
-TEST_F(OpticalDriveTest, DistinguishesAnUnreadableDiscFromAnUnknownState) {
+TEST_F(OpticalDriveTest, ReportsAnUnreadableDiscOnlyIfTheDriveReportsADisc) {
     inDrive_ = "nothing.cue";
     EXPECT_THAT(drive_.load().problem.text, StartsWith("The drive /dev/sr0 cannot be used"));
     OpticalAccess noTable = access();

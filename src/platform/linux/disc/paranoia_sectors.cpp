@@ -18,8 +18,8 @@ namespace {
 constexpr int maxRetries = 10;
 
 // How many sectors the library reads before it delivers the first one, and how many sectors it
-// assumes in a drive's cache. The library's default of 1200 would delay a start until 16 s of sound
-// had been read twice.
+// assumes in a drive's cache. The library's default of 1200 would delay the first sector until 16 s
+// of sound had been read twice.
 constexpr int cacheSectors = 300;
 
 // The library passes no user pointer to its callbacks. So these variables store the reader that is

@@ -46,7 +46,8 @@ class ParanoiaSectors : public AudioSectors {
                                              std::byte* out);
     /// Reads sectors and discards them, so that the drive's cache no longer contains other sectors.
     void readToForget(std::int64_t first, std::int64_t count);
-    /// Replaces the library's read function. The library calls it while repair() runs.
+    /// The library calls this function instead of its own read function. Reads only while repair()
+    /// runs.
     static long readAudio(cdrom_drive_t* drive, void* out, lsn_t first, long count);
 
     CdioHandle cdio_;
@@ -63,8 +64,8 @@ class ParanoiaSectors : public AudioSectors {
     std::stop_token stop_;                 ///< of the current call of next()
     bool failed_ = false;                  ///< a command has failed in this call of next()
     std::map<std::int64_t, int> failures_; ///< failed reads of each sector, since the last seek
-    std::set<std::int64_t> bad_;           ///< sectors that repair does not try any more
-    std::int64_t limit_ = 0; ///< how far repair may read: the next bad sector, or end_
+    std::set<std::int64_t> bad_;           ///< sectors that repair() keeps from the library
+    std::int64_t limit_ = 0; ///< end of the library's range: the next sector of bad_, or end_
     bool gone_ = false;
 };
 

@@ -130,7 +130,7 @@ TEST_F(ParanoiaSectorsTest, DeliversTheRightSectorsAfterSeeksAndSingleReads) {
 TEST_F(ParanoiaSectorsTest, RepairsSectorsThatCanBeReadEventually) {
     bad_ = {60, 61, 90};
     // Commands of three sizes are tried one after the other: 25 sectors, 8 sectors, one sector.
-    // Three failures let all of them fail once.
+    // With three failures, a command of each size fails once.
     failuresPerSector_ = 3;
     const auto reader = makeReader();
     reader->seek(40, endOfSound);
@@ -184,8 +184,8 @@ TEST_F(ParanoiaSectorsTest, EndsRepairsAtTheTimeLimit) {
     for (std::int64_t i = 60; i < 80; ++i) {
         EXPECT_EQ(reader->next({Effort::repair, 0s}, out, {}), SectorOutcome::silent) << i;
     }
-    // At most four commands for each sector: for 25 sectors, for 8 sectors, for the sector alone,
-    // and the last attempt.
+    // For each sector to be delivered, at most four commands are issued: one that reads 25 sectors,
+    // one that reads 8 sectors, one that reads the sector alone, and the last attempt.
     EXPECT_LE(commands_, 4 * 20);
     // The library's cache must not contain the silence that replaced the sectors.
     failuresPerSector_ = 0;
@@ -232,7 +232,7 @@ TEST_F(ParanoiaSectorsTest, IssuesNoCommandAfterAStopRequest) {
     EXPECT_EQ(out, sector(60));
 }
 
-TEST_F(ParanoiaSectorsTest, ReportsAtOnceThatTheMediumIsGone) {
+TEST_F(ParanoiaSectorsTest, ReportsThatTheMediumIsGoneAfterOneFailedCommandAndIssuesNoMore) {
     const auto reader = makeReader();
     reader->seek(60, endOfSound);
     std::vector<StereoFrame> out(framesPerSector);

@@ -15,7 +15,7 @@ struct PatientDrive::Known {
     std::mutex mutex;
     bool present = false;
     bool loading = false;
-    std::optional<Loaded> loaded; ///< the result of the last load; empty if it was fetched
+    std::optional<Loaded> loaded; ///< the result of the last load, until it is fetched
     /// How often the tray was opened. The result of a call that began before the last opening is
     /// ignored.
     std::int64_t trayOpenings = 0;

@@ -117,7 +117,8 @@ TEST_F(PatientDriveTest, WaitsOnlyBrieflyForCallsMadeEverySecond) {
     EXPECT_FALSE(drive.mediaPresent());
     EXPECT_EQ(drive.loadSoon(), std::nullopt);
     EXPECT_EQ(drive.loadSoon(), std::nullopt);
-    EXPECT_THAT(noting.bounds, ElementsAre(35ms, 10ms)) << "the busy drive received a further call";
+    EXPECT_THAT(noting.bounds, ElementsAre(35ms, 10ms))
+        << "only the first mediaPresent() and the first loadSoon() may wait";
     EXPECT_LE(PatientDrive::mediumMoment + PatientDrive::tableMoment, Waiting::plainMoment);
     EXPECT_EQ(drive.load().disc, nullptr);
     drive.openTray();
@@ -155,8 +156,8 @@ TEST_F(PatientDriveTest, ReportsAHangingDriveAndDoesNotCallItUntilItResponds) {
     EXPECT_EQ(drive->load().problem.text, "It does not respond.");
     EXPECT_FALSE(drive->mediaPresent());
     device->recover();
-    // The disc of the late load is dropped, because its caller has given up.
     EXPECT_TRUE(fakes::eventually([&] { return drive->mediaPresent(); }));
+    // The disc of the late load is dropped, because its caller has given up.
     EXPECT_TRUE(discIsDropped());
     EXPECT_THAT(device->calls(), testing::Contains("load").Times(1));
     EXPECT_TRUE(fakes::eventually([&] { return drive->load().disc.get() == device->disc.get(); }));
@@ -176,7 +177,7 @@ TEST_F(PatientDriveTest, KeepsTheKnownStateOfTheMediumWhileTheDriveHangs) {
     EXPECT_TRUE(fakes::eventually([&] { return !drive->mediaPresent(); }));
 }
 
-TEST_F(PatientDriveTest, AfterOpenTrayNoMediumIsPresentAndTheTrayOpensOnceTheDriveResponds) {
+TEST_F(PatientDriveTest, AfterOpenTrayAHangingDriveHasNoMediumAtOnceAndOpensTheTrayLater) {
     const auto drive = driveWith(1ms);
     EXPECT_TRUE(fakes::eventually([&] { return drive->mediaPresent(); }));
     device->hang();
@@ -200,7 +201,7 @@ TEST_F(PatientDriveTest, CanBeDestroyedWhileACallHangs) {
     device->recover();
     EXPECT_TRUE(fakes::eventually([&] { return device.use_count() == 1; }));
     EXPECT_THAT(device->calls(), ElementsAre("load"))
-        << "a call that had not begun was not dropped";
+        << "a call that had not begun at the destruction was executed";
 }
 
 TEST_F(PatientDriveTest, LoadsWithoutBlockingACallerThatPolls) {
@@ -221,7 +222,7 @@ TEST_F(PatientDriveTest, LoadsWithoutBlockingACallerThatPolls) {
     EXPECT_THAT(device->calls(), testing::Contains("load").Times(2));
 }
 
-/// Makes the device continue once a long wait begins.
+/// Ends short waits at once without a result. Makes the device continue when a long wait begins.
 class RecoveringWaiting final : public Waiting {
   public:
     explicit RecoveringWaiting(Device& device) : device_(device) {}
@@ -257,7 +258,7 @@ TEST_F(PatientDriveTest, ALoadReadsTheDiscAgainIfAnEarlierResultWasNotFetched) {
     EXPECT_THAT(device->calls(), testing::Contains("load").Times(2));
 }
 
-TEST_F(PatientDriveTest, ADiscStillBeingReadWhenTheTrayOpensIsNotReturned) {
+TEST_F(PatientDriveTest, TheResultOfALoadThatBeganBeforeTheTrayOpenedIsDropped) {
     const auto drive = driveWith(1h);
     device->hang();
     EXPECT_EQ(drive->loadSoon(), std::nullopt);

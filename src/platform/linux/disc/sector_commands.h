@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Splits the reading of many sectors into commands that a drive accepts, and keeps every command
 // within a range of sectors that the caller sets. The caller also supplies the function that sends
-// a command. Nothing is repaired here.
+// a command. Damaged sectors are not repaired here.
 #pragma once
 
 #include <cstddef>

@@ -77,7 +77,8 @@ TEST_F(SectorCommandsTest, DeliversEverythingBeforeABadSector) {
     drive.bad = {12};
     EXPECT_EQ(commands.read(0, 30, buffer.data()), 12);
     EXPECT_EQ(numbers(12).back(), 11);
-    // Only the command that contains the bad sector is repeated sector by sector.
+    // The failed command of 25 sectors is repeated in commands of eight. Only the failed command of
+    // eight is repeated sector by sector, up to the bad sector.
     EXPECT_THAT(drive.commands, ElementsAre(Pair(0, 25), Pair(0, 8), Pair(8, 8), Pair(8, 1),
                                             Pair(9, 1), Pair(10, 1), Pair(11, 1), Pair(12, 1)));
 }

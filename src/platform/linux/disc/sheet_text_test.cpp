@@ -19,7 +19,7 @@ TEST(SheetLines, IncludeEmptyLinesSoThatLineNumbersAreRight) {
     EXPECT_THAT(linesOf("a.cue", "\r\n\r\nx\n\n").value(), ElementsAre("", "", "x", ""));
 }
 
-TEST(SheetLines, BeginAfterAByteOrderMark) {
+TEST(SheetLines, BeginAfterAByteOrderMarkAndAreNoneInAnEmptyText) {
     EXPECT_THAT(linesOf("a.cue", "\xEF\xBB\xBFREM\n").value(), ElementsAre("REM"));
     EXPECT_THAT(linesOf("a.cue", "").value(), IsEmpty());
 }
@@ -104,7 +104,7 @@ TEST(ImageNames, MayHaveAColonThatDoesNotFollowADriveLetter) {
     EXPECT_TRUE(checkImageName("ab:c.wav").ok());
 }
 
-TEST(ImageNames, MustNotLeadOutsideTheSheetsFolder) {
+TEST(ImageNames, MustNotBeEmptyContainANulOrLeadOutsideTheSheetsFolder) {
     for (const char* name : {"", "..", "../a.bin", "sub/../../a", "sub\\..\\a", "/etc/passwd",
                              "\\\\server\\a", "C:\\a.bin", "c:a.bin", "a/.."}) {
         EXPECT_FALSE(checkImageName(name).ok()) << name;
@@ -112,7 +112,7 @@ TEST(ImageNames, MustNotLeadOutsideTheSheetsFolder) {
     EXPECT_FALSE(checkImageName(std::string_view("a\0b", 3)).ok());
 }
 
-TEST(ShownText, IsQuotedAndSafeToDisplay) {
+TEST(ShownText, IsQuotedSafeToDisplayAndShortenedToAHundredCharacters) {
     EXPECT_EQ(shown("Größe 音"), "\"Größe 音\"");
     EXPECT_EQ(shown("a\tb\x1b[31m\x7f"), "\"a?b?[31m?\"");
     EXPECT_EQ(shown("\xff\xc3"), "\"??\"");
@@ -120,7 +120,7 @@ TEST(ShownText, IsQuotedAndSafeToDisplay) {
     EXPECT_EQ(shown(std::string(5000, 'x')), "\"" + std::string(100, 'x') + "...\"");
 }
 
-TEST(FileIndex, RecognisesARepeatedFile) {
+TEST(FileIndex, RecognisesAFileByItsNameAndFormat) {
     std::vector<LayoutFile> files;
     EXPECT_EQ(fileIndex(files, {"a", ImageFormat::wave, 1}).value(), 0U);
     EXPECT_EQ(fileIndex(files, {"b", ImageFormat::wave, 2}).value(), 1U);

@@ -212,8 +212,8 @@ Status TocParser::skipBlock() {
     return {};
 }
 
-/// Reads a length on the time line: mm:ss:ff, or stereo frames in an audio track, or bytes in a
-/// data track.
+/// Reads a length on the time line: either mm:ss:ff or a plain number, which counts stereo frames
+/// in an audio track and bytes in a data track.
 Result<Length> TocParser::readLength() {
     const TocToken& token = take();
     if (!startsNumber(token)) {

@@ -54,7 +54,7 @@ TEST(TocParser, ALengthOfZeroMeansTheRestOfTheFile) {
     EXPECT_THAT(layout.tracks[1].segments, ElementsAre(soundFrames(1, 0, toFileEnd)));
 }
 
-TEST(TocParser, AppliesTheByteOrderAndTheOffsetOfAFile) {
+TEST(TocParser, AppliesSwapAndOffsetToARawFileAndRefusesThemForAWavFile) {
     const auto layout = acceptedToc("TRACK AUDIO\nFILE \"a.raw\" SWAP #44 588 588\n"
                                     "FILE \"B.WAV\" 0 588\n");
     EXPECT_EQ(layout.files[0].format, ImageFormat::littleEndian);
@@ -174,7 +174,7 @@ TEST(TocParser, RefusesIncompleteMisplacedAndUnknownStatements) {
     EXPECT_THAT(refusedToc("CD_DA }\n"), HasSubstr("where a keyword is expected"));
 }
 
-TEST(TocParser, RefusesPathsOutsideTheSheetsFolderEvenIfTheyAreEscaped) {
+TEST(TocParser, RefusesPathsOutsideTheSheetsFolderOrWithNulEvenIfWrittenWithEscapes) {
     EXPECT_THAT(refusedToc("TRACK AUDIO\nFILE \"../a\" 0\n"),
                 HasSubstr("out of the image's folder"));
     EXPECT_THAT(refusedToc("TRACK AUDIO\nFILE \"\\056./a\" 0\n"), HasSubstr("out of the image's"));
@@ -183,8 +183,9 @@ TEST(TocParser, RefusesPathsOutsideTheSheetsFolderEvenIfTheyAreEscaped) {
 }
 
 TEST(TocParser, AppliesAStartStatementAfterAHundredThousandSegments) {
-    // More than 100000 segments of one frame precede START, which splits them after 2 s (88200
-    // frames). A step of quadratic time would make this test take minutes.
+    // More than 100000 segments of one frame each precede START 00:02:00, which cuts the first
+    // 88200 of them (2 s) off the track. A step of quadratic time would make this test take
+    // minutes.
     std::string text = "TRACK AUDIO\n";
     while (text.size() + 32 < maxSheetBytes) {
         text += "SILENCE 1\n";

@@ -14,7 +14,7 @@ enum class TocTokenKind { word, string, openBrace, closeBrace, end };
 
 struct TocToken {
     TocTokenKind kind = TocTokenKind::end;
-    std::string_view text; ///< of a string: the text between the quotation marks, not unescaped
+    std::string_view text; ///< of a string: the text between the quotation marks, with its escapes
     int line = 0;
 };
 

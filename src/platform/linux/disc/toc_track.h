@@ -39,7 +39,7 @@ class TocTrack {
     [[nodiscard]] TocTrackCheck index(std::int64_t sectors, int line);
 
     /// Called after the last statement: if START had a time, splits the content at this time.
-    /// Checks the times.
+    /// Checks that content follows INDEX 01 and that no time is beyond the track's stated end.
     [[nodiscard]] TocTrackCheck close();
     /// Valid only after close().
     [[nodiscard]] const SheetTrack& content() const { return content_; }

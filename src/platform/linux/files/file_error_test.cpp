@@ -38,7 +38,7 @@ TEST(FileErrorOfSystem, MapsTheFailuresThatTheLogicDistinguishes) {
     EXPECT_EQ(fileErrorOfSystem(ENXIO).number, ErrorNumber::deviceUnavailable);
 }
 
-// The standard meaning of error number 70 (permission denied) includes a write-protected disk.
+// By its standard meaning, ErrorNumber::permissionDenied (70) includes a write-protected disk.
 TEST(FileErrorOfSystem, TreatsAReadOnlyDiskAsAMissingPermission) {
     EXPECT_EQ(fileErrorOfSystem(EROFS).number, ErrorNumber::permissionDenied);
 }

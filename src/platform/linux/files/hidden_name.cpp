@@ -100,8 +100,8 @@ int HiddenName::renameTo(const FileDescriptor& folder, const std::string& name) 
         return errno;
     }
     name_.clear();
-    // Synchronizes the old folder, which may differ from the new one: the old name must not
-    // reappear after a power failure.
+    // Synchronizes the folder of the hidden name, which may differ from `folder`: the hidden name
+    // must not reappear after a power failure.
     static_cast<void>(::fsync(folder_.get()));
     return 0;
 }

@@ -28,7 +28,8 @@ constexpr std::string_view leftoverText = "an incomplete recording";
 
 class HiddenNameTest : public testing::Test {
   protected:
-    /// Creates an unclaimed hidden file with this machine's prefix.
+    /// Creates a file like those that a killed process leaves: its hidden name starts with this
+    /// machine's prefix, and no process has claimed the file by claim().
     fs::path leftover() const {
         const fs::path path = folder / newHiddenName();
         std::ofstream(path) << leftoverText;

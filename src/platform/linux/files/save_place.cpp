@@ -16,8 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The file to which `target` refers if it is a symbolic link to an existing file; otherwise
-/// `target`.
+/// If `target` is a symbolic link to an existing file, the path of that file; otherwise `target`.
 fs::path withoutLink(const fs::path& target) {
     std::error_code error;
     if (!fs::is_symlink(target, error)) {

@@ -34,7 +34,7 @@ class SavePlaceTest : public testing::Test {
     fakes::TempFolder folder;
 };
 
-TEST_F(SavePlaceTest, HoldsTheFolderAndTheName) {
+TEST_F(SavePlaceTest, HoldsTheFolderAndTheNameButNoModeIfTheFileDoesNotExist) {
     const Result<SavePlace> place = locate(folder / "new.wav");
     ASSERT_TRUE(place.ok());
     EXPECT_EQ(place.value().name, "new.wav");

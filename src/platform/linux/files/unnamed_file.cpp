@@ -20,8 +20,8 @@ namespace fs = std::filesystem;
 
 /// New files are readable and writable by all, minus the user's umask.
 constexpr mode_t newFileMode = 0666;
-/// The number of attempts to find a free name. One attempt is enough unless 64 random bits repeat
-/// or another process deletes leftovers at the same moment.
+/// The number of attempts to find a free hidden name. One attempt is enough unless 64 random bits
+/// repeat, or another process takes the new file for a leftover of a killed process and deletes it.
 constexpr int nameAttempts = 8;
 
 /// An errno value; 0 is success.

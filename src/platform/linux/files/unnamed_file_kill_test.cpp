@@ -51,7 +51,7 @@ class KilledSaveTest : public testing::TestWithParam<std::tuple<Concealment, Tar
     const Method method = std::get<2>(GetParam());
 };
 
-TEST_P(KilledSaveTest, LeavesTheOldOrTheNewFileAndHiddenFilesThatTheNextCreateDeletes) {
+TEST_P(KilledSaveTest, LeavesTheTargetUnchangedOrCompleteAndTheNextCreateDeletesHiddenFiles) {
     const std::string before = target == Target::isReplaced ? "old" : "(none)";
     bool usesHiddenNames = concealment == Concealment::hiddenName || target == Target::isReplaced;
     int leftovers = 0;

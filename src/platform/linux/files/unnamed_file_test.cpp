@@ -44,7 +44,7 @@ ErrorNumber numberOf(const Status& status) {
     return status.ok() ? ErrorNumber{} : status.error().number;
 }
 
-/// Simulates a full disk: writing to a file beyond `bytes` fails.
+/// Simulates a full disk: writing more than the first `bytes` bytes of a file fails.
 void limitFileSizeTo(rlim_t bytes) {
     std::signal(SIGXFSZ, SIG_IGN);
     const rlimit limit{bytes, bytes};
@@ -65,7 +65,8 @@ class UnnamedFileTest : public testing::TestWithParam<Concealment> {
                   static_cast<ssize_t>(content.size()));
         return std::move(made.value());
     }
-    /// The number of directory entries of one unfinished file.
+    /// The number of directory entries of one file that is not published: 1 for its hidden name, or
+    /// 0 if it has no name.
     int entriesOfOne() const {
         return GetParam() == Concealment::hiddenName || !test::hasUnnamedFiles(folder.path()) ? 1
                                                                                               : 0;
@@ -140,7 +141,7 @@ TEST_P(UnnamedFileTest, DisappearsIfItIsNotPublished) {
     EXPECT_EQ(entriesIn(folder.path()), 0);
 }
 
-TEST_P(UnnamedFileTest, IsNamedWithoutACopy) {
+TEST_P(UnnamedFileTest, IsNotCopiedWhenItIsPublishedForTheFirstTime) {
     for (const bool replaces : {false, true}) {
         const fs::path path = folder / (replaces ? "old.wav" : "fresh.wav");
         if (replaces) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Declares the functions and variables of libcdio and its paranoia reader that this program uses.
-// Each is loaded on first use.
+// Each is looked up in its library on first use (late_library.h).
 #pragma once
 
 #include <cdio/cdio.h>

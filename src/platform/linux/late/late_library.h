@@ -24,8 +24,9 @@ class LateLibrary {
     mutable std::atomic<void*> handle_ = nullptr;
 };
 
-/// One function of a library, called as if the program were linked to it. The object has the
-/// function's name within our namespace, so that callers use it instead of the library's function.
+/// One function of a library, called as if the program were linked to the library. The object has
+/// the function's name within our namespace, so that a call by this name uses the object instead of
+/// the library's own declaration, which would have to be linked.
 template <typename Function>
 class LateFunction {
   public:

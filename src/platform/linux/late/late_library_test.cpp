@@ -32,7 +32,7 @@ void endWith(bool good) {
     std::_Exit(good ? 0 : 1);
 }
 
-TEST(LateLibrary, IsLoadedByTheFirstCallAndNotBefore) {
+TEST(LateLibrary, IsLoadedByTheFirstCallOfOneOfItsFunctionsAndNotBefore) {
     EXPECT_EXIT(
         {
             const bool before = isLoaded(soname::speexdsp);
@@ -42,7 +42,7 @@ TEST(LateLibrary, IsLoadedByTheFirstCallAndNotBefore) {
         ExitedWithCode(0), "");
 }
 
-TEST(LateLibrary, IsLoadedWithAllOthersByLoadDeviceLibraries) {
+TEST(LateLibrary, IsLoadedWithAllOtherLibrariesByLoadDeviceLibraries) {
     EXPECT_EXIT(
         {
             const bool before = isLoaded(soname::sndfile) || isLoaded(soname::cdio);
@@ -69,13 +69,13 @@ TEST(LateLibrary, FindsAFunctionEvenIfTwoThreadsCallItAtOnce) {
     EXPECT_EQ(words[1], words[0]);
 }
 
-TEST(LateLibrary, EndsTheProgramLikeTheDynamicLinkerIfItIsMissing) {
+TEST(LateLibrary, EndsTheProgramWithTheDynamicLinkersExitCodeIfTheLibraryIsMissing) {
     static constexpr LateLibrary missing("libno-such-thing.so.7");
     EXPECT_EXIT(missing.load(), ExitedWithCode(127),
                 "sonarith: libno-such-thing.so.7: cannot open");
 }
 
-TEST(LateLibrary, EndsTheProgramLikeTheDynamicLinkerIfAFunctionIsMissing) {
+TEST(LateLibrary, EndsTheProgramWithTheDynamicLinkersExitCodeIfAFunctionIsMissing) {
     static const LateFunction<int(int)> missing(speexdspLibrary, "speex_no_such_function");
     EXPECT_EXIT(static_cast<void>(missing(1)), ExitedWithCode(127), "speex_no_such_function");
 }

@@ -19,9 +19,9 @@ namespace sonarith::mci {
 /// position, current track, mode, media present, ready, time format; for "track n": length,
 /// position, type); set (time format, door); play (from, to); pause; resume; stop; seek (to).
 ///
-/// "status media present" never waits for the drive: while a disc's table is being read, it reports
-/// no medium. If the user chooses another drive while the device is open, the next such query
-/// reports no medium, and later ones report the medium of the other drive.
+/// "status media present" does not wait until the table of an inserted disc has been read: until
+/// then, it reports no medium. If the user chooses another drive while the device is open, the next
+/// such query reports no medium, and later ones report the medium of the other drive.
 ///
 /// Errors in addition to those of parsing: deviceNotReady without a disc, dataTrack if playing
 /// would begin in a data track, nonapplicableFunction for "resume" while the disc is stopped.

@@ -48,7 +48,7 @@ TEST(ADiscWithoutTracks, CountsAsMissing) {
     EXPECT_EQ(session.send("status cd number of tracks"), refused(MciError::deviceNotReady));
 }
 
-TEST(ADiscInsertedAfterTheOpen, IsFoundByTheDevice) {
+TEST(ADiscInsertedAfterTheOpenCommand, IsFoundByTheDevice) {
     CdSession session;
     session.machine.drive->disc = std::make_shared<fakes::FakeDisc>(threeTracks());
     EXPECT_EQ(session.send("status cd media present"), said("true"));
@@ -69,7 +69,7 @@ TEST(ARemovedDisc, IsDetectedAndTheNextDiscIsRead) {
     EXPECT_EQ(session.send("status cd position"), said("00:00:00"));
 }
 
-TEST(ADiscThatVanishesWhilePlaying, KeepsItsPositionUntilTheMediumIsQueried) {
+TEST(ADiscThatVanishesWhilePlaying, KeepsItsPositionAsLongAsTheMediumIsNotQueried) {
     CdSession session(threeTracks());
     session.send("play cd");
     session.machine.transport->advance(75 * framesPerSector);
@@ -213,7 +213,7 @@ TEST(APlayingDiscThatDoesNotRespond, IsReportedToTheUserOnce) {
               "settled [the drive /dev/fake]: Responding again: the drive /dev/fake.");
 }
 
-TEST(APlayingDiscThatDoesNotRespond, IsNoLongerReportedAfterStopOrClose) {
+TEST(APlayingDiscThatDoesNotRespond, HasItsReportSettledByCloseAndIsNotReportedAfterStop) {
     CdSession session(threeTracks());
     session.send("play cd");
     session.machine.transport->reading = CdMedium::longestRead;
@@ -271,7 +271,7 @@ TEST(AnImageThatVanishes, IsNotReportedAfterAnEjectOrTheChoiceOfAnotherDriveOrWh
     EXPECT_THAT(session.machine.notices.texts(), IsEmpty());
 }
 
-TEST(ADiscRemovedFromAnOpticalDrive, IsNotReported) {
+TEST(ADiscRemovedFromAnOpticalDrive, IsNotReportedToTheUser) {
     CdSession session(threeTracks());
     session.send("play cd");
     session.machine.transport->isGone = true;
@@ -290,7 +290,7 @@ TEST(EachOpenCommand, ReadsTheDriveAgain) {
     EXPECT_EQ(session.machine.drive->loads, 2);
 }
 
-TEST(AnUnreadableDisc, IsReadThreeTimesAndThenCountsAsMissing) {
+TEST(AnUnreadableDisc, CountsAsMissingAndIsNotReadAgainAfterThreeTries) {
     MciSession session(threeTracks());
     session.machine.drive->unreadable = true;
     session.send("open cdaudio alias cd");
@@ -305,7 +305,7 @@ TEST(AnUnreadableDisc, IsReadThreeTimesAndThenCountsAsMissing) {
     EXPECT_EQ(session.send("status cd media present"), said("true"));
 }
 
-TEST(AnUnreadableDisc, IsReadAgainAfterAnyCommandHasFoundTheDriveEmpty) {
+TEST(AnUnreadableDisc, IsReadAgainAfterAStatusReadyCommandFoundTheDriveEmpty) {
     MciSession session(threeTracks());
     session.machine.drive->unreadable = true;
     session.send("open cdaudio alias cd");

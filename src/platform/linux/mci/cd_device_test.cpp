@@ -48,7 +48,7 @@ TEST(TheIdentity, IsAnIntegerThatIsEqualOnlyForEqualDiscs) {
     EXPECT_TRUE(parseInteger(identity).ok());
 }
 
-TEST(ThePlayersQueries, ReturnTimesInTheFormatThatACommandHasSet) {
+TEST(StatusQueriesOfTheCdPlayer, ReturnTimesInTheFormatThatACommandHasSet) {
     MciSession session(threeTracks());
     EXPECT_EQ(session.send("open cdaudio alias cd wait shareable"), fine());
     EXPECT_EQ(session.send("set cd time format tmsf wait"), fine());
@@ -111,7 +111,7 @@ TEST(PlayingFromATime, BeginsAtTheSectorOfThatTime) {
                 ElementsAre("play 13875 19135", "play 0 19135", "play 38 75", "play 19135 19135"));
 }
 
-TEST(PlayingFromAnInvalidPosition, FailsAndDoesNotChangeTheRunningPlayback) {
+TEST(APlayCommandWithAnInvalidArgument, FailsAndDoesNotChangeTheRunningPlayback) {
     CdSession session(threeTracks());
     session.send("set cd time format milliseconds");
     session.send("play cd from 1000");
@@ -138,7 +138,7 @@ TEST(APausedDisc, ContinuesAtTheSameSampleAfterPlayOrResume) {
     EXPECT_EQ(session.send("pause cd"), fine());
     EXPECT_EQ(session.send("play cd"), fine());
     EXPECT_EQ(session.send("status cd mode"), said("playing"));
-    EXPECT_EQ(session.send("play cd"), fine()); // the disc plays already
+    EXPECT_EQ(session.send("play cd"), fine()); // the disc is already playing
     EXPECT_EQ(session.send("pause cd"), fine());
     EXPECT_EQ(session.send("resume cd wait"), fine());
     EXPECT_EQ(session.send("resume cd"), fine());
@@ -157,7 +157,7 @@ TEST(APausedDisc, CanContinueToANewEnd) {
                 ElementsAre("play 75 150", "pause", "play 75 19135"));
 }
 
-TEST(ADiscThatDoesNotPlay, CanBePausedAndStoppedButNotResumed) {
+TEST(ADiscThatIsNotPlaying, CanBePausedAndStoppedButNotResumed) {
     CdSession session(threeTracks());
     EXPECT_EQ(session.send("pause cd"), fine());
     EXPECT_EQ(session.send("stop cd"), fine());

@@ -76,9 +76,10 @@ class Arguments {
 };
 
 /// Finds `keywords` in `words`, case-insensitive; where several keywords match, the longest counts.
-/// "wait" and "notify" are accepted with every command and ignored: a command has either completed
-/// when it returns or continues in the background, and there is no window to notify. Errors:
-/// unrecognizedKeyword, missingParameter (a keyword without its value), duplicateFlags.
+/// "wait" and "notify" are accepted with every command and ignored: even with "wait", playing and
+/// recording continue in the background after the command has returned, and there is no window to
+/// notify. Errors: unrecognizedKeyword, missingParameter (a keyword without its value),
+/// duplicateFlags.
 [[nodiscard]] Outcome<Arguments> parseArguments(std::span<const Word> words,
                                                 std::span<const Keyword> keywords);
 

@@ -45,7 +45,7 @@ TEST(ACommand, EndsAtItsFirstNul) {
     EXPECT_THAT(wordsOf(command.value), IsEmpty());
 }
 
-TEST(ACommand, MayQuoteAParameterWithBlanks) {
+TEST(ACommand, MayPutTheDeviceOrAParameterThatContainsBlanksInQuotes) {
     const auto command = parseCommand(R"(open "new" type waveaudio alias "My Wave")");
     ASSERT_TRUE(command.ok());
     EXPECT_EQ(command.value.device, "new");
@@ -81,7 +81,7 @@ TEST(ACommand, IsRefusedIfItIsTooLong) {
     EXPECT_EQ(errorOf(std::string(100'000'000, ' ')), MciError::commandTooLong);
 }
 
-TEST(ACommand, ThatSavesUsesTheTextAfterTheDeviceAsPath) {
+TEST(ACommand, WithTheVerbSaveHasTheTextAfterTheDeviceAsItsPath) {
     const auto path = [](std::string_view text) {
         const auto command = parseCommand(text);
         EXPECT_TRUE(command.ok());
@@ -156,7 +156,7 @@ TEST(AnInteger, ConsistsOfDecimalDigitsAndIsAtMost2147483647) {
     }
 }
 
-TEST(AnItem, IsTheOnlyGivenKeywordWithoutAValue) {
+TEST(TheItemOfAStatusCommand, IsTheOnlyGivenKeywordThatTakesNoValue) {
     static constexpr Keyword items[] = {{"length"}, {"mode"}, {"track", Takes::value}};
     const auto itemOf = [](std::string_view text) {
         const auto command = parseCommand(text);

@@ -66,8 +66,8 @@ struct Devices {
     std::function<std::shared_ptr<disc::Drive>()> drive;
     std::function<std::unique_ptr<Transport>(std::shared_ptr<disc::Disc>)> transport;
     std::function<std::unique_ptr<Recorder>()> recorder;
-    /// Translates a path of the logic ("c:\music\a.wav") to one of the machine; empty if it is not
-    /// a valid path.
+    /// Translates a path of the logic ("c:\music\a.wav") to one of the machine. Returns an empty
+    /// path if the path of the logic is not valid.
     std::function<std::filesystem::path(const std::string&)> path;
     /// Receives messages that the replies to commands do not contain. Must outlive the devices.
     Notices* notices = &silentNotices();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Creates messages for the user about a disc that plays or was recorded. The callers decide when
-// these messages are shown.
+// Creates messages for the user about a disc that is being played, or whose sound was recorded. The
+// callers decide when these messages are shown.
 #pragma once
 
 #include <chrono>
@@ -21,8 +21,8 @@ struct TrackLoss {
 };
 
 /// Example: "Track 3: 2.4 s could not be read and are silent in 1234-3.wav." `path` is the
-/// recording's path in the logic's form; only its last component is shown. Times are rounded up to
-/// a tenth of a second.
+/// path of the logic ("c:\music\1234-3.wav") under which the recording was saved; only its last
+/// component is shown. Times are rounded up to a tenth of a second.
 [[nodiscard]] Notice lostSound(std::span<const TrackLoss> losses, std::string_view path);
 
 /// The notice's cause is `drive`, the result of Drive::name(). `since` is how long the drive has

@@ -8,7 +8,7 @@
 namespace sonarith::mci {
 namespace {
 
-TEST(TheNoticeAboutLostSound, NamesTheTracksTheAffectedSecondsAndTheFile) {
+TEST(TheNoticeAboutLostSound, NamesTheFileAndGivesTheAffectedSecondsOfEachTrack) {
     const struct {
         std::vector<TrackLoss> losses;
         const char* path;

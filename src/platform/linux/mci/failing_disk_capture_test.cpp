@@ -64,7 +64,8 @@ class ADestinationThatHangs : public testing::TestWithParam<std::uint32_t> {
                                 (call.nr != SYS_openat || (call.args[2] & O_TMPFILE) == O_TMPFILE);
         return isToBeHeld ? CallJudge::hold : CallJudge::letThrough;
     }
-    /// Runs `body` while the disk hangs.
+    /// Runs `body`. Until `body` calls release(), every system call with the number GetParam()
+    /// hangs; of the openat calls, only those that create an unnamed file.
     static void hang(const std::function<void(CallJudge&)>& body) {
         if (!CallJudge::run({GetParam()}, verdict, body)) {
             GTEST_SKIP()
@@ -94,7 +95,7 @@ TEST_P(ADestinationThatHangs, BlocksNoCommandOfACaptureAndReceivesTheFileWhenItR
     });
 }
 
-TEST_P(ADestinationThatHangs, BlocksNoOtherCapture) {
+TEST_P(ADestinationThatHangs, DoesNotBlockTheNextCaptureAfterAnUnsavedCaptureWasClosed) {
     hang([](CallJudge& judge) {
         FailingCapture session(sound::briefTiming);
         session.begin();
@@ -107,13 +108,13 @@ TEST_P(ADestinationThatHangs, BlocksNoOtherCapture) {
         judge.release();
         EXPECT_TRUE(session.saves->noneWithin(std::chrono::seconds(30)));
         EXPECT_EQ(session.send("save capture 1.wav"), fine())
-            << "the second command did not return the result of the save that timed out";
+            << "the second save command did not return the result of the first save";
         EXPECT_EQ(session.send("close all"), fine());
         expectStartOfDisc(session.folder / "1.wav", count);
     });
 }
 
-TEST_P(ADestinationThatHangs, MayRespondAgainAfterTheDevicesWereDestroyed) {
+TEST_P(ADestinationThatHangs, LeavesNoPendingSaveWhenItRespondsAfterTheDevicesWereDestroyed) {
     hang([](CallJudge& judge) {
         std::shared_ptr<sound::PendingSaves> saves;
         {
@@ -133,7 +134,7 @@ TEST_P(ADestinationThatHangs, MayRespondAgainAfterTheDevicesWereDestroyed) {
 INSTANTIATE_TEST_SUITE_P(Calls, ADestinationThatHangs,
                          testing::Values(SYS_openat, SYS_pwrite64, SYS_fdatasync, SYS_linkat));
 
-TEST(ADestinationThatIsFull, KeepsTheBeginningOfTheTrackWithoutGapsAndNotifiesTheUser) {
+TEST(ADestinationThatBecomesFull, KeepsTheBeginningOfTheTrackWithoutGapsAndNotifiesTheUser) {
     const fakes::TempFolder result; // on another disk
     const int answer = test::runInChild([&] {
         FailingCapture session(sound::patientTiming);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Interprets media control strings: opens devices of the available types and passes each other
-// command to the open device that the command names by its alias. The devices carry out the
-// commands.
+// Interprets media control strings: opens and closes devices, and passes all other commands to the
+// open devices, which carry them out. A command names an open device by the alias that the device
+// got when it was opened.
 #pragma once
 
 #include <map>

@@ -40,7 +40,7 @@ TEST(Opening, RefusesAnAliasThatIsInUse) {
     EXPECT_EQ(session.send("status cd number of tracks"), said("1"));
 }
 
-TEST(Opening, FailsWithoutADrive) {
+TEST(Opening, FailsForCdAudioButNotForWaveAudioWithoutADrive) {
     MciSession session;
     session.machine.drive = nullptr;
     EXPECT_EQ(session.send("open cdaudio alias cd"), refused(MciError::deviceNotInstalled));
@@ -50,7 +50,7 @@ TEST(Opening, FailsWithoutADrive) {
     EXPECT_EQ(session.send("open new type waveaudio alias capture"), fine());
 }
 
-TEST(Opening, RefusesUnknownDeviceTypesFileNamesAndDriveLetters) {
+TEST(Opening, RefusesFileNamesDriveLettersAndUnknownDeviceTypes) {
     MciSession session(audioTable({750}));
     EXPECT_EQ(session.send("open sequencer alias x"), refused(MciError::invalidDeviceName));
     EXPECT_EQ(session.send("open new type sequencer alias x"),
@@ -112,7 +112,7 @@ TEST(ASharedDisc, IsOneDeviceUnderSeveralAliases) {
     EXPECT_EQ(session.machine.transport, nullptr);
 }
 
-TEST(ADiscThatIsNotShareable, CanBeOpenedAgainOnlyAfterItIsClosed) {
+TEST(ADiscOpenedWithoutTheFlagShareable, CanBeOpenedAgainOnlyAfterItIsClosed) {
     MciSession session(audioTable({750, 750}));
     EXPECT_EQ(session.send("open cdaudio alias a"), fine());
     EXPECT_EQ(session.send("open cdaudio alias b shareable"), refused(MciError::mustUseShareable));
@@ -146,7 +146,7 @@ TEST(ClosingAll, ClosesEveryDevice) {
     EXPECT_EQ(session.send("stop all"), refused(MciError::cannotUseAll));
 }
 
-TEST(DevicesThatAreNotOpen, AreRejected) {
+TEST(CommandsWithoutAnOpenDevice, AreRejected) {
     MciSession session(audioTable({750}));
     for (const char* command :
          {"stop voice1", "close voice1", "stop capture", "set capture time format bytes",

@@ -64,7 +64,7 @@ TEST_F(ACapture, ContainsTheTracksSamplesBitForBitWithoutGaps) {
     EXPECT_LE(lead, 44100 * 3 / 1000); // little more than the 2 ms between "record" and "play"
     const auto after =
         static_cast<std::int64_t>(wav->samples.size() / 2) - lead - 82 * framesPerSector;
-    EXPECT_LE(after, 44100 * 103 / 1000 + 1); // one tick
+    EXPECT_LE(after, 44100 * 103 / 1000 + 1); // capture() reads the position every 103 ms
     EXPECT_EQ(disc->wrongReads(), 0);
 }
 
@@ -80,7 +80,7 @@ TEST_F(ACapture, IsAlsoCompleteForTheFirstAndTheLastTrack) {
     EXPECT_FALSE(card.active());
 }
 
-TEST_F(ACapture, BeginsPlayingAtTheStartOfItsTrack) {
+TEST_F(ACapture, PlaysTheDiscFromTheRequestedPosition) {
     EXPECT_EQ(send("open cdaudio alias cd"), fine());
     EXPECT_EQ(send("set cd time format milliseconds"), fine());
     EXPECT_EQ(send("play cd from 2000"), fine());
@@ -88,7 +88,7 @@ TEST_F(ACapture, BeginsPlayingAtTheStartOfItsTrack) {
     EXPECT_EQ(send("status cd mode"), said("playing"));
 }
 
-TEST_F(ACapture, CountsItsBytesWhileItRuns) {
+TEST_F(ACapture, CountsItsBytesUntilItIsStopped) {
     send("open new type waveaudio alias capture");
     send(stereo);
     send("record capture overwrite");
@@ -101,7 +101,7 @@ TEST_F(ACapture, CountsItsBytesWhileItRuns) {
     EXPECT_EQ(send("status capture length"), said("352800"));
 }
 
-TEST_F(ACapture, IsKeptWhenTheDiscVanishes) {
+TEST_F(ACapture, KeepsItsSamplesAndRecordsNothingMoreWhenTheDiscIsRemoved) {
     EXPECT_EQ(send("open new type waveaudio alias capture"), fine());
     EXPECT_EQ(send(stereo), fine());
     EXPECT_EQ(send("open cdaudio alias cd"), fine());

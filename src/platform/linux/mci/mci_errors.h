@@ -66,7 +66,7 @@ struct Outcome {
 /// The result of a command: a text (empty if the command returns no text), or an error.
 using Reply = Outcome<std::string>;
 
-/// The reply of a successful command without a text.
+/// The reply of a successful command that returns no text.
 [[nodiscard]] inline Reply done() {
     return {std::string()};
 }

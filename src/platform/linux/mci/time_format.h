@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Converts positions and lengths on a disc's time line to texts in the four time formats, and back.
-// Pure arithmetic: no device, no state.
+// Converts positions and lengths on a disc's time line to texts in the four time formats, and such
+// texts to positions. Pure arithmetic: no device, no state.
 #pragma once
 
 #include <cstdint>
@@ -39,8 +39,9 @@ enum class TimeFormat {
 [[nodiscard]] std::string lengthText(std::int64_t first, std::int64_t end, TimeFormat format);
 
 /// The sector that a text names. Fields missing at the end are 0, so in tmsf "3" is the start of
-/// track 3. Errors: badInteger (not a number, or too many fields), outOfRange (61 seconds, a track
-/// that does not exist, a position beyond the end of the time line or, in tmsf, of its track).
+/// track 3. Errors: badInteger (not a number, or too many fields), outOfRange (a field above its
+/// range, such as 60 seconds; a track that does not exist; a position beyond the end of the time
+/// line or, in tmsf, of its track).
 [[nodiscard]] Outcome<std::int64_t> parsePosition(const disc::Table& table, std::string_view text,
                                                   TimeFormat format);
 

@@ -83,7 +83,7 @@ TEST(Positions, HaveTheTextOfTheirFormat) {
     EXPECT_EQ(positionText(table, table.sectors(), tmsf), "03:00:00:50");
 }
 
-TEST(Positions, AreParsedBackFromTheirText) {
+TEST(Positions, InAllFormatsExceptHmsAreParsedBackFromTheirText) {
     const disc::Table table = audioTable({100, 75 * 200, 50});
     for (std::int64_t sector = 0; sector <= table.sectors(); sector += 13) {
         for (const TimeFormat format : {ms, msf, tmsf}) {

@@ -16,8 +16,8 @@ namespace sonarith::mci {
 /// present, time format, and the five values of the format that "set" also accepts).
 ///
 /// A new device contains no sound. Its format is 44100 Hz, 16 bit, stereo; its time format is
-/// milliseconds. Its position is always the end of the recorded sound, so overwriting and inserting
-/// both continue there.
+/// milliseconds. Its position is always the end of the recorded sound, so "record overwrite" and
+/// "record insert" both append to that sound.
 class WaveRecorder : public Device {
   public:
     explicit WaveRecorder(const Devices& devices);

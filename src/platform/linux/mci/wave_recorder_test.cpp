@@ -56,7 +56,7 @@ TEST(TheRecordersFormat, MayBeMono) {
     EXPECT_EQ(session.recorder().channels, 1);
 }
 
-TEST(TheRecordersFormat, IsUnchangedByACommandWithAnUnsupportedFormat) {
+TEST(TheRecordersFormat, IsUnchangedByACommandWithAnUnsupportedOrMalformedFormat) {
     Opened session;
     for (const char* format :
          {"samplespersec 0 channels 0 bitspersample 0 alignment 0 bytespersec 0",

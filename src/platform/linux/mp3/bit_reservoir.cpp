@@ -105,7 +105,7 @@ void setTone(const FrameHeader& header, std::span<std::uint8_t> frame) {
     const Layout layout = layoutOf(header.format);
     int bit = layout.mainDataBeginBits + layout.privateBits + layout.shareBits;
     for (int part = 0; part < layout.granules * layout.channels && !side.empty(); ++part) {
-        constexpr unsigned codeBits = 5;   // three for the pair and two for the signs
+        constexpr unsigned codeBits = 5;   // three for the two values and two for their signs
         constexpr unsigned pairs = 1;      // "big values"
         constexpr unsigned fullGain = 210; // a factor of one
         constexpr unsigned table = 1;

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tracks the bit reservoir: the main data of a Layer III frame may begin in preceding frames. The
-// functions here count how many bytes of those frames are available, and detect frames that refer
-// to missing bytes. They store no sound data.
+// The bit reservoir consists of those bytes of preceding frames in which the main data of a
+// Layer III frame may begin. BitReservoir counts how many of these bytes are available, and detects
+// frames that refer to missing bytes; it stores no sound data. The functions read or change the
+// side information of a frame.
 #pragma once
 
 #include <cstdint>

@@ -34,7 +34,7 @@ TEST(BitReservoirTest, AdmitsFramesThatReferToAvailableData) {
     EXPECT_EQ(admit(reservoir, frameReaching(511)), std::nullopt);
 }
 
-TEST(BitReservoirTest, ReturnsTheAvailableBytesForAFrameThatRefersTooFarBack) {
+TEST(BitReservoirTest, ReturnsTheNumberOfAvailableBytesForAFrameThatRefersTooFarBack) {
     BitReservoir reservoir;
     EXPECT_EQ(admit(reservoir, frameReaching(1)), 0);
     EXPECT_EQ(admit(reservoir, frameReaching(382)), 381);
@@ -78,8 +78,9 @@ TEST(BitReservoirTest, SilencingAFrameEmptiesItsSideInformationExceptTheReservoi
 
 TEST(BitReservoirTest, SideInformationIsEmptyOnlyIfItsDecodingCannotFail) {
     const FrameHeader header = *parseHeader(frameReaching(0));
-    // Bits of the length, the big values, the scale factors and the window kind in MPEG-1 stereo,
-    // where the first granule's part begins at bit 20.
+    // If a single bit of the length, the big values, the scale factors or the window kind is set,
+    // the side information is not empty. In MPEG-1 stereo, these fields begin at bit 20, and are
+    // repeated every 59 bits: for both channels of both granules.
     for (const int bit : {20, 31, 32, 40, 49, 52, 53, 20 + 3 * 59, 20 + 3 * 59 + 33}) {
         Data frame = frameReaching(0);
         silence(header, frame, 0);
@@ -88,7 +89,7 @@ TEST(BitReservoirTest, SideInformationIsEmptyOnlyIfItsDecodingCannotFail) {
     }
     Data frame = frameReaching(0);
     silence(header, frame, 0);
-    frame[4 + 41 / 8] |= 0x80 >> 41 % 8; // a bit of the gain
+    frame[4 + 41 / 8] |= 0x80 >> 41 % 8; // a bit of the gain: every gain can be decoded
     EXPECT_TRUE(isEmptySideInfo(header, frame));
 }
 

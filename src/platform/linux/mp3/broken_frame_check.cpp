@@ -33,9 +33,9 @@ bool BrokenFrameCheck::isBroken(const Frame& frame, Bytes bytes,
     if (!endsInSilence(frame.header.format, samples) || isEmptySideInfo(frame.header, bytes)) {
         return false;
     }
-    // The frame is decoded again after a frame with sound. Unless the library gives the frame up,
-    // the end of that sound overlaps into the frame's samples. Whether the library gives a frame up
-    // depends only on the data of that frame.
+    // `frame` is broken or silent. It is decoded again, this time after a frame with sound: unless
+    // the library gives `frame` up, the end of that sound overlaps into the samples of `frame`. The
+    // library decides only by the data of `frame`, so it decides as in the first decoding.
     if (!decoder_) {
         Result<FrameDecoder<float>> made = FrameDecoder<float>::create();
         if (!made.ok()) {
@@ -69,7 +69,7 @@ std::vector<std::uint8_t> soundingFrame(Bytes like, Bytes reservoir) {
     const FrameHeader header = *parseHeader(frame);
     frame.resize(static_cast<std::size_t>(header.bytes));
     // In every granule and channel two spectral lines have the value 1. Their code in Huffman table
-    // 1 is five zero bits; all other main data are zeros, too.
+    // 1 is five zero bits; all other main data before `reservoir` are zeros, too.
     setTone(header, frame);
     std::copy(reservoir.begin(), reservoir.end(),
               frame.end() - static_cast<std::ptrdiff_t>(reservoir.size()));

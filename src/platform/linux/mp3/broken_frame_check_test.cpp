@@ -28,8 +28,8 @@ int brokenFrames(const Data& data) {
     return broken;
 }
 
-TEST(BrokenFrameCheckTest, TreatsNoFrameOfAnEncoderAsBroken) {
-    // At 8 kbit/s many frames contain data but no sound.
+TEST(BrokenFrameCheckTest, TreatsNoUndamagedFrameAsBroken) {
+    // At 8 kbit/s many frames contain data but no sound, so they are as silent as broken frames.
     for (const char* options : {"-b 128", "-V 2", "-b 8 --resample 24", "-p -b 8 --resample 24",
                                 "-b 8 --resample 8", "-b 64 --resample 22.05"}) {
         EXPECT_EQ(brokenFrames(fixture::encoded(44100, 2, options, 1.5)), 0) << options;
@@ -45,8 +45,8 @@ TEST(BrokenFrameCheckTest, FindsFramesThatTheLibraryCannotDecode) {
         for (const std::size_t number : {30U, 50U, 51U, 120U}) {
             const Frame& frame = frames[number];
             const auto at = static_cast<std::size_t>(frame.offset);
-            // Window switching with the normal window type is invalid, so no decoder can decode
-            // this frame.
+            // Sets window switching together with the normal window type. This combination is
+            // invalid, so no decoder can decode the frame.
             const bool isMpeg1 = frame.header.format.version == MpegVersion::mpeg1;
             const int bit = isMpeg1 ? 20 + 33 : 10 + 38;
             const std::size_t byte = at + frame.header.sideInfoOffset();
@@ -61,7 +61,7 @@ TEST(BrokenFrameCheckTest, FindsFramesThatTheLibraryCannotDecode) {
     }
 }
 
-TEST(BrokenFrameCheckTest, TheSoundingFrameIsAudibleAndEndsWithTheReservoir) {
+TEST(BrokenFrameCheckTest, SoundingFrameReturnsAnAudibleFrameThatEndsWithTheReservoir) {
     for (const Data& like : {Data{0xFF, 0xFA, 0x92, 0x64}, Data{0xFF, 0xFB, 0x14, 0xC4},
                              Data{0xFF, 0xF2, 0x14, 0x64}, Data{0xFF, 0xE3, 0x18, 0xC4}}) {
         const FrameHeader original = *parseHeader(like);

@@ -68,7 +68,7 @@ class FileSource : public ByteSource {
   public:
     /// Opens regular files only: a pipe could block the caller forever. Once `stop` is true every
     /// read fails, so that a scan of the file ends; `stop` must outlive the source. Error messages
-    /// are the system's, without the path.
+    /// do not contain the path.
     [[nodiscard]] static Result<std::unique_ptr<FileSource>> open(const std::filesystem::path& path,
                                                                   const std::atomic<bool>& stop);
 

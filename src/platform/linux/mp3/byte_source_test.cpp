@@ -45,7 +45,7 @@ TEST_F(FileSourceTest, RefusesFoldersPipesMissingFilesAndNamesWithANullByte) {
     EXPECT_EQ(failureOf(std::string("a\0b", 3)), ErrorNumber::badFileName);
 }
 
-TEST_F(FileSourceTest, ReadingFailsIfTheFileHasBecomeShorter) {
+TEST_F(FileSourceTest, ReadingFailsAtTheNewEndOfAFileThatHasBecomeShorter) {
     writeFile(folder / "a", junk(5000));
     const auto source = FileSource::open(folder / "a", stop);
     fs::resize_file(folder / "a", 1000);
@@ -105,7 +105,7 @@ TEST(SourceWindowTest, ReturnsAllBytesBeforeAnUnreadableOffset) {
     EXPECT_EQ(source.failures, 1) << "more than one failed read, each of which may take seconds";
 }
 
-TEST(SourceWindowTest, ReadsAgainAfterAnUnreadableRange) {
+TEST(SourceWindowTest, ReturnsTheBytesAfterAnUnreadableRange) {
     const Data data = junk(200'000);
     const fixture::BadPlaceSource source(data, 100'000, 101'000);
     SourceWindow window(source);
@@ -115,7 +115,7 @@ TEST(SourceWindowTest, ReadsAgainAfterAnUnreadableRange) {
     EXPECT_FALSE(window.failure());
 }
 
-TEST_F(FileSourceTest, ReportsTheCauseWithoutThePath) {
+TEST_F(FileSourceTest, AFailedOpenReturnsTheSystemsMessageWithoutThePath) {
     EXPECT_EQ(FileSource::open(folder / "none", stop).error().text, "No such file or directory");
     EXPECT_EQ(FileSource::open(folder.path(), stop).error().text, "Is a directory");
 }

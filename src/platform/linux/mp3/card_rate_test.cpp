@@ -26,7 +26,7 @@ std::vector<StereoFrame> converted(const PcmFormat& format,
     return frames;
 }
 
-TEST(CardRateTest, PassesSoundOfTheCardsOwnRateUnchanged) {
+TEST(CardRateTest, KeepsTheSamplesOfSoundAtTheCardsRateAndCopiesMonoToBothChannels) {
     EXPECT_EQ(converted({44100, 2}, {1, 2, 3, -4}), (std::vector<StereoFrame>{{1, 2}, {3, -4}}));
     EXPECT_EQ(converted({44100, 1}, {1, -2}), (std::vector<StereoFrame>{{1, 1}, {-2, -2}}));
 }
@@ -35,19 +35,19 @@ TEST(CardRateTest, KeepsTheLengthAndThePitchOfSoundAtOtherRates) {
     for (const int rate : {8000, 11025, 22050, 32000, 48000}) {
         for (const int channels : {1, 2}) {
             std::vector<std::int16_t> samples;
-            for (int i = 0; i < rate; ++i) { // one second of 500 Hz; the second channel is silent
+            for (int i = 0; i < rate; ++i) { // one second of 500 Hz; a second channel is silent
                 const double tone = std::sin(2 * M_PI * 500 * i / rate);
                 samples.push_back(static_cast<std::int16_t>(20'000 * tone));
                 samples.resize(samples.size() + static_cast<std::size_t>(channels - 1));
             }
             const auto frames = converted({rate, channels}, samples);
-            EXPECT_NEAR(static_cast<double>(frames.size()), 44100, 2) << rate;
+            EXPECT_NEAR(static_cast<double>(frames.size()), 44100, 2) << rate << " Hz";
             int rising = 0;
             for (std::size_t i = 1; i < frames.size(); ++i) {
                 rising += frames[i - 1].left < 0 && frames[i].left >= 0 ? 1 : 0;
                 ASSERT_NEAR(frames[i].right, channels == 1 ? frames[i].left : 0, 1);
             }
-            EXPECT_NEAR(rising, 500, 1) << rate;
+            EXPECT_NEAR(rising, 500, 1) << rate << " Hz";
         }
     }
 }

@@ -52,7 +52,8 @@ struct DecodeJob::Run {
             }
         }
         report(result);
-        // Other threads may wait until the objects that `report` owns are destroyed.
+        // Another thread may be waiting until the objects that `report` owns are destroyed, and
+        // this Run may exist much longer.
         report = nullptr;
     }
 

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests decodings whose source or target fails: what is reported, and what stays on the disk.
+// Tests decodings that fail because the MP3 file (the source) cannot be read, the WAV file (the
+// target) cannot be written, or no thread can be started: what is reported, and what stays on the
+// disk.
 #include <csignal>
 
 #include <sys/resource.h>
@@ -26,7 +28,7 @@ using fixture::readFile;
 using fixture::text;
 using fixture::writeFile;
 
-TEST_F(DecodeJobTest, FailsIfTheSourceCannotBeReadAndKeepsTheOldWav) {
+TEST_F(DecodeJobTest, FailsAndKeepsTheOldWavIfTheSourceCannotBeRead) {
     writeFile(target, text("old"));
     EXPECT_EQ(decodeSource().outcome, DecodeOutcome::failed); // the source does not exist
     fs::create_directory(source);
@@ -52,7 +54,7 @@ TEST_F(DecodeJobTest, FailsIfTheSourceCannotBeReadAndKeepsTheOldWav) {
     EXPECT_EQ(readFile(target), text("old"));
 }
 
-TEST_F(DecodeJobTest, FailsForATargetThatIsAFolderAndReportsWhy) {
+TEST_F(DecodeJobTest, FailsAndReportsTheReasonIfTheTargetIsAFolder) {
     fs::create_directory(target);
     const DecodeResult result = decode(ordinary());
     EXPECT_EQ(result.outcome, DecodeOutcome::failed);
@@ -88,7 +90,7 @@ TEST_F(DecodeJobTest, KeepsThePartBeforeAnUnreadableOffset) {
 constexpr int room = 480'000; ///< the free space for the WAV, in bytes
 
 /// Decodes with space for two thirds of the sound. For a child process. Returns 0 if the part that
-/// fits was kept.
+/// fits was kept, and otherwise the number in the `return` of the check that failed.
 int decodeWithoutRoom(const fs::path& source, const fs::path& wav, unsigned threads) {
     DecodeJob job({source, wav, {threads, 16}}, &ignoreEnd,
                   std::make_shared<sound::PendingSaves>());
@@ -106,14 +108,14 @@ int decodeWithoutRoom(const fs::path& source, const fs::path& wav, unsigned thre
         return 3;
     }
     const fixture::Samples whole = fixture::sequentially(ordinary()).samples;
-    constexpr std::size_t batch = 150'000; // bytes of one write
+    constexpr std::size_t batch = 150'000; // more than the bytes of one write
     if (part.size() * 2 < room - batch || part.size() >= whole.size()) {
         return 4;
     }
     return std::equal(part.begin(), part.end(), whole.begin()) ? 0 : 5;
 }
 
-TEST_F(DecodeJobTest, KeepsThePartThatFitsOnAFullDisk) {
+TEST_F(DecodeJobTest, KeepsThePartThatFitsWhenTheDiskBecomesFull) {
     writeFile(source, ordinary());
     const fs::path disk = folder / "disk";
     fs::create_directory(disk);

@@ -41,7 +41,7 @@ TEST(DecodeNoticeTest, ReportsWhyAFileCannotBeRead) {
               "song.mp3 cannot be read (No such file or directory)");
 }
 
-TEST(DecodeNoticeTest, ReportsWhyAFileWasNotSavedAndTheKeptPart) {
+TEST(DecodeNoticeTest, ReportsWhyAFileWasNotCompletelySavedAndTheKeptPart) {
     const Error full{ErrorNumber::diskFull, "\"/music/song.wav\" does not fit"};
     EXPECT_EQ(decodeNotice(names, failedResult(DecodeStep::writing, full, 42)),
               "song.wav was saved partly: no space left in /music; it contains the first 0:42");

@@ -22,8 +22,8 @@ enum class DecodeMethod {
     none,
     sequential,
     segments,
-    mixed, ///< segments first, then one pass, because a frame is broken (broken_frame_check.h) or
-           ///< the disk was full
+    mixed, ///< segments first, then the rest of the file in one pass, because a frame is broken
+           ///< (broken_frame_check.h) or the disk was full
 };
 
 struct DecodeResult {

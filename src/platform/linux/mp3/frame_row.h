@@ -31,7 +31,8 @@ namespace sonarith::mp3 {
 [[nodiscard]] bool beginsRow(const FrameHeader& header, Bytes bytes, std::size_t offset);
 
 /// Remembers where rows of frames begin after a position that only advances. So each offset is
-/// tried once, however often it is queried: hostile data can contain headers at every fourth byte.
+/// tried only once, however often it is queried. Trying each offset at each query would take too
+/// long with hostile data, which can contain a header at every fourth byte.
 class RowsAhead {
   public:
     /// Whether a row of `format` begins in [`begin`, `end`) of the source. `bytes` are the bytes

@@ -20,7 +20,7 @@ Data row(int frames) {
     return data;
 }
 
-TEST(FrameRowTest, BeginsAtAFrameIfTwoMoreOfItsFormatFollowOrFewerAndTheEndOfTheRow) {
+TEST(FrameRowTest, ARowNeedsThreeFramesOfOneFormatUnlessTheSourceEndsOrATagBeginsEarlier) {
     const Data other{0xFF, 0xFB, 0x94, 0x64}; // 48000 Hz
     const FrameHeader header = *parseHeader(row(1));
     EXPECT_TRUE(beginsRow(header, row(3), 0));
@@ -37,7 +37,7 @@ TEST(FrameRowTest, BeginsAtAFrameIfTwoMoreOfItsFormatFollowOrFewerAndTheEndOfThe
         << "found: a row whose first frame is truncated";
 }
 
-TEST(RowsAheadTest, FindsRowsOfTheRequestedFormat) {
+TEST(RowsAheadTest, FindsRowsOfTheRequestedFormatThatBeginInTheRequestedRange) {
     const Data data = Data(100, 0) + row(3) + Data(40, 0);
     const StreamFormat format = parseHeader(row(1))->format;
     StreamFormat mono = format;
@@ -48,7 +48,7 @@ TEST(RowsAheadTest, FindsRowsOfTheRequestedFormat) {
     EXPECT_TRUE(rows.anyWithin(format, 4, 101, data, 0));
     EXPECT_TRUE(rows.anyWithin(format, 100, 101, data, 0));
     EXPECT_FALSE(rows.anyWithin(format, 101, 300, data, 0))
-        << "found: a row that begins before this range and whose second frame is after the range";
+        << "found: a row that begins before the range and whose second frame is after the range";
 }
 
 TEST(RowsAheadTest, UsesOffsetsInTheSourceWhereverTheBytesBegin) {

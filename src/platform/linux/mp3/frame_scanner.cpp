@@ -12,8 +12,8 @@ namespace sonarith::mp3 {
 namespace {
 
 /// The maximum number of offsets that are tried as the beginning of a stream in free format. Each
-/// try is expensive, and hostile junk can consist of such offsets only. Random junk contains one
-/// such offset in 70,000 bytes.
+/// try is expensive, and hostile junk can consist of nothing but headers in free format, each of
+/// which is tried. Random junk contains one such header in 70,000 bytes.
 constexpr int maxFreeFormatTries = 1000;
 
 } // namespace
@@ -136,7 +136,7 @@ void FrameScanner::skipJunk() {
             return;
         }
         // Offsets that are followed by fewer bytes in the window than the look-ahead are left for
-        // the next iteration, unless the source ends there or cannot be read further.
+        // the next iteration, unless the source ends or becomes unreadable where the window ends.
         const bool last = bytes.size() < SourceWindow::lookAhead ||
                           position_ + static_cast<std::int64_t>(bytes.size()) == source_->size();
         const std::size_t limit = last ? bytes.size() : bytes.size() - SourceWindow::lookAhead + 1;

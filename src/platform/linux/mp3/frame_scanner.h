@@ -46,8 +46,8 @@ class FrameScanner {
     /// or of a frame that another scanner found. This scanner does not detect free format.
     FrameScanner(const ByteSource& source, const StreamFormat& format, std::int64_t offset);
 
-    /// The next frame; empty at the end, at an offset that cannot be read, or where
-    /// `freeFormatOffset` has a value.
+    /// The next frame; empty at the end of the source, at an offset that cannot be read, and at
+    /// freeFormatOffset().
     [[nodiscard]] std::optional<Frame> next();
     /// All bytes of the frame that `next` returned last. Valid until the next call of `next`.
     [[nodiscard]] Bytes bytesOf(const Frame& frame);

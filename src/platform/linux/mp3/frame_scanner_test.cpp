@@ -164,7 +164,7 @@ TEST(FrameScannerTest, DetectsFreeFormatWithAndWithoutInformationFrameAndAfterJu
     EXPECT_FALSE(Scan(ordinary()).freeFormat);
 }
 
-TEST(FrameScannerTest, AScanFromAnyFrameFindsTheRemainingFramesOfAScanFromTheBeginning) {
+TEST(FrameScannerTest, AScanFromAnyFrameFindsTheSameFurtherFramesAsAScanFromTheBeginning) {
     const std::size_t place = middle();
     const Data data = junk(700) + part(ordinary(), 0, place + 200) + junk(3000, 2) +
                       part(ordinary(), place + 300, SIZE_MAX) +
@@ -251,7 +251,8 @@ TEST(FrameScannerTest, TriesEachOffsetOfHostileDataABoundedNumberOfTimes) {
     // kbit/s has 144 bytes.
     const Data large{0xFF, 0xE5, 0xEA, 0x00};
     const Data small = Data{0xFF, 0xE5, 0x18, 0x00} + Data(140, 0);
-    // 24 bytes of another format, 24000 Hz at 8 kbit/s, with headers at every fourth byte.
+    // A frame of another format (24000 Hz, 8 kbit/s, 24 bytes). After its own header, it consists
+    // of headers of large frames.
     const Data other = Data{0xFF, 0xF3, 0x14, 0xC4} + large + large + large + large + large;
     Data data;
     while (data.size() < 100'000) {

@@ -50,7 +50,7 @@ TEST(FrameSequenceTest, IsEmptyWithoutAFrameOfTheRequestedFormat) {
     EXPECT_FALSE(FrameSequence(source, mono).next());
 }
 
-TEST(FrameSequenceTest, NumbersFramesFromTheGivenNumberIfItStartsAtALaterFrame) {
+TEST(FrameSequenceTest, CountsFromTheGivenNumberWhenCreatedForALaterFrame) {
     const auto frames = fixture::framesOf(fixture::ordinary());
     const MemorySource source(fixture::ordinary());
     FrameSequence rest(source, frames[40].header.format, 40, frames[40].offset);

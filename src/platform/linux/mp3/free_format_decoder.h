@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Decodes streams in free format, in one pass over the whole stream: only the library can guess the
-// size of the frames, so the library must also find the frames. Not for other streams.
+// Decodes MP3 streams in free format, in one pass over the whole stream: the size of their frames
+// must be guessed, which only libmpg123 ("the library") can do, so the library must also find the
+// frames. Not for other streams.
 #pragma once
 
 #include <cstdint>
@@ -17,10 +18,11 @@ class FreeFormatDecoder : public PcmReader {
     /// The limit for `work_`, in frames. When a decoder of the library gives up a frame (stops
     /// decoding it half-way), this takes time in proportion to the number of frames that the same
     /// decoder has decoded before (measured: 3 ns per frame), so a long stream of damaged frames
-    /// would take hours. `work_` is the sum of these numbers. When the sum reaches this limit (a
-    /// third of a second of work), a new decoder replaces the current one. A frame that is given up
-    /// ends in silence, so every frame that ends in silence counts as given up. The replacement
-    /// always follows such a frame, so no sound is lost.
+    /// would take hours. `work_` is the sum of these numbers over all frames that the current
+    /// decoder has given up. When the sum reaches this limit (a third of a second of work), a new
+    /// decoder replaces the current one. The library does not report a frame that it gives up, but
+    /// such a frame ends in silence; so every frame that ends in silence counts as given up. A
+    /// replacement happens only after a frame that ends in silence, so no sound is lost.
     static constexpr std::int64_t usualPatience = 100'000'000;
 
     /// Reads `source` from `offset` on. Null if the library finds no frame from `offset` on.

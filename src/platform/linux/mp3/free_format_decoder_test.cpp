@@ -89,8 +89,9 @@ TEST(FreeFormatDecoderTest, ReplacesItsDecoderRepeatedlyInAStreamOfUndecodableFr
     }
     int renewals = 0;
     EXPECT_EQ(decodeWith(data, 1000, renewals).size(), 200U * 2304);
-    // The frame number n of a decoder adds n to the sum that is limited to 1000. So a decoder is
-    // replaced after about 45 frames: the numbers 1 to 45 add up to 1035.
+    // The n-th frame of a decoder adds n to a sum. When the sum reaches the patience, 1000 here, a
+    // new decoder replaces this one. That happens after about 45 frames: the numbers 1 to 45 add up
+    // to 1035.
     EXPECT_GE(renewals, 3);
     EXPECT_LE(renewals, 5);
 }

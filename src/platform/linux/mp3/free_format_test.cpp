@@ -15,7 +15,7 @@ Data freeFrame(std::size_t bytes) {
     return Data{0xFF, 0xFB, 0x00, 0x64} + Data(bytes - 4, 0);
 }
 
-TEST(FreeFormatTest, IsARowOfHeadersAtEqualDistances) {
+TEST(FreeFormatTest, IsDetectedFromThreeHeadersAtEqualDistancesEvenIfAFrameIsPadded) {
     EXPECT_TRUE(isFreeFormat(freeFrame(1306) + freeFrame(1306) + freeFrame(1306)));
     EXPECT_TRUE(isFreeFormat(freeFrame(1306) + freeFrame(1307) + freeFrame(1306)))
         << "not detected: a row whose second frame is padded";

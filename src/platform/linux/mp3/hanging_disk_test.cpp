@@ -55,8 +55,10 @@ class HangingDiskTest : public testing::Test {
     static constexpr std::size_t allSamples = 4U * 44100 * 2;
 
     fakes::TempFolder folder;
-    const fs::path slow = folder / "slow";       ///< the disk that hangs
-    const fs::path working = folder / "working"; ///< a disk that responds at once
+    /// Stands for a disk that hangs while a test holds calls on it.
+    const fs::path slow = folder / "slow";
+    /// Stands for a disk that responds at once, except in the tests that hold calls on in.mp3.
+    const fs::path working = folder / "working";
     const fs::path source = working / "in.mp3";
     sound::SoundCard card;
     test::FakeNotices notices;
@@ -155,7 +157,7 @@ TEST_F(HangingDiskTest, ADecodingToTheSameTargetBeginsWhenThePreviousOneHasEnded
     next.reset();
 }
 
-TEST_F(HangingDiskTest, ADecodingThatIsStoppedWhileItWaitsDoesNotReplaceThePreviousWav) {
+TEST_F(HangingDiskTest, ADecodingStoppedWhileItWaitsForThePreviousOneDoesNotReplaceThePreviousWav) {
     const fs::path wav = slow / "out.wav";
     HeldCalls disk({SYS_fsync}, test::ofPath("/slow/"));
     hangIn(disk, wav);
@@ -182,6 +184,7 @@ TEST_F(HangingDiskTest, ASecondDecodeToWavDoesNotWaitForTheCheckWhetherItsFilesC
         EXPECT_TRUE(control->Busy()) << "Busy is false while the check of the files hangs";
         disk.release();
         EXPECT_TRUE(fakes::eventually([&] { return !control->Busy(); }));
+        // Neither file has changed, so the second decoding does not write the WAV again.
         EXPECT_EQ(FileIdentity::of(slow / "out.wav"), before);
     }));
 }

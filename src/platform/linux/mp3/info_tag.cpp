@@ -51,8 +51,8 @@ std::optional<GaplessTrim> parseInfoTag(const FrameHeader& header, Bytes frame) 
     if (header.format.layer != 3) {
         return std::nullopt;
     }
-    // The tag follows the side information, which consists of zeros. Encoders differ in whether a
-    // checksum moves the tag.
+    // The tag follows the side information, which consists of zeros. If the frame has a
+    // checksum, some encoders write the tag two bytes later, and others do not.
     const std::size_t begin = header.sideInfoOffset();
     for (const std::size_t offset :
          {headerBytes + header.sideInfoBytes(), begin + header.sideInfoBytes()}) {

@@ -33,7 +33,7 @@ TEST(InfoTagTest, KeepsExactlyTheSamplesThatWereEncoded) {
         seconds * 22050);
 }
 
-TEST(InfoTagTest, IsNotDetectedInOrdinaryFrames) {
+TEST(InfoTagTest, IsNotDetectedInStreamsWithoutATag) {
     EXPECT_FALSE(tagOf(encoded(44100, 2, "-t -b 128")));
     EXPECT_FALSE(tagOf(fixture::layer2(1)));
 }
@@ -58,14 +58,14 @@ TEST(InfoTagTest, TrimsNothingIfTheEncoderDoesNotStateWhatItAdded) {
     EXPECT_EQ(tagOf(data), GaplessTrim());
 }
 
-TEST(InfoTagTest, TrimsNothingIfItsNumbersAreImpossible) {
+TEST(InfoTagTest, TrimsNothingIfItStatesZeroFrames) {
     Data data = fixture::ordinary();
-    std::fill(data.begin() + 44, data.begin() + 48, 0); // no frames at all
+    std::fill(data.begin() + 44, data.begin() + 48, 0); // the number of frames
     EXPECT_EQ(tagOf(data), GaplessTrim());
 }
 
 TEST(GaplessTrimTest,
-     RemovesTheSamplesAddedByTheEncoderAtBothEndsAndKeepsSamplesAfterItsLastFrame) {
+     RemovesTheSamplesAddedByTheEncoderAtBothEndsAndKeepsSamplesAfterTheEncodersLastFrame) {
     const GaplessTrim trim(10, 90, 100);
     const std::vector<std::pair<std::int64_t, std::int64_t>> cases{
         {0, 0}, {10, 0}, {11, 1}, {90, 80}, {95, 80}, {100, 80}, {101, 81}, {200, 180}};

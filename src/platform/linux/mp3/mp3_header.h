@@ -18,7 +18,7 @@ inline constexpr std::size_t headerBytes = 4;
 /// The largest frame whose header states a bit rate: Layer II at 160 kbit/s and 8000 Hz, padded.
 inline constexpr int maxFrameBytes = 2881;
 
-/// Common to all frames of a stream.
+/// The properties that normally all frames of a stream share.
 struct StreamFormat {
     MpegVersion version = MpegVersion::mpeg1;
     int layer = 3;    ///< 1 to 3

@@ -17,7 +17,7 @@ struct Case {
     int samples;
 };
 
-TEST(Mp3HeaderTest, ReturnsFormatAndSizeOfEveryKindOfFrame) {
+TEST(Mp3HeaderTest, ReturnsTheFormatSizeAndSampleCountOfAFrame) {
     const std::vector<Case> cases{
         {{0xFF, 0xFB, 0x90, 0x64}, {MpegVersion::mpeg1, 3, 44100, 2}, 417, 1152},
         {{0xFF, 0xFB, 0x92, 0x64}, {MpegVersion::mpeg1, 3, 44100, 2}, 418, 1152},
@@ -62,7 +62,7 @@ TEST(Mp3HeaderTest, ReturnsThePositionAndSizeOfTheSideInformation) {
     const FrameHeader checked = *parseHeader(Data{0xFF, 0xF2, 0x14, 0x64});
     EXPECT_EQ(checked.sideInfoOffset(), 6U);
     EXPECT_EQ(checked.sideInfoBytes(), 17U);
-    EXPECT_EQ(checked.mainDataBytes(), 1); // the smallest possible frame
+    EXPECT_EQ(checked.mainDataBytes(), 1); // in the smallest possible frame: 24 bytes
     EXPECT_EQ(parseHeader(Data{0xFF, 0xFB, 0x90, 0xC4})->sideInfoBytes(), 17U);
     EXPECT_EQ(parseHeader(Data{0xFF, 0xF3, 0x90, 0xC4})->sideInfoBytes(), 9U);
 }

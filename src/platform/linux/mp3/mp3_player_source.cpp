@@ -92,8 +92,9 @@ class Mp3PlayerSource::Decoder {
     std::atomic<bool> stop_ = false;
     std::mutex mutex_; ///< protects the members below
     std::condition_variable room_;
-    /// When the decoding thread is woken, the queue still has about half a second of sound. To
-    /// decode as much takes a hundredth of that time, so only a slow disk can empty the queue.
+    /// When the decoding thread is woken, the queue still has about half a second of sound.
+    /// Decoding another half second of sound takes a hundredth of that time, so only a slow disk
+    /// can empty the queue.
     sound::FrameQueue queue_{sound::frameRate / 2 + refillFrames};
     bool ended_ = false; ///< no more frames are added to the queue
 };

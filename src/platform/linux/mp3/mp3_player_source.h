@@ -35,9 +35,8 @@ class Mp3PlayerSource : public sound::SampleSource {
     Mp3PlayerSource(const Mp3PlayerSource&) = delete;
     Mp3PlayerSource& operator=(const Mp3PlayerSource&) = delete;
 
-    /// Returns `starving` while no sound is ready, and after `patience` silence until sound is
-    /// ready. Returns `ended` after the last sample, and for a file that cannot be read or has no
-    /// frame.
+    /// While no sound is ready, returns `starving` during the first `patience`, then silence.
+    /// Returns `ended` after the last sample, and for a file that cannot be read or has no frame.
     [[nodiscard]] sound::Pulled pull(std::span<sound::StereoFrame> block) override;
 
   private:

@@ -47,7 +47,7 @@ class Mp3PlayerSourceTest : public testing::Test {
     std::array<StereoFrame, 441> block{};
 };
 
-TEST_F(Mp3PlayerSourceTest, ReturnsTheUnchangedSamplesOfAFileAtTheCardsRate) {
+TEST_F(Mp3PlayerSourceTest, DoesNotChangeTheSamplesOfAFileThatHasTheCardsRate) {
     const auto frames = all(*play(fixture::ordinary()));
     const fixture::Samples samples = fixture::sequentially(fixture::ordinary()).samples;
     ASSERT_EQ(frames.size() * 2, samples.size());
@@ -61,16 +61,16 @@ TEST_F(Mp3PlayerSourceTest, ConvertsOtherRatesToTheCardsRate) {
     EXPECT_NEAR(static_cast<double>(all(*play(encoded(48000, 2, "-b 128"))).size()), 4 * 44100, 50);
 }
 
-TEST_F(Mp3PlayerSourceTest, EndsAtOnceIfThereIsNoFrame) {
+TEST_F(Mp3PlayerSourceTest, EndsWithoutSoundIfTheFileHasNoFrame) {
     EXPECT_TRUE(all(*play(fixture::junk(5000))).empty());
 }
 
-TEST_F(Mp3PlayerSourceTest, EndsAtOnceForAFileThatCannotBeRead) {
+TEST_F(Mp3PlayerSourceTest, EndsWithoutSoundIfTheFileCannotBeRead) {
     EXPECT_TRUE(all(*playFile(folder / "none")).empty());
     EXPECT_TRUE(all(*playFile(folder.path())).empty());
 }
 
-TEST_F(Mp3PlayerSourceTest, PlaysTheFormatOfMostFrames) {
+TEST_F(Mp3PlayerSourceTest, PlaysOnlyTheFramesOfTheMostFrequentFormat) {
     using fixture::operator+;
     const fixture::Data jingle = fixture::part(encoded(48000, 2, "-t -b 128"), 0, 4 * 384);
     const auto frames = all(*play(jingle + fixture::ordinary()));

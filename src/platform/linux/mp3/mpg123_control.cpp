@@ -47,8 +47,8 @@ class Mpg123Control::Reporter {
         }
         notices_.report({std::move(text)});
     }
-    /// Called when only the user can start the next decoding: a failure of that decoding is then
-    /// reported even if its text is the same as before.
+    /// Called when the next decoding will not be a restart of the previous one: if the next
+    /// decoding fails, the failure is reported even if its text is the same as before.
     void forget() {
         const std::lock_guard lock(mutex_);
         last_.clear();
@@ -133,7 +133,7 @@ Status Mpg123Control::DecodeToWav(const std::string& path) {
     }
     const DecodeNames names{nameIn(sourceFile_), nameIn(path), order.target.parent_path()};
     const bool mayReuse = former.has_value();
-    job_.reset(); // stops the decoding before the next one begins
+    job_.reset(); // stops the previous decoding before the next one begins
     job_ = std::make_unique<DecodeJob>(
         order,
         [reporter = reporter_, names](const DecodeResult& result) {

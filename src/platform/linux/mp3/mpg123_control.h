@@ -26,7 +26,7 @@ namespace sonarith::mp3 {
 /// not affect that line. The controls decode concurrently; two decodings to the same target run one
 /// after the other.
 ///
-/// For the logic's thread only; `mapPath` is also called on that thread. No member waits for a
+/// For use on the logic thread only; `mapPath` is called on no other thread. No member waits for a
 /// disk, except that Stop and the destructor wait at most 40 ms and DecodeToWav at most 20 ms,
 /// which is enough for a working disk.
 ///

@@ -104,7 +104,7 @@ TEST_F(Mpg123ControlTest, DecodesOnceIfTheSameFilesAreRequestedAgainDuringAndAft
     ASSERT_TRUE(before);
     decode();
     // DecodeToWav itself waits for the check whether the files have changed. finish() waits only if
-    // that check takes longer than checkTimeout.
+    // that check takes longer than checkTimeout (mpg123_control.cpp).
     finish();
     EXPECT_EQ(written(), before);
     EXPECT_EQ(control.lastResult().outcome, DecodeOutcome::completed);
@@ -142,7 +142,7 @@ TEST_F(Mpg123ControlTest, DecodesAgainAfterAStopAndAfterAFailure) {
     EXPECT_EQ(control.lastResult().outcome, DecodeOutcome::completed);
 }
 
-TEST_F(Mpg123ControlTest, StopsTheRunningDecodingIfAnotherTargetIsRequested) {
+TEST_F(Mpg123ControlTest, DecodesToAnotherTargetCompletelyAndLeavesABeginningOrNoFileAtTheFirst) {
     const fs::path second = folder / "second.wav";
     writeFile(source, encoded(44100, 2, "-b 320"));
     decode();
@@ -189,7 +189,8 @@ TEST_F(Mpg123ControlTest, PlaysOnTheWaveLineUntilItIsStopped) {
     const fixture::Samples samples = fixture::sequentially(ordinary()).samples;
     const auto frames = tape->frames();
     for (std::size_t i = 0; i < 22050; ++i) {
-        ASSERT_EQ(frames[i], (sound::StereoFrame{samples[2 * i], samples[2 * i + 1]})) << i;
+        ASSERT_EQ(frames[i], (sound::StereoFrame{samples[2 * i], samples[2 * i + 1]}))
+            << "frame " << i;
     }
     EXPECT_FALSE(control.Busy());
 }
@@ -246,7 +247,7 @@ TEST_F(Mpg123ControlTest, TheWaveLineBelongsToTheControlThatPlayedLast) {
     EXPECT_FALSE(card.active());
 }
 
-TEST_F(Mpg123ControlTest, DestroyingAControlStopsOnlyItsOwnPlaying) {
+TEST_F(Mpg123ControlTest, DestroyingAControlDoesNotStopThePlayingOfAnother) {
     auto third = std::make_unique<Mpg123Control>(
         card, [this] { return now; }, fixture::asItIs, notices, saves, Division{2, 16});
     EXPECT_TRUE(third->setSourceFile(source).ok());
@@ -323,7 +324,7 @@ TEST_F(Mpg123ControlTest, ReportsFramesThatACompletedDecodingOmitted) {
                 testing::ElementsAre("in.mp3: 3 frames of another format were omitted"));
 }
 
-TEST_F(Mpg123ControlTest, ReportsTheFileNameInThePathOfTheLogic) {
+TEST_F(Mpg123ControlTest, ANoticeContainsTheFileNameFromThePathOfTheLogic) {
     writeFile(source, fixture::junk(5000));
     Mpg123Control mapped(
         card, [] { return 0ns; },

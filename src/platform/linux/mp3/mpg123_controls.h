@@ -20,8 +20,8 @@ class Mpg123Controls final : public Mp3Controls {
                    std::shared_ptr<sound::PendingSaves> saves);
 
     [[nodiscard]] std::unique_ptr<ActiveMP3> create() override;
-    /// Called at the end of the program: stops every existing control. `saves` counts the stopped
-    /// decodings until their decoded parts are on the disk.
+    /// Called at the end of the program: stops every existing control. The constructor's `saves`
+    /// counts the stopped decodings until their decoded parts are on the disk.
     void stopAll();
 
   private:

@@ -16,8 +16,10 @@ constexpr std::int64_t leastFrames = 24;
 /// The last 8 frames before the first frame whose samples are used must be decoded without loss:
 /// all bytes of earlier frames to which these 8 frames refer must be available.
 constexpr std::int64_t soundFrames = 8;
-/// The smallest frames (24 bytes: MPEG-2, 24 kHz, 8 kbit/s, stereo, checksum) have one byte of main
-/// data, and a frame may refer back over 255 bytes. So this many frames are enough for any stream.
+/// The number of frames that are kept: enough for any stream. A stream of the smallest frames (24
+/// bytes: MPEG-2, 24 kHz, 8 kbit/s, stereo, checksum) needs the most. Each of these frames has one
+/// byte of main data and may refer back over 255 bytes, so 255 frames before the last soundFrames
+/// are needed, and less than windowTurn more, since decoding starts at a multiple of windowTurn.
 constexpr std::size_t capacity = 256 + soundFrames + windowTurn + 1;
 
 } // namespace

@@ -63,9 +63,10 @@ TEST(RenewedDecoderTest, NoDecoderReceivesMoreFramesThanThePeriodPlusTheLead) {
               shortPeriod + RenewedDecoder::lead);
 }
 
-/// Changes a frame (MPEG-1, stereo, no checksum) so that the library gives it up after its first
-/// granule: the second granule has less data than its scale factors need. This affects the last bit
-/// of all following samples. A frame that is given up as a whole would not affect them.
+/// Changes a frame (MPEG-1, stereo, no checksum) so that libmpg123 stops decoding it after its
+/// first granule: the second granule has less data than its scale factors need. This stop affects
+/// the last bit of all following samples of the same decoder. A frame that libmpg123 rejects as a
+/// whole would not affect them.
 void breakFrame(Data& data, std::size_t number) {
     const auto side = static_cast<std::size_t>(fixture::framesOf(data)[number].offset) + 4;
     const auto setBits = [&](std::size_t first, std::size_t count, unsigned value) {
@@ -77,8 +78,8 @@ void breakFrame(Data& data, std::size_t number) {
             byte = static_cast<std::uint8_t>(set ? byte | mask : byte & ~mask);
         }
     };
-    constexpr std::size_t share = 12; // the bits that select the shared scale factors
-    constexpr std::size_t granule = 20 + 2 * 59;
+    constexpr std::size_t share = 12; // where the bits begin that select the shared scale factors
+    constexpr std::size_t granule = 20 + 2 * 59; // where the bits of the second granule begin
     setBits(share, 8, 0);
     setBits(granule, 12, 1);       // the number of bits of data
     setBits(granule + 29, 4, 0xF); // the largest scale factors
@@ -95,15 +96,15 @@ TEST(RenewedDecoderTest, ReturnsTheSameSamplesAfterBrokenFramesWhereverTheDecodi
     const Samples single = decodeFrom(data, RenewedDecoder::never).samples;
     EXPECT_NE(fixture::difference(whole, single), std::nullopt)
         << "unsuitable test data: no decoder was replaced, or no frame is broken";
-    // The first broken frame affects the samples only up to the replacement; the other broken
-    // frames are in both passes.
+    // Only the pass from frame 0 contains the broken frame 100, which affects its samples only
+    // until the decoder is replaced at frame 576. All passes contain the other broken frames.
     for (const std::size_t first : {200U, 304U}) {
         const Samples rest = decodeFrom(data, period, first).samples;
         EXPECT_TRUE(std::equal(
             whole.begin() + samplesBeforeReplacement, whole.end(),
             rest.begin() + static_cast<std::ptrdiff_t>(samplesBeforeReplacement - first * 2304),
             rest.end()))
-            << first;
+            << "the pass that begins at frame " << first;
     }
 }
 

@@ -14,8 +14,9 @@ namespace sonarith::mp3 {
 
 namespace {
 
-/// The number of frames that are passed on together: enough that the cost of system calls does not
-/// matter, few enough that a stop loses no significant sound, on any number of cores.
+/// The number of MP3 frames whose samples are passed to the receiver (TakeSamples) together: enough
+/// that the cost of system calls does not matter, and few enough that a stop takes effect soon,
+/// since the receiver can request a stop only when it gets samples.
 constexpr std::int64_t framesPerBatch = 32;
 
 Error changedSource() {
@@ -110,7 +111,8 @@ class SegmentRun {
 SegmentOutcome decodeSegment(const ByteSource& source, const StreamFormat& format,
                              const GaplessTrim& trim, const Segment& segment,
                              const TakeSamples& take, Until until) {
-    // A segment is so short that its decoder need not be replaced (reason: renewed_decoder.h).
+    // A single segment is so short that its decoder need not be replaced. renewed_decoder.h
+    // explains why the decoder of a long stream is replaced.
     Result<RenewedDecoder> decoder = RenewedDecoder::create(
         until == Until::streamEnd ? RenewedDecoder::usualPeriod : RenewedDecoder::never);
     if (!decoder.ok()) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Decodes one segment with a decoder of its own, to exactly the samples that one pass over the
-// whole stream yields. The caller assigns segments to threads and stores the samples.
+// Decodes one segment with a decoder of its own. The samples are exactly those that one pass over
+// the whole stream delivers for this segment. The caller assigns segments to threads and stores the
+// samples.
 #pragma once
 
 #include <cstdint>
@@ -18,7 +19,7 @@ namespace sonarith::mp3 {
 
 enum class SegmentEnd {
     complete,
-    stopped, ///< the receiver has ended the decoding
+    stopped, ///< the receiver of the samples has requested a stop
     /// The library cannot decode a frame: a single decoder must decode this segment and all later
     /// ones.
     broken,
@@ -27,12 +28,13 @@ enum class SegmentEnd {
 
 struct SegmentOutcome {
     SegmentEnd end = SegmentEnd::complete;
-    std::optional<DecodeFailure> failure = std::nullopt; ///< only after a failure
+    std::optional<DecodeFailure> failure = std::nullopt; ///< only for SegmentEnd::failed
 };
 
-/// Receives the samples of whole frames. `frame` is the number of the next frame. `first` is the
-/// position of the first sample in the decoded sound, counted per channel. Returns true to
-/// continue, false to stop, or an error if the samples cannot be written.
+/// Receives the samples of consecutive whole frames. `frame` is the number of the frame after the
+/// last of these frames. `first` is the position in the decoded sound at which the samples begin,
+/// counted per channel. Returns true to continue, false to stop, or an error if the samples cannot
+/// be written.
 using TakeSamples = std::function<Result<bool>(std::int64_t frame, std::int64_t first,
                                                std::span<const std::int16_t> samples)>;
 

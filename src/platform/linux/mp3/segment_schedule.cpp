@@ -40,8 +40,9 @@ std::optional<Segment> SegmentSchedule::rest() const {
     return end_ ? std::optional(end_->segment) : std::nullopt;
 }
 
-/// Segments are taken in the order of the stream, so all frames before the first missing frame of a
-/// taken segment are in the result.
+/// Segments are taken in the order of the stream, and a worker takes a segment only when it has
+/// completed its previous segment. So every frame before the first undecoded frame of the workers'
+/// current segments has been decoded.
 std::int64_t SegmentSchedule::wholeFrames() const {
     std::int64_t frames = index_.count().framesDecoded;
     for (const Work& work : works_) {

@@ -17,10 +17,10 @@ namespace sonarith::mp3 {
 
 /// Segments are assigned in the order of the stream. If a frame of a segment is broken
 /// (broken_frame_check.h), that segment and all later ones cannot be decoded in parallel: one
-/// decoder must decode them in one pass to the end of the stream. Such a segment "needs one pass".
-/// When a segment fails or needs one pass, the segments before it are decoded to their end and the
-/// segments after it are dropped, so that the result contains the complete stream before the first
-/// such segment.
+/// decoder must decode them in one pass to the end of the stream. The segment with the broken frame
+/// "needs one pass". When a segment fails or needs one pass, the segments before it are decoded to
+/// their end and the segments after it are dropped, so that the result contains the complete stream
+/// before the first such segment.
 ///
 /// The members with a `worker` argument are called on the thread of that worker; the other members
 /// are called while no worker runs.
@@ -42,8 +42,8 @@ class SegmentSchedule {
     }
     /// Must be called when the worker's segment cannot be decoded further.
     void fail(std::size_t worker, const DecodeFailure& failure);
-    /// Must be called when a frame in the worker's segment is broken: this segment and all later
-    /// ones need one pass.
+    /// Must be called when a frame in the worker's segment is broken, so that one decoder must
+    /// decode this segment and all later ones.
     void needOnePass(std::size_t worker);
 
     /// The first segment that needs one pass or failed; empty if there is none. Everything before

@@ -50,9 +50,9 @@ TEST_F(SegmentScheduleTest, IsNotCompleteBeforeEverySegmentIsTaken) {
 }
 
 TEST_F(SegmentScheduleTest, IsNotCompleteAfterABrokenFrameAndAStop) {
-    // A frame of the second segment is broken. Then the decoding is stopped while the first worker
-    // passes on the last frames of its segment. No segment is left for this worker, but the stream
-    // must not count as complete, because its rest was not decoded.
+    // A frame of the second segment is broken. The first worker then decodes its segment to the end
+    // and gets no further segment. If the decoding is stopped now, before the rest is decoded in
+    // one pass, the stream must not count as complete.
     const auto first = schedule.take(0);
     ASSERT_TRUE(schedule.take(1));
     schedule.needOnePass(1);
@@ -62,7 +62,7 @@ TEST_F(SegmentScheduleTest, IsNotCompleteAfterABrokenFrameAndAStop) {
     EXPECT_EQ(schedule.wholeFrames(), 60);
 }
 
-TEST_F(SegmentScheduleTest, TheOnePassBeginsAtTheFirstSegmentThatNeedsIt) {
+TEST_F(SegmentScheduleTest, DecodingInOnePassBeginsAtTheFirstSegmentThatNeedsIt) {
     ASSERT_TRUE(schedule.take(0));
     ASSERT_TRUE(schedule.take(1));
     schedule.needOnePass(1);

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Decodes on all cores: several threads take segments in the order of the stream and write the
 // samples of each segment to its position in the WAV file. From the first segment with a broken
-// frame on, one thread continues alone. If the disk becomes full, the samples after the first gap
-// are dropped, and one thread continues alone in the space gained, so that the WAV file contains
-// the beginning of the sound without gaps. The caller opens and names the WAV file.
+// frame on, one thread continues alone. If the disk becomes full, some segments may be written
+// although parts of earlier segments are missing. Then all samples after the first missing part are
+// dropped, and one thread continues alone in the space gained, so that the WAV file contains the
+// beginning of the sound without gaps. The caller opens and names the WAV file.
 #pragma once
 
 #include <atomic>
@@ -26,7 +27,8 @@ struct Division {
     /// About 27 seconds of sound. With this length, 3 of 100 frames are decoded twice, and a song
     /// still has enough segments for all cores.
     std::int64_t framesPerSegment = 1024;
-    /// If the system cannot start all threads, fewer threads do the work.
+    /// Starts the threads that work beside the calling thread. If a start fails, fewer threads do
+    /// the work.
     ThreadStarter starter = startThread;
 };
 

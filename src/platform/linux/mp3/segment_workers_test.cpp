@@ -50,7 +50,7 @@ class SegmentWorkersTest : public testing::Test {
     Progress progress;
 };
 
-/// A stream in which the frames with these numbers (from 0) cannot be decoded.
+/// A stream in which some frames cannot be decoded; `frames` contains their numbers (from 0).
 Data brokenAt(std::vector<std::size_t> frames) {
     Data data = encoded(44100, 2, "-b 320");
     const auto found = fixture::framesOf(data);
@@ -119,7 +119,8 @@ TEST_F(SegmentWorkersTest, KeepEverythingBeforeAnUnreadableOffset) {
             EXPECT_EQ(decoded.failure->error.text, "bad place");
             EXPECT_FALSE(decoded.complete);
             const fixture::Samples part = written(decoded);
-            // 2304 samples per frame; at the start, 1105 samples of each channel are trimmed.
+            // A frame has 2304 samples for both channels together; at the start of the stream, 1105
+            // samples of each channel are trimmed.
             EXPECT_EQ(part.size(), number * 2304 - 1105 * 2);
             EXPECT_TRUE(std::equal(part.begin(), part.end(), whole.samples.begin()));
         }

@@ -121,6 +121,7 @@ TEST(SequentialDecoderTest, DecodesEverythingBeforeAReadFailureAndReportsTheFail
 TEST(SequentialDecoderTest, ReturnsThePartOfEachFrameThatTheGaplessTrimKeeps) {
     const StreamFormat format; // 1152 samples, stereo
     const std::vector<std::int16_t> samples(2304);
+    // Removes the samples before 1500 and in [2500, 3456), and keeps all later samples.
     const GaplessTrim trim(1500, 2500, 3456);
     const auto keptRange = [&](std::int64_t number) {
         const auto kept = keptPart(trim, format, number, samples);

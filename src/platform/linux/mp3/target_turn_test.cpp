@@ -33,7 +33,7 @@ TEST_F(TargetTurnTest, IsGrantedAtOnceForDifferentFiles) {
     EXPECT_TRUE(a && b && c);
 }
 
-TEST_F(TargetTurnTest, WaitsForThePreviousTurnAlsoThroughAnotherPathToTheFile) {
+TEST_F(TargetTurnTest, WaitsForAnEarlierTurnForTheSameFileEvenIfThePathsDiffer) {
     std::ofstream(path) << "old";
     fs::create_symlink(path, folder / "link.wav");
     std::optional<TargetTurn> first = take(path);

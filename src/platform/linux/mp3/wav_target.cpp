@@ -77,8 +77,8 @@ Status WavTarget::write(std::int64_t offset, std::span<const std::uint8_t> bytes
 
 Result<std::int64_t> WavTarget::finish(std::int64_t samples) {
     const bool large = samples * bytesPerFrame() > longestWavBytes_;
-    // First drops what was written after the last sample to keep: on a full disk, its space is the
-    // only free space.
+    // First frees the space behind the last sample to keep: on a full disk, this is the only free
+    // space.
     if (const Status status = cutTo(samples); !status.ok()) {
         return status.error();
     }

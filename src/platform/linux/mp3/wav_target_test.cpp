@@ -93,7 +93,7 @@ TEST_F(WavTargetTest, CreateRefusesTargetsThatCannotBeWritten) {
     EXPECT_FALSE(WavTarget::create(path, {}).ok());
 }
 
-TEST_F(WavTargetTest, ReportsAFullDiskAndKeepsTheOldFile) {
+TEST_F(WavTargetTest, ReportsAFullDiskAndKeepsAnExistingFileOfTheSameName) {
     fixture::writeFile(path, fixture::text("old"));
     fs::permissions(folder.path(), fs::perms(0777));
     const int code = test::runUnprivileged([&] {

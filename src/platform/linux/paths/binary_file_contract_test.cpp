@@ -101,7 +101,7 @@ TYPED_TEST(BinaryFileTest, StaysOpenWhenItsNameIsChangedOrRemoved) {
     EXPECT_EQ(textAt(*file, 0, 4), "x123");
 }
 
-TYPED_TEST(BinaryFileTest, ReadsOfAFileThatHasBecomeShorterReturnFewerBytes) {
+TYPED_TEST(BinaryFileTest, AReadOfAFileThatHasBecomeShorterReturnsFewerBytes) {
     this->world_.put("a.mp3", "0123456789");
     const auto file = this->open("a.mp3", FileAccess::read);
     EXPECT_EQ(textAt(*file, 2, 4), "2345");

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Fixtures for tests of opened files: they provide a folder d:\ with files on the machine's disk or
-// in memory, so that the same test can check the real file systems and the fake one.
+// in memory, so that the same test can check the program's two implementations of FileSystem and
+// the fake one.
 #pragma once
 
 #include <gtest/gtest.h>

@@ -29,7 +29,7 @@ TEST(DriveTable, GivesTheRootTheLetterCAndDoesNotStoreThisLetter) {
     EXPECT_THAT(store.writes, IsEmpty());
 }
 
-TEST(DriveTable, AssignsAndStoresLettersForOtherMountsInTheOrderOfTheMounts) {
+TEST(DriveTable, AssignsAndStoresLettersForAllMountsExceptTheRootInTheirOrder) {
     FakeSettingsStore store;
     DriveTable table(store);
     table.update(mountsOn({"/", "/home", "/media/a"}));
@@ -88,7 +88,7 @@ TEST(DriveTable, TreatsMountsAsPartOfTheEnclosingDriveIfNoLetterIsFree) {
         mounts.push_back({"/m/" + std::to_string(i), "ext4"});
     }
     table.update(mounts);
-    EXPECT_THAT(table.drives(), SizeIs(23)); // C: to Z: without the home's letter
+    EXPECT_THAT(table.drives(), SizeIs(23)); // C: to Z: without H:, the letter of the home folder
     EXPECT_EQ(table.driveOf("/m/21/x").letter, 'Z');
     EXPECT_EQ(table.driveOf("/m/22/x").letter, 'C');
 }
@@ -144,7 +144,7 @@ TEST(DriveTable, TheHomeFolderTakesPrecedenceOverAMountThatHadTheLetterH) {
                 ElementsAre(Drive{'C', "/"}, Drive{'D', "/media/a"}, Drive{'H', "/home/jane"}));
 }
 
-TEST(DriveTable, AMountOnTheHomeFolderNeedsNoOtherLetter) {
+TEST(DriveTable, AMountOnTheHomeFolderGetsNoLetterBesidesTheHomeLetter) {
     FakeSettingsStore store;
     DriveTable table(store, "/home/jane");
     table.update(mountsOn({"/", "/home/jane", "/media/a"}));
@@ -152,7 +152,7 @@ TEST(DriveTable, AMountOnTheHomeFolderNeedsNoOtherLetter) {
                 ElementsAre(Drive{'C', "/"}, Drive{'D', "/media/a"}, Drive{'H', "/home/jane"}));
 }
 
-TEST(DriveTable, AMountOnTheHomeFolderKeepsALetterFromTheStore) {
+TEST(DriveTable, AMountOnTheHomeFolderKeepsAStoredLetterBesidesTheHomeLetter) {
     for (const char* letter : {"D", "K"}) {
         FakeSettingsStore store;
         store.put("Drives", letter, "/home/jane");

@@ -32,7 +32,7 @@ int renameExclusively(const std::string& from, const std::string& to) {
     if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) {
         return 0;
     }
-    // ENOSYS: an old kernel; EINVAL: a file system without this flag.
+    // ENOSYS: an old kernel; EINVAL: a file system that does not support RENAME_NOREPLACE.
     return errno == ENOSYS || errno == EINVAL ? renameByLink(from, to) : errno;
 }
 

@@ -93,7 +93,7 @@ TEST_F(HangingFilesTest, AMountThatRespondsAgainIsCalledAgain) {
     EXPECT_THAT(notices.texts(), ElementsAre(reportOf(d), recoveryOf(d), reportOf(d)));
 }
 
-TEST_F(HangingFilesTest, ForALinkToAHangingMountThatMountIsReported) {
+TEST_F(HangingFilesTest, ACallThroughALinkReportsTheHangingMountBehindTheLink) {
     mounts->hang(d);
     ASSERT_FALSE(files.fileLength("e:\\link\\music\\a.wav").ok());
     EXPECT_THAT(notices.texts(), ElementsAre(reportOf(d)));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Simulates a machine whose mounts can hang: the mounts are temporary folders, and each has a gate
-// that blocks all calls to the mount while the gate is closed. For tests only.
+// Simulates a machine whose mounts can hang. The mounts are the root and two temporary folders.
+// Each mount has a gate; a closed gate blocks all calls to its mount. For tests only.
 #pragma once
 
 #include <algorithm>
@@ -119,8 +119,9 @@ class HangingMounts {
     std::map<std::string, Gate> gates_; ///< by mount point
 };
 
-/// Reports a call as late as soon as it hangs at a gate, so that no test waits for a long timeout.
-/// A wait with a bound of at most plainMoment also ends after plainMoment.
+/// wait() returns Outcome::late as soon as a call hangs at a gate, unless an earlier wait() has
+/// already returned for this call. So no test waits for a long timeout. If the bound is at most
+/// plainMoment, wait() also returns after plainMoment.
 class GateWaiting final : public Waiting {
   public:
     explicit GateWaiting(const HangingMounts& mounts) : mounts_(mounts) {}
@@ -303,8 +304,8 @@ class HangingMachine final : public MachineFiles {
     Folders directories_;
 };
 
-/// The patient classes (patient_paths.h) on a HangingMachine. The destructor opens all gates, so
-/// that no thread hangs afterwards.
+/// PatientPaths, PatientFileSystem and PatientDirectories on a HangingMachine. The destructor opens
+/// all gates, so that no thread hangs afterwards.
 class HangingWorld {
   public:
     HangingWorld() = default;

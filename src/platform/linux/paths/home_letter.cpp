@@ -54,8 +54,8 @@ std::string mountPointOf(const SettingsStore& store, char letter) {
     return upper == homeLetter ? std::string() : storedMountPoint(store, upper);
 }
 
-/// `path` as a path on H:, for a path in the home folder that has another letter. Empty if `path`
-/// is outside the home folder, is this folder without a backslash at the end, or already uses H:.
+/// The path on H: of the file that `path` names by another letter. Empty if `path` is outside the
+/// home folder, is the home folder itself without a backslash at the end, or already uses H:.
 std::optional<std::string> byHomeLetter(const SettingsStore& store, std::string_view home,
                                         std::string_view path) {
     const std::string mountPoint = hasDrive(path) ? mountPointOf(store, path[0]) : std::string();
@@ -95,7 +95,7 @@ void moveToHomeLetter(SettingsStore& store, std::string_view home,
     };
     const std::string plainHome = plainMachinePath(home);
     if (const std::string moved = storedMountPoint(store, homeLetter); moved == plainHome) {
-        // The mount is the home folder, which is H: even if the store does not assign this letter.
+        // The store assigns H: to the home folder, which is H: even without this entry.
         store.DeleteSetting(applicationName, drivesSection, key);
     } else if (!moved.empty()) {
         const std::string start = newStartOf(assignLetter(store, moved), moved);

@@ -20,10 +20,10 @@ struct StoredPath {
 /// If the store assigned H: to a mount, that mount gets another letter, in the section of the
 /// drives and in the values of `paths`. Then each value of `paths` that is below the home folder
 /// but has another drive's letter gets H:, so that each file has only one path: the dialogs use H:
-/// for files in the home folder. A path that ends with the name of the home folder keeps its
-/// letter: it would become "H:" without a backslash, but the logic splits a path at its last
-/// backslash. A store that needs no change is not written to. Must be called before DriveTable is
-/// created. If a call is interrupted, the next call completes the migration.
+/// for files in the home folder. A path of the home folder itself keeps its letter if it has no
+/// backslash at the end: it would become "H:" without a backslash, but the logic splits a path at
+/// its last backslash. A store that needs no change is not written to. Must be called before
+/// DriveTable is created. If a call is interrupted, the next call completes the migration.
 void moveToHomeLetter(SettingsStore& store, std::string_view home,
                       const std::vector<StoredPath>& paths);
 

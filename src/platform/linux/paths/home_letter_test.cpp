@@ -51,8 +51,8 @@ TEST_F(MoveToHomeLetterTest, APathInTheHomeFolderGetsTheHomeLetter) {
 }
 
 // The text after the last backslash of a stored path is the name of the destination folder, even if
-// it is empty (destination_folder.h). "H:" would contain no backslash, so a path that ends with the
-// name of the home folder is not changed.
+// it is empty (destination_folder.h). "C:\home\jane" would become "H:", which contains no
+// backslash, so this path is not changed.
 TEST_F(MoveToHomeLetterTest, KeepsTheSplitOfAPathIntoParentFolderAndName) {
     EXPECT_EQ(moved("C:\\home\\jane"), "C:\\home\\jane");
     EXPECT_EQ(moved("C:\\home\\jane\\"), "H:\\");

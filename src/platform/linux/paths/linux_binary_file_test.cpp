@@ -163,8 +163,8 @@ TEST_F(LinuxBinaryFileTest, ReportsAReadErrorOfTheDisk) {
               static_cast<int>(ErrorNumber::deviceInputOutput));
 }
 
-// The first pwrite() writes only the four bytes up to the limit of the file size; the second
-// pwrite(), for the rest, fails.
+// Because of a limit of the file size, the first pwrite() writes only four bytes. The expected
+// failure is that of a second pwrite(), which tries to write the rest.
 TEST_F(LinuxBinaryFileTest, ContinuesAfterAShortWrite) {
     world_.put("a.mp3", "0123");
     fs::permissions(world_.parent(), fs::perms::all);
@@ -183,8 +183,8 @@ TEST_F(LinuxBinaryFileTest, ContinuesAfterAShortWrite) {
     EXPECT_EQ(world_.content("a.mp3")->substr(tagBytes - 4), "1234");
 }
 
-// One call, so that another process never reads half of a tag, and a killed process never leaves
-// half of a tag.
+// A tag must be written by one system call, so that another process never reads half of a tag, and
+// a killed process never leaves half of a tag.
 TEST_F(LinuxBinaryFileTest, WritesATagInOneCall) {
     const std::string old(tagBytes, 'o');
     const std::string tag(tagBytes, 't');
@@ -210,8 +210,9 @@ TEST_F(LinuxBinaryFileTest, ReturnsTheModificationTime) {
     EXPECT_EQ(date.time_since_epoch(), std::chrono::nanoseconds(1'000'000'000'123'456'789));
 }
 
-// A pipe replaces the file after open() has checked it. If the system call then waited for the
-// other end of the pipe, the alarm would kill the child.
+// A pipe replaces the file between the check in LinuxBinaryFile::open() and the system call that
+// opens the file. If this call waited for the pipe's other end, the alarm would kill the child
+// process, and the test would fail.
 TEST_F(LinuxBinaryFileTest, DoesNotWaitIfAPipeReplacesTheFileAfterTheCheck) {
     for (const FileAccess access : {FileAccess::read, FileAccess::write, FileAccess::readWrite}) {
         world_.put("a.mp3", "0123");
@@ -240,7 +241,7 @@ TEST_F(LinuxBinaryFileTest, DoesNotWaitIfAPipeReplacesTheFileAfterTheCheck) {
     }
 }
 
-TEST(FileTimeOf, ClampsDatesOutsideTheRange) {
+TEST(FileTimeOf, ClampsDatesOutsideTheRangeOfFileTime) {
     constexpr std::int64_t never = std::numeric_limits<std::int64_t>::max();
     EXPECT_GT(fileTimeOf({never, 999'999'999}), fileTimeOf({9'000'000'000, 0}));
     EXPECT_LT(fileTimeOf({-never, 0}), fileTimeOf({-9'000'000'000, 0}));

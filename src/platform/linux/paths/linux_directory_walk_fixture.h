@@ -100,8 +100,9 @@ class LinuxDirectoryWalkTest : public testing::TestWithParam<test::Reach> {
         return (folder_ / "mounts").string();
     }
 
-    /// Creates the patient classes; returns null if the test accesses the machine directly. A
-    /// forked process calls this function again, since it does not inherit its parent's threads.
+    /// Creates objects of the patient classes; returns null if the test accesses the machine
+    /// directly. A forked process calls this function again, since it does not inherit its parent's
+    /// threads.
     std::unique_ptr<test::PatientMachine> reach() {
         return GetParam() == test::Reach::patiently
                    ? std::make_unique<test::PatientMachine>(store_, (folder_ / "mounts").string(),

@@ -49,7 +49,8 @@ TEST_P(LinuxDirectoryWalkTest, AWalkThroughALoopOfLinksEndsAndFindsEachFileOnce)
     }
 }
 
-TEST_P(LinuxDirectoryWalkTest, AWalkThroughManyFoldersThatLinkToEachOtherEndsSoon) {
+TEST_P(LinuxDirectoryWalkTest,
+       AWalkThroughFoldersThatLinkToEachOtherVisitsEachFolderAndLinkAtMostOnce) {
     constexpr int count = 20;
     for (int i = 0; i < count; ++i) {
         write(std::to_string(i) + "/a.wav");

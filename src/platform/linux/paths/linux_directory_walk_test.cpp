@@ -102,7 +102,7 @@ TEST_P(LinuxDirectoryWalkTest, FindsAFolderByItsNameInAnyCase) {
     EXPECT_THAT(names(*walk, "D:\\MUSIC\\albums\\*.*"), ElementsAre(".", "..", "a.wav"));
 }
 
-TEST_P(LinuxDirectoryWalkTest, WalkingAndOpeningUseTheSameFolderIfFolderNamesDifferOnlyInCase) {
+TEST_P(LinuxDirectoryWalkTest, OfFoldersWhoseNamesDifferOnlyInCaseOneIsListedAndItsFilesAreFound) {
     write("MUSIC/upper.wav");
     write("Music/mixed.wav");
     EXPECT_THAT(filesBelow("d:"), ElementsAre("d:\\music\\upper.wav"));
@@ -114,7 +114,8 @@ TEST_P(LinuxDirectoryWalkTest, WalkingAndOpeningUseTheSameFolderIfFolderNamesDif
 
 // --- failures -------------------------------------------------------------------------------
 
-TEST_P(LinuxDirectoryWalkTest, FindFirstOfANonFolderFailsAndLeavesTheRecordUnchanged) {
+TEST_P(LinuxDirectoryWalkTest,
+       ForAMissingFolderOrAnInvalidPatternFindFirstFailsAndLeavesTheRecordUnchanged) {
     write("a.wav");
     const auto walk = directories_.startWalk();
     for (const char* pattern : {"d:\\none\\*.*", "d:\\a.wav\\*.*", "x:\\*.*", "\\*.*", "", "*.*",
@@ -140,7 +141,7 @@ TEST_P(LinuxDirectoryWalkTest, AHandleThatIsNotOpenHasNoNextEntry) {
     EXPECT_EQ(entry.name, ".");
 }
 
-TEST_P(LinuxDirectoryWalkTest, TheEndOfAFolderLeavesTheRecordUnchanged) {
+TEST_P(LinuxDirectoryWalkTest, FindNextAtTheEndOfAFolderFailsAndLeavesTheRecordUnchanged) {
     makeFolder("x");
     const auto walk = directories_.startWalk();
     FindRecord entry;
@@ -166,7 +167,7 @@ TEST_P(LinuxDirectoryWalkTest, AFolderWithoutPermissionIsSkipped) {
     fs::permissions(disk_ + "/locked", fs::perms::all);
 }
 
-TEST_P(LinuxDirectoryWalkTest, ADeletedFolderIsSkippedAndItsListingEnds) {
+TEST_P(LinuxDirectoryWalkTest, AnOpenListingOfADeletedFolderEndsAndAnotherDeletedFolderIsSkipped) {
     write("x/a.wav");
     write("y/b.wav");
     const auto walk = directories_.startWalk();
@@ -222,7 +223,7 @@ TEST_P(LinuxDirectoryWalkTest, TwoListingsOfOneWalkCanInterleave) {
 
 // --- which folders exist --------------------------------------------------------------------
 
-TEST_P(LinuxDirectoryWalkTest, AFolderIsReturnedInTheGivenSpelling) {
+TEST_P(LinuxDirectoryWalkTest, AFolderIsReturnedAsANormalizedPathInTheGivenUpperAndLowerCase) {
     makeFolder("Music/One");
     EXPECT_EQ(directories_.folder("D:\\music\\ONE").value(), "D:\\music\\ONE");
     EXPECT_EQ(directories_.folder("d:\\Music\\One\\").value(), "d:\\Music\\One");
@@ -232,7 +233,7 @@ TEST_P(LinuxDirectoryWalkTest, AFolderIsReturnedInTheGivenSpelling) {
     EXPECT_EQ(directories_.folder("d:\\..\\..").value(), "d:\\");
 }
 
-TEST_P(LinuxDirectoryWalkTest, ARelativeFolderIsInTheCurrentFolder) {
+TEST_P(LinuxDirectoryWalkTest, ARelativePathBeginsInTheCurrentFolderOrAtTheRootOfTheCurrentDrive) {
     makeFolder("Music/One");
     ASSERT_TRUE(files_.changeFolder("d:\\Music").ok());
     EXPECT_EQ(directories_.folder("one").value(), "D:\\Music\\one");

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Accesses files and folders of the Linux machine by the logic's paths. An object has one current
-// drive and folder; when these change, the object also changes the process's current folder.
+// Accesses files and folders of the Linux machine by the logic's paths. A LinuxFileSystem has one
+// current drive and folder; when these change, it also changes the process's current folder.
 #pragma once
 
 #include <map>

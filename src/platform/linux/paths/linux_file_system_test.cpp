@@ -132,7 +132,7 @@ TEST_P(LinuxFileSystemTest, RefusesToRenameOneLinkOfAFileToTheNameOfAnother) {
     EXPECT_TRUE(read("a.wav").has_value() && read("A.wav").has_value());
 }
 
-TEST_P(LinuxFileSystemTest, RefusesToRenameAMissingFileOrToAnUnusablePath) {
+TEST_P(LinuxFileSystemTest, RefusesToRenameAMissingFileAndToRenameAFileToAnUnusablePath) {
     write("a.wav");
     EXPECT_EQ(numberOf(files_.rename("d:\\none.wav", "d:\\b.wav")), ErrorNumber::fileNotFound);
     EXPECT_EQ(numberOf(files_.rename("d:\\a.wav", "d:\\none\\b.wav")), ErrorNumber::pathNotFound);
@@ -260,7 +260,7 @@ TEST_P(LinuxFileSystemTest, CreatesNoFolderWhoseNameExistsInAnyLetterCase) {
     EXPECT_FALSE(fs::exists(disk_ + "/MUSIC"));
 }
 
-TEST_P(LinuxFileSystemTest, NamesTheProgramsFolderWithoutATrailingBackslash) {
+TEST_P(LinuxFileSystemTest, ReturnsTheProgramFolderWithoutATrailingBackslash) {
     EXPECT_EQ(files_.programFolder(), "D:");
     EXPECT_EQ(LinuxFileSystem(paths_, disk_ + "/bin").programFolder(), "D:\\bin");
 }

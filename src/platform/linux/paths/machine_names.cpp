@@ -10,8 +10,8 @@ namespace {
 
 struct Sign {
     char character;
-    std::string_view shown;
-    std::string_view former;
+    std::string_view shown;  ///< the current replacement character
+    std::string_view former; ///< the replacement character in names that older versions stored
 };
 constexpr std::array<Sign, 4> signs{{{'\\', "\u2216", "\uf05c"},
                                      {':', "\u02d0", "\uf03a"},

@@ -34,14 +34,15 @@ TEST(MachineName, KeepsAMarkThatPrecedesNeitherAReplacementNorAMark) {
     EXPECT_EQ(machineName("x\u00ac"), "x\u00ac");
 }
 
-TEST(MachineName, InTheLogicsFormIsNoPatternThatMatchesOtherFiles) {
+TEST(MachineName, ConvertedByLogicNameIsNoPatternThatMatchesOtherFiles) {
     EXPECT_TRUE(matches("whats.mp3", "what?.mp3"));
     EXPECT_FALSE(matches("whats.mp3", logicName("what?.mp3")));
     EXPECT_FALSE(matches("anything.mp3", logicName("*.mp3")));
     EXPECT_TRUE(matches(logicName("what?*.mp3"), logicName("what?*.mp3")));
 }
 
-TEST(MachineName, IsAlsoParsedFromTheFormOfOlderStores) {
+// formerLogicName() converts as older versions did; their settings stores contain its results.
+TEST(MachineName, IsAlsoRestoredFromAFormerLogicName) {
     EXPECT_EQ(formerLogicName("a\\b:c*?d"), "a\uf05c"
                                             "b\uf03a"
                                             "c\uf02a\uf03f"
@@ -57,8 +58,8 @@ TEST(MayBeFormer, IsTrueOnlyForNamesWithReplacementsOrMarks) {
     EXPECT_TRUE(mayBeFormer("x\u2217y"));
 }
 
-/// A random name of characters that are replaced, replacements, marks, incomplete UTF-8 sequences
-/// of replacements and marks, and other characters.
+/// A random name. It may contain characters that logicName() replaces, replacements, marks, parts
+/// of the UTF-8 sequences of replacements and marks, and other characters.
 std::string randomName(std::mt19937& random) {
     static const std::array<std::string, 28> pieces = {
         "\\",     ":",      "*",      "?",      "\u2216", "\u02d0", "\u2217",
@@ -74,7 +75,7 @@ std::string randomName(std::mt19937& random) {
 
 constexpr int randomNames = 50'000;
 
-TEST(MachineName, RoundTripsThroughTheLogicsForm) {
+TEST(MachineName, IsRestoredFromItsLogicName) {
     std::mt19937 random(1); // the same names in each run
     for (int i = 0; i < randomNames; ++i) {
         const std::string name = randomName(random);
@@ -84,7 +85,7 @@ TEST(MachineName, RoundTripsThroughTheLogicsForm) {
     }
 }
 
-TEST(MachineName, ChangesOnlyToLowerCaseWhenTheLogicsFormIsConvertedToLowerCase) {
+TEST(MachineName, ChangesOnlyToLowerCaseWhenItsLogicNameIsConvertedToLowerCase) {
     std::mt19937 random(2);
     for (int i = 0; i < randomNames; ++i) {
         const std::string name = randomName(random);
@@ -93,7 +94,7 @@ TEST(MachineName, ChangesOnlyToLowerCaseWhenTheLogicsFormIsConvertedToLowerCase)
     }
 }
 
-TEST(MachineName, WithoutReplacementsAndMarksRoundTripsThroughTheFormOfOlderStores) {
+TEST(MachineName, WithoutReplacementsAndMarksIsRestoredFromItsFormerLogicName) {
     std::mt19937 random(3);
     int plain = 0;
     for (int i = 0; i < randomNames; ++i) {

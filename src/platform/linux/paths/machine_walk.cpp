@@ -9,8 +9,8 @@ namespace sonarith {
 
 namespace {
 
-// When one call of read() has this many records, it reads no further folder. This bounds its
-// memory.
+// When a call of MachineWalk::read() has read this many records, the call reads no further folder.
+// This bounds the memory of the call.
 constexpr std::size_t mostReadAhead = 4000;
 
 void readInto(DirectoryWalk& walk, FolderPart& part) {
@@ -25,8 +25,8 @@ void readInto(DirectoryWalk& walk, FolderPart& part) {
     }
 }
 
-/// Appends to `queue` the folders that a walk will list after `listed`. The walk takes the next
-/// folder from the end of the queue.
+/// Appends to `queue` the subfolders that `listed` contains and that the logic's walk will list.
+/// MachineWalk::read() takes the next folder from the end of the queue.
 void queueFoldersOf(const ReadFolder& listed, std::vector<std::string>& queue) {
     for (const FindRecord& entry : listed.part.records) {
         if ((entry.attributes & file_attribute::directory) != 0 && !entry.name.starts_with('.')) {

@@ -57,7 +57,7 @@ class ReadFolders {
 
 enum class ReadAhead { no, yes };
 
-/// Makes the calls of one walk, one at a time.
+/// Accesses the disk for one walk. Not thread-safe: only one call may run at a time.
 class MachineWalk {
   public:
     using Duration = std::chrono::steady_clock::duration;

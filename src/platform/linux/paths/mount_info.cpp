@@ -147,8 +147,8 @@ std::optional<std::vector<MountPoint>> MountInfo::changed() {
         return std::nullopt;
     }
     std::erase_if(*mounts, [](const MountPoint& mount) {
-        // Of partial mounts, only folders are kept. Only mounts of this machine's own disks are
-        // checked, because the check of a server's folder would hang if the server did not respond.
+        // A partial mount is omitted if it is not a folder. A partial mount that may be remote is
+        // kept without this check, because the check would hang if its server did not respond.
         std::error_code unknown;
         return !holdsUserFiles(mount) || (mount.partial && !mayBeRemote(mount) &&
                                           !std::filesystem::is_directory(mount.path, unknown));

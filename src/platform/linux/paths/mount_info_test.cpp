@@ -31,7 +31,7 @@ TEST(ParseMountInfo, DecodesTheKernelsOctalEscapes) {
                     MountPoint{"/media/none", "fuse", false, "0:10", ""}));
 }
 
-TEST(ParseMountInfo, ReturnsTheLastMountOnACoveredMountPoint) {
+TEST(ParseMountInfo, ReturnsOnlyTheLastOfSeveralMountsOnTheSameMountPoint) {
     EXPECT_THAT(parseMountInfo("30 25 8:3 / /mnt rw - autofs systemd-1 rw\n"
                                "31 30 8:4 / /mnt rw - ext4 /dev/sdb1 rw\n"),
                 ElementsAre(MountPoint{"/mnt", "ext4", false, "8:4", "/dev/sdb1"}));
@@ -44,7 +44,7 @@ TEST(ParseMountInfo, SkipsLinesInAnotherFormat) {
                 IsEmpty());
 }
 
-TEST(HoldsUserFiles, AcceptsDisks) {
+TEST(HoldsUserFiles, AcceptsDisksAndNetworkFoldersAndATmpfsOnTmp) {
     for (const char* type : {"ext4", "xfs", "btrfs", "vfat", "ntfs3", "nfs4", "cifs", "fuseblk"}) {
         EXPECT_TRUE(holdsUserFiles({"/media/disk", type})) << type;
     }
@@ -52,7 +52,7 @@ TEST(HoldsUserFiles, AcceptsDisks) {
     EXPECT_TRUE(holdsUserFiles({"/tmp", "tmpfs"}));
 }
 
-TEST(HoldsUserFiles, RejectsPackagesAndInterfacesOfTheKernel) {
+TEST(HoldsUserFiles, RejectsPackagesAndKernelInterfacesAndATmpfsBelowRunOrDev) {
     for (const char* type : {"proc", "sysfs", "cgroup2", "devtmpfs", "devpts", "squashfs"}) {
         EXPECT_FALSE(holdsUserFiles({"/somewhere", type})) << type;
     }
@@ -83,8 +83,8 @@ TEST(MountInfo, OmitsPartialMountsOfSingleFiles) {
 }
 
 // A server's folder may be a partial mount, and an access would hang if the server did not respond.
-// The mount points here do not exist: an access would fail, and the mount would be omitted. So a
-// mount that is listed was not accessed.
+// The mount points here do not exist: an access would fail, and the mount would be omitted. So the
+// returned mounts were not accessed.
 TEST(MountInfo, DoesNotAccessPartialMountsThatMayBeOnAServer) {
     const fakes::TempFolder folder;
     std::ofstream(folder / "info") << "1 0 0:40 /jane /gone/jane rw - nfs4 server:/home rw\n"
@@ -96,7 +96,7 @@ TEST(MountInfo, DoesNotAccessPartialMountsThatMayBeOnAServer) {
                                        {"/gone/ssh", "fuse.sshfs", true, "0:41", "server:"}}));
 }
 
-TEST(MountInfo, AllChangedReturnsAllMountsWithoutAccessingThem) {
+TEST(MountInfo, TheFunctionAllChangedReturnsAllMountsWithoutAccessingThem) {
     const fakes::TempFolder folder;
     std::ofstream(folder / "info") << "1 0 0:30 / / rw - overlay overlay rw\n"
                                    << "2 0 8:1 /b /gone/disk rw - ext4 /dev/x rw\n"

@@ -36,9 +36,10 @@ Error badName() {
     return {ErrorNumber::badFileName, "Bad file name or number"};
 }
 
-/// The listed spelling of the folder's entry that matches `name` case-insensitively. If no entry
-/// matches, an entry whose name in the form of older stores (machine_names.h) matches. Of several
-/// entries, the first in byte order. Empty if there is none, or if the folder cannot be listed.
+/// The name of the entry of `folder` that matches `name` if case is ignored. If no entry matches,
+/// `name` is compared with the entries' names as older versions of the program stored them
+/// (formerLogicName()). If several entries match, returns the first in byte order; empty if none
+/// matches or if the folder cannot be listed.
 std::optional<std::string> listedSpelling(const std::string& folder, const std::string& name) {
     const OpenedFolder listing(::opendir(folder.c_str()));
     if (!listing) {

@@ -10,7 +10,7 @@
 //   1. the chosen spelling: that of a folder created or entered, or of a file picked in a dialog
 //      (the most recent of several);
 //   2. the exact name;
-//   3. the spelling that a walk through the folders listed;
+//   3. the spelling that was listed by a walk through the folders;
 //   4. any case variant in the folder, the first in byte order.
 // A name with capitals, which was not converted, and the name of a folder to create or enter are
 // matched by the exact name first, then by 1, 3 and 4.

@@ -67,7 +67,7 @@ TEST_F(PathMapTest, ToLogicUsesTheDriveWithTheDeepestMountPoint) {
     EXPECT_EQ(paths_.toLogic("/usr//./lib/../share/"), "C:\\usr\\share");
 }
 
-TEST_F(PathMapTest, FindsALowerCasedPath) {
+TEST_F(PathMapTest, FindsAFileByItsPathInLowerCaseAndAFolderByItsPathInUpperCase) {
     addFile("Music/ÄRGER/Track 1.WAV");
     EXPECT_EQ(onDisk("d:\\music\\ärger\\track 1.wav"), "/Music/ÄRGER/Track 1.WAV");
     EXPECT_TRUE(paths_.locate("D:\\MUSIC").value().found);
@@ -131,11 +131,11 @@ TEST_F(PathMapTest, FindsFilesByPathsFromAnOlderStore) {
     }
 }
 
-TEST_F(PathMapTest, TranslatesANewNameInTheFormOfOlderStoresToItsOriginalCharacters) {
+TEST_F(PathMapTest, RestoresTheCharactersOfANameFromAnOlderStoreEvenIfTheFileDoesNotExist) {
     EXPECT_EQ(onDisk("d:\\My \uf02aMusic\uf02a"), "/My *Music*");
 }
 
-TEST_F(PathMapTest, PrefersTheCurrentFormOfANameToTheFormOfOlderStores) {
+TEST_F(PathMapTest, PrefersTheCurrentNotationOfANameToTheNotationOfOlderStores) {
     addFile("a\u00acB");
     addFile("a\u00ac\u00acB");
     EXPECT_EQ(onDisk("d:\\a\u00ac\u00acb"), "/a\u00acB");

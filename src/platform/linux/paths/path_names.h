@@ -8,7 +8,7 @@
 
 namespace sonarith {
 
-/// The names in a path that any of the characters `separators` separates, with "." and ".."
+/// Splits `path` at each of the characters in `separators` and returns the names, with "." and ".."
 /// resolved; ".." at the root is dropped.
 [[nodiscard]] std::vector<std::string> namesOf(std::string_view path, std::string_view separators);
 

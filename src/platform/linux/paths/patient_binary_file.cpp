@@ -15,8 +15,8 @@ PatientBinaryFile::PatientBinaryFile(std::shared_ptr<BinaryFile> file,
     : file_(std::move(file)), bound_(bound), calls_(threads, waiting) {}
 
 PatientBinaryFile::~PatientBinaryFile() {
-    // Closing the file may hang, too. Usually the file is closed within this short wait, and so
-    // before the next operation on its name.
+    // Closing the file may hang, too, so the destructor waits for it only briefly. Usually this is
+    // long enough for the file to be closed before the next operation on its name.
     calls_.send(Waiting::plainMoment,
                 [file = std::exchange(file_, nullptr)]() mutable { file.reset(); });
 }

@@ -10,9 +10,9 @@
 
 namespace sonarith {
 
-/// A call that times out fails with deviceUnavailable, but may still be carried out later; until
-/// the call has returned, all further calls fail at once. The destructor closes the file on the
-/// other thread.
+/// A call that times out fails with deviceUnavailable, but continues on the other thread and may
+/// still take effect; until it has ended there, all further calls fail at once. The destructor
+/// closes the file on the other thread.
 class PatientBinaryFile final : public BinaryFile {
   public:
     /// `threads` and `waiting` must outlive this object.

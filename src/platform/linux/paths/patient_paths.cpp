@@ -48,8 +48,8 @@ class PatientPaths::Search {
 struct PatientPaths::Lane {
     Lane(waiting::WorkerThreads& threads, Waiting& waiting) : calls(threads, waiting) {}
 
-    /// The inner pointer is null until the first call creates the MachineFiles object. This object
-    /// is created and used only on the thread that runs `calls`.
+    /// The inner pointer is null until the lane's first call creates the MachineFiles object. This
+    /// object is created and used only on the thread that runs `calls`.
     std::shared_ptr<std::shared_ptr<MachineFiles>> machine =
         std::make_shared<std::shared_ptr<MachineFiles>>();
     waiting::BlockingCalls calls;

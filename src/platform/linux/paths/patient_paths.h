@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Calls the machine's files for the thread of the logic. A disk or server that does not respond
-// must not block this thread: each call runs on another thread, and this thread waits only a
-// limited time. A call that times out is left behind: nothing waits for it any more, and its
-// MachineFiles object is not used again. A search then finds the mount that does not respond. Until
-// the call has returned, no other call is made to that mount. No other call is made with a path of
-// the call that was left behind either, because the search may find no mount, for example if a
-// folder contains a link to the mount. The calls themselves are in patient_file_system.h and
-// patient_directories.h.
+// Runs file calls for the thread of the logic. A disk or server that does not respond must not
+// block this thread: each call runs on another thread, and the logic waits only a limited time. A
+// call that times out is left behind: nothing waits for it any more, and its MachineFiles object is
+// not used again. A search then finds the mount that does not respond. Until the call has returned,
+// no other call is made to that mount. No other call is made with a path of the call that was left
+// behind either, because the search may find no mount, for example if a folder contains a link to
+// the mount. patient_file_system.h and patient_directories.h make the file calls.
 #pragma once
 
 #include <functional>

@@ -104,7 +104,7 @@ TEST_F(PatientWalkTest, ListsEveryFolderIfTheFoldersAreListedLevelByLevel) {
     }
 }
 
-TEST_F(PatientWalkTest, AFolderThatHangsDuringReadAheadIsReportedOnceAndNotCalledAgain) {
+TEST_F(PatientWalkTest, AFolderThatHangsDuringReadAheadIsReportedOnceAndNotAccessedAgain) {
     mounts->hang(d);
     EXPECT_THAT(namesIn(parentOfTheMounts()), IsSupersetOf({"d", "e", "mounts"}));
     const int hanging = mounts->blocked();

@@ -9,7 +9,8 @@
 namespace sonarith {
 namespace {
 
-/// Whether the help pages are where the package puts them.
+/// Whether the program was installed by its package, which puts the help pages below
+/// share/sonarith.
 bool isInstalled(const std::string& executableFolder) {
     std::error_code ignored;
     return std::filesystem::is_directory(executableFolder + "/../share/sonarith", ignored);
@@ -31,8 +32,8 @@ std::string programFolder(const std::string& executableFolder,
     const std::string folder = musicFolder() + "/Sonarith";
     std::error_code failed;
     std::filesystem::create_directories(folder, failed);
-    // If this folder could not be created, the program can still make the executable's folder the
-    // current folder, even if that folder is not writable.
+    // If the folder "Sonarith" could not be created, the executable's folder is returned even if it
+    // is not writable: the program can still make it the current folder.
     const bool usable = std::filesystem::is_directory(folder, failed);
     return usable || executableFolder.empty() ? folder : executableFolder;
 }

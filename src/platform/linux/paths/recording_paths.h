@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Translates two paths of a recording to machine paths: the folder in which the recording begins,
-// and the path under which it is saved. A save must not wait for a destination that hangs, because
-// Cancel and the end of the program wait for the save.
+// and the path under which it is saved. A save to that folder waits only briefly for a disk that
+// does not respond, because Cancel and the end of the program wait for the save.
 #pragma once
 
 #include <filesystem>
@@ -14,9 +14,9 @@ namespace sonarith {
 
 class RecordingPaths {
   public:
-    /// A save may wait this long twice: for the file call that translates its path, and for the
-    /// search for the mount that hangs. Both waits together are shorter than the 100 ms within
-    /// which Cancel must take effect.
+    /// A save to the folder in which the recording began may wait this long twice: for the file
+    /// call that translates its path, and for the search for the mount that hangs. Both waits
+    /// together are shorter than the 100 ms within which Cancel must take effect.
     static constexpr Waiting::Duration saveBound{40};
 
     /// `files` must outlive this object.
@@ -27,8 +27,8 @@ class RecordingPaths {
     [[nodiscard]] std::filesystem::path beginIn(const std::string& folder);
     /// The machine path of a recording's file; `file` is a path of the logic. If the file is in the
     /// folder of the last successful beginIn() and the disk does not respond within saveBound, the
-    /// name is used as given, although the folder may contain a file of that name in another case.
-    /// A file in any other folder is translated as by beginIn().
+    /// name is used as given, although the folder may contain a file whose name differs from it
+    /// only in upper and lower case. A file in any other folder is translated as by beginIn().
     [[nodiscard]] std::filesystem::path saveAs(const std::string& file) const;
 
   private:

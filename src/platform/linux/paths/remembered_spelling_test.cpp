@@ -285,7 +285,8 @@ TEST_F(RememberedSpellingTest, AWalkThatHasListedTheParentFolderListsTheDestinat
     EXPECT_THAT(names, ElementsAre("..", "Mine.wav"));
 }
 
-TEST_F(RememberedSpellingTest, ASpellingFromAWalkIsPreferredToOtherSpellingsButNotToAnExactMatch) {
+TEST_F(RememberedSpellingTest,
+       ASpellingFromAWalkIsPreferredToTheFirstCaseVariantInByteOrderButNotToAnExactMatch) {
     write("Music/a.wav");
     EXPECT_THAT(filesIn("h:\\music"), ElementsAre("a.wav"));
     makeFolder("MUSIC"); // would be the first match in byte order

@@ -14,9 +14,9 @@ namespace sonarith {
 /// $XDG_RUNTIME_DIR, if it is valid (absolute, owned by this user, writable by no other user).
 [[nodiscard]] std::vector<std::string> instanceFolders(const std::string& storeFolder);
 
-/// Holds a lock on a file during its lifetime. The file is in the first of the folders that
-/// supports locks: a folder may be read-only, or on a network without locks. The kernel releases
-/// the lock when the process ends, even after a kill.
+/// Tries to lock a file, and holds the lock until the SingleInstance is destroyed. The file is in
+/// the first of the folders that supports locks: a folder may be read-only, or on a network without
+/// locks. The kernel releases the lock when the process ends, even after a kill.
 class SingleInstance {
   public:
     explicit SingleInstance(const std::vector<std::string>& folders);

@@ -26,7 +26,8 @@ class SpellingMemory {
 
     /// Stores the spelling of `path` in place of any other spelling of the same path.
     void remember(const std::string& path);
-    /// The remembered spelling of a path given in any case; empty if there is none.
+    /// The remembered spelling of `path`, which is compared case-insensitively. Empty if no
+    /// spelling of `path` is remembered.
     [[nodiscard]] std::optional<std::string> find(std::string_view path);
 
   private:

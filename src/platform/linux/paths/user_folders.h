@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Determines the folders that the account and the desktop define for a user's files, as machine
-// paths. It creates no folder. Only musicFolder() reads a file; the call hangs if that file, which
-// is usually in the home folder, is on a server that does not respond.
+// paths. It creates no folder. If $HOME is not an absolute path, all functions except
+// musicFolderIn() look up the account. Only musicFolder() reads a file of the user; the call hangs
+// if that file, which is usually in the home folder, is on a server that does not respond.
 #pragma once
 
 #include <optional>
@@ -17,10 +18,11 @@ namespace sonarith {
 /// $XDG_DATA_HOME if it is an absolute path, else .local/share in the user's home.
 [[nodiscard]] std::string userDataFolder();
 
-/// XDG_MUSIC_DIR in the text of a user-dirs.dirs file (format: user-dirs.dirs(5)): a path in double
-/// quotes that begins with $HOME or a slash, with backslashes before the shell's special
-/// characters. If several lines are valid, the last one is used; lines in any other format are
-/// ignored.
+/// The folder that XDG_MUSIC_DIR names in the text of a user-dirs.dirs file (format:
+/// user-dirs.dirs(5)), with `home` in place of $HOME; empty if no line names it validly. A valid
+/// value is a path in double quotes that begins with $HOME or a slash, with backslashes before the
+/// shell's special characters. If several lines are valid, the last one is used; lines in any other
+/// format are ignored.
 [[nodiscard]] std::optional<std::string> musicFolderIn(std::string_view userDirs,
                                                        const std::string& home);
 

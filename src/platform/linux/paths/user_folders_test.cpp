@@ -85,8 +85,8 @@ TEST_F(UserFoldersTest, TheMusicFolderIsTheOneThatTheDesktopDefines) {
     EXPECT_EQ(musicFolder(), homePath_ + "/Musik");
 }
 
-// In such a folder the search for audio files finds none: it takes the text after the first dot of
-// a path as the extension.
+// If a folder's path contains a dot, the search for audio files finds no file in that folder,
+// because it takes the text after the first dot of a file's path as the extension.
 TEST_F(UserFoldersTest, AMusicFolderWithADotInItsPathIsIgnored) {
     const std::string home = homePath_ + "/jane.doe";
     ::setenv("HOME", home.c_str(), 1);
@@ -101,7 +101,7 @@ TEST_F(UserFoldersTest, AMusicFolderWithADotInItsPathIsIgnored) {
     EXPECT_EQ(musicFolder(), home);
 }
 
-TEST_F(UserFoldersTest, AUserDirsFileThatIsTooLargeOrNoRegularFileIsIgnored) {
+TEST_F(UserFoldersTest, AUserDirsFileIsIgnoredIfItIsTooLargeOrNotARegularFile) {
     ::setenv("HOME", homePath_.c_str(), 1);
     writeUserDirs("XDG_MUSIC_DIR=\"/srv/music\"\n" + std::string(70'000, '#'));
     EXPECT_EQ(musicFolder(), homePath_ + "/Music");
@@ -122,7 +122,7 @@ TEST(MusicFolderIn, ParsesTheFormatOfUserDirs) {
     EXPECT_EQ(in("XDG_MUSIC_DIR=\"/one\"\nXDG_MUSIC_DIR=\"/two\"\nXDG_MUSIC_DIR=x\n"), "/two");
 }
 
-TEST(MusicFolderIn, RejectsLinesInAnyOtherFormat) {
+TEST(MusicFolderIn, RejectsLinesThatAreNotInTheFormatOfUserDirs) {
     for (const char* text : {"",
                              "XDG_MUSIC_DIR",
                              "XDG_MUSIC_DIR=",

@@ -25,8 +25,8 @@ using fakes::silence;
 
 using Frames = std::vector<StereoFrame>;
 
-/// The length of the longest part of `frames` in which each frame is the one that follows the frame
-/// before it in the test sound.
+/// The length of the longest part of `frames` that is also a contiguous part of the test sound
+/// (PatternSource).
 int longestRun(const Frames& frames) {
     int longest = 0;
     int run = 0;
@@ -46,7 +46,7 @@ int longestRun(const Frames& frames) {
 TEST(AlsaInput, RecordsTheSoundThatTheServerPlays) {
     fakes::PulseServer server;
     ASSERT_TRUE(server.start());
-    // One card plays and another one listens, as two programs would.
+    // One card plays and another card records, as two programs would.
     SoundCard listener;
     const SoundCardThread listening(listener);
     const auto tape = std::make_shared<MemorySink>();
@@ -73,7 +73,7 @@ TEST(AlsaInput, IsSilentIfThereIsNoDevice) {
     EXPECT_EQ(input->opening(30s), CapturePump::Opening::failed);
 }
 
-TEST(AlsaInput, ListsTheDefaultDeviceFirstAndNoEntryNone) {
+TEST(AlsaInput, ListsTheDefaultDeviceFirstAndOmitsTheDeviceNamedNone) {
     const fakes::PulseServer server; // only its ALSA configuration is needed
     std::vector<std::string> names;
     for (const DeviceEntry& entry : listInputs()) {

@@ -79,7 +79,8 @@ class PlayingCard {
     std::shared_ptr<PatternSource> disc_;
 };
 
-/// Half a second of sound. The tests wait until this length, or a multiple of it, has been played.
+/// Half a second of sound, in frames. The tests wait until this number of frames, or a multiple of
+/// it, has been played.
 constexpr std::int64_t halfSecond = frameRate / 2;
 
 TEST(AlsaOutput, DeliversEverySampleOfASoundToTheServer) {

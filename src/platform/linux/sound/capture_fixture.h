@@ -31,7 +31,7 @@ struct CaptureDevice {
     std::deque<long> refusals; ///< error codes that the next reads return
     bool drained = false;      ///< a read has found no more data
     bool hangs = false;        ///< reads do not return
-    bool openHangs = false;    ///< calls that open it do not return
+    bool openHangs = false;    ///< calls that open the device do not return
     std::atomic<bool> missing = false;
     std::atomic<int> refused = 0; ///< number of failed opens
     std::atomic<int> opened = 0;
@@ -43,7 +43,7 @@ struct CaptureDevice {
         available += frames;
         drained = false;
     }
-    /// Makes the calls that hang return.
+    /// Ends the hang: all calls that were blocked return.
     void release() {
         const std::lock_guard lock(mutex);
         hangs = false;

@@ -72,12 +72,12 @@ TEST_F(CapturePumpTest, DeliversTheDevicesSoundWithoutAGap) {
     EXPECT_THAT(all, IsSound(pattern(0, 40 * 441)));
 }
 
-TEST_F(CapturePumpTest, IsSilentAfterAGapUntilEnoughIsBufferedAgain) {
+TEST_F(CapturePumpTest, IsSilentAfterItsBufferRanEmptyUntilEnoughFramesAreBuffered) {
     device->provide(441 * 7);
     CapturePump pump(opener(), timing);
     ASSERT_TRUE(eventually([&] { return device->isDrained(); }));
     pullSound(pump, 441 * 5);
-    pull(pump, 441 * 3); // the last two blocks and one silent block
+    pull(pump, 441 * 3); // the last two blocks of sound and one silent block
     device->provide(441);
     ASSERT_TRUE(eventually([&] { return device->isDrained(); }));
     EXPECT_THAT(pull(pump, 441), IsSound(silence(441)));
@@ -85,12 +85,12 @@ TEST_F(CapturePumpTest, IsSilentAfterAGapUntilEnoughIsBufferedAgain) {
     EXPECT_THAT(pullSound(pump, 441), IsSound(pattern(441 * 7, 441)));
 }
 
-TEST_F(CapturePumpTest, RestartsADeviceAfterAnOverrun) {
+TEST_F(CapturePumpTest, RestartsADeviceAfterAnOverrunAndAfterASuspension) {
     device->refusals = {-EPIPE, -ESTRPIPE};
     device->provide(10'000);
     CapturePump pump(opener(), timing);
     EXPECT_THAT(pullSound(pump, 441), IsSound(pattern(0, 441)));
-    EXPECT_EQ(device->restarts, 3); // after the opening and after each of the two overruns
+    EXPECT_EQ(device->restarts, 3); // after the opening, the overrun and the suspension
     EXPECT_EQ(device->opened, 1);
 }
 

@@ -117,7 +117,8 @@ TEST_F(CardMixerTest, BassAndTrebleChangeNoSampleWhenTheyAreNeutralAgain) {
     EXPECT_NE(hear(1s), pattern(0, 44'100));
     EXPECT_EQ(set(4, mixer_control::bass, 32768), MixerResult::noError);
     EXPECT_EQ(set(4, mixer_control::treble, 32768), MixerResult::noError);
-    hear(4s); // until the gains are neutral and the attenuation has ended
+    // Until the gains are neutral, and the level, which was reduced to prevent clipping, is full.
+    hear(4s);
     EXPECT_THAT(hear(1s), IsSound(pattern(5 * 44'100, 44'100)));
 }
 
@@ -178,7 +179,7 @@ TEST_F(CardMixerTest, ABoostedLoudSoundIsAttenuatedAndNotClipped) {
     EXPECT_LT(decibels(amplitudeAt(played, 5 * hz, frameRate) / whole), -50);
 }
 
-TEST_F(CardMixerTest, ASoundRecoversAfterALoudPassageWasAttenuated) {
+TEST_F(CardMixerTest, ASoundAfterAnAttenuatedLoudPassageIsNoLongerAttenuated) {
     EXPECT_EQ(set(4, mixer_control::bass, 65535), MixerResult::noError);
     play(Line::compactDisc, std::make_shared<ToneSource>(60, 32'700));
     hear(1s);
@@ -205,7 +206,7 @@ TEST_F(CardMixerTest, ABoostDoesNotChangeSilence) {
     EXPECT_THAT(hear(100ms), IsSound(silence(4410)));
 }
 
-TEST_F(CardMixerTest, ASoundAfterAnIdleTimeStartsWithTheCurrentTone) {
+TEST_F(CardMixerTest, ASoundAfterAnIdleTimeStartsWithTheCurrentTrebleSetting) {
     play(Line::compactDisc, std::make_shared<PatternSource>(441));
     hear(20ms);
     EXPECT_FALSE(card.active());

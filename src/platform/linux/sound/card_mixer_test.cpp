@@ -23,10 +23,10 @@ TEST_F(CardMixerTest, HasEachControlOnceWithItsOwnIdentifier) {
     }
 }
 
-TEST_F(CardMixerTest, StartsAtFullVolumeUnmutedNeutralAndSilent) {
+TEST_F(CardMixerTest, InitiallyHasFullVolumesNoMutesNeutralToneAndZeroPeaks) {
     for (const ExpectedControl& expected : allControls()) {
         EXPECT_EQ(get(expected.line, expected.type), expected.initial)
-            << expected.line << " " << expected.type;
+            << "line type " << expected.line << ", control type " << expected.type;
     }
 }
 
@@ -92,7 +92,8 @@ TEST_F(CardMixerTest, RefusesRecordsWithAWrongSizeAWrongCountOrANullPointer) {
          : wrong == 1 ? controls.cControls
                       : controls.cbmxctrl) += wrong < 3 ? 1 : 0;
         controls.pamxctrl = wrong == 3 ? nullptr : &found;
-        EXPECT_EQ(mixer.getLineControls(handle, controls), MixerResult::invalidParameter) << wrong;
+        EXPECT_EQ(mixer.getLineControls(handle, controls), MixerResult::invalidParameter)
+            << "wrong = " << wrong;
     }
     EXPECT_EQ(found.dwControlID, 0U);
     std::int32_t value = 5;
@@ -103,8 +104,10 @@ TEST_F(CardMixerTest, RefusesRecordsWithAWrongSizeAWrongCountOrANullPointer) {
          : wrong == 1 ? record.cChannels
                       : record.cbDetails) += wrong < 3 ? 1 : 0;
         record.paDetails = wrong == 3 ? nullptr : &value;
-        EXPECT_EQ(mixer.getControlDetails(handle, record), MixerResult::invalidParameter) << wrong;
-        EXPECT_EQ(mixer.setControlDetails(handle, record), MixerResult::invalidParameter) << wrong;
+        EXPECT_EQ(mixer.getControlDetails(handle, record), MixerResult::invalidParameter)
+            << "wrong = " << wrong;
+        EXPECT_EQ(mixer.setControlDetails(handle, record), MixerResult::invalidParameter)
+            << "wrong = " << wrong;
     }
     EXPECT_EQ(value, 5);
     EXPECT_EQ(card.masterVolume(), 65535);

@@ -17,7 +17,7 @@ using fakes::ConstantSource;
 using fakes::PatternSource;
 using Frames = std::vector<StereoFrame>;
 
-/// Plays given frames.
+/// A source that delivers the given frames and then ends.
 class ListSource : public SampleSource {
   public:
     explicit ListSource(Frames frames) : frames_(std::move(frames)) {}
@@ -112,7 +112,7 @@ TEST(CardPeak, IsIndependentOfVolumesMutesAndTone) {
     EXPECT_EQ(card.recorderPeak(10ms), 32768);
 }
 
-TEST(CardPeak, DistinguishesTheRecordersSourceFromTheWaveLine) {
+TEST(CardPeak, OfTheRecorderIsThatOfItsSelectedSourceAndEachLineHasAPeakOfItsOwn) {
     SoundCard card;
     card.attach(Line::compactDisc, std::make_shared<ConstantSource>(StereoFrame{100, 0}), 0ns);
     card.attach(Line::waveOut, std::make_shared<ConstantSource>(StereoFrame{0, -200}), 0ns);
@@ -140,7 +140,7 @@ TEST(CardPeak, OfTheMixIsThePeakOfTheRecordedSum) {
     card.attach(Line::waveOut, std::make_shared<ConstantSource>(StereoFrame{32767, 0}), 10ms);
     card.advance(20ms);
     EXPECT_EQ(card.recorderPeak(20ms), 32767)
-        << "the peak must be that of the recording, whose sum is clipped";
+        << "the peak must be that of the recorded sum, which is clipped to 16 bits";
 }
 
 TEST(CardPeak, IsZeroForASilentSourceWhileAnotherLinePlays) {

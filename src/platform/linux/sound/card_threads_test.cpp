@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Uses the mixer, reads peaks, uses the wave input and changes the recording source while the
-// card's own thread runs. Each function is called on the same thread as in the program, or on more
-// threads than in the program. Under the thread sanitizer, these tests detect data races.
+// While the card's own thread runs, several other threads use the mixer, read peaks, record, use
+// the wave input and change the recording source. In the program, only the logic thread does this.
+// Under the thread sanitizer, these tests detect data races.
 #include <gmock/gmock.h>
 
 #include <atomic>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests a wave input whose recording source is an external input.
+// Tests a wave input while the card's recording source is an external input.
 #include <memory>
 
 #include "platform/linux/sound/capture_fixture.h"
@@ -57,7 +57,7 @@ TEST_F(CardWaveInputExternal, TheDeviceIsOpenedByOpenOrStartAndClosedByStopReset
     EXPECT_FALSE(card.active());
 }
 
-TEST_F(CardWaveInputExternal, DeliversItsSoundToBuffersPeaksAndRecording) {
+TEST_F(CardWaveInputExternal, TheDevicesSoundReachesTheBufferThePeakLevelsAndTheRecording) {
     const auto tape = std::make_shared<MemorySink>();
     device->provide(20 * 441);
     open(cardFormat);
@@ -115,7 +115,8 @@ TEST_F(CardWaveInputExternal, DoesNotWaitForADeviceWhoseOpeningHangs) {
     EXPECT_TRUE(eventually([&] { return device->opened == device->closed; }));
 }
 
-TEST_F(CardWaveInputExternal, ChoosingAnotherSourceClosesTheDeviceAndChoosingTheInputOpensIt) {
+TEST_F(CardWaveInputExternal,
+       ChoosingAnotherSourceClosesTheDeviceAndChoosingTheExternalInputOpensIt) {
     open(cardFormat);
     EXPECT_EQ(input.start(handle), WaveResult::noError);
     EXPECT_TRUE(becomesOpen());

@@ -115,7 +115,9 @@ TEST(CardWaveInput, MatchesTheModelForEverySequenceOfThreeOperationsFromEachStat
                 device.check();
             }
             ASSERT_FALSE(testing::Test::HasFailure())
-                << "order " << order << " after " << beginning.size() << " operations";
+                << "after the first " << beginning.size() << " operations of the longest "
+                << "beginning; the base-9 digits of " << order
+                << ", the lowest first, are the three operations that followed";
         }
     }
 }

@@ -16,9 +16,9 @@ namespace sonarith::sound {
 
 class FrameQueue {
   public:
-    /// Holds `capacity` frames, at least one. The system provides a memory page only when a frame
-    /// is stored in it: if a large queue is often emptied, it uses only as much memory as its
-    /// largest content so far.
+    /// Has space for `capacity` frames; `capacity` must not be 0. The system provides a memory page
+    /// only when a frame is stored in it: if a large queue is often emptied, it uses only as much
+    /// memory as its largest content so far.
     explicit FrameQueue(std::size_t capacity)
         : capacity_(capacity),
           store_(static_cast<StereoFrame*>(::operator new(capacity * sizeof(StereoFrame)))) {}

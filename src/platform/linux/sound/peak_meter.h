@@ -34,8 +34,8 @@ class PeakMeter {
   public:
     using Time = std::chrono::nanoseconds; ///< of the card's clock
 
-    /// After this time without a call of note() the level is 0. It is the time of five blocks of
-    /// the card, so that the meter does not flicker if the card's thread is slightly late.
+    /// After this time without a call of note(), read() returns 0. The time is that of five blocks
+    /// of the card, so that the meter does not flicker if the card's thread is slightly late.
     static constexpr std::chrono::milliseconds holdTime{50};
 
     /// Stores the peak of a block that the card processed at `now`.

@@ -27,7 +27,8 @@ class PlaybackFeed {
 
     [[nodiscard]] bool isLeaving() const;
     /// Waits without a time limit until there is sound or the thread is asked to end. Drops the
-    /// silence before the sound: this silence may be left from a device that was closed since.
+    /// silence before the sound: it may have been queued while a device was open that is now
+    /// closed.
     void awaitSound();
     /// Waits until `out` is full: at most `forAny` while there are no frames, and at most `forAll`
     /// once there are some. Returns the number of frames at the beginning of `out`.

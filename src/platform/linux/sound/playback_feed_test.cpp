@@ -34,7 +34,7 @@ TEST(PlaybackFeed, ReturnsAddedFrames) {
     EXPECT_TRUE(taken(feed, 60).empty());
 }
 
-TEST(PlaybackFeed, KeepsSilenceOnlyForAnOpenDevice) {
+TEST(PlaybackFeed, AddsSilenceToAnEmptyQueueOnlyWhileADeviceIsOpen) {
     PlaybackFeed feed;
     feed.add(silence(10));
     EXPECT_TRUE(taken(feed, 10).empty());
@@ -53,7 +53,7 @@ TEST(PlaybackFeed, DropsTheSilenceBeforeTheAwaitedSound) {
     EXPECT_THAT(taken(feed, 20), IsSound(pattern(0, 5)));
 }
 
-TEST(PlaybackFeed, DoesNotWakeItsThreadForEachAddedBlock) {
+TEST(PlaybackFeed, DoesNotWakeTheTakingThreadForEachAddedBlock) {
     PlaybackFeed feed;
     feed.setDeviceOpen(true);
     constexpr int blocks = 200;
@@ -76,7 +76,7 @@ TEST(PlaybackFeed, DoesNotWakeItsThreadForEachAddedBlock) {
     EXPECT_LT(waits, blocks / 4);
 }
 
-TEST(PlaybackFeed, KeepsAtMostAQuarterOfASecondAndForgetsItOnRequest) {
+TEST(PlaybackFeed, QueuesAtMostAQuarterOfASecondOfSoundAndForgetsTheQueueOnRequest) {
     PlaybackFeed feed;
     feed.add(pattern(0, frameRate));
     EXPECT_THAT(taken(feed, frameRate), IsSound(pattern(0, frameRate / 4)));
@@ -85,7 +85,7 @@ TEST(PlaybackFeed, KeepsAtMostAQuarterOfASecondAndForgetsItOnRequest) {
     EXPECT_TRUE(taken(feed, 100).empty());
 }
 
-TEST(PlaybackFeed, EndsEveryWaitWhenAskedToEnd) {
+TEST(PlaybackFeed, EndsEveryWaitWhenLeaveIsCalled) {
     PlaybackFeed feed;
     EXPECT_FALSE(feed.isLeaving());
     std::thread leaver([&] { feed.leave(); });

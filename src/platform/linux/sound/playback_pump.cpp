@@ -13,7 +13,8 @@ namespace sonarith::sound {
 
 namespace {
 
-/// The body of the thread: opens a device when there is sound, and again after a loss.
+/// The body of the thread: opens the device when there is sound, and opens it again after it was
+/// lost.
 void pump(PlaybackFeed& feed, const OpenPlayback& open, const PlaybackTiming& timing,
           const ReportDevice& report) {
     using Clock = std::chrono::steady_clock;

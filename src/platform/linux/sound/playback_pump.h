@@ -20,9 +20,10 @@ class PlaybackFeed;
 
 class PlaybackPump : public SpeakerSink {
   public:
-    /// `open` is called at the first sound, and again after a loss. `open` and `report` must own
-    /// what they use. If no thread can be started, the device counts as lost, and `play` tries
-    /// again to start one after `retryAfter`.
+    /// `open` is called whenever there is sound while the device is closed, but not within
+    /// `timing.retryAfter` after the device was lost or could not be opened. `open` and `report`
+    /// must own what they use. If no thread can be started, the device counts as lost, and `play`
+    /// tries again to start a thread after `retryAfter`.
     explicit PlaybackPump(OpenPlayback open, PlaybackTiming timing = {}, ReportDevice report = {},
                           ThreadStarter starter = startThread);
     ~PlaybackPump() override;

@@ -142,7 +142,7 @@ TEST_F(PlaybackPumpTest, PlaysAShortSoundCompletely) {
     EXPECT_EQ(device->startedAt.size(), 1U);
 }
 
-TEST_F(PlaybackPumpTest, OpensNoDeviceForSilence) {
+TEST_F(PlaybackPumpTest, OpensTheDeviceForTheFirstSoundAndNotForTheSilenceBeforeIt) {
     PlaybackPump pump(opener(), endless);
     pump.play(silence(441));
     play(pump, 0, 5000);

@@ -24,8 +24,8 @@ constexpr std::size_t paddingFrames = frameRate / 20;
 /// A device that has accepted half a second of sound has certainly played some of it, because its
 /// buffer is shorter.
 constexpr std::size_t certainFrames = frameRate / 2;
-/// The longest single wait for space, and so the longest time until the thread notices that it must
-/// end.
+/// The longest single wait for space in the device's buffer, and so the longest time until the
+/// thread notices that it must end.
 constexpr std::chrono::milliseconds roomWait{100};
 /// The most frames in one write: 30 ms. Smaller writes would be more frequent, and every write
 /// wakes the sound server, which is a separate process. A batch is far shorter than the device's

@@ -23,7 +23,7 @@ class PlaybackSession {
         : device_(device), feed_(feed), timing_(timing), onPlays_(onPlays) {}
 
     /// Why the session ended: after a long silence, because the device accepts no more frames, or
-    /// because the thread was asked to end.
+    /// because PlaybackFeed::leave() was called.
     enum class Ending { quiet, lost, leaving };
     /// Plays until the session ends for one of these reasons.
     Ending run();

@@ -12,8 +12,8 @@ struct PlaybackTiming {
     /// the delay with which the software sound card's thread adds frames under load.
     std::chrono::milliseconds dryAfter{60};
     /// How long the first frames of a batch (the frames of one write) wait for the last frames of
-    /// the same batch. The time is longer than the playing time of a batch, so that the thread
-    /// wakes once per batch.
+    /// the same batch. The time is longer than the playing time of a batch, so that the
+    /// pump's thread wakes once per batch.
     std::chrono::milliseconds batchWait{40};
     /// After this time of silence, or without any frames, the device is closed.
     std::chrono::milliseconds closeAfter{3000};

@@ -70,7 +70,8 @@ Status Recording::save(const fs::path& target) {
         [watchSave, lateAfter = job_->context.timing.lateSave] { watchSave(lateAfter); },
         job_->context.starter);
     if (!watched.ok()) {
-        watchSave(std::chrono::milliseconds{0}); // without the thread no later report is possible
+        // Without the thread, the late save can only be reported now.
+        watchSave(std::chrono::milliseconds{0});
     }
     return {ErrorNumber::deviceInputOutput,
             "\"" + target.string() + "\" is not saved yet: the disk does not respond"};

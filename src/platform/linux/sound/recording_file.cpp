@@ -22,10 +22,10 @@ namespace fs = std::filesystem;
 constexpr std::int64_t bytesPerSample = sizeof(std::int16_t);
 /// The most frames that one call of RecordingFile::write() writes.
 constexpr std::size_t framesPerWrite = 4096;
-/// After every 5 s of sound, the recording is flushed to the disk, so that a save has little left
-/// to flush. The system itself writes files to the disk about as often. If a disk accepts samples
-/// but later fails to store them (for example in a full network folder), only the last 5 s are lost
-/// and not the whole recording.
+/// After every 5 s of sound (about as often as the system itself writes files to the disk), the
+/// recording is flushed to the disk, so that a save has little left to flush. If a disk accepts
+/// samples but later fails to store them (for example in a full network folder), only the last 5 s
+/// are lost and not the whole recording.
 constexpr std::int64_t framesPerFlush = std::int64_t{5} * frameRate;
 
 } // namespace

@@ -28,7 +28,8 @@ class RecordingFile {
            files::Concealment concealment = files::Concealment::noName);
 
     /// Returns false if not all frames were written. All later calls then return false too, so that
-    /// nothing is appended after a gap. No effect after the first call of save().
+    /// nothing is appended after a gap. After the first call of save() nothing is appended; the
+    /// result is then false only if a failure has occurred.
     [[nodiscard]] bool append(std::span<const StereoFrame> frames);
 
     /// The number of whole frames that are kept: all appended frames, or fewer after a failure.
@@ -37,8 +38,8 @@ class RecordingFile {
     [[nodiscard]] int failure() const { return failure_; }
 
     /// Completes the WAV file and gives it the name `target` (see UnnamedFile::publish). After a
-    /// failure of the disk, the saved file is a valid WAV that ends early; if no frames are kept,
-    /// save() fails. May be called again, with another name or after a failed call.
+    /// failure of the disk, the saved file is a valid WAV that ends early, or save() fails if no
+    /// frames are kept. May be called again, with another name or after a failed call.
     [[nodiscard]] Status save(const std::filesystem::path& target);
 
   private:

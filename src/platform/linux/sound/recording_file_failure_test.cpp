@@ -111,7 +111,7 @@ TEST_F(FailingDiskTest, SavesThePartThatFitsOnASmallDisk) {
         return (full ? 0 : 1) + (nearlyAll ? 0 : 2) + (saved ? 0 : 4) + (refused ? 0 : 8);
     });
     if (status == test::mayNotMount) {
-        GTEST_SKIP() << "this user may not mount a disk";
+        GTEST_SKIP() << "this user is not allowed to mount a disk";
     }
     EXPECT_EQ(status, 0);
     const auto frames = (static_cast<std::size_t>(fs::file_size(result / "copy.wav")) - 44) / 4;

@@ -169,7 +169,7 @@ void recordForEver(const fs::path& folder, files::Concealment concealment,
     }
 }
 
-TEST_F(RecordingFileTest, AKillLeavesTheLastSavedWavAndTheNextRecordingDeletesLeftovers) {
+TEST_F(RecordingFileTest, AfterAKillTheLastSavedWavIsWholeAndTheNextRecordingDeletesLeftovers) {
     for (const files::Concealment concealment :
          {files::Concealment::noName, files::Concealment::hiddenName}) {
         for (int steps = 1; steps < 12; ++steps) {
@@ -192,7 +192,8 @@ TEST_F(RecordingFileTest, AKillLeavesTheLastSavedWavAndTheNextRecordingDeletesLe
             ASSERT_TRUE(next.ok());
             const bool unnamed =
                 concealment == files::Concealment::noName && test::hasUnnamedFiles(place.path());
-            EXPECT_EQ(test::hiddenEntriesIn(place.path()), unnamed ? 0 : 1) << steps;
+            EXPECT_EQ(test::hiddenEntriesIn(place.path()), unnamed ? 0 : 1)
+                << "killed after " << steps << " reports";
         }
     }
 }

@@ -117,7 +117,7 @@ TEST_F(HangingDiskTest, PausesTheDiscWhenTheQueueIsFullAndLosesNothing) {
                     play(60s);
                     const std::int64_t bound = disc->position();
                     EXPECT_LE(bound, 441'000 + 44'100)
-                        << "the disc has played over a second more than the queue can hold";
+                        << "the disc has played more than 1 s beyond the capacity of the queue";
                     EXPECT_GE(bound, 441'000);
                     EXPECT_EQ(recording->bytes(), bound * 4);
                     play(60s);
@@ -168,7 +168,7 @@ TEST_P(HangingCallTest, DoesNotBlockTheLogicAndLeavesNoFileOfAnUnsavedRecording)
         [&](CallJudge& judge) {
             auto recording = begin(briefTiming);
             startRecording(*recording);
-            play(7s); // a recording is flushed to the disk every 5 s
+            play(7s); // a recording is flushed to the disk after every 5 s of sound
             card.stopRecording(now);
             recording.reset();
             EXPECT_EQ(entriesIn(folder.path()), 0);
@@ -202,8 +202,8 @@ INSTANTIATE_TEST_SUITE_P(Calls, HangingCallTest,
 
 TEST_F(HangingDiskTest, ASaveAndTheDestructionOfItsRecordingTogetherWaitOnlyOnce) {
     intercepted(&holdNaming, [&](CallJudge& judge) {
-        // 2 s, so that even under load one wait ends before the limit of 3.9 s, and two waits (4 s)
-        // do not.
+        // Each wait lasts 2 s. So the check below for less than 3.9 s succeeds with one wait, even
+        // under load, and fails with two waits (4 s).
         auto recording = begin({2s, 1h, 1h});
         recording->sink()->record(pattern(0, 100));
         const auto start = std::chrono::steady_clock::now();
@@ -225,7 +225,7 @@ TEST_F(HangingDiskTest, ASaveAndTheDestructionOfItsRecordingTogetherWaitOnlyOnce
                 });
 }
 
-TEST_F(HangingDiskTest, IsSkippedForTheNextFolderAndNothingIsLost) {
+TEST_F(HangingDiskTest, IsSkippedAndTheNextFolderReceivesTheWholeRecording) {
     const fakes::TempFolder other;
     intercepted(holdCreationIn(folder.path()), [&](CallJudge& judge) {
         const auto recording = begin({folder.path(), other.path()}, briefTiming);
@@ -285,7 +285,7 @@ TEST_F(HangingDiskTest, IsWaitedForIfEveryFolderHangs) {
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
 
-TEST_F(HangingDiskTest, AfterALateSaveAnotherNameIsRefusedAndARepeatedSaveSucceeds) {
+TEST_F(HangingDiskTest, AfterALateSaveAnotherNameIsRefusedAndTheSameNameSucceedsLater) {
     intercepted(&holdNaming, [&](CallJudge& judge) {
         const auto recording = begin(briefTiming);
         recording->sink()->record(pattern(0, 100));
@@ -304,7 +304,7 @@ TEST_F(HangingDiskTest, AfterALateSaveAnotherNameIsRefusedAndARepeatedSaveSuccee
 
 TEST_F(HangingDiskTest, TheWatchingThreadWritesToTheNextFolderIfNoFurtherThreadCanBeStarted) {
     const fakes::TempFolder other;
-    const fakes::LimitedThreads threads(2);
+    const fakes::LimitedThreads threads(2); // the writing thread and the thread that watches it
     context.starter = threads.starter();
     intercepted(holdCreationIn(folder.path()), [&](CallJudge& judge) {
         const auto recording = begin({folder.path(), other.path()}, briefTiming);

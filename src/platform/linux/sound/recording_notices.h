@@ -23,7 +23,7 @@ class RecordingNotices {
   public:
     explicit RecordingNotices(Notices& notices) : notices_(&notices) {}
     /// Stops all reports: after this returns, the Notices object is not used any more and may be
-    /// destroyed. Hanging threads may still hold this RecordingNotices.
+    /// destroyed. Threads that hang may still own this RecordingNotices.
     void mute();
     [[nodiscard]] RecordingNumber newRecording();
 
@@ -46,8 +46,9 @@ class RecordingNotices {
     void notSaved(const std::filesystem::path& target, const Error& error);
     /// The save takes long; the cause persists until `saved` or `notSaved`.
     void saveIsLate(const std::filesystem::path& target);
-    /// Called when a recording has ended, saved or not: settles all notices about that recording.
-    /// `target` is the name of the last save, or empty.
+    /// Called when a recording has been closed, saved or not. Settles what was reported about its
+    /// early end, about `folder` not responding, and about the late or failed save as `target` (the
+    /// last requested save). `folder` or `target` is empty if the recording has none.
     void closed(RecordingNumber number, const std::filesystem::path& folder,
                 const std::filesystem::path& target);
 

@@ -23,7 +23,8 @@ class RecordingNoticesTest : public testing::Test {
     const std::int64_t kept = std::int64_t{42} * 44100;
 };
 
-TEST_F(RecordingNoticesTest, ReportsTheKeptPartOfARecordingThatEndedEarlyAndThenItsFile) {
+TEST_F(RecordingNoticesTest,
+       ReportsHowMuchOfARecordingThatEndedEarlyCanBeSavedAndThenThatItWasSaved) {
     notices.endedEarly(first, "/music", ENOSPC, kept);
     notices.saved(first, "/music/1234-3.wav", ENOSPC, kept);
     notices.closed(first, "/music", "/music/1234-3.wav");
@@ -124,7 +125,7 @@ TEST_F(RecordingNoticesTest, SettlesAllCausesOfARecordingThatIsClosed) {
                             "settled [late save of /music/a.wav]"));
 }
 
-TEST_F(RecordingNoticesTest, DistinguishesRecordings) {
+TEST_F(RecordingNoticesTest, ReportsTheEarlyEndOfEachOfTwoRecordings) {
     const RecordingNumber second = notices.newRecording();
     notices.endedEarly(first, "/music", EIO, 0);
     notices.endedEarly(second, "/music", EIO, 0);

@@ -37,9 +37,9 @@ class RecordingOrders {
 
     /// The result of creating the file; empty if it is not known within `patience`.
     [[nodiscard]] std::optional<Status> begunWithin(Patience patience);
-    /// Orders a save and waits for its result; empty if it is not complete within `patience`. If
-    /// the last save had the same name and timed out, waits for that save. While a save is running,
-    /// a save with another name fails.
+    /// Orders a save and waits for its result; empty if the save is not complete within
+    /// `patience`. If the last save had the same name and timed out, waits for that save. While a
+    /// save is running, a save with another name fails.
     [[nodiscard]] std::optional<Status> saveWithin(Patience patience,
                                                    const std::filesystem::path& target);
     /// Informs the writer that no more orders follow. Returns whether a save is still pending.

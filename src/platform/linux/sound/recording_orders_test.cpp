@@ -94,7 +94,7 @@ TEST_F(RecordingOrdersTest, PassASaveToTheWriterAndReturnItsOutcome) {
     writer.join();
 }
 
-TEST_F(RecordingOrdersTest, KeepTheResultOfALateSaveForTheNextCall) {
+TEST_F(RecordingOrdersTest, KeepTheResultOfALateSaveForTheNextCallWithTheSameName) {
     EXPECT_FALSE(orders.saveWithin(1ms, "/a.wav"));
     EXPECT_FALSE(saves->noneWithin(0ms));
     EXPECT_EQ(orders.saveWithin(1ms, "/b.wav")->error().number, ErrorNumber::deviceUnavailable);

@@ -28,8 +28,9 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-// If the disk hangs, a stop, a save and a destruction together wait for it only once, for less than
-// 100 ms. The queue has space for the sound that arrives while four folders are tried.
+// If the disk hangs, the save and the destruction of a recording together wait for it only once,
+// for less than 100 ms. The queue has space for the sound that arrives while four folders are
+// tried.
 static_assert(RecordingTiming{}.command < 100ms);
 static_assert(4 * RecordingTiming{}.folder <
               std::chrono::seconds(RecordingQueue::capacityFrames / frameRate));
@@ -118,7 +119,7 @@ TEST_F(RecordingTest, CanBeSavedAgainAndAcceptsNoFramesAfterTheFirstSave) {
                                            HasSubstr("missing\" does not exist"))));
 }
 
-TEST_F(RecordingTest, KeepsThePartThatFitsOnAFullDiskAndReportsItAtOnceAndAtTheSave) {
+TEST_F(RecordingTest, KeepsThePartThatFitsOnAFullDiskAndReportsTheFullDiskAtOnceAndAtTheSave) {
     std::atomic<bool> full = false;
     intercepted(
         [&](const seccomp_data& call) {
@@ -128,8 +129,9 @@ TEST_F(RecordingTest, KeepsThePartThatFitsOnAFullDiskAndReportsItAtOnceAndAtTheS
             const auto recording = begin();
             recording->sink()->record(pattern(0, 88'200));
             ASSERT_TRUE(eventually([&] { return isWritten(*recording); }));
-            // The last batch may not have been written yet, so the number of kept frames is not
-            // fixed: the test reads it below, and checks that all these frames are in the file.
+            // isWritten() does not wait for the last frames. Some of them may be refused by the
+            // full disk, so the number of kept frames is not known in advance: the test reads it
+            // below, and checks that the file contains exactly these frames.
             full = true;
             recording->sink()->record(pattern(88'200, 88'200));
             ASSERT_TRUE(eventually([&] { return !shown.texts().empty(); }));
@@ -151,7 +153,7 @@ TEST_F(RecordingTest, KeepsThePartThatFitsOnAFullDiskAndReportsItAtOnceAndAtTheS
                                HasSubstr("no space is left; it contains the first 0:0")));
 }
 
-TEST_F(RecordingTest, CountsTheKeptPartIfTheSaveDetectsALoss) {
+TEST_F(RecordingTest, KeepsOnlyThePreviouslyFlushedPartIfTheFlushDuringTheSaveFails) {
     std::atomic<bool> loses = false;
     intercepted(
         [&](const seccomp_data& call) {
@@ -170,6 +172,8 @@ TEST_F(RecordingTest, CountsTheKeptPartIfTheSaveDetectsALoss) {
             loses = true;
             EXPECT_TRUE(recording->save(target).ok());
             const auto kept = static_cast<std::size_t>(recording->bytes() / 4);
+            // The file is flushed to the disk after every 5 s of sound. The sound after the last
+            // flush that succeeded does not count, because it may not have reached the disk.
             EXPECT_GE(kept, 5U * 44'100);
             EXPECT_LT(kept, 6U * 44'100);
             expectPlainWav(target, pattern(0, kept));

@@ -20,8 +20,8 @@ std::int64_t framesIn(SoundCard::Time span) {
 }
 
 /// The disc is pulled last: only then is it known how many frames the other lines can deliver, and
-/// no more frames than that are requested from the disc. All frames that the disc has counted are
-/// played, so a track ends at its exact position.
+/// no more frames than that are requested from the disc. The disc player counts each pulled frame
+/// as played. Because all of them are played, a track ends at its exact position.
 constexpr std::array<Line, lineCount> pullOrder{Line::externalInput, Line::waveOut,
                                                 Line::compactDisc};
 
@@ -249,8 +249,8 @@ void SoundCard::produceDue(Time now, Released& released) {
         const std::size_t made = produceBlock(wanted, now, released);
         produced_ += static_cast<std::int64_t>(made);
         if (made < wanted) {
-            // A line starves or the recording has no space. Either stops the card, and the time
-            // until the card continues is not caught up.
+            // The card stops while a line starves or the recording has no space. The time until the
+            // card continues is not caught up.
             restartClock(now);
             return;
         }
@@ -260,8 +260,8 @@ void SoundCard::produceDue(Time now, Released& released) {
 /// Produces up to `wanted` frames and returns how many: as many as every line can deliver and the
 /// recording can accept.
 std::size_t SoundCard::produceBlock(std::size_t wanted, Time now, Released& released) {
-    // room() is called before anything is pulled, so that no line counts a frame that is not
-    // recorded.
+    // room() is called before anything is pulled, so that each frame that a source counts as
+    // played is also recorded.
     std::size_t frames = recorder_ ? std::min(wanted, recorder_->room()) : wanted;
     for (const Line line : pullOrder) {
         frames = std::min(frames, fill(channel(line), frames, released));

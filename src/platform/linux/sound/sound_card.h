@@ -89,7 +89,8 @@ class SoundCard {
     SoundCard& operator=(const SoundCard&) = delete;
 
     /// From now on the card pulls from `source`, which replaces an earlier source of that line.
-    /// `now` is the time from which its frames are due; frames due earlier are produced first.
+    /// `now` is the time from which the frames of `source` are due; the card first produces the
+    /// frames that were due earlier.
     void attach(Line line, std::shared_ptr<SampleSource> source, Time now);
     /// After this returns, the card does not call the line's source any more. Frames that were due
     /// and have not been produced yet are not pulled: call `advance` first if that matters. Frames
@@ -100,7 +101,8 @@ class SoundCard {
     /// no line's source any more.
     bool detachSource(Line line, const SampleSource& source);
 
-    /// Delivers every frame that is due after `now` to `sink`, which replaces an earlier sink.
+    /// From now on `sink` receives every frame of the recorder's source that is due after `now`,
+    /// and replaces an earlier sink.
     void startRecording(std::shared_ptr<RecordingSink> sink, Time now);
     /// After this returns, the sink is not called any more; all frames due up to `now` have been
     /// delivered to it.
@@ -130,20 +132,20 @@ class SoundCard {
     [[nodiscard]] bool masterMuted() const;
     /// Bass and treble of the speakers.
     [[nodiscard]] ToneControl& tone() { return tone_; }
-    /// The largest absolute sample, before volume and mute, from the recorder's source or a line
-    /// since the last reading; see PeakMeter::read.
+    /// The largest absolute sample of the recorder's source (recorderPeak) or of `line` (linePeak)
+    /// since the last call, before volume and mute; see PeakMeter::read.
     [[nodiscard]] int recorderPeak(Time now) { return recorderPeak_.read(now); }
     [[nodiscard]] int linePeak(Line line, Time now) { return channel(line).peak.read(now); }
 
     /// Produces every frame that is due at `now`, in blocks. A late call catches up; a starving
-    /// line, or a recording sink without space, stops the whole card until it has frames or space
-    /// again, and that time is not caught up: no frame is skipped and no silence is inserted. A
-    /// source that has ended is released, and its line becomes silent; while a lost source is
-    /// neither replaced nor detached, a recorder that uses its line records nothing. A `now` before
-    /// that of an earlier call has no effect.
+    /// line, or a recording sink without space, stops the whole card until the line has frames or
+    /// the sink has space, and that time is not caught up: no frame is skipped and no silence is
+    /// inserted. A source that has ended is released, and its line becomes silent; while a lost
+    /// source is neither replaced nor detached, a recorder that uses its line records nothing. A
+    /// `now` before that of an earlier call has no effect.
     void advance(Time now);
-    /// Whether there is any work: a line with a source, a recording or a listener. While false, the
-    /// card needs no calls of advance.
+    /// Whether there is any work: a recording, a listener, or a line with a source or with frames
+    /// that were pulled and are not played yet. While false, the card needs no calls of advance.
     [[nodiscard]] bool active() const;
     /// What the card has to do; decides how far the calls of advance may be apart.
     enum class Work {
@@ -193,7 +195,8 @@ class SoundCard {
     void notePeaks(std::span<const StereoFrame> recorderSound, Time now);
     [[nodiscard]] bool wantsInput() const;
 
-    /// Opens or closes the external input as the recorder needs it. Locks mutex_.
+    /// Opens the external input if the recorder or the listener needs it, and closes it otherwise.
+    /// Locks mutex_.
     void followInput();
 
     void wakeUp();

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests the sound card while a source has no frames, or while the recording accepts none.
+// Tests the sound card while a source has no frames at present, after a source was lost, and while
+// the recording accepts no frames.
 #include "platform/linux/sound/sound_card.h"
 
 #include <gmock/gmock.h>
@@ -37,7 +38,7 @@ class StarvingSoundCardTest : public testing::Test {
     std::shared_ptr<PatternSource> disc = std::make_shared<PatternSource>();
 };
 
-TEST_F(StarvingSoundCardTest, RecordsNothingAfterASourceWasLost) {
+TEST_F(StarvingSoundCardTest, RecordsNothingAfterARecordedLineLostItsSourceUntilItHasAnother) {
     for (const RecordingSource source : {RecordingSource::compactDisc, RecordingSource::mix}) {
         SoundCard losing;
         const auto tape = std::make_shared<MemorySink>();
@@ -58,7 +59,7 @@ TEST_F(StarvingSoundCardTest, RecordsNothingAfterASourceWasLost) {
     }
 }
 
-TEST_F(StarvingSoundCardTest, RecordsSilenceAfterALostLineWasDetached) {
+TEST_F(StarvingSoundCardTest, RecordsSilenceAfterALostSourceWasDetached) {
     card.attach(Line::compactDisc, std::make_shared<PatternSource>(441, Supply::lost), 0s);
     card.startRecording(recorder, 0s);
     card.advance(1s);
@@ -68,7 +69,7 @@ TEST_F(StarvingSoundCardTest, RecordsSilenceAfterALostLineWasDetached) {
     EXPECT_EQ(recorder->size(), 441U + 44100U);
 }
 
-TEST_F(StarvingSoundCardTest, AnotherLineIsRecordedAfterTheDiscsLineWasLost) {
+TEST_F(StarvingSoundCardTest, StillRecordsTheWaveLineAfterTheDiscsLineLostItsSource) {
     card.setRecordingSource(RecordingSource::waveOut);
     card.attach(Line::compactDisc, std::make_shared<PatternSource>(441, Supply::lost), 0s);
     card.attach(Line::waveOut, disc, 0s);
@@ -77,7 +78,7 @@ TEST_F(StarvingSoundCardTest, AnotherLineIsRecordedAfterTheDiscsLineWasLost) {
     EXPECT_THAT(recorder->frames(), IsSound(pattern(0, 44100)));
 }
 
-TEST_F(StarvingSoundCardTest, LosesAndInsertsNothingWhileItsSourceStarves) {
+TEST_F(StarvingSoundCardTest, SkipsNoFrameAndInsertsNoneWhileItsSourceStarves) {
     for (unsigned seed = 0; seed < 40; ++seed) {
         SoundCard starving;
         const auto tape = std::make_shared<MemorySink>();
@@ -175,18 +176,18 @@ class DiscWithAStarvingLineTest : public StarvingSoundCardTest {
     std::shared_ptr<PatternSource> file = std::make_shared<PatternSource>();
 };
 
-TEST_F(DiscWithAStarvingLineTest, CountsOnlyFramesOfTheDiscThatWerePlayed) {
+TEST_F(DiscWithAStarvingLineTest, CountsOnlyPlayedFramesInItsPosition) {
     EXPECT_EQ(disc->position(), 100);
     EXPECT_THAT(recorder->frames(), IsSound(counted()));
 }
 
-TEST_F(DiscWithAStarvingLineTest, EndsARecordingAtTheDiscsPosition) {
+TEST_F(DiscWithAStarvingLineTest, AStoppedRecordingEndsAtTheDiscsPosition) {
     card.stopRecording(60ms);
     EXPECT_EQ(disc->position(), 100);
     EXPECT_THAT(recorder->frames(), IsSound(counted()));
 }
 
-TEST_F(DiscWithAStarvingLineTest, LosesNothingOfADiscThatIsDetachedAndAttachedAgain) {
+TEST_F(DiscWithAStarvingLineTest, NoFrameIsLostWhenTheDiscIsDetachedAndAttachedAgain) {
     card.advance(60ms);
     card.detach(Line::compactDisc);
     EXPECT_THAT(recorder->frames(), IsSound(counted()));
@@ -212,13 +213,13 @@ TEST_F(StarvingSoundCardTest, RecordsExactlyTheDiscsFramesWhileAllLinesStarveAtR
         starving.attach(Line::waveOut, tune, now);
         starving.attach(Line::externalInput, input, now);
         for (int part = 0; part < 20; ++part) {
-            // As at the end of a track or at a pause, the recording stops and the disc is detached,
-            // in either order.
             starving.startRecording(tape, now);
             starving.attach(Line::compactDisc, source, now);
             for (auto blocks = random() % 10; blocks > 0; --blocks) {
                 starving.advance(now += 10ms);
             }
+            // As at the end of a track or at a pause, the recording stops and the disc is detached,
+            // in either order.
             if (random() % 2 == 0) {
                 starving.stopRecording(now);
                 starving.detach(Line::compactDisc);
@@ -251,7 +252,7 @@ class FullRecordingTest : public StarvingSoundCardTest {
     std::shared_ptr<NarrowSink> narrow = std::make_shared<NarrowSink>();
 };
 
-TEST_F(FullRecordingTest, StopsTheCardAndLosesAndInsertsNothing) {
+TEST_F(FullRecordingTest, StopsTheCardSoThatNoFrameIsSkippedOrInserted) {
     const auto speakers = std::make_shared<MemorySink>();
     card.setSpeakers(speakers);
     card.startRecording(narrow, 0ns);

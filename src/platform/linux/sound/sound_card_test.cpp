@@ -237,7 +237,7 @@ TEST_F(SoundCardTest, AppliesTheVolumesOfLineAndMasterOnlyToTheOutput) {
     EXPECT_EQ(speakers->size(), 441U);
 }
 
-TEST_F(SoundCardTest, PlaysSilenceWhileTheMasterIsMutedAndKeepsTheVolumes) {
+TEST_F(SoundCardTest, PlaysSilenceWhileTheMasterIsMutedAndKeepsTheMasterVolume) {
     card.setSpeakers(speakers);
     card.setMasterVolume(30000);
     card.setMasterMuted(true);
@@ -271,7 +271,7 @@ TEST_F(SoundCardTest, ClipsAMixThatIsTooLoud) {
     EXPECT_EQ(recorder->size(), 441U);
 }
 
-TEST_F(SoundCardTest, RecordsTheSumOfAllLinesBeforeTheirVolumes) {
+TEST_F(SoundCardTest, RecordsTheMixOfAllLinesUnaffectedByTheirVolumesAndMutes) {
     card.attach(Line::waveOut, std::make_shared<ConstantSource>(StereoFrame{7, -9}), 0ns);
     card.attach(Line::externalInput, std::make_shared<ConstantSource>(StereoFrame{100, 5}), 0ns);
     card.setVolume(Line::waveOut, 0);

@@ -8,8 +8,8 @@ namespace sonarith::sound {
 
 namespace {
 
-/// One block of the card: long enough to cost very little, and short compared with the output's
-/// buffer.
+/// One block of the card: so long that the wake-ups cost very little, and short compared with the
+/// output's buffer.
 constexpr std::chrono::milliseconds blockInterval{10};
 /// The interval while only files play (Work::files): the duration of the sound in the largest
 /// single write to the output (PlaybackSession). A shorter interval would only add wake-ups, and

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Advances a sound card on a separate thread: every 10 ms while it records, every 20 ms while it
-// plays a disc, and less often while it only plays a file or only delivers silence to a listener.
-// While the card is idle, the thread sleeps without waking up.
+// Advances a sound card on a separate thread: every 10 ms while the card records or uses an
+// external input, every 20 ms while it plays a disc or delivers sound to a listener, and less often
+// while it only plays a file or only delivers silence to a listener. While the card is idle, the
+// thread sleeps without waking up.
 #pragma once
 
 #include <condition_variable>
@@ -15,7 +16,8 @@
 
 namespace sonarith::sound {
 
-/// The machine's monotonic clock, the source of every `now` of the card.
+/// The time of the machine's monotonic clock. In the program, each `now` that the card receives is
+/// such a time.
 [[nodiscard]] SoundCard::Time monotonicNow();
 
 /// Advances `card` during the lifetime of this object; the card must outlive it. A card has only
@@ -41,9 +43,9 @@ class SoundCardThread {
     ThreadStarter starter_;
     std::mutex mutex_;
     std::condition_variable_any wake_;
-    bool called_ = false; ///< the card may have become active since the last check
+    bool called_ = false; ///< the wake-up hook was called since the card was last checked
     std::stop_source stop_;
-    std::thread thread_; ///< started under the mutex
+    std::thread thread_; ///< assigned while mutex_ is locked
 };
 
 } // namespace sonarith::sound

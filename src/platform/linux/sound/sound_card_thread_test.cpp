@@ -51,7 +51,7 @@ TEST(SoundCardThread, SleepsWhileTheCardIsIdle) {
     EXPECT_TRUE(eventually([&] { return source->position() > 0; }));
 }
 
-TEST(SoundCardThread, AdvancesACardWithOnlyAListenerLessOften) {
+TEST(SoundCardThread, AdvancesACardWithOnlyAListenerNoMoreOftenThanEvery50Milliseconds) {
     SoundCard card;
     std::atomic<int> clockCalls = 0;
     const SoundCardThread thread(card, [&clockCalls] {
@@ -65,8 +65,8 @@ TEST(SoundCardThread, AdvancesACardWithOnlyAListenerLessOften) {
     const auto start = monotonicNow();
     const int clockCallsBefore = clockCalls;
     ASSERT_TRUE(eventually([&] { return clockCalls >= clockCallsBefore + 5; }));
-    // At least four whole intervals of 50 ms have passed, since a thread can wake up late but never
-    // early. The test requires 10 % less, for inexact clocks.
+    // Between the five calls are four intervals of at least 50 ms each: a thread can wake up late
+    // but never early. The test requires 10 % less, for inexact clocks.
     EXPECT_GE(monotonicNow() - start, 4 * 45ms);
     const auto source = std::make_shared<PatternSource>();
     card.attach(Line::compactDisc, source, monotonicNow());
@@ -94,7 +94,7 @@ bool isOneRun(const std::vector<StereoFrame>& frames) {
     return true;
 }
 
-TEST(SoundCardThread, WakesUpLessOftenWhileOnlyAFileIsPlayed) {
+TEST(SoundCardThread, WakesUpNoMoreOftenThanEvery30MillisecondsWhileOnlyAFileIsPlayed) {
     SoundCard card;
     EXPECT_EQ(card.work(), SoundCard::Work::none);
     const auto sound = std::make_shared<PatternSource>();
@@ -113,7 +113,7 @@ TEST(SoundCardThread, WakesUpLessOftenWhileOnlyAFileIsPlayed) {
     EXPECT_LE(advances, passed.count() / 30 + 1);
 }
 
-TEST(SoundCardThread, WakesUpEvery20MillisecondsWhileADiscIsPlayed) {
+TEST(SoundCardThread, WakesUpNoMoreOftenThanEvery20MillisecondsWhileADiscIsPlayed) {
     SoundCard card;
     const auto sound = std::make_shared<PatternSource>();
     const auto begin = monotonicNow();
@@ -131,7 +131,7 @@ TEST(SoundCardThread, WakesUpEvery20MillisecondsWhileADiscIsPlayed) {
     EXPECT_LE(advances, passed.count() / 20 + 1);
 }
 
-TEST(SoundCardThread, TheWorkDependsOnTheLinesTheListenerAndTheRecorder) {
+TEST(SoundCardThread, TheWorkOfTheCardDependsOnItsLinesItsListenerAndItsRecorder) {
     SoundCard card;
     card.attach(Line::waveOut, std::make_shared<PatternSource>(), {});
     EXPECT_EQ(card.work(), SoundCard::Work::files);
@@ -148,7 +148,7 @@ TEST(SoundCardThread, TheWorkDependsOnTheLinesTheListenerAndTheRecorder) {
     EXPECT_EQ(card.work(), SoundCard::Work::all);
 }
 
-TEST(SoundCardThread, KeepsEverySampleWhileSeveralThreadsUseTheCardConcurrently) {
+TEST(SoundCardThread, NoRecordingOmitsOrRepeatsASampleWhileSeveralThreadsUseTheCard) {
     SoundCard card;
     // Each call of the clock advances the time by 3 us, so that the threads pass different times to
     // the card.
@@ -192,7 +192,7 @@ TEST(SoundCardThread, KeepsEverySampleWhileSeveralThreadsUseTheCardConcurrently)
     attaching.join();
     mixing.join();
 
-    ASSERT_LT(source->position(), 32719) << "the sound must not repeat for this comparison";
+    ASSERT_LT(source->position(), 32719) << "isOneRun() requires that no sample repeats";
     std::size_t audible = 0;
     for (const auto& tape : tapes) {
         ASSERT_TRUE(isOneRun(tape->frames()));
@@ -210,12 +210,12 @@ TEST(SoundCardThread, IsStartedByALaterSoundIfNoThreadCouldBeStartedBefore) {
     EXPECT_EQ(threads.refused(), 2);
     card.advance(monotonicNow() + 1s);
     EXPECT_GT(first->position(), 0) << "advance() must work without a thread";
-    threads.free(2);
+    threads.free(1);
     const auto second = std::make_shared<PatternSource>();
     card.attach(Line::compactDisc, second, monotonicNow());
     EXPECT_TRUE(eventually([&] { return second->position() > 3 * 441; }));
     card.attach(Line::waveOut, std::make_shared<PatternSource>(), monotonicNow());
-    EXPECT_EQ(threads.refused(), 2) << "a second thread was requested";
+    EXPECT_EQ(threads.refused(), 2) << "a second thread was requested, although one runs";
 }
 
 } // namespace

@@ -49,9 +49,9 @@ void ToneControl::apply(std::span<WideFrame> frames) {
     }
 }
 
-/// If `boosted`, a peak that does not fit into 16 bits attenuates the sound. Without a boost, the
-/// sound only recovers from earlier attenuation: the caller then clips a sum of lines that is too
-/// loud, as always at neutral sliders.
+/// If `boosted` (the filters are in use), a peak that does not fit into 16 bits attenuates the
+/// sound. Otherwise (both sliders are neutral) the sound only recovers from earlier attenuation,
+/// and the caller clips a sum of lines that is too loud.
 void ToneControl::limit(std::span<FilterFrame> frames, std::span<WideFrame> out, bool boosted) {
     for (std::size_t i = 0; i < frames.size(); ++i) {
         const FilterFrame& frame = frames[i];

@@ -3,9 +3,9 @@
 // headroom that a boost needs. With both sliders in the middle, samples are unchanged. Recorded
 // sound is never affected.
 //
-// Headroom: a boost may raise a sound above 16 bits. The sound is then attenuated until its peak
-// fits, and recovers slowly. So a loud sound with a boost is not clipped, and a sound that fits is
-// not attenuated.
+// Headroom: a boost may raise a sound above 16 bits. The sound is then attenuated as much as its
+// peak requires, and the attenuation decreases slowly. So a loud sound with a boost is not clipped,
+// and a sound that always fits is not attenuated.
 #pragma once
 
 #include <atomic>

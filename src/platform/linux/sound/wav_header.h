@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Creates the header of a WAV file of 16-bit samples, as plain WAV or RF64. It writes no file,
-// because its users write the samples in different ways: the sound card's recorder in order, other
-// users on many threads at once.
+// because its callers write the samples in different ways: the sound card's recorder in order, the
+// MP3 decoding on many threads at once.
 #pragma once
 
 #include <cstdint>

@@ -23,7 +23,7 @@ SF_INFO readBack(const std::vector<std::uint8_t>& header, std::size_t bytes) {
     return info;
 }
 
-TEST(WavHeader, IsReadByLibsndfileInBothForms) {
+TEST(WavHeader, IsReadByLibsndfileAsPlainWavAndAsRf64) {
     for (const WavFormat& format : {WavFormat{44100, 2}, WavFormat{8000, 1}, WavFormat{48000, 2}}) {
         for (const WavForm form : {WavForm::plain, WavForm::rf64}) {
             const SF_INFO info = readBack(wavHeader(form, format, 4000), 4000);

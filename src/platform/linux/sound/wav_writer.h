@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Writes a WAV of 16-bit samples at the sound card's rate sequentially to an open file. It neither
-// opens nor names files.
+// Writes a WAV (16-bit samples, the sound card's sample rate) sequentially to a file that is
+// already open. It neither opens nor names files.
 #pragma once
 
 #include <cstddef>
@@ -21,7 +21,8 @@ enum class Channels { mono = 1, stereo = 2 };
 
 class WavWriter {
   public:
-    /// Writes to `file` from its beginning. The file must stay open.
+    /// The members write to `file` from its beginning; the constructor writes nothing. The file
+    /// must stay open while this object is used.
     WavWriter(const files::FileDescriptor& file, Channels channels, WavForm form);
 
     /// Writes the header for `sampleBytes` bytes of samples; may be called again when the number

@@ -31,7 +31,7 @@ const Frames& exampleFrames() {
     return frames;
 }
 
-TEST(WaveConverter, KeepsTheCardsOwnFormatBitForBit) {
+TEST(WaveConverter, KeepsTheSamplesBitForBitInTheCardsOwnFormat) {
     const auto converter = WaveConverter::create(pcmFormat(2, 44100, 16));
     EXPECT_EQ(converter->frameBytes(), 4U);
     EXPECT_THAT(numbers(converter->convert(exampleFrames())),
@@ -131,8 +131,8 @@ std::vector<int> convertedTone(const WaveFormat& format, int silentBlocks) {
 }
 
 TEST(WaveConverter, ConvertsSoundAfterLongSilenceLikeSoundAfterShortSilence) {
-    // A block is a whole number of frames at these rates, so the silence before a sound does not
-    // shift the sound by a fraction of a frame.
+    // At these rates a block is converted to a whole number of frames, so the silence before a
+    // sound does not shift the sound by a fraction of a frame.
     for (const WaveFormat& format : {pcmFormat(1, 8000, 8), pcmFormat(2, 48'000, 16)}) {
         const auto frames = [&](int blocks) {
             return static_cast<std::size_t>(blocks) * format.nSamplesPerSec / 100 *
@@ -150,8 +150,9 @@ TEST(WaveConverter, ConvertsSoundAfterLongSilenceLikeSoundAfterShortSilence) {
     }
 }
 
-TEST(WaveConverter, DeliversTheSoundLeftInTheFilterDuringLaterSilenceInBlocksOfAnySize) {
-    // At the lowest rate the filter is the longest.
+TEST(WaveConverter, DeliversTheEndOfAToneDuringTheSilenceAfterItWhateverTheSizeOfTheSilentBlocks) {
+    // The end of the tone is still in the converter's filter when the silence begins. The filter is
+    // longest at the lowest rate.
     const auto endOfTone = [](std::size_t silentBlock) {
         const auto converter = WaveConverter::create(pcmFormat(1, 4000, 16));
         fakes::ToneSource tone(500, 20'000);

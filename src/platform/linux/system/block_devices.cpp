@@ -30,8 +30,8 @@ std::optional<std::string> BlockDevices::nameOf(const MountPoint& mount) const {
     if (!failed) {
         return device.filename().string();
     }
-    // A file system on several devices has a device number of its own; the mount's source is one of
-    // these devices.
+    // For example, a file system on several devices has a device number of its own, for which no
+    // link exists; the mount's source is then one of these devices.
     constexpr std::string_view devices = "/dev/";
     if (!mount.source.starts_with(devices)) {
         return std::nullopt;

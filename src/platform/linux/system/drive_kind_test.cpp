@@ -39,7 +39,7 @@ class DriveKindTest : public ::testing::Test {
 TEST_F(DriveKindTest, OfAnInternalDiskIsFixed) {
     EXPECT_EQ(kindOf("ext4", "254:0", "/dev/vda"), DriveKind::fixed);
     EXPECT_EQ(kindOf("xfs", "8:17", "/dev/root"), DriveKind::fixed);
-    EXPECT_EQ(kindOf("ext4", "7:3", "/dev/loop3"), DriveKind::fixed);
+    EXPECT_EQ(kindOf("ext4", "7:3", "/dev/loop3"), DriveKind::fixed); // a mounted file
 }
 
 TEST_F(DriveKindTest, FollowsTheKernelsRemovableFlagOfTheWholeDisk) {
@@ -75,6 +75,7 @@ TEST_F(DriveKindTest, OfDiscsAndTheirImagesIsCdRom) {
     EXPECT_EQ(kindOf("iso9660", "11:0"), DriveKind::cdRom);
     EXPECT_EQ(kindOf("udf", "11:0"), DriveKind::cdRom);
     EXPECT_EQ(kindOf("iso9660", "7:3"), DriveKind::cdRom);
+    // The number of an optical drive begins with "11:", not with "111:".
     EXPECT_EQ(kindOf("ext4", "111:0"), DriveKind::fixed);
 }
 
@@ -91,10 +92,11 @@ TEST_F(DriveKindTest, OfAServersFolderIsNetwork) {
     for (const char* type :
          {"nfs", "nfs4", "cifs", "smb3", "9p", "ceph", "virtiofs", "fuse.sshfs", "fuse.rclone",
           "fuse.gvfsd-fuse", "fuse.davfs2", "glusterfs", "webdavfs.fuse"}) {
+        // "webdavfs.fuse" is not a known type, and the source "none" contains no host.
         const bool known = std::string(type) != "webdavfs.fuse";
         EXPECT_EQ(kindOf(type, "0:50"), known ? DriveKind::network : DriveKind::fixed) << type;
     }
-    // The type is unknown, but the source contains a host.
+    // Types that are not known, but with sources that contain a host.
     EXPECT_EQ(kindOf("fuse", "0:50", "https://host/dav"), DriveKind::network);
     EXPECT_EQ(kindOf("newfs", "0:50", "host:/folder"), DriveKind::network);
     EXPECT_EQ(kindOf("newfs", "0:50", "//host/share"), DriveKind::network);
@@ -113,7 +115,9 @@ TEST_F(DriveKindTest, IsFixedIfTheKernelHasNoInformation) {
 
 // --- labels and UUIDs ----------------------------------------------------------------------------
 
-TEST_F(DriveKindTest, LabelAndUuidAreReadFromTheDeviceManagersLinks) {
+using BlockDevicesTest = DriveKindTest;
+
+TEST_F(BlockDevicesTest, LabelAndUuidAreReadFromTheDeviceManagersLinks) {
     sys.addLink("by-label", "MY\\x20STICK", "sda1");
     sys.addLink("by-label", "OTHER", "sdb1");
     sys.addLink("by-uuid", "1A2B-3C4D", "sda1");
@@ -123,7 +127,7 @@ TEST_F(DriveKindTest, LabelAndUuidAreReadFromTheDeviceManagersLinks) {
     EXPECT_EQ(BlockDevices("/no/sys", "/no/disk").label("sda1"), "");
 }
 
-TEST_F(DriveKindTest, NamesOfLinksAreUnescaped) {
+TEST_F(BlockDevicesTest, NamesOfLinksAreUnescaped) {
     EXPECT_EQ(plainDiskName("a\\x20b\\x2fc"), "a b/c");
     EXPECT_EQ(plainDiskName("\\xc3\\xa9"), "é");
     for (const char* text : {"", "\\", "\\x", "\\x2", "\\xzz", "\\x-1", "plain"}) {

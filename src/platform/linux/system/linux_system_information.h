@@ -66,8 +66,8 @@ class LinuxSystemInformation final : public SystemInformation {
     [[nodiscard]] std::optional<std::string> computerName() const override;
     [[nodiscard]] std::optional<std::string> userName() const override;
 
-    /// The number of objects (mounts, or the account) whose call has not returned yet. Each of them
-    /// occupies one thread.
+    /// The number of queries that have not returned yet: at most one for each mount, and one for
+    /// the user's name. Each of them occupies one thread.
     [[nodiscard]] std::size_t unanswered() const { return calls_.unanswered(); }
 
   private:

@@ -30,7 +30,8 @@ bool takeCharacter(std::string_view& text, char wanted) {
     return there;
 }
 
-/// The keys of a device, parsed from words of 64 keys each, the highest keys first.
+/// The keys of a device, parsed from hexadecimal numbers. Each bit of a number stands for one of 64
+/// keys; the first number contains the highest keys.
 class KeySet {
   public:
     explicit KeySet(const std::string& words) {

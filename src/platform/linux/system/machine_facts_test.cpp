@@ -64,8 +64,7 @@ TEST(KeyboardIn, IgnoresButtonsAndMice) {
 }
 
 TEST(KeyboardIn, PrefersTheKeyboardWithTheMostFunctionKeys) {
-    // The keys with the numbers 3 to 60: digits, letters and others, and of the function keys F1
-    // and F2 (59 and 60).
+    // The keys with the numbers 3 to 60. Their only function keys are F1 and F2 (59 and 60).
     const std::string small = "B: KEY=0 1ffffffffffffff8\n";
     EXPECT_EQ(keyboardIn(small).functionKeys, 2);
     EXPECT_EQ(keyboardIn(small + keyboardKeys + small).functionKeys, 12);

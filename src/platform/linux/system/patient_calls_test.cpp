@@ -19,6 +19,8 @@ class PatientCallsTest : public ::testing::Test {
   protected:
     ~PatientCallsTest() override { gate->open(); }
 
+    /// Makes a call that hangs while the gate is closed. `object` is the name of what the call
+    /// accesses, such as a mount.
     std::optional<int> askGate(const std::string& object = "gate") {
         return calls.ask(object, [gate = gate] {
             gate->pass();
@@ -67,7 +69,7 @@ TEST_F(PatientCallsTest, WaitForAHangingCallUntilTheTimeLimitAndNotMuchLonger) {
     EXPECT_EQ(calls.unanswered(), 1U);
 }
 
-TEST_F(PatientCallsTest, DoNotCallAnObjectAgainBeforeItsCallHasReturned) {
+TEST_F(PatientCallsTest, MakeNoSecondCallToAnObjectBeforeTheFirstHasReturned) {
     gate->close();
     EXPECT_EQ(askGate(), std::nullopt);
     const auto start = std::chrono::steady_clock::now();
@@ -79,7 +81,7 @@ TEST_F(PatientCallsTest, DoNotCallAnObjectAgainBeforeItsCallHasReturned) {
     EXPECT_EQ(calls.unanswered(), 1U);
 }
 
-TEST_F(PatientCallsTest, CallAnotherObjectWhileCallsHang) {
+TEST_F(PatientCallsTest, CallAnotherObjectWhileCallsToOneOrTwoObjectsHang) {
     gate->close();
     EXPECT_EQ(askGate("first"), std::nullopt);
     EXPECT_EQ(askOther(), 8);
@@ -88,7 +90,7 @@ TEST_F(PatientCallsTest, CallAnotherObjectWhileCallsHang) {
     EXPECT_EQ(gate->arrivals(), 2);
 }
 
-TEST_F(PatientCallsTest, CallAnObjectAgainAfterItsCallHasReturned) {
+TEST_F(PatientCallsTest, CallAnObjectAgainAfterTheFirstCallToItHasReturned) {
     gate->close();
     EXPECT_EQ(askGate(), std::nullopt);
     gate->open();

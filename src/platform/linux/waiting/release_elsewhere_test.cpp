@@ -19,7 +19,7 @@ struct Slow {
     std::shared_ptr<fakes::Gate> gate;
 };
 
-TEST(ReleasedElsewhere, DoesNotBlockTheReleasingThread) {
+TEST(ReleaseElsewhere, ASlowDestructorDoesNotBlockTheThreadThatReleasesTheLastPointer) {
     const auto gate = std::make_shared<fakes::Gate>();
     gate->close();
     auto slow = releasedElsewhere(std::make_shared<Slow>(gate));

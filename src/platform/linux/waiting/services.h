@@ -12,7 +12,7 @@ namespace sonarith::waiting {
 struct Services {
     WorkerThreads& threads;
     Waiting& waiting;
-    Notices& notices; ///< reports drives and mounts that do not respond or respond again
+    Notices& notices; ///< receives a report when a drive or mount hangs, or responds again
 };
 
 } // namespace sonarith::waiting

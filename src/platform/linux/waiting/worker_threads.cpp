@@ -17,14 +17,14 @@ struct WorkerThreads::State {
     std::mutex mutex;
     std::condition_variable changed;
     std::optional<Work> next; ///< work for the idle thread, not started yet
-    bool idle = false;        ///< a thread waits for `next`
+    bool idle = false;        ///< a thread waits for `next`, or will after its `afterwards`
     bool quitting = false;
 
     /// The function of each thread; `work` is its first work.
     void carryOut(Work work) {
         for (;;) {
             work.job();
-            work.job = nullptr; // destroys what the job owns before the job's end is signalled
+            work.job = nullptr; // destroys what the job owns before `afterwards` runs
             std::unique_lock lock(mutex);
             const bool stays = !idle && !quitting;
             idle = idle || stays;
