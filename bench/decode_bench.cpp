@@ -139,9 +139,9 @@ void compareMany(const fs::path& mp3) {
             [&] { completed = decode(mp3, wav).outcome == DecodeOutcome::completed && completed; });
         fs::remove(wav);
     }
-    std::printf(
-        "%d decodings of 3 minutes: tool %.1f s  ours %.1f s  ratio %.3f (goal: below 1)%s\n",
-        files, tool, control, control / tool, completed ? "" : "  FAILED");
+    std::printf("%d decodings of a file of 3 minutes: tool %.1f s  ours %.1f s  ratio %.3f (goal: "
+                "below 1)%s\n",
+                files, tool, control, control / tool, completed ? "" : "  FAILED");
 }
 
 /// Decodes a file that is designed to slow a decoder down, and a file of the same kind with half

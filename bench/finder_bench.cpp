@@ -188,7 +188,7 @@ int main(int argc, char** argv) {
                 median(alone.ms) / median(findMs));
     std::printf(
         "search with the window    %8.1f ms   %.2f times find (limit %.1f), %.2f times the search "
-        "without (limit %.1f)\n",
+        "without a window (limit %.1f)\n",
         median(inWindow.ms), median(inWindow.ms) / median(findMs), findLimit,
         median(inWindow.ms) / median(alone.ms), windowLimit);
     std::printf(

@@ -83,7 +83,7 @@ class Player {
         clockid_t clock{};
         timespec time{};
         if (::clock_getcpuclockid(process_, &clock) != 0 || ::clock_gettime(clock, &time) != 0) {
-            std::fprintf(stderr, "a player has ended before it was measured\n");
+            std::fprintf(stderr, "a player ended before its measurement was complete\n");
             std::exit(1);
         }
         return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;

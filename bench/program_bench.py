@@ -5,6 +5,8 @@ program's start to its painted window, compared with the time for an empty Qt Wi
 same run, and the processor time of the idle program.
 
 program_bench.py FOLDER_OF_THE_PROGRAMS
+
+The folder contains the programs `sonarith` and `empty_window`.
 """
 import ctypes
 import os
@@ -77,8 +79,9 @@ class Screen:
         self.xlib.XFlush(self.display)
 
     def painted(self):
-        """Whether a strip of the screen is not black. The strips are so close that every window
-        covers one. Reading the whole screen instead would slow the measured program down."""
+        """Whether any of the strips of the screen that this function reads is not black. A strip is
+        one line of pixels; the strips are so close that each measured window covers at least one.
+        Reading the whole screen instead would slow the measured program down."""
         every = ctypes.c_ulong(0xFFFFFFFF)
         for y in range(STRIP_DISTANCE // 2, SCREEN_HEIGHT, STRIP_DISTANCE):
             image = self.xlib.XGetImage(self.display, self.root, 0, y, SCREEN_WIDTH, 1, every, 2)

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Defines how the folders below src/ become libraries and test programs. A module is a set of
+# Defines how folders of src/ and tests/ become libraries and test programs. A module is a set of
 # folders. Its library consists of all *.cpp except *_test.cpp, its test program of all *_test.cpp.
 
 add_library(sonarith_flags INTERFACE)
@@ -39,7 +39,7 @@ function(sonarith_module name)
   if(SONARITH_TESTS AND tests)
     add_executable(${name}_test ${tests})
     target_include_directories(${name}_test PRIVATE ${PROJECT_SOURCE_DIR}/tests)
-    # With this path the tests find the scripts in tools/ that create test data.
+    # With this path the tests find files of the source tree, such as the help pages.
     target_compile_definitions(${name}_test PRIVATE SONARITH_SOURCES="${PROJECT_SOURCE_DIR}")
     target_link_libraries(${name}_test PRIVATE sonarith_${name} GTest::gmock_main)
     # Optimizing the code that the sanitizers add to a test would take half of its build time.

@@ -2,7 +2,7 @@
 # Reads the names (SONAME) of the libraries that the program loads when it first calls one of their
 # functions, and writes the names to a header. The libraries are those of the machine that builds
 # the program: the program is compiled with their headers, and the Debian package depends on the
-# packages that contain them. SONARITH_SONAMES lists the names.
+# packages that contain these libraries. SONARITH_SONAMES lists the names.
 
 find_program(SONARITH_READELF NAMES readelf llvm-readelf REQUIRED)
 set(SONARITH_SONAMES)

@@ -7,10 +7,11 @@
 
 Prints the path of the created cue sheet or TOC file. With --signal ramp, frame n of the disc,
 counted from INDEX 01 of track 1, contains the low 16 bits of n in the left channel, and the high 16
-bits of n, exclusive-or 0x5a5a, in the right channel. With --pause N, each track except the first
-begins with a pause of N sectors (INDEX 00), which is stored in the image in addition to the length
-of the track; the disc's time line counts the pause as part of the track before. With --data N, a
-data track of N sectors follows the audio tracks, as on an enhanced disc.
+bits of n, exclusive-or 0x5a5a, in the right channel. With --pause N, a pause of N sectors precedes
+each track except the first, and is stored in the image in addition to the length of the track. The
+sheet lists the pause in the track after it (with INDEX 00 or START); the disc's time line counts
+the pause as part of the track before it. With --data N, a data track of N sectors follows the audio
+tracks, as on an enhanced disc.
 """
 
 import argparse
@@ -191,7 +192,8 @@ def arguments():
     parser.add_argument("--name", default="demo")
     parser.add_argument("--tracks", type=int, default=3, choices=range(1, 100), metavar="1..99")
     parser.add_argument("--seconds", type=float, default=4, help="length of each track")
-    parser.add_argument("--sectors", type=int, help="length of each track, instead of --seconds")
+    parser.add_argument("--sectors", type=int,
+                        help="length of each track in sectors, instead of --seconds")
     parser.add_argument("--pause", type=int, default=0, metavar="SECTORS")
     parser.add_argument("--data", type=int, default=0, metavar="SECTORS")
     parser.add_argument("--layout", default="cue",

@@ -173,31 +173,31 @@ TEST_F(PlayerInApplication, ExitUnloadsThePanelBeforeTheMainWindowSoTheDiscIsUnm
     EXPECT_TRUE(playerOff());
 }
 
-TEST_F(PlayerInApplication, TheProgramCanEndAtEveryYieldOfASwitchOff) {
+TEST_F(PlayerInApplication, TheProgramCanEndAtEveryYieldWhileThePlayerIsBeingSwitchedOff) {
     const std::pair<const char*, std::function<void(ApplicationBench&)>> jobs[] = {
         {"start of an action",
          [](ApplicationBench& run) {
              run.form.CmdSelectAction.click();
          }},
-        {"off",
+        {"switch-off of the player",
          [](ApplicationBench& run) {
              run.windows.Form4.optNoCD.choose();
          }},
-        {"panel closed",
+        {"close of the panel",
          [](ApplicationBench& run) {
              run.windows.Form4.unload();
          }},
     };
     const std::pair<const char*, std::function<void(ApplicationBench&)>> ends[] = {
-        {"close",
+        {"close of the main window",
          [](ApplicationBench& run) {
              run.form.unload();
          }},
-        {"exit",
+        {"click on Exit",
          [](ApplicationBench& run) {
              run.form.Command5.click();
          }},
-        {"close within a close",
+        {"close of the main window within such a close",
          [](ApplicationBench& run) {
              run.loop.atYield(3, [&run] { run.form.unload(); });
              run.form.unload();

@@ -68,7 +68,7 @@ TEST(PlaylistEditor, IsClosedAndStopsPlayingWhenAnActionStarts) {
     EXPECT_EQ(bench.mp3.created, controls + 1);
 }
 
-TEST(PlaylistEditor, KeepsItsTextsIfTheMainWindowsButtonIsClickedAgain) {
+TEST(PlaylistEditor, KeepsItsTextsIfItsButtonInTheMainWindowIsClickedAgain) {
     PlaylistBench bench;
     bench.form.C5555555.click();
     bench.editor.Text5.setText(bench.song);

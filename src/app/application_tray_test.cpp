@@ -62,7 +62,7 @@ TEST(Minimize, IconifiesTheWindowIfNoDesktopPanelShowsTrayIcons) {
 }
 
 TEST(MinimizeOnStartOfAnAction,
-     HidesOrIconifiesTheWindowDuringAnActionAndShowsTheActionInTheToolTip) {
+     HidesTheWindowOrIconifiesItWithoutATrayHostAndShowsTheActionInTheToolTip) {
     for (const bool host : {true, false}) {
         TrayBench bench;
         bench.tray.setHost(host);

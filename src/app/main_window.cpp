@@ -190,7 +190,7 @@ void MainWindow::Form_Unload() {
         platform_.media.sendString(command);
     }
     windows_.Form4.Option14.click(); // unmutes the disc's line
-    // Closing the player mutes this line again, unless the player is already closed.
+    // Closing the player mutes this line, unless the player is already closed.
     windows_.Form4.unload();
     windows_.frmpopup.unload();
     platform_.loop.endProgram();

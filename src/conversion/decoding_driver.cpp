@@ -122,7 +122,7 @@ void DecodingDriver::findFile(const std::string& text) {
 
 /// Searches `list` for a line with the file name `name`. If such a line is found, fileIndex is its
 /// index and currentFile its path; otherwise fileIndex is the number of lines and currentFile is
-/// the last name compared.
+/// the last name compared (unchanged if `list` is empty).
 bool DecodingDriver::findIn(const ListBox& list, const std::string& name) {
     for (process_.fileIndex = 0; process_.fileIndex < list.listCount(); ++process_.fileIndex) {
         const std::string line = list.list(process_.fileIndex);

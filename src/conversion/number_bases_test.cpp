@@ -31,7 +31,7 @@ TEST(ConvertBase, EveryByteSurvivesARoundTripThroughEachBase) {
     for (std::int16_t base = 2; base <= 36; ++base) {
         for (int byte = 0; byte < 256; ++byte) {
             const std::string digits = ConvertBase(std::to_string(byte), 10, base);
-            EXPECT_EQ(ConvertBase(digits, base, 10), std::to_string(byte)) << base;
+            EXPECT_EQ(ConvertBase(digits, base, 10), std::to_string(byte)) << "base " << base;
         }
     }
 }
@@ -47,8 +47,8 @@ TEST(ConvertBase, RefusesATextThatIsNoNumberInTheBase) {
 TEST(ConvertBase, RefusesAnEmptyTextAndUnsupportedBases) {
     EXPECT_EQ(ConvertBase("", 10, 16), "Error");
     for (const std::int16_t base : {-32768, -2, 0, 37, 32767}) {
-        EXPECT_EQ(ConvertBase("1", base, 10), "Error") << base;
-        EXPECT_EQ(ConvertBase("1", 10, base), "Error") << base;
+        EXPECT_EQ(ConvertBase("1", base, 10), "Error") << "base " << base;
+        EXPECT_EQ(ConvertBase("1", 10, base), "Error") << "base " << base;
     }
     EXPECT_EQ(ConvertBase("0", 1, 10), "Error");
 }
@@ -67,7 +67,7 @@ TEST(ConvertBase, IsExactUpTo53BitsAndTerminatesForLargerNumbers) {
         EXPECT_FALSE(ConvertBase(std::string(300, '7'), 10, base).empty());
         // Rounding errors make some remainders negative; their digits have no sign.
         const std::string digits = ConvertBase(std::string(100, '1'), 2, base);
-        EXPECT_EQ(digits.find('-'), std::string::npos) << base << ": " << digits;
+        EXPECT_EQ(digits.find('-'), std::string::npos) << "base " << base << ": " << digits;
     }
 }
 
@@ -93,8 +93,10 @@ TEST(ConvertBase, AcceptsOnlyTheDigitsAndLettersOfBase36) {
         const bool digit = code >= '0' && code <= '9';
         const bool letter = (code >= 'A' && code <= 'Z') || (code >= 'a' && code <= 'z');
         const std::string one(1, static_cast<char>(code));
-        EXPECT_EQ(ConvertBase(one, 36, 10) != "Error", digit || letter) << code;
-        EXPECT_EQ(ConvertBase("1" + one, 36, 10) != "Error", digit || letter) << code;
+        EXPECT_EQ(ConvertBase(one, 36, 10) != "Error", digit || letter)
+            << "character code " << code;
+        EXPECT_EQ(ConvertBase("1" + one, 36, 10) != "Error", digit || letter)
+            << "character code " << code;
     }
 }
 

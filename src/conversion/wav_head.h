@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Reads the format fields of a WAV file at fixed offsets in its first 36 bytes, and calculates its
-// duration. It does not search for chunks, and nothing in the program calls it.
+// duration. Does not search for chunks. Nothing in the program calls wHeadInfo().
 #pragma once
 
 #include <cstdint>

@@ -81,8 +81,8 @@ TEST_F(WavHeadTest, KeepsThePreviousFilesRateForAnUnknownLowByte) {
                                      : byte == 0x44 ? "44100"
                                      : byte == 0x80 ? "48000"
                                                     : "11025";
-        EXPECT_EQ(head().wavSampleRate, expected) << byte;
-        EXPECT_EQ(head().wavBitRate, std::stoi(expected) * 16) << byte;
+        EXPECT_EQ(head().wavSampleRate, expected) << "low byte " << byte;
+        EXPECT_EQ(head().wavBitRate, std::stoi(expected) * 16) << "low byte " << byte;
     }
 }
 

@@ -317,7 +317,7 @@ TEST_F(ControlPanelTest, RemovalOfTheTrayHostMinimizesTheHiddenMainWindow) {
 }
 
 TEST_F(ControlPanelTest, RemovalOfTheTrayHostDoesNotAffectAVisibleMainWindow) {
-    // Adds the icon without hiding the main window, as a switch of the preferences does.
+    // Adds the icon without hiding the main window, as the preferences' check box Check4 does.
     popup.load();
     tray.setHost(false);
     tray.setHost(true);

@@ -28,7 +28,8 @@ TEST(DriveRoots, AreInTheOrderOfTheMachinesList) {
 
 TEST(DriveRoots, AreCompleteEvenIfTheFirstBufferIsTooSmall) {
     test::FakeSystemInformation machine;
-    // The list of C: and these drives is longer than the ten characters of the first call's buffer.
+    // The fake has C: by default. With these drives, its list is longer than the ten characters of
+    // the buffer that driveRoots() passes first.
     for (const char* root : {"D:\\", "E:\\", "F:\\"}) {
         machine.drives[root] = {};
     }
@@ -36,7 +37,7 @@ TEST(DriveRoots, AreCompleteEvenIfTheFirstBufferIsTooSmall) {
 }
 
 TEST(DriveRoots, AreRequestedAgainAsLongAsTheListGrows) {
-    // A drive is added before each call, until there are six.
+    // Each request for the list first adds a drive, until there are six.
     test::FakeSystemInformation machine;
     std::vector<std::string> now = {"C:\\", "D:\\"};
     int asked = 0;

@@ -60,8 +60,8 @@ void CaptureMonitor::tmrRecord_Timer() {
         platform_.loop.yield();
     }
     // A stop during the yield sets trackEndMs to 0, so the condition below is then true. The end of
-    // the track is checked once per tick: the file may contain up to one tick of the following
-    // track.
+    // the track is checked once per tick. So the file may also contain the beginning of the
+    // following track, up to one interval of the timer.
     if (form_.Check9.value() == 1 || positionMs >= capture_.trackEndMs) {
         endTrack();
     }
@@ -112,7 +112,8 @@ void CaptureMonitor::startNextLine() {
 }
 
 void CaptureMonitor::finishQueue() {
-    // The files of a run that ended by itself are added to the tree by the next scan of the folder.
+    // If the queue ended without a stop, the next scan of the destination folder adds its files to
+    // the tree.
     if (capture_.trackEndMs != 0) {
         form_.Enablem();
     } else if (process_.stopRequested) {
@@ -164,7 +165,7 @@ void CaptureMonitor::Command8_Click() {
     process_.stopRequested = true;
     form_.Timer1.setEnabled(true);
     form_.Enablem();
-    // If no capture is running, Check9 stays at 1 until the next start.
+    // If no capture is running, Check9 stays at 1 until the next queue starts.
     form_.Check9.setValue(1).passOver();
     capture_.trackEndMs = 0;
     if (!form_.tmrRecord.enabled()) {

@@ -50,7 +50,7 @@ TEST(CaptureMonitor, SendsTheSameFourCommandsAtEachTickOfATrackOfOneHour) {
     EXPECT_THAT(bench.disc.saved, ElementsAre(SavedCapture{savedAs(1), 3600LL * 176400}));
 }
 
-TEST(CaptureMonitor, ShowsTheNumberOfBytesThePercentageAndTheBarInEachTick) {
+TEST(CaptureMonitor, ShowsTheByteCountThePercentageAndTheBarInEachTick) {
     QueueBench bench(2);
     bench.loop.after(550ms, [&] {
         EXPECT_EQ(bench.form.lblStatus.caption(), "88200 Bytes");
@@ -230,7 +230,7 @@ TEST(CaptureMonitor, ShowsZeroForATrackWithoutLength) {
     EXPECT_EQ(bench.form.ProgressBar1.value(), 0);
 }
 
-TEST(CaptureMonitor, EndsATrackOnlyByAStopIfThePositionQueryFails) {
+TEST(CaptureMonitor, IfThePositionQueryFailsOnlyAStopByTheUserEndsATrack) {
     QueueBench bench(2);
     bench.media.answer("status cd position", {.status = 300});
     bench.loop.after(5min, [&] {

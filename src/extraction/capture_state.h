@@ -25,7 +25,7 @@ class TrackLengths {
     /// Error: subscriptOutOfRange for a track outside 1 to count().
     [[nodiscard]] Result<std::int32_t> operator()(std::int32_t track) const {
         if (track < 1 || track > count()) {
-            return {ErrorNumber::subscriptOutOfRange, "There is no track of that number."};
+            return {ErrorNumber::subscriptOutOfRange, "There is no track with this number."};
         }
         return lengths_[static_cast<std::size_t>(track - 1)];
     }
@@ -33,7 +33,7 @@ class TrackLengths {
     /// Error: subscriptOutOfRange for a track outside 1 to count(); then nothing changes.
     Status set(std::int32_t track, std::int32_t milliseconds) {
         if (track < 1 || track > count()) {
-            return {ErrorNumber::subscriptOutOfRange, "There is no track of that number."};
+            return {ErrorNumber::subscriptOutOfRange, "There is no track with this number."};
         }
         lengths_[static_cast<std::size_t>(track - 1)] = milliseconds;
         return {};

@@ -19,9 +19,9 @@ class DiscInspection {
     /// Fills lblCDID, lblNumTracks, lstTracks and trackLengthMs (milliseconds) and clears
     /// lstRecord. If the disc cannot be opened, clears the labels and lists and shows no message.
     /// If the reported number of tracks is less than two, fills only the labels, clears the lists,
-    /// leaves the disc open, and shows a message for 0 and for 1. trackLengthMs is unchanged if the
-    /// disc cannot be opened or has fewer than two tracks. Yields once; twice for fewer than two
-    /// tracks; not at all if the disc cannot be opened.
+    /// leaves the disc open, and shows a message if the number is 0 or 1. trackLengthMs is
+    /// unchanged if the disc cannot be opened or has fewer than two tracks. Yields once; twice for
+    /// fewer than two tracks; not at all if the disc cannot be opened.
     void InspectCD();
 
   private:

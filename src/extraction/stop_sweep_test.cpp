@@ -181,7 +181,7 @@ TEST(EveryStop, InsideEveryMessageBoxEndsTheCapture) {
                     bench.form.cmdStart.click();
                     EXPECT_EQ(boxes, 1);
                     EXPECT_TRUE(bench.idle());
-                    // If a disc command fails, startDevices() still disables the window's commands
+                    // Even if a disc command fails, startDevices() disables the window's commands
                     // before it returns. Only the end of the start action enables them again; this
                     // test does not run that code and calls Enablem() instead.
                     const bool discFailed = std::string(failing).find("cd") != std::string::npos;

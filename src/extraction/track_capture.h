@@ -42,7 +42,8 @@ class TrackCapture {
 
     /// A variant of StartTrackRecording2. The track is the ItemData of the current line of
     /// lstRecord, or `TrackNum` if there is no current line. The format is the one that is chosen
-    /// in the preferences' list. Does not start the monitor's timer. Nothing calls this function.
+    /// in the preferences' list of formats. Does not start the monitor's timer. Nothing calls this
+    /// function.
     void StartTrackRecording1(std::int32_t TrackNum);
 
   private:

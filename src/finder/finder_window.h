@@ -24,7 +24,7 @@ class FinderWindow {
     /// Starts a search or stops the running search, depending on the button's caption. A call that
     /// starts a search returns at the end of that search.
     void Command1_Click();
-    /// Closes the window. A running search ends at its next step.
+    /// Closes the window. A running search ends when its current yield returns.
     void cmdend_Click();
 
     void zFileExt_Change();

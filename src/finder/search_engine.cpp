@@ -159,7 +159,7 @@ void SearchEngine::takeFile(const std::string& path, const std::string& name, st
     // Deliberate: the extension starts at the first dot of the whole path, not at the last dot of
     // the name. So a search for ".mp3" finds neither "a.b.mp3", whose extension is ".b.mp3", nor
     // any file in a folder whose name has a dot. If there is no dot, the extension of the previous
-    // entry is kept.
+    // file is kept.
     if (const auto dot = full.find('.'); dot != std::string::npos) {
         ext = full.substr(dot);
     }

@@ -266,7 +266,7 @@ TEST_F(SearchStopsTest, AFileMayBeDeletedInsideAYield) {
     world->loop.atYield(4, [&] {
         EXPECT_TRUE(finder.lstfiles.setListIndex(0).ok());
         finder.mnuDelete.click();
-        // The deletion yielded while it waited, inside a yield of the scan.
+        // The deletion yields while it pauses, here inside a yield of the search.
         EXPECT_THAT(world->loop.yieldCount(), Gt(5));
     });
     world->search("c:\\m", ".wav");

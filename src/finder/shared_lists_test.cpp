@@ -101,13 +101,14 @@ TEST_F(SharedListsTest, ClosingTheWindowAtAnyYieldOfAScanLosesTheRestOfTheScansR
         world.windows.frmsearch.show();
         world.loop.atYield(n, [&] { world.finder.cmdend.click(); });
         world.tree.showfiles();
-        // The scan's next step loads a new window, hidden and empty.
+        // The scan's next step loads the closed window again, hidden and empty.
         EXPECT_FALSE(world.finder.visible());
         world.expectIdle();
         const bool inFirstSearch = n <= yields / 2;
         EXPECT_EQ(world.lines(world.form.List1).empty(), inFirstSearch);
-        // List2 is empty for each n: either the close ended the second search, or the close came
-        // before the second search, which then used the folder of a new window.
+        // List2 is empty for each n. A close during the second search ended that search. A close
+        // before the second search discarded the folder, which the scan sets only once: the second
+        // search then searched the window's initial folder, and this folder contains no MP3 file.
         EXPECT_THAT(world.lines(world.form.List2), IsEmpty());
     }
 }

@@ -42,7 +42,8 @@ class Head {
         return head;
     }
 
-    /// The byte at `position`; 0 before the start and after the end of the file.
+    /// The byte at `position`; 0 before the start of the file and after the last byte that was
+    /// read.
     [[nodiscard]] std::uint8_t at(std::size_t position) const {
         return position >= 1 && position <= bytes_.size()
                    ? std::to_integer<std::uint8_t>(bytes_[position - 1])

@@ -299,7 +299,7 @@ TEST_F(Mp3AnalysisTest, KeepsThePreviousFilesHeaderBesideTheNewTagIfTheLengthCan
     EXPECT_EQ(info.Bitrate, 204);
 }
 
-TEST_F(Mp3AnalysisTest, KeepsThePreviousFilesHeaderBesideTheNewTagIfTheHeaderFails) {
+TEST_F(Mp3AnalysisTest, KeepsThePreviousFilesHeaderBesideTheNewTagIfTheNewBitRateIs0) {
     fillRecord();
     const Status status = analyse(Mp3Bytes(4000).header(1, 0xFFFB0000).end(tagOf("new")));
     EXPECT_EQ(status.error().number, ErrorNumber::divisionByZero);

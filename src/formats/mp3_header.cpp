@@ -50,7 +50,7 @@ constexpr std::array<BitRates, 4> bitRates = {{
 
 /// Indexed by the layer; 0 for the reserved layer. The number of slots in a frame is coefficient x
 /// bit rate / sampling rate. A slot is one byte; in Layer I it is four bytes, but averageBitRate()
-/// always assumes one.
+/// always assumes one byte.
 constexpr std::array<int, 4> coefficients = {0, 12, 144, 144};
 
 Error outOfRange() {

@@ -37,7 +37,7 @@ struct Mp3Info {
     std::string Track;      ///< the 30th character of the tag's comment; nothing uses it
 
     // Fields of the additional header that marks a file of variable bit rate; stored as soon as
-    // they are read. A file without this header sets only IsVbr, to false.
+    // they are read. For a file without this header, IsVbr becomes false and Frames is unchanged.
     bool IsVbr = false;
     std::int16_t Frames = 0;
 };

@@ -190,7 +190,7 @@ TEST_F(Form1Test, DisablemLoadsNothing) {
     EXPECT_FALSE(windows.frmsearch.loaded());
 }
 
-TEST_F(Form1Test, EnablemEnablesAllTwelveCommandsIncludingThoseDisabledAtLoad) {
+TEST_F(Form1Test, EnablemEnablesAllTwelveCommandsIncludingThoseInitiallyDisabled) {
     form.Enablem();
     EXPECT_EQ(namesOfEnabled().size(), commands.size());
     form.Enablem();

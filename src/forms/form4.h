@@ -28,7 +28,7 @@ class Form4 : public Form {
     OptionButton OptCD{*this, power, "OptCD"};
     OptionButton optNoCD{*this, power, "optNoCD"};
 
-    // Transport buttons, disabled until a disc is ready.
+    // Transport buttons, disabled until a disc is ready; eject only until the CD device is open.
     CommandButton play{*this, "play"};
     CommandButton pause{*this, "pause"};
     CommandButton stopbtn{*this, "stopbtn"};

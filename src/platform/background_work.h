@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Does a part of the work of starting the program on a separate thread. This saves time only if
+// A separate thread that does a part of the work of starting the program. This saves time only if
 // another core is free.
 #pragma once
 

@@ -23,7 +23,7 @@ struct BatchedWakeupTest : testing::Test {
     test::VirtualEventLoop loop;
     const EventLoop::Time start = loop.now();
     bool silent = true;
-    Times calls; ///< since the start
+    Times calls; ///< the time of each call, measured from `start`
     std::function<void()> duringCall;
     std::unique_ptr<BatchedWakeup> wakeup;
 

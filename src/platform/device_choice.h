@@ -34,7 +34,7 @@ class DeviceChoice {
     virtual void setOutput(const std::string& name) = 0;
     virtual void setSource(const std::string& name) = 0;
 
-    /// Description of the problem with the disc; empty if there is no problem.
+    /// Description of the problem with the drive or its disc; empty if there is no problem.
     [[nodiscard]] virtual std::string report() const = 0;
 };
 

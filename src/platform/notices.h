@@ -10,10 +10,9 @@ namespace sonarith {
 
 /// One report to the user.
 struct Notice {
-    /// A complete sentence with file, place and cause: "Track 2 was not saved: no space left in
-    /// /music; 0:42 are kept".
+    /// Complete sentences that name the file or device concerned, and the reason.
     std::string text;
-    /// Identifies the cause ("output hw:0", "store"). After the first notice of a cause, further
+    /// Identifies the cause ("output hw:0"). After the first notice of a cause, further
     /// notices of it are not shown until settled() is called. Empty: the notice is always shown.
     std::string cause = {};
 };
@@ -25,7 +24,7 @@ class Notices {
     virtual ~Notices() = default;
     virtual void report(Notice notice) = 0;
     /// Reports that the cause has ended: a new notice of this cause is shown again. If a notice of
-    /// this cause was shown, `text` ("The output ... is back") is shown, too, unless `text` is
+    /// this cause was shown, `text` ("... is available again") is shown, too, unless `text` is
     /// empty.
     virtual void settled(const std::string& cause, const std::string& text) = 0;
 };

@@ -30,9 +30,9 @@ class SettingsStore {
 };
 
 /// While an instance exists, changes to the store are not written to the disk, and reads return the
-/// new values. The destructor writes all changes by replacing the file once, so that a killed
-/// process leaves either the old or the new file. Transactions may be nested: only the outermost
-/// one writes. No transaction may exist across a yield.
+/// new values. The destructor writes all changes by replacing the store's file once, so that a
+/// killed process leaves either the old or the new file. Transactions may be nested: only the
+/// outermost one writes. No transaction may exist across a yield.
 class StoreTransaction {
   public:
     explicit StoreTransaction(SettingsStore& store) : store_(store) { store_.beginTransaction(); }

@@ -51,7 +51,8 @@ class CdCommands {
     const Platform& platform_;
     ProcessState& process_;
     Windows& windows_;
-    /// One buffer for all replies; it is not cleared between two queries.
+    /// One buffer for all replies. Each query writes its reply (an empty text if the query failed)
+    /// and a NUL; the bytes after the NUL keep their old values.
     ReplyBuffer MciBuffer{replySize};
 };
 

@@ -238,7 +238,7 @@ TEST_F(LevelMeterTest, Timer2ReadsTheWaveLineAndDrawsOnlyTheBar) {
     EXPECT_EQ(lastLine(), (PictureLine{{-20, -50}, {0, 950}}));
 }
 
-TEST_F(LevelMeterTest, Timer4DrawsLines50TwipsWideThatAllStartAtTheSameHeight) {
+TEST_F(LevelMeterTest, EachLineOfTimer4Advances50TwipsAndStartsAtTheSameHeight) {
     player.capture.StartMeter();
     waveInput.fill(8192);
     setWave(16384);

@@ -14,7 +14,7 @@ TEST(BarTop, RisesFromTheBottomByOneTwipForEach20StepsOfTheLevel) {
     for (const Row& row : {Row{0, 915_twips}, Row{20, 914_twips}, Row{9000, 465_twips},
                            Row{18300, 0_twips}, Row{32768, Twips(-723)},
                            Row{INT32_MAX, Twips(-107373267)}, Row{INT32_MIN, Twips(107375097)}}) {
-        EXPECT_EQ(barTop(915_twips, row.level), row.top) << row.level;
+        EXPECT_EQ(barTop(915_twips, row.level), row.top) << "level " << row.level;
     }
 }
 

@@ -21,9 +21,10 @@ class MixerAccess {
     /// `record` keeps its previous control.
     bool GetMixerControl(MixerHandle mixer, std::uint32_t componentType, std::uint32_t controlType,
                          MixerControl& record);
-    /// The control's value; -1 if it cannot be read. Sets mixerLastError.
+    /// The control's value; -1 if it cannot be read. Sets ProcessState::mixerLastError.
     [[nodiscard]] std::int32_t GetControlValue(MixerHandle mixer, const MixerControl& record);
-    /// Writes `value` and returns whether the control has accepted it. Sets mixerLastError.
+    /// Writes `value` and returns whether the control has accepted it. Sets
+    /// ProcessState::mixerLastError.
     bool SetControlValue(MixerHandle mixer, const MixerControl& record, std::int32_t value);
     /// Deliberate: unmutes, even if `state` is true; to mute, call SetControlValue() with 1.
     /// Returns whether the control has accepted the value.

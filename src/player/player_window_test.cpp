@@ -182,7 +182,7 @@ TEST_F(PlayerWindowTest, TheCloseEntriesUnloadThePanel) {
     }
 }
 
-TEST_F(PlayerWindowTest, TheEntriesShowAsCubeSetTheHeightUntilTheNextLoad) {
+TEST_F(PlayerWindowTest, TheShowAsCubeEntriesSetTheHeightUntilTheNextLoad) {
     main.setHeight(6000_twips);
     for (MenuItem* entry : {&form.mnuCubeit, &form.mnuCubeitp}) {
         SCOPED_TRACE(entry->name());

@@ -141,7 +141,8 @@ void PowerSwitch::releaseDisc() {
         return;
     }
     discReleased_ = true;
-    // A poll would query the main window's device, which uses another time format.
+    // Stopped, because a poll would query the device that the main window is about to open, which
+    // uses another time format.
     form_.Timer6.setEnabled(false);
     form_.eject.setEnabled(false);
     closeDisc();

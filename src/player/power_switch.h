@@ -23,9 +23,9 @@ class PowerSwitch {
     PowerSwitch(const PowerSwitch&) = delete;
     PowerSwitch& operator=(const PowerSwitch&) = delete;
 
-    /// Stops and saves a running capture, then switches the player on. If the disc device cannot be
-    /// opened, the panel is unloaded without a message. No other instance of the same user can use
-    /// the disc, because only one instance of the program runs per user. Yields in messages, while
+    /// Stops and saves a running capture, then switches the player on. Asks no other instance of
+    /// the program to release the disc, because only one instance runs per user. If the disc device
+    /// cannot be opened, the panel is unloaded without a message. Yields in messages, while
     /// saving, and if a command fails. Does nothing while the player is being switched off, and
     /// ends early if the player is switched off during a yield.
     void OptCD_Click();

@@ -97,7 +97,7 @@ TEST_F(PowerSwitchOrderTest, SwitchingOffKeepsTheStoredStateOfTheDisc) {
 }
 
 TEST_F(PowerSwitchOrderTest,
-       TheMetersTraceContinuesWhereItEndedAfterASwitchOffOrAReloadOfThePanelErasedIt) {
+       AMeterTraceErasedByASwitchOffOrByAReloadOfThePanelContinuesWhereItEnded) {
     player.meter.prepare();
     mixer.put(mixer_line::waveIn, mixer_control::peakMeter, 8192);
     for (int tick = 0; tick < 3; ++tick) {

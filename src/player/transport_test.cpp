@@ -113,7 +113,7 @@ TEST_F(TransportTest, EachButtonExceptStopDisablesEjectFirstAndStopEnablesItLast
         button->click();
         EXPECT_FALSE(enabledAtCommand);
         EXPECT_FALSE(form.eject.enabled());
-        // A click on "Eject" has opened the tray, so a disc is inserted again.
+        // Inserts a disc, because one of the buttons, "Eject", opens the tray.
         disc.insert({60000, 60000, 60000});
         player.poll.UpdatePlayer();
     }
@@ -344,7 +344,7 @@ TEST_F(TransportTest, EachCommandIsCheckedAndItsFailureClosesThePanelWithoutAMes
     }
 }
 
-TEST_F(TransportTest, AfterAFailureTheHandlerContinues) {
+TEST_F(TransportTest, StopSendsItsSecondCommandEvenIfItsFirstCommandFails) {
     media.answer("stop cd wait", {.status = 275});
     EXPECT_THAT(commandsOf([&] { form.stopbtn.click(); }),
                 ElementsAre("stop cd wait",                           //

@@ -74,7 +74,8 @@ TEST_F(EntryClicksTest, AClickOnTheLineOfAMissingEntryShowsTheNoDataMessage) {
 }
 
 // --- adding to the work tree -----------------------------------------------------------------
-// "The main list" is mainForm.List2, the main window's list of MP3 files.
+// "The main list" is mainForm.List2, the main window's list of MP3 files. "The adder" is the
+// FileAdder that adds files to the work tree; each call of the adder waits.
 
 TEST_F(EntryClicksTest, AddsTheFileToTheWorkTreeIfCheck11IsTicked) {
     addMp3(pathA, "Title A");
@@ -130,7 +131,7 @@ TEST_F(EntryClicksTest, ComparesOnlyAsManyLinesOfTheMainListAsThePlaylistHas) {
     const auto before = loop.now();
     choose(0);
     // The playlist has one line, so only the first line of the main list is compared and the path
-    // is not found. Therefore the adder is called, which waits.
+    // is not found. Therefore the adder is called.
     EXPECT_GE(loop.now() - before, 300ms);
     EXPECT_TRUE(inTree(pathA));
     // With three lines in the playlist, the third line of the main list is compared and found.
@@ -149,14 +150,14 @@ TEST_F(EntryClicksTest, AddsTheFileEvenIfTheMainListIsShorterThanThePlaylist) {
     EXPECT_TRUE(inTree(pathA));
 }
 
-// Without its blanks, the entry is an empty text. ListBox::list() returns an empty text after the
-// end of the list, too, but there is no line that could match the entry.
-TEST_F(EntryClicksTest, AnEntryOfBlanksMatchesAnEmptyLineOfTheMainListButNotItsEnd) {
+// Without its blanks, the entry is an empty text. ListBox::list() also returns an empty text for a
+// line that does not exist, but such a line must not match the entry.
+TEST_F(EntryClicksTest, AnEntryOfBlanksMatchesAnEmptyLineOfTheMainListButNothingInAnEmptyMainList) {
     open({"   "});
     tickCheck11();
     const auto before = loop.now();
     choose(0);
-    // The adder is called and waits; it adds nothing.
+    // The main list is empty, so the adder is called; it adds nothing.
     EXPECT_GE(loop.now() - before, 300ms);
     EXPECT_THAT(lines(mainForm.List2), IsEmpty());
     // An empty line of the main list matches the entry.

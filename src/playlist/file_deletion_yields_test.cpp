@@ -36,7 +36,7 @@ TEST_F(FileDeletionTest, AfterAClickInAnyYieldTheListMatchesTheStore) {
     const int yields = yieldsOfADeletion();
     ASSERT_GT(yields, 3);
     for (int yield = 1; yield <= yields; ++yield) {
-        SCOPED_TRACE(yield);
+        SCOPED_TRACE("yield " + std::to_string(yield));
         editor.unload();
         openThree();
         choose(0);
@@ -82,8 +82,8 @@ TEST_F(FileDeletionTest, AfterAnyButtonInAnyYieldTheListMatchesTheStore) {
                 (editor.*press.button).click();
             });
             remove(pathA);
-            // The number of yields varies by one. If the yield was not reached, the button is
-            // pressed after the deletion.
+            // A deletion may yield once less than the deletion that yieldsOfADeletion() counted. If
+            // the yield for the press was not reached, the button is pressed after the deletion.
             while (!pressed) {
                 loop.yield();
             }
@@ -94,13 +94,13 @@ TEST_F(FileDeletionTest, AfterAnyButtonInAnyYieldTheListMatchesTheStore) {
     }
 }
 
-// A rename changes only the list on the screen; the compaction at the end of the deletion stores
-// the new name.
-TEST_F(FileDeletionTest, ARenameDuringTheDeletionIsStoredByTheCompaction) {
+// A rename changes only the list on the screen. The store matches the list after the deletion,
+// because CompactPlayList(), which the deletion calls near its end, stores the whole list.
+TEST_F(FileDeletionTest, AfterARenameDuringTheDeletionTheListMatchesTheStore) {
     const std::string target = "c:\\music\\new.mp3";
     const int yields = yieldsOfADeletion();
     for (int yield = 1; yield < yields; ++yield) {
-        SCOPED_TRACE(yield);
+        SCOPED_TRACE("yield " + std::to_string(yield));
         editor.unload();
         disk.removeFile(target).passOver();
         openThree();

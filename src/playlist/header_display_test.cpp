@@ -137,7 +137,7 @@ TEST_F(HeaderDisplayTest, AFileOf100To255BytesShowsThePreviousFilesHeader) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(HeaderDisplayTest, AFileOf256BytesAndMoreShowsItsOwnHeader) {
+TEST_F(HeaderDisplayTest, AFileOf256BytesOrMoreShowsItsOwnHeader) {
     for (const std::size_t length : {256U, 257U}) {
         addMp3(pathA, "Title A");
         read(pathA);
@@ -373,7 +373,7 @@ TEST_F(HeaderDisplayTest, OfAChosenFileThatIsTooShortOnlyTheLengthIsShown) {
     EXPECT_EQ(editor.Text5.text(), "");
 }
 
-// The handler clears the list a second time after it has read the file.
+// The handler of cmdHdr2 clears List1 twice: before it reads the file and after it has read it.
 TEST_F(HeaderDisplayTest, LinesThatWereAddedDuringTheReadingAreCleared) {
     addMp3(pathA, "Title A");
     disk.meanwhile = [&](const std::string& entry) {

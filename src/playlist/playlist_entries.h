@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Keeps the playlist and its copy in the settings store. Each change of the playlist updates the
-// copy, except the change of an entry whose file is renamed. entry_clicks.h and file_operations.h
-// handle commands for an entry and its file.
+// Keeps the playlist in a list of the form, and a copy of it in the settings store. Each change of
+// the playlist updates the copy, except the change of an entry whose file is renamed.
+// entry_clicks.h and file_operations.h handle commands for an entry and its file.
 #pragma once
 
 #include <string>

@@ -264,7 +264,7 @@ TEST_F(PlaylistEntriesTest, DelistingAlsoRemovesTheLineOfAMissingEntry) {
     EXPECT_THAT(inStore(), ElementsAre(pathA));
 }
 
-TEST_F(PlaylistEntriesTest, DelistingWithoutASelectionStillRemovesEntriesThatDoNotEndInMp3) {
+TEST_F(PlaylistEntriesTest, EvenWithoutASelectionDelistingRemovesEntriesThatDoNotEndInMp3) {
     open({pathA, "Empty", pathB});
     editor.Command6.click();
     EXPECT_EQ(store.held("music", "-1"), "");
@@ -328,7 +328,7 @@ TEST_F(PlaylistEntriesTest, KeepsPathsOfAnyBytes) {
     EXPECT_EQ(lines(editor.List2), odd);
 }
 
-TEST_F(PlaylistEntriesTest, DelistingDropsWhatTheScratchListContained) {
+TEST_F(PlaylistEntriesTest, DelistingDropsThePreviousContentOfList3) {
     for (const bool byProcedure : {false, true}) {
         open({pathA, pathB});
         editor.List3.addItem(pathC);
@@ -354,7 +354,8 @@ TEST_F(PlaylistEntriesTest, AddingAndDelistingDoNotYield) {
     EXPECT_EQ(loop.yieldCount(), 0);
 }
 
-// The keys are written while the lines move, so a reader of the store sees each step.
+// A delisting moves lines from List2 to List3 and back, and writes keys of the store meanwhile. So
+// a reader of the store sees each step.
 TEST_F(PlaylistEntriesTest, ReadersOfTheStoreSeeEachStepOfADelisting) {
     struct Row {
         bool byProcedure;

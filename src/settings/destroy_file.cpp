@@ -24,8 +24,8 @@ void pause(EventLoop& loop) {
     loop.waitWhile([&] {
         double passed = loop.secondsSinceMidnight() - start;
         if (passed < 0) {
-            // Either midnight has passed, or the clock was set back. The sum is the elapsed time in
-            // the first case and ends the pause in the second.
+            // Either midnight has passed, or the clock was set back. Adding a day gives the elapsed
+            // time in the first case, and a value that ends the pause in the second.
             passed += secondsOfADay;
         }
         return passed < pauseSeconds;

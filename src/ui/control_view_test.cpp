@@ -60,7 +60,7 @@ TEST_F(ControlViewTest, AChangeOfAPropertyUpdatesOnlyThatProperty) {
         model, other, [this] { return model.caption(); }, "",
         [&](Property which) { shown.push_back(which); }, Placement::byControl);
     shown.clear();
-    // These values must not change when the caption changes.
+    // A change of the caption must not change the four values that are set here.
     const QRect place(1, 2, 3, 4);
     other.setGeometry(place);
     other.setToolTip("kept");

@@ -40,7 +40,7 @@ class DevicesWindow : public QDialog {
     /// `devices` must outlive this object.
     DevicesWindow(DeviceChoice& devices, DevicesWindowCalls calls);
 
-    /// Searches for devices again and shows the window.
+    /// Searches for the devices that exist now, and shows the window.
     void open() override;
     /// Stores a drive (a device node or the path of an image) and calls refreshList. While an
     /// action is using the current drive, shows the window with a message instead. Also called for

@@ -142,7 +142,7 @@ void FormAdapter::followSize() {
     agreedHeight_ = form_.height();
 }
 
-/// 0 by 0 until the size of the frame is known.
+/// Before the window has its frame: expectedFrame_, which is 0 by 0 if no size was announced.
 QSize FormAdapter::frameSize() const {
     const QSize added = window_.frameGeometry().size() - window_.size();
     return added.isNull() ? expectedFrame_ : added;

@@ -43,7 +43,7 @@ TEST_F(LimitedPaceTest, InEachIntervalOnlyTheFirstRequestIsShown) {
     EXPECT_EQ(shown, std::vector<int>({1, 5, 10}));
 }
 
-TEST_F(LimitedPaceTest, TheIntervalsOfTwoObjectsBeginAtTheSameTime) {
+TEST_F(LimitedPaceTest, TheIntervalsOfTwoInstancesBeginAtTheSameTime) {
     std::vector<std::chrono::nanoseconds> other;
     LimitedPace second(
         20ms, [&] { other.push_back(now); }, [this] { return now; });

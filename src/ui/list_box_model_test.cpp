@@ -162,7 +162,7 @@ TEST_F(ListBoxModelTest, ClearingTheListDiscardsPendingChanges) {
 /// its row and back; after showAll(), the rows are the lines of the list.
 TEST_F(ListBoxModelTest, AfterRandomChangesTheRowsAreTheLinesOfTheList) {
     for (unsigned seed = 1; seed <= 40; ++seed) {
-        SCOPED_TRACE(seed);
+        SCOPED_TRACE("seed " + std::to_string(seed));
         std::mt19937 random(seed);
         const auto below = [&](int limit) {
             return static_cast<int>(random() % static_cast<unsigned>(limit));

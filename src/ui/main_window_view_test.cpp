@@ -356,7 +356,7 @@ TEST_F(MainWindowViewTest, ADiscImageIsRefusedWhileTheDriveIsInUse) {
     };
     const Offered busy = dropOn(view, "file:///m/disc.cue\r\n");
     EXPECT_FALSE(busy.onEnter || busy.onMove || busy.onDrop);
-    // An action starts while the image is dragged over the window.
+    // The drive is free at first; an action starts while the image is dragged over the window.
     accepts = true;
     const Offered late = dropOn(view, "file:///m/late.cue\r\n", [&] { accepts = false; });
     EXPECT_TRUE(late.onEnter && late.onMove);

@@ -58,7 +58,7 @@ TEST_F(PopupMenusTest, AnEntryTriggeredByKeyClicksItsMenuItem) {
     EXPECT_EQ(opened(), nullptr);
 }
 
-TEST_F(PopupMenusTest, AMenuIsBuiltOnceAndRunsItsOpeningStepEachTime) {
+TEST_F(PopupMenusTest, AMenuIsBuiltOnceAndItsOnOpenHandlerRunsAtEachOpening) {
     int openings = 0;
     popup.onOpen = [&] {
         ++openings;

@@ -11,7 +11,8 @@
 namespace sonarith {
 namespace {
 
-// The numbers below are coordinates on the grid of symbols.h, which has 24 by 24 units.
+// The unit of the coordinates and lengths below is that of the grid of symbols.h, which has 24 by
+// 24 units.
 
 /// Sets the pens and brushes of a drawing, with colours that depend on the icon's mode.
 class Pencils {

@@ -18,13 +18,15 @@ class TreeModel : public QAbstractItemModel {
     /// The index of a node; invalid for an empty node, and for a node that is not in the tree.
     [[nodiscard]] QModelIndex indexOf(const NodeRef& node) const;
 
-    // These functions have the same meaning as the functions of TreeObserver with these names.
+    // The next six functions have the same meaning as the functions of TreeObserver with these
+    // names.
     void beforeInsert(const NodeRef& parent, int position);
     void afterInsert() { endInsertRows(); }
     void beforeRemove(const NodeRef& node);
     void afterRemove() { endRemoveRows(); }
     void beforeMove(const NodeRef& node, const NodeRef& parent, int position);
     void afterMove() { endMoveRows(); }
+
     /// Must be called after the node's text or picture has changed.
     void nodeChanged(const NodeRef& node);
 

@@ -41,7 +41,7 @@ TEST_F(Cmaddfile2Test, AddsAnMp3ToItsOwnGroupAndList) {
     EXPECT_THAT(lines(form.List1), IsEmpty());
 }
 
-TEST_F(Cmaddfile2Test, WaitsThreeTenthsOfASecondWhileTimersRun) {
+TEST_F(Cmaddfile2Test, WaitsThreeTenthsOfASecondDuringWhichTimersRun) {
     put("c:\\music\\a.wav");
     const auto start = loop.now();
     int ticks = 0;

@@ -252,7 +252,7 @@ TEST_F(ListMovesTest, InAGroupOfFilesAFileNamedLikeATrackMovesAsAFile) {
     EXPECT_THAT(lines(form.lstRecord), IsEmpty());
 }
 
-TEST_F(ListMovesTest, WithoutADraggedAndASelectedNodeNothingMoves) {
+TEST_F(ListMovesTest, WithNeitherADraggedNorASelectedNodeNothingMoves) {
     fill(form.lstTracks, {"Track_1"});
     drag.DragNode = nullptr;
     lists.moveEntry("Track_1", MovedBy::doubleClick);

@@ -292,7 +292,7 @@ TEST_F(PopupMenuTest, AClickOnAnotherNodeDuringADeletionDoesNotRedirectTheDeleti
 struct EventDuringDeletion {
     const char* what;
     std::function<void(PopupMenuTest&)> event;
-    /// Whether the file is still deleted if the event occurs before the search.
+    /// Whether the file is deleted even if the event occurs before the search.
     bool fileIsDeletedAtFirstYield;
 };
 

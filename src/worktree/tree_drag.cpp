@@ -42,7 +42,7 @@ void TreeDrag::TreeView1_MouseMove(MouseButtons down) {
     }
     drag_.DragLevel = NodeLevel(drag_.DragNode);
     if (drag_.DragLevel != groupLevel) {
-        // The view of the tree draws the dragged picture.
+        // The view of the tree draws the picture that the pointer shows during the drag.
         form_.TreeView1.setSelectedItem(drag_.DragNode).passOver();
         form_.TreeView1.beginDrag();
     }

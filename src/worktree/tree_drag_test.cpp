@@ -185,7 +185,7 @@ TEST_F(TreeDragTest, APointerThatLeavesAllNodesClearsTheHighlightAndMovesTheItem
     EXPECT_THAT(childrenOf("MP3 Files"), ElementsAre(otherMp3, mp3));
 }
 
-// --- the move while the pointer moves ----------------------------------------------------------
+// --- the move of the dragged item before the drop ----------------------------------------------
 
 TEST_F(TreeDragTest, AnAcceptedItemMovesBeforeTheDrop) {
     beginDrag(mp3);
@@ -308,7 +308,7 @@ TEST_F(TreeDragTest, ADropOfANodeOnItselfOrOnNoNodeMovesNothing) {
     EXPECT_EQ(outline(), before);
 }
 
-TEST_F(TreeDragTest, ACollectionIsDroppedBelowAnotherCollection) {
+TEST_F(TreeDragTest, ACollectionDroppedOnAnotherCollectionBecomesItsChild) {
     beginDrag("CD Tracks");
     dragOver("WAV Files Folder");
     EXPECT_EQ(view.roots().size(), 3U);

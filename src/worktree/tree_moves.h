@@ -19,9 +19,9 @@ class TreeMoves {
     TreeMoves(EventLoop& loop, ProcessState& process, Form1& form, DragState& drag)
         : loop_(loop), form_(form), drag_(drag), lists_(loop, process, form, drag) {}
 
-    /// Moves an item after a double click: the selected node's text names the entry, and DragNode
-    /// is the node that moves. Does nothing without a selection. Yields; DragNode may change during
-    /// the yield.
+    /// Moves an item after a double click: the selected node's text names the entry, and
+    /// DragState::DragNode is the node that moves. Does nothing without a selection. Yields;
+    /// DragNode may change during the yield.
     void moveSelected();
 
     /// Moves DragNode, and the entry that `text` names, during a drag. A file's entry is its whole

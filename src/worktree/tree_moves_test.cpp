@@ -223,7 +223,7 @@ TEST_F(TreeMovesTest, MoveSelectedMovesTheEntryOfTheSelectedNodeAndTheNodeDragNo
     EXPECT_EQ(view.selectedItem(), node(t3));
 }
 
-TEST_F(TreeMovesTest, EachMoveEndsWithAYieldEvenIfNothingMoves) {
+TEST_F(TreeMovesTest, MoveSelectedEndsWithAYieldEvenIfTheSelectedNodeStays) {
     const auto yieldsOf = [this](const std::string& text) {
         press(node(text));
         const int before = loop.yieldCount();
@@ -280,7 +280,7 @@ TEST_F(TreeMovesTest, AClickInsideTheYieldBeforeTheNodeMovesChangesWhichNodeMove
     EXPECT_THAT(lines(form.List4), ElementsAre(mp3));
 }
 
-TEST_F(TreeMovesTest, ATreeThatIsEmptiedInAYieldStaysEmptyAndTheEntryStillMoves) {
+TEST_F(TreeMovesTest, ATreeThatIsEmptiedInAYieldStaysEmptyButTheListEntryMoves) {
     for (int yield = 1; yield <= 6; ++yield) {
         view.clear();
         disc({t1, t2, t3});

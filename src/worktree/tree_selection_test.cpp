@@ -42,7 +42,7 @@ TEST_F(TreeSelectionTest, APressStartsLabelEditingAndYields) {
     EXPECT_EQ(loop.yieldCount() - before, 1);
 }
 
-TEST_F(TreeSelectionTest, APressOnANodeThatRefusesEditingStillYields) {
+TEST_F(TreeSelectionTest, APressYieldsEvenIfTheNodeRefusesEditing) {
     const int before = loop.yieldCount();
     press(node(t1));
     EXPECT_EQ(view.editedNode(), nullptr);
@@ -169,7 +169,7 @@ TEST_F(TreeSelectionTest,
     EXPECT_EQ(process.currentTrack, 0);
 }
 
-TEST_F(TreeSelectionTest, ADoubleClickRunsAfterTheHandlersOfItsFirstClick) {
+TEST_F(TreeSelectionTest, ADoubleClickMovesTheTrackAndHasTheEffectsOfASingleClickToo) {
     doubleClick(t12);
     EXPECT_EQ(form.Label3.caption(), "Next Action:  Process  " + t12);
     EXPECT_EQ(process.currentTrack, 12);

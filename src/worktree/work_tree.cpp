@@ -20,7 +20,7 @@ Result<std::string> baseWithEnding(const std::string& path, const std::string& e
 void WorkTree::showfiles() {
     TreeView& tree = form_.TreeView1;
     form_.show();
-    // Removes the nodes at the indices 2 and 1: usually the first group of the first collection,
+    // Removes the nodes at the indices 2 and 1: usually the first group of the topmost collection,
     // then this collection. The other collections that an earlier call has added remain.
     tree.remove(2).passOver();
     tree.remove(1).passOver();

@@ -21,15 +21,15 @@ class WorkTree {
 
     /// Shows the window, scans the destination folder into the file lists and builds the tree. A
     /// later build removes the nodes with the indices 2 and 1 and their subtrees, which usually are
-    /// exactly the first collection (a root with its groups), and then adds only the nodes whose
+    /// exactly the topmost collection (a root with its groups), and then adds only the nodes whose
     /// keys the tree lacks. All other nodes stay, including nodes of files that no longer exist.
     /// Yields while the finder searches.
     void showfiles();
 
-    /// Runs after the finder's "Select for Conversion": does nothing if a file list contains the
-    /// finder's current entry. Otherwise adds a WAV file to the list of MP3 files, or an MP3 file
-    /// to the list of WAV files (both deliberate). Then calls FileAdder::Cmaddfile2 with a text
-    /// that names no file, so this call only waits 0.3 s.
+    /// Runs after the finder's "Select for Conversion": does nothing if List1 (WAV files) or List2
+    /// (MP3 files) contains the finder's current entry. Otherwise adds a WAV file to List2, or an
+    /// MP3 file to List1 (both deliberate). Then calls FileAdder::Cmaddfile2 with a text that names
+    /// no file, so this call only waits 0.3 s.
     void showfiles3();
 
     /// Builds the tree in a layout in which all groups are siblings below one root. Nothing in the

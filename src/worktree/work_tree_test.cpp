@@ -194,7 +194,8 @@ TEST_F(ShowfilesTest, ScrollsToTheGroupOfMp3FilesEvenOnALaterBuild) {
     test::RevealLog reveals;
     view.setObserver(&reveals);
     tree.showfiles();
-    // The second build adds only groups of tracks: the group "MP3 Files" exists from the first one.
+    // The second build adds only the groups of tracks. The group "MP3 Files" was added by the first
+    // build.
     EXPECT_THAT(reveals.texts, ElementsAre("Selected Tracks", "Available Tracks",
                                            "Available Tracks", "MP3 Files"));
     view.setObserver(nullptr);
@@ -302,7 +303,7 @@ TEST_F(ShowfilesTest, ABuildRemovesTheNodesAtTheFirstAndTheSecondIndex) {
     EXPECT_THAT(childrenOf("MP3 Files Folder"), ElementsAre("Selected MP3 Files", "MP3 Files"));
 }
 
-TEST_F(ShowfilesTest, WhileALaterBuildScansTheTreeLacksTheFirstCollectionButCanBeUsed) {
+TEST_F(ShowfilesTest, DuringTheScanOfALaterBuildTheTreeLacksTheFirstCollectionButCanBeUsed) {
     disc(twoTracks);
     files({"c:\\music\\a.wav"}, {"c:\\music\\b.mp3"});
     tree.showfiles();

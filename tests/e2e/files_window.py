@@ -29,7 +29,7 @@ class FilesWindow:
         self.desktop.activate(self.window)
 
     def hold_over(self, position):
-        """Begins a drag of the file and moves it to a position on the screen."""
+        """Begins a drag of the file and moves the pointer to `position` on the screen."""
         self.desktop.move_to_point(*MIDDLE)
         self.desktop.button(True)
         self.desktop.move_slowly(MIDDLE, position)

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Takes pictures of all windows of the running program on a virtual screen. Stores the pictures for
-README.md and the package in docs/pictures/, and narrower copies for the help pages in
-share/help/pictures/.
+"""Runs the program on a virtual screen and takes pictures of its windows. Stores the pictures in
+docs/pictures/, for README.md and the package. In share/help/pictures/, it stores narrower copies
+for the help pages.
 
     pictures.py PROGRAM"""
 

@@ -100,6 +100,6 @@ def start_playing(desktop, program, output="default", seconds=SECONDS):
     panel = PlayerPanel(started)
     panel.switch_on()
     panel.press("Play")
-    panel.wait_for_position("a second of the first track", lambda track, second: track == 1 and
+    panel.wait_for_position("track 1 at 1 s or later", lambda track, second: track == 1 and
                             second >= 1)
     return started, panel, sheet, destination

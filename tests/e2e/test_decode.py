@@ -117,7 +117,7 @@ def all_mp3s_become_wav_files(desktop, program):
     started, destination = start_with_tones(desktop, program)
     (destination / "third.mp3").unlink()
     started.open_popup("third.mp3")
-    # The file no longer exists, but its entry in the list and its row must be removed.
+    # Although the file no longer exists, the command must remove its entry in the list and its row.
     started.click("Remove and Delete File", "menu item")
     wait_for("two MP3 files", lambda: sorted(started.group("MP3 Files")) ==
              ["first.mp3", "second.mp3"])
@@ -224,7 +224,8 @@ def cancelling_keeps_the_decoded_part(desktop, program):
     check_equal(wavs(destination), [], "WAV files before the end")
     started.click("Cancel", "push button")
     wait_for("the WAV in the tree", lambda: started.group("WAV Files") == ["long.wav"])
-    wait_for("the hidden button", lambda: started.find("Cancel", "push button") is None)
+    wait_for("the hiding of the Cancel button",
+             lambda: started.find("Cancel", "push button") is None)
     wait_for("the enabled commands", lambda: started.is_enabled("Preferences", "push button"))
     check_decoded_part(destination)
     # The next file is decoded as usual. Its decoding is started only after the texts of the first

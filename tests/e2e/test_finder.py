@@ -246,8 +246,8 @@ def closing_ends_the_search(desktop, program):
 
 
 def make_large_tree(folder, folders=5000, files_each=20):
-    """Creates empty files in many folders. Half of the files have names of WAV files.
-    Returns the number of these files."""
+    """Creates empty files in many folders. Half of the files have names of WAV files. Returns the
+    number of files with names of WAV files."""
     names = [f"Track {i}{'.wav' if i % 2 == 0 else '.MP3'}" for i in range(files_each)]
     folder.mkdir()
     for number in range(folders):

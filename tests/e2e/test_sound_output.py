@@ -13,8 +13,9 @@ FIRST = f"Track  1 - 00:00:0{SECONDS}"
 
 
 def capture_first_track(desktop, program, output, meanwhile):
-    """Captures the first track with a sound output and calls `meanwhile` during the capture. Checks
-    that the WAV file contains the whole track, and returns the track's samples."""
+    """Captures the first track of the disc while `output` is the chosen sound output, and calls
+    `meanwhile` during the capture. Checks that the WAV file contains the whole track, and returns
+    the track's samples."""
     started, sheet, destination = start_with_disc(desktop, program, SECONDS, output)
     start_track(started, FIRST)
     meanwhile(started)

@@ -72,7 +72,7 @@ def the_panel_is_placed_beside_the_main_window(desktop, program):
     close(started)
 
 
-def the_panel_is_placed_beside_a_frame_that_was_added_later(desktop, program):
+def the_panel_is_placed_beside_a_main_window_that_got_its_frame_later(desktop, program):
     desktop.stop_window_manager()
     try:
         started, main = start(desktop, program)
@@ -107,5 +107,5 @@ def windows_stay_where_the_user_put_them(desktop, program):
 
 if __name__ == "__main__":
     run(the_panel_is_placed_beside_the_main_window,
-        the_panel_is_placed_beside_a_frame_that_was_added_later,
+        the_panel_is_placed_beside_a_main_window_that_got_its_frame_later,
         windows_stay_where_the_user_put_them)

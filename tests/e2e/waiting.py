@@ -10,7 +10,7 @@ PATIENCE = 60  # seconds until a wait fails; sanitizers make programs slow
 
 
 class Failure(Exception):
-    """A failed check, with its description."""
+    """A failed check or a wait that timed out, with its description."""
 
 
 def wait_for(what, condition, patience=PATIENCE):

@@ -80,7 +80,7 @@ inline void checkLayout(const Result<disc::ImageLayout>& parsed) {
     const disc::ImageLayout& layout = parsed.value();
     checkStructure(layout);
     // The properties must hold for every length of the files. Tested are the lengths of an empty
-    // file, of an incomplete sector, of half a disc, and a length beyond any disc.
+    // file, of an incomplete sector, of 33 minutes of sound, and a length beyond any disc.
     for (const std::int64_t each :
          {std::int64_t{0}, std::int64_t{2351}, std::int64_t{350'000'001}, INT64_MAX}) {
         const FileLengths bytes(layout.files.size(), each);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests every operation of the class System on the real machine: compares the results with the
-// output of the machine's own tools.
+// Tests the class System on the real machine: compares most of its results with the output of the
+// machine's own tools.
 #include <gmock/gmock.h>
 
 #include <array>

@@ -120,13 +120,13 @@ def hardening():
             if not re.search(pattern, text):
                 raise Fault(what)
         if str(pathlib.Path.cwd()).encode() in program.read_bytes():
-            raise Fault("the program contains the path of its build folder")
+            raise Fault("the program contains the path of the project's folder")
         if ".debug_info" in run("readelf", "--wide", "-S", program):
             raise Fault("the debug symbols are not in a package of their own")
 
 
 def dependencies():
-    """Each library that the program uses, whether linked or loaded at its first call, must be in a
+    """Each library that the program uses, whether linked or loaded at run time, must be in a
     package on which the Debian package depends."""
     asked = run("dpkg-deb", "-f", package(), "Depends")
     names = {re.split(r"[ :(]", one.strip())[0] for one in asked.split(",")}
@@ -147,8 +147,9 @@ def dependencies():
 
 
 def clean_root():
-    """Creates a new Debian 12 system, installs the package and only its dependencies there, uses
-    the program, removes the package, and checks that the system is then as before."""
+    """Creates a new Debian 12 system, installs the package's dependencies and then the package
+    there, uses the program, removes the package, and checks that the system's files are then as
+    before the package was installed."""
     # Imported here, since only this check needs the virtual screen and the modules that operate it.
     from clean_root import CleanRoot, NotPossible
     try:

@@ -43,9 +43,9 @@ class MeterLoop final : public test::ForwardingEventLoop {
         batches = wakeup.get();
         return wakeup;
     }
-    /// Replaces the large batches of silence by the small batches of sound, unless the card is
-    /// silent. A test must call this when sound begins; the real loop does the same each time
-    /// before its thread sleeps.
+    /// Changes from the large batches of ticks in silence to the small batches during sound, unless
+    /// the card is silent. A test must call this when sound begins; the real loop does the same
+    /// each time before its thread sleeps.
     void handlerReturned() {
         if (batches) {
             batches->endSilence();
@@ -158,8 +158,9 @@ TEST(MeterInBatches, TheTraceEndsAtTheSamePointAfterEachBatchAsWithSingleTicks) 
     EXPECT_GT(drawn + BatchedWakeup::callsInSilence, single.drawn.size());
     for (const EventLoop::Duration time : batches.drawnAt) {
         const std::size_t lines = linesUntil(batches, time);
-        ASSERT_EQ(lines, linesUntil(single, time)) << time.count();
-        EXPECT_EQ(batches.drawn[lines - 1].end, single.drawn[lines - 1].end) << time.count();
+        ASSERT_EQ(lines, linesUntil(single, time)) << "at " << time.count() << " ms";
+        EXPECT_EQ(batches.drawn[lines - 1].end, single.drawn[lines - 1].end)
+            << "at " << time.count() << " ms";
     }
     EXPECT_EQ(batches.form.Label4.top(), batches.form.Picture8.height());
 }
@@ -172,7 +173,7 @@ TEST(MeterInBatches, MovesTheBarLessThanTwoTicksLaterThanWithSingleTicks) {
     ASSERT_EQ(batches.movedAt.size(), single.movedAt.size());
     ASSERT_GT(single.movedAt.size(), 20U);
     for (std::size_t i = 0; i < single.movedAt.size(); ++i) {
-        EXPECT_LT(batches.movedAt[i], single.movedAt[i] + 20ms) << i;
+        EXPECT_LT(batches.movedAt[i], single.movedAt[i] + 20ms) << "movement " << i;
     }
 }
 

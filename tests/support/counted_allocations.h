@@ -29,8 +29,8 @@ void* operator new(std::size_t size) {
     }
     throw std::bad_alloc();
 }
-// This operator is replaced, too: a sanitizer's version would not use malloc(), but free() below
-// releases the memory.
+// This operator is replaced, too, because operator delete below calls free(): the memory from a
+// sanitizer's version of this operator would not come from malloc().
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     ++sonarith::test::allocationCount;
     return std::malloc(size > 0 ? size : 1);

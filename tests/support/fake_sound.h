@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Sources and sinks for tests of the sound card. The sources deliver computed audio, and the sink
+// Sources and a sink for tests of the sound card. The sources deliver computed audio, and the sink
 // stores the frames that it receives. These classes start no threads.
 #pragma once
 

@@ -105,7 +105,7 @@ class ReportingChild {
         char report = '\0';
         return ::read(reports_, &report, 1) == 1 ? report : '\0';
     }
-    /// Waits for `count` further reports. False if the child has ended before.
+    /// Waits for `count` further reports. False if the child ends before it has written them.
     [[nodiscard]] bool reports(int count) const {
         for (int i = 0; i < count; ++i) {
             if (nextReport() == '\0') {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Starts a D-Bus message bus that only the test uses, and simulates on it the
 // StatusNotifierWatcher, which the desktop's panel provides on the user's bus. The user's bus is
-// not used.
+// not used. A host is a program that shows tray icons and is registered with the watcher.
 //
 //     PrivateBus bus;
 //     NotifierWatcher watcher(bus);     // no host yet

@@ -90,8 +90,8 @@ class ScriptedMediaControl final : public MediaControl {
             return found->second;
         }
         std::optional<MciAnswer> longest;
-        // The map is sorted, so a prefix follows all prefixes of itself: the last match is the
-        // longest.
+        // All matching keys are beginnings of `command`. The map sorts a shorter one before a
+        // longer one, so the last match is the longest.
         for (const auto& [prefix, answer] : prefixes_) {
             if (command.starts_with(prefix)) {
                 longest = answer;

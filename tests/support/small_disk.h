@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Mounts a real file system of one MiB, which tests can fill. Call it in a child process: only that
-// process sees the mount, and the mount is removed when that process ends.
+// Mounts a real file system of one MiB, which tests can fill. Call mountSmallDisk() in a child
+// process: only that process sees the mount, and the mount is removed when that process ends.
 #pragma once
 
 #include <fstream>

@@ -31,7 +31,7 @@ def shortened(text):
 class Report:
     passed: int = 0
     cached: int = 0
-    failed: dict = dataclasses.field(default_factory=dict)  # lines of the output by test name
+    failed: dict = dataclasses.field(default_factory=dict)  # test name: lines of its output
     programs: int = 0  # number of unit-test programs that ran and passed
     tests_of_programs: int = 0  # number of tests in these programs
     # The number of tests that passed, and the names of those that failed, if each test inside a

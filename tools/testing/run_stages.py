@@ -181,7 +181,7 @@ class Run:
         title = f"{stage.name}: tests"
         found = report.read(junit)
         if found is None:
-            self._failed(title, [f"ctest ended with {code} and wrote no report"], times)
+            self._failed(title, [f"ctest ended with exit code {code} and wrote no report"], times)
             return
         self.single_passed += found.single_passed
         self.single_failed += found.single_failed

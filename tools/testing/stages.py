@@ -39,12 +39,14 @@ class Stage:
     # Runs in the background, at idle priority.
     in_background: bool = False
     # The tests of the stage only check source texts, so the same text always has the same result.
-    # So a pass is not repeated even if the stage is requested by name.
+    # So a test that has passed is not run again for the same text, even if the stage is requested
+    # by name.
     checks_texts: bool = False
     # Compiles eight files of a module as one: if they were compiled separately, the compiler would
     # spend most of the time on headers that these files share.
     unity: bool = True
-    # Runs only if it is named: for a stage that takes long and is not possible on every machine.
+    # Runs only if the command line names the stage: for a stage that takes long and is not possible
+    # on every machine.
     named_only: bool = False
 
     @property

@@ -111,7 +111,8 @@ class Tidy(unittest.TestCase):
             self.assertEqual(self.run_tidy(), (0, 1))
 
     def test_a_file_that_changes_during_the_check_is_not_cached(self):
-        # A later time than the mocked start of the check (2.0), as if saved during the check.
+        # A later time than the mocked start of the check (2.0), as if the header were saved during
+        # the check.
         os.utime(self.root / "src/a/used.h")
         with mock.patch.object(tidy.time, "time", lambda: 2.0):
             self.assertEqual(self.run_tidy(), (0, 1))

@@ -46,8 +46,9 @@ GOOD = "line('some output'); good(name)"
 
 class UnitProgram(unittest.TestCase):
     def run_with(self, tests, *options, at_end="", after_end=""):
-        """Runs unit_program.py on the program PROGRAM with these values. Returns the exit code and
-        the output of unit_program.py."""
+        """Inserts `tests`, `at_end` and `after_end` into the template PROGRAM, and runs
+        unit_program.py with `options` on the program. Returns the exit code and the output of
+        unit_program.py."""
         with tempfile.TemporaryDirectory() as folder:
             program = pathlib.Path(folder) / "it_test"
             program.write_text(textwrap.dedent(PROGRAM).lstrip().format(

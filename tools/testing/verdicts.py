@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Records which checks have passed, in files of a build folder. Each pass is stored under a key, a
-hash of everything on which the result depends. Failures are not stored, so a failed check is always
-run again.
+"""Records which checks have passed, in files of a build folder. The class Verdicts stores each pass
+under a key, a hash of everything on which the result depends; write_json() and read_json() are for
+checks that store this state itself. Failures are not stored, so a failed check is always run again.
 
 After the stored files are deleted, every check runs again.
 """

@@ -21,13 +21,13 @@ class ComboBox : public ControlWith<ComboBoxState> {
     using ControlWith::ControlWith;
 
     [[nodiscard]] int listCount() const { return static_cast<int>(state_.entries.size()); }
-    /// The text of entry `index`, from 0; empty outside the list.
+    /// The text of entry `index` (the first entry has index 0); empty outside the list.
     [[nodiscard]] std::string list(int index) const;
     void addItem(const std::string& text);
     /// Removes all entries; no entry is selected afterwards. Runs no handler.
     void clear();
 
-    /// The selected entry, -1 for none.
+    /// The index of the selected entry; -1 for none.
     [[nodiscard]] int listIndex() const { return state_.listIndex; }
     /// Selects an entry, or none if `index` is -1. Runs onClick if the selection changes. Error:
     /// invalidPropertyValue, with no change, outside the range -1 to listCount() - 1.

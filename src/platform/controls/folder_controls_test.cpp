@@ -81,7 +81,7 @@ TEST_F(FolderControlsTest, SettingThePathToADriveWhoseLastFolderWasRemovedOpensI
     EXPECT_EQ(folder.path(), "d:\\");
 }
 
-TEST_F(FolderControlsTest, LoadingTheFormAgainForgetsTheLastFoldersOfAllOtherDrives) {
+TEST_F(FolderControlsTest, LoadingTheFormAgainForgetsTheLastFolderOfEachDrive) {
     EXPECT_TRUE(folder.setPath("d:\\albums").ok());
     form.unload();
     form.load();

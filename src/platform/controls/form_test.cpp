@@ -129,7 +129,7 @@ TEST_F(FormTest, ANestedUnloadRepeatsNoStep) {
     EXPECT_THAT(events, ElementsAre("load", "query", "unload"));
 }
 
-TEST_F(FormTest, OnUnloadAgainIsTheHandlerThatANestedUnloadRuns) {
+TEST_F(FormTest, ANestedUnloadRunsTheHandlerNamedOnUnloadAgain) {
     form.onQueryUnload = [&] {
         events.push_back("query");
         form.unload();

@@ -58,7 +58,7 @@ TEST_F(SignalTest, ASlotDisconnectedByAnEarlierSlotIsNotCalled) {
     EXPECT_THAT(calls, IsEmpty());
 }
 
-TEST_F(SignalTest, ASlotMayDisconnectItselfAndStillFinish) {
+TEST_F(SignalTest, ASlotThatDisconnectsItselfCompletesItsCall) {
     Connection self;
     const std::string name = "a name that is too long to be kept without an allocation of its own ";
     self = signal.connect([&, name](int) {
@@ -83,7 +83,7 @@ TEST_F(SignalTest, ASlotConnectedDuringAnEmissionIsFirstCalledByTheNextEmission)
     EXPECT_THAT(calls, ElementsAre("a1", "a2", "late2"));
 }
 
-TEST_F(SignalTest, ASlotMayEmitAgain) {
+TEST_F(SignalTest, ASlotMayEmitTheSignalThatCallsIt) {
     const Connection first = signal.connect([&](int value) {
         calls.push_back(std::to_string(value));
         if (value > 0) {

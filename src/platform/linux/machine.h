@@ -102,8 +102,8 @@ class Machine {
     sound::KeptTone keptTone_;
     sound::CardMixer mixer_;
     sound::CardWaveInput waveInput_;
-    // The drive letters and mounts for system_. They are read from the kernel's list of mounts,
-    // without access to a disk.
+    // The mounts and drive letters for system_. The mounts are read from the kernel's list of
+    // mounts, without access to a disk.
     MountInfo mounts_;
     DriveTable drives_;
     PathMap drivePaths_;

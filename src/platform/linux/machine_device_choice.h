@@ -17,8 +17,8 @@ namespace sonarith {
 class MachineDeviceChoice final : public DeviceChoice {
   public:
     /// Applies the stored choice to the card. Reports lost sound devices to `notices`. All
-    /// arguments must outlive this object. `slot` must be made so that it calls drive() to get the
-    /// chosen drive.
+    /// arguments must outlive this object. The function `configured` of `slot` must return drive()
+    /// of this object.
     MachineDeviceChoice(SettingsStore& store, disc::DriveSlot& slot, sound::SoundCard& card,
                         Notices& notices);
     ~MachineDeviceChoice() override;

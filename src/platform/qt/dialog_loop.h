@@ -8,7 +8,7 @@ class QWidget;
 namespace sonarith {
 
 /// Shows `dialog` and handles events until it is finished; returns its result. While the dialog is
-/// open, the program's other windows receive no keyboard and mouse input, their menus are closed,
+/// open, the program's other windows receive no keyboard or mouse input, their menus are closed,
 /// and a press on such a window brings the dialog to the front. Unlike with Qt's own modal dialogs,
 /// the other windows can be closed, so the user can end the program while a question is open. If
 /// the program ends, the function does not return.

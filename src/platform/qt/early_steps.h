@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Steps that Qt would otherwise carry out during the creation of the main window, each when its
+// Steps that Qt would otherwise carry out while the main window is created and shown, each when its
 // result is first needed. main() carries them out earlier, each on a thread of its own
 // (BackgroundWork), so that the window waits less.
 #pragma once
@@ -10,8 +10,8 @@ namespace sonarith {
 /// and loads no fonts. Without this function, Qt reads the configuration when it first measures a
 /// text: half of the CPU instructions that are then executed while the main window is created
 /// belong to this reading. Waits 2 ms before it reads: during this time the main thread loads
-/// libraries, and both would be slower at the same time. To be started before the QApplication is
-/// created.
+/// libraries, and simultaneous reading and loading would slow each other down. To be started before
+/// the QApplication is created.
 void readFontConfiguration();
 
 /// Connects to the session bus; Qt stores the connection for the whole process. Uses no service on

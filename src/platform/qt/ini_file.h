@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reads an INI file in the format of QSettings as a whole, and writes it in one step, so that after
-// any failure the file contains either the old or the new values. Interprets no keys and does not
+// Reads a whole INI file (in the format of QSettings), and writes it in one step, so that after any
+// failure the file contains either the old or the new values. Interprets no keys and does not
 // check whether a file may be trusted (see platform/text/store_file_check.h).
 #pragma once
 

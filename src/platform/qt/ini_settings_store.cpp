@@ -49,8 +49,8 @@ std::optional<QByteArray> bytesOf(const QString& path) {
 
 /// Renames the file to an unused name in the same folder. Returns false on failure.
 bool putAside(const QString& path) {
-    // The number is limited, so that a folder full of such names does not delay the start. More
-    // than a thousand damaged files are not expected.
+    // At most mostKept names are tried, so that a folder full of damaged files does not delay the
+    // start. More than a thousand such files are not expected.
     constexpr int mostKept = 1000;
     for (int number = 1; number <= mostKept; ++number) {
         const QString aside = path + QStringLiteral(".damaged-%1").arg(number);

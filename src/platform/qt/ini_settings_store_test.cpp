@@ -116,7 +116,7 @@ TEST_F(IniSettingsStoreTest, ReturnsValuesOfAnyBytesAtTheNextStart) {
     fs::copy(file(), temp_ / "copy");
     const IniSettingsStore next(QString::fromStdString((temp_ / "copy").string()));
     for (std::size_t i = 0; i < values.size(); ++i) {
-        EXPECT_EQ(get(next, std::to_string(i), "music"), values[i]) << i;
+        EXPECT_EQ(get(next, std::to_string(i), "music"), values[i]) << "value number " << i;
     }
 }
 

@@ -139,7 +139,7 @@ TEST_F(QtEventLoopTest, AnOuterWaitWhoseConditionIsFalseLetsTheInnerWaitSleep) {
     EXPECT_LT(asked, 20);
 }
 
-TEST_F(QtEventLoopTest, AWaitWhoseConditionIsFalseLetsADialogOpenedDuringTheWaitSleep) {
+TEST_F(QtEventLoopTest, ADialogOpenedDuringAWaitSleepsEvenIfTheConditionOfTheWaitIsFalse) {
     bool waiting = true;
     int asked = 0;
     post(context, [&] {
@@ -211,8 +211,9 @@ TEST_F(QtEventLoopTest, ACancelledTimerNeverFires) {
 }
 
 /// Counts the calls of a handler of everyInSound() in groups. A group consists of the calls between
-/// two sleeps of the thread. In silence, everyInSound() makes its calls in batches of five
-/// (BatchedWakeup::callsInSilence).
+/// two sleeps of the thread. The constructor sets a silence function. Therefore everyInSound()
+/// makes all calls in pairs in sound; in silence, it makes ten calls in pairs
+/// (BatchedWakeup::callsBeforeSilence), and then batches of five (BatchedWakeup::callsInSilence).
 struct CallGroups {
     QtEventLoop& loop;
     bool silent = true;
@@ -238,7 +239,7 @@ struct CallGroups {
     [[nodiscard]] bool isBatching() const { return !sizes.empty() && sizes.back() == 5; }
 };
 
-TEST_F(QtEventLoopTest, EveryInSoundCallsInBatchesAfterTenCallsInPairsInSilence) {
+TEST_F(QtEventLoopTest, InSilenceEveryInSoundMakesTenCallsInPairsAndThenABatchOfFive) {
     CallGroups groups(loop);
     const auto wakeup = groups.start();
     loop.waitWhile([&] { return !groups.isBatching(); });
@@ -292,7 +293,8 @@ TEST_F(QtEventLoopTest, SecondsSinceMidnightFollowTheWallClock) {
 }
 
 /// During a wait, the handler of a timer opens a message box, and while the box is open, another
-/// timer ends the program. Code that must not run after the program's end prints a text.
+/// timer ends the program. The last steps, which must run, print a text; code that must not run
+/// prints a text, too.
 [[noreturn]] void endInsideANestedBox() {
     QtEventLoop loop;
     QtMessageBoxes boxes("Title");

@@ -257,8 +257,8 @@ TEST_F(QtFileDialogTest, ACancelledSaveFailsWithDialogCancelled) {
     EXPECT_EQ(numberOf(dialog.save(request)), ErrorNumber::dialogCancelled);
 }
 
-// The playlist editor's rename makes such a request: initialFolder is the path of the old file, and
-// fileName has neither folder nor extension.
+// Tests the request that the playlist editor makes for a rename: initialFolder is the path of the
+// old file, and fileName has neither folder nor extension.
 TEST_F(QtFileDialogTest, ShowsAPlainNameInTheFolderOfAFileThatIsGivenAsInitialFolder) {
     FileDialogRequest renaming;
     renaming.defaultExtension = "mp3";

@@ -98,7 +98,7 @@ void QtTray::showWaitingIcons() {
 }
 
 /// Registers the icons with a watcher (the registry of status notifiers) that has replaced another
-/// watcher. Qt registers an icon itself only with a watcher that appears when there was none.
+/// watcher. Qt itself registers icons only with a watcher that appears when there was none.
 void QtTray::registerAnew() {
     if (way_ != Way::statusNotifier) {
         return;

@@ -59,12 +59,12 @@ class QtTray : public QObject, public Tray {
     Connection watcherReplaced_;
     std::optional<Way> way_;
     bool presentBefore_ = false;
+    MenuItem* heading_ = nullptr; ///< set by setMenu(); menu_ and drawnHere_ show its entries
     /// Most panels on the bus draw menu_ themselves; Qt draws menu_ for an embedded icon. Some
     /// panels on the bus ask the program to draw the menu. For these panels, the program opens
     /// drawnHere_, which has the same entries, because Qt never draws a menu that it has exported
-    /// to the bus.
-    MenuItem* heading_ = nullptr; ///< of the menu's entries
-    // The menus are created when they are needed, since most starts of the program show no icon.
+    /// to the bus. Both menus are created when they are needed, since most starts of the program
+    /// show no icon.
     std::unique_ptr<TrayMenu> menu_;
     std::unique_ptr<TrayMenu> drawnHere_;
     std::map<std::uint32_t, Entry> entries_;

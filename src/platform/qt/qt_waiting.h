@@ -12,8 +12,8 @@ namespace sonarith {
 
 /// The program has one QtWaiting. Use it only on the thread of the QApplication.
 ///
-/// A wait first blocks for plainMoment. If the work has not completed by then, the windows are
-/// painted and the mouse pointer is an hourglass until the wait ends. No handler runs during a
+/// A wait first blocks for Waiting::plainMoment. If the work has not completed by then, the windows
+/// are painted and the mouse pointer is an hourglass until the wait ends. No handler runs during a
 /// wait: timers do not fire (due timers fire afterwards, as after any long handler), and input is
 /// held back (HeldEvents). Closing a window, or a signal to end the program, ends the wait. Queued
 /// calls (Qt::QueuedConnection) do run during a wait, so code that wants to call the logic later

@@ -30,7 +30,7 @@ class TrayHostsTest : public testing::Test {
     }
 
     PrivateBus bus;
-    bool embedding = false;
+    bool embedding = false; ///< whether a panel embeds tray icons as windows
     TrayHosts hosts{{[this] { return bus.connect(); },
                      [this] {
                          return embedding;
@@ -156,7 +156,7 @@ TEST_F(TrayHostsTest, DetectsNoHostWithoutABus) {
     EXPECT_EQ(changes, 0);
 }
 
-TEST_F(TrayHostsTest, NotifiesOfAChangeOfEmbeddingOnlyWhilePolling) {
+TEST_F(TrayHostsTest, NotifiesOfAChangeOfTheEmbeddingTrayOnlyWhilePolling) {
     embedding = true;
     EXPECT_TRUE(hosts.embedding());
     QTest::qWait(1500);

@@ -80,8 +80,9 @@ bool isBelowOne(std::string_view number) {
         exponent = outcome.ec == std::errc() ? std::min(exponent, huge) : huge;
         exponent = negative ? -exponent : exponent;
     }
-    // The n of the mantissa alone: the number of its digits before the point, not counting leading
-    // zeros, or, if there are none, minus the number of its zeros directly after the point.
+    // The n of the mantissa alone. If a digit other than 0 is before the point: the number of
+    // digits from the first such digit to the point. Otherwise: minus the number of zeros directly
+    // after the point.
     const std::int64_t power = firstDigit < point ? point - firstDigit : point - firstDigit + 1;
     return power + exponent <= 0;
 }

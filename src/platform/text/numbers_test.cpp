@@ -95,7 +95,7 @@ TEST(ToInteger16, ReportsATypeMismatchForATextThatIsNoNumber) {
     EXPECT_EQ(toInteger16("").error().number, ErrorNumber::typeMismatch);
 }
 
-TEST(ToInteger32, OverflowsOnlyBeyondThirtyTwoBits) {
+TEST(ToInteger32, OverflowsOnlyIfTheRoundedNumberDoesNotFit) {
     EXPECT_EQ(toInteger32("2147483647").value(), 2147483647);
     EXPECT_EQ(toInteger32("-2147483648").value(), -2147483648);
     EXPECT_EQ(toInteger32("2147483647.5").error().number, ErrorNumber::overflow);
@@ -117,7 +117,7 @@ TEST(RoundedToInteger16, OverflowsForInfinityAndNaN) {
               ErrorNumber::overflow);
 }
 
-TEST(RoundedToInteger32, RoundsHalvesToTheEvenNumberAndOverflowsBeyondItsRange) {
+TEST(RoundedToInteger32, RoundsHalvesToTheEvenNumberAndOverflowsIfTheResultDoesNotFit) {
     EXPECT_EQ(roundedToInteger32(2.5).value(), 2);
     EXPECT_EQ(roundedToInteger32(1e10).error().number, ErrorNumber::overflow);
     EXPECT_EQ(roundedToInteger32(std::numeric_limits<double>::quiet_NaN()).error().number,

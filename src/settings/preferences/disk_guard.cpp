@@ -18,7 +18,7 @@ std::string wholeMegabytes(std::int64_t bytes) {
     constexpr std::int64_t megabyte = 1'000'000;
     const std::int64_t whole = bytes / megabyte;
     const std::int64_t rest = bytes % megabyte;
-    // Halves are rounded to even, as everywhere in the program.
+    // Halves are rounded to even, as in platform/text/numbers.h.
     const bool up = rest > megabyte / 2 || (rest == megabyte / 2 && whole % 2 != 0);
     return std::to_string(up ? whole + 1 : whole);
 }

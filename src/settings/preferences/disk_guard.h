@@ -21,11 +21,12 @@ class DiskGuard {
     DiskGuard(const DiskGuard&) = delete;
     DiskGuard& operator=(const DiskGuard&) = delete;
 
-    /// Writes the fixed drives to Text6 of the preferences, and the destination's drive to Label3
-    /// and its free MB (1,000,000 bytes) to Label4. The two labels do not change if the destination
-    /// is not on a fixed drive. Loads the preferences if they are not loaded, which yields.
+    /// Writes the fixed drives to Text6 of the preferences' window, and the destination's drive to
+    /// Label3 and its free MB (1,000,000 bytes) to Label4. The two labels do not change if the
+    /// destination is not on a fixed drive. Loads this window if it is not loaded, which yields.
     void RefreshDriveSpace();
-    /// Compares the free space with both limits, and warns or stops. Yields after a stop.
+    /// Calls RefreshDriveSpace(), then compares the free space with both limits, and warns or
+    /// stops. Also yields after a stop.
     void tmrWarning_Timer();
 
   private:

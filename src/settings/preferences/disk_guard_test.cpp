@@ -50,12 +50,12 @@ TEST_F(DiskGuardTest, ListsNoDriveThatIsNotFixed) {
                                  DriveKind::ramDisk, DriveKind::unknown, DriveKind::noRoot}) {
         freeOn("C:\\", 7'000'000, kind);
         preferences.guard.RefreshDriveSpace();
-        EXPECT_EQ(form.Text6.text(), "") << static_cast<int>(kind);
-        EXPECT_EQ(form.Label4.caption(), "200000"); // as the load step has set it
+        EXPECT_EQ(form.Text6.text(), "") << "drive kind " << static_cast<int>(kind);
+        EXPECT_EQ(form.Label4.caption(), "200000"); // as the load of the preferences has set it
     }
 }
 
-TEST_F(DiskGuardTest, SkipsADriveWhoseSizeIsZeroOrCannotBeRead) {
+TEST_F(DiskGuardTest, ListsNoDriveWhoseSizeIsZeroOrCannotBeRead) {
     freeOn("D:\\", 5'000'000);
     system.drives["C:\\"].space = std::nullopt;
     system.drives["E:\\"].space = DiskSpace{0, 0};
@@ -103,7 +103,7 @@ TEST_F(DiskGuardTest, RoundsToTheNearestMegabyteWithTiesToTheEvenMegabyte) {
     }
 }
 
-TEST_F(DiskGuardTest, FindsTheDestinationsDriveByItsLetterInAnyCase) {
+TEST_F(DiskGuardTest, FindsTheDestinationsDriveByItsLetterInUpperOrLowerCase) {
     freeOn("D:\\", 77'000'000);
     freeOn("e:\\", 88'000'000);
     settings.decodePath = "d:\\music";
@@ -132,7 +132,7 @@ TEST_F(DiskGuardTest, MeasuresTwentyFiveDrivesWithoutWritingToTheStore) {
     }
     store.writes.clear();
     tick();
-    EXPECT_EQ(system.spaceAsked.size(), 26U); // one query by the load step
+    EXPECT_EQ(system.spaceAsked.size(), 26U); // 25, and one by the load of the preferences
     EXPECT_THAT(store.writes, IsEmpty());
 }
 
@@ -159,13 +159,13 @@ TEST_F(DiskGuardTest, StopsBelowTheStopLimitAtTheFirstTick) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(DiskGuardTest, OnlyWarnsIfTheFreeSpaceEqualsTheStopLimit) {
+TEST_F(DiskGuardTest, WarnsButDoesNotStopIfTheFreeSpaceEqualsTheStopLimit) {
     freeOn("C:\\", 50'000'000);
     tick();
     EXPECT_TRUE(Form1.Label5.visible());
     EXPECT_FALSE(process.stopRequested);
     EXPECT_FALSE(Form1.Timer1.enabled());
-    EXPECT_EQ(loop.yieldCount(), 1); // the yield of the load step
+    EXPECT_EQ(loop.yieldCount(), 1); // the yield of the load of the preferences
 }
 
 TEST_F(DiskGuardTest, DoesNotWarnIfTheFreeSpaceEqualsTheWarningLimit) {
@@ -258,7 +258,7 @@ TEST_F(DiskGuardTest, StopsEvenIfTheStopLimitIsAboveTheWarningLimit) {
     EXPECT_TRUE(stopped());
 }
 
-TEST_F(DiskGuardTest, TreatsADestinationThatIsOnNoFixedDriveAsFull) {
+TEST_F(DiskGuardTest, TreatsADestinationThatIsOnNoFixedDriveAsFullIfNoFiguresAreKept) {
     form.unload();
     system.drives["C:\\"].kind = DriveKind::removable;
     tick();

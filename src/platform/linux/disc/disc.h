@@ -111,8 +111,9 @@ enum class DeviceProblem {
 /// The state of a drive or its disc, for the user.
 struct DriveReport {
     DeviceProblem kind = DeviceProblem::none;
-    /// The message; for a disc image it contains file, line and cause. May be empty if the drive is
-    /// empty. If `kind` is `none`, the remark of a disc that can be played (Disc::remark).
+    /// The message; for a disc image it contains the file, the cause and, if the cause is in a line
+    /// of the sheet, that line's number. May be empty if the drive is empty. If `kind` is `none`,
+    /// the remark of a disc that can be played (Disc::remark).
     std::string text = {};
     friend bool operator==(const DriveReport&, const DriveReport&) = default;
 };

@@ -274,7 +274,7 @@ TEST(DiscPlayer, StaysInModePlayingWhenTheMediumIsGone) {
     EXPECT_EQ(player.mode(), PlayerMode::stopped);
 }
 
-TEST(DiscPlayer, NoticesARemovedMediumInAReadWhoseResultIsNotWantedAnyMore) {
+TEST(DiscPlayer, DetectsARemovedMediumInAReadWhoseResultIsNotWantedAnyMore) {
     const auto disc = longDisc();
     disc->vanishFrom(0);
     disc->hold();

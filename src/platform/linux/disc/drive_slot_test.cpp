@@ -86,7 +86,8 @@ TEST_F(DriveSlotTest, DistinguishesADeviceNodeFromAnImage) {
                                   "image /dev/shm/disc.cue", "image disc.toc"));
 }
 
-TEST_F(DriveSlotTest, KeepsAnImagesTrayOpenUntilAChoiceAndTheDriveUntilAnotherImageIsChosen) {
+TEST_F(DriveSlotTest,
+       KeepsTheTrayOpenUntilTheImageIsChosenAgainAndReplacesTheDriveOnlyForAnotherImage) {
     configured = "/a.cue";
     slot.openDrive()->openTray();
     EXPECT_FALSE(slot.openDrive()->mediaPresent());
@@ -141,6 +142,7 @@ TEST_F(DriveSlotTest, KeepsTheRemarkOfADiscThatWasDestroyed) {
     const auto disc = std::make_shared<RemarkingDisc>();
     disc->words = "disc.bin is shorter than its table";
     state->loaded.disc = disc;
+    // load() wraps `disc` in another Disc, which is destroyed here at once.
     static_cast<void>(slot.openDrive()->load());
     EXPECT_EQ(slot.report().text, "disc.bin is shorter than its table");
 }

@@ -47,7 +47,7 @@ DriveStatus statusOfReply(int reply, int error) {
     case CDS_NO_INFO:
         return {DriveState::unknown};
     default:
-        // ENOSYS is the error of a real drive that does not support the query.
+        // ENOSYS is the error of a real drive that does not support CDROM_DRIVE_STATUS.
         return error == ENOSYS ? DriveStatus{DriveState::unknown}
                                : DriveStatus{DriveState::unreachable, error};
     }

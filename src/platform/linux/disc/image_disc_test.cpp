@@ -57,7 +57,7 @@ TEST(ImageDisc, PlaysAFileWithTheHighBytesFirst) {
     expectTimeLine(folder.write("a.cue", twoTracks("a.bin MOTOROLA")), rampSectors(0, 30));
 }
 
-TEST(ImageDisc, PlaysAWaveAndPadsItsLastSector) {
+TEST(ImageDisc, PlaysAWaveFileAndPadsItsLastSector) {
     const ImageFolder folder;
     folder.writeWave("a.wav", ramp(0, 30 * 588 + 5));
     expectTimeLine(

@@ -51,13 +51,14 @@ struct Segment {
 struct LayoutTrack {
     TrackKind kind = TrackKind::audio;
     int line = 0; ///< in the sheet
-    /// The content from INDEX 01 to the next track's INDEX 01. If its length is not a whole number
-    /// of sectors, the last sector is padded with silence.
+    /// The content from INDEX 01 to the next track's INDEX 01, without a pause that joinPauses()
+    /// leaves out. If the length of the content is not a whole number of sectors, the last sector
+    /// is padded with silence.
     std::vector<Segment> segments;
 };
 
 struct ImageLayout {
-    std::vector<LayoutFile> files; ///< each is used by at least one segment or index
+    std::vector<LayoutFile> files; ///< each is used by a segment or an INDEX line
     std::vector<LayoutTrack> tracks;
 };
 
@@ -75,7 +76,8 @@ struct SheetTrack {
 /// continues across them.
 [[nodiscard]] std::vector<LayoutTrack> joinPauses(std::vector<SheetTrack> tracks);
 
-/// How many bytes of its file `segment` occupies. Precondition: its length is not toFileEnd.
+/// How many bytes of its file `segment` occupies. Precondition: the segment is not silence, and its
+/// length is not toFileEnd.
 [[nodiscard]] std::int64_t statedBytes(const Segment& segment);
 
 /// The sum of the lengths of `segments` in frames, or toFileEnd if one of the lengths is toFileEnd.

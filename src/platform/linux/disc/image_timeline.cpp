@@ -14,7 +14,8 @@ namespace {
 // IEC 60908: no track is shorter than 4 seconds.
 constexpr std::int64_t shortestTrackSectors = 4 * sectorsPerSecond;
 
-/// The stated length of a segment, and how much of it the file contains, both in frames.
+/// The length of a segment on the time line (as stated, or up to the file's end), and how much of
+/// it the file contains, both in frames.
 struct Extent {
     std::int64_t stated = 0;
     std::int64_t present = 0;
@@ -30,7 +31,8 @@ Extent extentOf(const Segment& segment, ImageFormat format, std::int64_t fileByt
         return {segment.frames, whole ? segment.frames : wholeSectors * framesPerSector};
     }
     if (format == ImageFormat::wave || segment.roundedTo == 1) {
-        // A sound file may have any length; its last sector is padded with silence.
+        // A sound file may have any length. The segment's length is rounded up to a multiple of
+        // `roundedTo`; the frames beyond the file's end are silent.
         const std::int64_t frames =
             bytes / segment.sectorBytes * framesPerSector +
             bytes % segment.sectorBytes * framesPerSector / segment.sectorBytes;

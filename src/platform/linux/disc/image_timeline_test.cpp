@@ -124,7 +124,8 @@ TEST(Timeline, CountsTheLostSectorsOfARange) {
     EXPECT_EQ(lostSectors(truncated, 0, 400), 0);
     EXPECT_EQ(lostSectors(truncated, 399, 401), 1);
     EXPECT_EQ(lostSectors(truncated, 600, 500), 0);
-    // A pause and the padding of a sound file are meant to be silent, so they do not count as lost.
+    // The silence of a SILENCE statement and the padding of a sound file are intended, so they do
+    // not count as lost.
     const ImageTimeline whole =
         timelineOfToc("TRACK AUDIO\nFILE \"a.bin\" 0\nTRACK AUDIO\nSILENCE 9\n", {10 * 2352 + 4})
             .value();

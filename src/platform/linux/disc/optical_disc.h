@@ -31,7 +31,7 @@ class AudioSectors {
     /// Makes `first` the next sector; sectors from `end` on are never requested from the drive.
     virtual void seek(std::int64_t first, std::int64_t end) = 0;
     /// Fills `out` (framesPerSector frames) with the next sector and advances by one. Precondition:
-    /// the effort is not `none`. Once an attempt has failed and the time limit in `plan` has
+    /// `plan.effort` is not `none`. Once an attempt has failed and the time limit in `plan` has
     /// passed, at most one more attempt begins. After a stop request, no further command is sent to
     /// the drive, and `out` is unspecified.
     [[nodiscard]] virtual SectorOutcome

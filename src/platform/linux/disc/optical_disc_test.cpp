@@ -134,8 +134,8 @@ TEST_F(OpticalDiscTest, BoundsTheTimeOfOneReadAndDeliversSilenceForTheRest) {
               silentSectors(17));
     EXPECT_THAT(disc.remark(), testing::StartsWith("25 sectors"));
 
-    // The bound of the next read is 4 s, half of the 8 s above, which is enough for its four
-    // sectors. It begins at the requested position.
+    // The next read begins with a seek to its first sector. Its bound is 4 s, half of the 8 s
+    // above, which is enough for its four sectors.
     EXPECT_EQ(read(25, 4), sectorsAt(25, 4));
     EXPECT_EQ(drive->now, 12s);
     EXPECT_THAT(drive->seeks, ElementsAre(Pair(0, 28600), Pair(25, 28600)));

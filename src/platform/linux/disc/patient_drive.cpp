@@ -19,7 +19,9 @@ struct PatientDrive::Known {
     /// How often the tray was opened. The result of a call that began before the last opening is
     /// ignored.
     std::int64_t trayOpenings = 0;
-    std::int64_t wantedLoad = 0; ///< the number of the load whose result is wanted
+    /// Each load has a number, and only the load with this number stores its result. A new load
+    /// increases it; so does each call after which the result of a running load is not wanted.
+    std::int64_t wantedLoad = 0;
 };
 
 PatientDrive::PatientDrive(std::shared_ptr<Drive> drive, Patience patience, std::string hangingText,

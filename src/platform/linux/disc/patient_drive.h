@@ -40,8 +40,9 @@ class PatientDrive final : public Drive {
     /// out is still running, returns `hung` at once. The disc of that earlier load is dropped,
     /// because no caller waits for it any more.
     [[nodiscard]] Loaded load() override;
-    /// Waits for tableMoment at most. After that, the read continues, and its result is returned by
-    /// a later call, or by a load() that begins while the read is running.
+    /// Reads the table, and waits for tableMoment at most. After that, the reading of the table
+    /// continues, and its result is returned by a later loadSoon(), or by a load() that begins
+    /// while the table is being read.
     [[nodiscard]] std::optional<Loaded> loadSoon() override;
     /// Waits for mediumMoment at most. Returns the previous value if there is no result in time or
     /// another call is running. A late result is returned by later calls.

@@ -104,7 +104,7 @@ TEST(ImageNames, MayHaveAColonThatDoesNotFollowADriveLetter) {
     EXPECT_TRUE(checkImageName("ab:c.wav").ok());
 }
 
-TEST(ImageNames, MustNotBeEmptyContainANulOrLeadOutsideTheSheetsFolder) {
+TEST(ImageNames, MustNotBeEmptyOrAbsoluteAndMustContainNoNulAndNoDotDotFolder) {
     for (const char* name : {"", "..", "../a.bin", "sub/../../a", "sub\\..\\a", "/etc/passwd",
                              "\\\\server\\a", "C:\\a.bin", "c:a.bin", "a/.."}) {
         EXPECT_FALSE(checkImageName(name).ok()) << name;
@@ -112,7 +112,7 @@ TEST(ImageNames, MustNotBeEmptyContainANulOrLeadOutsideTheSheetsFolder) {
     EXPECT_FALSE(checkImageName(std::string_view("a\0b", 3)).ok());
 }
 
-TEST(ShownText, IsQuotedSafeToDisplayAndShortenedToAHundredCharacters) {
+TEST(ShownText, IsQuotedShortenedToAHundredCharactersAndSafeToDisplay) {
     EXPECT_EQ(shown("Größe 音"), "\"Größe 音\"");
     EXPECT_EQ(shown("a\tb\x1b[31m\x7f"), "\"a?b?[31m?\"");
     EXPECT_EQ(shown("\xff\xc3"), "\"??\"");

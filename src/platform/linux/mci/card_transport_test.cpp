@@ -30,8 +30,8 @@ class RecordedSound : public sound::RecordingSink {
 class Bench {
   public:
     /// Advances the time until the transport has reached `frame` or no longer plays. The time is
-    /// advanced in steps, because the player reads the disc on a separate thread, and the card
-    /// waits while no sound is ready.
+    /// advanced in steps, because the disc is read on a separate thread, and the card waits while
+    /// no sound is ready.
     void playUntil(CardTransport& transport, std::int64_t frame) {
         while (transport.positionInFrames() < frame && transport.mode() == PlayerMode::playing) {
             time_ += 1ms;

@@ -159,8 +159,8 @@ Reply CdDevice::trackStatus(std::string_view item, const std::string& number) {
         const auto index = static_cast<std::size_t>(track.value - 1);
         return std::string(table.tracks[index].kind == disc::TrackKind::audio ? "audio" : "other");
     }
-    // The position is made from the track's number and not from its first sector: a track without
-    // sectors has the same first sector as the next track.
+    // In tmsf, the position is made from the track's number and not from its first sector: a track
+    // without sectors has the same first sector as the next track.
     if (format_ == TimeFormat::tmsf) {
         return (track.value < 10 ? "0" : "") + std::to_string(track.value) + ":00:00:00";
     }
@@ -190,8 +190,8 @@ Reply CdDevice::play(const Command& command) {
     if (first.value > end.value) {
         return MciError::outOfRange;
     }
-    // "play" without "from" and with the same end as the most recent "play" continues at the exact
-    // sample, not at the start of that sample's sector.
+    // Unless the disc is stopped, "play" without "from" and with the same end as the most recent
+    // "play" continues at the exact sample, not at the start of that sample's sector.
     if (!from && end.value == medium_.playEnd() && medium_.mode() != PlayerMode::stopped) {
         return resume();
     }

@@ -95,7 +95,7 @@ TEST(ADiscChangedBetweenTwoQueries, IsDetectedWhenTheOldDiscCanNoLongerBeRead) {
     EXPECT_EQ(session.send("status cd length"), said("00:25:00"));
 }
 
-TEST(ADiscChangedThroughTheTray, IsReportedMissingOnceEvenIfTheTrayIsClosedAgain) {
+TEST(ADiscChangedThroughTheTray, IsReportedMissingOnceEvenIfTheTrayIsClosedBeforeTheQuery) {
     CdSession session(threeTracks());
     EXPECT_EQ(session.send("status cd media present"), said("true"));
     EXPECT_EQ(session.send("set cd door open"), fine());

@@ -256,7 +256,7 @@ TEST(TheTimeFormat, IsMsfUntilACommandSetsAnotherFormat) {
     EXPECT_EQ(session.send("set cd"), refused(MciError::missingParameter));
     EXPECT_EQ(session.send("set cd time format frames door open"),
               refused(MciError::badTimeFormat));
-    EXPECT_FALSE(session.machine.drive->trayOpen); // a command that fails has no effect at all
+    EXPECT_FALSE(session.machine.drive->trayOpen); // nothing of the failed command was done
     EXPECT_EQ(session.send("status cd time format"), said("milliseconds"));
 }
 

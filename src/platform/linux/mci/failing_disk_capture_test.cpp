@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Tests captures (recordings of a played track) whose destination hangs or is full. The tests send
-// the commands of a capture to the real player, sound card and recording: each command still
-// returns, and the sound that reached the disk is kept.
+// the commands of a capture to the real player, sound card and recording: each command must
+// return nevertheless, and the sound that reached the disk must be kept.
 #include <gmock/gmock.h>
 
 #include <fcntl.h>
@@ -135,7 +135,7 @@ INSTANTIATE_TEST_SUITE_P(Calls, ADestinationThatHangs,
                          testing::Values(SYS_openat, SYS_pwrite64, SYS_fdatasync, SYS_linkat));
 
 TEST(ADestinationThatBecomesFull, KeepsTheBeginningOfTheTrackWithoutGapsAndNotifiesTheUser) {
-    const fakes::TempFolder result; // on another disk
+    const fakes::TempFolder result; // not on the disk that becomes full
     const int answer = test::runInChild([&] {
         FailingCapture session(sound::patientTiming);
         if (!test::mountSmallDisk(session.folder.path().string())) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Provides MachineSession: a command interpreter with the real player, sound card and recording.
-// Its functions send the commands of a capture (playing a track and recording it). The test
-// supplies the drive; the clock and the notices are fakes. For tests only.
+// Provides MachineSession: a command interpreter with the real disc player, sound card and
+// recording. Its functions send the commands of a capture (playing a track and recording it). The
+// test supplies the drive; the clock and the notices are fakes. For tests only.
 #pragma once
 
 #include <chrono>

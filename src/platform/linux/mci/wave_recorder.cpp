@@ -45,7 +45,8 @@ MciError recordingError(ErrorNumber number) {
     case ErrorNumber::invalidProcedureCall:
         return MciError::nonapplicableFunction;
     default:
-        // The file could not be created; the text of fileNotSaved names disk space and permission.
+        // The file could not be created. The text of fileNotSaved fits: it names disk space and
+        // permission as the possible causes.
         return MciError::fileNotSaved;
     }
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Converts sound of any rate, mono or stereo, to the format of the sound card's lines. Sound at the
-// card's rate passes unchanged.
+// card's rate is not resampled.
 #pragma once
 
 #include <cstdint>

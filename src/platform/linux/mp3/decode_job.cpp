@@ -78,8 +78,8 @@ struct DecodeJob::Run {
     std::atomic<bool> over = false;
     std::mutex mutex; ///< for the threads that wait for `over`
     std::condition_variable changed;
-    // The members below are accessed only by the thread until `over` is true, and constant
-    // afterwards.
+    // Until `over` is true, the members below are accessed only by the thread, or by DecodeJob's
+    // constructor if no thread could be started. Afterwards they are constant.
     Report report;
     DecodeResult result;
     std::optional<CompletedDecoding> completed; ///< initially the earlier decoding whose result

@@ -38,9 +38,9 @@ struct CompletedDecoding {
 /// long as the decoding writes, it keeps its turn for the target (target_turn.h), so that the next
 /// decoding to the same file begins only afterwards.
 ///
-/// Threads: one thread constructs, stops and destroys the object. It waits for a disk only in
-/// stop() and awaitEnd(), and never longer than `patience`. The const members are thread-safe. The
-/// thread of the decoding and `report` own everything that they access.
+/// Threads: one thread constructs, stops and destroys the object. This thread waits for a disk only
+/// in stop() and awaitEnd(), and never longer than `patience`. The const members are thread-safe.
+/// The thread of the decoding and `report` own everything that they access.
 class DecodeJob {
   public:
     /// Called once, just before the decoding is over: on the thread of the decoding, or in the

@@ -70,7 +70,8 @@ TEST_F(DecodeJobTest, KeepsThePartBeforeAnUnreadableOffset) {
     const fixture::DecodedSound whole = fixture::sequentially(data);
     for (const unsigned threads : {1U, 2U}) {
         writeFile(source, data);
-        fs::resize_file(source, std::uintmax_t{1} << 40); // so that the scan takes long
+        // So that the search for frames takes long.
+        fs::resize_file(source, std::uintmax_t{1} << 40);
         const auto job = start(target, {threads, 16});
         EXPECT_TRUE(fakes::eventually([&] { return isOpen(source); }));
         fs::resize_file(source, 100'000);
@@ -128,8 +129,9 @@ TEST_F(DecodeJobTest, KeepsThePartThatFitsWhenTheDiskBecomesFull) {
             return decodeWithoutRoom(source, disk / "out.wav", threads);
         });
         if (code == test::mayNotMount) {
-            GTEST_SKIP() << "this user may not mount a disk; "
-                            "KeepsThePartThatTheFileSizeLimitAllows tests the same with a limit";
+            GTEST_SKIP() << "this user is not allowed to mount a disk; "
+                            "KeepsThePartThatTheFileSizeLimitAllows tests the same with a limit "
+                            "of the file size";
         }
         EXPECT_EQ(code, 0) << threads << " threads";
     }

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Distinguishes frames from bytes that look like a frame header by chance: a frame counts if it
-// begins a row, which means that enough frames of its format follow it. Also detects the tags
-// between frames. It examines bytes in memory; the scanner (frame_scanner.h) reads the source.
+// Distinguishes a frame from bytes that look like a frame header by chance. The test is whether
+// the frame "begins a row": enough frames of its format follow it, or fewer and then the end of the
+// source or a tag. Also detects the tags between frames. It examines bytes in memory; the scanner
+// (frame_scanner.h) reads the source.
 #pragma once
 
 #include <cstddef>

@@ -13,7 +13,7 @@ namespace {
 
 /// The maximum number of offsets that are tried as the beginning of a stream in free format. Each
 /// try is expensive, and hostile junk can consist of nothing but headers in free format, each of
-/// which is tried. Random junk contains one such header in 70,000 bytes.
+/// which would be tried without this maximum. Random junk contains one such header in 70,000 bytes.
 constexpr int maxFreeFormatTries = 1000;
 
 } // namespace

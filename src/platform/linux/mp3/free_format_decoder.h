@@ -18,11 +18,12 @@ class FreeFormatDecoder : public PcmReader {
     /// The limit for `work_`, in frames. When a decoder of the library gives up a frame (stops
     /// decoding it half-way), this takes time in proportion to the number of frames that the same
     /// decoder has decoded before (measured: 3 ns per frame), so a long stream of damaged frames
-    /// would take hours. `work_` is the sum of these numbers over all frames that the current
-    /// decoder has given up. When the sum reaches this limit (a third of a second of work), a new
-    /// decoder replaces the current one. The library does not report a frame that it gives up, but
-    /// such a frame ends in silence; so every frame that ends in silence counts as given up. A
-    /// replacement happens only after a frame that ends in silence, so no sound is lost.
+    /// would take hours. Each time the current decoder gives up a frame, `work_` grows by the
+    /// number of frames that this decoder has decoded so far. When `work_` reaches this limit (a
+    /// third of a second of work), a new decoder replaces the current one. The library does not
+    /// report a frame that it gives up, but such a frame ends in silence; so every frame that ends
+    /// in silence counts as given up. A replacement happens only after a frame that ends in
+    /// silence, so no sound is lost.
     static constexpr std::int64_t usualPatience = 100'000'000;
 
     /// Reads `source` from `offset` on. Null if the library finds no frame from `offset` on.

@@ -189,7 +189,7 @@ TEST_F(HangingDiskTest, ASecondDecodeToWavDoesNotWaitForTheCheckWhetherItsFilesC
     }));
 }
 
-TEST_F(HangingDiskTest, AFailureIsReportedEvenIfTheControlWasDestroyedBefore) {
+TEST_F(HangingDiskTest, AFailedSaveIsReportedEvenIfTheControlWasDestroyedBeforeTheFailure) {
     HeldCalls disk({SYS_fsync}, test::ofPath("/slow/"));
     hangIn(disk, slow / "out.wav");
     EXPECT_TRUE(disk.run([&] { control.reset(); }));

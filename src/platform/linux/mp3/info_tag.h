@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Reads how many samples an encoder added before and after the sound. Encoders state this in an
-// information frame ("Xing", "Info") at the beginning of the stream. The number of frames that
-// the information frame states only locates the added samples; the stream's length is not derived
-// from it.
+// information frame ("Xing", "Info") at the beginning of the stream. The information frame also
+// states a number of frames. This number serves only to locate the added samples: the stream's
+// length is not derived from it.
 #pragma once
 
 #include <cstdint>

@@ -51,7 +51,10 @@ TEST(InfoTagTest, IsDetectedByItsNameButTrimsNothingIfItIsTruncated) {
 
 TEST(InfoTagTest, TrimsNothingIfTheEncoderDoesNotStateWhatItAdded) {
     Data data = fixture::ordinary();
-    data[156] = 0; // the encoder's name, at offset 36 + 8 + 4 + 4 + 100 + 4
+    // The first byte of the encoder's name. The tag begins at offset 36 with its identifier and its
+    // flags (4 bytes each), followed by the numbers of frames and of bytes (4 bytes each), the seek
+    // table (100 bytes), the quality (4 bytes) and the encoder's name.
+    data[156] = 0;
     EXPECT_EQ(tagOf(data), GaplessTrim());
     data = fixture::ordinary();
     data[43] = 0; // the flags of the fields: no field exists, not even the number of frames

@@ -48,7 +48,7 @@ struct FrameHeader {
     [[nodiscard]] int mainDataBytes() const;
 };
 
-/// Empty if there are fewer than four bytes, or if they are not a header.
+/// Empty if `bytes` has fewer than four bytes or does not begin with a header.
 [[nodiscard]] std::optional<FrameHeader> parseHeader(Bytes bytes);
 
 } // namespace sonarith::mp3

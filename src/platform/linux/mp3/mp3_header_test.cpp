@@ -17,7 +17,7 @@ struct Case {
     int samples;
 };
 
-TEST(Mp3HeaderTest, ReturnsTheFormatSizeAndSampleCountOfAFrame) {
+TEST(Mp3HeaderTest, ReturnsTheFormatTheSizeAndTheSampleCountOfAFrame) {
     const std::vector<Case> cases{
         {{0xFF, 0xFB, 0x90, 0x64}, {MpegVersion::mpeg1, 3, 44100, 2}, 417, 1152},
         {{0xFF, 0xFB, 0x92, 0x64}, {MpegVersion::mpeg1, 3, 44100, 2}, 418, 1152},

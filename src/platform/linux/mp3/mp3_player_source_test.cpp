@@ -89,7 +89,7 @@ TEST_F(Mp3PlayerSourceTest, EndsEarlyIfTheFileIsShortenedDuringPlaying) {
 TEST_F(Mp3PlayerSourceTest, CanBeDestroyedWhileItsRingIsFull) {
     auto player = play(encoded(44100, 2, "-b 128"));
     EXPECT_TRUE(fakes::eventually([&] { return player->pull(block).supply == Supply::flowing; }));
-    player.reset(); // would hang if the thread still waited for space
+    player.reset(); // the thread may be waiting for space in the full ring at this moment
 }
 
 TEST_F(Mp3PlayerSourceTest, StarvesOnlyBrieflyWhileTheDiskHangsAndThenDeliversSilence) {

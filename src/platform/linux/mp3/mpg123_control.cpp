@@ -20,7 +20,8 @@ const Error noSourceFile{ErrorNumber::invalidPropertyValue, "no source file is s
 /// Within this time a working disk has stored and named the WAV of a stopped decoding. The wait is
 /// too short for the user to notice.
 constexpr std::chrono::milliseconds stopPatience{40};
-/// Within this time a working disk reports whether the files of a completed decoding were changed.
+/// If a completed decoding is requested again, a working disk reports within this time whether the
+/// decoding's two files have changed since.
 constexpr std::chrono::milliseconds checkTimeout{20};
 
 /// The file name in `path`, which is a path of the logic or a machine path.

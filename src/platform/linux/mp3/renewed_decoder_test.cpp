@@ -13,7 +13,8 @@ using fixture::encoded;
 using fixture::operator+;
 using fixture::Samples;
 
-/// The shortest period, in frames, that RenewedDecoder::create() permits.
+/// The shortest period that RenewedDecoder::create() permits. A period is the number of frames from
+/// one replacement of the decoder to the next.
 constexpr std::int64_t shortPeriod = 288;
 
 struct Pass {
@@ -86,7 +87,9 @@ void breakFrame(Data& data, std::size_t number) {
 }
 
 TEST(RenewedDecoderTest, ReturnsTheSameSamplesAfterBrokenFramesWhereverTheDecodingBegan) {
-    constexpr std::int64_t period = 576; // the second decoder begins at frame 296
+    // The second decoder begins to decode at frame 296 (the period minus the lead) and replaces the
+    // first decoder at frame 576.
+    constexpr std::int64_t period = 576;
     constexpr std::size_t samplesBeforeReplacement = period * 2304;
     Data data = song("-b 128", 16);
     for (const std::size_t number : {100U, 400U, 580U}) {

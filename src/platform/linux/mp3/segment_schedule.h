@@ -77,7 +77,7 @@ class SegmentSchedule {
     void endAt(std::size_t worker, const std::optional<DecodeFailure>& failure);
 
     SegmentIndex index_;
-    std::vector<Work> works_; ///< each is accessed only by its worker
+    std::vector<Work> works_; ///< while workers run, each uses only its own
     std::atomic<std::int64_t> lastWanted_ = std::numeric_limits<std::int64_t>::max();
     std::mutex mutex_; ///< protects the index and the members below
     std::optional<End> end_;

@@ -89,7 +89,7 @@ TEST_F(SegmentScheduleTest, SegmentsBeforeAFailedSegmentAreStillDecodedAndNoFurt
     EXPECT_FALSE(schedule.complete());
 }
 
-TEST_F(SegmentScheduleTest, TheEarlierSegmentDecidesIfOneSegmentFailsAndAnotherNeedsOnePass) {
+TEST_F(SegmentScheduleTest, IfOneSegmentFailsAndAnotherNeedsOnePassTheEarlierSegmentDecides) {
     ASSERT_TRUE(schedule.take(0));
     ASSERT_TRUE(schedule.take(1));
     schedule.needOnePass(1);

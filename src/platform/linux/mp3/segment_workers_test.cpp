@@ -60,7 +60,9 @@ Data brokenAt(std::vector<std::size_t> frames) {
         const auto side = static_cast<std::size_t>(found[number].offset) + 4;
         data[side + 6] = static_cast<std::uint8_t>((data[side + 6] & 0xF8) | 4);
     }
-    const Data tail = fixture::junk(300); // counted in ScanLoss if the scan reaches the end
+    // Junk after the last frame: DecodeCount::loss contains these bytes only if the frame scanner
+    // has reached the end of the stream. So a comparison of the counts also tests this.
+    const Data tail = fixture::junk(300);
     data.insert(data.end(), tail.begin(), tail.end());
     return data;
 }

@@ -75,7 +75,9 @@ TEST_F(WavTargetTest, FinishTruncatesTheFileAtTheGivenEnd) {
 }
 
 TEST_F(WavTargetTest, BecomesRf64AboveTheSizeLimitOfAPlainWav) {
-    Samples samples(400'000); // more than moveUp() copies at once
+    // More than one of the blocks in which finish() moves the samples to make space for the larger
+    // header (WavTarget::moveUp()).
+    Samples samples(400'000);
     for (std::size_t i = 0; i < samples.size(); ++i) {
         samples[i] = static_cast<std::int16_t>(i * 7);
     }

@@ -106,7 +106,7 @@ TEST_F(FolderListingTest, AFolderHasTheSameIdentityOnEveryPathToIt) {
     EXPECT_FALSE(identity("a") == identity("b"));
 }
 
-TEST_F(FolderListingTest, TheListingOfADeletedFolderEnds) {
+TEST_F(FolderListingTest, AListingEndsEarlyIfItsFolderIsDeletedMeanwhile) {
     const fs::path gone = folder_ / "gone";
     fs::create_directory(gone);
     constexpr int moreThanOneReadOfTheKernel = 3000;

@@ -54,8 +54,9 @@ std::string mountPointOf(const SettingsStore& store, char letter) {
     return upper == homeLetter ? std::string() : storedMountPoint(store, upper);
 }
 
-/// The path on H: of the file that `path` names by another letter. Empty if `path` is outside the
-/// home folder, is the home folder itself without a backslash at the end, or already uses H:.
+/// The path on H: of the file that `path` names by another letter. Empty if `path` already uses H:,
+/// if the letter of `path` stands for no mount that contains the home folder, if `path` is outside
+/// the home folder, or if `path` is the home folder itself without a backslash at the end.
 std::optional<std::string> byHomeLetter(const SettingsStore& store, std::string_view home,
                                         std::string_view path) {
     const std::string mountPoint = hasDrive(path) ? mountPointOf(store, path[0]) : std::string();

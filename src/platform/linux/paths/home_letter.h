@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Migrates a settings store of an older version, in which the home folder had no letter of its own.
-// The migration changes texts only and accesses no disk.
+// Migrates a settings store of an older version, in which the home folder had no drive letter of
+// its own, to the present version, in which it has the letter H. The migration changes texts only
+// and accesses no disk.
 #pragma once
 
 #include <string>
@@ -17,8 +18,9 @@ struct StoredPath {
     std::string key;
 };
 
-/// If the store assigned H: to a mount, that mount gets another letter, in the section of the
-/// drives and in the values of `paths`. Then each value of `paths` that is below the home folder
+/// If the store assigned H: to a mount other than the home folder, that mount gets another letter,
+/// in section "Drives" and in the values of `paths`; if no letter is free, these values use the
+/// path of the mount point on C: instead. Then each value of `paths` that is below the home folder
 /// but has another drive's letter gets H:, so that each file has only one path: the dialogs use H:
 /// for files in the home folder. A path of the home folder itself keeps its letter if it has no
 /// backslash at the end: it would become "H:" without a backslash, but the logic splits a path at

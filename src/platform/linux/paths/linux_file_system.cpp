@@ -30,8 +30,9 @@ Error errorAt(const Located& located, int systemErrorNumber) {
     return fileErrorOfSystem(systemErrorNumber);
 }
 
-/// Whether both paths are spellings of one directory entry, as on a case-insensitive disk. False
-/// for a file with several links, since both paths may be entries of their own.
+/// Whether both paths are spellings of one directory entry, as on a case-insensitive disk. Two
+/// different paths count as one entry only for a regular file with a single link: if the file has
+/// several links, each path may be a link of its own.
 bool sameEntry(const std::string& a, const std::string& b) {
     struct stat first {};
     struct stat second {};

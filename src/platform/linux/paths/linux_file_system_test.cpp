@@ -125,7 +125,7 @@ TEST_P(LinuxFileSystemTest, RenamesAFileToANameThatDiffersOnlyInLetterCase) {
     EXPECT_EQ(read("Track.WAV"), std::nullopt);
 }
 
-TEST_P(LinuxFileSystemTest, RefusesToRenameOneLinkOfAFileToTheNameOfAnother) {
+TEST_P(LinuxFileSystemTest, RefusesToRenameOneHardLinkOfAFileToTheNameOfAnotherHardLink) {
     write("a.wav");
     fs::create_hard_link(disk_ + "/a.wav", disk_ + "/A.wav");
     EXPECT_EQ(numberOf(files_.rename("d:\\a.wav", "d:\\A.wav")), ErrorNumber::fileAlreadyExists);

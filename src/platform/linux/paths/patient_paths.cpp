@@ -79,7 +79,7 @@ bool PatientPaths::carryOut(Waiting::Duration bound, const Concerned& concerned,
         const auto mayCall = [&](const std::string& mount) {
             return !hanging.contains(mount);
         };
-        // Following the path takes longer than most calls, so it is done only while a mount hangs.
+        // Following a path takes longer than most calls, so it is done only while a mount hangs.
         *refused = !hanging.empty() &&
                    !std::all_of(paths.begin(), paths.end(), [&](const std::string& path) {
                        return walkToPlace(**machine, places, path, mayCall);

@@ -16,9 +16,10 @@ namespace sonarith {
 /// - otherwise the folder "Sonarith" below the result of `musicFolder`, which is called only then.
 ///   The folder "Sonarith" is created. An installed program uses this folder even if it is run by
 ///   an administrator, who may write to the executable's folder.
-/// If the folder "Sonarith" cannot be created, the result is the executable's folder (if known):
-/// the program can still make that folder the current folder, and each failed write produces the
-/// error message of that write.
+/// If the folder "Sonarith" cannot be created, the result is the executable's folder: the program
+/// can still make that folder the current folder, and each failed write produces the error message
+/// of that write. If the executable's folder is unknown as well, the result is the path of the
+/// missing folder "Sonarith".
 [[nodiscard]] std::string programFolder(const std::string& executableFolder,
                                         const std::function<std::string()>& musicFolder);
 

@@ -37,7 +37,7 @@ class RememberedSpellingTest : public testing::Test {
         std::ofstream(home_ + "/" + name) << name;
     }
     void makeFolder(const std::string& name) { fs::create_directories(home_ + "/" + name); }
-    /// Removes the permission to list the folder from all users. They may still enter the folder,
+    /// Takes from all users the permission to list the folder. They may still enter the folder,
     /// and create entries if `more` allows that.
     void hideEntriesOf(const std::string& name, fs::perms more = fs::perms::none) {
         using fs::perms;

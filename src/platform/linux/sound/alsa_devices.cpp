@@ -69,15 +69,15 @@ bool isPlugIn(const DeviceHint& hint) {
     std::string words = hint.description;
     std::transform(words.begin(), words.end(), words.begin(),
                    [](unsigned char letter) { return std::tolower(letter); });
-    // "null" discards all sound; choosable() adds the entry "None" for this purpose. "oss" uses an
-    // interface that was removed from Linux, so it cannot be opened.
+    // "null" discards all sound; for this purpose, choosable() adds the entry "None" to the
+    // outputs. "oss" uses an interface that was removed from Linux, so it cannot be opened.
     return words.find("plugin") != std::string::npos ||
            words.find("plug-in") != std::string::npos || hint.name == "null" || hint.name == "oss";
 }
 
 bool isChoosable(const DeviceHint& hint) {
     if (namesNoDevice(hint.name) || hint.name == "default") {
-        return false; // choosable() adds these entries itself
+        return false; // choosable() adds "default", and for playback the entry "None", itself
     }
     return hint.name.find(':') == std::string::npos ? !isPlugIn(hint) : namesCardDevice(hint.name);
 }

@@ -50,7 +50,7 @@ struct CaptureDevice {
         openHangs = false;
         changed.notify_all();
     }
-    /// Whether the pump has read all sound that the test provided.
+    /// Whether all sound that the test provided has been read, and a further read found no more.
     bool isDrained() {
         const std::lock_guard lock(mutex);
         return drained;

@@ -98,7 +98,7 @@ INSTANTIATE_TEST_SUITE_P(BassAndTreble, CardMixerTone,
                                          ToneCase{mixer_control::treble, 5000, -1}));
 
 TEST_F(CardMixerTest, BassAndTrebleHaveTheDocumentedGains) {
-    // The gains that tone_control.h states.
+    // The gains that tone_control.h states. CardMixerTone compares the sound with shelfDb().
     EXPECT_NEAR(shelfDb(100, ToneControl::bassCornerHz, 12, 1), 11, 0.5);
     EXPECT_NEAR(shelfDb(10'000, ToneControl::trebleCornerHz, 12, -1), 11, 0.5);
     EXPECT_LT(shelfDb(1000, ToneControl::bassCornerHz, 12, 1), 0.1);

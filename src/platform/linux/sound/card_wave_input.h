@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The machine's wave input: device 0 delivers the sound of the software sound card's recorder,
-// whatever the recorder's source is. It records no file (recording.h does) and measures no
-// peak (sound_card.h does).
+// whatever the recorder's source is. This class records no file (recording.h does) and measures
+// no peak (sound_card.h does).
 #pragma once
 
 #include <chrono>

@@ -24,8 +24,8 @@ class KeptTone {
     /// ToneControl::highest becomes ToneControl::middle. All arguments must outlive this object.
     KeptTone(ToneControl& tone, SettingsStore& store, EventLoop& loop);
 
-    /// Called after a slider has moved: its position is written after restTime unless another
-    /// change follows.
+    /// Called after a slider has moved: bass and treble are written when no slider has moved for
+    /// restTime.
     void changed();
     /// Writes pending changes now. Called at the end of the program, too.
     void keep();

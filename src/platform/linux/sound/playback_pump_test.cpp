@@ -167,8 +167,9 @@ TEST_F(PlaybackPumpTest, WritesBatchesOfThreeBlocksOfTheCard) {
     play(pump, 0, 21 * blockFrames);
     EXPECT_TRUE(eventually([&] { return device->heardFrames() >= 21 * blockFrames; }));
     const std::lock_guard lock(device->mutex);
-    // The device accepts 300 frames per write, so a batch needs several writes; the first of them
-    // passes the whole batch.
+    // The device accepts at most 300 of the frames that a write offers, so a batch needs five
+    // writes. Only the first of them offers the whole batch; each later one offers the frames that
+    // are left.
     const auto batches =
         std::count(device->offered.begin(), device->offered.end(), 3 * blockFrames);
     EXPECT_EQ(batches, 7);
@@ -376,7 +377,7 @@ TEST_F(PlaybackPumpTest, ReportsThatTheDeviceWorksEvenIfTheSoundIsShort) {
     EXPECT_TRUE(eventually([&] { return reports.hold(DeviceState::works); }));
 }
 
-TEST_F(PlaybackPumpTest, TriesToStartItsThreadAgainAfterRetryAfter) {
+TEST_F(PlaybackPumpTest, TriesToStartItsThreadAgainWhenRetryAfterHasPassed) {
     fakes::LimitedThreads threads(0);
     fakes::DeviceReports reports;
     PlaybackPump waiting(opener(), endless, reports.sink(), threads.starter());

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Plays on one open device, from the first frames until the device is closed. It fills the device's
-// buffer before it starts the device, plays each sound to its end, and recovers from underruns.
+// Plays on one open device, from the first frames until the device is closed. It writes the
+// beginning of a sound to the device's buffer before it starts the device, plays each sound to its
+// end, and recovers from underruns.
 #pragma once
 
 #include <chrono>
@@ -16,8 +17,8 @@ namespace sonarith::sound {
 
 class PlaybackSession {
   public:
-    /// All four arguments must outlive this object. `onPlays` is called once, when it is certain
-    /// that the device plays.
+    /// All four arguments must outlive this object. `onPlays` is called at most once, when it is
+    /// certain that the device has played sound.
     PlaybackSession(PcmPlayback& device, PlaybackFeed& feed, const PlaybackTiming& timing,
                     const std::function<void()>& onPlays)
         : device_(device), feed_(feed), timing_(timing), onPlays_(onPlays) {}

@@ -23,8 +23,8 @@ enum class RateQuality {
 
 class RateConverter {
   public:
-    /// `channels` is 1 or 2, the rates are in Hz. Fails if the library refuses them, or if memory
-    /// is short.
+    /// `channels` is 1 or 2, the rates are in Hz. Fails if the library refuses a parameter, or if
+    /// memory is short.
     [[nodiscard]] static Result<RateConverter> create(std::size_t channels, std::uint32_t fromRate,
                                                       std::uint32_t toRate, RateQuality quality);
 

@@ -104,7 +104,8 @@ TEST_F(FailingDiskTest, SavesThePartThatFitsOnASmallDisk) {
         const std::int64_t room = test::smallDiskBytes - 64 * 1024;
         const bool nearlyAll = recording.frames() * 4 > room;
         const bool saved = recording.save(target).ok() && entriesIn(folder.path()) == 1;
-        // If not even the first byte of the next file can be written, no file is left.
+        // The full disk has no space even for the first byte of a second recording, so create()
+        // must fail and leave no second file.
         const bool refused = !RecordingFile::create(Channels::stereo, folder.path()).ok() &&
                              entriesIn(folder.path()) == 1;
         fs::copy(target, result / "copy.wav");

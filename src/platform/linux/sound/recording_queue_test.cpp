@@ -51,7 +51,7 @@ TEST_F(RecordingQueueTest, DeliversTheQueuedFramesAfterEnd) {
     EXPECT_THAT(take(70), IsEmpty());
 }
 
-TEST_F(RecordingQueueTest, NeverStopsTheCardAfterEnd) {
+TEST_F(RecordingQueueTest, HasUnlimitedSpaceAfterEndSoThatTheCardNeverStops) {
     queue.record(pattern(0, 441'000));
     queue.end();
     EXPECT_GT(queue.room(), 1'000'000U);

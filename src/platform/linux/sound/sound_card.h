@@ -66,9 +66,10 @@ class RecordingSink {
     virtual ~RecordingSink() = default;
     /// Precondition: at most `room()` frames. Accepts all of them.
     virtual void record(std::span<const StereoFrame> frames) = 0;
-    /// How many frames the sink can accept now. Only record() reduces this number. The card
-    /// produces no more frames than that: a sink without space stops the card as a starving line
-    /// does, and no frame is lost.
+    /// How many frames the sink can accept now. Only record() reduces this number. While the
+    /// recorder records to this sink, the card produces no more frames than that: a sink without
+    /// space stops the card as a starving line does, and no frame is lost. Not called for a
+    /// listener.
     [[nodiscard]] virtual std::size_t room() const {
         return std::numeric_limits<std::size_t>::max();
     }

@@ -69,7 +69,7 @@ TEST_F(StarvingSoundCardTest, RecordsSilenceAfterALostSourceWasDetached) {
     EXPECT_EQ(recorder->size(), 441U + 44100U);
 }
 
-TEST_F(StarvingSoundCardTest, StillRecordsTheWaveLineAfterTheDiscsLineLostItsSource) {
+TEST_F(StarvingSoundCardTest, RecordsTheWaveLineAlthoughTheDiscsLineLostItsSource) {
     card.setRecordingSource(RecordingSource::waveOut);
     card.attach(Line::compactDisc, std::make_shared<PatternSource>(441, Supply::lost), 0s);
     card.attach(Line::waveOut, disc, 0s);

@@ -159,7 +159,7 @@ TEST_F(SoundCardTest, DoesNotPullFromADetachedOrReplacedSource) {
     EXPECT_EQ(second->position(), 441);
 }
 
-TEST_F(SoundCardTest, DetachesASourceOnlyFromTheLineThatStillHasIt) {
+TEST_F(SoundCardTest, DetachesASourceOnlyFromTheLineToWhichItIsAttached) {
     const auto other = std::make_shared<PatternSource>();
     card.attach(Line::waveOut, other, 0ns);
     EXPECT_FALSE(card.detachSource(Line::waveOut, *disc));
@@ -181,8 +181,8 @@ TEST_F(SoundCardTest, DetachSourceReturnsFalseForALostSourceAndLeavesItsLineLost
     EXPECT_EQ(recorder->size(), 441U) << "the line must still count as lost";
 }
 
-/// A source whose destructor calls the card. That call would never return if the card still held
-/// its lock.
+/// A source whose destructor calls the card. That call would never return if the card held its lock
+/// while it releases the source.
 class AskingSource : public PatternSource {
   public:
     AskingSource(SoundCard& card, int& destroyed)
@@ -363,7 +363,7 @@ TEST_F(SoundCardTest, RecordsTheRightFramesWhenCallsAreMadeInRandomOrder) {
     }
 }
 
-TEST_F(SoundCardTest, CallsTheWakeUpHookWhenThereIsWork) {
+TEST_F(SoundCardTest, CallsTheWakeUpHookForEachNewSourceOrRecording) {
     int calls = 0;
     card.setWakeUp([&calls] { ++calls; });
     card.attach(Line::compactDisc, disc, 0ns);

@@ -18,7 +18,7 @@ using fakes::eventually;
 using fakes::MemorySink;
 using fakes::PatternSource;
 
-TEST(SoundCardThread, AdvancesACardThatBecameActive) {
+TEST(SoundCardThread, AdvancesACardThatBecomesActiveWhileTheThreadRuns) {
     SoundCard card;
     const SoundCardThread thread(card);
     const auto source = std::make_shared<PatternSource>();
@@ -44,7 +44,7 @@ TEST(SoundCardThread, SleepsWhileTheCardIsIdle) {
     card.attach(Line::compactDisc, std::make_shared<PatternSource>(1000), monotonicNow());
     ASSERT_TRUE(eventually([&] { return !card.active(); }));
     const int clockCallsBefore = clockCalls;
-    std::this_thread::sleep_for(100ms); // ten times the thread's interval
+    std::this_thread::sleep_for(100ms); // twice the thread's longest interval
     EXPECT_EQ(clockCalls, clockCallsBefore);
     const auto source = std::make_shared<PatternSource>();
     card.attach(Line::compactDisc, source, monotonicNow());

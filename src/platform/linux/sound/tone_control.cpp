@@ -51,7 +51,7 @@ void ToneControl::apply(std::span<WideFrame> frames) {
 
 /// If `boosted` (the filters are in use), a peak that does not fit into 16 bits attenuates the
 /// sound. Otherwise (both sliders are neutral) the sound only recovers from earlier attenuation,
-/// and the caller clips a sum of lines that is too loud.
+/// and the caller of apply() clips a sum of lines that is too loud.
 void ToneControl::limit(std::span<FilterFrame> frames, std::span<WideFrame> out, bool boosted) {
     for (std::size_t i = 0; i < frames.size(); ++i) {
         const FilterFrame& frame = frames[i];

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Applies bass and treble to the sound of the speakers with two shelf filters, and provides the
-// headroom that a boost needs. With both sliders in the middle, samples are unchanged. Recorded
-// sound is never affected.
+// headroom that a boost needs. With the sliders of bass and treble in the middle, samples are
+// unchanged. Recorded sound is never affected.
 //
 // Headroom: a boost may raise a sound above 16 bits. The sound is then attenuated as much as its
 // peak requires, and the attenuation decreases slowly. So a loud sound with a boost is not clipped,

@@ -181,7 +181,7 @@ TEST(WaveConverter, ConvertsSilenceAtTheRateOfTheFormat) {
         for (int i = 0; i < 500; ++i) { // five seconds
             bytes += converter->convert(Frames(blockFrames)).size();
         }
-        EXPECT_NEAR(static_cast<double>(bytes) / 4, 5.0 * rate, 300) << rate;
+        EXPECT_NEAR(static_cast<double>(bytes) / 4, 5.0 * rate, 300) << rate << " Hz";
     }
 }
 

@@ -12,8 +12,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The most levels of devices on top of each other. An encrypted device on a logical volume on a
-/// disk has three levels. A deeper stack than this limit must be a cycle.
+/// The most levels of devices below a device. Below an encrypted device on a logical volume there
+/// are two: the volume and its disk. A deeper stack must be a cycle.
 constexpr int deepestStack = 8;
 
 bool holdsOne(const fs::path& file) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests LinuxSystemInformation with a real mount to which calls never return: a FUSE file system
+// Tests LinuxSystemInformation with a real mount on which calls hang: a FUSE file system
 // without a process that serves its requests. The test is skipped if the user may not mount.
 #include <gtest/gtest.h>
 
@@ -80,7 +80,7 @@ int lookAtAHangingMount(const std::string& point) {
         }
     }
     for (int patience = 0; patience < 5000 && threadsNow() > threadsBefore + 1; ++patience) {
-        ::usleep(1000); // on a busy machine, late calls that do not hang still occupy threads
+        ::usleep(1000); // on a busy machine, slow queries for C: occupy threads, too
     }
     if (information.unanswered() != 1 || threadsNow() != threadsBefore + 1) {
         return 5;

@@ -133,9 +133,9 @@ std::optional<DiskSpace> LinuxSystemInformation::diskSpace(const std::string& ro
     if (!drive) {
         return std::nullopt;
     }
-    // For `calls_`, the object is the mount and not the drive: if a mount hangs, all drives on the
-    // mount hang. The object's name contains the device number, so a later mount of another device
-    // at the same mount point is another object.
+    // `calls_` makes one call at a time to each object. The object here is the mount and not the
+    // drive: if a mount hangs, all drives on the mount hang. The object's name contains the device
+    // number, so a later mount of another device at the same mount point is another object.
     const auto mount = mounts_.holding(drive->mountPoint);
     const std::string object = mount ? mount->device + " " + mount->path : drive->mountPoint;
     return calls_.ask(object, [read = readSpace_, path = drive->mountPoint] { return read(path); });

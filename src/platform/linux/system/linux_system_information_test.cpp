@@ -190,7 +190,7 @@ class SimulatedMachine : public ::testing::Test {
         {'C', "/"}, {'D', "/media/stick"}, {'E', "/net"}, {'H', "/net/home/jane"}};
 };
 
-TEST_F(SimulatedMachine, ReturnsKindsLabelsAndSerialNumbers) {
+TEST_F(SimulatedMachine, ReturnsTheKindTheLabelAndTheSerialNumberOfADrive) {
     const LinuxSystemInformation information(
         threads, plain, [this] { return drives; }, unchanged, places);
     EXPECT_EQ(information.driveKind("D:\\"), DriveKind::removable);

@@ -27,7 +27,8 @@ class PatientCallsTest : public ::testing::Test {
             return std::optional(7);
         });
     }
-    /// Repeats the call, since it may exceed its time limit on a busy machine.
+    /// Calls an object whose calls do not hang. Repeats the call until its answer arrives in time,
+    /// because even such a call may exceed its time limit on a busy machine.
     std::optional<int> askOther() {
         std::optional<int> answer;
         for (int tries = 0; tries < 300 && !answer; ++tries) {

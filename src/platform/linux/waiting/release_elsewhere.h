@@ -14,8 +14,8 @@ namespace sonarith::waiting {
 void releaseElsewhere(std::shared_ptr<const void> object,
                       const ThreadStarter& starter = startThread);
 
-/// Returns a new pointer to the same object. When the last copy of the new pointer is destroyed,
-/// `object` is passed to releaseElsewhere().
+/// Returns a new pointer to the object that `object` points to. When the last copy of the new
+/// pointer is destroyed, `object` is passed to releaseElsewhere().
 template <typename Object>
 [[nodiscard]] std::shared_ptr<Object> releasedElsewhere(std::shared_ptr<Object> object) {
     Object* const raw = object.get();
