@@ -16,7 +16,7 @@ struct WavHead {
     std::string wavFileLength; ///< bytes, in decimal
     std::int16_t wavChannels = 0;
     std::int16_t wavBits = 0;
-    std::string wavSampleRate;   ///< Hz, in decimal; one of six known rates
+    std::string wavSampleRate;   ///< Hz, in decimal: one of the six rates in wav_head.cpp
     std::int32_t wavBitRate = 0; ///< bits per second
     std::string wavDuration;     ///< minutes, a colon, seconds
 };
@@ -28,7 +28,8 @@ class WavHeadReader {
 
     /// Returns whether the file begins with "RIFF". Length, channels and bits are stored for every
     /// file, the other fields only for a file that begins with "RIFF". A field that cannot be read
-    /// keeps its value. If the file does not exist, an empty file is created.
+    /// keeps its value; only the sample rate becomes 32000 Hz, because its missing byte counts as
+    /// 0. If the file does not exist, an empty file is created.
     bool wHeadInfo(const std::string& path);
 
     [[nodiscard]] const WavHead& head() const { return head_; }

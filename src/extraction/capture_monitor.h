@@ -31,7 +31,7 @@ class CaptureMonitor {
     /// One tick: shows the progress, and ends the track when its end has been reached. Yields.
     void tmrRecord_Timer();
     /// Shows the number of bytes captured in lblStatus, which keeps its text if the device reports
-    /// no number.
+    /// no number, or one that does not fit into 32 bits.
     void ShowCaptureLength();
 
     /// Not a button's handler: TrackCapture calls this after a device failure. Saves the captured

@@ -43,8 +43,9 @@ class PowerSwitch {
     /// the player was switched on or off since releaseDisc().
     void openDiscAgain();
 
-    /// Resets mixer, meter, device and display before the disc is opened; does nothing without a
-    /// mixer.
+    /// Called before the disc is opened: opens the mixer, prepares the meter, stops polling, closes
+    /// the device, disables the transport buttons and clears the display. If the mixer cannot be
+    /// opened, does none of the rest.
     void ResetPlayer();
 
   private:

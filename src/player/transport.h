@@ -26,7 +26,7 @@ class Transport {
 
     /// Continues after a pause; otherwise plays the track that is selected in the main window,
     /// or the current track if none is selected. Deliberate: if this track is the last one, no
-    /// command is sent.
+    /// play command is sent.
     void play_Click();
     void pause_Click();
     /// Stops and seeks to the current track's start. Enables "Eject".

@@ -82,7 +82,7 @@ TEST_F(WavHeadOnDiskTest, AMissingFileIsCreatedEmptyInAnExistingFolderOnly) {
     EXPECT_EQ(head().wavFileLength, "");
 }
 
-TEST_F(WavHeadOnDiskTest, AReadOnlyFileIsReadAndOfAnUnreadableFileOnlyTheLengthIsStored) {
+TEST_F(WavHeadOnDiskTest, ReadsAReadOnlyFileAndStoresOnlyTheLengthOfAnUnreadableFile) {
     const std::string content = start(2, 16, 0x44) + std::string(1000, 'x');
     for (const char* name : {"readable.wav", "hidden.wav"}) {
         world.put(name, content);

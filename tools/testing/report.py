@@ -48,7 +48,8 @@ class Report:
         """A short summary."""
         parts = [f"{self.total} tests" if self.total != 1 else "1 test"]
         if self.programs:
-            parts.append(f"{self.tests_of_programs} in {self.programs} programs of unit tests")
+            kind = "are unit-test programs" if self.programs != 1 else "is a unit-test program"
+            parts[0] += f" ({self.programs} of them {kind} with {self.tests_of_programs} tests)"
         if self.sources:
             parts.append("{1} of {0} sources cached".format(*self.sources))
         if self.cached:

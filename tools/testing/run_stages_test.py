@@ -98,7 +98,8 @@ class Reports(unittest.TestCase):
     def test_passed_and_cached_tests_are_counted(self):
         found = self.read("")
         self.assertEqual((found.passed, found.cached, found.failed), (2, 1, {}))
-        self.assertEqual(found.note(), "3 tests, 15 in 2 programs of unit tests, 1 of 3 cached")
+        self.assertEqual(found.note(), "3 tests (2 of them are unit-test programs with 15 tests), "
+                         "1 of 3 cached")
 
     def test_cached_sources_are_counted(self):
         found = self.read('<testcase name="lint.tidy" status="run"><system-out>9 sources, 7 of '

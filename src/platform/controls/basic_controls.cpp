@@ -39,7 +39,7 @@ Status ProgressBar::setValue(std::int64_t value) {
 
 Status TabControl::setTab(int tab) {
     if (tab < 0 || tab >= static_cast<int>(captions_.size())) {
-        return {ErrorNumber::invalidPropertyValue, "There is no tab of that number."};
+        return {ErrorNumber::invalidPropertyValue, "There is no tab with this number."};
     }
     assign(state_.tab, tab, Property::listIndex);
     return {};

@@ -21,7 +21,7 @@ void ComboBox::clear() {
 
 Status ComboBox::setListIndex(int index) {
     if (index < -1 || index >= listCount()) {
-        return {ErrorNumber::invalidPropertyValue, "The list has no entry of that number."};
+        return {ErrorNumber::invalidPropertyValue, "The list has no entry with this number."};
     }
     if (index != state_.listIndex) {
         assign(state_.listIndex, index, Property::listIndex);

@@ -12,7 +12,7 @@ std::string uptoNull(const std::string& text) {
 }
 
 Status outOfRange() {
-    return {ErrorNumber::subscriptOutOfRange, "The list has no line of that number."};
+    return {ErrorNumber::subscriptOutOfRange, "The list has no line with this number."};
 }
 
 } // namespace
@@ -40,7 +40,7 @@ void ListBox::addItem(const std::string& text) {
 
 Status ListBox::addItem(const std::string& text, int index) {
     if (index < 0 || index > listCount()) {
-        return {ErrorNumber::invalidProcedureCall, "The list has no place of that number."};
+        return {ErrorNumber::invalidProcedureCall, "The list has no place with this number."};
     }
     lines_.insert(lines_.begin() + index, Line{.text = uptoNull(text)});
     if (listIndex_ >= index) {
@@ -72,7 +72,7 @@ void ListBox::clear() {
 
 Status ListBox::setListIndex(int index) {
     if (index < -1 || index >= listCount()) {
-        return {ErrorNumber::invalidPropertyValue, "The list has no line of that number."};
+        return {ErrorNumber::invalidPropertyValue, "The list has no line with this number."};
     }
     if (index != listIndex_) {
         assign(listIndex_, index, Property::listIndex);

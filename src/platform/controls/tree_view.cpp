@@ -57,7 +57,7 @@ Result<NodeRef> TreeView::add(const NodeRef& parent, const std::string& key,
 Status TreeView::remove(int index) {
     const NodeRef found = node(index);
     if (!found) {
-        return {ErrorNumber::elementNotFound, "The tree has no node with that index."};
+        return {ErrorNumber::elementNotFound, "The tree has no node with this index."};
     }
     return remove(found);
 }

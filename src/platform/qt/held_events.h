@@ -30,10 +30,10 @@ class HeldEvents final : private QObject {
     ~HeldEvents() override;
 
     /// From now on windows and widgets receive no input by mouse, keyboard, wheel or touch, no
-    /// drops, no calls over the session bus (from assistive programs or panels), no requests to
+    /// drops, no calls over D-Bus (from assistive programs or panels), no requests to
     /// close, move, resize or activate a window, and no notifications of sockets. Touches become
     /// mouse input and are held as such. A drop is accepted on behalf of the window, and only texts
-    /// and file names of its data are kept. Calls over the session bus are dropped and get no
+    /// and file names of its data are kept. Calls over D-Bus are dropped and get no
     /// reply. Notifications of sockets are dropped too, but repeat until the socket is read.
     void hold();
 

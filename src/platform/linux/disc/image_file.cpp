@@ -98,13 +98,15 @@ Result<std::unique_ptr<ImageFile>> WaveFile::open(FileHandle handle) {
     const bool fits = (info.format & SF_FORMAT_SUBMASK) == SF_FORMAT_PCM_16 && info.channels == 2 &&
                       info.samplerate == sound::frameRate;
     if (!isWave(info.format) || !fits) {
-        const std::string bits =
-            (info.format & SF_FORMAT_SUBMASK) == SF_FORMAT_PCM_16 ? "16 bit" : "not 16 bit";
+        const std::string bits = (info.format & SF_FORMAT_SUBMASK) == SF_FORMAT_PCM_16
+                                     ? "of 16 bit"
+                                     : "that are not 16 bit";
         return {ErrorNumber::deviceInputOutput,
-                "a disc needs a WAVE file with 16 bit, 2 channels, 44100 Hz; this one has " + bits +
-                    ", " + std::to_string(info.channels) + " channel(s), " +
-                    std::to_string(info.samplerate) + " Hz" +
-                    (isWave(info.format) ? "" : ", and it is not a WAVE file")};
+                "a disc needs a WAVE file with 2 channels, 44100 Hz, and samples of 16 bit; this "
+                "file has " +
+                    std::to_string(info.channels) + " channel(s), " +
+                    std::to_string(info.samplerate) + " Hz, and samples " + bits +
+                    (isWave(info.format) ? "" : "; it is not a WAVE file")};
     }
     if (info.frames < 0 || info.seekable == 0) {
         return {ErrorNumber::deviceInputOutput, "its length cannot be determined"};

@@ -58,8 +58,10 @@ TEST(ImageFile, RefusesSoundThatIsNotInTheFormatOfADisc) {
     };
     EXPECT_THAT(refusal(48000, 2, SF_FORMAT_WAV | SF_FORMAT_PCM_16), HasSubstr("48000 Hz"));
     EXPECT_THAT(refusal(44100, 1, SF_FORMAT_WAV | SF_FORMAT_PCM_16), HasSubstr("1 channel(s)"));
-    EXPECT_THAT(refusal(44100, 2, SF_FORMAT_WAV | SF_FORMAT_PCM_24), HasSubstr("not 16 bit"));
-    EXPECT_THAT(refusal(44100, 2, SF_FORMAT_WAV | SF_FORMAT_FLOAT), HasSubstr("not 16 bit"));
+    EXPECT_THAT(refusal(44100, 2, SF_FORMAT_WAV | SF_FORMAT_PCM_24),
+                HasSubstr("samples that are not 16 bit"));
+    EXPECT_THAT(refusal(44100, 2, SF_FORMAT_WAV | SF_FORMAT_FLOAT),
+                HasSubstr("samples that are not 16 bit"));
     EXPECT_THAT(refusal(44100, 2, SF_FORMAT_AIFF | SF_FORMAT_PCM_16),
                 HasSubstr("it is not a WAVE file"));
     EXPECT_EQ(refusal(44100, 2, SF_FORMAT_WAVEX | SF_FORMAT_PCM_16), "accepted");

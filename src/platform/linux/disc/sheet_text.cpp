@@ -166,8 +166,8 @@ Status checkImageName(std::string_view name) {
     for (std::string_view rest = name;;) {
         const auto end = std::min(rest.find_first_of("/\\"), rest.size());
         if (rest.substr(0, end) == "..") {
-            return cause(shown(name) + " leads out of the image's folder; an image may only name "
-                                       "files in its own folder or below it");
+            return cause(shown(name) + " contains the folder \"..\"; an image may only name files "
+                                       "in its own folder or below it");
         }
         if (end == rest.size()) {
             return {};

@@ -59,8 +59,8 @@ inline constexpr std::int64_t maxDiscFrames = maxDiscSectors * framesPerSector;
 /// Reads a time mm:ss:ff and returns it in sectors. Errors as with parseNumber.
 [[nodiscard]] Result<std::int64_t> parseMsf(std::string_view word);
 
-/// Refuses names that are empty, contain a NUL or lead outside the sheet's folder. Errors as with
-/// parseNumber.
+/// Refuses names that are empty or absolute, or that contain a NUL or the folder "..". Errors as
+/// with parseNumber.
 [[nodiscard]] Status checkImageName(std::string_view name);
 
 /// Returns the index of `file` in `files`; appends `file` if it is not in the list yet. Errors as

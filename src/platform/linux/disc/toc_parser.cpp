@@ -192,7 +192,8 @@ Status TocParser::readFlag(const TocToken& word) {
             return {};
         }
     }
-    return fail("the word " + shown(flag.text) + " is not a keyword of TOC files");
+    return fail(negated ? "the word " + shown(flag.text) + " must not follow NO"
+                        : "the word " + shown(flag.text) + " is not a keyword of TOC files");
 }
 
 Status TocParser::skipBlock() {

@@ -32,8 +32,9 @@ class CdMedium {
     /// The disc, or a null pointer if there is none. If no disc is loaded, reads the drive first,
     /// which may wait for the drive.
     [[nodiscard]] disc::Disc* disc();
-    /// Whether a disc is in the drive and its table has been read. Does not block: the table of an
-    /// inserted disc is read in the background, and the disc counts as present once that is done.
+    /// Whether a disc is in the drive and its table has been read. Waits for the drive for at
+    /// most about 45 ms (disc/patient_drive.h): the table of an inserted disc is read in the
+    /// background, and the disc counts as present once that is done.
     /// The first call after another drive was chosen returns false, and so does the first call
     /// after a loaded disc was released for any other reason. So the caller drops the previous disc
     /// before it sees the next one, however quickly the next disc is inserted.

@@ -62,10 +62,12 @@ void Interpreter::reportLosses(const std::string& path) {
 Reply Interpreter::open(const Command& command) {
     static constexpr Keyword keywords[] = {
         {"alias", Takes::value}, {"type", Takes::value}, {"shareable"}};
-    // The device is a type ("cdaudio"), or a type and the file to open ("avivideo!c:\a.avi"), or,
-    // if the keyword "type" gives the type, "new" or the file. "avivideo" is refused before the
-    // words are parsed: the part of a path after its first blank is among the words, and would be
-    // reported as an unrecognized keyword.
+    // command.device is the word after "open": a type ("cdaudio"), or a type, "!" and a file
+    // ("avivideo!c:\a.avi"). If the command has the keyword "type", that keyword's value is the
+    // type, and command.device is only "new" or a file.
+    // An unquoted path is cut at its first blank, and its rest is in command.words, where
+    // parseArguments() would report it as an unrecognized keyword. So "avivideo" is refused before
+    // the words are parsed.
     const std::size_t mark = command.device.find('!');
     std::string type = command.device.substr(0, mark);
     std::string element = mark == std::string::npos ? "" : command.device.substr(mark + 1);

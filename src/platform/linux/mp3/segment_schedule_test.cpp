@@ -89,7 +89,8 @@ TEST_F(SegmentScheduleTest, SegmentsBeforeAFailedSegmentAreStillDecodedAndNoFurt
     EXPECT_FALSE(schedule.complete());
 }
 
-TEST_F(SegmentScheduleTest, IfOneSegmentFailsAndAnotherNeedsOnePassTheEarlierSegmentDecides) {
+TEST_F(SegmentScheduleTest,
+       IfOneSegmentFailsAndAnotherNeedsOnePassTheEarlierOneDeterminesTheResult) {
     ASSERT_TRUE(schedule.take(0));
     ASSERT_TRUE(schedule.take(1));
     schedule.needOnePass(1);

@@ -31,9 +31,10 @@ class WavTarget {
     /// thread may be writing.
     [[nodiscard]] Status cutTo(std::int64_t samples);
     /// Ends the WAV after `samples` samples per channel, all of which must have been placed, and
-    /// gives it its name. Returns how many samples per channel the WAV contains: on a full disk an
-    /// RF64 file loses the last few samples, because its header needs their space. After a failure
-    /// a file that already had that name is unchanged. Waits for the disk.
+    /// gives the file the name `target` of create(). Returns how many samples per channel the WAV
+    /// contains: on a full disk an RF64 file loses the last few samples, because the RF64 header
+    /// needs their space. After a failure, a file that already had the name `target` is unchanged.
+    /// Waits for the disk.
     [[nodiscard]] Result<std::int64_t> finish(std::int64_t samples);
 
   private:

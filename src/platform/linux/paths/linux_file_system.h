@@ -39,7 +39,8 @@ class LinuxFileSystem final : public FileSystem {
                                          PathCase pathCase = PathCase::maybeLowered) const;
 
   private:
-    /// The stat record of a regular file; the error fileNotFound for anything else that exists.
+    /// The stat record of a regular file. A folder, a pipe or a device gives the error
+    /// fileNotFound, as if it did not exist.
     [[nodiscard]] Result<struct stat> statusOf(const std::string& path) const;
     /// Like locate(), but if the folder part of `path` is the same text as the folder part of
     /// `knownPath`, reuses the folder of `known`, which is the result for `knownPath`.

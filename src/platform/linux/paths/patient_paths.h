@@ -45,7 +45,8 @@ class PatientPaths {
     /// the timed-out call is shorter, that bound is used instead.
     static constexpr Waiting::Duration searchBound{1000};
     /// While at least this many calls are left behind, no further call is made. For each mount that
-    /// does not respond, two calls hang: the timed-out call and the search.
+    /// does not respond, two calls hang: the timed-out call and the search. So one more than this
+    /// number can be left behind.
     static constexpr std::size_t mostLeftBehind = 16;
 
     PatientPaths(PathAccess access, waiting::Services services,

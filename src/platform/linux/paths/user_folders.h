@@ -28,9 +28,10 @@ namespace sonarith {
 
 /// The user's folder for music: the folder that the file user-dirs.dirs names, else "Music" in the
 /// home folder. The file is in $XDG_CONFIG_HOME if that is an absolute path, else in ~/.config. A
-/// named folder is ignored if its path below the home folder contains a dot, or, for a folder
-/// outside the home folder, if its whole path contains a dot: the search for audio files takes the
-/// text after the first dot of a path as the extension, so it would find no file in such a folder.
+/// named folder is ignored if its path contains a dot: the search for audio files takes the text
+/// after the first dot of a path as the extension, so it would find no file in such a folder. A dot
+/// in the path of the home folder itself does not count, because paths of the logic contain H: in
+/// its place.
 [[nodiscard]] std::string musicFolder();
 
 } // namespace sonarith

@@ -23,8 +23,9 @@ namespace sonarith::sound {
 /// The time limits of a recording. The values are estimates and not based on measurements.
 struct RecordingTiming {
     /// The longest wait of the logic's thread for the disk in each of `begin`, `save` and the
-    /// destructor. The destructor does not wait if an earlier wait timed out, so that a stop, a
-    /// save and a destruction together take less than 100 ms, which the user does not notice.
+    /// destructor. The destructor does not wait if an earlier wait timed out: if the disk hangs, a
+    /// save and the destruction after it together take less than 100 ms, which the user does not
+    /// notice.
     std::chrono::milliseconds command{80};
     /// If a folder does not respond within this time, the next folder is tried, if there is one.
     /// The program passes four folders, and trying all of them takes at most 8 s; the queue has

@@ -54,7 +54,7 @@ TEST_F(RecordingOrdersTest, ReplaceAHangingWriterAsLongAsAFurtherFolderIsLeft) {
     EXPECT_TRUE(orders.begins(second->turn, nothing));
 }
 
-TEST_F(RecordingOrdersTest, ReplaceNoWriterThatHasAFileOrNeedsNone) {
+TEST_F(RecordingOrdersTest, DoNotReplaceAWriterAfterTheFileWasCreatedOrAfterClose) {
     ASSERT_TRUE(orders.begins(0, nothing));
     EXPECT_FALSE(orders.replaceWithin(1ms));
     RecordingOrders closed(3, nullptr);
@@ -110,7 +110,7 @@ TEST_F(RecordingOrdersTest, KeepTheResultOfALateSaveForTheNextCallWithTheSameNam
         << "the result was already returned, so this call must order a new save";
 }
 
-TEST_F(RecordingOrdersTest, RemainValidAfterCloseUntilTheSaveIsComplete) {
+TEST_F(RecordingOrdersTest, LetTheWriterCompleteAnOrderedSaveAfterClose) {
     EXPECT_FALSE(orders.saveWithin(0ms, "/a.wav"));
     EXPECT_TRUE(orders.close());
     EXPECT_FALSE(orders.abandoned());

@@ -119,7 +119,8 @@ TEST_F(RecordingTest, CanBeSavedAgainAndAcceptsNoFramesAfterTheFirstSave) {
                                            HasSubstr("missing\" does not exist"))));
 }
 
-TEST_F(RecordingTest, KeepsThePartThatFitsOnAFullDiskAndReportsTheFullDiskAtOnceAndAtTheSave) {
+TEST_F(RecordingTest,
+       KeepsTheFramesWrittenBeforeTheDiskIsFullAndReportsTheFullDiskAtOnceAndAtTheSave) {
     std::atomic<bool> full = false;
     intercepted(
         [&](const seccomp_data& call) {

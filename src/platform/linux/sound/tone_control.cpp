@@ -49,14 +49,14 @@ void ToneControl::apply(std::span<WideFrame> frames) {
     }
 }
 
-/// If `boosted` (the filters are in use), a peak that does not fit into 16 bits attenuates the
+/// If `filtering` (`frames` were filtered), a peak that does not fit into 16 bits attenuates the
 /// sound. Otherwise (both sliders are neutral) the sound only recovers from earlier attenuation,
 /// and the caller of apply() clips a sum of lines that is too loud.
-void ToneControl::limit(std::span<FilterFrame> frames, std::span<WideFrame> out, bool boosted) {
+void ToneControl::limit(std::span<FilterFrame> frames, std::span<WideFrame> out, bool filtering) {
     for (std::size_t i = 0; i < frames.size(); ++i) {
         const FilterFrame& frame = frames[i];
         const double loudest = std::max(std::abs(frame.left), std::abs(frame.right));
-        if (boosted && loudest * reduction_ > INT16_MAX) {
+        if (filtering && loudest * reduction_ > INT16_MAX) {
             reduction_ = INT16_MAX / loudest;
         }
         out[i] = {static_cast<std::int32_t>(std::lrint(frame.left * reduction_)),

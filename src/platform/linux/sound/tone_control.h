@@ -51,7 +51,7 @@ class ToneControl {
     void restart();
 
   private:
-    void limit(std::span<FilterFrame> frames, std::span<WideFrame> out, bool boosted);
+    void limit(std::span<FilterFrame> frames, std::span<WideFrame> out, bool filtering);
 
     std::atomic<int> bass_ = middle;
     std::atomic<int> treble_ = middle;

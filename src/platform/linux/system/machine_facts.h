@@ -11,7 +11,8 @@
 
 namespace sonarith::system_information {
 
-/// Parses the text of /proc/meminfo. All values are 0 if the text has another format.
+/// Parses the text of /proc/meminfo. totalBytes or availableBytes is 0 if its line is missing or
+/// contains no number. loadPercent is 0 if totalBytes is 0.
 [[nodiscard]] MemoryStatus memoryIn(std::string_view memInfo);
 
 struct OnlineProcessors {
@@ -19,7 +20,7 @@ struct OnlineProcessors {
     std::uint64_t mask = 0; ///< a bit for each of the first 64 processors
 };
 /// Parses a list like that in /sys/devices/system/cpu/online: "0-3,5". Parsing ends at the first
-/// part with another format.
+/// invalid part, which is not counted: it is no number or range, or exceeds 65535.
 [[nodiscard]] OnlineProcessors processorsIn(std::string_view list);
 
 struct Keyboard {
@@ -30,8 +31,8 @@ struct Keyboard {
 /// Buttons and remote controls that the kernel lists as keyboards have no letters and are ignored.
 [[nodiscard]] Keyboard keyboardIn(std::string_view inputDevices);
 
-/// The first two numbers of a kernel's release: 6 and 1 for "6.1.0-32-amd64"; empty for another
-/// format.
+/// The first two numbers of a kernel's release: 6 and 1 for "6.1.0-32-amd64"; empty if the
+/// release does not begin with a number, a dot and a number.
 [[nodiscard]] std::optional<SystemVersion> versionIn(std::string_view release);
 
 } // namespace sonarith::system_information
