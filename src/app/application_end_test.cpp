@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests every way to end the program: during a capture, in its message boxes, during the start and
+// Tests every way to end the program: during a capture, inside message boxes, during the start and
 // during a close.
 #include "app/application.h"
 

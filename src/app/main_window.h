@@ -22,9 +22,9 @@ class MainWindow {
     MainWindow(const MainWindow&) = delete;
     MainWindow& operator=(const MainWindow&) = delete;
 
-    /// Places the window, reads settings, disc and destination folder, and shows the window. A step
-    /// that fails ends the load. The mouse pointer has its normal shape after the load, even if a
-    /// step fails. Yields.
+    /// Makes the program folder the current folder; if that fails, does nothing more. Otherwise
+    /// places the window, reads settings, disc and destination folder, and shows the window. The
+    /// mouse pointer has its normal shape afterwards in both cases. Yields.
     void Form_Load();
     /// Stops every job; never refuses the close. Yields while a capture is saved. A second close
     /// during that yield calls this function again. That call stops a job that was started during
@@ -47,8 +47,8 @@ class MainWindow {
     void Timer1_Timer();
     /// Starts to move the window with the pointer, as if the user dragged its caption.
     void N1Drag();
-    /// Sets the window's region to the pixels of its picture that are not white. Nothing calls this
-    /// function.
+    /// Sets the window's region to the pixels of its picture that are not white. Only a test calls
+    /// this function.
     void ShapeFromPicture();
 
   private:

@@ -12,9 +12,9 @@
 namespace sonarith {
 
 /// Converts the number `NumIn` in base `BaseIn` (2 to 36, letters in either case) to base
-/// `BaseOut`; returns the text "Error" if `NumIn` is not a number in that base or if a base is not
-/// supported. `BaseOut` is 2 to 36. A `BaseOut` of 1 is accepted, too, but then the function never
-/// returns for a number above 0.
+/// `BaseOut`; returns the text "Error" if `NumIn` is not a number in base `BaseIn` or if a base is
+/// not supported. `BaseOut` is 2 to 36. A `BaseOut` of 1 is accepted, too, but then the function
+/// never returns for a number above 0.
 [[nodiscard]] std::string ConvertBase(std::string_view NumIn, std::int16_t BaseIn,
                                       std::int16_t BaseOut);
 

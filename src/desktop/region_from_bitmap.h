@@ -9,9 +9,9 @@
 
 namespace sonarith {
 
-/// The rectangle of `bitmap` without its pixels of the colour `transparent`. Adjacent rows share
-/// their rectangles if the same columns of them remain. For a picture that consists of that colour
-/// only, the region has no rectangles. If `bitmap` is null, returns nullopt.
+/// The area of `bitmap` without the pixels of the colour `transparent`, as a list of rectangles.
+/// Adjacent rows share their rectangles if the same columns of them remain. For a picture that
+/// consists of that colour only, the list is empty. If `bitmap` is null, returns nullopt.
 [[nodiscard]] std::optional<WindowRegion> RegionFromBitmap(const PixelPicture* bitmap,
                                                            PixelColour transparent);
 

@@ -136,7 +136,8 @@ TEST(InspectCD, ShowsTheTextOfALengthUnchanged) {
     bench.media.answer("status cd length track 1", {.reply = "three minutes"});
     bench.inspection.InspectCD();
     EXPECT_EQ(bench.form.lstTracks.list(0), "Track  1 - three minutes");
-    // The reply is not a number of milliseconds, either, so the length stays 0.
+    // The later request for the length in milliseconds gets the same text. It is not a number, so
+    // the stored length stays 0.
     EXPECT_EQ(bench.captureState.trackLengthMs(1).value(), 0);
     EXPECT_EQ(bench.captureState.trackLengthMs(2).value(), 1000);
 }

@@ -19,7 +19,8 @@ inline constexpr const char* searchCaption = "Search !";
 inline constexpr const char* continueCaption = "Continue"; ///< set only while a click is handled
 inline constexpr const char* stopCaption = "Stop!";
 
-/// Text of lbltime before a search, and from the click that stops a search until the search ends.
+/// Text of lbltime before the first search, and from the click that stops a search until the search
+/// ends.
 inline constexpr const char* noTimeCaption = "Time taken: 0 second(s)";
 
 class FrmSearch : public Form {
@@ -52,14 +53,15 @@ class FrmSearch : public Form {
         *this, "mnupopup", "popup", {&mnuSeelectfile, &mnuRemoveFile, &mnuDelete, &mnuClose}};
 
     std::int16_t DirCount = 0;  ///< folders counted, at most 32767
-    std::int16_t FileCount = 0; ///< entries of lstfiles at the end of a search
+    std::int16_t FileCount = 0; ///< entries of lstfiles, counted for the summary
 };
 
-// Steps that run at the end of every search, whether it is complete or was stopped.
+// Steps that run at the end of a search that is complete or was stopped with Command1, but not if
+// the window was closed during the search.
 
 /// Sets FileCount to the count of lstfiles; a count above 32767 leaves FileCount unchanged.
 void countFiles(FrmSearch& finder);
-/// Writes the summary line from the counters and resets the counters.
+/// Shows the summary (both counters) in Label1 and resets the counters.
 void showSummary(FrmSearch& finder);
 /// Enables the controls that are disabled during a search, and shows chkhidelist.
 void reopenControls(FrmSearch& finder);

@@ -16,10 +16,10 @@ class EntryClicks {
     EntryClicks(const EntryClicks&) = delete;
     EntryClicks& operator=(const EntryClicks&) = delete;
 
-    /// Makes the selected entry the edited path and reads header and tag of its file. Afterwards,
-    /// if Check11 is ticked, adds the file to the work tree, unless a line of the main window's
-    /// list of MP3 files matches the file's path (each line is used as a pattern; at most as
-    /// many lines are compared as the playlist has entries). Yields.
+    /// Makes the file of the selected entry the edited file and reads its header and tag.
+    /// Afterwards, if Check11 is ticked, adds the file to the work tree, unless a line of the main
+    /// window's list of MP3 files matches the file's path (each line is used as a pattern; at most
+    /// as many lines are compared as the playlist has entries). Yields.
     void List2_Click();
     /// Plays the selected entry, even if another entry is playing.
     void Command11_Click();

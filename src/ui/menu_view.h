@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Shows MenuItem models as Qt menus: their captions, ticks, separators, and whether entries are
 // enabled and visible. Runs a menu's onOpen handler before the menu opens. popup_menus.h opens
-// menus at the pointer.
+// popup menus.
 #pragma once
 
 #include <unordered_map>

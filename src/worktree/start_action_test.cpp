@@ -58,7 +58,7 @@ TEST_F(StartActionTest, TheSelectedNodesTextSelectsTheAction) {
     EXPECT_THAT(start("MP3 Files"), ElementsAre("CmdDecoder"));
 }
 
-TEST_F(StartActionTest, AnyOtherTextStartsNothing) {
+TEST_F(StartActionTest, ANodeWhoseTextBelongsToNoActionStartsNothing) {
     for (const char* text : {"c:\\music\\a.wav", "WAV Files", "CD Tracks", "WAV Files Folder",
                              "MP3 Files Folder", "a.MP3", "amp3", "track 1.wav"}) {
         EXPECT_THAT(start(text), IsEmpty()) << text;
@@ -70,7 +70,7 @@ TEST_F(StartActionTest, AFileNamedLikeATrackCountsAsATrack) {
     EXPECT_THAT(start("Trackless.wav"), ElementsAre("cmdStart"));
 }
 
-TEST_F(StartActionTest, WithNothingSelectedTheWindowStillReturnsToIdle) {
+TEST_F(StartActionTest, EvenWithNothingSelectedTheWindowReturnsToIdle) {
     form.Disablem();
     form.hide();
     starter.CmdSelectAction_Click();
@@ -212,7 +212,7 @@ TEST_F(StartActionTest, NoFurtherStepRunsAfterAnEndOfTheProgramInsideTheAction) 
     EXPECT_EQ(loop.yieldsAfterEnd(), 0);
 }
 
-TEST_F(StartActionTest, TheTreeStillAcceptsDoubleClicksDuringAnAction) {
+TEST_F(StartActionTest, TheTreeAcceptsDoubleClicksDuringAnAction) {
     form.cmdStart.onClick = [this] {
         form.Disablem();
         loop.after(1s, [this] { doubleClick(t1); });

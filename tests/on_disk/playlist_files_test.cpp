@@ -203,15 +203,15 @@ TEST_F(PlaylistFilesTest, ATagIsWrittenEvenIfTheFileWasRemovedOrTruncatedAfterRe
     EXPECT_THAT(editor.machine.boxes.shown, IsEmpty());
 }
 
-TEST_F(PlaylistFilesTest, AFileWithoutWritePermissionIsReadButNotTaggedRenamedOrDeleted) {
+TEST_F(PlaylistFilesTest, AReadOnlyFileInAReadOnlyFolderIsReadButNotTaggedRenamedOrDeleted) {
     world.put("a.mp3", mp3("Title"));
     fs::permissions(world.disk() / "a.mp3",
                     fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
-    const fs::perms walkable = fs::perms::owner_all | fs::perms::group_read |
-                               fs::perms::group_exec | fs::perms::others_read |
-                               fs::perms::others_exec;
+    const fs::perms walkable = fs::perms::owner_read | fs::perms::owner_exec |
+                               fs::perms::group_read | fs::perms::group_exec |
+                               fs::perms::others_read | fs::perms::others_exec;
+    fs::permissions(world.parent(), walkable | fs::perms::owner_write);
     fs::permissions(world.disk(), walkable);
-    fs::permissions(world.parent(), walkable);
     EXPECT_EQ(test::runUnprivileged([&] {
                   read("a.mp3");
                   if (editor.form.Text4(2).text() != "Title") {
@@ -226,6 +226,7 @@ TEST_F(PlaylistFilesTest, AFileWithoutWritePermissionIsReadButNotTaggedRenamedOr
                   return editor.machine.boxes.shown.size() == 2 ? 0 : 2;
               }),
               0);
+    fs::permissions(world.disk(), fs::perms::owner_all); // so that it can be removed
     EXPECT_EQ(world.content("a.mp3"), mp3("Title"));
 }
 

@@ -187,7 +187,7 @@ def main():
     began = time.monotonic()
     outcome = run_all(options.program, options.exclude, options.hangs_after)
     if not outcome.started:
-        outcome.failed.setdefault("any test", [f"{options.program} has no tests to run\n"])
+        outcome.failed.setdefault("no test", [f"{options.program} has no tests to run\n"])
     report(os.path.basename(options.program), outcome, time.monotonic() - began)
     return 1 if outcome.failed else 0
 

@@ -184,7 +184,7 @@ TEST_F(QtTrayTest, TheMenuShowsTheStateOfItsModel) {
     EXPECT_TRUE(action("stop")->isEnabled());
 }
 
-TEST_F(QtTrayTest, TheModelIsNotifiedOnceBeforeTheMenuOpens) {
+TEST_F(QtTrayTest, TheModelOfTheMenuIsNotifiedOnceBeforeTheMenuOpens) {
     embedding = true;
     EXPECT_TRUE(tray.add({1, &form, "one"}));
     int opened = 0;

@@ -40,7 +40,7 @@ TEST(Opening, RefusesAnAliasThatIsInUse) {
     EXPECT_EQ(session.send("status cd number of tracks"), said("1"));
 }
 
-TEST(Opening, FailsForCdAudioButNotForWaveAudioWithoutADrive) {
+TEST(Opening, WithoutADriveFailsForCdAudioButNotForWaveAudio) {
     MciSession session;
     session.machine.drive = nullptr;
     EXPECT_EQ(session.send("open cdaudio alias cd"), refused(MciError::deviceNotInstalled));

@@ -193,7 +193,8 @@ TEST_F(DecodeJobTest, IsSkippedOnlyIfItsFilesAreUnchangedSinceACompletedDecoding
         return reports == 0;
     };
     EXPECT_TRUE(reused(run(std::nullopt)));
-    EXPECT_TRUE(reused(run(run(std::nullopt)))) << "a reused result was not reused again";
+    EXPECT_TRUE(reused(run(run(std::nullopt))))
+        << "the result was reused once, but not a second time";
     auto former = run(std::nullopt);
     writeFile(source, ordinary() + ordinary());
     EXPECT_FALSE(reused(former));

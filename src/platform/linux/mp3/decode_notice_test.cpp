@@ -74,7 +74,7 @@ TEST(DecodeNoticeTest, ReportsOmittedParts) {
               "song.mp3: 3 frames of another format were omitted, 2 damaged places were skipped");
 }
 
-TEST(DecodeNoticeTest, IsEmptyForCompleteDecodingsAndForThoseThatTheUserStopped) {
+TEST(DecodeNoticeTest, IsEmptyIfNoSoundWasOmittedOrIfTheUserStoppedTheDecoding) {
     EXPECT_EQ(decodeNotice(names, lossyResult(0, 0)), "")
         << "skipped bytes were reported, although many intact files have other data at their ends";
     DecodeResult stopped = lossyResult(3, 2);

@@ -47,7 +47,7 @@ TEST_F(TargetTurnTest, WaitsForAnEarlierTurnForTheSameFileEvenIfThePathsDiffer) 
     EXPECT_FALSE(taken);
     first.reset();
     second.join();
-    EXPECT_TRUE(take(path)) << "the target is not free again";
+    EXPECT_TRUE(take(path)) << "the target is not free after both turns";
 }
 
 TEST_F(TargetTurnTest, IsNotGrantedAfterTheDecodingIsStopped) {

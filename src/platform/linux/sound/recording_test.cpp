@@ -29,8 +29,8 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 
 // If the disk hangs, the save and the destruction of a recording together wait for it only once,
-// for less than 100 ms. The queue has space for the sound that arrives while four folders are
-// tried.
+// for less than 100 ms. The queue has space for the sound that arrives while the four folders
+// that the program passes are tried.
 static_assert(RecordingTiming{}.command < 100ms);
 static_assert(4 * RecordingTiming{}.folder <
               std::chrono::seconds(RecordingQueue::capacityFrames / frameRate));
@@ -103,7 +103,7 @@ TEST_F(RecordingTest, ASinkThatOutlivesItsRecordingNeverStopsTheCard) {
     EXPECT_GT(sink->room(), 1'000'000U) << "the sink must always have space";
 }
 
-TEST_F(RecordingTest, CanBeSavedAgainAndAcceptsNoFramesAfterTheFirstSave) {
+TEST_F(RecordingTest, CanBeSavedSeveralTimesAndAcceptsNoFramesAfterAFailedSave) {
     const auto recording = begin();
     recording->sink()->record(pattern(0, 10));
     EXPECT_FALSE(recording->save(folder / "missing" / "1234-3.wav").ok());
@@ -174,7 +174,7 @@ TEST_F(RecordingTest, KeepsOnlyThePreviouslyFlushedPartIfTheFlushDuringTheSaveFa
             EXPECT_TRUE(recording->save(target).ok());
             const auto kept = static_cast<std::size_t>(recording->bytes() / 4);
             // The file is flushed to the disk after every 5 s of sound. The sound after the last
-            // flush that succeeded does not count, because it may not have reached the disk.
+            // flush that succeeded is not kept, because it may not have reached the disk.
             EXPECT_GE(kept, 5U * 44'100);
             EXPECT_LT(kept, 6U * 44'100);
             expectPlainWav(target, pattern(0, kept));

@@ -15,9 +15,11 @@ constexpr std::chrono::milliseconds blockInterval{10};
 /// single write to the output (PlaybackSession). A shorter interval would only add wake-ups, and
 /// each wake-up costs as much as the mixing.
 constexpr std::chrono::milliseconds filesInterval{30};
-/// The interval while a disc plays or the level meter listens (Work::playing). Less than half of
-/// PeakMeter::holdTime, so that the meter does not fall to 0 if this thread is late once.
+/// The interval while a disc plays, or while the level meter listens to a line that plays
+/// (Work::playing). Less than half of PeakMeter::holdTime, so that the meter does not fall to 0 if
+/// this thread is late once.
 constexpr std::chrono::milliseconds playingInterval{20};
+/// The interval while the level meter listens and no line plays (Work::silence).
 constexpr std::chrono::milliseconds silenceInterval{50};
 
 } // namespace
