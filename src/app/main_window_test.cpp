@@ -54,7 +54,8 @@ TEST(FormLoad, RunsItsStepsInOrder) {
     bench.media.onCommand = [&](std::string_view command) {
         if (command == "open cdaudio alias cd") {
             steps.push_back("inspection");
-            // The settings are loaded, but the preferences have not yet set the destination.
+            // The settings are loaded. The preferences' window (FrmPrefs), whose load sets the
+            // destination, is not loaded yet.
             EXPECT_EQ(bench.form.ProgressBar1.value(), 0);
             EXPECT_EQ(bench.process.settings.hdWarningNo, 100);
             EXPECT_EQ(bench.process.settings.decodePath, "c:\\sonarith");
@@ -212,7 +213,9 @@ TEST(Close, StopsJobsAndDevicesThenUnloadsTheOtherWindowsAndEndsTheProgram) {
     };
     EXPECT_TRUE(bench.endsProgram([&] { bench.form.unload(); }));
     EXPECT_TRUE(bench.process.stopRequested);
-    // The player's unload first switches the player off, which sends "stop cd" and "close cd".
+    // The main window's unload sends the first three commands. Then the player's window (Form4) is
+    // unloaded: this switches the player off, which sends the last two commands, and then runs
+    // Form4.onUnload.
     EXPECT_THAT(steps, ElementsAre("stop cd", "close capture", "close cd", "stop cd", "close cd",
                                    "Form4", "frmpopup"));
     EXPECT_FALSE(bench.windows.Form4.loaded());

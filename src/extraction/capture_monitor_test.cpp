@@ -100,10 +100,11 @@ TEST(CaptureMonitor, ShowsTheSavedFileBeforeTheNextTrackStarts) {
     std::string label2;
     std::string label3;
     std::string caption;
-    // When the first track is saved, the monitor sets Label3, Label2 and the window's caption, in
-    // this order. The start of the next track then sets all three again, and only Label2 to another
-    // text ("To: ..."). The texts are read when the monitor sets Label2, so the caption is still
-    // that of the first track.
+    // When the first track is saved, the monitor sets, in this order, Label3 to the text
+    // "Extracting Track 2", Label2 to the saved file, and the window's caption to the text of
+    // Label3. The start of the next track then sets Label3 and the caption to the same text again,
+    // and Label2 to "To: ...". The texts are read when the monitor sets Label2, so the caption is
+    // still that of the first track.
     bench.form.Command2.setVisible(false);
     const Connection connection = bench.form.Label2.changed.connect([&](Property) {
         if (!bench.form.Label2.caption().starts_with("To: ") && label2.empty() &&
@@ -230,7 +231,7 @@ TEST(CaptureMonitor, ShowsZeroForATrackWithoutLength) {
     EXPECT_EQ(bench.form.ProgressBar1.value(), 0);
 }
 
-TEST(CaptureMonitor, IfThePositionQueryFailsOnlyAStopByTheUserEndsATrack) {
+TEST(CaptureMonitor, OnlyAStopByTheUserEndsATrackIfThePositionQueryFails) {
     QueueBench bench(2);
     bench.media.answer("status cd position", {.status = 300});
     bench.loop.after(5min, [&] {

@@ -25,9 +25,9 @@ class PowerSwitch {
 
     /// Stops and saves a running capture, then switches the player on. Asks no other instance of
     /// the program to release the disc, because only one instance runs per user. If the disc device
-    /// cannot be opened, the panel is unloaded without a message. Yields in messages, while
-    /// saving, and if a command fails. Does nothing while the player is being switched off, and
-    /// ends early if the player is switched off during a yield.
+    /// cannot be opened, the panel is unloaded without a message. Yields while a message box is
+    /// open, while saving, and if a command fails. Does nothing while the player is being switched
+    /// off, and ends early if the player is switched off during a yield.
     void OptCD_Click();
     /// Switches the player off and mutes the disc's line. Yields once.
     void optNoCD_Click();

@@ -110,7 +110,7 @@ TEST_F(MenuViewTest, TheOpeningStepOfAMenuRunsBeforeTheMenuIsShown) {
     EXPECT_FALSE(menu->actions().constFirst()->isEnabled());
 }
 
-TEST_F(MenuViewTest, ARequestedPopupMenuWithADisabledHeadingDoesNotOpen) {
+TEST_F(MenuViewTest, ADisabledPopupMenuDoesNotOpenWhenRequested) {
     popup.setEnabled(false);
     form.popupRequested.emit(popup);
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);

@@ -144,7 +144,7 @@ TEST_F(Cmaddfile2Test, WithFullPathsFilesOfTheSameNameInTwoFoldersAreBothAdded) 
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\two\\a.wav", "c:\\one\\a.wav"));
 }
 
-TEST_F(Cmaddfile2Test, AFileIsIgnoredIfAnyNodeOfAnyGroupHasItsName) {
+TEST_F(Cmaddfile2Test, IgnoresAFileWhoseNameWithoutTheFolderIsTheTextOfANodeInAnyGroup) {
     put("c:\\music\\a.wav");
     // The group need not be a group of WAV files.
     addItem(view, node("Selected Tracks"), "p stray", "a.wav").passOver();

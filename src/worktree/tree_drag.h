@@ -26,8 +26,8 @@ class TreeDrag {
     /// "available" to the "selected" side of its collection, or back, unless `target` equals
     /// DragState::DropTarget or refuses DragNode's kind. Yields.
     void TreeView1_DragOver(const NodeRef& target);
-    /// Puts DragNode below the highlighted node, if a node is highlighted, wherever TreeMoves has
-    /// moved DragNode before. Ends the drag.
+    /// If a node is highlighted, puts DragNode below it, even if TreeMoves has moved DragNode
+    /// elsewhere during the drag. Ends the drag.
     void TreeView1_DragDrop();
 
   private:

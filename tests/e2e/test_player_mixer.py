@@ -13,7 +13,7 @@ from sound_server import SoundServer
 from waiting import check, check_equal, wait_for
 
 SMALLEST_STEP = 10 / 50  # how far one key press moves a slider, on its scale from 0 to 10
-KEYS = 6  # key presses, enough to change the whole number that is shown beside a slider
+KEYS = 6  # key presses; they move a slider by more than 1, so that the integer beside it changes
 BASS_HZ, TREBLE_HZ = 60, 9000
 TONE_FRAMES = FRAME_RATE // 5  # whole periods of both tones
 

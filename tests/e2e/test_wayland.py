@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Tests the program under a Wayland compositor, without an X server: an extraction, each window and
-dialog, dragging the panel and a row, the tray, and dropping an image."""
+dialog, dragging the panel and a row, the tray, and dropping a disc image."""
 
 import sys
 
@@ -113,7 +113,7 @@ def minimizing_hides_the_window_in_the_tray(desktop, program):
         close(started)
 
 
-def an_image_is_dropped_on_the_window(desktop, program):
+def a_disc_image_is_dropped_on_the_window(desktop, program):
     started, _, _ = start(desktop, program)
     other = make_disc(desktop.home / "other", tracks=2, seconds=7)
     files = FilesWindow(desktop, DRAG_SOURCE, other)
@@ -124,7 +124,7 @@ def an_image_is_dropped_on_the_window(desktop, program):
             started.open_row("Available Tracks")
         return started.group("Available Tracks")
 
-    wait_for("the tracks of the dropped image",
+    wait_for("the tracks of the dropped disc image",
              lambda: tracks() == ["Track  1 - 00:00:07", "Track  2 - 00:00:07"])
     close(started)
 
@@ -132,4 +132,4 @@ def an_image_is_dropped_on_the_window(desktop, program):
 if __name__ == "__main__":
     run(a_track_is_extracted, every_window_opens_and_names_the_desktop_file, the_panel_is_dragged,
         a_row_is_dragged_to_another_group, minimizing_hides_the_window_in_the_tray,
-        an_image_is_dropped_on_the_window, desktop=WaylandDesktop)
+        a_disc_image_is_dropped_on_the_window, desktop=WaylandDesktop)

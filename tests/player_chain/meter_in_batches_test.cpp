@@ -165,7 +165,7 @@ TEST(MeterInBatches, TheTraceEndsAtTheSamePointAfterEachBatchAsWithSingleTicks) 
     EXPECT_EQ(batches.form.Label4.top(), batches.form.Picture8.height());
 }
 
-TEST(MeterInBatches, MovesTheBarLessThanTwoTicksLaterThanWithSingleTicks) {
+TEST(MeterInBatches, DelaysEachMovementOfTheBarByLessThanTwoTicks) {
     MeterWorld single(Ticks::single);
     MeterWorld batches(Ticks::inBatches);
     playASound(single);

@@ -71,8 +71,9 @@ class HeldCalls {
                     add(judge);
                     body();
                     *done = true;
-                    // When this lambda returns, the judge releases the calls of all other threads.
-                    // These calls must stay held until release(), so the lambda waits for it.
+                    // When this lambda returns, the judge releases the held calls of the threads
+                    // that `body` started. These calls must stay held until release() is called, so
+                    // the lambda waits for that call.
                     while (!released_) {
                         std::this_thread::sleep_for(std::chrono::milliseconds(1));
                     }
@@ -83,8 +84,9 @@ class HeldCalls {
         return fakes::eventually([&] { return done->load(); });
     }
     /// Sets a function that the destructor calls after all bodies have finished. Use it to destroy
-    /// objects whose threads would otherwise not end. Such objects must be declared before this
-    /// object, since a body that has not finished in time may still create them.
+    /// objects whose threads would otherwise not end. Declare the variables that hold such
+    /// objects before this HeldCalls: while its destructor waits for a body that has not finished
+    /// in time, the body may still assign to these variables.
     void atEnd(std::function<void()> step) { atEnd_ = std::move(step); }
     /// Waits at most half a minute until a call has been held. Returns whether this happened.
     bool waitForCall() {

@@ -165,8 +165,9 @@ class VirtualEventLoop final : public EventLoop {
         EntryPointer entry_;
     };
 
-    /// More yields without any progress of time throw WaitNeverEnds. No loop of the program makes
-    /// nearly as many; a test that makes more fails within a second.
+    /// The maximum number of yields without any progress of time; the next such yield throws
+    /// WaitNeverEnds. No loop of the program makes nearly as many; a test that makes more fails
+    /// within a second.
     static constexpr int maximumYieldsWithoutTime = 1'000'000;
 
     /// Counts the yield and runs the actions that the test has set for it. Returns false after the

@@ -23,8 +23,8 @@ struct SoundStretch {
     std::int64_t offset = 0; ///< in bytes, as in Segment
 };
 
-/// A part of the time line whose sound the image's sheet (CUE or TOC file) states but the sound
-/// file does not contain: the part is read as silence.
+/// A part of the time line that is read as silence: according to the image's sheet (CUE or TOC
+/// file), a sound file contains the sound of this part, but that file is too short.
 struct LostStretch {
     std::int64_t start = 0; ///< on the time line, in frames
     std::int64_t frames = 0;

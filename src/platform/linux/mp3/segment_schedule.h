@@ -52,7 +52,7 @@ class SegmentSchedule {
     /// Scans the stream for one more segment, only to count its frames; the segment is not
     /// assigned.
     [[nodiscard]] std::optional<Segment> skim() { return index_.next(); }
-    /// The number of the frame before which all frames are in the result.
+    /// How many frames from the beginning of the stream are in the result without a gap.
     [[nodiscard]] std::int64_t wholeFrames() const;
     /// Whether every frame of the stream is in the result: the scan reached the end of the source,
     /// and every segment was decoded to its end.

@@ -105,7 +105,9 @@ Status PatientFileSystem::changeDrive(const std::string& path) {
     std::vector<std::string> asked{path.substr(0, 2) + "\\"};
     for (const auto& [letter, folder] : currentFolders_) {
         if (lowerCase(path.substr(0, 1)) == lowerCase(std::string(1, letter))) {
-            asked.push_back(folder); // the folder may be on another mount below the drive
+            // The call may also enter this folder, which can be on another mount than the drive's
+            // root.
+            asked.push_back(folder);
         }
     }
     return take(paths_.ask(asked, [path, left = currentFolders_](MachineFiles& machine) {

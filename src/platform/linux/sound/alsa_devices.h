@@ -36,9 +36,10 @@ struct DeviceHint {
 };
 
 /// The entries of `hints` that can be chosen for `direction`: the default device first, even if
-/// `hints` does not contain it; then sound servers, real devices and devices from the user's
-/// configuration, in the order of `hints`. ALSA's plug-ins (converters, mixers, "null", "oss") and
-/// devices with more than two channels are omitted. For playback, "none" is last.
+/// `hints` does not contain it; then, in the order of `hints`, every entry that is a sound server,
+/// a real device or a device from the user's configuration. ALSA's plug-ins (converters, mixers,
+/// "null", "oss") and devices with more than two channels are omitted. For playback, "none" is
+/// last.
 [[nodiscard]] std::vector<DeviceEntry> choosable(const std::vector<DeviceHint>& hints,
                                                  snd_pcm_stream_t direction);
 

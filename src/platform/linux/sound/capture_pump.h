@@ -30,9 +30,10 @@ class CapturePump : public SampleSource {
   public:
     /// `open` is called on the pump's thread, immediately and again after each failure or loss.
     /// `open` and `report` must own what they use. A loss of an open device is reported if
-    /// reopening fails. If the device cannot be opened at the start, `opening` returns the first
-    /// failure, and `report` is called from the second failure in a row on. If no thread can be
-    /// started, the input is silent and counts as lost.
+    /// reopening fails. If the first attempt to open the device fails, `report` is not called; only
+    /// opening() shows this failure. Each further failure in a row is reported. If no thread can be
+    /// started, the input is silent, `report` is called with DeviceState::lost, and opening()
+    /// returns Opening::failed.
     explicit CapturePump(OpenCapture open, CaptureTiming timing = {}, ReportDevice report = {},
                          const ThreadStarter& starter = startThread);
     ~CapturePump() override;

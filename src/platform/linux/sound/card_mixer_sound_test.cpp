@@ -98,7 +98,8 @@ INSTANTIATE_TEST_SUITE_P(BassAndTreble, CardMixerTone,
                                          ToneCase{mixer_control::treble, 5000, -1}));
 
 TEST_F(CardMixerTest, BassAndTrebleHaveTheDocumentedGains) {
-    // The gains that tone_control.h states. CardMixerTone compares the sound with shelfDb().
+    // Checks only that the formula shelfDb() has the gains that tone_control.h states.
+    // CardMixerTone checks that the sound has the gains of shelfDb().
     EXPECT_NEAR(shelfDb(100, ToneControl::bassCornerHz, 12, 1), 11, 0.5);
     EXPECT_NEAR(shelfDb(10'000, ToneControl::trebleCornerHz, 12, -1), 11, 0.5);
     EXPECT_LT(shelfDb(1000, ToneControl::bassCornerHz, 12, 1), 0.1);
@@ -117,7 +118,8 @@ TEST_F(CardMixerTest, BassAndTrebleChangeNoSampleWhenTheyAreNeutralAgain) {
     EXPECT_NE(hear(1s), pattern(0, 44'100));
     EXPECT_EQ(set(4, mixer_control::bass, 32768), MixerResult::noError);
     EXPECT_EQ(set(4, mixer_control::treble, 32768), MixerResult::noError);
-    // Until the gains are neutral, and the level, which was reduced to prevent clipping, is full.
+    // Plays until both gains are neutral and the level, which was reduced to prevent clipping, is
+    // full again.
     hear(4s);
     EXPECT_THAT(hear(1s), IsSound(pattern(5 * 44'100, 44'100)));
 }
@@ -158,8 +160,8 @@ TEST_F(CardMixerTest, AMovedToneSliderCausesNoClick) {
             EXPECT_EQ(set(4, type, position), MixerResult::noError);
             const Frames played = hear(300ms);
             // The largest boost, 12 dB, raises the amplitude from 7000 to 28000. At 60 Hz the slope
-            // then changes by up to 2 per sample; rounding to whole samples adds up to 2. A step of
-            // the gain between two samples would change the slope by thousands.
+            // then changes by up to 2 per sample; rounding the sample values to integers adds up to
+            // 2. A step of the gain between two samples would change the slope by thousands.
             EXPECT_LT(roughness(fakes::leftOf(played)), 8)
                 << "control type " << type << " moved to " << position;
         }

@@ -75,7 +75,7 @@ TEST(FrameQueue, DropsTheSilenceBeforeASoundButNotTheSilenceAfterIt) {
 }
 
 TEST(FrameQueue, UsesOnlyAsMuchMemoryAsItsLargestContent) {
-    constexpr std::size_t capacity = 16 * 1024 * 1024; // in frames: 64 MiB
+    constexpr std::size_t capacity = 16 * 1024 * 1024; // in frames, which occupy 64 MiB
     constexpr std::size_t batch = 4410;
     FrameQueue queue(capacity);
     const std::vector<StereoFrame> frames(batch);

@@ -17,7 +17,8 @@ struct WorkerThreads::State {
     std::mutex mutex;
     std::condition_variable changed;
     std::optional<Work> next; ///< work for the idle thread, not started yet
-    bool idle = false;        ///< a thread waits for `next`, or will after its `afterwards`
+    /// A thread waits for `next`, or will wait for it when its `afterwards` has returned.
+    bool idle = false;
     bool quitting = false;
 
     /// The function of each thread; `work` is its first work.
