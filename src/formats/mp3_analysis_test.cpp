@@ -1,12 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "formats/mp3_analysis.h"
-
-#include <gmock/gmock.h>
-
-#include <string>
-
-#include "support/fake_file_system.h"
-#include "support/mp3_bytes.h"
+#include "formats/mp3_analysis_fixture.h"
 
 namespace sonarith {
 namespace {
@@ -17,36 +10,6 @@ using test::Mp3Bytes;
 using test::tagOf;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-class Mp3AnalysisTest : public testing::Test {
-  protected:
-    const std::string path = "c:\\a.mp3";
-    FakeFileSystem disk;
-    Mp3Info info;
-
-    Status analyse(const std::string& content, TagReading readTag = TagReading::yes,
-                   HeaderReading readHeader = HeaderReading::yes) {
-        disk.addFile(path, content);
-        disk.log.clear();
-        const auto result = GetMp3Info(disk, path, readTag, readHeader, info);
-        return result.ok() ? Status() : Status(result.error());
-    }
-    Status analyse(const Mp3Bytes& bytes) { return analyse(bytes.content); }
-    std::string digitsOf(const std::string& content) {
-        disk.addFile(path, content);
-        return ReadMp3Bits(disk, path, TagReading::yes, HeaderReading::yes, info).valueOr("failed");
-    }
-    /// Fills `info` by the analysis of another file.
-    void fillRecord() {
-        ASSERT_TRUE(analyse(Mp3Bytes(4'000'000)
-                                .header(1, 0xFFFAB3C9)
-                                .variableRate(1, 6000)
-                                .end(tagOf("T", "A", "B", "1999", "C", 17)))
-                        .ok());
-        ASSERT_EQ(info.Bitrate, 204);
-        ASSERT_EQ(info.Genre, 17);
-    }
-};
 
 // --- the search ------------------------------------------------------------------------------
 
@@ -156,87 +119,6 @@ TEST_F(Mp3AnalysisTest, SearchesForTheXingMarkerAtPosition36OfAFileWithoutAFrame
     EXPECT_EQ(info.Frames, 30'000);
     EXPECT_EQ(info.MpegLayer, 2);
     EXPECT_EQ(info.Bitrate, 41);
-}
-
-// --- variable bit rate -----------------------------------------------------------------------
-
-TEST_F(Mp3AnalysisTest, ReadsTheFrameCountAtItsOffsetFromTheFrame) {
-    EXPECT_TRUE(
-        analyse(Mp3Bytes(4'000'000).header(500, commonHeader).variableRate(500, 6000)).ok());
-    EXPECT_TRUE(info.IsVbr);
-    EXPECT_EQ(info.Frames, 6000);
-    EXPECT_EQ(info.Bitrate, 204);
-    EXPECT_EQ(info.Duration, 156);
-}
-
-TEST_F(Mp3AnalysisTest, ReadsTheFrameCountOfAFrameThatStartsAtByte5000) {
-    EXPECT_TRUE(analyse(Mp3Bytes(5047).header(5000, commonHeader).variableRate(5000, 0x1234)).ok());
-    EXPECT_EQ(info.Frames, 0x1234);
-}
-
-TEST_F(Mp3AnalysisTest, IgnoresTheFlagsBetweenTheXingMarkerAndTheFrameCount) {
-    EXPECT_TRUE(analyse(Mp3Bytes(4'000'000)
-                            .header(1, commonHeader)
-                            .variableRate(1, 6000)
-                            .at(41, std::string(4, '\0')))
-                    .ok());
-    EXPECT_EQ(info.Frames, 6000);
-}
-
-TEST_F(Mp3AnalysisTest, AcceptsTheXingMarkerOnlyInOneSpellingAndAtOneOffset) {
-    for (const char* other : {"xing", "XING", "Info", "VBRI", "Xin"}) {
-        info = {};
-        EXPECT_TRUE(analyse(Mp3Bytes(4'000'000).header(1, commonHeader).at(37, other)).ok());
-        EXPECT_FALSE(info.IsVbr) << other;
-        EXPECT_EQ(info.Bitrate, 128) << other;
-    }
-    // In a mono frame the marker is 15 bytes earlier. It is not found there, so the file counts as
-    // a file with a constant bit rate.
-    Mp3Bytes mono(4'000'000);
-    mono.header(1, 0xFFFB50C0).at(22, "Xing").at(30, Mp3Bytes::bigEndian(6000));
-    EXPECT_TRUE(analyse(mono).ok());
-    EXPECT_FALSE(info.IsVbr);
-    EXPECT_EQ(info.Bitrate, 64);
-}
-
-TEST_F(Mp3AnalysisTest, AConstantRateKeepsThePreviousFilesFrameCount) {
-    fillRecord();
-    EXPECT_TRUE(analyse(Mp3Bytes(4000).header(1, commonHeader)).ok());
-    EXPECT_FALSE(info.IsVbr);
-    EXPECT_EQ(info.Frames, 6000);
-    EXPECT_EQ(info.Bitrate, 128);
-}
-
-TEST_F(Mp3AnalysisTest, AFrameCountAbove32767StopsTheAnalysisBeforeHeaderAndTag) {
-    for (const std::uint32_t count : {32768U, 65536U, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU}) {
-        fillRecord();
-        const Status status = analyse(
-            Mp3Bytes(4'000'000).header(1, commonHeader).variableRate(1, count).end(tagOf("other")));
-        ASSERT_FALSE(status.ok()) << count;
-        EXPECT_EQ(status.error().number, ErrorNumber::overflow);
-        EXPECT_TRUE(info.IsVbr);
-        EXPECT_EQ(info.Frames, 6000);
-        EXPECT_EQ(info.Title, "T");
-        EXPECT_EQ(info.Duration, 156);
-        EXPECT_THAT(disk.log,
-                    ElementsAre("openBinary c:\\a.mp3 read", "readBinary c:\\a.mp3 0 5047"));
-    }
-    Mp3Info constant;
-    info = constant;
-    analyse(Mp3Bytes(4'000'000).header(1, commonHeader).variableRate(1, 32768)).passOver();
-    EXPECT_TRUE(info.IsVbr);
-}
-
-TEST_F(Mp3AnalysisTest, AcceptsAFrameCountOf32767AndFailsForAFrameCountOf0) {
-    EXPECT_TRUE(analyse(Mp3Bytes(4'000'000).header(1, commonHeader).variableRate(1, 32767)).ok());
-    EXPECT_EQ(info.Frames, 32767);
-    EXPECT_EQ(info.Bitrate, 37);
-    const Status status =
-        analyse(Mp3Bytes(4'000'000).header(1, commonHeader).variableRate(1, 0).end(tagOf("other")));
-    EXPECT_EQ(status.error().number, ErrorNumber::divisionByZero);
-    EXPECT_EQ(info.Frames, 0);
-    EXPECT_EQ(info.Bitrate, 37);
-    EXPECT_EQ(info.Title, "other");
 }
 
 // --- lengths ---------------------------------------------------------------------------------
@@ -378,18 +260,6 @@ TEST_F(Mp3AnalysisTest, ATagThatLosesItsEndWhileItIsReadKeepsThePreviousFilesGen
     EXPECT_TRUE(analyse(whole).ok());
     EXPECT_EQ(info.Title, "new");
     EXPECT_EQ(info.Genre, 17);
-}
-
-TEST_F(Mp3AnalysisTest, BytesOfTheFrameCountBeyondTheEndOfTheFileCountAsZeros) {
-    Mp3Bytes bytes(300);
-    bytes.header(255, commonHeader).at(255 + 36, "Xing").at(255 + 44, std::string("\0\x01", 2));
-    EXPECT_EQ(analyse(bytes).error().number, ErrorNumber::overflow)
-        << "the count is 00 01 00 00 (hexadecimal), so it is above 32767";
-    EXPECT_TRUE(info.IsVbr);
-    Mp3Bytes shorter(290 + 4);
-    shorter.header(255, commonHeader).at(255 + 36, "Xing");
-    EXPECT_EQ(analyse(shorter).error().number, ErrorNumber::divisionByZero);
-    EXPECT_EQ(info.Frames, 0);
 }
 
 TEST_F(Mp3AnalysisTest, ComputesTheDurationFromTheWholeFileIncludingItsTags) {
