@@ -13,9 +13,8 @@
 namespace sonarith {
 namespace {
 
-// The watcher is the registry of status notifiers (freedesktop.org's specification
-// StatusNotifierItem). Every desktop gives the watcher the name below, although the specification
-// gives it another name.
+// The watcher is the registry of status notifiers (StatusNotifierItem of freedesktop.org). The name
+// below is the one that every desktop uses, and not the one that freedesktop.org defines.
 constexpr QLatin1String watcherName("org.kde.StatusNotifierWatcher");
 constexpr QLatin1String watcherPath("/StatusNotifierWatcher");
 
