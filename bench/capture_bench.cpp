@@ -103,8 +103,8 @@ class Bench {
 /// Limits that no command reaches on a working disk, so that the whole time of a save is measured.
 constexpr sound::RecordingTiming patient{60s, 60s, 60s};
 
-/// Captures the first track by the commands that the program sends. `tick` lets the time of one
-/// tick pass. Returns the duration of the save.
+/// Captures the first track by the commands that the program sends. `tick` lets 100 ms pass, the
+/// interval of the program's capture timer. Returns the duration of the save.
 std::chrono::duration<double, std::milli>
 captureFirstTrack(const fs::path& cue, std::int64_t seconds, sound::SoundCard& card,
                   const mci::Clock& clock, const std::function<void()>& tick) {
@@ -228,7 +228,7 @@ std::int64_t wrongFramesUnderLoad(std::int64_t seconds, double& leadMs, double& 
 /// How long other threads wait while all writes of samples block, in milliseconds; -1 if the writes
 /// could not be made to block.
 struct Waits {
-    double mute = 0;   ///< the longest of many setMuted() calls, the last of them with a full queue
+    double mute = 0;   ///< the longest of many setMuted() calls; the recording queue becomes full
     double cancel = 0; ///< the commands that stop, save and close, together
 };
 
@@ -245,7 +245,7 @@ Waits waitsForAHangingDisk() {
     const bool judged = test::CallJudge::run(
         {SYS_pwrite64},
         [](const seccomp_data& call) {
-            const bool isSamples = call.args[3] > 0; // the offset
+            const bool isSamples = call.args[3] > 0; // the offset; the header is at 0
             return isSamples ? test::CallJudge::hold : test::CallJudge::letThrough;
         },
         [&](test::CallJudge&) {
@@ -253,7 +253,7 @@ Waits waitsForAHangingDisk() {
             const sound::SoundCardThread thread(card);
             Bench bench(cue, card, sound::monotonicNow, {});
             bench.begin();
-            for (int tick = 0; tick < 1300; ++tick) { // 13 s, of which 10 s fit into the queue
+            for (int tick = 0; tick < 1300; ++tick) { // 13 s; the queue holds 10 s
                 waits.mute = std::max(waits.mute, millisecondsOf([&] {
                                           card.setMuted(sound::Line::compactDisc, true);
                                       }));

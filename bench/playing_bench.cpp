@@ -2,7 +2,7 @@
 // Measures the processor time that the MP3 control and the software sound card need to play an MP3
 // file in a process without windows. Limit: 1.3 times the processor time of `mpg123 -o pulse` with
 // the same file and the same sound server. Also measures `mpg123 -o alsa`, without a limit. The
-// three play one after the other, in several rounds. Needs lame, mpg123 and pulseaudio.
+// three players play one after the other, in several rounds. Needs lame, mpg123 and pulseaudio.
 #include <ctime>
 #include <sys/prctl.h>
 #include <sys/wait.h>

@@ -2,9 +2,9 @@
 // Measures the playlist editor with a list of 10,000 entries. Without a window, with a real
 // settings file, it measures loading the list and delisting an entry. Limits for each: 300 ms, and
 // 12 times the processor time that the same step needs with 1,000 entries. With the window (off
-// screen) and real MP3 files, it measures:
+// screen) and MP3 files on the disk, it measures:
 // - the time from show() until the list is painted (limit: 300 ms);
-// - one scroll step (limit: 16 ms, one frame of the screen);
+// - the processor time of one scroll step (limit: 16 ms, one frame of the screen);
 // - the time from a click on an entry until the file's data are painted, without the time to read
 //   the file, for a short and a long file (limit: 5 ms);
 // - the bytes that a click reads (limit: 8 KiB).

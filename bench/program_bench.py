@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Measures the real program on a virtual X server that this script starts: the time from the
-program's start to its painted window, compared with the time for an empty Qt Widgets window in the
-same run, and the processor time of the idle program.
+"""Measures the real program on a virtual X server that this script starts:
+  - the time from the program's start to its painted window, compared with the time for an empty Qt
+    Widgets window in the same run of this script;
+  - the processor time of the idle program.
 
 program_bench.py FOLDER_OF_THE_PROGRAMS
 
@@ -37,9 +38,9 @@ class XImage(ctypes.Structure):
 
 
 class Screen:
-    """A virtual X server. Waits until a window is painted on its black root window. The server
-    reports each change of the screen, so that this process does not compete with the measured
-    program for the processor and the server while it waits."""
+    """A virtual X server with a black root window. The server reports each change of the screen to
+    this process: polling the screen would compete with the measured program for the processor and
+    the server."""
 
     def __init__(self):
         reader, writer = os.pipe()

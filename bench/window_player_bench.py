@@ -75,7 +75,7 @@ def without_server(desktop, program):
         silent_hidden.append(share_of(started))
         show_panel(desktop, window, True)
     report("on, nothing playing, panel in sight", silent,
-           "none; the next two lines have the limits of its two parts")
+           "none: this share is the sum of the next two, which have limits")
     report("on, nothing playing, panel hidden", silent_hidden, f"{LIMIT_SILENT} %")
     report("the panel's own share in silence", [a - b for a, b in zip(silent, silent_hidden)],
            f"{LIMIT_METER} %")

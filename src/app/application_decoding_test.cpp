@@ -68,7 +68,7 @@ struct DecodingBench : ApplicationBench {
 
 // --- wiring --------------------------------------------------------------------------------------
 
-TEST(TreeEditing, FilesCanBeDraggedRenamedAddedDeletedFromTheDiskAndRemovedOnlyFromTheTree) {
+TEST(TreeEditing, FilesAreDraggedRenamedDeletedRemovedAndAdded) {
     DecodingBench bench;
     ASSERT_NE(bench.node("a.mp3"), nullptr);
     bench.press("a.mp3");

@@ -100,7 +100,7 @@ TEST_F(PlayerInApplication, DoesNotMuteTheDiscForAnActionWhileThePlayersPanelIsC
 }
 
 TEST_F(PlayerInApplication, StaysOnIfTheCaptureIsStartedByCmdStart) {
-    // Only the button "Start " (CmdSelectAction) switches the player off. The hidden button
+    // The button "Start " (CmdSelectAction) switches the player off. The hidden button
     // cmdStart must leave the player on, although the capture then finds the disc in use.
     bench.application.start();
     switchOnAndPlay();

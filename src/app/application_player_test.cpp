@@ -22,7 +22,7 @@ using testing::ElementsAre;
 
 // --- the start -----------------------------------------------------------------------------
 
-TEST_F(PlayerInApplication, IsLoadedButNotShownAfterTheSettingsAreReadAndBeforeTheDiscIsRead) {
+TEST_F(PlayerInApplication, IsLoadedInvisiblyBetweenReadingTheSettingsAndReadingTheDisc) {
     std::vector<std::string> steps;
     bench.mixer.onOperation = [&](const std::string& operation) {
         steps.push_back(operation);

@@ -61,8 +61,7 @@ TEST(Minimize, IconifiesTheWindowIfNoDesktopPanelShowsTrayIcons) {
     EXPECT_EQ(bench.minimized, 1);
 }
 
-TEST(MinimizeOnStartOfAnAction,
-     HidesTheWindowOrIconifiesItWithoutATrayHostAndShowsTheActionInTheToolTip) {
+TEST(MinimizeOnStartOfAnAction, HidesOrIconifiesTheWindowAndShowsTheActionInTheToolTip) {
     for (const bool host : {true, false}) {
         TrayBench bench;
         bench.tray.setHost(host);

@@ -39,7 +39,7 @@ TEST(FormLoad, ShowsTheWindowWithDiscAndFilesInItsTree) {
     EXPECT_THAT(bench.boxes.shown, IsEmpty());
 }
 
-TEST(FormLoad, PlacesTheWindowsCentreLeftOfTheScreensCentre) {
+TEST(FormLoad, PlacesTheCentreOfTheWindowLeftOfTheScreensCentre) {
     ApplicationBench bench({1000, 1000});
     bench.form.setDesignedSize(4000_twips, 6000_twips);
     bench.application.start();
@@ -138,7 +138,7 @@ TEST(Help, DoesNothingIfTheProgramFolderCannotBeEntered) {
     EXPECT_THAT(bench.shell.helpShown, IsEmpty());
 }
 
-TEST(MenuStart, ForcesTheToolBarOnAndStartsTheAction) {
+TEST(MenuStart, ShowsTheHiddenToolBarAndStartsTheAction) {
     ApplicationBench bench({1000, 1000});
     bench.application.start();
     bench.form.Picture3.setHeight(600_twips);

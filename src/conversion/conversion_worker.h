@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Handles the events of the hidden window Form6: each load of the window converts one MP3 file to
-// WAV with the control ActiveMP31. The decoding driver chooses the file and adds the WAV to the
-// tree.
+// WAV with the control ActiveMP31. DecodingDriver chooses the file and adds the WAV to the tree.
 #pragma once
 
 #include <cstdint>
@@ -32,7 +31,7 @@ class ConversionWorker {
 
     /// Starts to convert currentFile; if stopRequested is set, unloads the window instead.
     void Form_Load();
-    /// Stops the control and sets workerBusy to false, which ends the wait of the decoding driver.
+    /// Stops the control and sets workerBusy to false, which ends the wait of DecodingDriver.
     void Form_Unload();
 
     /// Makes the control decode currentFile into the destination folder. `Value` is not used. A

@@ -61,7 +61,7 @@ TEST_F(WorkerTest, EachLoadStartsBothTimersAgain) {
 
 // --- starting ------------------------------------------------------------------------------------
 
-TEST_F(WorkerTest, HalfASecondAfterTheLoadTheDecodingOfTheSameFileIsStartedASecondTime) {
+TEST_F(WorkerTest, Timer1StartsTheDecodingOfTheSameFileAgainAfterHalfASecond) {
     mp3.duration = 5000ms;
     process.currentWavFile = "c:\\music\\other.wav";
     window.load();
@@ -151,7 +151,7 @@ TEST_F(WorkerTest, EachTickShowsThePercentageRoundedHalfToEven) {
     EXPECT_THAT(bars, ElementsAre(12, 25, 38, 50, 62, 75, 88));
 }
 
-TEST_F(WorkerTest, ATickReadsTheMp3ControlAgainForTheBarAndYieldsOnce) {
+TEST_F(WorkerTest, ATickReadsThePositionOnceForTheTextAndOnceForTheBarAndYieldsOnce) {
     window.load();
     mp3.reads.clear();
     const int yields = loop.yieldCount();
@@ -248,7 +248,7 @@ TEST_F(WorkerTest, APercentageBeyondSixteenBitsEndsTheJobAndIsNotShown) {
     EXPECT_EQ(form.Label33.caption(), "before");
 }
 
-TEST_F(WorkerTest, AnMp3ControlThatFailsToStopEndsTheJobWithout100Percent) {
+TEST_F(WorkerTest, AnMp3ControlThatFailsToStopEndsTheJobAndLeavesTheDisplayAsItIs) {
     mp3.duration = 100ms;
     mp3.failStop = Error{ErrorNumber::deviceInputOutput, ""};
     window.load();
@@ -262,7 +262,7 @@ TEST_F(WorkerTest, AnMp3ControlThatFailsToStopEndsTheJobWithout100Percent) {
 
 // --- unloading from outside ----------------------------------------------------------------------
 
-TEST_F(WorkerTest, AnUnloadByOtherCodeStopsTheMp3ControlAndKeepsTheWrittenPart) {
+TEST_F(WorkerTest, AnUnloadDuringTheDecodingStopsTheMp3ControlAndKeepsTheWrittenPart) {
     mp3.duration = 10s;
     window.load();
     loop.advance(700ms);

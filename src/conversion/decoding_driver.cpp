@@ -113,9 +113,9 @@ void DecodingDriver::findFile(const std::string& text) {
         static_cast<void>(findIn(form_.List4, name));
     }
     if (text != process_.currentFile) {
-        // Uses the line of List2 at the index where the last search ended. If the node's text has
-        // no path and the file was found in List4, or if the file was found in neither list, this
-        // may be the line of another file, or empty.
+        // Uses the line of List2 at the index where the last search ended. If that search found the
+        // file in List2, this is the line of the file. Otherwise it may be the line of another
+        // file, or empty.
         process_.currentFile = lowerCase(form_.List2.list(process_.fileIndex));
     }
 }

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Has MP3 files converted to WAV files, one after the other. The selected node of the work tree
-// determines which: all available MP3 files, all files of the group "Selected MP3 Files", or a
-// single file. The conversion worker (conversion_worker.h), whose window is Form6, converts each
-// file.
+// Converts MP3 files to WAV files, one after the other, with the conversion worker
+// (conversion_worker.h; its window is Form6). The selected node of the work tree determines which
+// files: all available MP3 files, all files of the group "Selected MP3 Files", or a single file.
 #pragma once
 
 #include <string>

@@ -146,7 +146,7 @@ TEST_F(DriverTest, AnEmptyListOfSelectedFilesShowsAMessageAndStartsNothing) {
     EXPECT_FALSE(form.Timer1.enabled());
 }
 
-TEST_F(DriverTest, IfAStopPrecedesTheFirstSelectedFileTheLengthOfAnEarlierFileIsShown) {
+TEST_F(DriverTest, AStopBeforeTheFirstSelectedFileShowsTheLengthOfAnEarlierFile) {
     fill(form.List4, {"c:\\mp3\\b.mp3"});
     process.stopRequested = true;
     form.lblStatus.setCaption("as before");
@@ -185,15 +185,15 @@ TEST_F(DriverTest, ASingleFileIsFoundByItsFullPathInEitherList) {
     EXPECT_EQ(mp3.log.front(), "SourceFile c:\\mp3\\b.mp3");
 }
 
-TEST_F(DriverTest, ForASelectedFileShownWithoutItsPathTheLineOfList2AtTheSameIndexIsDecoded) {
+TEST_F(DriverTest, ANameFoundInList4DecodesTheLineOfList2AtTheSameIndex) {
     fill(form.List2, {"c:\\mp3\\x.mp3", "c:\\mp3\\A.mp3"});
     fill(form.List4, {"c:\\mp3\\y.mp3", "c:\\mp3\\b.mp3"});
     decode("b.mp3");
     EXPECT_EQ(process.fileIndex, 1);
     EXPECT_EQ(mp3.log.front(), "SourceFile c:\\mp3\\a.mp3");
-    // The window's caption and the WAV file have the name of the decoded file. The labels, and the
-    // name of the file that is to be added to the list, come from the node's text; no file of that
-    // name exists.
+    // The window's caption and the WAV file have the name of the decoded file. The labels show
+    // the node's text and a WAV file named after it. The driver tries to add the file b.wav to
+    // List1, but this file does not exist.
     EXPECT_EQ(shown.front(), "Decoding a.mp3 | Decoding  b.mp3 | c:\\music\\b.wav");
     EXPECT_THAT(mp3.finished, ElementsAre("c:\\music\\a.wav"));
     EXPECT_THAT(lines(form.List1), IsEmpty());
@@ -209,9 +209,9 @@ TEST_F(DriverTest, ASelectedFileWithAnIndexBeyondList2IsWaitedForButNotDecoded) 
     EXPECT_THROW(decode("b.mp3"), test::ProgramEnded);
 }
 
-TEST_F(DriverTest, ANameWithCapitalsMatchesNoLineAndTheLineOfList2WhereTheSearchEndedIsDecoded) {
-    // The last list that is searched is List4. It is empty, so its search ends at index 0, and line
-    // 0 of List2 is decoded.
+TEST_F(DriverTest, ANameWithCapitalsDecodesTheLineOfList2WhereTheSearchEnded) {
+    // A name with capitals matches no line. The last list that is searched is List4. It is empty,
+    // so its search ends at index 0, and line 0 of List2 is decoded.
     fill(form.List2, {"c:\\mp3\\b.mp3", "c:\\mp3\\A.mp3"});
     decode("A.mp3");
     EXPECT_EQ(mp3.log.front(), "SourceFile c:\\mp3\\b.mp3");
@@ -257,7 +257,7 @@ TEST_F(DriverTest, ASingleFileIsNotDecodedIfAStopIsRequested) {
 
 // --- files that cannot be decoded --------------------------------------------------------------
 
-TEST_F(DriverTest, AMissingFileCausesAWaitUntilTheProgramsEndAndCancelIsHidden) {
+TEST_F(DriverTest, AMissingFileHidesCancelAndIsWaitedForUntilTheProgramEnds) {
     fill(form.List2, {"c:\\mp3\\gone.mp3"});
     loop.after(1h, [this] {
         EXPECT_TRUE(process.workerBusy);

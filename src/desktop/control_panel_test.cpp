@@ -174,7 +174,7 @@ TEST_F(ControlPanelTest, TheTipIsUpdatedDuringLongWorkThatYields) {
 
 // --- the menu -------------------------------------------------------------------------------
 
-TEST_F(ControlPanelTest, TheMenuHasTheEntriesStopRestoreALineAndShutdownInThisOrder) {
+TEST_F(ControlPanelTest, TheMenuContainsStopThenRestoreThenASeparatorThenShutdown) {
     ASSERT_EQ(tray.menu, &popup.Popup);
     std::vector<std::string> entries;
     for (const MenuItem* entry : popup.Popup.entries()) {

@@ -63,8 +63,8 @@ std::optional<WindowRegion> RegionFromBitmap(const PixelPicture* bitmap, PixelCo
     WindowRegion region;
     std::vector<PixelRun> columnsAbove;
     std::size_t firstOfBand = 0;
-    // Like transparentRuns(), which reads one column more, this loop reads one row more: the row
-    // `height` is outside the picture, has no colour and adds no rectangle.
+    // Just as transparentRuns() reads the column `width`, this loop reads the row `height`. That
+    // row is outside the picture, has no colour and adds no rectangle.
     for (int y = 0; y <= bitmap->height(); ++y) {
         const int width = y < bitmap->height() ? bitmap->width() : 0;
         const std::vector<PixelRun> columns =

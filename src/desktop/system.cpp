@@ -17,7 +17,7 @@ std::int64_t kilobytesRounded(std::int64_t bytes) {
     constexpr std::int64_t kilobyte = 1024;
     const std::int64_t whole = bytes / kilobyte;
     const std::int64_t rest = bytes % kilobyte;
-    // Halves are rounded to even, as in every conversion of the program.
+    // Halves are rounded to even, as in platform/text/numbers.h.
     const bool up = rest > kilobyte / 2 || (rest == kilobyte / 2 && whole % 2 != 0);
     return up ? whole + 1 : whole;
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Returns system information of the machine as texts and numbers in the program's format. The class
-// has no state. The rest of the program calls only DriveInfo() and DriveType().
+// Returns system information of the machine as texts and numbers. The class has no state. The rest
+// of the program calls only DriveInfo() and DriveType().
 #pragma once
 
 #include <cstdint>

@@ -65,7 +65,7 @@ TEST_F(SystemTest, DriveTypeOfADriveThatDoesNotExistIsEmpty) {
     EXPECT_EQ(system.DriveType("X:\\"), "");
 }
 
-TEST_F(SystemTest, DrivesAddsToTheCountersWithoutResettingThem) {
+TEST_F(SystemTest, EachCallOfDrivesAddsToTheCounters) {
     machine.drives["D:\\"].kind = DriveKind::fixed;
     machine.drives["E:\\"].kind = DriveKind::removable;
     machine.drives["F:\\"].kind = DriveKind::network;
@@ -233,7 +233,7 @@ TEST_F(SystemTest, NamesEndWithoutABackslash) {
     EXPECT_EQ(system.UserName(), "jane");
 }
 
-TEST_F(SystemTest, TextsEndAtTheirFirstNulAndLoseTrailingBlanksButKeepBlanksBeforeTheNul) {
+TEST_F(SystemTest, TextsEndAtTheirFirstNulOrElseBeforeTheirTrailingBlanks) {
     machine.user = std::string("jane  \0rest   ", 14);
     EXPECT_EQ(system.UserName(), "jane  ");
     machine.user = "jane  ";

@@ -19,7 +19,7 @@ TEST(CaptureFormat, IsMonoForNumber0AndStereoForNumber1) {
               "bytespersec 176400");
 }
 
-TEST(CaptureFormat, IsAllZeroForAnyOtherNumber) {
+TEST(CaptureFormat, IsAllZeroForNumbersOtherThan0And1) {
     for (const std::int16_t other : {-1, 2, 32767, -32768}) {
         EXPECT_EQ(setFormatCommand(captureFormat(other)),
                   "set capture samplespersec 0 channels 0 bitspersample 0 alignment 0 "

@@ -112,8 +112,8 @@ void CaptureMonitor::startNextLine() {
 }
 
 void CaptureMonitor::finishQueue() {
-    // If the queue ended without a stop, the next scan of the destination folder adds its files to
-    // the tree.
+    // If the queue ended without a stop, the next scan of the destination folder adds the captured
+    // files to the tree.
     if (capture_.trackEndMs != 0) {
         form_.Enablem();
     } else if (process_.stopRequested) {

@@ -30,8 +30,8 @@ class CaptureMonitor {
 
     /// One tick: shows the progress, and ends the track when its end has been reached. Yields.
     void tmrRecord_Timer();
-    /// Shows the number of bytes captured in lblStatus, which keeps its text if the device reports
-    /// no number, or one that does not fit into 32 bits.
+    /// Shows the number of captured bytes in lblStatus. The label keeps its text if the device
+    /// reports no number, or a number that does not fit into 32 bits.
     void ShowCaptureLength();
 
     /// Not a button's handler: TrackCapture calls this after a device failure. Saves the captured

@@ -168,7 +168,7 @@ TEST(CaptureMonitor, StopsTheQueueAtATrackThatIsNotOnTheDisc) {
     EXPECT_EQ(bench.disc.saved.size(), 1U);
     EXPECT_TRUE(bench.idle());
     // After such a stop, CaptureMonitor leaves the window's commands disabled. ActionStarter
-    // enables them.
+    // enables them when the action has ended.
     EXPECT_FALSE(bench.commandsOpen());
 }
 

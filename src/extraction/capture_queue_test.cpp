@@ -196,7 +196,7 @@ TEST(CmdStart, AQueueStartedAfterACancelEndsAfterItsFirstTrack) {
     bench.form.Command2.click();
     bench.media.log.clear();
     bench.form.cmdStart.click();
-    // The monitor sends the end commands twice: at the end of the track, and when it stops the
+    // CaptureMonitor sends the end commands twice: at the end of the track, and when it stops the
     // queue.
     EXPECT_EQ(bench.media.logWithoutTicks(),
               commandsOf({startCommands(0), test::endCommands(savedAs(1)),

@@ -47,7 +47,8 @@ struct CaptureState {
     TrackLengths trackLengthMs;
     /// Start of the current track on the disc.
     std::int32_t trackStartMs = 0;
-    /// End of the current track; 0 means that no capture is running. Every stop sets it to 0.
+    /// End of the current track. Every stop sets it to 0, so 0 means that no capture is running. A
+    /// capture that reaches the end of its track does not change it.
     std::int32_t trackEndMs = 0;
 };
 

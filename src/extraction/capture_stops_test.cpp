@@ -43,7 +43,7 @@ TEST(StopEverything, SavesTheCapturedPartAndAddsItToTheTree) {
     EXPECT_THAT(linesOf(bench.form.List1), ElementsAre(savedAs(2)));
     EXPECT_TRUE(bench.treeHolds(savedAs(2)));
     EXPECT_TRUE(bench.idle());
-    // A stop outside a tick sets Check9; the next start resets it.
+    // A stop outside a tick sets Check9; the start of the next queue resets it.
     EXPECT_EQ(bench.form.Check9.value(), 1);
 }
 
@@ -127,7 +127,7 @@ TEST(StopEverything, StopsTheQueueBetweenTwoTracks) {
     }
 }
 
-TEST(StopEverything, BeforeTheDevicesAreOpenTakesEffectAtTheFirstTick) {
+TEST(StopEverything, TakesEffectAtTheFirstTickIfClickedBeforeTheDevicesAreOpen) {
     QueueBench bench(2);
     bench.loop.atYield(2, [&] { bench.form.Command8.click(); });
     bench.form.cmdStart.click();
@@ -139,9 +139,9 @@ TEST(StopEverything, BeforeTheDevicesAreOpenTakesEffectAtTheFirstTick) {
     EXPECT_TRUE(bench.commandsOpen());
 }
 
-TEST(StopEverything, BeforeTheFirstTrackOnlyShortensThatTrack) {
+TEST(StopEverything, ShortensOnlyTheFirstTrackIfClickedBeforeThatTrackStarts) {
     // StartTrackRecording2 resets stopRequested, so the queue continues. StartTrackRecording2 does
-    // not reset Check9, a hidden check box; while Check9 is 1, the next tick ends the track.
+    // not reset Check9, a hidden check box; because Check9 is 1, the first tick ends the track.
     QueueBench bench(2);
     bench.loop.atYield(1, [&] { bench.form.Command8.click(); });
     bench.form.cmdStart.click();
@@ -149,7 +149,7 @@ TEST(StopEverything, BeforeTheFirstTrackOnlyShortensThatTrack) {
                 ElementsAre(SavedCapture{savedAs(1), 17640}, SavedCapture{savedAs(2), 176400}));
 }
 
-TEST(StopEverything, BetweenTheLastTracksEndAndTheQueuesEndAddsTheWavAndTheMp3OfTheSameName) {
+TEST(StopEverything, AddsTheWavAndTheMp3OfTheSameNameIfClickedJustBeforeTheQueueEnds) {
     QueueBench bench(2);
     bench.files.addFile("c:\\wavfiles\\12053477-2.mp3", std::string(200, 'm'));
     bench.disc.onSave = [&](const SavedCapture& save) {

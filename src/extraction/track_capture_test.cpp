@@ -95,7 +95,7 @@ TEST(StartTrackRecording2, EndsTheQueueWithAMessageIfADeviceFails) {
     }
 }
 
-TEST(StartTrackRecording2, EndsAtTheSetCommandForAnInvalidFormat) {
+TEST(StartTrackRecording2, EndsWithAMessageForAnInvalidFormat) {
     ExtractionBench bench({60000, 30000});
     bench.insertDisc();
     bench.state.settings.audioFormat = 2;
@@ -187,7 +187,7 @@ TEST(StartTrackRecording2, CalculatesThePositionsAfterItsYield) {
 }
 
 TEST(StartTrackRecording2, StartsAtZeroIfLengthsAreKnownButTheTrackCountIsNot) {
-    // A refresh that cannot open the disc device leaves this state: it clears the label with the
+    // A refresh that cannot open the disc device causes this state: it clears the label with the
     // track count and keeps the lengths.
     ExtractionBench bench({60000, 30000});
     bench.insertDisc();
@@ -260,7 +260,7 @@ void selectFormat(ExtractionBench& bench, const std::string& text) {
 
 // --- StartTrackRecording1, which the program does not call ---------------------------------
 
-TEST(StartTrackRecording1, UsesTheItemDataOfTheQueuesCurrentLineAndTheSelectedFormat) {
+TEST(StartTrackRecording1, UsesTheSelectedFormatAndTheItemDataOfTheQueuesCurrentLine) {
     ExtractionBench bench({60000, 30000});
     bench.insertDisc();
     bench.choose({1, 2});
@@ -305,7 +305,7 @@ TEST(StartTrackRecording1, UsesItsArgumentIfTheQueueHasNoCurrentLine) {
     EXPECT_EQ(bench.timesSent("play cd from 60000"), 1);
 }
 
-TEST(StartTrackRecording1, EndsAtTheSetCommandForAnUnknownFormatText) {
+TEST(StartTrackRecording1, EndsWithAMessageForAnUnknownFormatText) {
     ExtractionBench bench({60000, 30000});
     bench.insertDisc();
     bench.choose({1});

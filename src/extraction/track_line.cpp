@@ -7,7 +7,8 @@ namespace sonarith {
 
 namespace {
 constexpr std::size_t numberWidth = 2;
-// The index, from 0, of the field that is read. The field includes the blank before the number.
+// The index of the first character that trackNumberIn() reads. In a line of trackLine(), this is
+// the blank before the number.
 constexpr std::size_t numberPosition = 5;
 constexpr std::size_t readWidth = 3;
 } // namespace

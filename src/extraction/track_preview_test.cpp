@@ -62,7 +62,7 @@ TEST(TrackPreview, DoesNotChangeTheStartAndTheEndOfATrackThatIsBeingCaptured) {
     EXPECT_EQ(bench.captureState.trackEndMs, 8);
 }
 
-TEST(TrackPreview, StopsAndClosesDiscAndCaptureWithoutASaveAndWithoutChangingATimer) {
+TEST(TrackPreview, StoppingSavesNoCaptureAndChangesNoTimer) {
     ExtractionBench bench({60000, 30000});
     bench.form.tmrRecord.setEnabled(true);
     bench.form.tmrWarning.setEnabled(true);

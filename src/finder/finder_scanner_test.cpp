@@ -37,7 +37,7 @@ TEST_F(FinderScannerTest, AcceptsAFileTypeWithoutItsDot) {
     EXPECT_EQ(finder.zFileExt.text(), ".mp3");
 }
 
-TEST_F(FinderScannerTest, AMissingFolderFailsAndThePreviousFolderIsSearched) {
+TEST_F(FinderScannerTest, SettingAMissingFolderFailsAndTheNextSearchUsesThePreviousFolder) {
     EXPECT_TRUE(scanner.setFolder("c:\\Music").ok());
     const Status status = scanner.setFolder("c:\\none");
     ASSERT_FALSE(status.ok());

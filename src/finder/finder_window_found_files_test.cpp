@@ -135,8 +135,8 @@ TEST_F(FoundFilesTest, ADeletionThatFailsStillRemovesTheLine) {
     loop.atYield(1, [this] { EXPECT_THAT(lines(finder.lstfiles), SizeIs(1)); });
     const auto begin = loop.now();
     finder.mnuDelete.click();
-    // At its end, the handler of mnuDelete calls showfiles3(), which passes an entry's number
-    // instead of a path to Cmaddfile2(), so that Cmaddfile2() waits 300 ms and then adds nothing.
+    // At its end, the handler of mnuDelete calls showfiles3(). showfiles3() passes an entry's
+    // number instead of a path to Cmaddfile2(), which waits 300 ms and then adds nothing.
     EXPECT_GE(loop.now() - begin, std::chrono::milliseconds(300));
     EXPECT_TRUE(files.fileExists("c:\\a.wav"));
     EXPECT_THAT(lines(finder.lstfiles), IsEmpty());

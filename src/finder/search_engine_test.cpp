@@ -200,7 +200,7 @@ TEST_F(SearchEngineTest, FindfilesdirSkipsDevicesAndMissingFolders) {
 
 // --- what is shown --------------------------------------------------------------------------
 
-TEST_F(SearchEngineTest, DisablesTheBoxesButNotTheFolderListWhileItRuns) {
+TEST_F(SearchEngineTest, DisablesTheBoxesButNotTheFolderListDuringASearch) {
     disk.addFolder("c:\\m");
     finder.Label1.setCaption("old");
     bool seen = false;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The user's searches and the work tree's scan share the finder's boxes and lists, which contain
-// the result of the last search. A scan consists of two searches of the destination folder: for WAV
-// files and then for MP3 files. Tests a search after a scan, a scan after a search, a scan during a
-// search, and the window's commands during a scan.
+// The user's searches and the work tree's scan share the finder's boxes and lists. The lists
+// contain the result of the last search. A scan consists of two searches of the destination folder:
+// for WAV files and then for MP3 files. Tests a search after a scan, a scan after a search, a scan
+// during a search, and the window's commands during a scan.
 #include <gmock/gmock.h>
 
 #include <memory>

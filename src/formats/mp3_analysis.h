@@ -23,11 +23,12 @@ Result<Mp3Info> GetMp3Info(FileSystem& files, const std::string& path, TagReadin
                            HeaderReading readHeader, Mp3Info& info);
 
 /// With HeaderReading::yes, finds the first frame, stores IsVbr and (only for a variable bit rate)
-/// Frames, and returns the digits of the four header bytes as converted by BytesToBits(); for a
-/// file without a frame, the digits of a zero byte and the file's first three bytes. With
-/// HeaderReading::no, returns an empty text. With TagReading::yes, stores the tag's fields. Errors:
-/// those of FileSystem::openBinary() and of reading the file's head; invalidProcedureCall for a
-/// file below 256 bytes (nothing is stored); overflow for a frame count above 32767 (IsVbr is
+/// Frames, and returns the four header bytes as digits (see BytesToBits()). For a file without a
+/// frame, returns the digits of a zero byte and the file's first three bytes. With
+/// HeaderReading::no, returns an empty text. With TagReading::yes, stores the tag's fields.
+///
+/// Errors: those of FileSystem::openBinary() and of reading the file's head; invalidProcedureCall
+/// for a file below 256 bytes (nothing is stored); overflow for a frame count above 32767 (IsVbr is
 /// stored).
 Result<std::string> ReadMp3Bits(FileSystem& files, const std::string& path, TagReading readTag,
                                 HeaderReading readHeader, Mp3Info& info);

@@ -30,7 +30,7 @@ class Mp3AnalysisTest : public testing::Test {
         disk.addFile(path, content);
         return ReadMp3Bits(disk, path, TagReading::yes, HeaderReading::yes, info).valueOr("failed");
     }
-    /// Fills `info` by the analysis of another file.
+    /// Analyses a complete MP3 file, so that `info` contains the values of a previous file.
     void fillRecord() {
         ASSERT_TRUE(analyse(test::Mp3Bytes(4'000'000)
                                 .header(1, 0xFFFAB3C9)

@@ -263,7 +263,8 @@ TEST_F(Mp3AnalysisTest, ATagThatLosesItsEndWhileItIsReadKeepsThePreviousFilesGen
 }
 
 TEST_F(Mp3AnalysisTest, ComputesTheDurationFromTheWholeFileIncludingItsTags) {
-    // 16,000 bytes are one second; without its 5,117 bytes of tags, the file would last only 1 s.
+    // 16,000 bytes are one second. Without its 5,117 bytes of tags, the file would last 1.7 s, and
+    // Duration would be 1.
     Mp3Bytes bytes(32'000);
     bytes.at(1, "ID3").header(4'990, commonHeader).end(tagOf("T"));
     EXPECT_TRUE(analyse(bytes).ok());

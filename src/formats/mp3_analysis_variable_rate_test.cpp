@@ -89,7 +89,7 @@ TEST_F(Mp3AnalysisTest, AcceptsAFrameCountOf32767AndFailsForAFrameCountOf0) {
     EXPECT_EQ(info.Title, "other");
 }
 
-TEST_F(Mp3AnalysisTest, BytesOfTheFrameCountBeyondTheEndOfTheFileCountAsZeros) {
+TEST_F(Mp3AnalysisTest, FrameCountBytesBeyondTheEndOfTheFileAreReadAsZeros) {
     Mp3Bytes bytes(300);
     bytes.header(255, commonHeader).at(255 + 36, "Xing").at(255 + 44, std::string("\0\x01", 2));
     EXPECT_EQ(analyse(bytes).error().number, ErrorNumber::overflow)

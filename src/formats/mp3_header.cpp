@@ -49,8 +49,8 @@ constexpr std::array<BitRates, 4> bitRates = {{
 }};
 
 /// Indexed by the layer; 0 for the reserved layer. The number of slots in a frame is coefficient x
-/// bit rate / sampling rate. A slot is one byte; in Layer I it is four bytes, but averageBitRate()
-/// always assumes one byte.
+/// bit rate / sampling rate. A slot is four bytes in Layer I and one byte in the other layers.
+/// averageBitRate() assumes one byte for every layer.
 constexpr std::array<int, 4> coefficients = {0, 12, 144, 144};
 
 Error outOfRange() {

@@ -163,7 +163,7 @@ TEST(Mp3Header, ForVersionsOtherThanMpeg1StoresNothingAndReportsNoError) {
     }
 }
 
-TEST(Mp3Header, StoresNothingForTheReservedLayerWhichIsAnErrorOnlyWithAVariableRate) {
+TEST(Mp3Header, ForTheReservedLayerStoresNothingAndFailsOnlyIfTheBitRateIsVariable) {
     Mp3Info info = untouched();
     EXPECT_TRUE(decodeMp3Header(digitsOf(0xFFF99000), fourMillion, info).ok());
     expectUntouched(info);
@@ -194,7 +194,7 @@ TEST(Mp3Header, DecodesTheBitRatesOfLayersOneAndTwo) {
 
 // --- failures --------------------------------------------------------------------------------
 
-TEST(Mp3Header, FailsForReservedRatesAndABitRateOfZeroAndStoresNothing) {
+TEST(Mp3Header, FailsAndStoresNothingForReservedRatesAndForABitRateOfZero) {
     EXPECT_EQ(failureOf(0xFFFB9C00, fourMillion), ErrorNumber::subscriptOutOfRange);
     EXPECT_EQ(failureOf(0xFFFBF000, fourMillion), ErrorNumber::subscriptOutOfRange);
     EXPECT_EQ(failureOf(0xFFFB0000, fourMillion), ErrorNumber::divisionByZero);

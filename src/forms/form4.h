@@ -28,7 +28,8 @@ class Form4 : public Form {
     OptionButton OptCD{*this, power, "OptCD"};
     OptionButton optNoCD{*this, power, "optNoCD"};
 
-    // Transport buttons, disabled until a disc is ready; eject only until the CD device is open.
+    // Transport buttons. Initially all are disabled: eject until the CD device is open, the others
+    // until a disc is ready.
     CommandButton play{*this, "play"};
     CommandButton pause{*this, "pause"};
     CommandButton stopbtn{*this, "stopbtn"};

@@ -77,7 +77,7 @@ TEST_F(Form4Test, HasItsToolTipsAndCaptions) {
     EXPECT_EQ(form.Cd.caption(), "CD");
 }
 
-TEST_F(Form4Test, SlidersRangeFrom0To65535AndTheirNumberBoxesAreLockedAndShow32768) {
+TEST_F(Form4Test, SlidersRangeFrom0To65535AndTheirLockedBoxesShow32768) {
     for (const Slider* slider : {&form.sliderMasterVolume, &form.Slider1, &form.BassSlider,
                                  &form.trebleslider, &form.Slider2}) {
         EXPECT_EQ(slider->minimum(), 0) << slider->name();

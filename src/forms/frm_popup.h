@@ -17,7 +17,7 @@ class FrmPopup : public Form {
     /// The loop must outlive this object.
     explicit FrmPopup(EventLoop& loop);
 
-    std::uint32_t Icon = 1; ///< the identifier of the form's icon, which is the program's icon
+    std::uint32_t Icon = 1; ///< the identifier of the tray icon
 
     Timer Timer1; ///< copies the main window's title to the tray icon's tool tip
     Timer Timer2; ///< copies the main window's title to this form's title

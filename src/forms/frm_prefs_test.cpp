@@ -75,7 +75,7 @@ TEST_F(FrmPrefsTest, StartsWithUntickedBoxesAndLimitsOf100) {
     EXPECT_EQ(form.Label4.caption(), "Label4");
 }
 
-TEST_F(FrmPrefsTest, HidesTheControlsForCreatingAFolderAndTheLabelsThatOnlyStoreValues) {
+TEST_F(FrmPrefsTest, HidesTheLabelsThatOnlyStoreValuesAndTheControlsForCreatingAFolder) {
     EXPECT_FALSE(form.visible());
     EXPECT_FALSE(form.Label3.visible());
     EXPECT_FALSE(form.Label4.visible());

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Declares the controls of the file finder's window, and the functions for the last steps of a
-// search. Only the window's lists contain the results of a search and the folders still to scan.
+// search. The results of a search and the folders still to scan are stored only in the lists of
+// this window.
 #pragma once
 
 #include <cstdint>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Creates the forms (models, not widgets) of all windows of the program, one of each. This header
-// does not depend on the logic that handles the forms' events.
+// Creates the program's forms, one of each. A form is the model of a window, not a widget. This
+// header does not depend on the logic that handles the forms' events.
 #pragma once
 
 #include "forms/form1.h"

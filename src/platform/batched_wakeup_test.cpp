@@ -75,7 +75,7 @@ TEST_F(BatchedWakeupTest, InSilenceTheHandlerIsStillCalledOncePerIntervalOnAvera
     EXPECT_EQ(calls.size(), 1000U);
 }
 
-TEST_F(BatchedWakeupTest, WhenSoundBeginsTheDueCallsAreMadeTogetherAndLaterCallsInPairs) {
+TEST_F(BatchedWakeupTest, AtTheBeginningOfSoundTheDueCallsAreMadeTogether) {
     beginInBatches();
     loop.advance(50ms + 32ms);
     calls.clear();
@@ -115,7 +115,7 @@ class LateLoop final : public test::ForwardingEventLoop {
     Duration late{};
 };
 
-TEST_F(BatchedWakeupTest, WhenSoundBeginsAfterTheThreadWasBusyOneCallFewerThanInABatchIsMade) {
+TEST_F(BatchedWakeupTest, ALateThreadMakesOnlyFourOfTheDueCallsWhenSoundBegins) {
     LateLoop busy(loop);
     int count = 0;
     BatchedWakeup batches(
@@ -129,7 +129,7 @@ TEST_F(BatchedWakeupTest, WhenSoundBeginsAfterTheThreadWasBusyOneCallFewerThanIn
     EXPECT_EQ(count, BatchedWakeup::callsInSilence - 1);
 }
 
-TEST_F(BatchedWakeupTest, TheBatchesAreEnlargedOnlyAfterTenSilentCallsWithoutSoundInBetween) {
+TEST_F(BatchedWakeupTest, TheBatchesGrowOnlyAfterTenConsecutiveSilentCalls) {
     silent = false;
     begin();
     loop.advance(50ms);

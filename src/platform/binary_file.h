@@ -28,9 +28,9 @@ class BinaryFile {
     /// negative offset, badFileMode (54) without read access, deviceInputOutput and others.
     [[nodiscard]] virtual Result<std::size_t> read(std::int64_t offset,
                                                    std::span<std::byte> into) = 0;
-    /// Writes all bytes at `offset` with one system call and grows the file if needed. An empty
-    /// span changes nothing. Errors: badRecordNumber, badFileMode without write access, diskFull
-    /// and others.
+    /// Writes all bytes at `offset` and grows the file if needed. If one system call can write all
+    /// bytes, no second one is made. An empty span changes nothing. Errors: badRecordNumber,
+    /// badFileMode without write access, diskFull and others.
     virtual Status write(std::int64_t offset, std::span<const std::byte> bytes) = 0;
 };
 

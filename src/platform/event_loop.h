@@ -46,9 +46,9 @@ class EventLoop {
                                                         std::function<void()> handler) = 0;
 
     /// As every(), for a handler that shows the sound of the machine and has nothing new to show in
-    /// silence. Calls may be late, and then several come at once, but there are as many calls as
-    /// with every(). In silence they may be later than in sound. The first call after the silence
-    /// is not late. This default implementation makes every call in time.
+    /// silence. Calls may be late, in silence later than in sound. Late calls are made one after
+    /// the other, so there are as many calls as with every(). The first call after the silence is
+    /// not late. This default implementation makes every call in time.
     [[nodiscard]] virtual std::unique_ptr<Wakeup> everyInSound(Duration interval,
                                                                std::function<void()> handler) {
         return every(interval, std::move(handler));

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Stores the texts of the most recent notices to the user. As long as a cause is not settled, only
-// the first notice of that cause is stored. The board displays nothing: views are notified and read
-// the texts.
+// the first notice of that cause is stored. The board displays nothing: it passes each new text to
+// a handler, and views read the stored texts.
 #pragma once
 
 #include <cstddef>

@@ -49,7 +49,7 @@ TEST_F(NoticeBoardTest, SettlingPostsNothingForAnUnreportedCauseOrWithAnEmptyTex
     EXPECT_THAT(posted, ElementsAre("lost"));
 }
 
-TEST_F(NoticeBoardTest, PostsAllNoticesWithoutACause) {
+TEST_F(NoticeBoardTest, PostsEveryNoticeThatHasNoCause) {
     board.report({"a"});
     board.report({"a"});
     EXPECT_THAT(posted, ElementsAre("a", "a"));

@@ -49,7 +49,7 @@ struct ProcessorInformation {
 };
 
 struct SystemVersion {
-    int platform = 0; ///< 0, 1 or 2
+    int platform = 0; ///< 0, 1 or 2: a number for which the logic has a text
     int major = 0;
     int minor = 0;
 };

@@ -20,7 +20,7 @@ TEST(Completion, IsCompleteAfterAnotherThreadHasCompletedIt) {
     other.join();
 }
 
-TEST(PlainWaiting, HasTheOutcomeLateAfterATimeoutAndDoneAfterACompletion) {
+TEST(PlainWaiting, ReportsATimeoutAsLateAndACompletionAsDone) {
     PlainWaiting waiting;
     Completion completion;
     EXPECT_EQ(waiting.wait(completion, 1ms), Waiting::Outcome::late);

@@ -7,8 +7,9 @@
 // again. stop ends the run and marks a partly filled buffer done; the empty buffers stay queued.
 // reset ends the run, marks all queued buffers done and empties the queue. At the end, unprepare
 // each buffer, then close. Any member may be called at any time: a call that does not fit the state
-// returns an error and changes nothing. All members are called on the logic thread and return at
-// once; the device writes to added buffers and to their flags on its own thread.
+// returns an error and changes nothing. All members are called on the logic thread. open may wait
+// for the device, 40 ms at most; the other members return at once. The device writes to added
+// buffers and to their flags on its own thread.
 #pragma once
 
 #include <atomic>
@@ -66,7 +67,7 @@ class WaveInput {
   public:
     virtual ~WaveInput() = default;
     /// Opens the device with the number `device`, counted from 0. Errors: badDevice, notEnabled,
-    /// badFormat; they leave `handle` unchanged.
+    /// allocated, badFormat; they leave `handle` unchanged.
     virtual WaveResult open(WaveInHandle& handle, std::uint32_t device,
                             const WaveFormat& format) = 0;
     virtual WaveResult prepareHeader(WaveInHandle handle, WaveHeader& header) = 0;

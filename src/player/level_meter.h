@@ -23,7 +23,7 @@ class LevelMeter {
 
     /// Finds the peak controls and prepares to read them. The mixer must be open.
     void prepare();
-    /// Clears the trace. The next line starts at the position at which the last line ended.
+    /// Clears the trace. The position of its next line does not change.
     void clearTrace();
     /// Hides the bar.
     void sinkBar();

@@ -118,7 +118,7 @@ TEST_F(LevelMeterTest, AnInvalidLevelIsDrawnWithoutFailure) {
     EXPECT_EQ(trace.lines().size(), 2U);
 }
 
-TEST_F(LevelMeterTest, AfterTheRightEdgeTheTraceRestartsAtTheLeftFromItsLastHeight) {
+TEST_F(LevelMeterTest, AtTheRightEdgeTheTraceIsClearedAndRestartsAtItsLastHeight) {
     int cleared = 0;
     const Connection connection = trace.cleared.connect([&] { ++cleared; });
     for (int x = 0; x < 2440; x += 20) {

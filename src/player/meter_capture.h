@@ -16,14 +16,14 @@ class MeterCapture {
   public:
     /// Sets the handler of Check3. Both parameters must outlive this object.
     MeterCapture(const Platform& platform, Form4& form);
-    ~MeterCapture(); ///< stops a running input, which could write to destroyed buffers
+    ~MeterCapture(); ///< stops a running input, which could otherwise write to destroyed buffers
     MeterCapture(const MeterCapture&) = delete;
     MeterCapture& operator=(const MeterCapture&) = delete;
 
     /// Opens input device 0 and starts the input; does nothing if the input is already running.
-    /// Each failure is shown in a message with the platform's text, and the message yields; only a
-    /// failure of the last step, WaveInput::start(), is ignored. Returns false only if the device
-    /// could not be opened.
+    /// A failure is shown in a message with the platform's text; the message yields. A failure of
+    /// the last step, WaveInput::start(), is ignored. Returns false only if the device could not be
+    /// opened.
     bool StartMeter();
     /// Stops the input; failures are ignored. May be called at any time.
     void StopMeter();

@@ -149,7 +149,7 @@ TEST_F(MeterCaptureTest, TheCheckBoxStartsAndStopsTheInput) {
     EXPECT_EQ(operationsOf([&] { form.Check3.setValue(0).passOver(); }), stopped);
 }
 
-TEST_F(MeterCaptureTest, QueuesOnlyCompletedBuffersAgain) {
+TEST_F(MeterCaptureTest, RequeuesOnlyCompletedBuffers) {
     capture.StartMeter();
     EXPECT_THAT(operationsOf([&] { capture.requeueDoneBuffers(); }), IsEmpty());
     waveInput.fill(8192);

@@ -127,7 +127,7 @@ TEST_F(MixerPanelTest, EachOpenReturnsANewHandleButAFailedOpenKeepsThePreviousHa
 
 // --- the load ------------------------------------------------------------------------------
 
-TEST_F(MixerPanelTest, TheLoadSetsMasterAndDiscToFullVolumeAndTheSlidersShowThePreviousLevels) {
+TEST_F(MixerPanelTest, TheLoadSetsMasterAndDiscToFullVolumeButTheSlidersShowThePreviousLevels) {
     mixer.put(mixer_line::speakers, mixer_control::volume, 20000);
     mixer.put(mixer_line::compactDisc, mixer_control::volume, 0);
     form.unload();
@@ -212,7 +212,7 @@ TEST_F(MixerPanelTest, TheTrebleSliderFindsItsControlAtEachMove) {
     EXPECT_EQ(form.Treblesliderte.text(), "9");
 }
 
-TEST_F(MixerPanelTest, TheTrebleSliderWritesNothingAndKeepsItsNumberIfTheControlIsMissing) {
+TEST_F(MixerPanelTest, WithoutItsControlTheTrebleSliderWritesNothingAndKeepsItsNumber) {
     removeTone(mixer_control::treble);
     player.mixerState.Volume = 77;
     EXPECT_THAT(operationsOf([&] { form.trebleslider.moveTo(30000); }),
@@ -221,7 +221,7 @@ TEST_F(MixerPanelTest, TheTrebleSliderWritesNothingAndKeepsItsNumberIfTheControl
     EXPECT_EQ(player.mixerState.Volume, 77);
 }
 
-TEST_F(MixerPanelTest, TheBassSliderWritesToNoControlAndChangesItsNumberIfTheControlIsMissing) {
+TEST_F(MixerPanelTest, WithoutItsControlTheBassSliderWritesToNoControlButChangesItsNumber) {
     removeTone(mixer_control::bass);
     EXPECT_THAT(operationsOf([&] { form.BassSlider.moveTo(65535); }),
                 ElementsAre("mixer set none 0"));

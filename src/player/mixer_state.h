@@ -10,8 +10,8 @@
 
 namespace sonarith {
 
-/// A MixerControl for which no control was ever found has the identifier 0, which no control of the
-/// mixer has.
+/// Each MixerControl has the identifier 0 until a control of the mixer is found for it. No control
+/// of the mixer has this identifier.
 struct MixerState {
     /// The handle of the last open that succeeded; earlier handles stay open.
     MixerHandle hMixer = 0;

@@ -68,7 +68,7 @@ TEST_F(PlayersOtherDiscTest, IsFoundWhenItIsInsertedLater) {
     EXPECT_EQ(form.CD.text(), "Cd Ready");
 }
 
-TEST_F(PlayersOtherDiscTest, SwitchesThePlayerOffAndLeavesItsWindowOpenIfTheDriveIsMissing) {
+TEST_F(PlayersOtherDiscTest, AMissingDriveSwitchesThePlayerOffButLeavesThePlayersWindowOpen) {
     form.show();
     player.power.releaseDisc();
     media.answer("open cdaudio alias cd wait shareable", {.status = 266});

@@ -141,8 +141,8 @@ void PowerSwitch::releaseDisc() {
         return;
     }
     discReleased_ = true;
-    // Stopped, because a poll would query the device that the main window is about to open, which
-    // uses another time format.
+    // Stopped: the main window is about to open the device with another time format, and a poll
+    // would query that device.
     form_.Timer6.setEnabled(false);
     form_.eject.setEnabled(false);
     closeDisc();

@@ -45,7 +45,7 @@ TEST_F(PowerSwitchOrderTest, TheMeterStartsAndEjectIsEnabledAfterTheTimeFormatIs
     }
 }
 
-TEST_F(PowerSwitchOrderTest, SwitchingOnWhileOnStopsThePollButNotTheMeterAndKeepsTheStatusText) {
+TEST_F(PowerSwitchOrderTest, SwitchingOnASecondTimeStopsThePollAndKeepsTheMeterAndTheStatusText) {
     switchOn();
     EXPECT_EQ(lookAt("open cdaudio alias cd wait shareable",
                      [&] {
@@ -58,7 +58,8 @@ TEST_F(PowerSwitchOrderTest, SwitchingOnWhileOnStopsThePollButNotTheMeterAndKeep
     EXPECT_EQ(form.CD.text(), "Cd Ready");
 }
 
-TEST_F(PowerSwitchOrderTest, SwitchingOnWhileOnStopsThePollThenClosesTheDiscThenClearsThePanel) {
+TEST_F(PowerSwitchOrderTest,
+       SwitchingOnASecondTimeStopsThePollThenClosesTheDiscThenClearsThePanel) {
     switchOn();
     EXPECT_EQ(lookAt("stop cd", [&] { EXPECT_FALSE(form.Timer6.enabled()); }), 1);
     switchOn();
@@ -96,8 +97,7 @@ TEST_F(PowerSwitchOrderTest, SwitchingOffKeepsTheStoredStateOfTheDisc) {
     EXPECT_FALSE(player.disc.CDLoaded);
 }
 
-TEST_F(PowerSwitchOrderTest,
-       AMeterTraceErasedByASwitchOffOrByAReloadOfThePanelContinuesWhereItEnded) {
+TEST_F(PowerSwitchOrderTest, AfterASwitchOffOrAReloadTheMeterTraceContinuesWhereItEnded) {
     player.meter.prepare();
     mixer.put(mixer_line::waveIn, mixer_control::peakMeter, 8192);
     for (int tick = 0; tick < 3; ++tick) {

@@ -36,7 +36,7 @@ TEST(PowerSwitchWithoutMixer, SwitchingOnSkipsTheResetAndReadsTheDisc) {
     EXPECT_TRUE(bench.off());
 }
 
-TEST(PowerSwitchWithoutMixer, SwitchingOnWhileOnStopsThePollBeforeTheDiscIsOpened) {
+TEST(PowerSwitchWithoutMixer, SwitchingOnASecondTimeStopsThePollBeforeTheDiscIsOpened) {
     // ResetPlayer() would stop the poll too, but without a mixer it returns before that step.
     test::PlayerBench bench;
     bench.switchOn();

@@ -226,7 +226,7 @@ TEST(EverySwitchOff, WithAnyEventAtAnyYieldEndsInSilenceAndThePlayerWorksAgain) 
     }
 }
 
-TEST(EverySwitchOff, WithTheCheckBoxInputTickedAtAnyYieldLeavesTheInputOpenOnlyIfMeterCaptureRuns) {
+TEST(EverySwitchOff, WithCheck3TickedAtAnyYieldLeavesTheInputOpenOnlyIfMeterCaptureRuns) {
     const Event tick{"input", [](PlayerBench& bench) {
                          bench.form.Check3.setValue(1).passOver();
                      }};

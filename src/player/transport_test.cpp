@@ -141,7 +141,7 @@ TEST_F(TransportTest, ATrackSelectedInTheMainWindowIsPlayedInsteadOfTheCurrentTr
     EXPECT_EQ(state.CurTrack, 2);
     process.currentTrack = 1;
     EXPECT_EQ(click(form.play), thenPoll({"play cd from 1"}));
-    // The selected track is used at each click while it is selected.
+    // Play uses the selected track at every click, not only at the first.
     form.ftrack.click();
     EXPECT_EQ(click(form.play), thenPoll({"play cd from 1"}));
     process.currentTrack = 0;
@@ -189,7 +189,7 @@ TEST_F(TransportTest, PlaySetsTheFlagPlayingBeforeItSendsItsCommand) {
     form.play.click();
 }
 
-TEST_F(TransportTest, AfterAPausePlayContinuesWithoutATrackNumberAndShowsPlaying) {
+TEST_F(TransportTest, PlayAfterAPauseContinuesWithoutATrackNumberAndShowsPlaying) {
     form.play.click();
     loop.advance(10s);
     EXPECT_EQ(click(form.pause), thenPoll({"pause cd"}));
@@ -199,7 +199,7 @@ TEST_F(TransportTest, AfterAPausePlayContinuesWithoutATrackNumberAndShowsPlaying
     EXPECT_EQ(form.CD.text(), "Cd Ready");
     loop.advance(10s);
     EXPECT_EQ(form.timeWindow.text(), "[01] 00:10");
-    // After a pause the selected track is not used, and no poll follows.
+    // When Play ends a pause, it does not use the selected track, and it does not poll.
     process.currentTrack = 2;
     EXPECT_THAT(click(form.play), ElementsAre("play cd"));
     EXPECT_FALSE(process.CDPaused);
@@ -211,7 +211,7 @@ TEST_F(TransportTest, AfterAPausePlayContinuesWithoutATrackNumberAndShowsPlaying
     EXPECT_EQ(click(form.play), thenPoll({"play cd from 2"}));
 }
 
-TEST_F(TransportTest, AfterAPausePlayDisablesEjectBeforeItSendsItsCommand) {
+TEST_F(TransportTest, PlayAfterAPauseDisablesEjectBeforeItSendsItsCommand) {
     form.pause.click();
     form.eject.setEnabled(true);
     bool sent = false;
@@ -270,7 +270,7 @@ TEST_F(TransportTest, NextOnTheLastTrackReturnsToTheFirstAndStops) {
     EXPECT_FALSE(state.Playing);
 }
 
-TEST_F(TransportTest, OnTheFirstTrackPreviousSkipsFromTheStartToTheLastTrackElseRestartsTheTrack) {
+TEST_F(TransportTest, PreviousAtTheStartOfTheDiscSkipsToTheLastTrackAndWithinTrack1RestartsIt) {
     EXPECT_EQ(click(form.btrack), thenPoll({"seek cd to 3"}));
     EXPECT_EQ(form.timeWindow.text(), "[03] 00:00");
     form.ftrack.click();

@@ -9,7 +9,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(TransportWithoutADisc, PlayOnlyPolls) {
+TEST(TransportWithoutADisc, PlaySendsOnlyAStatusCommand) {
     test::PlayerBench bench;
     bench.disc.remove();
     bench.switchOn();
@@ -33,7 +33,7 @@ TEST(TransportWithoutADisc, StopFailsAtItsSeekAndClosesThePanelWithoutAMessage) 
     EXPECT_THAT(bench.boxes.shown, IsEmpty());
 }
 
-TEST(TransportWithADataDisc, PlayOnlyPolls) {
+TEST(TransportWithADataDisc, PlaySendsOnlyStatusCommands) {
     test::PlayerBench bench({60000}); // a disc with only one track counts as a data disc
     bench.switchOn();
     EXPECT_THAT(bench.commandsOf([&] { bench.form.mnuPlayCD.click(); }),
@@ -42,7 +42,7 @@ TEST(TransportWithADataDisc, PlayOnlyPolls) {
     EXPECT_EQ(bench.form.CD.text(), "Not audio");
 }
 
-TEST(TransportSwitchedOff, PlayOnlyPollsIfNoDiscWasEverRead) {
+TEST(TransportSwitchedOff, PlaySendsOnlyAStatusCommandIfNoDiscWasEverRead) {
     test::PlayerBench bench;
     EXPECT_THAT(bench.commandsOf([&] { bench.form.mnuPlayCD.click(); }),
                 ElementsAre("status cd media present"));

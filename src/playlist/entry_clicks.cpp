@@ -34,12 +34,12 @@ void EntryClicks::List2_Click() {
     }
 }
 
-/// Deliberate: the number of compared lines of the main window's list of MP3 files is at most the
-/// number of entries of the playlist, so a file further down is not found. FileAdder does not add
-/// this file again, because it checks whether the work tree already contains the file.
+/// Deliberate: compares only as many lines of the main window's list of MP3 files as the playlist
+/// has entries. A file further down in the main window's list is not found. FileAdder nevertheless
+/// does not add that file again, because it checks whether the work tree already contains the file.
 bool EntryClicks::mainListContains(const std::string& path) const {
-    // The comparison ends with the main window's list: after its end, list(i) returns an empty
-    // text, which an entry of blanks would match.
+    // Compares no lines after the end of the main window's list: there, list(i) returns an empty
+    // text, which a playlist entry of blanks would match.
     const int compared = std::min(form_.List2.listCount(), mainForm_.List2.listCount());
     for (int i = 0; i < compared; ++i) {
         if (matches(path, mainForm_.List2.list(i))) {

@@ -16,16 +16,17 @@ class EntryClicks {
     EntryClicks(const EntryClicks&) = delete;
     EntryClicks& operator=(const EntryClicks&) = delete;
 
-    /// Makes the file of the selected entry the edited file and reads its header and tag.
-    /// Afterwards, if Check11 is ticked, adds the file to the work tree, unless a line of the main
-    /// window's list of MP3 files matches the file's path (each line is used as a pattern; at most
-    /// as many lines are compared as the playlist has entries). Yields.
+    /// Makes the file of the selected entry the edited file and reads its header and tag. Then,
+    /// if Check11 is ticked, adds the file to the work tree, unless mainListContains() returns true
+    /// for its path. Yields.
     void List2_Click();
     /// Plays the selected entry, even if another entry is playing.
     void Command11_Click();
     void Command12_Click();
 
   private:
+    /// Whether a line of the main window's list of MP3 files matches `path`. Each line is used as a
+    /// pattern. At most as many lines are compared as the playlist has entries.
     [[nodiscard]] bool mainListContains(const std::string& path) const;
 
     FrmPlayList& form_;

@@ -111,7 +111,7 @@ TEST_F(EntryClicksTest, AFileInTheMainListIsNotAdded) {
     EXPECT_FALSE(inTree(pathA));
 }
 
-TEST_F(EntryClicksTest, AFileThatALineOfTheMainListMatchesAsAPatternIsNotAdded) {
+TEST_F(EntryClicksTest, DoesNotAddAFileThatMatchesALineOfTheMainListUsedAsAPattern) {
     addMp3(pathA, "Title A");
     open({" " + pathA});
     mainForm.List2.addItem("c:\\*.mp3");

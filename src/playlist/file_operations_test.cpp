@@ -217,8 +217,9 @@ TEST_F(FileRenameTest, AFailureOfTheDialogOtherThanACancelEndsTheRename) {
     EXPECT_EQ(editor.Text5.text(), pathA);
 }
 
-// A rename ends with a click on "Add to PlayList", which adds the new path unless an entry, used as
-// a pattern, matches it. A path with brackets does not match itself, so it is added a second time.
+// At its end, a rename clicks the button "Add to PlayList". This adds the new path unless an entry,
+// used as a pattern, matches it. A path with brackets does not match itself, so it is added a
+// second time.
 TEST_F(FileRenameTest, ATargetWithABracketGetsASecondEntry) {
     const std::string bracketed = "c:\\music\\a [live].mp3";
     addMp3(pathA, "Title A");

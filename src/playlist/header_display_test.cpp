@@ -344,7 +344,7 @@ TEST_F(HeaderDisplayTest, TheFileNameOfAnEarlierDialogIsForgottenWhenTheWindowIs
     EXPECT_EQ(editor.List1.listCount(), 0);
 }
 
-TEST_F(HeaderDisplayTest, AFailureOfTheDialogOtherThanACancelUsesThePreviouslyChosenName) {
+TEST_F(HeaderDisplayTest, IfTheDialogFailsThePreviouslyChosenFileBecomesTheEditedFile) {
     addMp3(pathA, "Title A");
     dialog.choices = {pathA};
     editor.cmdHdr1.click();
@@ -373,7 +373,7 @@ TEST_F(HeaderDisplayTest, OfAChosenFileThatIsTooShortOnlyTheLengthIsShown) {
     EXPECT_EQ(editor.Text5.text(), "");
 }
 
-// The handler of cmdHdr2 clears List1 twice: before it reads the file and after it has read it.
+// The handler of cmdHdr2 clears List1 twice: before and after it reads the file.
 TEST_F(HeaderDisplayTest, LinesThatWereAddedDuringTheReadingAreCleared) {
     addMp3(pathA, "Title A");
     disk.meanwhile = [&](const std::string& entry) {

@@ -34,7 +34,8 @@ class PlaylistEntries {
     /// Adds the stored entries to the list. An entry whose key is missing becomes the line "Empty".
     void LoadPlayList();
 
-    /// "Add to PlayList": adds the edited path unless an entry, used as a pattern, matches it.
+    /// "Add to PlayList": adds the path in the box Text5 unless an entry, used as a pattern,
+    /// matches the path.
     void Command20_Click();
     /// "Delist": removes the selected entry, and every other entry whose last three characters are
     /// neither "mp3" nor "MP3". Without a selection it removes only those other entries.

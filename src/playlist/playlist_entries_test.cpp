@@ -175,7 +175,7 @@ TEST_F(PlaylistEntriesTest, DoesNotAddAPathThatMatchesAnEntryUsedAsAPattern) {
         EXPECT_EQ(editor.Text5.text(), known);
     }
     EXPECT_THAT(store.writes, IsEmpty());
-    // The edited path is not a pattern.
+    // The edited path is not used as a pattern.
     add("*");
     EXPECT_EQ(editor.List2.listCount(), 4);
 }

@@ -16,8 +16,9 @@ class TagEditor {
     TagEditor& operator=(const TagEditor&) = delete;
 
     /// The button " Write tag": with one write, replaces the file's last 128 bytes by the tag, even
-    /// if those bytes are not a tag. A shorter file is overwritten from its start; a missing file
-    /// is created. A file that cannot be opened for writing is unchanged, without a message.
+    /// if those bytes are not a tag. A file of fewer than 128 bytes is overwritten from its start;
+    /// a missing file is created. A file that cannot be opened for writing is unchanged, without a
+    /// message.
     void cmdTag_Click();
 
   private:

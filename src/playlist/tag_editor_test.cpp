@@ -120,7 +120,7 @@ TEST_F(TagEditorTest, AFileWithoutATagLosesItsLastBytesAndHasATagAtTheNextRead) 
     EXPECT_EQ(disk.content(pathA)->size(), 1000U);
 }
 
-TEST_F(TagEditorTest, WritesTheGenreAsACodeOr0IfItIsNotANumberFrom0To255) {
+TEST_F(TagEditorTest, WritesAGenreFrom0To255AsAByteAndAnyOtherGenreAs0) {
     struct Row {
         const char* text;
         int code;
@@ -157,14 +157,14 @@ TEST_F(TagEditorTest, TheCommentsLastByteIsABlankUnlessTheUserTypes30Characters)
     EXPECT_EQ(end(pathA).substr(97, 30), thirty);
 }
 
-TEST_F(TagEditorTest, WritesTextInTheCodePageWithAQuestionMarkForOtherCharacters) {
+TEST_F(TagEditorTest, WritesCharactersOutsideTheCodePageAsQuestionMarks) {
     disk.addFile(pathA, sound(500));
     fill({"Zu\xcc\x88rich", "\xe4\xb8\xad!", "", "20"});
     write(pathA);
     EXPECT_EQ(end(pathA), tagOf("Z\xfcrich", "?!", "", "20"));
 }
 
-TEST_F(TagEditorTest, AReadAndAWriteKeepEveryByteButNullAndTrailingBlanks) {
+TEST_F(TagEditorTest, AReadAndAWriteKeepEveryByteExceptNullAndTrailingBlanks) {
     for (int first = 1; first < 256; first += 29) {
         std::string field;
         for (int code = first; code < first + 29; ++code) {

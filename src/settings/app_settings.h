@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Holds the run-time copy of the store's section "Settings", and loads it when the program starts.
-// After the start, the logic reads this record instead of that section, with one exception: the
-// preferences write to the section, and read the destination folder's key from it.
+// After the start, the logic reads this record instead of that section. Then only the preferences
+// access the section: they write to it, and they read the destination folder's key from it.
 #pragma once
 
 #include <cstdint>

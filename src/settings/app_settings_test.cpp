@@ -70,7 +70,7 @@ TEST(LoadSettings, ReadsEachValueIntoItsOwnField) {
     EXPECT_EQ(s.decodePath, "X:\\No\\Such"); // unchanged, including its case
 }
 
-TEST(LoadSettings, LeavesAFieldUnchangedInsteadOfUsingTheDefaultIfTheStoredValueIsNotANumber) {
+TEST(LoadSettings, LeavesAFieldUnchangedIfTheStoredValueIsNotANumber) {
     FakeSettingsStore store;
     store.put("Settings", "HDWarningNo", "1o0");
     store.put("Settings", "HDStopNo", "");

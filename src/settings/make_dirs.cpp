@@ -12,7 +12,7 @@ bool makeChain(const std::string& path, FileSystem& fileSystem) {
         return false;
     }
     fileSystem.changeFolder("\\").passOver();
-    // The third character counts as the backslash after the drive letter, whatever character it is.
+    // The third character counts as the backslash after the drive, whatever character it is.
     std::size_t start = 2;
     for (std::size_t end = path.find('\\', start + 1); end != std::string::npos;
          end = path.find('\\', start + 1)) {

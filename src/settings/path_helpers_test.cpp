@@ -49,7 +49,7 @@ TEST(SplitPath, TreatsAPathWithATrailingBackslashAsAName) {
     EXPECT_EQ(process.SplitDir, "");
 }
 
-TEST(SplitPath, AcceptsAnEmptyPathAndSplitDirItselfAsThePath) {
+TEST(SplitPath, AcceptsAnEmptyPathAndAReferenceToSplitDir) {
     ProcessState process;
     EXPECT_EQ(SplitPath("", process), "");
     process.SplitDir = "c:\\a\\b";

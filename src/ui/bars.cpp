@@ -15,7 +15,7 @@ namespace {
 // Device-independent pixels.
 constexpr int margin = 6;
 constexpr int gap = 4;
-constexpr int clipSide = 22;   ///< the place of a clip that is never played (app/activity_clip.h)
+constexpr int clipSide = 22;   ///< reserved for a clip that is never played (app/activity_clip.h)
 constexpr int symbolSide = 18; ///< the activity bar's pictures "Source" and "Destination"
 constexpr int progressHeight = 12;
 

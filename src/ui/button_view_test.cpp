@@ -32,7 +32,7 @@ TEST_F(ButtonViewTest, AMouseClickAndTheSpaceKeyClickTheControl) {
     EXPECT_EQ(clicks, 2);
 }
 
-TEST_F(ButtonViewTest, AButtonThatItsClickHandlerDisablesAndEnablesKeepsTheFocus) {
+TEST_F(ButtonViewTest, AButtonKeepsTheFocusIfItsClickHandlerDisablesAndEnablesIt) {
     TextButtonView view(model, "", &parent);
     CommandButton closing(form, "cmdClose", "Close");
     TextButtonView other(closing, "", &parent);

@@ -82,8 +82,8 @@ void ControlView::showName() {
 }
 
 /// A widget that is disabled loses the focus. When the widget is enabled again, it takes the focus
-/// back unless the user has moved the focus. So a button that its own click handler disables and
-/// enables can be pressed again by key.
+/// back unless the user has moved the focus. So the user can press a button again by key even if
+/// the button's click handler disables and enables the button.
 void ControlView::showEnabled() {
     QWidget* const window = widget_.window();
     const bool hadFocus = window->focusWidget() == &widget_;

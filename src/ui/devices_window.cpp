@@ -217,9 +217,9 @@ void DevicesWindow::showReport() {
     }
 }
 
-/// A drive that is already chosen is read again, except while calls_.refreshList() runs or within
-/// the double-click interval after the last choice: so a double click, or a click followed by
-/// Return, chooses the drive once.
+/// If the user chooses the current drive again, the drive is read again. It is not read again while
+/// calls_.refreshList() runs, nor within the double-click interval after the last choice. So a
+/// double click, or a click followed by Return, reads the drive once.
 void DevicesWindow::choose(const QListWidgetItem& item) {
     const std::string name = nameIn(item.data(nameRole));
     const bool chosenJustNow =

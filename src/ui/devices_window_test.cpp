@@ -130,7 +130,7 @@ TEST_F(DevicesWindowTest, AClickOnADriveStoresItThenRunsRefreshListThenShowsTheR
     EXPECT_EQ(child<QListWidget>("drives").currentRow(), 1);
 }
 
-TEST_F(DevicesWindowTest, CursorKeysOnlyMoveTheCurrentRowAndReturnChoosesADrive) {
+TEST_F(DevicesWindowTest, CursorKeysChooseNoDriveButTheReturnKeyChoosesTheCurrentRow) {
     window.open();
     auto& list = child<QListWidget>("drives");
     QTest::keyClick(&list, Qt::Key_Down);
@@ -256,7 +256,7 @@ TEST_F(DevicesWindowTest, EachOfItsControlsHasAnAccessibleName) {
     }
 }
 
-TEST_F(DevicesWindowTest, RefusesAnotherChoiceWhileTheDriveIsInUseAndShowsAMessage) {
+TEST_F(DevicesWindowTest, RefusesAChoiceAndShowsAMessageWhileTheDriveIsInUse) {
     drive = "/dev/sr0";
     inUse = true;
     window.chooseDrive("/discs/other.cue");

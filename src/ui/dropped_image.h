@@ -8,7 +8,7 @@ class QMimeData;
 
 namespace sonarith {
 
-/// The path of the first local file whose name ends with .cue or .toc (in upper or lower case);
+/// The path of the first local file whose name ends with .cue or .toc (in any letter case);
 /// empty if there is none. Bytes of the path that are not UTF-8 are kept.
 [[nodiscard]] std::string droppedImage(const QMimeData& dropped);
 

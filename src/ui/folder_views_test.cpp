@@ -129,7 +129,7 @@ TEST_F(FolderViewsTest, TheListOfDrivesShowsTheDrivesThatExistWhenItOpens) {
     drives.hidePopup();
 }
 
-TEST_F(FolderViewsTest, AChosenDriveIsSetInTheControlAndADriveSetByCodeIsShown) {
+TEST_F(FolderViewsTest, AChosenDriveIsSetInTheControlAndADriveThatCodeSetsIsShown) {
     int changes = 0;
     drive.onChange = [&] {
         ++changes;

@@ -142,7 +142,8 @@ void FormAdapter::followSize() {
     agreedHeight_ = form_.height();
 }
 
-/// Before the window has its frame: expectedFrame_, which is 0 by 0 if no size was announced.
+/// While the window has no frame yet, returns expectedFrame_, which is 0 by 0 if the window manager
+/// announced no size of the frame.
 QSize FormAdapter::frameSize() const {
     const QSize added = window_.frameGeometry().size() - window_.size();
     return added.isNull() ? expectedFrame_ : added;

@@ -33,7 +33,7 @@ TEST_F(FormAdapterTest, TheWindowIsVisibleWhileTheFormIsVisible) {
     EXPECT_FALSE(window.isVisible());
 }
 
-TEST_F(FormAdapterTest, ARequestOfTheWindowManagerToCloseUnloadsTheForm) {
+TEST_F(FormAdapterTest, ACloseRequestOfTheWindowManagerUnloadsTheForm) {
     std::vector<std::string> log;
     form.onQueryUnload = [&] {
         log.push_back(window.isVisible() ? "query, seen" : "query");
@@ -48,7 +48,7 @@ TEST_F(FormAdapterTest, ARequestOfTheWindowManagerToCloseUnloadsTheForm) {
     EXPECT_FALSE(window.isVisible());
 }
 
-TEST_F(FormAdapterTest, ARequestToCloseDuringAnUnloadDoesNothing) {
+TEST_F(FormAdapterTest, ACloseRequestDuringAnUnloadDoesNothing) {
     int unloads = 0;
     form.onQueryUnload = [&] {
         ++unloads;

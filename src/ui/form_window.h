@@ -33,8 +33,8 @@
 //
 // The tab order is the order in which the widgets are created. The widget of a control has the
 // control's name: `window.findChild<QWidget*>("lstfiles")`. A frame (FrameView), a page
-// (TabControlView::page) and a picture that contains controls (PictureView) are the parents of the
-// widgets on them.
+// (TabControlView::page), a bar (BarView) and a picture that contains controls (PictureView) are
+// the parents of the widgets on them.
 #pragma once
 
 #include <functional>

@@ -77,7 +77,7 @@ TEST_F(FormWindowTest, HasTheDesignedSizeTheCaptionAndAnIconWhenItsFormIsShown) 
     EXPECT_NE(window.findChild<QWidget*>("Text1"), nullptr);
 }
 
-TEST_F(FormWindowTest, WhenTheWindowManagerClosesTheWindowTheFormIsUnloaded) {
+TEST_F(FormWindowTest, TheFormIsUnloadedWhenTheWindowManagerClosesTheWindow) {
     std::vector<std::string> log;
     form.onQueryUnload = [&] {
         log.emplace_back("query");
@@ -180,7 +180,7 @@ TEST_F(FormWindowTest, ButtonsHaveMnemonicsThatMenusAndOtherButtonsDoNotUse) {
     EXPECT_EQ(window.findChild<QPushButton*>("cmdclear")->text(), "Cl&ear");
 }
 
-TEST_F(FormWindowTest, TheMenuKeyRunsTheFunctionOfTheLayoutOrElseTheFormsRightPressHandler) {
+TEST_F(FormWindowTest, TheMenuKeyActsAsARightPressUnlessTheLayoutDefinesItsFunction) {
     std::vector<std::string> log;
     QPoint place;
     form.onMouseDown = [&](MouseButtons buttons) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The window that shows the help pages. It has a table of contents, buttons to go back and forward,
-// and a search through all pages. It is independent of the other windows; program_help.h decides
-// which page is shown.
+// and a search through all pages. It is independent of the other windows: program_help.h determines
+// the page for the window that requests help.
 #pragma once
 
 #include <QLabel>

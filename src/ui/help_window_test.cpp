@@ -58,7 +58,7 @@ TEST_F(HelpPagesTest, EveryLinkOfEachPageResolves) {
     EXPECT_GT(links, 20);
 }
 
-TEST_F(HelpPagesTest, EveryPictureOfEachPageExistsHasAnAltTextAndFitsTheWindow) {
+TEST_F(HelpPagesTest, EveryPictureOfEachPageExistsAndFitsTheWindowAndHasAnAltText) {
     int pictures = 0;
     for (const HelpPage& page : helpPages()) {
         const QString html = read(page.file);
@@ -134,7 +134,7 @@ TEST_F(HelpWindowTest, ShowsAPageAndSelectsItInTheTableOfContents) {
     EXPECT_EQ(child<QListWidget>("contents").currentRow(), 2);
 }
 
-TEST_F(HelpWindowTest, AMissingPageIsNotShownAndDoesNotShowTheWindow) {
+TEST_F(HelpWindowTest, ARequestForAMissingPageFailsAndChangesNothing) {
     window.showPage("player.html");
     window.hide();
     EXPECT_FALSE(window.showPage("nothing.html"));

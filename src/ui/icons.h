@@ -37,9 +37,9 @@ inline constexpr Symbol lastSymbol = Symbol::more;
 
 [[nodiscard]] QIcon makeIcon(Symbol symbol);
 
-/// Returns picture 1 to 12 of the work tree. Pictures 1 to 3 show a collection, a group and an
-/// item, pictures 4 to 6 the same when selected. Pictures 7 to 12 have no defined meaning. Any
-/// other number returns an empty icon.
+/// Returns picture `number` (1 to 12) of the work tree. Pictures 1 to 3 show a collection, a group
+/// and an item, pictures 4 to 6 the same when selected. Pictures 7 to 12 have no defined meaning.
+/// Any other number returns an empty icon.
 [[nodiscard]] QIcon treeImage(int number);
 
 } // namespace sonarith

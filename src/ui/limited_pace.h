@@ -9,7 +9,7 @@
 
 namespace sonarith {
 
-/// The interval for moving pictures: at this pace, the pictures still seem to move.
+/// The interval for moving pictures: short enough that they seem to move continuously.
 inline constexpr std::chrono::milliseconds pictureInterval{50};
 
 /// Shows a value at most once in each interval. Every interval begins when the clock reads a
@@ -34,7 +34,7 @@ class LimitedPace {
     std::chrono::milliseconds length_;
     std::function<void()> show_;
     Clock now_;
-    std::chrono::nanoseconds::rep lastShown_ = -1; ///< the number of an interval
+    std::chrono::nanoseconds::rep lastShown_ = -1; ///< number of the interval when show_ last ran
     QTimer tail_; ///< runs show_ if no request arrives soon after the interval
 };
 

@@ -48,9 +48,9 @@ class ListBoxModelTest : public testing::Test {
     ListBox list{form, "lstdirs"};
 };
 
-/// Makes the changes that a file search makes in its list of folders to scan: for each scanned
-/// folder, which is the first of the list, it inserts the subfolders below that folder and then
-/// removes that folder.
+/// Makes the changes that a file search makes in its list of folders to scan. The search always
+/// scans the first folder of the list: it inserts the subfolders behind this folder and then
+/// removes this folder.
 TEST_F(ListBoxModelTest, ChangesOfNearbyLinesAreAnnouncedTogetherAndOnlyOnce) {
     fill({"scanned", "waiting", "last"});
     ListBoxModel model(list, Gathered::changes);
@@ -83,7 +83,7 @@ TEST_F(ListBoxModelTest, RemovalsWithoutAdditionsAreAlsoAnnouncedTogether) {
     EXPECT_THAT(announced.counts(), ElementsAre(0, 1, 0));
 }
 
-TEST_F(ListBoxModelTest, GatheringAdditionsDelaysOnlyLinesAddedBehindAllAnnouncedLines) {
+TEST_F(ListBoxModelTest, AdditionsModeDelaysOnlyLinesAddedBehindAllAnnouncedLines) {
     fill({"a", "b", "c"});
     ListBoxModel model(list, Gathered::additions);
     const Announced announced(model);

@@ -150,7 +150,7 @@ TEST_F(ListBoxViewTest, TheSelectedRowFollowsTheCurrentLineWhenLinesAreAddedOrRe
     EXPECT_THAT(log, ElementsAre("click two"));
 }
 
-TEST_F(ListBoxViewTest, TheViewsModelAnnouncesInOneSignalTheLinesAddedAtTheEnd) {
+TEST_F(ListBoxViewTest, LinesAddedAtTheEndAreAnnouncedInOneSignal) {
     QSignalSpy announced(view.model(), &QAbstractItemModel::rowsInserted);
     for (int i = 0; i < 1000; ++i) {
         model.addItem("line");
@@ -163,7 +163,7 @@ TEST_F(ListBoxViewTest, TheViewsModelAnnouncesInOneSignalTheLinesAddedAtTheEnd) 
     EXPECT_EQ(rows(), 1001);
 }
 
-TEST_F(ListBoxViewTest, TheViewsModelAnnouncesTheFirstNewLinesAtTheNextEventAndLaterLinesInGroups) {
+TEST_F(ListBoxViewTest, TheFirstNewLinesAreAnnouncedAtTheNextEventAndLaterLinesInGroups) {
     QTest::qWait(50);
     model.addItem("four");
     model.addItem("five");
@@ -187,7 +187,7 @@ TEST_F(ListBoxViewTest, ANewLineThatIsMadeCurrentIsShownAtOnce) {
     EXPECT_THAT(selectedRows(), ElementsAre(3));
 }
 
-TEST_F(ListBoxViewTest, WhileChangesArePendingAClickChoosesTheLineThatTheRowShows) {
+TEST_F(ListBoxViewTest, AClickChoosesTheLineThatTheRowShowsEvenWhileChangesArePending) {
     ListBoxView gathering(model, "Folders", ListBoxView::LineTips::whenCut, &parent,
                           ListBoxView::Gathered::changes);
     gathering.resize(200, 200);
@@ -244,7 +244,7 @@ TEST_F(ListBoxViewTest, VisibleLinesKeepTheirPositionsWhenLinesAboveAreAddedOrRe
     EXPECT_EQ(view.indexAt(QPoint(5, 5)).data().toString(), top);
 }
 
-TEST_F(ListBoxViewTest, AShortenedLineHasItsTextAsToolTipAndOtherLinesHaveTheListsToolTip) {
+TEST_F(ListBoxViewTest, OnlyAShortenedLineHasItsTextAsToolTip) {
     model.setToolTip("PlayList");
     const std::string longLine = "c:\\" + std::string(300, 'x') + "<b>.mp3";
     model.setList(1, longLine).passOver();

@@ -73,8 +73,8 @@ bool MainWindowView::event(QEvent* event) {
 
 void MainWindowView::followBars() {
     // The grip strip fills the height between the bars, so it must be adjusted when a bar is shown
-    // or hidden: at once, because runResizeLayout(), which the logic calls next, reads the strip's
-    // height.
+    // or hidden. It is adjusted at once: the logic next calls runResizeLayout(), which reads the
+    // strip's height.
     for (PictureBox* bar : {&form_.Picture1, &form_.Picture2, &form_.Picture3, &form_.Picture4,
                             &form_.Picture5, &form_.Image3}) {
         connections_.push_back(bar->changed.connect([this](Property) { arrange(); }));

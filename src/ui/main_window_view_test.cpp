@@ -121,7 +121,7 @@ TEST_F(MainWindowViewTest, TheWindowCannotBecomeSmallerThanItsBars) {
     EXPECT_GE(placeOf("Picture2").top(), placeOf("TreeView1").bottom());
 }
 
-TEST_F(MainWindowViewTest, ControlsThatCanBeVisibleHaveAWidgetAndAllWidgetsAnAccessibleName) {
+TEST_F(MainWindowViewTest, ControlsThatCanBeVisibleHaveAWidgetWithAnAccessibleName) {
     const char* controls[] = {
         "Picture1", "Picture2", "Picture3",     "Picture4",        "Picture5",  "Picture6",
         "Image3",   "Image4",   "Image5",       "Command5",        "Cmdhelp",   "C5555555",
@@ -229,7 +229,7 @@ TEST_F(MainWindowViewTest, TheEndOfALongPathInTheNextActionIsVisible) {
     EXPECT_NE(widget("Label3").grab().toImage(), one) << "the end of the path is not visible";
 }
 
-TEST_F(MainWindowViewTest, StartHasAMnemonicThatNoMenuUses) {
+TEST_F(MainWindowViewTest, TheStartButtonHasAMnemonicThatNoMenuUses) {
     show();
     int starts = 0;
     form.CmdSelectAction.onClick = [&] {

@@ -96,7 +96,7 @@ TEST_F(MenuViewTest, EntriesAreEnabledAndVisibleLikeTheirModels) {
     EXPECT_FALSE(action("mnuOpenfile").isVisible());
 }
 
-TEST_F(MenuViewTest, TheOpeningStepOfAMenuRunsBeforeTheMenuIsShown) {
+TEST_F(MenuViewTest, TheOnOpenHandlerOfAMenuRunsBeforeTheMenuIsShown) {
     bool popupDuringStep = true;
     popup.onOpen = [&] {
         popupDuringStep = QApplication::activePopupWidget() != nullptr;

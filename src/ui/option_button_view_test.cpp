@@ -45,7 +45,7 @@ class OptionButtonViewTest : public testing::Test {
     std::vector<std::string> log;
 };
 
-TEST_F(OptionButtonViewTest, CodeCanSelectOneButtonOfAGroupOrNoneAndRunsNoHandler) {
+TEST_F(OptionButtonViewTest, ASelectionByCodeDeselectsTheOtherButtonAndRunsNoHandler) {
     on.setSelected(true);
     EXPECT_TRUE(onView.isChecked());
     off.setSelected(true);

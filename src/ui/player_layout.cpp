@@ -113,8 +113,8 @@ QWidget* makeTransport(Form4& form, QWidget* parent) {
     return surface;
 }
 
-/// Adds a slider with its label and its number. The least value of a slider is the loudest and is
-/// at the top; the filled part of the groove reaches from the bottom to the handle.
+/// Adds a slider with its label and its number. The least value of a slider is at the top and means
+/// the highest level. The filled part of the groove reaches from the bottom to the handle.
 void addSlider(QGridLayout& grid, int column, const QString& name, Slider& slider, TextBox& number,
                QWidget* parent) {
     auto* view = new SliderView(slider, name, Qt::Vertical, SliderView::Greatest::bottomOrLeft,

@@ -9,7 +9,7 @@ namespace sonarith {
 namespace {
 
 /// The position of the newest PopupPlace; empty if none exists. Each PopupPlace stores the position
-/// of the one before it, because handlers may yield and one press may be handled inside another.
+/// of the previous PopupPlace: while the handler of one press yields, another press may be handled.
 std::optional<QPoint> newest;
 
 } // namespace

@@ -20,8 +20,8 @@ namespace {
 
 /// Above and below a row's text, in device-independent pixels.
 constexpr int textMargin = 2;
-/// No screen shows more characters in a row. Longer texts are shortened before they are painted,
-/// because it takes long to compute the glyphs of a very long text.
+/// No screen shows more characters than this in a row. Longer texts are shortened before they are
+/// painted, because it takes long to compute the glyphs of a very long text.
 constexpr qsizetype mostPaintedCharacters = 2000;
 
 /// The text that is painted: a single line, without the middle part of a very long text.

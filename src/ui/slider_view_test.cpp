@@ -43,7 +43,7 @@ TEST_F(SliderViewTest, AValueThatCodeSetsIsShownAndRunsNoHandler) {
     EXPECT_EQ(moves, 0);
 }
 
-TEST_F(SliderViewTest, TheUpKeyAndTheWheelTurnedAwayMoveTheHandleUpAndPageDownMovesItDown) {
+TEST_F(SliderViewTest, TheHandleMovesInTheDirectionOfTheKeyAndOfTheWheel) {
     // The model's greatest value is at the bottom, so a move upwards decreases the value.
     model.setValue(32768).passOver();
     QTest::keyClick(&view, Qt::Key_Up);

@@ -21,10 +21,10 @@ void SystemMove::start() {
 
 /// Receives the events of the QWindow before its widgets do. Only a press or a release of the left
 /// button permits a second move of the window; a mouse move does not. The desktop grabs the pointer
-/// while it moves the window, so at the end Qt receives the release at a new position and, before
-/// the release, sends the widgets a mouse move with the button still down. If this mouse move
-/// started a second move of the window, the second move would begin after the user has released the
-/// button, and the window would follow the pointer until the next click.
+/// while it moves the window. So Qt receives the release at a new position. Before the release,
+/// Qt therefore sends the widgets a mouse move with the button down. If this mouse move started a
+/// second move of the window, that move would begin after the user has released the button. The
+/// window would then follow the pointer until the next click.
 bool SystemMove::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonRelease) {
         if (static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {

@@ -44,7 +44,7 @@ TEST_F(TextBoxViewTest, AKeyPressIsReportedBeforeItChangesTheText) {
     EXPECT_THAT(log, ElementsAre("key 100", "change 1005"));
 }
 
-TEST_F(TextBoxViewTest, ATextSetByCodeIsShownAndTheCaretKeepsItsPositionOrStaysAtTheEnd) {
+TEST_F(TextBoxViewTest, ATextSetByCodeMovesTheCaretOnlyFromTheOldEndToTheNewEnd) {
     view.setCursorPosition(1);
     model.setText("100 MB");
     EXPECT_EQ(view.text(), "100 MB");
@@ -107,7 +107,7 @@ TEST_F(TextBoxViewTest, ALockedBoxIgnoresTypingAndShowsTextsSetByCode) {
     EXPECT_EQ(view.text(), "200");
 }
 
-TEST_F(TextBoxViewTest, UsesTheFontSizeOfTheControlOrIfItIsZeroTheFontSizeOfTheWindow) {
+TEST_F(TextBoxViewTest, TheControlsFontSizeIsUsedAndZeroMeansTheWindowsFontSize) {
     const qreal own = view.font().pointSizeF();
     model.setFontSize(18);
     EXPECT_EQ(view.font().pointSize(), 18);
@@ -115,7 +115,7 @@ TEST_F(TextBoxViewTest, UsesTheFontSizeOfTheControlOrIfItIsZeroTheFontSizeOfTheW
     EXPECT_EQ(view.font().pointSizeF(), own);
 }
 
-TEST_F(TextBoxViewTest, APressOnALockedBoxIsReportedAndSelectsNoText) {
+TEST_F(TextBoxViewTest, AMousePressOnALockedBoxIsReportedAndSelectsNoText) {
     std::vector<std::string> presses;
     model.onMouseDown = [&](MouseButtons buttons) {
         presses.emplace_back(buttons.left ? "left" : "right");

@@ -92,7 +92,7 @@ TEST_F(TraceViewTest, LinesInQuickSuccessionAreRepaintedTogether) {
     EXPECT_TRUE(isLine(100, 20));
 }
 
-TEST_F(TraceViewTest, IsNotRepaintedInAHiddenWindowButFullyAtTheFirstLineAfterItIsShown) {
+TEST_F(TraceViewTest, IsNotRepaintedWhileHiddenButRepaintedFullyAtTheFirstLineAfterwards) {
     parent.windowHandle()->setVisible(false);
     ASSERT_TRUE(QTest::qWaitFor([&] { return !parent.windowHandle()->isExposed(); }));
     QCoreApplication::processEvents();

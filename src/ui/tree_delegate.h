@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Paints a row of the work tree. Marks the row of the drop target (TreeView::dropHighlight)
-// unless that node is selected. Paints a row paler while its node is dragged by keys.
+// unless the drop target is selected. Paints a row paler while its node is dragged with the
+// keyboard.
 #pragma once
 
 #include <utility>
@@ -16,7 +17,7 @@ class TreeDelegate : public QStyledItemDelegate {
     TreeDelegate(const TreeView& tree, const TreeModel& model, QObject* parent)
         : QStyledItemDelegate(parent), tree_(tree), model_(model) {}
 
-    /// Sets the node that is dragged by keys; empty for none.
+    /// Sets the node that is dragged with the keyboard; empty for none.
     void setCarried(NodeRef node) { carried_ = std::move(node); }
     [[nodiscard]] const NodeRef& carried() const { return carried_; }
 

@@ -11,7 +11,7 @@ using testing::IsEmpty;
 
 using TreeEditingTest = test::TreeEditingWorld;
 
-TEST_F(TreeEditingTest, ADragMovesAnMp3FileToAnotherGroupOrBackBeforeTheMouseButtonIsReleased) {
+TEST_F(TreeEditingTest, ADragMovesAnMp3FileToTheGroupUnderThePointerBeforeTheRelease) {
     pressAt("a.mp3");
     moveTo("Selected MP3 Files");
     EXPECT_THAT(childrenOf("Selected MP3 Files"), ElementsAre("a.mp3"));
@@ -70,7 +70,7 @@ TEST_F(TreeEditingTest, APressOnAnotherNodeSelectsThatNodeEvenIfTheTypedNameIsRe
     EXPECT_EQ(disk.content("c:\\music\\c.mp3"), "c:\\music\\b.mp3");
 }
 
-TEST_F(TreeEditingTest, ANameTypedAfterARefusedNameRenamesTheEditedNodeNotThePressedNode) {
+TEST_F(TreeEditingTest, AnEditByF2RenamesTheCurrentNodeEvenAfterARefusedName) {
     pressAt("a.wav");
     releaseAt("a.wav");
     QTest::keyClick(editor(), Qt::Key_Escape);

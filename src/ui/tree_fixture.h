@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A test fixture for tests of the tree's widget. It opens a window that shows a small tree with
-// one collection, two groups and two items, and logs the events that the widget passes to the
-// control (TreeView). It contains no logic of the program.
+// A test fixture for tests of the tree's widget. It opens a window that shows a small tree: one
+// collection, two groups and two items. It logs the events that the widget passes to the control
+// (TreeView). It contains no logic of the program.
 #pragma once
 
 #include <functional>

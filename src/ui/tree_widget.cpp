@@ -175,8 +175,8 @@ void TreeWidget::doubleClick(const NodeRef& node) {
     movedFar_ = false;
     watchForRelease(true);
     run(tree_.onDoubleClick);
-    // The handler does nothing for a node of the top level, so that a double click can expand or
-    // collapse this node.
+    // The handler does nothing for a node of the top level. A double click expands or collapses
+    // such a node instead.
     if (node && !node->removed() && !node->parent()) {
         const QModelIndex index = model_.indexOf(node);
         setExpanded(index, !isExpanded(index));
@@ -220,8 +220,8 @@ void TreeWidget::watchForRelease(bool watch) {
 }
 
 bool TreeWidget::eventFilter(QObject* watched, QEvent* event) {
-    // Qt sends the release to the QWindow first, and to no widget if the widget that was pressed
-    // has been destroyed.
+    // Handles the release when Qt sends it to the QWindow, because no widget receives the release
+    // if the pressed widget has been destroyed.
     if (watchingRelease_ && event->type() == QEvent::MouseButtonRelease) {
         const auto& mouse = static_cast<const QMouseEvent&>(*event);
         if (!dragging() || mouse.button() == Qt::LeftButton) {

@@ -218,7 +218,7 @@ TEST_F(TreeDraggingTest, ADialogEndsADragWithoutADrop) {
     EXPECT_THAT(log, ElementsAre("down left one.wav", "over MP3 Files", "drop MP3 Files"));
 }
 
-TEST_F(TreeDraggingTest, ADialogThatAHandlerOfTheDragOpensEndsTheDrag) {
+TEST_F(TreeDraggingTest, ADragEndsIfItsHandlerOpensADialog) {
     beginMouseDrag();
     tree.onDragOver = [&](NodeRef) {
         runDialogAnd([&] { releaseAt(mp3); });

@@ -60,7 +60,7 @@ TEST_F(TreeKeyDragTest, ControlXPicksUpTheCurrentNodeAndReturnDropsItAtTheCurren
     EXPECT_THAT(log, ElementsAre("down left MP3 Files", "up left MP3 Files"));
 }
 
-TEST_F(TreeKeyDragTest, ControlVAlsoDropsTheNodeAndATargetThatIsNoGroupGetsOneOverEvent) {
+TEST_F(TreeKeyDragTest, ControlVDropsTheNodeAfterOneOverEventForATargetThatIsNoGroup) {
     for (const NodeRef& target : {second, collection}) {
         goTo(first);
         takeUp();
@@ -94,7 +94,7 @@ TEST_F(TreeKeyDragTest, ControlXClicksANodeThatCannotBeDragged) {
     EXPECT_THAT(log, IsEmpty());
 }
 
-TEST_F(TreeKeyDragTest, ControlXClosesTheEditorThatItsDownEventOpenedAndStartsADrag) {
+TEST_F(TreeKeyDragTest, ControlXStartsADragAndClosesTheEditorThatItsDownEventOpened) {
     editOnPress();
     key(Qt::Key_X, Qt::ControlModifier);
     EXPECT_EQ(editor(), nullptr);
@@ -152,7 +152,7 @@ TEST_F(TreeKeyDragTest, ADragByKeysEndsWhenTheFocusChangesAndWhenADialogOpens) {
     EXPECT_THAT(log, IsEmpty());
 }
 
-TEST_F(TreeKeyDragTest, ADragByKeysThatTheDragOverHandlerCancelsDropsNothing) {
+TEST_F(TreeKeyDragTest, ADragByKeysDropsNothingIfTheDragOverHandlerCancelsIt) {
     tree.onDragOver = [&](NodeRef node) {
         note("over", {}, node);
         key(Qt::Key_Escape);

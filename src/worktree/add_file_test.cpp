@@ -195,7 +195,7 @@ TEST_F(Cmaddfile2Test, TheFileIsAddedToTheFirstNodeWithTheGroupsText) {
     EXPECT_THAT(childrenOf("WAV Files"), ElementsAre("c:\\music\\a.wav"));
 }
 
-TEST_F(Cmaddfile2Test, IfTheGroupIsMissingOnlyTheEntryIsAdded) {
+TEST_F(Cmaddfile2Test, OnlyTheEntryIsAddedIfTheGroupIsMissing) {
     put("c:\\music\\a.wav");
     view.remove(node("WAV Files Folder")).passOver();
     const auto before = outline();
@@ -204,7 +204,7 @@ TEST_F(Cmaddfile2Test, IfTheGroupIsMissingOnlyTheEntryIsAdded) {
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\a.wav"));
 }
 
-TEST_F(Cmaddfile2Test, IfTheGroupIsRemovedAfterItWasFoundOnlyTheEntryIsAdded) {
+TEST_F(Cmaddfile2Test, OnlyTheEntryIsAddedIfTheGroupIsRemovedAfterItWasFound) {
     put("c:\\music\\a.wav");
     // The wait is the first yield; the second yield is between finding the group and adding to it.
     loop.atYield(2, [this] { view.remove(node("WAV Files Folder")).passOver(); });

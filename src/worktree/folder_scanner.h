@@ -19,7 +19,7 @@ class FolderScanner {
     virtual Status setFolder(const std::string& path) = 0;
     /// Runs a complete search for files with an extension such as "wav" and replaces the previous
     /// result: sets the finder's box `zFileExt` and clicks its button `Command1`. Yields while it
-    /// runs. If a search is already running, only stops that search.
+    /// runs. If a search is already running, the click only stops that search.
     virtual void search(const std::string& extension) = 0;
     /// The list of the paths found; its current line is the finder's selection.
     [[nodiscard]] virtual const ListBox& lstfiles() const = 0;

@@ -24,8 +24,8 @@ class LabelEdit {
     /// or ".MP3".
     void TreeView1_BeforeLabelEdit(bool& cancel) const;
     /// Renames the selected node's file and its list entry. If the file cannot be renamed, the old
-    /// label stays (`cancel`) and the editor opens again. A new name whose ending is not that of
-    /// the node's file type renames no file, but still becomes the label.
+    /// label stays (`cancel`) and the editor opens again. If the ending of the new name does not
+    /// match the node's file type, no file is renamed, but the label changes.
     void TreeView1_AfterLabelEdit(bool& cancel, const std::string& newText);
 
   private:

@@ -48,7 +48,7 @@ TEST_F(LabelEditTest, LabelsThatEndInWavOrMp3InLowerOrUpperCaseMayBeEdited) {
     }
 }
 
-TEST_F(LabelEditTest, LabelsWithAMixedCaseOrAnyOtherEndingMayNotBeEdited) {
+TEST_F(LabelEditTest, LabelsWithAMixedCaseEndingOrAnyOtherEndingMayNotBeEdited) {
     for (const char* text : {"a.Wav", "a.wAV", "a.Mp3", "a.mP3", "awav", "a.ogg", "a.wav ", "wav",
                              "", "Track  1 - 00:03:05"}) {
         EXPECT_TRUE(refused(text)) << text;

@@ -30,7 +30,7 @@ struct ListMovesTest : test::WorkTreeWorld {
         return children.empty() ? addItem(view, node(group), "p in " + group, "item").value()
                                 : children.front();
     }
-    /// All lists except the scratch list (List7), one text for each list that is not empty.
+    /// One text for each list that is not empty, except the scratch list (List7).
     std::vector<std::string> all() const {
         std::vector<std::string> found;
         for (const ListBox* list : {&form.lstTracks, &form.lstRecord, &form.List1, &form.List5,
@@ -69,7 +69,7 @@ TEST_F(ListMovesTest, OfTwoEqualTracksTheFirstMoves) {
     EXPECT_THAT(all(), ElementsAre("lstTracks: Track_2 Track_1", "lstRecord: Track_1"));
 }
 
-TEST_F(ListMovesTest, ATrackInNoListMovesNothing) {
+TEST_F(ListMovesTest, MovingATrackThatIsInNoListChangesNothing) {
     fill(form.lstTracks, {"Track_1"});
     fill(form.lstRecord, {"Track_2"});
     move("Track_5", "Available Tracks");
@@ -109,7 +109,7 @@ TEST_F(ListMovesTest, AReturningWavMovesToTheTopOfTheAvailableWavsAndEqualEntrie
     EXPECT_THAT(all(), ElementsAre("List1: b.wav a.wav b.wav", "List5: c.wav"));
 }
 
-TEST_F(ListMovesTest, AWavIsSelectedByWildcardAndReturnedByEquality) {
+TEST_F(ListMovesTest, AWavIsSelectedByWildcardAndReturnedByExactName) {
     fill(form.List1, {"1.wav", "a.wav"});
     move("#.wav", "WAV Files");
     EXPECT_THAT(all(), ElementsAre("List1: a.wav", "List5: #.wav"));
@@ -124,7 +124,7 @@ TEST_F(ListMovesTest, AWavWithBracketsInItsNameIsSelectedButAlsoStaysAvailable) 
     EXPECT_THAT(all(), ElementsAre("List1: [x].wav", "List5: [x].wav"));
 }
 
-TEST_F(ListMovesTest, TheSelectedNodesParentChoosesTheRuleForAWav) {
+TEST_F(ListMovesTest, TheParentOfTheSelectedNodeChoosesTheRuleForAWav) {
     fill(form.List1, {"a.wav"});
     moveFrom("a.wav", "MP3 Files", "WAV Files");
     EXPECT_THAT(all(), ElementsAre("List5: a.wav"));
@@ -136,7 +136,7 @@ TEST_F(ListMovesTest, TheSelectedNodesParentChoosesTheRuleForAWav) {
     EXPECT_THAT(all(), ElementsAre("List1: a.wav"));
 }
 
-TEST_F(ListMovesTest, DragNodesParentChoosesTheRuleForTracksAndMp3Files) {
+TEST_F(ListMovesTest, TheParentOfDragNodeChoosesTheRuleForTracksAndMp3Files) {
     fill(form.lstTracks, {"Track_1"});
     moveFrom("Track_1", "Available Tracks", "WAV Files");
     EXPECT_THAT(all(), ElementsAre("lstRecord: Track_1"));
@@ -145,7 +145,7 @@ TEST_F(ListMovesTest, DragNodesParentChoosesTheRuleForTracksAndMp3Files) {
     EXPECT_THAT(all(), ElementsAre("lstRecord: Track_1", "List2: a.mp3"));
 }
 
-TEST_F(ListMovesTest, SelectingAnMp3EmptiesTheAvailableListAndDuplicatesTheSelectedEntries) {
+TEST_F(ListMovesTest, SelectingAnMp3EmptiesTheAvailableListAndDuplicatesTheEntriesSelectedBefore) {
     fill(form.List2, {"a.mp3", "b.mp3", "c.mp3"});
     fill(form.List4, {"d.mp3", "e.mp3"});
     move("b.mp3", "MP3 Files");
@@ -223,7 +223,7 @@ TEST_F(ListMovesTest, AListThatIsClearedInsideAYieldIsReadAsEmptyFromThenOn) {
     EXPECT_THAT(all(), ElementsAre("List5: a.wav"));
 }
 
-TEST_F(ListMovesTest, AMoveStartedInsideAYieldFinishesFirst) {
+TEST_F(ListMovesTest, AMoveStartedInsideAYieldFinishesBeforeTheMoveThatYields) {
     fill(form.List1, {"a.wav", "b.wav"});
     loop.atYield(1, [this] { move("b.wav", "WAV Files"); });
     move("a.wav", "WAV Files");
@@ -280,7 +280,7 @@ TEST_F(ListMovesByDragTest, ATrackMovesAsByADoubleClick) {
     EXPECT_THAT(all(), ElementsAre("lstTracks: Track_1 Track_9", "lstRecord: Track_2"));
 }
 
-TEST_F(ListMovesByDragTest, ABareFileNameMovesTheEntryWithTheWholePath) {
+TEST_F(ListMovesByDragTest, ABareFileNameMovesTheEntryWhosePathHasThatFileName) {
     fill(form.List1, {"c:\\a.wav", "c:\\b.wav"});
     fill(form.List2, {"c:\\a.mp3", "c:\\b.mp3"});
     moveByDrag("b.wav", "WAV Files");

@@ -30,8 +30,8 @@ class PopupMenu {
     /// once.
     void mnuFileRemove_Click();
     /// Removes DragNode's file from the tree and from its list, and deletes the file from the disk
-    /// without asking the user. A file that is in no list stays on disk. Yields once, and for 0.2 s
-    /// if it deletes a file.
+    /// without asking the user. A file that is in no list stays on disk. Yields once; after it has
+    /// deleted a file, also yields for 0.2 s.
     void mnuRemoveDelete_Click();
 
   private:

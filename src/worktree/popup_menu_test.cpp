@@ -151,7 +151,7 @@ TEST_F(PopupMenuTest, RemoveForANodeWithABareNameKeepsTheFileInItsList) {
     EXPECT_THAT(lines(form.List2), ElementsAre(mp3File));
 }
 
-TEST_F(PopupMenuTest, RemoveDoesNothingForGroupsTracksNoNodeOrAMixedCaseEnding) {
+TEST_F(PopupMenuTest, RemoveDoesNothingForAGroupOrATrackOrNoNodeOrAMixedCaseEnding) {
     const NodeRef mixed = addTo("WAV Files", "c.Wav");
     const auto before = outline();
     const int yields = loop.yieldCount();
@@ -191,7 +191,7 @@ TEST_F(PopupMenuTest, TheNodesTextIsAPatternForTheListEntries) {
 
 // --- remove and delete ---------------------------------------------------------------------------
 
-TEST_F(PopupMenuTest, DeleteRemovesNodeListEntryAndFileWithoutAQuestion) {
+TEST_F(PopupMenuTest, DeleteRemovesTheNodeAndTheListEntryAndTheFileWithoutAQuestion) {
     press(node(mp3File), {.right = true});
     form.mnuRemoveDelete.click();
     EXPECT_EQ(node(mp3File), nullptr);
@@ -217,7 +217,7 @@ TEST_F(PopupMenuTest, DeleteAcceptsAMixedCaseEndingUnlikeRemove) {
     EXPECT_THAT(lines(form.List1), IsEmpty());
 }
 
-TEST_F(PopupMenuTest, DeleteDoesNothingForGroupsTracksOrNoNode) {
+TEST_F(PopupMenuTest, DeleteDoesNothingForAGroupOrATrackOrNoNode) {
     const auto before = outline();
     for (const NodeRef& at : {node("WAV Files"), node("Track  1 - 00:03:05"), NodeRef()}) {
         drag.DragNode = at;
@@ -296,7 +296,7 @@ struct EventDuringDeletion {
     bool fileIsDeletedAtFirstYield;
 };
 
-TEST_F(PopupMenuTest, AfterAnyEventInsideADeletionTreeAndListsAgree) {
+TEST_F(PopupMenuTest, TreeAndListsAgreeAfterAnyEventInsideADeletion) {
     const EventDuringDeletion cases[] = {
         {"the tree is emptied", [](PopupMenuTest& t) { t.view.clear(); }, true},
         {"the same command", [](PopupMenuTest& t) { t.form.mnuRemoveDelete.click(); }, true},

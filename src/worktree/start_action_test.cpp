@@ -49,7 +49,7 @@ struct StartActionTest : test::WorkTreeWorld {
     }
 };
 
-TEST_F(StartActionTest, TheSelectedNodesTextSelectsTheAction) {
+TEST_F(StartActionTest, TheTextOfTheSelectedNodeSelectsTheAction) {
     EXPECT_THAT(start("Selected Tracks"), ElementsAre("cmdStart"));
     EXPECT_THAT(start("Available Tracks"), ElementsAre("cmdStart"));
     EXPECT_THAT(start(t1), ElementsAre("cmdStart"));
@@ -126,7 +126,7 @@ TEST_F(StartActionTest, RunsItsStepsInOrder) {
     EXPECT_FALSE(windows.frmpopup.loaded());
 }
 
-TEST_F(StartActionTest, TheDiskGuardsTimerRunsDuringTheActionIfTheWarningIsOn) {
+TEST_F(StartActionTest, TheTimerOfTheDiskGuardRunsDuringTheActionIfTheWarningIsOn) {
     bool guarded = true;
     form.cmdStart.onClick = [&] {
         guarded = form.tmrWarning.enabled();
@@ -158,7 +158,7 @@ TEST_F(StartActionTest, MinimizesTheWindowOnlyIfMinimizeOnStartIsOne) {
     EXPECT_EQ(minimized, 1);
 }
 
-TEST_F(StartActionTest, AWavNodeStartsNoActionButTheWindowIsMinimizedAndRestoredAndTimer1Starts) {
+TEST_F(StartActionTest, ForAWavNodeTheWindowIsMinimizedAndRestoredAlthoughNoActionStarts) {
     process.settings.minimizeOnStart = 1;
     form.mnuMinimize.onClick = [this] {
         log.push_back("minimize");

@@ -42,8 +42,8 @@ void TreeDrag::TreeView1_MouseMove(MouseButtons down) {
     }
     drag_.DragLevel = NodeLevel(drag_.DragNode);
     if (drag_.DragLevel != groupLevel) {
-        // The view of the tree draws the picture that the pointer shows during the drag.
         form_.TreeView1.setSelectedItem(drag_.DragNode).passOver();
+        // The tree's view chooses the picture of the pointer during the drag.
         form_.TreeView1.beginDrag();
     }
 }
@@ -54,9 +54,9 @@ bool TreeDrag::levelsFit(const NodeRef& target) const {
 }
 
 void TreeDrag::TreeView1_DragOver(const NodeRef& target) {
-    // This condition ignores repeated events over one node, so that DragNode moves once. But a move
-    // stores the new group of DragNode in DropTarget: if the pointer is over another node than this
-    // group, the next event over the same node moves DragNode back.
+    // Ignores repeated events over one node, so that DragNode moves once. This works only over the
+    // new group of DragNode, because a move stores that group in DropTarget. After a move over any
+    // other node, the next event over that node moves DragNode back.
     if (target == drag_.DropTarget) {
         return;
     }

@@ -26,7 +26,7 @@ class TreeDrag {
     /// "available" to the "selected" side of its collection, or back, unless `target` equals
     /// DragState::DropTarget or refuses DragNode's kind. Yields.
     void TreeView1_DragOver(const NodeRef& target);
-    /// If a node is highlighted, puts DragNode below it, even if TreeMoves has moved DragNode
+    /// If a node is highlighted, makes DragNode its child, even if TreeMoves has moved DragNode
     /// elsewhere during the drag. Ends the drag.
     void TreeView1_DragDrop();
 

@@ -228,12 +228,13 @@ TEST_F(TreeDragTest, DropTargetIsKeptBetweenDrags) {
     EXPECT_THAT(childrenOf("Selected MP3 Files"), ElementsAre(mp3, otherMp3));
 }
 
-TEST_F(TreeDragTest, AMoveStoresItsTargetGroupSoTheNextEventOverTheSameItemMovesTheNodeBack) {
+TEST_F(TreeDragTest, ASecondDragEventOverTheSameItemMovesTheTrackBack) {
     beginDrag(t1);
     dragOver(t2);
     EXPECT_THAT(childrenOf("Selected Tracks"), ElementsAre(t1));
     EXPECT_EQ(drag.DropTarget, node("Selected Tracks"));
-    // The pointer has not left the node of t2.
+    // The pointer has not left the node of t2. The next event is not ignored, because DropTarget is
+    // another node.
     dragOver(t2);
     EXPECT_THAT(childrenOf("Selected Tracks"), IsEmpty());
     EXPECT_THAT(childrenOf("Available Tracks"), ElementsAre(t2, t1));
@@ -257,7 +258,7 @@ TEST_F(TreeDragTest, TheListEntryOfAWavFileMovesAlthoughNoSiblingGroupTakesItsNo
     EXPECT_EQ(drag.DropTarget, nullptr);
 }
 
-TEST_F(TreeDragTest, IfANodeShowsOnlyTheFilesNameTheEntryWithTheWholePathMoves) {
+TEST_F(TreeDragTest, TheEntryWithTheWholePathMovesEvenIfTheNodeShowsOnlyTheFilesName) {
     process.settings.showFullPath = 0;
     view.clear();
     tree.showfiles();
@@ -319,12 +320,12 @@ TEST_F(TreeDragTest, ACollectionDroppedOnAnotherCollectionBecomesItsChild) {
 
 // --- what other handlers do inside the yields --------------------------------------------------
 
-/// An event during a move, and the expected contents of groups and lists after the drag. The event
-/// occurs in the yield after the removal of the entry from its old list, before the entry is added
-/// to its new list (1), or in the yield after the change of the tree (2).
+/// An event during a move, and the expected contents of groups and lists after the drag.
 struct Interruption {
     const char* what;
     std::function<void(TreeDragTest&)> event;
+    /// The yield in which the event occurs. In yield 1, the entry has been removed from its
+    /// old list but not yet added to its new list. Yield 2 follows the change of the tree.
     int yield;
     std::vector<std::string> selectedGroup;
     std::vector<std::string> otherGroup;
@@ -363,8 +364,8 @@ TEST_F(TreeDragTest, EventsInsideAMoveLeaveTreeAndListsAsExpected) {
         {"press", pressElsewhere, 1, {}, {mp3, otherMp3}, {mp3}, {otherMp3}},
         {"press", pressElsewhere, 2, {mp3}, {otherMp3}, {mp3}, {otherMp3}},
         // The double click moves the entry and the node of otherMp3. The rest of the drag's move
-        // adds the entry of mp3 to the selected list, but moves the node of otherMp3 back, and the
-        // node of mp3 does not move.
+        // adds the entry of mp3 to the selected list, but moves the node of otherMp3 back. The node
+        // of mp3 does not move.
         {"double click", moveAnother, 1, {}, {mp3, otherMp3}, {mp3, otherMp3}, {}},
         // Here the entry of mp3 occurs twice after the double click.
         {"double click", moveAnother, 2, {mp3, otherMp3}, {}, {mp3, otherMp3, mp3}, {}},

@@ -34,7 +34,7 @@ struct TreeMovesTest : test::WorkTreeWorld {
     }
 };
 
-TEST_F(TreeMovesTest, ATrackMovedToSelectedTracksBecomesTheFirstLineOfLstRecordAndTheLastNode) {
+TEST_F(TreeMovesTest, ATrackMovedToSelectedTracksBecomesTheGroupsLastNodeAndLstRecordsFirstLine) {
     doubleClick(t2);
     doubleClick(t1);
     EXPECT_THAT(lines(form.lstRecord), ElementsAre(t1, t2));
@@ -54,7 +54,7 @@ TEST_F(TreeMovesTest, ATrackMovedToSelectedTracksKeepsItsNodeAndLeavesNoDropHigh
     EXPECT_EQ(drag.DragNode, track);
 }
 
-TEST_F(TreeMovesTest, ATrackMovedBackRebuildsTheNodesOfAvailableTracksInTheOrderOfLstTracks) {
+TEST_F(TreeMovesTest, MovingATrackBackRebuildsAvailableTracksInTheOrderOfLstTracks) {
     doubleClick(t1);
     const NodeRef formerSecond = node(t2);
     doubleClick(t1);
@@ -133,7 +133,7 @@ TEST_F(TreeMovesTest, AWavsEntryMovesButItsNodeStaysBecauseTheNodesGroupHasNoSib
     EXPECT_THAT(lines(form.List5), ElementsAre(wav));
 }
 
-TEST_F(TreeMovesTest, AnMp3MovesToTheSiblingBeforeItsGroupAndBack) {
+TEST_F(TreeMovesTest, AnMp3MovesToTheGroupBeforeItsOwnAndBack) {
     doubleClick(mp3);
     EXPECT_THAT(childrenOf("Selected MP3 Files"), ElementsAre(mp3));
     EXPECT_THAT(childrenOf("MP3 Files"), ElementsAre(otherMp3));
@@ -178,7 +178,7 @@ TEST_F(TreeMovesTest, TheGroupSelectedMp3FilesStaysBecauseNoCollectionFollowsIts
     expectListsUnchanged();
 }
 
-TEST_F(TreeMovesTest, NeitherTheCollectionsNorTheGroupsOfTracksMove) {
+TEST_F(TreeMovesTest, NeitherTheTrackGroupsNorTheCollectionsMove) {
     const auto before = outline();
     for (const char* text : {"Selected Tracks", "Available Tracks", "CD Tracks", "WAV Files Folder",
                              "MP3 Files Folder"}) {
@@ -272,7 +272,7 @@ TEST_F(TreeMovesTest, MoveDraggedNodeWithAnEmptyTextMovesNothingAndDoesNotYield)
 
 // --- what other handlers do inside the yields ------------------------------------------------
 
-TEST_F(TreeMovesTest, AClickInsideTheYieldBeforeTheNodeMovesChangesWhichNodeMoves) {
+TEST_F(TreeMovesTest, AClickInsideTheYieldBeforeTheMoveDecidesWhichNodeMoves) {
     press(node(mp3));
     loop.atYield(1, [this] { press(node(otherMp3)); });
     moves.moveSelected();
@@ -306,6 +306,7 @@ TEST_F(TreeMovesTest, TracksRemovedFromLstTracksInAYieldOfTheRebuildGetNoNodes) 
     press(node(t1));
     loop.atYield(1, [this] { form.lstTracks.clear(); });
     moves.moveSelected();
+    // The node of t2 was added before the first yield.
     EXPECT_THAT(childrenOf("Available Tracks"), ElementsAre(t2));
 }
 

@@ -8,8 +8,8 @@ namespace sonarith {
 
 namespace {
 
-/// The text of a file's node without the folder. It always has the ending `ending`, which is in
-/// lower case.
+/// The name of the file, without its folder, as the text of a node. `ending`, which is in lower
+/// case, replaces the extension.
 Result<std::string> baseWithEnding(const std::string& path, const std::string& ending) {
     Result<std::string> base = FileBaseName(path);
     return base.ok() ? Result<std::string>(base.value() + ending) : base;
@@ -28,8 +28,8 @@ void WorkTree::showfiles() {
     form_.show();
 
     // Adding a node fails if the tree contains the node's key; `collection_` or `group_` then keeps
-    // its value. In a later call, a new file is therefore added under the group that was added
-    // last, whatever the kind of this group is, and even if an earlier call has added the group.
+    // its value. So in a later call, a new file is added under the group that was added last. This
+    // group may be for another kind of file or for tracks, and an earlier call may have added it.
     addCollection(tree, "f Collection 1", "CD Tracks").storeIn(collection_);
     addGroup(tree, collection_, "g Selected Tracks", selectedTracksText).storeIn(group_);
     tree.ensureVisible(group_).passOver();

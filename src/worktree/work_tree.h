@@ -20,10 +20,10 @@ class WorkTree {
         : process_(process), form_(form), finder_(finder), adder_(adder) {}
 
     /// Shows the window, scans the destination folder into the file lists and builds the tree. A
-    /// later build removes the nodes with the indices 2 and 1 and their subtrees, which usually are
-    /// exactly the topmost collection (a root with its groups), and then adds only the nodes whose
-    /// keys the tree lacks. All other nodes stay, including nodes of files that no longer exist.
-    /// Yields while the finder searches.
+    /// later build first removes the nodes with the indices 2 and 1 and their subtrees. These are
+    /// usually exactly the topmost collection (a root with its groups). All other nodes stay,
+    /// including nodes of files that no longer exist. Then the build adds only the nodes whose keys
+    /// the tree lacks. Yields while the finder searches.
     void showfiles();
 
     /// Runs after the finder's "Select for Conversion": does nothing if List1 (WAV files) or List2

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests WorkTree::showfiles3 and ShowFilesOneRoot; work_tree_test.cpp tests showfiles.
+// Tests WorkTree::showfiles3 and ShowFilesOneRoot; work_tree_test.cpp tests showfiles. Deliberate:
+// showfiles3 appends a WAV file to the MP3 list, and an MP3 file to the WAV list.
 #include <chrono>
 #include <utility>
 

@@ -121,7 +121,7 @@ TEST_F(ShowfilesTest, WithoutFullPathsShowsTheFileNameWithALowerCaseExtension) {
     tree.showfiles();
     EXPECT_THAT(childrenOf("WAV Files"), ElementsAre("Name.wav"));
     EXPECT_EQ(node("Name.wav")->key(), "p Name.wav");
-    // The extension replaces the last four characters of the name, whatever they are.
+    // ".mp3" replaces the last four characters of the name, whatever these characters are.
     EXPECT_THAT(childrenOf("MP3 Files"), ElementsAre("Tune.mp3", "Long..mp3"));
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\Name.WAV"));
 }
@@ -148,7 +148,7 @@ TEST_F(ShowfilesTest, WithoutFullPathsAFileNameTooShortForAnExtensionHasAListEnt
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\a.wav", "wav"));
 }
 
-TEST_F(ShowfilesTest, TwoTracksWithTheSameLineGiveOneNode) {
+TEST_F(ShowfilesTest, TwoTracksWithTheSameTextGiveOneNode) {
     disc({"Track 10 - 00:01:00", "Track 10 - 00:01:00"});
     tree.showfiles();
     EXPECT_THAT(childrenOf("Available Tracks"), ElementsAre("Track 10 - 00:01:00"));
@@ -258,8 +258,8 @@ TEST_F(ShowfilesTest, OnTheThirdBuildANewTrackIsAddedUnderTheGroupThatTheSecondB
     tree.showfiles();
     disc({"Track  1 - 00:07:07"});
     tree.showfiles();
-    // Collection 1 exists already, so its nodes cannot be added again. The new track is therefore
-    // added under the group that the second build added last.
+    // "CD Tracks" exists already, so its groups cannot be added again. The new track is therefore
+    // added under the group that the second build added last: "Available Tracks".
     EXPECT_THAT(childrenOf("Available Tracks"),
                 ElementsAre(twoTracks[0], twoTracks[1], "Track  1 - 00:07:07"));
 }
@@ -268,7 +268,8 @@ TEST_F(ShowfilesTest, OnTheFourthBuildANewTrackIsAddedUnderWavFiles) {
     tree.showfiles();
     tree.showfiles();
     tree.showfiles();
-    // The group added last is "WAV Files"; the collections are in the order 3, 1, 2.
+    // The third build added the group "WAV Files" last. The collections are now in the order MP3
+    // files, CD tracks, WAV files.
     disc({"Track  1 - 00:07:07"});
     tree.showfiles();
     EXPECT_THAT(childrenOf("WAV Files"), ElementsAre("Track  1 - 00:07:07"));
@@ -322,7 +323,7 @@ TEST_F(ShowfilesTest, DuringTheScanOfALaterBuildTheTreeLacksTheFirstCollectionBu
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\a.wav"));
 }
 
-TEST_F(ShowfilesTest, AFileAddedWhileTheScanYieldsGetsAListEntryAndANode) {
+TEST_F(ShowfilesTest, AFileAddedDuringTheScanGetsAListEntryAndANode) {
     files({"c:\\music\\a.wav"}, {});
     disk.addFile("c:\\other\\x.wav", std::string(200, 'x'));
     bool added = false;

@@ -61,8 +61,8 @@ class Program:
     def _walk(self, accessible, menus=False):
         """The element and the elements in it, without the contents of hidden elements and of long
         lists: reading one property of an element takes a call to the program. With `menus`, the
-        contents of hidden menus are included, since a visible popup menu can lie in a hidden one.
-        Use lines() for the lines of a long list."""
+        contents of hidden menus are included, since a visible popup menu can lie in a hidden
+        menu. Use lines() for the lines of a long list."""
         yield accessible
         count = accessible.get_child_count()
         if count == 0:
@@ -96,8 +96,8 @@ class Program:
 
     def find(self, name, role=None, within=None):
         """The first visible element with this name, and with this role if given; None if there is
-        none. Without `within`, an element that an earlier call found is returned again while it
-        fits."""
+        none. Without `within`, first checks the element that an earlier call with this name and
+        role returned."""
         def fits(element):
             return (element.get_name() == name and
                     (role is None or element.get_role_name() == role) and self._shows(element))
@@ -172,8 +172,8 @@ class Program:
         return self._has_state(element, self._atspi.StateType.CHECKED)
 
     def tab_to(self, name, role=None, most=40, within=None):
-        """Presses the tab key until the element `name` of the active window has the focus. The
-        search for the element is faster if the window is given as `within`."""
+        """Presses the tab key until the element `name` of the active window has the focus. With
+        `within`, searches for the element only in that window."""
         for _ in range(most):
             if self.has_focus(name, role, within):
                 return
@@ -223,8 +223,8 @@ class Program:
         self.desktop.click_at(*wait_for(f"the line {line!r} of {box!r}", centre), times, button)
 
     def open_window(self, button, title):
-        """Clicks on a button of the main window that opens a window. Returns the X window that was
-        opened."""
+        """Clicks on a button of the main window to open another window. Returns the X window that
+        was opened."""
         self.click(button, "push button")
         wait_for(f"the window {title!r}", lambda: self.window(title))
         return self.activate(title)

@@ -7,9 +7,9 @@ from sound import bytes_of
 from waiting import check, check_equal, wait_for
 
 
-# The name of the destination folder, which is in the home. The blank and the capitals in this name
-# test that the folder is found although the logic does not quote its path and converts the path to
-# lower case.
+# The name of the destination folder, which is in the home. The logic does not quote the path of
+# this folder, and converts the path to lower case. The blank and the capitals in the name test that
+# the folder is found nevertheless.
 MUSIC = "My Music"
 
 

@@ -74,7 +74,7 @@ def check_run(path, disc, number, seconds):
 
 
 def check_track(path, disc, number, seconds):
-    """Like check_run(), and also limits the numbers of frames before and after the track."""
+    """Like check_run(), and also checks that few frames are before and after the track."""
     lead_in, tail = check_run(path, disc, number, seconds)
     check(lead_in <= MOST_LEAD_IN_FRAMES,
           f"{path.name}: {lead_in} frames before the track, limit {MOST_LEAD_IN_FRAMES}")

@@ -205,8 +205,8 @@ def wait_for_moving_figures(started):
 
 
 def check_decoded_part(destination):
-    """Checks that "long.wav" is the only new file and that it contains the beginning of "long.mp3",
-    at least a minute."""
+    """Checks that "long.wav" is the only new file and that it contains at least the first minute of
+    "long.mp3"."""
     check_equal(sorted(path.name for path in destination.iterdir()),
                 ["long.mp3", "long.wav", "short.mp3"], "files of the folder")
     kept = check_beginning(destination / "long.wav", destination / "long.mp3", LONG_HOURS)

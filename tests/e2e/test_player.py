@@ -123,8 +123,8 @@ def the_menus_resize_and_close_the_panel(desktop, program):
 
 
 def settled_extents(started, name, role):
-    """Returns a function, which returns the extents of the element, or None while the element
-    moves."""
+    """Returns a function that reads the extents of the element. That function returns None while
+    the element moves."""
     def read():
         first = started.extents(name, role)
         time.sleep(0.3)

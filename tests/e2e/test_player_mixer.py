@@ -19,7 +19,7 @@ TONE_FRAMES = FRAME_RATE // 5  # whole periods of both tones
 
 
 def write_tones(sheet):
-    """Replaces the samples of an image by a low and a high tone."""
+    """Replaces the samples of an image by the sum of a low and a high tone."""
     binary = sheet.with_suffix(".bin")
     period = array.array("h")
     for frame in range(TONE_FRAMES):

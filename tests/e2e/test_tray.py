@@ -69,7 +69,7 @@ def check_ends_by_signal(started):
 
 
 def start_minimizing(desktop, program):
-    """Starts the program with the setting that minimizes the window when an action starts, and then
+    """Starts the program with the setting that minimizes the window when an action starts. Then
     starts a capture."""
     sheet = make_disc(desktop.home / "discs", tracks=3, seconds=SECONDS, signal="ramp")
     destination = desktop.home / MUSIC
@@ -200,8 +200,8 @@ def a_second_panel_takes_over_when_the_first_ends(desktop, program):
         wait_for_state(desktop, window, "Withdrawn")
         check_equal(second.icons(), [], "icons in the second panel before the first ends")
         first.die()
-        # The second panel is queued for the bus name that the first panel owned, under which panels
-        # accept icons. It gets this name at once, so the name always has an owner.
+        # Panels accept icons under a bus name. The first panel owned this name; the second panel is
+        # queued for the name and gets it at once, so the name always has an owner.
         second.wait_for_icon()
         check_equal(len(second.icons()), 1, "icons in the second panel")
         check_equal(second.entries(), ENTRIES, "the menu in the second panel")

@@ -41,7 +41,7 @@ class WaylandDesktop(Desktop):
         self._input = None
 
     def _start_screen(self):
-        # The compositor gets a folder of its own, since it may run as another user.
+        # The compositor gets a folder of its own, because it may run as another user.
         folder = self.folder / "screen"
         folder.mkdir(mode=0o700)
         (folder / "config").write_text(CONFIGURATION)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Creates the preferences' logic for a test that passes the interfaces of files, folders and
-// settings store, usually the real ones; all other interfaces are fakes. For the same logic on
-// fakes only, see tests/support/preferences_world.h.
+// Creates the preferences' logic on the files, folders and settings store that a test passes,
+// usually real ones; all other interfaces are fakes. For the same logic on fakes only, see
+// tests/support/preferences_world.h.
 #pragma once
 
 #include "extraction/extraction.h"

@@ -88,9 +88,9 @@ class PreferencesOnDisk : public testing::Test {
         }
         return names;
     }
-    /// Starts the program with the stored destination folder `path`. Returns whether the program
-    /// shows the two error messages for a folder that it cannot create, keeps the stored path, has
-    /// a destination folder in its settings, and can open the preferences' window.
+    /// Starts the program with the stored destination folder `path` and opens the preferences'
+    /// window. Returns true if the program refuses `path` as expected: it shows two error messages,
+    /// the stored path is unchanged, settings.decodePath is not empty, and the window is visible.
     [[nodiscard]] bool isRefused(const std::string& path) const {
         Run run(*this);
         run.put(decodePathKey, path);

@@ -67,7 +67,7 @@ class UnwritableStoreTest : public testing::Test {
     const fakes::TempFolder folder;
 };
 
-TEST_F(UnwritableStoreTest, InAReadOnlyFolderChangesApplyInThisRunOnly) {
+TEST_F(UnwritableStoreTest, InAReadOnlyFolderTheListIsChangedOnlyForThisRun) {
     storeThree();
     const fs::perms reading = fs::perms::owner_read | fs::perms::owner_exec |
                               fs::perms::group_read | fs::perms::group_exec |
@@ -85,7 +85,7 @@ TEST_F(UnwritableStoreTest, InAReadOnlyFolderChangesApplyInThisRunOnly) {
     EXPECT_EQ(stored(), before);
 }
 
-TEST_F(UnwritableStoreTest, OnAFullDiskChangesApplyAndAreStoredWhenThereIsSpaceAgain) {
+TEST_F(UnwritableStoreTest, IfTheDiskIsFullTheListIsChangedAtOnceButStoredLater) {
     const int answer = test::runInChild([&] {
         if (!test::mountSmallDisk(folder.path().string())) {
             return test::mayNotMount;

@@ -147,9 +147,9 @@ def dependencies():
 
 
 def clean_root():
-    """Creates a new Debian 12 system, installs the package's dependencies and then the package
-    there, uses the program, removes the package, and checks that the system's files are then as
-    before the package was installed."""
+    """Creates a new Debian 12 system. In this system, installs the package's dependencies and then
+    the package, uses the program, and removes the package. Checks that the system's files are then
+    the same as before the installation of the package."""
     # Imported here, since only this check needs the virtual screen and the modules that operate it.
     from clean_root import CleanRoot, NotPossible
     try:

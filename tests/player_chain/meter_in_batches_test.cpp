@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Compares a level meter whose ticks come in batches with a level meter whose ticks all come in
-// time: after each batch, both meters must have drawn the same trace. Card and mixer are the
-// program's own, and the clock is simulated.
+// Compares a level meter whose ticks come in batches with a level meter whose ticks come singly,
+// each when it is due: after each batch, both meters must have drawn the same trace. Card and mixer
+// are the program's own, and the clock is simulated.
 #include <algorithm>
 #include <functional>
 #include <memory>
@@ -146,7 +146,7 @@ std::size_t linesUntil(const MeterWorld& world, EventLoop::Duration time) {
                       [time](const MeterWorld::Drawn& line) { return line.at <= time; }));
 }
 
-TEST(MeterInBatches, TheTraceEndsAtTheSamePointAfterEachBatchAsWithSingleTicks) {
+TEST(MeterInBatches, AfterEachBatchTheTraceEndsAtTheSamePointAsWithSingleTicks) {
     MeterWorld single(Ticks::single);
     MeterWorld batches(Ticks::inBatches);
     playASound(single);

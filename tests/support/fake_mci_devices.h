@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Replaces the machine in tests of the devices that run command strings (platform/linux/mci/). The
-// fake transport plays on only when the test calls advance(); the fake recorder only stores its
-// state. No audio is processed.
+// position of the fake transport advances only when the test calls advance(); the fake recorder
+// only stores its state. No audio is processed.
 #pragma once
 
 #include <algorithm>

@@ -39,7 +39,7 @@ inline std::vector<sound::StereoFrame> silence(std::size_t count) {
 class PatternSource : public sound::SampleSource {
   public:
     static constexpr std::int64_t endless = std::numeric_limits<std::int64_t>::max();
-    /// `end` is the state that the source reports after it has delivered all of its frames.
+    /// `end` is the state that the source reports with its last frame and in all later pulls.
     explicit PatternSource(std::int64_t length = endless, sound::Supply end = sound::Supply::ended)
         : length_(length), end_(end) {}
 

@@ -36,7 +36,7 @@ class FakeSystemInformation final : public SystemInformation {
     /// If set, called by logicalDriveStrings() to get the root paths; otherwise these are the keys
     /// of `drives`.
     std::function<std::vector<std::string>()> listOfRoots;
-    /// Roots whose space was queried, oldest first.
+    /// Roots whose space was queried, in the order of the queries.
     mutable std::vector<std::string> spaceAsked;
 
     [[nodiscard]] std::size_t logicalDriveStrings(std::string& buffer,

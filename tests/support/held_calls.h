@@ -4,7 +4,7 @@
 //
 //     HeldCalls disk({SYS_fsync});
 //     disk.run([&] { control.Stop().passOver(); });   // on a thread of its own
-//     EXPECT_TRUE(disk.waitForCall());                // an fsync of the new thread is held
+//     EXPECT_TRUE(disk.waitForCall());                // an fsync is held
 //     disk.release();
 //
 // Only the threads that `run` creates, and the threads that these start, can be held. The test's
@@ -73,7 +73,7 @@ class HeldCalls {
                     *done = true;
                     // When this lambda returns, the judge releases the held calls of the threads
                     // that `body` started. These calls must stay held until release() is called, so
-                    // the lambda waits for that call.
+                    // the lambda waits for release().
                     while (!released_) {
                         std::this_thread::sleep_for(std::chrono::milliseconds(1));
                     }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Runs a function in a child process and kills the child at a chosen system call. With one run for
-// each call, a test covers every state that a kill can leave on the disk. The moment of the kill
-// does not depend on time.
+// each call, a test covers every state that a kill can leave on the disk. The kill is
+// triggered by the call and not by a timer.
 #pragma once
 
 #include <csignal>

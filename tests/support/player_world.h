@@ -91,7 +91,7 @@ struct PlayerBench : FakeMachine {
                !form.Timer3.enabled() && !form.Timer1.enabled() && !form.Timer2.enabled() &&
                !form.Timer4.enabled();
     }
-    /// Whether the disc is open, the input runs, and the two timers that need them run.
+    /// Whether the disc is open, and the input, Timer6 and Timer3 run.
     [[nodiscard]] bool on() const {
         return disc.discOpen() && waveInput.running && player.capture.running() &&
                form.Timer6.enabled() && form.Timer3.enabled();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Creates the playlist editor, and the main window with the work tree that the editor updates, on
-// files in memory and in virtual time. Base class of the playlist's tests.
+// Creates the playlist editor, and the main window with the work tree that the editor updates. The
+// files are in memory, and time is virtual. Base class of the playlist's tests.
 //
 //     stored({"c:\\a.mp3", "c:\\b.mp3"});
 //     editor.load();

@@ -2,7 +2,7 @@
 // Simulates a disc and a recorder that are controlled by device commands, in the time of an event
 // loop: the disc's position advances while it plays, and the number of recorded bytes grows while
 // the recorder runs. Saves are logged. device() is assigned to ScriptedMediaControl::device.
-// Supports the commands that the inspection of a disc, the extraction and the player send; all
+// Supports the commands that the player, the extraction and the inspection of a disc send; all
 // other commands fail.
 //
 //     SimulatedDisc disc(loop, {185000, 240000});

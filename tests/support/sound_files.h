@@ -71,8 +71,8 @@ namespace sonarith::test {
     return runProgram(std::move(words));
 }
 
-/// Writes `data` to a file `times` times. If `data` is an MP3 file, it must have no information
-/// frame (LAME's option "-t" omits this frame).
+/// Writes `times` copies of `data`, one after the other, to a file. If `data` is an MP3 file, it
+/// must have no information frame (LAME's option "-t" omits this frame).
 [[nodiscard]] inline bool writeRepeated(const std::filesystem::path& path,
                                         std::span<const std::uint8_t> data, int times) {
     std::ofstream out(path, std::ios::binary);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A matcher for long audio. It compares all samples, but reports only the lengths and the position
-// of the first difference instead of printing the samples.
+// A matcher for long audio. It compares all samples, and reports the lengths and the position of
+// the first difference.
 #pragma once
 
 #include <algorithm>

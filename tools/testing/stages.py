@@ -30,8 +30,8 @@ class Stage:
     target_of_name: str | None = None
     # CTest options that select the whole stage in its build folder.
     selection: tuple = ()
-    # Whether the names are modules. The CTest tests of a module are called MODULE.*; in the other
-    # stages, the test of a name is called STAGE.NAME.
+    # Whether the names are modules. If so, the CTest tests of a module are called MODULE.*;
+    # otherwise the CTest test of a name is called STAGE.NAME.
     by_module: bool = False
     # The names that are run if none is requested; empty if all names are run then.
     default_names: tuple = ()

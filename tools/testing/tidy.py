@@ -8,8 +8,8 @@ the compile commands of a build folder.
 A source without complaints (a clean source) is not checked again until something changes on which
 its result depends: its text, a file that it includes, its compile command, a .clang-tidy file in
 one of the folders above it, the tool, or the set of headers in src/ with the same names as the
-included files, since an include may find a new header of that name. A source with complaints is
-always checked again.
+included files. That set counts because an include may find a new header of the same name. A source
+with complaints is always checked again.
 """
 
 import argparse

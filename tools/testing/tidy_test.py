@@ -81,7 +81,7 @@ class Tidy(unittest.TestCase):
         self.write("src/b/source.cpp", "int* f() { return 0; }\n")
         self.assertEqual(self.run_tidy(), (1, 1))
 
-    def test_a_changed_header_causes_a_check_of_its_source(self):
+    def test_a_changed_header_causes_a_check_of_the_source_that_includes_it(self):
         self.check_once_and_cache()
         self.write("src/a/used.h", "inline int* used() { return 0; }\n")
         self.assertEqual(self.run_tidy(), (1, 1))

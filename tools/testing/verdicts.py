@@ -1,7 +1,8 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Records which checks have passed, in files of a build folder. The class Verdicts stores each pass
-under a key, a hash of everything on which the result depends; write_json() and read_json() are for
-checks that store this state itself. Failures are not stored, so a failed check is always run again.
+under a key, a hash of everything on which the result depends. write_json() and read_json() are for
+checks that store their passes in another form. Failures are not stored, so a failed check is always
+run again.
 
 After the stored files are deleted, every check runs again.
 """
@@ -34,7 +35,7 @@ def hash_of(path):
 
 def key_of_command(command, inputs):
     """The key of a command, its input files, the installed packages, the environment and the user.
-    None if an input is missing; the result must then not be stored."""
+    None if an input is missing; the command's result must then not be stored."""
     hashes = {str(path): hash_of(path) for path in inputs}
     if None in hashes.values():
         return None

@@ -147,7 +147,7 @@ class TabControl : public ControlWith<TabControlState> {
     TabControl(Form& owner, std::string name, std::vector<std::string> captions)
         : ControlWith(owner, std::move(name)), captions_(std::move(captions)) {}
     [[nodiscard]] const std::vector<std::string>& captions() const { return captions_; }
-    /// The page in front, from 0.
+    /// The index of the page in front, from 0.
     [[nodiscard]] int tab() const { return state_.tab; }
     /// Error: invalidPropertyValue, with no change, for a page that does not exist.
     Status setTab(int tab);

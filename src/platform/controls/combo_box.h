@@ -37,8 +37,8 @@ class ComboBox : public ControlWith<ComboBoxState> {
 
     /// Code has changed the selection, or the user has chosen an entry.
     Handler<> onClick;
-    /// The user has chosen an entry: selects it and runs onClick, even if the entry was already
-    /// selected. Does nothing for an index beyond the last entry.
+    /// Called when the user has chosen an entry: selects it and runs onClick, even if the entry was
+    /// already selected. Does nothing for an index beyond the last entry.
     void choose(int index);
 };
 

@@ -20,9 +20,9 @@ namespace sonarith {
 class DirListBox : public Control {
   public:
     /// `directories` and `files` must outlive this object. Each load of the form sets the path
-    /// to the program's folder and not to the process's current folder: the latter may be the root
-    /// of a drive after a destination folder could not be created (MakeDirs()), and a file
-    /// search that starts at this root would read the whole drive.
+    /// to the program's folder, not to the process's current folder: MakeDirs() may have failed and
+    /// left the root of a drive as the current folder. A file search from that root would read the
+    /// whole drive.
     DirListBox(Form& owner, std::string name, Directories& directories, const FileSystem& files)
         : Control(owner, std::move(name)), directories_(directories), files_(files) {}
 

@@ -31,7 +31,7 @@ void Form::load() {
 
 void Form::show() {
     load();
-    // The load step may have unloaded its own window.
+    // onLoad may have unloaded this form.
     if (loaded_) {
         setVisible(true);
         showRequested.emit();

@@ -45,7 +45,7 @@ TEST_F(FormTest, StartsUnloadedAndHidden) {
     EXPECT_THAT(events, IsEmpty());
 }
 
-TEST_F(FormTest, LoadsOnlyOnceIfLoadIsCalledTwiceAndStaysHidden) {
+TEST_F(FormTest, TwoCallsOfLoadRunTheLoadStepOnceAndDoNotShowTheForm) {
     form.load();
     form.load();
     EXPECT_TRUE(form.loaded());
@@ -129,7 +129,7 @@ TEST_F(FormTest, ANestedUnloadRepeatsNoStep) {
     EXPECT_THAT(events, ElementsAre("load", "query", "unload"));
 }
 
-TEST_F(FormTest, ANestedUnloadRunsTheHandlerNamedOnUnloadAgain) {
+TEST_F(FormTest, ANestedUnloadRunsTheHandlerForNestedUnloads) {
     form.onQueryUnload = [&] {
         events.push_back("query");
         form.unload();

@@ -38,8 +38,8 @@ class Slider : public ControlWith<SliderState> {
 
     /// The user has moved the slider.
     Handler<> onScroll;
-    /// The user has moved the slider to `value`, which is limited to the range. Runs the handler if
-    /// the value changes.
+    /// Call this when the user has moved the slider to `value`. Clamps `value` to the range, and
+    /// runs the handler if the slider's value changes.
     void moveTo(int value) {
         const int held = std::clamp(value, minimum_, maximum_);
         if (held != state_.value) {

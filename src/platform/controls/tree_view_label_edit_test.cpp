@@ -30,7 +30,7 @@ struct TreeLabelEditTest : test::ObservedTree {
     }
 };
 
-TEST_F(TreeLabelEditTest, StartLabelEditCallsOnBeforeLabelEditThenOpensTheEditorOnTheSelectedNode) {
+TEST_F(TreeLabelEditTest, StartLabelEditAsksTheHandlerAndOpensTheEditorOnTheSelectedNode) {
     EXPECT_TRUE(tree.startLabelEdit().ok());
     EXPECT_EQ(tree.editedNode(), a);
     EXPECT_THAT(events, ElementsAre("before"));
@@ -44,13 +44,13 @@ TEST_F(TreeLabelEditTest, TheEditorStaysClosedIfOnBeforeLabelEditRefuses) {
     EXPECT_THAT(observer.log, IsEmpty());
 }
 
-TEST_F(TreeLabelEditTest, StartLabelEditFailsWithoutASelectedNodeAndRunsNoHandler) {
+TEST_F(TreeLabelEditTest, StartLabelEditFailsAndRunsNoHandlerIfNoNodeIsSelected) {
     tree.remove(a).passOver();
     EXPECT_EQ(numberOf(tree.startLabelEdit()), ErrorNumber::objectNotSet);
     EXPECT_THAT(events, IsEmpty());
 }
 
-TEST_F(TreeLabelEditTest, TheNewTextBecomesTheLabelAfterOnAfterLabelEditReturns) {
+TEST_F(TreeLabelEditTest, OnAfterLabelEditRunsBeforeTheNewTextBecomesTheLabel) {
     tree.startLabelEdit().passOver();
     std::string during;
     tree.onAfterLabelEdit = [&](bool&, const std::string&) {
@@ -71,7 +71,7 @@ TEST_F(TreeLabelEditTest, ALabelThatOnAfterLabelEditRefusesIsNotSet) {
     EXPECT_THAT(events, ElementsAre("before", "after new"));
 }
 
-TEST_F(TreeLabelEditTest, CancellingTheEditorRunsNoHandlerAndAFinishWithoutAnEditorDoesNothing) {
+TEST_F(TreeLabelEditTest, CancelLabelEditRunsNoHandlerAndALaterFinishLabelEditDoesNothing) {
     tree.startLabelEdit().passOver();
     tree.cancelLabelEdit();
     EXPECT_EQ(tree.editedNode(), nullptr);
@@ -80,8 +80,7 @@ TEST_F(TreeLabelEditTest, CancellingTheEditorRunsNoHandlerAndAFinishWithoutAnEdi
     EXPECT_EQ(a->text(), "a");
 }
 
-TEST_F(TreeLabelEditTest,
-       NothingIsEditedIfOnBeforeLabelEditSelectsAnotherNodeOrRemovesTheSelectedNode) {
+TEST_F(TreeLabelEditTest, NothingIsEditedIfOnBeforeLabelEditDeselectsOrRemovesTheNode) {
     tree.onBeforeLabelEdit = [this](bool&) {
         tree.setSelectedItem(b).passOver();
     };
@@ -94,7 +93,7 @@ TEST_F(TreeLabelEditTest,
     EXPECT_EQ(tree.editedNode(), nullptr);
 }
 
-TEST_F(TreeLabelEditTest, StartingAnEditClosesTheEditorOnAnotherNodeAndDiscardsItsText) {
+TEST_F(TreeLabelEditTest, StartingAnEditAbandonsTheEditorOnAnotherNode) {
     tree.startLabelEdit().passOver();
     tree.setSelectedItem(b).passOver();
     observer.log.clear();

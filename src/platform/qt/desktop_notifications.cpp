@@ -32,8 +32,8 @@ void notify(const QDBusConnection& bus, const QString& title, const QString& tex
         QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("Notify"));
     constexpr uint replacesNone = 0;
     constexpr int desktopsOwnTime = -1;
-    // The notification service may interpret the body as markup, so characters of file names are
-    // escaped.
+    // The notification service may interpret the body as markup, so the text, which may contain
+    // file names, is escaped.
     call << title << replacesNone << QStringLiteral("sonarith") << title << text.toHtmlEscaped()
          << QStringList() << QVariantMap() << desktopsOwnTime;
     bus.call(call);

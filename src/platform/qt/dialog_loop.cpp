@@ -57,8 +57,8 @@ std::vector<QDialog*>& running() {
     return dialogs;
 }
 
-/// The owner of a widget. The list of a completer has no parent; its owner is the line edit that it
-/// completes, and that line edit is the list's focus proxy.
+/// The owner of a widget. The list of a completer has no parent; the owner of this list is the
+/// completer's line edit, which is the focus proxy of the list.
 const QWidget* ownerOf(const QWidget& widget) {
     if (widget.parentWidget() || widget.windowType() != Qt::Popup) {
         return widget.parentWidget();

@@ -122,7 +122,7 @@ TEST(RunDialog, OnlyShortcutsOfTheDialogWorkWhileTheDialogRuns) {
     EXPECT_EQ(otherActivations, 1);
 }
 
-TEST(RunDialog, OpenMenusCloseBeforeTheDialogIsShown) {
+TEST(RunDialog, AnOpenMenuIsClosedBeforeTheDialogIsShown) {
     OtherWindow other;
     CountingMenu menu(&other);
     CountingMenu below(&menu);
@@ -139,7 +139,7 @@ TEST(RunDialog, OpenMenusCloseBeforeTheDialogIsShown) {
     EXPECT_FALSE(menu.isVisible());
 }
 
-TEST(RunDialog, AMenuThatOpensWhileTheDialogRunsWorksOnlyIfTheDialogOwnsTheMenu) {
+TEST(RunDialog, WhileTheDialogRunsOnlyItsOwnMenusWork) {
     OtherWindow other;
     CountingMenu theirs(&other);
     QDialog dialog;

@@ -10,12 +10,12 @@
 namespace sonarith {
 namespace {
 
-/// During this time the main thread loads the libraries of the window system. If the font
-/// configuration were read at the same time, both would be slower, because both change the memory
-/// map, which the threads share. After the libraries have loaded, the main thread mostly waits for
-/// replies of the window system. Measured with values from 0 to 6 ms: the program's start takes the
-/// least time with 1.5 and 2 ms, 8 % less than with 0 ms. With 0.5 to 4 ms it takes less time than
-/// with 0 ms, with 5 ms and above it takes more.
+/// How long readFontConfiguration() waits before it reads. During this time the main thread loads
+/// the libraries of the window system. Simultaneous reading and loading would slow each other down,
+/// because both change the memory map, which the threads share. After the libraries have loaded,
+/// the main thread mostly waits for replies of the window system. Measured with values from 0 to 6
+/// ms: the program's start takes the least time with 1.5 and 2 ms, 8 % less than with 0 ms. With
+/// 0.5 to 4 ms it takes less time than with 0 ms, with 5 ms and above it takes more.
 constexpr std::chrono::milliseconds whileLibrariesLoad{2};
 
 } // namespace

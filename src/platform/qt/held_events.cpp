@@ -122,9 +122,9 @@ void HeldEvents::hold() {
 
 void HeldEvents::release() {
     holding_ = false;
-    // Delivers from a timer, so that a signal to end the program (such as SIGTERM) that has arrived
-    // is handled before the held events: every event loop handles the notifier of the signal's pipe
-    // before timers.
+    // A timer delivers the held events, because every event loop handles the notifier of the
+    // signal pipe before timers. So if a signal to end the program (such as SIGTERM) has
+    // arrived, it is handled before the held events.
     handOut_.start(0, this);
 }
 

@@ -37,14 +37,14 @@ class HeldEvents final : private QObject {
     /// reply. Notifications of sockets are dropped too, but repeat until the socket is read.
     void hold();
 
-    /// Ends the holding that hold() began. The held events are delivered one by one when control
-    /// is back in an event loop, including that of a yield; requests to close a window come first.
-    /// Events for a window that was destroyed are dropped. Events that arrive before all held
-    /// events are delivered are queued after them.
+    /// Ends the holding that hold() began. The next event loop that runs, including that of a
+    /// yield, delivers the held events one by one; requests to close a window come first. Events
+    /// for a window that was destroyed are dropped. Until all held events are delivered, new events
+    /// of the window system are queued after them.
     void release();
 
     /// Whether, since hold(), a request to close a window or a signal to end the program has
-    /// arrived. Becomes false when control is back in an event loop.
+    /// arrived. Becomes false when an event loop runs after release().
     [[nodiscard]] bool endRequested() const { return endRequested_; }
 
   private:

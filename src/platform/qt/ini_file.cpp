@@ -141,8 +141,8 @@ bool writeIniFile(const QString& path, const IniValues& values) {
     return done;
 }
 
-/// QSettings locks a file with a lock file while it writes. A process that is killed before it has
-/// written its process number to the lock file leaves a lock that would delay the next process's
+/// QSettings locks a file with a lock file while it writes. A process may be killed before it has
+/// written its process number to the lock file. The lock file would then delay the next process's
 /// first write by half a minute. The kernel's lock on the lock file shows whether a running process
 /// is writing.
 void removeUnfinishedIniFiles(const QString& path) {

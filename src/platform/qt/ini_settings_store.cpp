@@ -201,8 +201,8 @@ void IniSettingsStore::writeOut() {
     stamp_ = stampNow();
 }
 
-/// Creates the folder if it is missing. Only the user may access a folder that is created here, by
-/// the desktop's convention for the configuration folder.
+/// Creates the folder if it is missing. The desktop's convention for the configuration folder
+/// requires that only the user may access the new folder.
 void IniSettingsStore::makeFolder() {
     if (!QFileInfo::exists(folder_) && QDir().mkpath(folder_)) {
         QFile::setPermissions(folder_, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The settings store in an INI file of the user. It defines no keys and no defaults. Values that
-// cannot be written stay valid until the program ends, and the failure is reported once.
+// The settings store in an INI file of the user. The store defines no keys and no defaults. Values
+// that cannot be written stay valid until the program ends, and the failure is reported once.
 #pragma once
 
 #include <map>

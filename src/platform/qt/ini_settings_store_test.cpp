@@ -272,7 +272,7 @@ TEST_F(IniSettingsStoreTest, NeverReplacesAFileThatCannotBeReadCompletely) {
     EXPECT_EQ(test::entriesIn(file().parent_path()), 1);
 }
 
-TEST_F(IniSettingsStoreTest, WritesTheValuesOfFailedWritesAtTheFirstSaveAfterTheDiskHasSpaceAgain) {
+TEST_F(IniSettingsStoreTest, RetriesFailedWritesAtTheFirstSaveAfterTheDiskHasSpaceAgain) {
     write("[Settings]\nfirst=1\n");
     letEverybodyWrite();
     fs::permissions(file(), fs::perms(0666));

@@ -212,8 +212,8 @@ TEST_F(QtEventLoopTest, ACancelledTimerNeverFires) {
 
 /// Counts the calls of a handler of everyInSound() in groups. A group consists of the calls between
 /// two sleeps of the thread. The constructor sets a silence function. Therefore everyInSound()
-/// makes its calls two at a time while there is sound. In silence it makes ten more calls two at a
-/// time, that is five pairs (BatchedWakeup::callsBeforeSilence), and then calls five at a time
+/// makes its calls two at a time while there is sound. In silence it first makes ten calls
+/// (BatchedWakeup::callsBeforeSilence) two at a time, and then calls five at a time
 /// (BatchedWakeup::callsInSilence).
 struct CallGroups {
     QtEventLoop& loop;

@@ -134,7 +134,7 @@ TEST_F(QtFileDialogTest, ATypedNameWithoutAnExtensionGetsTheDefaultExtension) {
     EXPECT_EQ(dialog.open(request).valueOr("failed"), "L:" + machine("one.wav"));
 }
 
-TEST_F(QtFileDialogTest, NamesWithBlanksBracketsAndOtherScriptsAreUnchanged) {
+TEST_F(QtFileDialogTest, NamesWithBlanksBracketsAndNonAsciiLettersAreUnchanged) {
     const std::string name = "it's  Größe [1] 音.wav";
     std::ofstream(folder.path() / name) << "x";
     request.fileName = "L:" + machine(name);

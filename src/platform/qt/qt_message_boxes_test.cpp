@@ -18,7 +18,7 @@ using testing::ElementsAre;
 
 class QtMessageBoxesTest : public testing::Test {
   protected:
-    /// Runs `act` on the next box once it is open; cancels the box if it is still open afterwards.
+    /// Runs `act` on the next box when that box is open; then cancels the box if it is still open.
     void onBox(std::function<void(QMessageBox&)> act) {
         QTimer::singleShot(0, &context, [act = std::move(act)] {
             auto* box = qobject_cast<QMessageBox*>(runningDialog());

@@ -62,9 +62,9 @@ class QtTray : public QObject, public Tray {
     MenuItem* heading_ = nullptr; ///< set by setMenu(); menu_ and drawnHere_ show its entries
     /// Most panels on the bus draw menu_ themselves; Qt draws menu_ for an embedded icon. Some
     /// panels on the bus ask the program to draw the menu. For these panels, the program opens
-    /// drawnHere_, which has the same entries, because Qt never draws a menu that it has exported
-    /// to the bus. Both menus are created when they are needed, since most starts of the program
-    /// show no icon.
+    /// drawnHere_, a second menu with the same entries, because Qt never draws a menu that it has
+    /// exported to the bus. Both menus are created when they are needed, since most starts of the
+    /// program show no icon.
     std::unique_ptr<TrayMenu> menu_;
     std::unique_ptr<TrayMenu> drawnHere_;
     std::map<std::uint32_t, Entry> entries_;

@@ -36,6 +36,8 @@ QIcon redIcon() {
     return QIcon(red);
 }
 
+/// A host is a panel that shows tray icons. A watcher is the service on the session bus with which
+/// hosts register.
 class QtTrayTest : public testing::Test {
   protected:
     QtTrayTest() {
@@ -52,7 +54,7 @@ class QtTrayTest : public testing::Test {
     }
 
     test::PrivateBus bus;
-    bool embedding = false;
+    bool embedding = false; ///< whether a panel embeds tray icons as windows
     MenuForm form;
     int iconsDrawn = 0;
     QtTray tray{[this] {

@@ -21,7 +21,7 @@ class RunLaterTest : public testing::Test {
     int runs = 0;
 };
 
-TEST_F(RunLaterTest, RunsTheWorkOnceWhenTheLoopContinues) {
+TEST_F(RunLaterTest, RunsTheWorkExactlyOnceWhenTheLoopContinues) {
     runLater(*context, [this] { ++runs; });
     EXPECT_EQ(runs, 0);
     loop.yield();

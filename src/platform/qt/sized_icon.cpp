@@ -22,8 +22,8 @@ class SizedIconEngine : public QIconEngine {
         paint(&painter, QRect(QPoint(), size), mode, state);
         return picture;
     }
-    // The icon sizes of the panels of common desktops, at scales of 1 to 2, in pixels. Qt sends the
-    // icon to the panel over D-Bus, and no size above 64.
+    // The icon sizes of the panels of common desktops, at scales of 1 to 2, in pixels. Over D-Bus,
+    // Qt sends the panel no size above 64.
     QList<QSize> availableSizes(QIcon::Mode /*mode*/, QIcon::State /*state*/) override {
         return {{16, 16}, {22, 22}, {24, 24}, {32, 32}, {44, 44}, {48, 48}, {64, 64}};
     }

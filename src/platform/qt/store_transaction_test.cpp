@@ -30,8 +30,7 @@ namespace fs = std::filesystem;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
-/// Counts how often a file with this name is created in a folder, renamed into the folder or
-/// changed there.
+/// Counts how often the file `name` is created in `folder`, renamed into `folder` or changed there.
 class ReplacementCount {
   public:
     ReplacementCount(const fs::path& folder, std::string name)

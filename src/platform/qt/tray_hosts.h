@@ -40,9 +40,9 @@ class TrayHosts : public QObject {
 
     /// statusNotifier() has changed, or polling has detected a change of embedding().
     Signal<> changed;
-    /// Another process has replaced the watcher (the registry of status notifiers) without an
-    /// interval in which no watcher existed. Icons that were registered with the previous watcher
-    /// are not registered with the new watcher.
+    /// The watcher (the registry of status notifiers) has passed from one process directly to
+    /// another. Icons that were registered with the previous watcher are not registered with the
+    /// new watcher.
     Signal<> watcherReplaced;
 
   private:

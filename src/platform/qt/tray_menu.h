@@ -14,8 +14,8 @@ namespace sonarith {
 class TrayMenu : public QMenu {
   public:
     /// Shows the entries of `heading`, which have no submenus; heading and entries must outlive
-    /// this object. The click handler of an entry runs later in the event loop and not within the
-    /// panel's request, because the panel waits for the end of that request, and the handler may
+    /// this object. The panel reports a click in a D-Bus request and waits until the request
+    /// returns. The click handler of the entry therefore runs later, from the event loop: it may
     /// take long, remove the icon or end the program.
     explicit TrayMenu(MenuItem& heading);
 

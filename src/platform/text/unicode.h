@@ -29,7 +29,7 @@ namespace sonarith {
 /// The first `count` characters; the whole text if it has fewer characters.
 [[nodiscard]] std::string leftCharacters(std::string_view text, std::size_t count);
 /// `count` characters from position `first` (1 is the first character); fewer or none if the text
-/// ends before.
+/// is too short.
 [[nodiscard]] std::string midCharacters(std::string_view text, std::size_t first,
                                         std::size_t count);
 [[nodiscard]] std::size_t characterCount(std::string_view text);

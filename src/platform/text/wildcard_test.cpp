@@ -102,7 +102,7 @@ TEST(Matches, AReversedRangeMatchesNothing) {
     EXPECT_FALSE(matches("b", "[!z-a]"));
 }
 
-TEST(Matches, AByteThatIsNotValidUtf8MatchesOnlyItself) {
+TEST(Matches, AnInvalidUtf8ByteInThePatternMatchesOnlyItself) {
     EXPECT_TRUE(matches("a\xe9", "a\xe9"));
     EXPECT_FALSE(matches("a\xe9", "aé"));
     EXPECT_FALSE(matches("a\xe9", "a\xe8"));

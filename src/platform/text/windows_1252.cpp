@@ -101,8 +101,8 @@ std::string windows1252Of(std::string_view text) {
         }
         const std::vector<std::int32_t> given = charactersOf(text.substr(0, length));
         const std::vector<std::int32_t> combined = charactersOf(composed(text.substr(0, length)));
-        // composed() splits a few characters into several, because Unicode does not compose them
-        // again; the given characters are used instead.
+        // composed() first splits each character into a letter and accents. A few characters stay
+        // split, because Unicode excludes them from composition. For these, `given` is used.
         for (const std::int32_t character : combined.size() <= given.size() ? combined : given) {
             bytes += byteOf(character);
         }

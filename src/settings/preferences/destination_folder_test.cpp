@@ -6,7 +6,7 @@
 namespace sonarith {
 namespace {
 
-TEST(DestinationOf, IsTheFolderNamedWavFilesInTheProgramFolderIfTheStoredTextHasNoParentFolder) {
+TEST(DestinationOf, ReturnsTheDefaultFolderIfTheStoredTextHasNoParentFolder) {
     const DestinationFolder first{"C:\\Sonarith", "WAVFiles"};
     EXPECT_EQ(destinationOf("", "C:\\Sonarith"), first);
     EXPECT_EQ(destinationOf("music", "C:\\Sonarith"), first);

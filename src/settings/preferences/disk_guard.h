@@ -2,7 +2,7 @@
 // Monitors the free space of the destination's drive while an action runs: warns below one limit
 // and stops the action below another. The warning is a label of the main window, not a message box.
 // Also fills the preferences' list of drives. This class does not start its timer tmrWarning; the
-// start of an action does.
+// start of an action does, if the warning is switched on.
 #pragma once
 
 #include "desktop/system.h"
@@ -23,7 +23,7 @@ class DiskGuard {
 
     /// Writes the fixed drives to Text6 of the preferences' window, and the destination's drive to
     /// Label3 and its free MB (1,000,000 bytes) to Label4. The two labels do not change if the
-    /// destination is not on a fixed drive. Loads this window if it is not loaded, which yields.
+    /// destination is not on a fixed drive. Loads this window if it is not loaded; the load yields.
     void RefreshDriveSpace();
     /// Calls RefreshDriveSpace(), then compares the free space with both limits, and warns or
     /// stops. Also yields after a stop.

@@ -258,7 +258,7 @@ TEST_F(DiskGuardTest, StopsEvenIfTheStopLimitIsAboveTheWarningLimit) {
     EXPECT_TRUE(stopped());
 }
 
-TEST_F(DiskGuardTest, TreatsADestinationThatIsOnNoFixedDriveAsFullIfNoFiguresAreKept) {
+TEST_F(DiskGuardTest, ADestinationOnNoFixedDriveCountsAsFullIfLabel4HasItsInitialText) {
     form.unload();
     system.drives["C:\\"].kind = DriveKind::removable;
     tick();

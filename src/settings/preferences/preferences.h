@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Creates the preferences' window, the guard on disk space, which fills a part of that window, and
-// the system information that both use. This struct adds no behaviour.
+// Creates the preferences' window, the guard on disk space, and the system information that the
+// guard reads. The guard also fills a part of the window. This struct adds no behaviour.
 #pragma once
 
 #include "desktop/system.h"
@@ -14,8 +14,8 @@
 namespace sonarith {
 
 struct Preferences {
-    /// All parameters must outlive this object. `monitor` stops every job when a disk is nearly
-    /// full.
+    /// All parameters must outlive this object. The guard uses `monitor` to stop every job when the
+    /// destination's drive has too little free space.
     Preferences(const Platform& platform, ProcessState& process, Windows& windows,
                 CaptureMonitor& monitor)
         : system(platform.system, platform.files),

@@ -155,7 +155,7 @@ TEST_F(PreferencesDestination, ShowsTwoMessagesIfItCannotBeMadeOrIsAFile) {
     expectTwoMessagesFor("d:\\music\\wav");
 }
 
-// --- a new folder ------------------------------------------------------------------
+// --- a choice or a new folder --------------------------------------------------------------------
 
 TEST_F(PreferencesDestination, IsChosenInTheListsOfDrivesAndFolders) {
     start();

@@ -71,7 +71,7 @@ TEST_F(PreferencesInterrupted, InTheYieldOfTheLoadStepStayClosedOrKeepTheirNewSt
     });
 }
 
-TEST_F(PreferencesInterrupted, WhileTheLoadStepLoadsThePlayersWindowStillCompleteTheLoadStep) {
+TEST_F(PreferencesInterrupted, WhileTheLoadStepLoadsThePlayersWindowStillFinishTheLoadStep) {
     forBoth([](Meanwhile what) {
         PreferencesInterrupted run;
         run.Form4.unload();
@@ -81,8 +81,8 @@ TEST_F(PreferencesInterrupted, WhileTheLoadStepLoadsThePlayersWindowStillComplet
         run.loop.atYield(1, [&] { run.interrupt(what); });
         run.start();
         EXPECT_TRUE(run.Form4.loaded());
-        // If the preferences' window was closed, the rest of the load step uses the controls of
-        // this window, which loads the window again without showing it.
+        // The rest of the load step uses controls of the preferences' window. If this window was
+        // closed, their use loads it again without showing it.
         EXPECT_TRUE(run.form.loaded());
         EXPECT_EQ(run.form.visible(), what == Meanwhile::reopen);
         EXPECT_EQ(run.form.Label4.caption(), "200000");
@@ -189,8 +189,8 @@ TEST_F(PreferencesInterrupted,
         };
         run.loop.atYield(1, [&] { run.interrupt(what); });
         run.form.Check1.setValue(1).passOver();
-        // If the window was reopened, the handler reads the check box after the reopening, which
-        // has reset it to the stored value.
+        // Reopening the window resets the check box to the stored value. The handler reads the
+        // check box only after that.
         const bool reopened = what == Meanwhile::reopen;
         EXPECT_THAT(run.muted, ElementsAre(reopened ? "Option14" : "Option13"));
         EXPECT_EQ(run.form.loaded(), reopened);

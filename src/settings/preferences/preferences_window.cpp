@@ -27,8 +27,8 @@ void fill(ComboBox& box, const char* const (&entries)[Count]) {
     }
 }
 
-/// Runs `before` before each message box: a box yields, and no StoreTransaction may exist across a
-/// yield.
+/// Runs `before` before each message box. `before` must end an open StoreTransaction, because the
+/// box yields and no transaction may exist across a yield.
 class BoxesAfter final : public MessageBoxes {
   public:
     BoxesAfter(MessageBoxes& boxes, std::function<void()> before)
@@ -97,8 +97,8 @@ void PreferencesWindow::wireOtherControls() {
     copyIndex(form_.Combo1, &AppSettings::encodingQuality);
     copyIndex(form_.Combo2, &AppSettings::encodingBitrate);
     copyIndex(form_.cbxFormat, &AppSettings::audioFormat);
-    // Deliberate: these handlers run before the key changes the text, so the saved text lacks the
-    // change by the last key until a click on Command1 saves the text.
+    // Deliberate: these handlers run before the key changes the text. So the saved text lacks the
+    // last key's change until a click on Command1 saves the text.
     form_.Text7.onKeyDown = [this] {
         saveLimit(form_.Text7, hdWarningNoKey, process_.settings.hdWarningNo).passOver();
     };
@@ -157,8 +157,8 @@ Status PreferencesWindow::fillEncodingLists() {
     return form_.Combo2.setListIndex(process_.settings.encodingBitrate);
 }
 
-/// A check box that becomes ticked runs its click handler, so each load of the window saves the
-/// switches with the value 1 again.
+/// A check box that becomes ticked runs its click handler. So each load of the window again saves
+/// every switch whose value is 1.
 Status PreferencesWindow::showSettings() {
     const AppSettings& settings = process_.settings;
     if (Status status = form_.Check6.setValue(settings.hdWarning); !status.ok()) {
@@ -285,9 +285,9 @@ void PreferencesWindow::Dir2_Change() {
 
 std::optional<DestinationFolder> PreferencesWindow::chosenDestination() {
     if (form_.Check2.value() == 0) {
-        // The default here is empty, so without a stored value destinationOf() returns "WAVFiles"
-        // in the program folder, and the first start creates that folder. LoadSettings uses another
-        // default: the program folder itself.
+        // The default here is empty: without a stored value, destinationOf() returns "WAVFiles" in
+        // the program folder. So the first start of the program creates "WAVFiles". LoadSettings
+        // uses another default: the program folder itself.
         const std::string stored =
             platform_.store.GetSetting(applicationName, settingsSection, decodePathKey, "");
         return destinationOf(stored, platform_.files.programFolder());

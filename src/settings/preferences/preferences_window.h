@@ -24,9 +24,8 @@ class PreferencesWindow {
     PreferencesWindow(const PreferencesWindow&) = delete;
     PreferencesWindow& operator=(const PreferencesWindow&) = delete;
 
-    /// Ends early at a stored value that the control for it does not accept; the window is loaded
-    /// nevertheless.
-    /// All settings that it saves before its first yield reach the disk in one write.
+    /// Ends early if a control does not accept its stored value; the window is loaded nevertheless.
+    /// All settings that are saved before the first yield reach the disk in one write.
     void Form_Load();
     /// Saves quality, bit rate and capture format, which are saved only here.
     void Form_QueryUnload();

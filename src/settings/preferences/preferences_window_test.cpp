@@ -209,7 +209,7 @@ TEST_F(PreferencesControls, RejectAnIndexBeyondTheListOfFormats) {
 
 // --- limits --------------------------------------------------------------------------------------
 
-TEST_F(PreferencesControls, SaveTheTextOfALimitFromBeforeTheKeyPress) {
+TEST_F(PreferencesControls, SaveALimitsTextAsItWasBeforeTheKeyPress) {
     startWithAllOff();
     keyDown(form.Text7);
     form.Text7.setText("1005"); // the effect of the key
@@ -265,7 +265,7 @@ TEST_F(PreferencesControls, ReadALimitThatIsNoNumberAsZeroAtTheNextStart) {
     EXPECT_EQ(next.held("HDWarningNo"), "letters");
 }
 
-TEST_F(PreferencesControls, SaveTheDiskGuardsTwoSwitchesThenItsTwoLimitsWhenTheSetButtonIsClicked) {
+TEST_F(PreferencesControls, SaveTheSwitchesThenTheLimitsOfTheDiskGuardWhenTheSetButtonIsClicked) {
     startWithAllOff();
     form.Text7.setText("300");
     form.Text8.setText("200");

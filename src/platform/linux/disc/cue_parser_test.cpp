@@ -130,7 +130,7 @@ TEST(CueParser, DataSectorsHaveTheSizeThatTheirModeStates) {
     EXPECT_THAT(layout.tracks[1].segments, ElementsAre(sound));
 }
 
-TEST(CueParser, TheLastAudioTrackOfAnEnhancedDiscEndsWhereThePauseBeforeTheDataBegins) {
+TEST(CueParser, TheAudioOfAnEnhancedDiscEndsAtIndex00OfItsDataTrack) {
     const auto layout = accepted("FILE a.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"
                                  "REM SESSION 02\nTRACK 02 MODE2/2352\nPREGAP 00:10:00\n"
                                  "INDEX 00 00:04:00\nINDEX 01 00:06:00\n");
@@ -213,7 +213,7 @@ TEST(CueParser, RefusesTimesOutOfRange) {
                 HasSubstr("minutes go up to 99"));
 }
 
-TEST(CueParser, ATruncatedSheetIsRefusedUnlessItsFirstTrackIsComplete) {
+TEST(CueParser, ATruncatedSheetIsRefusedIfItsFirstTrackIsIncomplete) {
     const std::string whole = "FILE \"a.bin\" BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"
                               "TRACK 02 AUDIO\nINDEX 00 00:04:00\nINDEX 01 00:06:00";
     for (std::size_t length = 0; length < whole.size(); ++length) {
@@ -273,7 +273,7 @@ TEST(CueParser, RefusesPathsOutsideTheSheetsFolder) {
     EXPECT_THAT(refused("FILE \"C:\\Music\\a.bin\" BINARY\n"), HasSubstr("absolute path"));
 }
 
-TEST(CueParser, RefusesTextThatIsNotUtf8AndSheetsAndLinesThatAreTooLong) {
+TEST(CueParser, RefusesTooLongSheetsTooLongLinesAndInvalidUtf8) {
     EXPECT_THAT(refused(oneTrack + std::string(maxSheetBytes, '\n')), HasSubstr("1 MiB"));
     EXPECT_THAT(refused(oneTrack + "REM " + std::string(maxLineBytes, 'x')),
                 StartsWith("disc.cue, line 4: the line is longer"));

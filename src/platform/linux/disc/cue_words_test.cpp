@@ -21,7 +21,7 @@ TEST(CueWords, AnUnsupportedModeIsNotFound) {
     EXPECT_FALSE(cueTrackMode("").has_value());
 }
 
-TEST(CueWords, ASupportedFileTypeNamesAFormatAndAnyOtherNone) {
+TEST(CueWords, ASupportedFileTypeHasAFormatAndAnyOtherTypeHasNone) {
     EXPECT_EQ(cueFileFormat("binary"), ImageFormat::littleEndian);
     EXPECT_EQ(cueFileFormat("Motorola"), ImageFormat::bigEndian);
     EXPECT_EQ(cueFileFormat("WAVE"), ImageFormat::wave);

@@ -42,8 +42,8 @@ class DiscPlayer : public sound::SampleSource {
     void seek(std::int64_t sector);
 
     /// At the end of the range to play, the mode changes from `playing` to `stopped`. After the
-    /// medium has been removed, the mode stays `playing`, and the position stops where the sound
-    /// that was read ends.
+    /// medium has been removed, the mode stays `playing`, and the position stops at the end of the
+    /// sound that was read.
     [[nodiscard]] PlayerMode mode() const;
     /// The first frame of the disc's time line (framesPerSector per sector) that the engine has not
     /// pulled yet. At the end of the range to play, this is exactly the first frame after the
@@ -54,9 +54,9 @@ class DiscPlayer : public sound::SampleSource {
     /// True once a read has reported that the medium is gone.
     [[nodiscard]] bool gone() const;
 
-    /// The supply is `starving` while too little has been read and while paused, `ended` while
-    /// stopped, and `lost` once the medium is gone and all sound that was read before has been
-    /// pulled (the mode is still `playing` then). After a full block the supply is always
+    /// The supply is `starving` while too little has been read and while paused, and `ended` while
+    /// stopped. It is `lost` once the medium is gone and all sound that was read before has been
+    /// pulled; the mode is then still `playing`. After a full block the supply is always
     /// `flowing`, even if that block is the last one.
     [[nodiscard]] sound::Pulled pull(std::span<sound::StereoFrame> block) override;
 

@@ -62,7 +62,7 @@ TEST(Identity, DependsOnTheLengthAndKindOfEachTrack) {
     EXPECT_NE(identityOf(playable), identityOf(threeTracks()));
 }
 
-TEST(Identity, IsPositiveAndBelowTheLargestSigned32BitNumberAndDiffersForDifferentLengths) {
+TEST(Identity, IsFrom1To2147483646AndDiffersForDifferentLengths) {
     std::vector<std::int64_t> identities;
     for (int sectors = 1; sectors <= 2000; ++sectors) {
         const std::string identity = identityOf({{{TrackKind::audio, sectors}}});
@@ -75,8 +75,8 @@ TEST(Identity, IsPositiveAndBelowTheLargestSigned32BitNumberAndDiffersForDiffere
 }
 
 TEST(Identity, IsTheSameInAllVersionsOfTheProgram) {
-    // The names of captures are computed from the identity. Only this test detects a change of the
-    // hash function by which identityOf() computes the identity.
+    // The logic computes the number in a capture's file name from the identity and a random number.
+    // Only this test detects a change of the hash function in identityOf().
     EXPECT_EQ(identityOf({{{TrackKind::audio, 300}}}), "1454843024");
 }
 

@@ -58,7 +58,7 @@ struct DriveSlot::Reports {
 };
 
 /// Forwards all calls to the wrapped disc. The destructor stores the last remark of the wrapped
-/// disc, unless another disc was loaded, or the drive was found empty, after this disc.
+/// disc, unless a later load returned a disc or found the drive empty.
 class DriveSlot::Reports::ReportedDisc : public Disc {
   public:
     ReportedDisc(std::shared_ptr<Disc> disc, std::shared_ptr<Reports> reports)

@@ -86,8 +86,7 @@ TEST_F(DriveSlotTest, DistinguishesADeviceNodeFromAnImage) {
                                   "image /dev/shm/disc.cue", "image disc.toc"));
 }
 
-TEST_F(DriveSlotTest,
-       KeepsTheTrayOpenUntilTheImageIsChosenAgainAndReplacesTheDriveOnlyForAnotherImage) {
+TEST_F(DriveSlotTest, ChoosingTheSameImageAgainClosesTheTrayButCreatesNoNewDrive) {
     configured = "/a.cue";
     slot.openDrive()->openTray();
     EXPECT_FALSE(slot.openDrive()->mediaPresent());

@@ -25,7 +25,7 @@ TEST(DriveStatus, DistinguishesAMissingDeviceFromADeviceThatIsNotADrive) {
     EXPECT_EQ(problemOf("/dev/null", noDrive.error).text, "/dev/null is not an optical drive.");
 }
 
-TEST(DriveStatus, ReportsTheProblemsKindAndNamesTheDrive) {
+TEST(DriveStatus, ReportsTheKindOfAProblemAndTheNameOfTheDrive) {
     constexpr struct {
         int error;
         DeviceProblem kind;

@@ -19,9 +19,9 @@ namespace {
 
 enum class SheetKind { cue, toc };
 
-/// Detects the kind of a sheet by its first distinctive line: a TOC's header or comment ("//"), or
-/// a TRACK, which is followed by a mode in a TOC and by a number in a CUE. A REM, or a FILE before
-/// any TRACK, occurs only in a CUE.
+/// Detects the kind of a sheet by the first line that occurs in one kind only. In a TOC: a header,
+/// a comment ("//"), or a TRACK with a mode. In a CUE: a REM, a TRACK with a number, or a FILE
+/// before any TRACK.
 std::optional<SheetKind> kindOfText(const std::vector<std::string_view>& lines) {
     for (const std::string_view line : lines) {
         std::string_view rest = line;

@@ -79,7 +79,7 @@ TEST(ImageDisc, PlaysFilesOneAfterTheOther) {
     EXPECT_EQ(opened(folder.path("a.cue"))->table().start(2), 14);
 }
 
-TEST(ImageDisc, PlaysStoredPausesFromTheFileAndOtherPausesAsSilenceButNoPauseBeforeTrack1) {
+TEST(ImageDisc, SkipsThePauseBeforeTrack1AndPlaysOtherPausesFromTheFileOrAsSilence) {
     const ImageFolder folder;
     folder.writeFrames("a.bin", rampSectors(0, 40));
     const auto path = folder.write(

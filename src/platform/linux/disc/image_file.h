@@ -29,8 +29,8 @@ class ImageFile {
 };
 
 /// Opens `path` for reading. Fails if the file is missing, is not a regular file or may not be read
-/// by this user. For ImageFormat::wave also fails if it is not a WAVE file of 16 bit stereo at
-/// 44100 Hz. The error's message is a clause that completes the text "cannot be read: ".
+/// by this user. For ImageFormat::wave also fails if the file is not a WAVE file of 16 bit stereo
+/// at 44100 Hz. The error's message is a clause that completes the text "cannot be read: ".
 [[nodiscard]] Result<std::unique_ptr<ImageFile>> openImageFile(const std::filesystem::path& path,
                                                                ImageFormat format);
 

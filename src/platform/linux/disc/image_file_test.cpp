@@ -38,7 +38,7 @@ TEST(ImageFile, ReadsWaveFilesFromAnyOffset) {
     expectReads(*file.value(), 17, 5);
 }
 
-TEST(ImageFile, ATruncatedWaveFileHasItsRemainingSamples) {
+TEST(ImageFile, ReadsTheRemainingSamplesOfATruncatedWaveFile) {
     const ImageFolder folder;
     folder.writeWave("a.wav", ramp(0, 1000));
     std::filesystem::resize_file(folder.path("a.wav"),

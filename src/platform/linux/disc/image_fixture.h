@@ -68,7 +68,7 @@ inline std::vector<sound::StereoFrame> wholeLine(Disc& disc, std::int64_t sector
     return all;
 }
 
-/// Reports only the first difference, because EXPECT_EQ would print all frames (up to 100,000).
+/// Reports the first difference. EXPECT_EQ would print only the beginnings of both sequences.
 inline void expectFrames(const std::vector<sound::StereoFrame>& actual,
                          const std::vector<sound::StereoFrame>& expected) {
     ASSERT_EQ(actual.size(), expected.size());

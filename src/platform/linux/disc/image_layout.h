@@ -39,8 +39,8 @@ struct Segment {
     std::int64_t offset = 0; ///< in bytes from the file's beginning, or from a WAVE's first sample
     std::int64_t frames = 0; ///< length on the time line in frames, or toFileEnd
     int sectorBytes = 2352;  ///< size of one sector in the file
-    /// If `frames` is toFileEnd, the length is rounded to a multiple of this number of frames: one
-    /// frame for the sound of a TOC, otherwise one sector.
+    /// If `frames` is toFileEnd, the length is rounded to a multiple of this number of frames: up
+    /// in a WAVE file, down in other files. 1 for the sound of a TOC, otherwise one sector.
     int roundedTo = framesPerSector;
     /// If the stated length of a data segment ends inside a sector: the number of bytes from this
     /// end to the end of the sector.

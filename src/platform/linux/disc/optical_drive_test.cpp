@@ -25,7 +25,7 @@ class UnusableDevice : public testing::TestWithParam<const char*> {};
 INSTANTIATE_TEST_SUITE_P(OpticalDrive, UnusableDevice,
                          testing::Values("/dev/no-such-drive", "/dev/null", "/tmp", ""));
 
-TEST_P(UnusableDevice, IsReportedAsMissingOrNotAnOpticalDrive) {
+TEST_P(UnusableDevice, IsReportedAsMissingOrAsNoOpticalDrive) {
     OpticalDrive drive(GetParam());
     const Loaded loaded = drive.load();
     EXPECT_EQ(loaded.disc, nullptr);
@@ -191,7 +191,7 @@ TEST_F(OpticalDriveTest, ReadsTheTableIfTheDriveCannotReportWhetherADiscIsPresen
     EXPECT_NE(drive_.load().disc, nullptr);
 }
 
-TEST_F(OpticalDriveTest, ADriveThatIsNotReadyHasADiscOnlyWhileTheDiscObjectOfTheLastLoadExists) {
+TEST_F(OpticalDriveTest, ADriveThatIsNotReadyHasADiscOnlyWhileTheLoadedDiscObjectExists) {
     statuses_ = {{DriveState::notReady}};
     EXPECT_FALSE(drive_.mediaPresent());
     statuses_ = {{DriveState::loaded}};

@@ -51,7 +51,7 @@ TEST(OpticalLayout, ALastSessionStartAtTheFirstTrackCountsAsNotReported) {
                 testing::ElementsAre(20000, 28600, 10000));
 }
 
-TEST(OpticalLayout, AssumesNoGapBeforeDataIfTheLastSessionBeganEarlier) {
+TEST(OpticalLayout, AssumesNoGapBeforeADataTrackInsideTheLastSession) {
     EXPECT_THAT(lengthsOf(OpticalLayout::of(enhanced(20000))),
                 testing::ElementsAre(8600, 40000, 10000));
 }

@@ -184,7 +184,7 @@ TEST_F(ParanoiaSectorsTest, EndsRepairsAtTheTimeLimit) {
     for (std::int64_t i = 60; i < 80; ++i) {
         EXPECT_EQ(reader->next({Effort::repair, 0s}, out, {}), SectorOutcome::silent) << i;
     }
-    // For each sector to be delivered, at most four commands are issued: one that reads 25 sectors,
+    // For each delivered sector, at most four commands are issued: one that reads 25 sectors,
     // one that reads 8 sectors, one that reads the sector alone, and the last attempt.
     EXPECT_LE(commands_, 4 * 20);
     // The library's cache must not contain the silence that replaced the sectors.
@@ -232,7 +232,7 @@ TEST_F(ParanoiaSectorsTest, IssuesNoCommandAfterAStopRequest) {
     EXPECT_EQ(out, sector(60));
 }
 
-TEST_F(ParanoiaSectorsTest, ReportsThatTheMediumIsGoneAfterOneFailedCommandAndIssuesNoMore) {
+TEST_F(ParanoiaSectorsTest, ReportsARemovedMediumAfterOneFailedCommandAndThenIssuesNoCommand) {
     const auto reader = makeReader();
     reader->seek(60, endOfSound);
     std::vector<StereoFrame> out(framesPerSector);

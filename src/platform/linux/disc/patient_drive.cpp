@@ -19,8 +19,9 @@ struct PatientDrive::Known {
     /// How often the tray was opened. The result of a call that began before the last opening is
     /// ignored.
     std::int64_t trayOpenings = 0;
-    /// Each load has a number, and only the load with this number stores its result. A new load
-    /// increases it; so does each call after which the result of a running load is not wanted.
+    /// Loads are numbered. Only the load with the number `wantedLoad` may set `loaded`. A new load
+    /// increases `wantedLoad`. So do openTray() and a load() that times out: the result of the
+    /// running load is then not wanted.
     std::int64_t wantedLoad = 0;
 };
 

@@ -20,7 +20,7 @@ TEST(ReadEffort, Plans4SecondsOfRepairsThen4SecondsOfSingleAttemptsThenNoAttempt
     EXPECT_EQ(effort.plan(1h).limit, 0s);
 }
 
-TEST(ReadEffort, HalvesTheBudgetAfterEachReadThatExceedsItButNotBelowTheMinimum) {
+TEST(ReadEffort, HalvesAnExceededBudgetButNotBelowTheMinimum) {
     ReadEffort effort;
     effort.finish(9s);
     EXPECT_EQ(effort.plan(0s).limit, 2s);

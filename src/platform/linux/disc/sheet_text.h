@@ -27,8 +27,8 @@ inline constexpr std::size_t maxImageFiles = 2 * maxTracks;
 /// The number of sectors that the times of a disc's table of contents can address: they end at
 /// 99:59:74 (IEC 60908: two digits for each part).
 inline constexpr std::int64_t maxDiscSectors = 100 * 60 * sectorsPerSecond;
-/// The same length in sample frames, the longest content of any disc. This bound keeps all sums far
-/// from overflow.
+/// The same length in sample frames, the longest content of any disc. This bound keeps all sums of
+/// lengths far from overflow.
 inline constexpr std::int64_t maxDiscFrames = maxDiscSectors * framesPerSector;
 
 /// The message "SHEET, line N: cause", or "SHEET: cause" for line 0, as a deviceInputOutput error.

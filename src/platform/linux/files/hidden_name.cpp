@@ -123,8 +123,9 @@ void removeLeftovers(const FileDescriptor& folder) {
         struct stat found {};
         if (file.valid() && ::fstat(file.get(), &found) == 0 && S_ISREG(found.st_mode) &&
             found.st_uid == ::geteuid() && ::flock(file.get(), LOCK_EX | LOCK_NB) == 0) {
-            // The lock is held until the file is deleted: a process that has just created the file
-            // then fails to claim it, or detects that it was deleted, and creates another file.
+            // The lock is held until the file is deleted. So a process that has just created the
+            // file either fails to claim it, or claims it and detects the deletion. In both cases
+            // the process creates another file.
             ::unlinkat(folder.get(), name.c_str(), 0);
         }
     }

@@ -58,7 +58,7 @@ TEST_F(SavePlaceTest, FollowsASymbolicLink) {
     EXPECT_TRUE(isIn(place.value(), folder / "real"));
 }
 
-TEST_F(SavePlaceTest, FailsForATargetThatIsNoRegularFileOrHasAMissingFolderOrAnInvalidName) {
+TEST_F(SavePlaceTest, ReportsWhyATargetCannotBeUsed) {
     fs::create_directory(folder / "folder");
     ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
     fs::create_symlink("nowhere", folder / "dangling");

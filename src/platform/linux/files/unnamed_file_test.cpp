@@ -341,7 +341,7 @@ TEST_P(UnnamedFileTest, KeepsTheOldFileIfACopyDoesNotFit) {
     EXPECT_EQ(entriesIn(folder.path()), 2);
 }
 
-TEST_P(UnnamedFileTest, NeedsNoSpaceForACopy) {
+TEST_P(UnnamedFileTest, NeedsNoFurtherSpaceWhenItIsFirstPublished) {
     writeFile(target, "old");
     const std::string content(100'000, 'x');
     fs::permissions(folder.path(), fs::perms(0777));
@@ -373,8 +373,9 @@ TEST_P(UnnamedFileTest, IsSavedOnADiskWithoutSpaceForACopy) {
         return (saved ? 0 : 1) + (full ? 0 : 2) + (contentOf(target) == content ? 0 : 4);
     });
     if (exitCode == test::mayNotMount) {
-        GTEST_SKIP() << "this user may not mount a disk; NeedsNoSpaceForACopy tests the same with "
-                        "a size limit";
+        GTEST_SKIP()
+            << "this user has no permission to mount a disk; "
+               "NeedsNoFurtherSpaceWhenItIsFirstPublished tests the same with a size limit";
     }
     EXPECT_EQ(exitCode, 0);
 }

@@ -25,8 +25,8 @@ void LateLibrary::load() const {
     if (handle_.load(std::memory_order_acquire) != nullptr) {
         return;
     }
-    // If two threads open the library at once, both get the same handle. The library is never
-    // closed.
+    // If two threads open the library at the same time, both get the same handle. The library is
+    // never closed.
     void* const opened = ::dlopen(name_, RTLD_LAZY | RTLD_LOCAL);
     if (opened == nullptr) {
         endForWantOf(name_);

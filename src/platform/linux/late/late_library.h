@@ -25,8 +25,8 @@ class LateLibrary {
 };
 
 /// One function of a library, called as if the program were linked to the library. The object has
-/// the function's name within our namespace, so that a call by this name uses the object instead of
-/// the library's own declaration, which would have to be linked.
+/// the function's name within our namespace, so that a call by this name uses the object. A call of
+/// the library's own declaration would require linking the program to the library.
 template <typename Function>
 class LateFunction {
   public:

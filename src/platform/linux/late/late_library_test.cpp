@@ -57,9 +57,9 @@ TEST(LateLibrary, IsLoadedWithAllOtherLibrariesByLoadDeviceLibraries) {
         ExitedWithCode(0), "");
 }
 
-TEST(LateLibrary, FindsAFunctionEvenIfTwoThreadsCallItAtOnce) {
-    // Two threads may call a function of a linked library at once; a function that is loaded late
-    // must permit the same.
+TEST(LateLibrary, FindsAFunctionEvenIfTwoThreadsCallItAtTheSameTime) {
+    // Two threads may call a function of a linked library at the same time. A function that is
+    // loaded late must also permit this.
     std::vector<std::string> words(2);
     {
         std::jthread first([&] { words[0] = sf_strerror(nullptr); });

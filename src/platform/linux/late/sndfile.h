@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Declares the libsndfile functions that this program calls. Each is loaded on its first call.
+// Declares libsndfile functions for the program and its tests. Each is loaded on its first call.
 #pragma once
 
 #include <sndfile.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Attaches recordings to the sound card's recorder, one at a time. It writes no files (recording.h
+// Attaches recordings to the sound card's recorder, one at a time. Writes no files (recording.h
 // does) and handles no commands.
 #pragma once
 
@@ -23,7 +23,7 @@ struct RecordingInput {
     /// `saves` may be a null pointer.
     RecordingInput(Notices& notices, std::shared_ptr<sound::PendingSaves> saves,
                    const sound::RecordingTiming& timing = {});
-    ~RecordingInput(); ///< Threads that still hang report nothing afterwards.
+    ~RecordingInput(); ///< Recording threads that still hang report nothing afterwards.
     RecordingInput(const RecordingInput&) = delete;
     RecordingInput& operator=(const RecordingInput&) = delete;
 

@@ -34,7 +34,7 @@ class CdMedium {
     [[nodiscard]] disc::Disc* disc();
     /// Whether a disc is in the drive and its table has been read. Waits for the drive for at
     /// most about 45 ms (disc/patient_drive.h): the table of an inserted disc is read in the
-    /// background, and the disc counts as present once that is done.
+    /// background.
     /// The first call after another drive was chosen returns false, and so does the first call
     /// after a loaded disc was released for any other reason. So the caller drops the previous disc
     /// before it sees the next one, however quickly the next disc is inserted.
@@ -45,8 +45,8 @@ class CdMedium {
     /// openTray() and closeTray() return false if the machine has no drive.
     [[nodiscard]] bool openTray();
     [[nodiscard]] bool closeTray();
-    /// Whether openTray() was called, and since then neither closeTray() was called nor a disc was
-    /// found nor another drive was chosen.
+    /// True from a call of openTray() until closeTray() is called, a disc is found or another drive
+    /// is chosen.
     [[nodiscard]] bool trayOpened() const { return trayOpened_; }
 
     /// The mode and position of the disc; stopped at sector 0 before the first play() or seek().

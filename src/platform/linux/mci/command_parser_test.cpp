@@ -45,7 +45,7 @@ TEST(ACommand, EndsAtItsFirstNul) {
     EXPECT_THAT(wordsOf(command.value), IsEmpty());
 }
 
-TEST(ACommand, MayPutTheDeviceOrAParameterThatContainsBlanksInQuotes) {
+TEST(ACommand, MayHaveItsDeviceAndItsParametersInQuotes) {
     const auto command = parseCommand(R"(open "new" type waveaudio alias "My Wave")");
     ASSERT_TRUE(command.ok());
     EXPECT_EQ(command.value.device, "new");

@@ -31,10 +31,10 @@ class AnImage : public testing::TestWithParam<const char*>, protected MachineSes
         std::make_shared<disc::ImageDrive>(disc::makeImage(images_, GetParam(), scriptOptions));
 };
 
-/// Expects that the file begins with at most 3 ms of silence (2 ms pass between the commands
-/// "record" and "play"), contains the disc from `firstSector` to at least `endSector`, and ends at
-/// most 104 ms after `endSector` (a capture queries the position every 103 ms). After the end of
-/// the disc, the file must contain silence.
+/// Expects that the file begins with at most 3 ms of silence: 2 ms pass between the commands
+/// "record" and "play". Then the file must contain the disc from `firstSector` to at least
+/// `endSector`. It must end at most 104 ms after `endSector`: a capture queries the position every
+/// 103 ms. After the end of the disc, the file must contain silence.
 void expectCapture(const std::filesystem::path& path, std::int64_t firstSector,
                    std::int64_t endSector) {
     const auto wav = fakes::readWav(path);

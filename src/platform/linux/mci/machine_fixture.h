@@ -38,8 +38,8 @@ class MachineSession {
     /// Advances the time in steps like the ticks of CaptureMonitor (100 ms, each 3 ms late), until
     /// the disc has reached `milliseconds`.
     void tickUntil(int milliseconds) {
-        // The position advances only as far as the disc's reader thread has delivered sound. So
-        // this loop gives that thread time between the steps.
+        // The position advances only as far as the disc's reader thread has delivered sound.
+        // eventually() sleeps between the steps, so that the reader thread can run.
         EXPECT_TRUE(fakes::eventually([&] {
             if (std::stoi(send("status cd position").reply) >= milliseconds) {
                 return true;

@@ -58,7 +58,7 @@ TEST(BitReservoirTest, IgnoresOtherLayersAndTruncatedFrames) {
     EXPECT_EQ(reservoir.admit(*parseHeader(frame), Bytes(frame).first(20)), std::nullopt);
 }
 
-TEST(BitReservoirTest, SilencingAFrameEmptiesItsSideInformationExceptTheReservoirReference) {
+TEST(BitReservoirTest, SilencingAFrameSetsItsReservoirReferenceAndEmptiesItsOtherSideInformation) {
     for (const int begin : {0, 1, 255, 511}) {
         Data frame = frameReaching(400);
         const FrameHeader header = *parseHeader(frame);

@@ -10,9 +10,8 @@ namespace sonarith::mp3 {
 
 namespace {
 
-/// True for each frame that the decoder library gives up (stops decoding half-way), since the
-/// library fills the rest of such a frame with zeros; also true for a frame whose last granule is
-/// silent.
+/// Whether the frame's last granule is silent. This is true for each frame that the decoder library
+/// gives up (stops decoding half-way): the library fills the rest of such a frame with zeros.
 template <typename Sample>
 bool endsInSilence(const StreamFormat& format, std::span<const Sample> samples) {
     constexpr std::size_t samplesPerGranule = 576;
@@ -34,8 +33,9 @@ bool BrokenFrameCheck::isBroken(const Frame& frame, Bytes bytes,
         return false;
     }
     // `frame` is broken or silent. It is decoded again, this time after a frame with sound: unless
-    // the library gives `frame` up, the end of that sound overlaps into the samples of `frame`. The
-    // library decides only by the data of `frame`, so it decides as in the first decoding.
+    // the library gives `frame` up, the end of that sound overlaps into the samples of `frame`.
+    // Whether the library gives `frame` up depends only on the data of `frame`, so both decodings
+    // agree in this.
     if (!decoder_) {
         Result<FrameDecoder<float>> made = FrameDecoder<float>::create();
         if (!made.ok()) {

@@ -26,7 +26,8 @@ class BrokenFrameCheck {
     /// the frame. Precondition: pass() was called for the frames before it.
     [[nodiscard]] bool isBroken(const Frame& frame, Bytes bytes,
                                 std::span<const std::int16_t> samples);
-    /// Must be called for every frame, in order; if isBroken() checks the frame, after isBroken().
+    /// Must be called for every frame, in order. If a frame is passed to isBroken(), isBroken()
+    /// must be called before pass().
     void pass(const Frame& frame, Bytes bytes);
 
   private:

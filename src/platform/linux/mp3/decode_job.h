@@ -51,8 +51,8 @@ class DecodeJob {
 
     /// Starts the decoding. If `former` is a decoding of the same two files and neither file has
     /// changed since, nothing is decoded, and the result of `former` is reused. The decoding
-    /// is a pending save in `saves` until it is over. If no thread can be started
-    /// (Division::starter), the decoding fails and is over at once.
+    /// is a pending save in `saves` until it is over. If Division::starter cannot start
+    /// a thread, the decoding fails and is over at once.
     DecodeJob(DecodeOrder order, Report report, std::shared_ptr<sound::PendingSaves> saves,
               std::optional<CompletedDecoding> former = std::nullopt);
     ~DecodeJob() { stop(std::chrono::milliseconds{0}); }

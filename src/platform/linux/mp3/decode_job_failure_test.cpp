@@ -70,8 +70,8 @@ TEST_F(DecodeJobTest, KeepsThePartBeforeAnUnreadableOffset) {
     const fixture::DecodedSound whole = fixture::sequentially(data);
     for (const unsigned threads : {1U, 2U}) {
         writeFile(source, data);
-        // The hole at the end makes the survey of the stream (surveyStream()), which precedes the
-        // decoding, take so long that the file is shortened before the decoding begins.
+        // Appends a hole, so that the survey (surveyStream()) takes long: the file must be
+        // shortened before the survey ends and the decoding begins.
         fs::resize_file(source, std::uintmax_t{1} << 40);
         const auto job = start(target, {threads, 16});
         EXPECT_TRUE(fakes::eventually([&] { return isOpen(source); }));

@@ -46,7 +46,7 @@ TEST_F(DecodeJobTest, KeepsEachFilesOwnRateAndChannels) {
     EXPECT_EQ(fixture::readWav(target).format, (PcmFormat{48000, 2}));
 }
 
-TEST_F(DecodeJobTest, DecodesIndivisibleStreamsInOnePass) {
+TEST_F(DecodeJobTest, DecodesLayer1Layer2AndFreeFormatInOnePass) {
     for (const Data& data :
          {fixture::layer1(50), fixture::layer2(50), encoded(44100, 2, "--freeformat -b 400")}) {
         const DecodeResult result = decode(data);
@@ -58,7 +58,7 @@ TEST_F(DecodeJobTest, DecodesIndivisibleStreamsInOnePass) {
     }
 }
 
-TEST_F(DecodeJobTest, ContinuesInOnePassFromAFrameThatTheLibraryCannotDecode) {
+TEST_F(DecodeJobTest, ContinuesInOnePassFromAFrameThatLibmpg123CannotDecode) {
     Data broken = ordinary();
     for (std::size_t i = 20'000; i < 30'000; i += 37) {
         broken[i] ^= 0xFF;
@@ -82,7 +82,7 @@ TEST_F(DecodeJobTest, WritesNothingIfThereIsNoFrame) {
 
 TEST_F(DecodeJobTest, WritesNothingForAnInformationFrameAlone) {
     writeFile(target, text("old"));
-    // 128 kbit/s at 44100 Hz without padding: 417 bytes.
+    // The stream begins with the information frame: 417 bytes (128 kbit/s, 44100 Hz, no padding).
     EXPECT_EQ(decode(fixture::part(fixture::ordinary(), 0, 417)).outcome, DecodeOutcome::noFrames);
     EXPECT_EQ(readFile(target), text("old"));
 }
@@ -129,7 +129,7 @@ TEST_F(DecodeJobTest, CountsAsStoppedIfItIsStoppedWhileItWrites) {
         test::HeldCalls disk({SYS_pwrite64}, test::ofPath(folder.path()));
         std::unique_ptr<DecodeJob> job;
         ASSERT_TRUE(disk.run([&] { job = start(target, {threads, 16}); }));
-        ASSERT_TRUE(disk.waitForCall()); // now no sample of the decoding is in the file yet
+        ASSERT_TRUE(disk.waitForCall()); // the WAV contains no sample yet
         job->stop(std::chrono::milliseconds(0));
         disk.release();
         EXPECT_TRUE(waitFor(*job));
@@ -157,7 +157,7 @@ TEST_F(DecodeJobTest, LeavesTheOldWavAndEndsAtOnceIfItIsStoppedBeforeTheFirstSam
     EXPECT_EQ(readFile(target), text("old"));
 }
 
-TEST_F(DecodeJobTest, DecodesTheFormatOfMostFramesOnOneThreadAndOnTwo) {
+TEST_F(DecodeJobTest, DecodesOnlyTheFramesOfTheMostFrequentFormat) {
     const Data& other = encoded(48000, 2, "-t -b 128");
     const Data data = fixture::part(other, 0, 4 * 384) + ordinary() + other;
     const fixture::DecodedSound song = fixture::sequentially(ordinary());
@@ -173,7 +173,7 @@ TEST_F(DecodeJobTest, DecodesTheFormatOfMostFramesOnOneThreadAndOnTwo) {
     }
 }
 
-TEST_F(DecodeJobTest, IsSkippedOnlyIfItsFilesAreUnchangedSinceACompletedDecoding) {
+TEST_F(DecodeJobTest, ReusesACompletedDecodingOnlyIfBothFilesAreUnchanged) {
     writeFile(source, ordinary());
     int reports = 0;
     const auto run = [&](const std::optional<CompletedDecoding>& former) {
@@ -206,7 +206,7 @@ TEST_F(DecodeJobTest, IsSkippedOnlyIfItsFilesAreUnchangedSinceACompletedDecoding
     EXPECT_FALSE(reused(former));
 }
 
-TEST_F(DecodeJobTest, IsForItsOwnFilesOnlyAndHasNoReusableResultWithoutAFrame) {
+TEST_F(DecodeJobTest, AJobWithoutFramesIsNotCompletedAndIsForItsTwoFilesOnly) {
     writeFile(source, fixture::junk(5000));
     const auto job = start(target);
     EXPECT_TRUE(waitFor(*job));

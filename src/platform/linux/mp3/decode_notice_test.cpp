@@ -25,7 +25,7 @@ DecodeResult lossyResult(std::int64_t foreign, std::int64_t damaged) {
     return result;
 }
 
-TEST(DecodeNoticeTest, ReportsWhereReadingFailedAndTheKeptPart) {
+TEST(DecodeNoticeTest, ReportsTheKeptPartAndWhereReadingFailed) {
     const Error error{ErrorNumber::deviceInputOutput, "Input/output error"};
     EXPECT_EQ(
         decodeNotice(names, failedResult(DecodeStep::reading, error, 192)),
@@ -41,7 +41,7 @@ TEST(DecodeNoticeTest, ReportsWhyAFileCannotBeRead) {
               "song.mp3 cannot be read (No such file or directory)");
 }
 
-TEST(DecodeNoticeTest, ReportsWhyAFileWasNotCompletelySavedAndTheKeptPart) {
+TEST(DecodeNoticeTest, ReportsTheKeptPartAndWhyAFileWasNotCompletelySaved) {
     const Error full{ErrorNumber::diskFull, "\"/music/song.wav\" does not fit"};
     EXPECT_EQ(decodeNotice(names, failedResult(DecodeStep::writing, full, 42)),
               "song.wav was saved partly: no space left in /music; it contains the first 0:42");

@@ -20,8 +20,8 @@ struct DecodeOrder {
     Division division; ///< with one thread, one decoder decodes the whole file
 };
 
-/// One attempt to decode a file. It waits for the disk without a time limit. During `run`, the rest
-/// of the program may access only `stop` and the Progress.
+/// One attempt to decode a file. It waits for the disk without a time limit. Of this object and its
+/// arguments, other threads may access only `stop` and the Progress during `run`.
 class Decoding {
   public:
     /// All arguments must outlive the object. After `stop` becomes true, `run` saves the decoded

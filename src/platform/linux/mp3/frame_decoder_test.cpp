@@ -23,7 +23,7 @@ Data bytesOf(const Data& stream, const Frame& frame) {
     return fixture::part(stream, begin, begin + static_cast<std::size_t>(frame.header.bytes));
 }
 
-TEST(FrameDecoderTest, ReturnsAllSamplesOfEachFrameAtOnce) {
+TEST(FrameDecoderTest, ReturnsAllSamplesOfEachFrameInOneCall) {
     for (const Data& stream : {fixture::ordinary(), fixture::encoded(22050, 1, "-b 32"),
                                fixture::layer1(5), fixture::layer2(5)}) {
         FrameDecoder<std::int16_t> decoder = newDecoder<std::int16_t>();
@@ -49,7 +49,7 @@ TEST(FrameDecoderTest, SilencesFramesThatNeedMissingDataOfEarlierFrames) {
         frame.afterGap = i == first;
         const Data bytes = bytesOf(stream, frame);
         ASSERT_TRUE(i != first || mainDataBegin(frame.header, bytes) > 0)
-            << "the first of these frames does not need data of earlier frames";
+            << "frame 120 of the test sound does not need data of earlier frames";
         const auto samples = decoder.decode(frame, bytes);
         if (i == first) {
             EXPECT_THAT(samples, Each(0));

@@ -10,9 +10,9 @@ namespace sonarith::mp3 {
 
 namespace {
 
-/// How many frames must follow the first frame of a row. In random bytes, about one offset in 5,000
-/// has a valid header, and one in 10^13 has a valid header with two more valid headers after it at
-/// the right distances.
+/// How many frames must follow the first frame of a row; fewer suffice before a tag or the end of
+/// the source. In random bytes, about one offset in 5,000 has a valid header, and one in 10^13 has
+/// a valid header with two more valid headers after it at the right distances.
 constexpr int followers = 2;
 
 bool startsWith(Bytes bytes, std::string_view sign) {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Distinguishes a frame from bytes that look like a frame header by chance. The test is whether
-// the frame "begins a row": enough frames of its format follow it, or fewer and then the end of the
-// source or a tag. Also detects the tags between frames. It examines bytes in memory; the scanner
-// (frame_scanner.h) reads the source.
+// the frame "begins a row": two frames of its format follow it, or fewer if a tag or the end of the
+// source comes first. Also detects the tags between frames. It examines bytes in memory; the
+// scanner (frame_scanner.h) reads the source.
 #pragma once
 
 #include <cstddef>
@@ -31,9 +31,9 @@ namespace sonarith::mp3 {
 /// ends earlier.
 [[nodiscard]] bool beginsRow(const FrameHeader& header, Bytes bytes, std::size_t offset);
 
-/// Remembers where rows of frames begin after a position that only advances. So each offset is
-/// tried only once, however often it is queried. Trying each offset at each query would take too
-/// long with hostile data, which can contain a header at every fourth byte.
+/// Remembers where rows of frames begin. So each offset is tried only once, however often it is
+/// queried. Trying each offset at each query would take too long with hostile data, which can
+/// contain a header at every fourth byte.
 class RowsAhead {
   public:
     /// Whether a row of `format` begins in [`begin`, `end`) of the source. `bytes` are the bytes

@@ -51,7 +51,7 @@ TEST(RowsAheadTest, FindsRowsOfTheRequestedFormatThatBeginInTheRequestedRange) {
         << "found: a row that begins before the range and whose second frame is after the range";
 }
 
-TEST(RowsAheadTest, UsesOffsetsInTheSourceWhereverTheBytesBegin) {
+TEST(RowsAheadTest, FindsTheSameRowWhereverTheGivenBytesBeginInTheSource) {
     const Data data = Data(100, 0) + row(3);
     const StreamFormat format = parseHeader(row(1))->format;
     RowsAhead rows;

@@ -12,8 +12,8 @@ namespace sonarith::mp3 {
 namespace {
 
 /// The maximum number of offsets that are tried as the beginning of a stream in free format. Each
-/// try is expensive, and hostile junk can consist of nothing but headers in free format, each of
-/// which would be tried without this maximum. Random junk contains one such header in 70,000 bytes.
+/// try is expensive, and hostile junk can consist of nothing but headers in free format. Without
+/// this maximum, each of them would be tried. Random junk contains one such header in 70,000 bytes.
 constexpr int maxFreeFormatTries = 1000;
 
 } // namespace
@@ -77,7 +77,8 @@ bool FrameScanner::belongs(const FrameHeader& header, Bytes bytes) {
     return header.format == only_ || header.format == current_ || verified(header, bytes, 0);
 }
 
-/// Whether another row of frames begins inside this frame, because the frame's end is missing.
+/// Whether another row of frames begins inside the frame at position_, because the end of this
+/// frame is missing.
 bool FrameScanner::isTorn(const FrameHeader& header, Bytes bytes) {
     const auto end = static_cast<std::size_t>(header.bytes);
     if (rowEndsAt(bytes, end)) {
@@ -105,8 +106,8 @@ std::int64_t FrameScanner::tagBytes(Bytes bytes) const {
 }
 
 bool FrameScanner::leadsOn(std::int64_t offset) const {
-    // Read without the window, so that the window keeps its contents: the data at this offset are
-    // not needed if the tag's length is false, and there may be very many tags with a false length.
+    // Read without the window, so that the window keeps its contents. If the tag's length is false,
+    // the data at this offset are not needed, and there may be very many tags with a false length.
     std::array<std::uint8_t, 32> store{};
     const std::int64_t left = source_->size() - offset;
     const Bytes bytes =
@@ -135,8 +136,8 @@ void FrameScanner::skipJunk() {
             freeFormat_ = position_;
             return;
         }
-        // Offsets that are followed by fewer bytes in the window than the look-ahead are left for
-        // the next iteration, unless the source ends or becomes unreadable where the window ends.
+        // An offset with fewer bytes than the look-ahead behind it in the window is left for the
+        // next iteration. Exception: the source ends, or becomes unreadable, at the window's end.
         const bool last = bytes.size() < SourceWindow::lookAhead ||
                           position_ + static_cast<std::int64_t>(bytes.size()) == source_->size();
         const std::size_t limit = last ? bytes.size() : bytes.size() - SourceWindow::lookAhead + 1;

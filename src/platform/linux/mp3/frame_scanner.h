@@ -31,10 +31,10 @@ struct ScanLoss {
 };
 
 /// Bytes that look like a frame are accepted as a frame if they directly follow an accepted frame
-/// of the same format, or if they begin a row: two more frames of the format follow them, or fewer
-/// and then the end of the file or a tag. A scan that starts at any accepted frame finds the same
-/// following frames as a scan from the beginning. An offset that cannot be read counts as the end
-/// of the source.
+/// of the same format, or if they begin a row. They begin a row if two more frames of the format
+/// follow them, or if the source ends or a tag begins after fewer frames. A scan that starts at any
+/// accepted frame finds the same following frames as a scan from the beginning. An offset that
+/// cannot be read counts as the end of the source.
 ///
 /// The time of a scan is linear in the number of bytes for any data: each offset is tried a bounded
 /// number of times.
@@ -80,7 +80,7 @@ class FrameScanner {
     SourceWindow window_;
     std::int64_t position_ = 0;
     std::optional<StreamFormat> only_;    ///< frames of other formats are dropped
-    std::optional<StreamFormat> current_; ///< of the current row of frames
+    std::optional<StreamFormat> current_; ///< the format of the current row
     std::optional<std::int64_t> freeFormat_;
     int freeFormatTries_ = 0;
     RowsAhead rowsAhead_;

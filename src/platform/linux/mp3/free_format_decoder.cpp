@@ -133,7 +133,7 @@ void FreeFormatDecoder::noteWork(std::span<const std::int16_t> samples) {
     work_ += silent ? frames_ : 0;
 }
 
-/// Replaces the decoder by a new one, which continues after the last returned frame. Returns false
+/// Replaces the decoder by a new one, which continues after the last decoded frame. Returns false
 /// if that is impossible.
 bool FreeFormatDecoder::renew() {
     const std::int64_t lastFrame = input_->begin + mpg123_framepos(handle_.get());
@@ -151,7 +151,7 @@ bool FreeFormatDecoder::renew() {
     work_ = 0;
     ++renewals_;
     const DecodeCount count = count_;
-    const bool found = !decodeFrame().empty(); // decodes the already returned frame again
+    const bool found = !decodeFrame().empty(); // decodes the last decoded frame again
     count_ = count;
     return found;
 }

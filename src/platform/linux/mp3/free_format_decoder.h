@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Decodes MP3 streams in free format, in one pass over the whole stream: the size of their frames
-// must be guessed, which only libmpg123 ("the library") can do, so the library must also find the
+// Decodes MP3 streams in free format, in one pass over the whole stream. The size of their frames
+// must be guessed. Only libmpg123 ("the library") can do this, so the library must also find the
 // frames. Not for other streams.
 #pragma once
 
@@ -15,15 +15,16 @@ namespace sonarith::mp3 {
 
 class FreeFormatDecoder : public PcmReader {
   public:
-    /// The limit for `work_`, in frames. When a decoder of the library gives up a frame (stops
-    /// decoding it half-way), this takes time in proportion to the number of frames that the same
-    /// decoder has decoded before (measured: 3 ns per frame), so a long stream of damaged frames
-    /// would take hours. Each time the current decoder gives up a frame, `work_` grows by the
-    /// number of frames that this decoder has decoded so far. When `work_` reaches this limit (a
-    /// third of a second of work), a new decoder replaces the current one. The library does not
-    /// report a frame that it gives up, but such a frame ends in silence; so every frame that ends
-    /// in silence counts as given up. A replacement happens only after a frame that ends in
-    /// silence, so no sound is lost.
+    /// The limit for `work_`, in frames. A decoder of the library gives up some damaged frames: it
+    /// stops decoding them half-way. Each time, this costs 3 ns (measured) for each frame that the
+    /// same decoder has decoded before. So one decoder would need hours for a long stream of
+    /// damaged frames. Each time the current decoder gives up a frame, `work_` grows by the number
+    /// of frames that this decoder has decoded so far. When `work_` reaches this limit (a third of
+    /// a second of work), a new decoder replaces the current one.
+    ///
+    /// The library does not report a frame that it gives up, but such a frame ends in silence. So
+    /// every frame that ends in silence counts as given up. A replacement happens only after such a
+    /// frame, so no sound is lost.
     static constexpr std::int64_t usualPatience = 100'000'000;
 
     /// Reads `source` from `offset` on. Null if the library finds no frame from `offset` on.
@@ -35,7 +36,7 @@ class FreeFormatDecoder : public PcmReader {
     [[nodiscard]] std::optional<Error> failure() const override { return input_->window.failure(); }
     [[nodiscard]] DecodeCount count() const override { return count_; }
     [[nodiscard]] std::int64_t sourcePosition() const override { return input_->position; }
-    /// How often a new decoder of the library has replaced the current one.
+    /// How many times a new decoder of the library has replaced the former one.
     [[nodiscard]] int renewals() const { return renewals_; }
 
   private:

@@ -39,8 +39,8 @@ TEST(FreeFormatTest, IsNotDetectedWithoutThreeHeadersAtEqualDistances) {
 TEST(FreeFormatTest, IsDetectedOnlyInFramesLargeEnoughForSound) {
     EXPECT_TRUE(isFreeFormat(freeFrame(36) + freeFrame(36) + freeFrame(36)));
     EXPECT_FALSE(isFreeFormat(freeFrame(35) + freeFrame(35) + freeFrame(35)));
-    // Layer II headers at every fourth byte. Some of them are far enough apart for frames with
-    // sound, but only the distance to the next header counts, and it is too small.
+    // Layer II headers at every fourth byte. Some pairs of them are far enough apart for a frame
+    // with sound, but only the distance to the next header counts, and it is too small.
     Data headers;
     while (headers.size() < 8000) {
         headers = headers + Data{0xFF, 0xFD, 0x00, 0x00};

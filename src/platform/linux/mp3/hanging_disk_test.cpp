@@ -157,7 +157,7 @@ TEST_F(HangingDiskTest, ADecodingToTheSameTargetBeginsWhenThePreviousOneHasEnded
     next.reset();
 }
 
-TEST_F(HangingDiskTest, ADecodingStoppedWhileItWaitsForThePreviousOneDoesNotReplaceThePreviousWav) {
+TEST_F(HangingDiskTest, AStopDuringTheWaitForThePreviousDecodingKeepsThePreviousWav) {
     const fs::path wav = slow / "out.wav";
     HeldCalls disk({SYS_fsync}, test::ofPath("/slow/"));
     hangIn(disk, wav);

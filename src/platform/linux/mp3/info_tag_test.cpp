@@ -38,7 +38,7 @@ TEST(InfoTagTest, IsNotDetectedInStreamsWithoutATag) {
     EXPECT_FALSE(tagOf(fixture::layer2(1)));
 }
 
-TEST(InfoTagTest, IsDetectedByItsNameButTrimsNothingIfItIsTruncated) {
+TEST(InfoTagTest, IsDetectedByItsIdentifierButTrimsNothingIfItIsTruncated) {
     const Data& data = fixture::ordinary();
     for (std::size_t bytes = 0; bytes < 200; ++bytes) {
         const auto tag = parseInfoTag(*parseHeader(data), Bytes(data).first(bytes));
@@ -67,8 +67,7 @@ TEST(InfoTagTest, TrimsNothingIfItStatesZeroFrames) {
     EXPECT_EQ(tagOf(data), GaplessTrim());
 }
 
-TEST(GaplessTrimTest,
-     RemovesTheSamplesAddedByTheEncoderAtBothEndsAndKeepsSamplesAfterTheEncodersLastFrame) {
+TEST(GaplessTrimTest, RemovesWhatTheEncoderAddedAndKeepsSamplesAfterTheEncodersLastFrame) {
     const GaplessTrim trim(10, 90, 100);
     const std::vector<std::pair<std::int64_t, std::int64_t>> cases{
         {0, 0}, {10, 0}, {11, 1}, {90, 80}, {95, 80}, {100, 80}, {101, 81}, {200, 180}};

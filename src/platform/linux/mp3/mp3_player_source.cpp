@@ -38,7 +38,7 @@ class Mp3PlayerSource::Decoder {
         room_.notify_all();
     }
 
-    /// `starving` if the queue has fewer frames than the block needs, and more may follow.
+    /// `starving` if the queue has fewer frames than the block needs, and more frames may follow.
     sound::Pulled pull(std::span<sound::StereoFrame> block) {
         const std::lock_guard lock(mutex_);
         const std::size_t frames = queue_.pop(block);

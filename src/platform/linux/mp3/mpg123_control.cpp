@@ -21,7 +21,7 @@ const Error noSourceFile{ErrorNumber::invalidPropertyValue, "no source file is s
 /// too short for the user to notice.
 constexpr std::chrono::milliseconds stopPatience{40};
 /// If a completed decoding is requested again, a working disk reports within this time whether the
-/// decoding's two files have changed since.
+/// source file or the WAV has changed since that decoding.
 constexpr std::chrono::milliseconds checkTimeout{20};
 
 /// The file name in `path`, which is a path of the logic or a machine path.

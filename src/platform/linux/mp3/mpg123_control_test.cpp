@@ -142,7 +142,7 @@ TEST_F(Mpg123ControlTest, DecodesAgainAfterAStopAndAfterAFailure) {
     EXPECT_EQ(control.lastResult().outcome, DecodeOutcome::completed);
 }
 
-TEST_F(Mpg123ControlTest, ASecondTargetGetsTheWholeSoundAndTheFirstTargetABeginningOrNoFile) {
+TEST_F(Mpg123ControlTest, ASecondTargetStopsTheFirstDecodingAndGetsTheWholeSound) {
     const fs::path second = folder / "second.wav";
     writeFile(source, encoded(44100, 2, "-b 320"));
     decode();

@@ -23,8 +23,8 @@ struct PcmFormat {
 /// Counts the decoded and the lost frames.
 struct DecodeCount {
     std::int64_t framesDecoded = 0;
-    /// How many of framesDecoded are silent because they need data of earlier frames that are
-    /// missing; 0 in free format, where silent frames are not counted.
+    /// How many of framesDecoded are silent because they need missing data of earlier frames;
+    /// 0 in free format, where silent frames are not counted.
     std::int64_t framesSilenced = 0;
     ScanLoss loss;
     friend bool operator==(const DecodeCount&, const DecodeCount&) = default;

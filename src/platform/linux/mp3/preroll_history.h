@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Remembers the last frames of a stream, and computes at which of them a new decoder must start so
-// that it delivers the same samples as a decoder that started at the first frame of the stream.
+// Remembers the last frames of a stream. Computes at which of them a new decoder must start, so
+// that from a given frame on it delivers the same samples as a decoder of the whole stream.
 #pragma once
 
 #include <cstdint>

@@ -21,8 +21,7 @@ PrerollHistory historyOf(std::vector<std::uint8_t> header, std::int64_t count) {
     return history;
 }
 
-TEST(PrerollHistoryTest,
-     StartsTheDecoderAtAFrameNumberDivisibleByEightAtLeastTwentyFourFramesEarly) {
+TEST(PrerollHistoryTest, StartsTheDecoderAtLeastTwentyFourFramesEarlyAtAMultipleOfEight) {
     const PrerollHistory history = historyOf({0xFF, 0xFB, 0x90, 0x64}, 1001);
     EXPECT_EQ(history.before(1000).frame, 976);
     EXPECT_EQ(history.before(1000).offset, 976 * 417);
@@ -38,10 +37,10 @@ TEST(PrerollHistoryTest, StartsTheDecoderAtTheFirstFrameOfTheStreamIfThatIsNear)
 }
 
 TEST(PrerollHistoryTest, StartsTheDecoderEarlierIfTheReservoirRequiresIt) {
-    // MPEG-2, 8 kbit/s, stereo: each frame has three bytes of main data and may refer to the 255
-    // bytes of main data before it, which are those of 85 frames. The last 8 frames before the
-    // requested frame must be decoded without loss (soundFrames in preroll_history.cpp), so the 85
-    // frames are counted back from the first of these 8.
+    // MPEG-2, 8 kbit/s, stereo: each frame has three bytes of main data. A frame may refer to the
+    // 255 bytes of main data before it, which are the main data of 85 frames. The last 8 frames
+    // before the requested frame must be decoded without loss (soundFrames in preroll_history.cpp),
+    // so the 85 frames are counted back from the first of these 8.
     const PrerollHistory low = historyOf({0xFF, 0xF3, 0x14, 0x64}, 1001);
     EXPECT_EQ(low.before(1000).frame, 904);
     EXPECT_LE(low.before(1000).frame, 1000 - 8 - 85);

@@ -20,8 +20,8 @@ namespace sonarith::mp3 {
 
 /// The decoder is replaced at each frame whose number is a multiple of the period, unless the pass
 /// over the stream began less than `lead` frames before that frame. So two passes with the same
-/// period, wherever they begin, deliver the same samples from the first frame at which both replace
-/// the decoder, also after frames that the library gave up.
+/// period may begin at different frames. From the first frame at which both replace the decoder,
+/// they deliver the same samples, even after frames that the library gave up.
 class RenewedDecoder {
   public:
     /// Seven minutes of sound. With this period, 2 of 100 frames are decoded twice, and a frame

@@ -66,8 +66,8 @@ TEST(RenewedDecoderTest, NoDecoderReceivesMoreFramesThanThePeriodPlusTheLead) {
 
 /// Changes a frame (MPEG-1, stereo, no checksum) so that libmpg123 stops decoding it after its
 /// first granule: the second granule has less data than its scale factors need. This stop affects
-/// the last bit of all following samples of the same decoder. A frame that libmpg123 rejects as a
-/// whole would not affect them.
+/// the lowest bit of later samples of the same decoder. A frame that libmpg123 rejects as a whole
+/// would not affect later samples.
 void breakFrame(Data& data, std::size_t number) {
     const auto side = static_cast<std::size_t>(fixture::framesOf(data)[number].offset) + 4;
     const auto setBits = [&](std::size_t first, std::size_t count, unsigned value) {
@@ -99,8 +99,8 @@ TEST(RenewedDecoderTest, ReturnsTheSameSamplesAfterBrokenFramesWhereverTheDecodi
     const Samples single = decodeFrom(data, RenewedDecoder::never).samples;
     EXPECT_NE(fixture::difference(whole, single), std::nullopt)
         << "unsuitable test data: no decoder was replaced, or no frame is broken";
-    // Only the pass from frame 0 contains the broken frame 100, which affects its samples only
-    // until the decoder is replaced at frame 576. All passes contain the other broken frames.
+    // Only the pass from frame 0 contains the broken frame 100, which affects the samples until
+    // the decoder is replaced at frame 576. All passes contain the broken frames 400 and 580.
     for (const std::size_t first : {200U, 304U}) {
         const Samples rest = decodeFrom(data, period, first).samples;
         EXPECT_TRUE(std::equal(

@@ -14,9 +14,9 @@ namespace sonarith::mp3 {
 
 namespace {
 
-/// The number of MP3 frames whose samples are passed to the receiver (TakeSamples) together: enough
-/// that the cost of system calls does not matter, and few enough that a stop takes effect soon,
-/// since the receiver can request a stop only when it gets samples.
+/// The number of MP3 frames whose samples are passed to the receiver (TakeSamples) together. Large
+/// enough that the cost of system calls does not matter. Small enough that a stop takes effect
+/// soon: the receiver can request a stop only when it gets samples.
 constexpr std::int64_t framesPerBatch = 32;
 
 Error changedSource() {

@@ -137,7 +137,7 @@ TEST(SegmentDecoderTest, FailsIfTheSourceHasFewerFramesThanTheSegment) {
     EXPECT_EQ(outcome.failure->step, DecodeStep::reading);
 }
 
-TEST(SegmentDecoderTest, PassesOnEverythingBeforeAnUnreadableOffset) {
+TEST(SegmentDecoderTest, DeliversEverythingBeforeAnUnreadableOffset) {
     const auto found = fixture::framesOf(ordinary());
     const auto bad = static_cast<std::size_t>(found[77].offset) + 5;
     const fixture::BadPlaceSource source(ordinary(), bad, SIZE_MAX);

@@ -89,8 +89,7 @@ TEST_F(SegmentScheduleTest, SegmentsBeforeAFailedSegmentAreStillDecodedAndNoFurt
     EXPECT_FALSE(schedule.complete());
 }
 
-TEST_F(SegmentScheduleTest,
-       IfOneSegmentFailsAndAnotherNeedsOnePassTheEarlierOneDeterminesTheResult) {
+TEST_F(SegmentScheduleTest, TheEarliestSegmentThatFailsOrNeedsOnePassDeterminesTheResult) {
     ASSERT_TRUE(schedule.take(0));
     ASSERT_TRUE(schedule.take(1));
     schedule.needOnePass(1);

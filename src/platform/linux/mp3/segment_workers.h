@@ -47,8 +47,8 @@ struct Decoded {
     DecodeCount count;
 };
 
-/// `run` may be stopped at any time, and a read or a write may fail. The WAV contains every sample
-/// before Decoded::samples in these cases, too.
+/// `run` may be stopped at any time, and a read or a write may fail. In these cases, too, the WAV
+/// contains the first Decoded::samples samples of each channel.
 class SegmentWorkers {
   public:
     /// All arguments passed by reference must outlive the object. Precondition: the stream is

@@ -61,7 +61,8 @@ Data brokenAt(std::vector<std::size_t> frames) {
         data[side + 6] = static_cast<std::uint8_t>((data[side + 6] & 0xF8) | 4);
     }
     // Junk after the last frame: DecodeCount::loss contains these bytes only if the frame scanner
-    // has reached the end of the stream. So a comparison of the counts also tests this.
+    // has reached the end of the stream. So a comparison of the counts also tests that the scanner
+    // got there.
     const Data tail = fixture::junk(300);
     data.insert(data.end(), tail.begin(), tail.end());
     return data;

@@ -11,7 +11,7 @@
 
 namespace sonarith::mp3 {
 
-/// The RF64 form's header: 12 bytes for RF64, its size and "WAVE"; then "ds64" of 8 + 28 bytes,
+/// The RF64 form's header: 12 bytes for "RF64", its size and "WAVE"; then "ds64" of 8 + 28 bytes,
 /// "fmt " of 8 + 16 bytes, and the first 8 bytes of "data".
 inline constexpr std::int64_t rf64HeaderBytes = 80;
 

@@ -121,8 +121,8 @@ std::int64_t WavTarget::roomFor(std::int64_t samples, std::int64_t distance) {
 }
 
 /// Makes space for the larger header: moves the samples towards the end of the file, the last ones
-/// first. The space is not reserved when the file is created, because small files then could not
-/// have the plain header.
+/// first. The space is not reserved when the file is created: the samples of a small file must
+/// directly follow the smaller plain header.
 Status WavTarget::moveUp(std::int64_t bytes, std::int64_t distance) {
     std::vector<std::uint8_t> block(
         256 * 1024); // large enough that the cost of system calls does not matter

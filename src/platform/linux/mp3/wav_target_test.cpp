@@ -75,8 +75,8 @@ TEST_F(WavTargetTest, FinishTruncatesTheFileAtTheGivenEnd) {
 }
 
 TEST_F(WavTargetTest, BecomesRf64AboveTheSizeLimitOfAPlainWav) {
-    // More than one of the blocks in which finish() moves the samples to make space for the larger
-    // header (WavTarget::moveUp()).
+    // More samples than fit into one block: finish() moves the samples block by block, to make
+    // space for the larger header (WavTarget::moveUp()).
     Samples samples(400'000);
     for (std::size_t i = 0; i < samples.size(); ++i) {
         samples[i] = static_cast<std::int16_t>(i * 7);
@@ -115,7 +115,7 @@ TEST_F(WavTargetTest, ReportsAFullDiskAndKeepsAnExistingFileOfTheSameName) {
     EXPECT_EQ(entries(), 1);
 }
 
-TEST_F(WavTargetTest, IsNotCreatedForAPathWithoutAName) {
+TEST_F(WavTargetTest, IsNotCreatedForAPathWithoutAFileName) {
     EXPECT_FALSE(WavTarget::create("", {44100, 2}).ok());
     EXPECT_FALSE(WavTarget::create(folder.path() / "", {44100, 2}).ok());
 }

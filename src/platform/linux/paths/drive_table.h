@@ -47,8 +47,8 @@ class DriveTable {
 
     /// The drives that currently exist, in the order of their letters.
     [[nodiscard]] const std::vector<Drive>& drives() const { return drives_; }
-    /// The mount point of a letter in either case; empty if the letter is not assigned or its disk
-    /// is not mounted.
+    /// The mount point of a letter (upper or lower case); empty if the letter is not assigned or
+    /// its disk is not mounted.
     [[nodiscard]] std::optional<std::string> mountPointOf(char letter) const;
     /// The drive with the deepest mount point that contains the absolute machine path; H: if H: and
     /// another drive have the same mount point.

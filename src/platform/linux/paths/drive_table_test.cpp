@@ -29,7 +29,7 @@ TEST(DriveTable, GivesTheRootTheLetterCAndDoesNotStoreThisLetter) {
     EXPECT_THAT(store.writes, IsEmpty());
 }
 
-TEST(DriveTable, AssignsAndStoresLettersForAllMountsExceptTheRootInTheirOrder) {
+TEST(DriveTable, AssignsAndStoresLettersInTheOrderOfTheMountsExceptForTheRoot) {
     FakeSettingsStore store;
     DriveTable table(store);
     table.update(mountsOn({"/", "/home", "/media/a"}));
@@ -106,7 +106,7 @@ TEST(DriveTable, GivesTheHomeFolderTheLetterHAndDoesNotStoreThisLetter) {
     EXPECT_EQ(store.writes, (std::vector<test::StoreWrite>{{"Drives", "D", "/home"}}));
 }
 
-TEST(DriveTable, UsesTheHomeLetterForPathsInTheHomeFolderExceptOnMountsThere) {
+TEST(DriveTable, UsesTheHomeLetterForTheHomeFolderButNotForAMountInTheHomeFolder) {
     FakeSettingsStore store;
     DriveTable table(store, "/home/jane");
     table.update(mountsOn({"/home", "/home/jane/stick"}));

@@ -120,8 +120,8 @@ class HangingMounts {
 };
 
 /// wait() returns Outcome::late as soon as a call hangs at a gate, unless an earlier wait() has
-/// already returned for this call. So no test waits for a long timeout. If the bound is at most
-/// plainMoment, wait() also returns after plainMoment.
+/// already returned Outcome::late because of the same call. So no test waits for a long timeout. If
+/// the bound is at most plainMoment, wait() also returns Outcome::late after plainMoment.
 class GateWaiting final : public Waiting {
   public:
     explicit GateWaiting(const HangingMounts& mounts) : mounts_(mounts) {}

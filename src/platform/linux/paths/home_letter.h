@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Migrates a settings store of an older version, in which the home folder had no drive letter of
-// its own, to the present version, in which it has the letter H. The migration changes texts only
-// and accesses no disk.
+// Migrates a settings store of an older version to the present version. In older versions the home
+// folder had no drive letter of its own; now the home folder has the letter H. The migration
+// changes texts only and accesses no disk.
 #pragma once
 
 #include <string>
@@ -18,14 +18,15 @@ struct StoredPath {
     std::string key;
 };
 
-/// If the store assigned H: to a mount other than the home folder, that mount gets another letter,
-/// in section "Drives" and in the values of `paths`; if no letter is free, these values use the
-/// path of the mount point on C: instead. Then each value of `paths` that is below the home folder
-/// but has another drive's letter gets H:, so that each file has only one path: the dialogs use H:
-/// for files in the home folder. A path of the home folder itself keeps its letter if it has no
-/// backslash at the end: it would become "H:" without a backslash, but the logic splits a path at
-/// its last backslash. A store that needs no change is not written to. Must be called before
-/// DriveTable is created. If a call is interrupted, the next call completes the migration.
+/// Step 1: If the store assigned H: to a mount other than the home folder, that mount gets another
+/// letter, in section "Drives" and in the values of the keys `paths`. If no letter is free, these
+/// values use the path of the mount point on C: instead.
+/// Step 2: Each of these values that names a file in the home folder by another letter becomes a
+/// path on H:. The dialogs use H: for files in the home folder, so each file then has one path.
+/// Exception to step 2: the path of the home folder itself, without a backslash at the end, keeps
+/// its letter. It would become "H:", but the logic splits a path at its last backslash.
+/// A store that needs no change is not written to. Must be called before DriveTable is created. If
+/// a call is interrupted, the next call completes the migration.
 void moveToHomeLetter(SettingsStore& store, std::string_view home,
                       const std::vector<StoredPath>& paths);
 

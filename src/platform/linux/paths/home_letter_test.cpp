@@ -69,7 +69,7 @@ TEST_F(MoveToHomeLetterTest, ChangesNothingIfTheHomeFolderIsTheRoot) {
     EXPECT_THAT(store_.writes, IsEmpty());
 }
 
-TEST_F(MoveToHomeLetterTest, AMountWithTheLetterHGetsAnotherLetterAsDoThePathsOnIt) {
+TEST_F(MoveToHomeLetterTest, AMountAndItsPathsMoveFromTheLetterHToAFreeLetter) {
     store_.put("Drives", "D", "/media/a");
     store_.put("Drives", "H", "/media/b");
     EXPECT_EQ(moved("H:\\My Music"), "E:\\My Music");

@@ -107,7 +107,7 @@ TEST_F(LinuxBinaryFileTest, DoesNotChangeAFileThatMayNotBeWritten) {
     EXPECT_EQ(world_.content("a.mp3"), "0123");
 }
 
-TEST_F(LinuxBinaryFileTest, WritingKeepsTheFilesLinksAndAttributes) {
+TEST_F(LinuxBinaryFileTest, WritingKeepsTheLinksAndAttributesOfTheFile) {
     world_.put("a.mp3", std::string(tagBytes * 2, 'x'));
     fs::permissions(path("a.mp3"),
                     fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read);

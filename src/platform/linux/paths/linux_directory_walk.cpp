@@ -51,9 +51,9 @@ class LinuxDirectoryWalk final : public DirectoryWalk {
     std::map<FindHandle, Listing> listings_;
     FindHandle lastHandle_ = 0;
     const std::shared_ptr<WalkedFolders> walked_;
-    /// The machine paths of folders that a listing returned but that are not listed yet, so that
-    /// listing such a folder needs no PathMap::locate(). The key is the logic's path in lower case
-    /// with a trailing backslash.
+    /// The machine paths of folders that FindNext() has returned and FindFirst() has not opened
+    /// yet. FindFirst() needs no PathMap::locate() for such a folder. The key is the logic's path
+    /// in lower case with a trailing backslash.
     std::unordered_map<std::string, std::string> met_;
 };
 

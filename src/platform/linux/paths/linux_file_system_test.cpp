@@ -231,7 +231,7 @@ TEST_P(LinuxFileSystemTest, CannotChangeToAMissingDrive) {
     EXPECT_EQ(numberOf(files_.changeDrive("x:\\")), ErrorNumber::deviceUnavailable);
     EXPECT_EQ(numberOf(files_.changeDrive("\\")), ErrorNumber::deviceUnavailable);
     EXPECT_EQ(numberOf(files_.changeDrive("")), ErrorNumber::deviceUnavailable);
-    // The list of mounts contains E:, but its folder is missing, as after unplugging.
+    // E: is in the list of mounts, but its folder is missing, as after unplugging.
     EXPECT_EQ(numberOf(files_.changeDrive("e:")), ErrorNumber::deviceUnavailable);
 }
 

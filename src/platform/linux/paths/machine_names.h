@@ -10,11 +10,11 @@ namespace sonarith {
 
 /// Converts a name from the machine's notation to the logic's notation. Backslash, colon, star and
 /// question mark, which the logic does not allow in names or treats as wildcards, are replaced by
-/// characters that look similar and that common fonts contain: U+2216, U+02D0, U+2217, U+0294. If
-/// the name already contains one of these similar characters, one of the four private-use
-/// characters that machineName() accepts, or U+00AC, a U+00AC is inserted before that character as
-/// a mark. All other bytes are unchanged. The logic's conversion to lower case changes neither the
-/// similar characters nor the mark. The mapping is injective.
+/// characters that look similar and that common fonts contain: U+2216, U+02D0, U+2217, U+0294. The
+/// mark U+00AC is inserted before each character of the name that already is one of these similar
+/// characters, one of the four private-use characters that machineName() accepts, or U+00AC. All
+/// other bytes are unchanged. The logic's conversion to lower case changes neither the similar
+/// characters nor the mark. The mapping is injective.
 [[nodiscard]] std::string logicName(std::string_view machineName);
 
 /// The inverse of logicName(). Also accepts U+F05C, U+F03A, U+F02A and U+F03F for backslash, colon,

@@ -57,9 +57,8 @@ std::string ReadFolders::folder() const {
     return folder_;
 }
 
-/// The walk on `machine`. A new walk is created if `machine` is not the object of the previous
-/// call: after a call of this or another walk has timed out, a new MachineFiles object replaces the
-/// object that made the call.
+/// The walk on `machine`. Creates a new walk if the previous call of this function received another
+/// object: after a call on a MachineFiles object has timed out, later calls use a new object.
 DirectoryWalk& MachineWalk::of(MachineFiles& machine) {
     if (owner_.get() != &machine) {
         walk_ = machine.continueWalk(walked_);

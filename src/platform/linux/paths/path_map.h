@@ -7,8 +7,8 @@
 // remembers, while the program runs, the spellings of the paths that were chosen or listed. A name
 // in lower case, which the logic may have converted, is matched by the first of the following
 // spellings that exists:
-//   1. the chosen spelling: that of a folder created or entered, or of a file picked in a dialog
-//      (the most recent of several);
+//   1. the chosen spelling: that of a folder created or entered, of a file picked in a dialog, or
+//      of the new name in a rename (the most recent of several);
 //   2. the exact name;
 //   3. the spelling that was listed by a walk through the folders;
 //   4. any case variant in the folder, the first in byte order.

@@ -131,7 +131,7 @@ TEST_F(PathMapTest, FindsFilesByPathsFromAnOlderStore) {
     }
 }
 
-TEST_F(PathMapTest, RestoresTheCharactersOfANameFromAnOlderStoreEvenIfTheFileDoesNotExist) {
+TEST_F(PathMapTest, DecodesANameInTheNotationOfOlderStoresEvenIfTheFileDoesNotExist) {
     EXPECT_EQ(onDisk("d:\\My \uf02aMusic\uf02a"), "/My *Music*");
 }
 

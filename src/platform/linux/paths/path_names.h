@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Splits and normalises paths of the logic and machine paths. It accesses no disk.
+// Splits and normalises machine paths and paths of the logic. Accesses no disk.
 #pragma once
 
 #include <string>

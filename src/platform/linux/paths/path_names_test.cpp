@@ -16,7 +16,7 @@ TEST(PathNames, AreThePartsBetweenSeparators) {
     EXPECT_THAT(namesOf("//", "/"), IsEmpty());
 }
 
-TEST(PathNames, OmitDotsResolveDoubleDotsAndIgnoreDoubleDotsAtTheRoot) {
+TEST(PathNames, OmitDotsAndResolveDoubleDotsAndIgnoreDoubleDotsAtTheRoot) {
     EXPECT_THAT(namesOf("/a/./b/../c", "/"), ElementsAre("a", "c"));
     EXPECT_THAT(namesOf("/../../a/...", "/"), ElementsAre("a", "..."));
 }

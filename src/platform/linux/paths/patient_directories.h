@@ -23,6 +23,7 @@ class PatientDirectories final : public Directories {
         : paths_(paths), files_(files) {}
 
     [[nodiscard]] std::unique_ptr<DirectoryWalk> startWalk() override;
+    /// Fails with pathNotFound if the call times out.
     [[nodiscard]] Result<std::string> folder(const std::string& path) const override;
     /// Returns the previous result if the call times out.
     [[nodiscard]] std::vector<std::string> drives() const override;

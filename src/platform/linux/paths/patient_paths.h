@@ -3,9 +3,9 @@
 // block this thread: each call runs on another thread, and the logic waits only a limited time. A
 // call that times out is left behind: nothing waits for it any more, and its MachineFiles object is
 // not used again. A search then finds the mount that does not respond. Until the call has returned,
-// no other call is made to that mount. No other call is made with a path of the call that was left
-// behind either, because the search may find no mount, for example if a folder contains a link to
-// the mount. patient_file_system.h and patient_directories.h make the file calls.
+// no other call is made to that mount or with one of the call's paths. The paths count too, because
+// the search may find no mount, for example if a folder contains a link to the mount.
+// patient_file_system.h and patient_directories.h make the file calls.
 #pragma once
 
 #include <functional>
@@ -44,9 +44,9 @@ class PatientPaths {
     /// once at the mount that does not respond, unless that mount has recovered. If the bound of
     /// the timed-out call is shorter, that bound is used instead.
     static constexpr Waiting::Duration searchBound{1000};
-    /// While at least this many calls are left behind, no further call is made. For each mount that
-    /// does not respond, two calls hang: the timed-out call and the search. So one more than this
-    /// number can be left behind.
+    /// While at least this many calls are left behind, no further call is made. A timeout can
+    /// leave two calls behind: the timed-out call and its search. So up to 17 calls can be left
+    /// behind: 15 and two more.
     static constexpr std::size_t mostLeftBehind = 16;
 
     PatientPaths(PathAccess access, waiting::Services services,

@@ -15,8 +15,8 @@ namespace sonarith {
 class RecordingPaths {
   public:
     /// A save to the folder in which the recording began may wait this long twice: for the file
-    /// call that translates its path, and for the search for the mount that hangs. Both waits
-    /// together are shorter than the 100 ms within which Cancel must take effect.
+    /// call that translates the file's path, and for the search for the mount that hangs. Both
+    /// waits together are shorter than the 100 ms within which Cancel must take effect.
     static constexpr Waiting::Duration saveBound{40};
 
     /// `files` must outlive this object.

@@ -48,7 +48,7 @@ TEST_F(RecordingPathsTest, AFolderThatHangsWhenARecordingBeginsIsNotUsedForASave
     EXPECT_EQ(recordings.saveAs("d:\\my music\\1234-1.wav"), folder + "1234-1.wav");
 }
 
-TEST_F(RecordingPathsTest, SpecialCharactersAreConvertedInTheSameWayWhileTheDiskHangs) {
+TEST_F(RecordingPathsTest, AHangingDiskDoesNotChangeHowSpecialCharactersAreConverted) {
     ASSERT_EQ(recordings.beginIn("d:\\my music\\"), d + "/My Music");
     const std::string answered = recordings.saveAs("d:\\my music\\what\xEF\xBC\x9F.wav");
     mounts->hang(d);

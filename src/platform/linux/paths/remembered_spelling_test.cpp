@@ -48,7 +48,7 @@ class RememberedSpellingTest : public testing::Test {
     void allowAll(const std::string& name) { fs::permissions(home_ + "/" + name, fs::perms::all); }
 
     /// Creates and enters the folders one by one, as the program does for its destination at each
-    /// start. `names` have the same capitals as in the settings store.
+    /// start. `names` may contain capitals: the settings store keeps the destination's capitals.
     bool makeDestination(const std::vector<std::string>& names, const std::string& drive = "H:") {
         bool made = files_.changeDrive(drive).ok() && files_.changeFolder("\\").ok();
         for (const std::string& name : names) {

@@ -93,7 +93,7 @@ TEST(SingleInstance, IsFirstOnAFileSystemWithoutLocks) {
               0);
 }
 
-TEST(SingleInstance, UsesAWritableFolderAfterAReadOnlyOneAndIsFirstIfTheOnlyFolderIsReadOnly) {
+TEST(SingleInstance, SkipsAReadOnlyFolderAndIsFirstIfNoFolderIsLeft) {
     const fakes::TempFolder closed;
     const fakes::TempFolder open;
     fs::permissions(closed.path(), fs::perms(0555));

@@ -85,8 +85,9 @@ TEST_F(UserFoldersTest, TheMusicFolderIsTheOneThatTheDesktopDefines) {
     EXPECT_EQ(musicFolder(), homePath_ + "/Musik");
 }
 
-// If a folder's path contains a dot, the search for audio files finds no file in that folder,
-// because it takes the text after the first dot of a file's path as the extension.
+// The search for audio files takes the text after the first dot of a file's path as the extension.
+// So it would find no file in a music folder with a dot in its path. A dot in the path of the home
+// folder does no harm: the paths that the search uses contain H: in place of the home folder.
 TEST_F(UserFoldersTest, AMusicFolderWithADotInItsPathIsIgnored) {
     const std::string home = homePath_ + "/jane.doe";
     ::setenv("HOME", home.c_str(), 1);

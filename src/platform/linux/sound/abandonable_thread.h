@@ -28,8 +28,8 @@ class AbandonableThread {
     /// Whether a thread was started.
     [[nodiscard]] bool started() const { return state_ != nullptr; }
 
-    /// Waits at most `patience` for the body to return; if it does not, the thread is detached. The
-    /// caller must ask the body to end before this call. No effect if no thread was started.
+    /// Waits at most `patience` for the body to return; if it does not, the thread is detached.
+    /// Before this call, the caller must ask the body to end. No effect if no thread was started.
     void leave(std::chrono::milliseconds patience);
 
   private:

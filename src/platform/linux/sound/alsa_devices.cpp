@@ -77,7 +77,7 @@ bool isPlugIn(const DeviceHint& hint) {
 
 bool isChoosable(const DeviceHint& hint) {
     if (namesNoDevice(hint.name) || hint.name == "default") {
-        return false; // choosable() adds "default", and for playback the entry "None", itself
+        return false; // choosable() itself adds "default" and, for playback, the entry "None"
     }
     return hint.name.find(':') == std::string::npos ? !isPlugIn(hint) : namesCardDevice(hint.name);
 }

@@ -10,7 +10,8 @@ using testing::ElementsAre;
 
 /// ALSA's list on a Debian machine with a sound card, a webcam that captures sound, sound servers,
 /// and a device that the user has defined ("living-room"). The last two entries were added for the
-/// test and must be left out; the entry "none" that is offered for output is the program's own.
+/// test, and choosable() must leave them out. The entry "none" in its result for output is the
+/// program's own.
 std::vector<DeviceHint> hintsOfAMachine() {
     const std::string card = "HDA Intel PCH, ALC287 Analog";
     return {

@@ -153,7 +153,7 @@ TEST(AlsaOutput, IsANullOutputForAnEmptyNameAndForTheNameNone) {
     EXPECT_EQ(std::dynamic_pointer_cast<NullOutput>(makeOutput("default")), nullptr);
 }
 
-TEST(AlsaOutput, ListsTheDefaultDeviceFirstTheConfiguredDevicesNextAndTheNameNoneAtTheEnd) {
+TEST(AlsaOutput, ListsTheConfiguredDevicesBetweenTheDefaultDeviceAndTheNameNone) {
     const fakes::PulseServer server; // only its ALSA configuration is needed
     const std::vector<DeviceEntry> outputs = listOutputs();
     ASSERT_GE(outputs.size(), 3U);

@@ -15,8 +15,8 @@ namespace sonarith::sound {
 
 namespace {
 
-/// The most frames that wait for the software sound card: 500 ms. Beyond that the oldest frames are
-/// dropped.
+/// At most this many frames wait for the software sound card: 500 ms. If there are more, the oldest
+/// frames are dropped.
 constexpr std::size_t backlogFrames = frameRate / 2;
 /// The card gets silence until 60 ms are buffered. A device may deliver larger blocks than the card
 /// takes; without this reserve the sound would have gaps.
@@ -24,7 +24,7 @@ constexpr std::size_t cushionFrames = frameRate * 60 / 1000;
 /// The longest single wait for frames, and so the longest time until the thread notices that it
 /// must end.
 constexpr std::chrono::milliseconds frameWait{20};
-/// The delay after a device has reported frames but delivered none.
+/// The delay between a wait in which the device reports frames and the next read.
 constexpr std::chrono::milliseconds emptyReadRest{10};
 /// If a device stops again after this many restarts without a frame, it is closed and opened again.
 constexpr int maxFruitlessRestarts = 3;

@@ -72,7 +72,7 @@ TEST_F(CapturePumpTest, DeliversTheDevicesSoundWithoutAGap) {
     EXPECT_THAT(all, IsSound(pattern(0, 40 * 441)));
 }
 
-TEST_F(CapturePumpTest, IsSilentAfterItsBufferRanEmptyUntilEnoughFramesAreBuffered) {
+TEST_F(CapturePumpTest, AfterItsBufferRanEmptyItIsSilentUntilEnoughFramesAreBuffered) {
     device->provide(441 * 7);
     CapturePump pump(opener(), timing);
     ASSERT_TRUE(eventually([&] { return device->isDrained(); }));
@@ -169,7 +169,7 @@ TEST_F(CapturePumpTest, IsSilentWhileTheDeviceIsUnpluggedAndContinuesAfterwards)
     EXPECT_EQ(reports.states().back(), DeviceState::unused);
 }
 
-TEST_F(CapturePumpTest, ReportsADeviceThatWasNeverOpenAsLostOnlyAfterTheSecondFailureToOpenIt) {
+TEST_F(CapturePumpTest, ADeviceThatWasNeverOpenIsReportedAsLostOnlyAfterTwoFailedOpenings) {
     fakes::DeviceReports reports;
     device->missing = true;
     timing.retryAfter = 24h;

@@ -160,8 +160,8 @@ TEST_F(CardMixerTest, AMovedToneSliderCausesNoClick) {
             EXPECT_EQ(set(4, type, position), MixerResult::noError);
             const Frames played = hear(300ms);
             // The largest boost, 12 dB, raises the amplitude from 7000 to 28000. At 60 Hz the slope
-            // then changes by up to 2 per sample; rounding the sample values to integers adds up to
-            // 2. A step of the gain between two samples would change the slope by thousands.
+            // then changes by up to 2 per sample; rounding the sample values to integers adds at
+            // most 2. A step of the gain between two samples would change the slope by thousands.
             EXPECT_LT(roughness(fakes::leftOf(played)), 8)
                 << "control type " << type << " moved to " << position;
         }

@@ -48,7 +48,7 @@ TEST_F(CardMixerTest, KeepsWrittenValuesAndRejectsValuesOutOfRange) {
     }
 }
 
-TEST_F(CardMixerTest, CallsToneChangedOnlyForBassAndTreble) {
+TEST_F(CardMixerTest, ReportsAToneChangeOnlyForBassAndTreble) {
     for (const ExpectedControl& expected : allControls()) {
         static_cast<void>(set(expected.line, expected.type, 1));
     }

@@ -112,7 +112,7 @@ TEST(CardPeak, IsIndependentOfVolumesMutesAndTone) {
     EXPECT_EQ(card.recorderPeak(10ms), 32768);
 }
 
-TEST(CardPeak, OfTheRecorderIsThatOfItsSelectedSourceAndEachLineHasAPeakOfItsOwn) {
+TEST(CardPeak, OfTheRecorderIsThePeakOfItsSelectedSourceAndEachLineHasItsOwnPeak) {
     SoundCard card;
     card.attach(Line::compactDisc, std::make_shared<ConstantSource>(StereoFrame{100, 0}), 0ns);
     card.attach(Line::waveOut, std::make_shared<ConstantSource>(StereoFrame{0, -200}), 0ns);

@@ -124,7 +124,7 @@ WaveResult CardWaveInput::open(WaveInHandle& handle, std::uint32_t device,
 bool CardWaveInput::openInput() {
     const std::shared_ptr<ExternalInput> input = card_.externalInput();
     if (!input) {
-        return true; // the recorder's source is a line of the card: no device must be opened
+        return true; // the recorder's source is a line of the card: no device needs to be opened
     }
     std::shared_ptr<CapturePump> pump = input->acquire();
     if (pump->opening(inputPatience) == CapturePump::Opening::failed) {

@@ -180,7 +180,7 @@ TEST_F(CardWaveInputTest, HasATextForEachError) {
     EXPECT_EQ(std::adjacent_find(texts.begin(), texts.end()), texts.end());
 }
 
-TEST_F(CardWaveInputTest, WritesToNoBufferOnceTheInputIsDestroyed) {
+TEST_F(CardWaveInputTest, WritesToNoBufferAfterTheInputIsDestroyed) {
     Buffer buffer(4 * 4410);
     {
         CardWaveInput ending(card, [this] { return now; });

@@ -20,7 +20,7 @@ class DeviceNotices {
   public:
     explicit DeviceNotices(Notices& notices) : notices_(&notices) {}
     /// Stops all reports: after this returns, the Notices object is not used any more and may be
-    /// destroyed. Hanging threads may keep these DeviceNotices longer.
+    /// destroyed. Hanging threads may keep these DeviceNotices alive after that.
     void mute();
 
     void report(SoundDevice kind, const std::string& name, DeviceState state);
@@ -28,7 +28,7 @@ class DeviceNotices {
   private:
     std::mutex mutex_;
     Notices* notices_;           ///< a null pointer after mute()
-    std::set<std::string> lost_; ///< the lost devices, as the causes of their notices
+    std::set<std::string> lost_; ///< the cause of the notice about each lost device
 };
 
 /// Returns the report function for the pump of device `name`. That function keeps `notices` alive.

@@ -37,7 +37,7 @@ TEST(FrameQueue, AcceptsOnlyFramesThatFit) {
     EXPECT_THAT(taken, IsSound(fakes::pattern(0, 10)));
 }
 
-TEST(FrameQueue, PopLeavesTheRestOfTheSpanUnchangedIfFewerFramesAreQueued) {
+TEST(FrameQueue, PopLeavesTheRestOfTheSpanUnchangedIfTheQueueHasTooFewFrames) {
     FrameQueue queue(3);
     queue.push(fakes::pattern(0, 1));
     std::vector<StereoFrame> taken = fakes::pattern(7, 2);

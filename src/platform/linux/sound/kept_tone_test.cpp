@@ -79,7 +79,7 @@ TEST_F(KeptToneTest, WritesBothSlidersInOneFileWrite) {
     EXPECT_EQ(store.fileWrites, 1);
 }
 
-TEST_F(KeptToneTest, CallingKeepWritesAPendingChangeAtOnceAndOnlyOnce) {
+TEST_F(KeptToneTest, CallingKeepWritesAPendingChangeImmediatelyAndOnlyOnce) {
     KeptTone kept(tone, store, loop);
     tone.setTreble(6);
     kept.changed();

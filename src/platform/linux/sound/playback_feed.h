@@ -27,8 +27,7 @@ class PlaybackFeed {
 
     [[nodiscard]] bool isLeaving() const;
     /// Waits without a time limit until there is sound or the thread is asked to end. Drops the
-    /// silence before the sound: it may have been queued while a device was open that is now
-    /// closed.
+    /// silence before the sound: that silence may have been queued before the device was closed.
     void awaitSound();
     /// Waits until `out` is full: at most `forAny` while there are no frames, and at most `forAll`
     /// once there are some. Returns the number of frames at the beginning of `out`.
@@ -57,8 +56,8 @@ class PlaybackFeed {
     mutable std::mutex mutex_;
     std::condition_variable changed_;
     FrameQueue queue_{queueFrames};
-    /// The thread is not woken while fewer frames are queued: the card adds small blocks, and a
-    /// wake-up costs more than all other work for a block.
+    /// The thread is not woken while fewer frames than this are queued: the card adds small blocks,
+    /// and a wake-up costs more than all other work for a block.
     std::size_t wanted_ = 1;
     bool deviceOpen_ = false;
     bool leaving_ = false;

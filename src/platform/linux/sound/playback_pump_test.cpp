@@ -36,7 +36,7 @@ struct PlaybackDevice {
     Frames played;                      ///< all written frames
     std::deque<long> refusals;          ///< error codes that the next writes return
     std::size_t refuseFrom = 0;         ///< the refusals begin after this many frames
-    std::vector<std::size_t> startedAt; ///< for each start: the frames written before
+    std::vector<std::size_t> startedAt; ///< for each start: number of frames written before it
     std::vector<std::size_t> offered;   ///< number of frames passed to each write, accepted or not
     std::function<void()> onStop;       ///< called when it is stopped
     bool hangs = false;                 ///< writes do not return
@@ -151,7 +151,7 @@ TEST_F(PlaybackPumpTest, OpensTheDeviceForTheFirstSoundAndNotForTheSilenceBefore
     EXPECT_THAT(device->firstHeard(5000), IsSound(pattern(0, 5000)));
 }
 
-TEST_F(PlaybackPumpTest, WritesATenthOfASecondBeforeItStartsTheDevice) {
+TEST_F(PlaybackPumpTest, StartsTheDeviceAfterWritingATenthOfASecondOfSound) {
     PlaybackPump pump(opener(), endless);
     play(pump, 0, 10'000);
     EXPECT_TRUE(eventually([&] { return device->heardFrames() >= 10'000; }));

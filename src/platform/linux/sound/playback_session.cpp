@@ -34,8 +34,8 @@ constexpr std::size_t batchFrames = 3 * blockFrames;
 /// The delay between two checks of how much of a sound's end is still to be played, and the delay
 /// after a device has reported space but accepted nothing.
 constexpr std::chrono::milliseconds shortRest{10};
-/// A device with more consecutive underruns than this, without an accepted frame in between, counts
-/// as lost.
+/// A device with more consecutive underruns or suspends than this, without an accepted frame in
+/// between, counts as lost.
 constexpr int maxFruitlessRecoveries = 3;
 
 } // namespace

@@ -15,7 +15,7 @@ struct PlaybackTiming {
     /// the same batch. The time is longer than the playing time of a batch, so that the
     /// pump's thread wakes once per batch.
     std::chrono::milliseconds batchWait{40};
-    /// After this time of silence, or without any frames, the device is closed.
+    /// After this time of silence or without frames, the device is closed.
     std::chrono::milliseconds closeAfter{3000};
     /// Minimum delay before a device that was lost or cannot be opened is tried again.
     std::chrono::milliseconds retryAfter{2000};

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A recording on the disk: a WAV file without a name until it is saved. Samples that have been
 // flushed to the disk can still be saved after a later failure. The members of this class wait for
-// the disk, so recording.h calls them on a separate thread.
+// the disk, so recording_job.h calls them on a separate thread.
 #pragma once
 
 #include <cstdint>
@@ -20,7 +20,7 @@ namespace sonarith::sound {
 class RecordingFile {
   public:
     /// Creates in `folder` a WAV without samples. `folder` should be the folder in which the
-    /// recording will be saved, since no copy is needed then. Recordings of more than
+    /// recording will be saved, so that saving needs no copy. Recordings of more than
     /// `longestWavBytes` sample bytes are saved as RF64.
     [[nodiscard]] static Result<RecordingFile>
     create(Channels channels, const std::filesystem::path& folder,

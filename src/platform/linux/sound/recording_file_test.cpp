@@ -117,7 +117,7 @@ TEST_F(RecordingFileTest, CreateFailsIfTheFolderDoesNotExistOrCannotContainFiles
     EXPECT_FALSE(RecordingFile::create(Channels::stereo, "/proc").ok());
 }
 
-TEST_F(RecordingFileTest, SavesARecordingThatIsTooLongForAPlainWavAsRf64) {
+TEST_F(RecordingFileTest, SavesAsRf64ARecordingThatIsTooLongForAPlainWav) {
     constexpr std::int64_t smallLimit = 400'000;
     RecordingFile recording = create(Channels::stereo, smallLimit);
     EXPECT_TRUE(recording.append(pattern(0, 100'001)));

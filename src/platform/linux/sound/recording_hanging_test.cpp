@@ -285,7 +285,7 @@ TEST_F(HangingDiskTest, IsWaitedForIfEveryFolderHangs) {
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
 
-TEST_F(HangingDiskTest, AfterALateSaveAnotherNameIsRefusedAndTheSameNameSucceedsLater) {
+TEST_F(HangingDiskTest, ASecondNameForAPendingSaveIsRefusedAndTheFirstNameSucceedsLater) {
     intercepted(&holdNaming, [&](CallJudge& judge) {
         const auto recording = begin(briefTiming);
         recording->sink()->record(pattern(0, 100));

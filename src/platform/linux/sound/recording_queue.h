@@ -19,12 +19,12 @@ namespace sonarith::sound {
 /// Thread-safe; all members except `take` return at once.
 class RecordingQueue : public RecordingSink {
   public:
-    /// The most frames that wait for the disk: 10 s, 1.7 MiB. That should be enough for a disk that
-    /// spins up or a network that reconnects; the value was not measured. If the disk takes longer,
-    /// the queue is full and stops the card: the compact disc pauses, and when the disk responds
-    /// again, no frame is missing and none was inserted. So a stall costs the user time but no
-    /// sound. Ending the recording at this limit would lose sound because of a stall that may be
-    /// over soon.
+    /// The largest number of frames that wait for the disk: 10 s, 1.7 MiB. That should be enough
+    /// for a disk that spins up or a network that reconnects; the value was not measured. If the
+    /// disk takes longer, the queue is full and stops the card: the compact disc pauses, and when
+    /// the disk responds again, no frame is missing and none was inserted. So a stall costs the
+    /// user time but no sound. Ending the recording at this limit would lose sound because of a
+    /// stall that may be over soon.
     static constexpr std::size_t capacityFrames = std::size_t{10} * frameRate;
     /// Frames are written to the disk in batches of a quarter of a second. Smaller batches would
     /// wake the writing thread more often.

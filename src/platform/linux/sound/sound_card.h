@@ -67,7 +67,7 @@ class RecordingSink {
     /// Precondition: at most `room()` frames. Accepts all of them.
     virtual void record(std::span<const StereoFrame> frames) = 0;
     /// How many frames the sink can accept now. Only record() reduces this number. While the
-    /// recorder records to this sink, the card produces no more frames than that: a sink without
+    /// recorder records to this sink, the card produces at most that many frames: a sink without
     /// space stops the card as a starving line does, and no frame is lost. Not called for a
     /// listener.
     [[nodiscard]] virtual std::size_t room() const {
@@ -78,9 +78,10 @@ class RecordingSink {
 /// Thread-safe; no member waits for sound to be played.
 ///
 /// Sources and sinks are called under the card's lock, by the thread that is inside the card at
-/// that moment: the card's own thread, or another thread that calls `advance` so that its own next
-/// query (a position, a number of recorded bytes) is exact. Sources and sinks must not call the
-/// card. The card releases them outside its lock, so that a slow destructor blocks no other thread.
+/// that moment: the thread of SoundCardThread, or another thread that calls the card. For example,
+/// another thread calls `advance` before a query (a position, a number of recorded bytes), so that
+/// the result is exact. Sources and sinks must not call the card. The card releases them outside
+/// its lock, so that a slow destructor blocks no other thread.
 class SoundCard {
   public:
     using Time = std::chrono::nanoseconds; ///< of a monotonic clock with any origin
@@ -120,7 +121,7 @@ class SoundCard {
 
     void setSpeakers(std::shared_ptr<SpeakerSink> sink);
 
-    // The mixer. None of these members waits for the card. They take effect with its next block.
+    // The mixer. Its members do not wait for the card. Changes take effect with the next block.
 
     /// Levels are clamped to 0..fullVolume and are linear in amplitude.
     void setVolume(Line line, int level);
@@ -151,7 +152,7 @@ class SoundCard {
     /// What the card has to do; decides how far the calls of advance may be apart.
     enum class Work {
         none,    ///< no calls are needed
-        silence, ///< a listener alone, such as a level meter without sound: may be served late
+        silence, ///< serves only a listener (a level meter), without sound: may be late
         files,   ///< plays only Line::waveOut, of which no position is read
         playing, ///< plays a disc, or plays to a listener; records nothing
         all,     ///< anything else: each block when it is due

@@ -38,7 +38,7 @@ class StarvingSoundCardTest : public testing::Test {
     std::shared_ptr<PatternSource> disc = std::make_shared<PatternSource>();
 };
 
-TEST_F(StarvingSoundCardTest, RecordsNothingAfterARecordedLineLostItsSourceUntilItHasAnother) {
+TEST_F(StarvingSoundCardTest, RecordsNothingUntilTheLostSourceOfARecordedLineIsReplaced) {
     for (const RecordingSource source : {RecordingSource::compactDisc, RecordingSource::mix}) {
         SoundCard losing;
         const auto tape = std::make_shared<MemorySink>();
@@ -138,7 +138,7 @@ TEST_F(StarvingSoundCardTest, KeepsTwoLinesSynchronousIfBothStarve) {
     }
 }
 
-TEST_F(StarvingSoundCardTest, PlaysFramesPulledFromALineBeforeItWasDetached) {
+TEST_F(StarvingSoundCardTest, PlaysPulledFramesOfALineEvenAfterTheLineWasDetached) {
     const auto file = std::make_shared<PatternSource>();
     card.setRecordingSource(RecordingSource::waveOut);
     card.startRecording(recorder, 0ns);

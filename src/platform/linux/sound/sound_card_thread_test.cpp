@@ -94,8 +94,8 @@ bool isOneRun(const std::vector<StereoFrame>& frames) {
     return true;
 }
 
-/// Tests that a thread whose card plays only `line`, for at least half a second, advances the card
-/// at most once in each `interval`.
+/// Plays only `line` for at least half a second. Tests that, on average, the thread advances the
+/// card at most once per `interval`.
 void expectWakeUps(Line line, std::chrono::milliseconds interval) {
     SoundCard card;
     const auto sound = std::make_shared<PatternSource>();

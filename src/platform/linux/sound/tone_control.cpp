@@ -50,7 +50,7 @@ void ToneControl::apply(std::span<WideFrame> frames) {
 }
 
 /// If `filtering` (`frames` were filtered), a peak that does not fit into 16 bits attenuates the
-/// sound. Otherwise (both sliders are neutral) the sound only recovers from earlier attenuation,
+/// sound. Otherwise (bass and treble are neutral) the sound only recovers from earlier attenuation,
 /// and the caller of apply() clips a sum of lines that is too loud.
 void ToneControl::limit(std::span<FilterFrame> frames, std::span<WideFrame> out, bool filtering) {
     for (std::size_t i = 0; i < frames.size(); ++i) {

@@ -150,9 +150,9 @@ TEST(WaveConverter, ConvertsSoundAfterLongSilenceLikeSoundAfterShortSilence) {
     }
 }
 
-TEST(WaveConverter, DeliversTheEndOfAToneDuringTheSilenceAfterItWhateverTheSizeOfTheSilentBlocks) {
-    // The end of the tone is still in the converter's filter when the silence begins. The filter is
-    // longest at the lowest rate.
+TEST(WaveConverter, DeliversTheEndOfAToneDuringSilentBlocksOfAnySize) {
+    // The end of the tone is still in the converter's filter when the silence begins. This test
+    // uses the lowest rate, 4000 Hz, because the filter is longest at this rate.
     const auto endOfTone = [](std::size_t silentBlock) {
         const auto converter = WaveConverter::create(pcmFormat(1, 4000, 16));
         fakes::ToneSource tone(500, 20'000);

@@ -13,7 +13,7 @@ namespace {
 namespace fs = std::filesystem;
 
 /// The most levels of devices below a device. Below an encrypted device on a logical volume there
-/// are two: the volume and its disk. A deeper stack must be a cycle.
+/// are two: the volume and its disk. More than 8 levels must be a cycle.
 constexpr int deepestStack = 8;
 
 bool holdsOne(const fs::path& file) {
@@ -30,8 +30,8 @@ std::optional<std::string> BlockDevices::nameOf(const MountPoint& mount) const {
     if (!failed) {
         return device.filename().string();
     }
-    // For example, a file system on several devices has a device number of its own, for which no
-    // link exists; the mount's source is then one of these devices.
+    // Some device numbers have no link. For example, a file system on several devices has a device
+    // number of its own; the mount's source is then one of these devices.
     constexpr std::string_view devices = "/dev/";
     if (!mount.source.starts_with(devices)) {
         return std::nullopt;

@@ -51,8 +51,8 @@ class LinuxSystemInformation final : public SystemInformation {
                                                   std::size_t size) const override;
     [[nodiscard]] std::optional<DiskSpace> diskSpace(const std::string& root) const override;
     [[nodiscard]] DriveKind driveKind(const std::string& root) const override;
-    /// The serial number is the last eight digits of the file system's UUID: the whole UUID if it
-    /// has eight digits, and the part that other operating systems show if it has sixteen.
+    /// The serial number is the last eight digits of the file system's UUID. If the UUID has
+    /// sixteen digits, other operating systems show the same eight digits.
     [[nodiscard]] std::optional<VolumeInformation>
     volumeInformation(const std::string& root) const override;
     [[nodiscard]] MemoryStatus memoryStatus() const override;

@@ -203,7 +203,7 @@ TEST_F(SimulatedMachine, ReturnsTheKindTheLabelAndTheSerialNumberOfADrive) {
     EXPECT_FALSE(information.volumeInformation("X:\\").has_value());
 }
 
-TEST_F(SimulatedMachine, HasDrivesOfUnknownKindWithoutAListOfMounts) {
+TEST_F(SimulatedMachine, WithoutAListOfMountsTheKindOfADriveIsUnknown) {
     places.mountList = "/no/such/list";
     const LinuxSystemInformation information(
         threads, plain, [this] { return drives; }, unchanged, places);

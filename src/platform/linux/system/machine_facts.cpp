@@ -31,7 +31,7 @@ bool takeCharacter(std::string_view& text, char wanted) {
 }
 
 /// The keys of a device, parsed from hexadecimal numbers. Each bit of a number stands for one of 64
-/// keys; the first number contains the highest keys.
+/// keys; the first number contains the keys with the highest key numbers.
 class KeySet {
   public:
     explicit KeySet(const std::string& words) {

@@ -20,7 +20,8 @@ struct OnlineProcessors {
     std::uint64_t mask = 0; ///< a bit for each of the first 64 processors
 };
 /// Parses a list like that in /sys/devices/system/cpu/online: "0-3,5". Parsing ends at the first
-/// invalid part, which is not counted: it is no number or range, or exceeds 65535.
+/// part that is neither a number nor an ascending range, or that exceeds 65535. This part is not
+/// counted.
 [[nodiscard]] OnlineProcessors processorsIn(std::string_view list);
 
 struct Keyboard {

@@ -49,7 +49,7 @@ class BlockingCalls {
 
     enum class CommandState {
         done,    ///< executed
-        waits,   ///< queued; executed later
+        waits,   ///< queued or running when the bound was reached
         refused, ///< never executed: the queue is full, or no thread can be started
     };
     /// Queues `command` behind all earlier calls and waits for its end, at most `bound`. The

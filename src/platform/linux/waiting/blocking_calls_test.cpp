@@ -106,7 +106,7 @@ TEST_F(BlockingCallsTest, DropQueuedCallsWhenDestroyedDuringAHang) {
     EXPECT_THAT(done(), ElementsAre("hangs"));
 }
 
-/// Ends each wait at once, as a wait of the program ends when the user closes a window.
+/// Ends each wait at once, like the program's waits when the user closes a window.
 class EndingWait final : public Waiting {
   public:
     Outcome wait(const Completion&, Duration) override { return Outcome::ended; }

@@ -24,10 +24,10 @@ class WorkerThreads {
     /// Runs `job` on the idle thread, or on a new one. The job must own (by shared pointers or
     /// copies) everything that it accesses, because it may outlive this object. One thread stays
     /// idle for the next job; further threads end after their job. `afterwards` runs on the same
-    /// thread after the job has been destroyed. If no other thread is idle, this thread then
-    /// already counts as idle: a job that `afterwards` passes to run() needs no new thread, and
-    /// begins on this thread when `afterwards` has returned. Returns false if the system cannot
-    /// create a thread; then neither `job` nor `afterwards` runs.
+    /// thread after the job has been destroyed. If no other thread is idle, this thread already
+    /// counts as idle while `afterwards` runs: a job that `afterwards` passes to run() needs no new
+    /// thread, and begins on this thread when `afterwards` has returned. Returns false if the
+    /// system cannot create a thread; then neither `job` nor `afterwards` runs.
     [[nodiscard]] bool run(Job job, Job afterwards);
 
   private:
