@@ -3,6 +3,7 @@
 // decides whether the windows are painted during a wait. This file starts no work and no thread.
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
@@ -16,13 +17,15 @@ class Completion {
     void complete();
     [[nodiscard]] bool isComplete() const;
     /// Blocks until complete() has been called, for `bound` at most. Returns whether complete() has
-    /// been called. Handles no input or timers meanwhile.
+    /// been called. Handles no input or timers meanwhile. Does not sleep during the first 0.1 ms: a
+    /// local disk usually answers within this time, and a sleeping thread wakes up only after about
+    /// 0.05 ms.
     [[nodiscard]] bool restFor(std::chrono::milliseconds bound) const;
 
   private:
     mutable std::mutex mutex_;
     mutable std::condition_variable changed_;
-    bool complete_ = false;
+    std::atomic<bool> complete_ = false;
 };
 
 /// Used on the logic thread only. One wait at a time: an implementation runs no handler of the

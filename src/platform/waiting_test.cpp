@@ -20,6 +20,16 @@ TEST(Completion, IsCompleteAfterAnotherThreadHasCompletedIt) {
     other.join();
 }
 
+TEST(Completion, WakesAThreadThatSleeps) {
+    Completion completion;
+    std::thread other([&] {
+        std::this_thread::sleep_for(20ms); // far longer than restFor() stays awake
+        completion.complete();
+    });
+    EXPECT_TRUE(completion.restFor(1h));
+    other.join();
+}
+
 TEST(PlainWaiting, ReportsATimeoutAsLateAndACompletionAsDone) {
     PlainWaiting waiting;
     Completion completion;
