@@ -78,7 +78,10 @@ void ControlView::apply(Property which) {
 
 void ControlView::showName() {
     const std::string caption = caption_ ? caption_() : std::string();
-    widget_.setAccessibleName(accessibleNameOf(caption, control_.toolTip(), label_));
+    const QString name = accessibleNameOf(caption, control_.toolTip(), label_);
+    if (name != widget_.accessibleName()) { // Qt would report an unchanged name as changed
+        widget_.setAccessibleName(name);
+    }
 }
 
 /// A widget that is disabled loses the focus. When the widget is enabled again, it takes the focus

@@ -5,6 +5,8 @@
 
 #include <vector>
 
+#include <QAccessible>
+
 #include "platform/controls/basic_controls.h"
 #include "platform/controls/form.h"
 
@@ -40,6 +42,30 @@ TEST_F(ControlViewTest, TheAccessibleNameIsTheCaptionOrElseTheToolTipOrElseTheNa
     model.setToolTip("What came so far");
     EXPECT_EQ(widget.accessibleName(), "What came so far");
     EXPECT_EQ(widget.toolTip(), "What came so far");
+}
+
+/// Qt asks the factories for a widget's accessible object when the widget's name is set, unless the
+/// object exists already.
+int queries = 0;
+QAccessibleInterface* countQuery(const QString& /*className*/, QObject* /*asked*/) {
+    ++queries;
+    return nullptr; // the next factory creates the object
+}
+
+TEST_F(ControlViewTest, AnAccessibleNameThatStaysTheSameIsNotSetAgain) {
+    const auto forgetAccessibleObject = [&] {
+        QAccessible::deleteAccessibleInterface(
+            QAccessible::uniqueId(QAccessible::queryAccessibleInterface(&widget)));
+        queries = 0;
+    };
+    QAccessible::installFactory(countQuery);
+    forgetAccessibleObject();
+    model.setToolTip("What came so far");
+    EXPECT_EQ(queries, 0) << "the name is still the caption, but it was set";
+    forgetAccessibleObject();
+    model.setCaption("13 Bytes");
+    EXPECT_GT(queries, 0);
+    QAccessible::removeFactory(countQuery);
 }
 
 TEST_F(ControlViewTest, TheControlPlacesTheWidgetOnlyIfPlacementIsByControl) {

@@ -8,14 +8,29 @@
 #include "ui/popup_place.h"
 
 namespace sonarith {
+namespace {
+
+/// A pale tone of the text colour, which is visible on light and on dark palettes. The tone is
+/// opaque: Qt paints a translucent line of more than about a hundred pixels' height on other
+/// threads, which takes longer than the painting itself.
+QColor paleTone(const QPalette& palette) {
+    const QColor text = palette.color(QPalette::WindowText);
+    const QColor window = palette.color(QPalette::Window);
+    const auto mixed = [](float of, float in) {
+        constexpr float strength = 0.18F;
+        return in + (of - in) * strength;
+    };
+    return QColor::fromRgbF(mixed(text.redF(), window.redF()),
+                            mixed(text.greenF(), window.greenF()),
+                            mixed(text.blueF(), window.blueF()));
+}
+
+} // namespace
 
 BarView::BarView(PictureBox& model, QString label, Qt::Edge line, QWidget* parent)
     : QWidget(parent), line_(line), view_(model, *this, {}, std::move(label)) {}
 
 void BarView::paintEvent(QPaintEvent*) {
-    // A pale tone of the text colour, which is visible on light and on dark palettes.
-    QColor color = palette().color(QPalette::WindowText);
-    color.setAlphaF(0.18F);
     const QRect all = rect();
     QRect edge = all;
     switch (line_) {
@@ -32,7 +47,7 @@ void BarView::paintEvent(QPaintEvent*) {
         edge.setLeft(all.right());
         break;
     }
-    QPainter(this).fillRect(edge, color);
+    QPainter(this).fillRect(edge, paleTone(palette()));
 }
 
 PictureView::PictureView(PictureBox& model, QString label, std::optional<Symbol> symbol, int side,

@@ -65,5 +65,20 @@ TEST(BarView, DrawsItsLineAlongTheRequestedEdge) {
     EXPECT_EQ(bar.accessibleName(), "Status bar");
 }
 
+TEST(BarView, DrawsItsLineInATonePaleOnLightAndOnDarkPalettes) {
+    Form form("Form1");
+    PictureBox model(form, "Picture1");
+    QWidget parent;
+    BarView bar(model, "Status bar", Qt::TopEdge, &parent);
+    bar.resize(20, 10);
+    const auto tone = [&](const QColor& text, const QColor& window) {
+        parent.setPalette(QPalette(text, window, window, window, window, text, window));
+        return bar.grab().toImage().pixelColor(10, 0);
+    };
+    // 18 % of the text colour: 46 of 255.
+    EXPECT_EQ(tone(Qt::black, Qt::white), QColor(209, 209, 209));
+    EXPECT_EQ(tone(Qt::white, Qt::black), QColor(46, 46, 46));
+}
+
 } // namespace
 } // namespace sonarith
