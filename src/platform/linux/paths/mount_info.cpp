@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
-#include <sstream>
 #include <system_error>
 #include <utility>
 
@@ -36,18 +35,33 @@ std::string unescaped(std::string_view text) {
     return plain;
 }
 
-std::optional<MountPoint> parseLine(const std::string& line) {
-    // id, parent, device, root, mount point, options, optional fields, "-", type, source, options
-    std::istringstream fields(line);
-    std::string id, parent, device, root, point, field, type, source;
-    fields >> id >> parent >> device >> root >> point;
-    while (fields >> field && field != "-") {
+/// The parts of `text` between the separators, without empty parts.
+std::vector<std::string_view> split(std::string_view text, char separator) {
+    std::vector<std::string_view> parts;
+    while (!text.empty()) {
+        const std::size_t end = std::min(text.find(separator), text.size());
+        if (end > 0) {
+            parts.push_back(text.substr(0, end));
+        }
+        text.remove_prefix(std::min(end + 1, text.size()));
     }
-    if (!(fields >> type) || point.empty() || point.front() != '/') {
+    return parts;
+}
+
+std::optional<MountPoint> parseLine(std::string_view line) {
+    // id, parent, device, root, mount point, options, optional fields, "-", type, source, options
+    constexpr std::size_t device = 2, root = 3, point = 4;
+    const std::vector<std::string_view> fields = split(line, ' ');
+    const auto dash = std::find(fields.begin(), fields.end(), "-");
+    const auto afterDash = static_cast<std::size_t>(fields.end() - dash);
+    const bool hasType = afterDash > 1;
+    const bool hasSource = afterDash > 2; // a mount may have no source
+    if (!hasType || dash - fields.begin() <= static_cast<std::ptrdiff_t>(point) ||
+        fields[point].front() != '/') {
         return std::nullopt;
     }
-    fields >> source; // a mount may have no source
-    return MountPoint{unescaped(point), type, root != "/", device, unescaped(source)};
+    return MountPoint{unescaped(fields[point]), std::string(dash[1]), fields[root] != "/",
+                      std::string(fields[device]), hasSource ? unescaped(dash[2]) : std::string()};
 }
 
 /// Whether a program or a remote server may serve the files.
@@ -67,8 +81,7 @@ bool isBelow(const std::string& path, const std::string& folder) {
 
 std::vector<MountPoint> parseMountInfo(std::string_view text) {
     std::vector<MountPoint> mounts;
-    std::istringstream lines{std::string(text)};
-    for (std::string line; std::getline(lines, line);) {
+    for (const std::string_view line : split(text, '\n')) {
         auto mount = parseLine(line);
         if (!mount) {
             continue;
