@@ -20,9 +20,9 @@ namespace sonarith::disc {
 
 namespace {
 
-// The most bytes that are read of the kernel's list of drives. The list has a few short lines with
-// one column for each drive, so it is far shorter than this on any machine.
-constexpr std::size_t maxInformationBytes = 65536;
+// The most bytes that are read of the kernel's list of drives. The kernel writes at most 1000 bytes
+// (CDROM_STR_SIZE in drivers/cdrom/cdrom.c).
+constexpr std::size_t maxInformationBytes = 1024;
 
 std::string headOf(const char* path) {
     std::ifstream file(path, std::ios::binary);
