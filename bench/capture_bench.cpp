@@ -228,7 +228,8 @@ std::int64_t wrongFramesUnderLoad(std::int64_t seconds, double& leadMs, double& 
 /// How long other threads wait while all writes of samples block, in milliseconds; -1 if the writes
 /// could not be made to block.
 struct Waits {
-    double mute = 0;   ///< the longest of many setMuted() calls; the recording queue becomes full
+    /// The longest of many setMuted() calls, before and after the recording queue is full.
+    double mute = 0;
     double cancel = 0; ///< the commands that stop, save and close, together
 };
 

@@ -5,13 +5,13 @@
     make_disc_image.py OUTDIR [--name demo] [--tracks 3] [--seconds 4] [--sectors N] [--pause N]
                        [--layout cue|cue-multi|motorola|wave|toc] [--signal ramp|music] [--data N]
 
-Prints the path of the created cue sheet or TOC file. With --signal ramp, frame n of the disc,
-counted from INDEX 01 of track 1, contains the low 16 bits of n in the left channel, and the high 16
-bits of n, exclusive-or 0x5a5a, in the right channel. With --pause N, a pause of N sectors precedes
-each track except the first, and is stored in the image in addition to the length of the track. The
-sheet lists the pause in the track after it (with INDEX 00 or START); the disc's time line counts
-the pause as part of the track before it. With --data N, a data track of N sectors follows the audio
-tracks, as on an enhanced disc.
+Prints the path of the created cue sheet or TOC file. With --signal ramp, frame n of the disc
+(frame 0 is at INDEX 01 of track 1) contains the low 16 bits of n in the left channel, and the high
+16 bits of n, exclusive-or 0x5a5a, in the right channel. With --pause N, a pause of N sectors
+precedes each track except the first, and is stored in the image in addition to the length of the
+track. The sheet lists the pause in the track after it (with INDEX 00 or START); the disc's time
+line counts the pause as part of the track before it. With --data N, a data track of N sectors
+follows the audio tracks, as on an enhanced disc.
 """
 
 import argparse

@@ -136,7 +136,7 @@ TEST_F(PlayerInApplication, IsSwitchedOffAndUnloadedByTheMenuWhileItPlays) {
 
 // --- the end -------------------------------------------------------------------------------
 
-TEST_F(PlayerInApplication, TheProgramsEndUnmutesTheDiscAndThePanelsUnloadMutesItAgain) {
+TEST_F(PlayerInApplication, EndingTheProgramUnmutesTheDiscAndUnloadingThePanelMutesItAgain) {
     bench.application.start();
     EXPECT_TRUE(discMuted());
     std::vector<std::string> mutes;

@@ -28,7 +28,7 @@ struct PlaylistBench : ApplicationBench {
     }
 };
 
-TEST(PlaylistEditor, OpensWithTheStoredListByButtonAndMenu) {
+TEST(PlaylistEditor, IsOpenedByAButtonOrAMenuEntryAndShowsTheStoredList) {
     for (const bool byMenu : {false, true}) {
         PlaylistBench bench;
         EXPECT_FALSE(bench.editor.loaded());

@@ -150,10 +150,10 @@ TEST(Extraction, EndsByItselfAfterASecondStartAtAnyYield) {
     }
 }
 
-TEST(Extraction, ASecondStartWithNothingToDoStopsTheMonitorButNotTheDevices) {
+TEST(Extraction, ASecondStartWithNothingToDoStopsTheCapturesTimerButNotItsRecording) {
     // "Start " stays enabled during an action, and the end of each action stops the capture's
     // timer. A second action with nothing to do therefore leaves the recording of the first action
-    // running without its monitor.
+    // running without this timer, which monitors it.
     ApplicationBench bench({60000, 60000});
     bench.application.start();
     bench.select("Track  1 - 00:01:00");

@@ -223,7 +223,7 @@ TEST(Close, StopsJobsAndDevicesThenUnloadsTheOtherWindowsAndEndsTheProgram) {
     EXPECT_TRUE(bench.loop.ended());
 }
 
-TEST(Close, EndsTheProgramWithoutAMessageIfEveryDeviceCommandFails) {
+TEST(Close, EndsTheProgramWithoutAMessageEvenIfEveryDeviceCommandFails) {
     ApplicationBench bench({1000, 1000});
     bench.application.start();
     bench.media.answerPrefix("", {.status = 263});

@@ -87,7 +87,7 @@ TEST_F(StartDecodingTest, AJobOfTheNextLoadDoesNotProlongTheWait) {
     EXPECT_TRUE(mp3.busy());
 }
 
-TEST_F(StartDecodingTest, TheProgramsEndEndsTheWait) {
+TEST_F(StartDecodingTest, TheEndOfTheProgramEndsTheWait) {
     mp3.duration = 10h;
     loop.after(700ms, [this] { loop.endProgram(); });
     EXPECT_THROW(worker().StartDecoding(), test::ProgramEnded);

@@ -40,7 +40,8 @@ void DecodingDriver::decodeAll() {
         return;
     }
     // The bound is read before the loop, so files that are added to the list later are not decoded.
-    // The counter fileIndex is process-wide: a nested action in one of the yields changes it.
+    // The counter fileIndex is process-wide: an action that starts while decodeLine() yields
+    // changes it.
     const int bound = list.listCount();
     std::int32_t& fileIndex = process_.fileIndex;
     for (fileIndex = 0; fileIndex < bound && !process_.stopRequested; ++fileIndex) {
@@ -147,7 +148,7 @@ void DecodingDriver::fileStep() {
     form_.Disablem();
     StartDecoding(process_.currentFile);
     platform_.loop.waitWhile([this] { return process_.workerBusy; });
-    // Nothing else is reset, because the next load of Form6 starts with its designed state.
+    // Form6 needs no reset here, because each load resets it to its designed state.
     form_.Command2.setVisible(false);
 }
 

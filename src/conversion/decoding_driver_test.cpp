@@ -301,7 +301,7 @@ TEST_F(DriverTest, AShortFileCausesAWaitUntilOtherCodeUnloadsTheWorker) {
     expectFinished();
 }
 
-TEST_F(DriverTest, AListThatIsClearedDuringADecodingCausesTheWaitForAMissingFile) {
+TEST_F(DriverTest, AfterTheListIsClearedDuringADecodingTheDriverWaitsAsForAMissingFile) {
     fill(form.List2, {"c:\\mp3\\b.mp3", "c:\\mp3\\A.mp3"});
     loop.after(700ms, [this] { form.List2.clear(); });
     loop.after(1h, [this] { loop.endProgram(); });

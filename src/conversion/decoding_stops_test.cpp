@@ -130,8 +130,8 @@ TEST(StopOfADecoding, DuringTheSecondOfFiveFilesKeepsTheFirstAndAPartOfTheSecond
         }
         SCOPED_TRACE(kind.name);
         Decodings run;
-        // The first file is complete at the tick of 1500 ms. Cmaddfile2, which adds it to the tree,
-        // then waits 300 ms. So the second file is being decoded at 2500 ms.
+        // The first file is complete when the timer ticks at 1500 ms. Cmaddfile2, which adds it to
+        // the tree, then waits 300 ms. So the second file is being decoded at 2500 ms.
         run.loop.after(2500ms, [&] { kind.stop(run); });
         run.decode("MP3 Files");
         EXPECT_THAT(run.mp3.finished, ElementsAre("c:\\music\\a.wav"));

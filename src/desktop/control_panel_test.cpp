@@ -246,7 +246,7 @@ TEST_F(ControlPanelTest, RestoreShowsAMinimizedMainWindow) {
     EXPECT_FALSE(popup.loaded());
 }
 
-TEST_F(ControlPanelTest, ShutdownUnloadsForm6Form4Form1AndFrmPopupInThisOrderAndEndsTheProgram) {
+TEST_F(ControlPanelTest, ShutdownUnloadsFourFormsInAFixedOrderAndThenEndsTheProgram) {
     goToTray();
     logUnloads();
     popup.onUnload = [this] {

@@ -68,7 +68,8 @@ void CaptureMonitor::tmrRecord_Timer() {
 }
 
 std::int32_t CaptureMonitor::discPositionMs(ReplyBuffer& reply) {
-    // If the query fails, the reply is empty and counts as position 0: only a stop ends the track.
+    // The reply of a failed query is empty and counts as position 0, so that in this tick only a
+    // stop can end the track.
     return roundedToInteger32(numberOf(ask(platform_.media, "status cd position", reply)))
         .valueOr(0);
 }

@@ -180,7 +180,7 @@ std::vector<std::string> commandsOf(std::initializer_list<std::vector<std::strin
     return all;
 }
 
-TEST(CmdStart, SendsTheSameCommandsForEachTrackOfAQueue) {
+TEST(CmdStart, SendsTheStartAndTheEndCommandsForEachTrackOfAQueue) {
     ExtractionBench bench({1000, 2000, 3000});
     bench.insertDisc();
     bench.choose({3, 1});
@@ -220,6 +220,7 @@ TEST(CmdStart, ShowsAMessageAndDoesNothingElseIfNoTracksAreChosen) {
 }
 
 TEST(CmdStart, CapturesTheCurrentTrackIfTheNodeIsNeitherATrackNorAGroupOfTracks) {
+    // A group of files, a collection, and a text that does not begin with "Track" (upper-case "T").
     for (const char* text : {"WAV Files", "CD Tracks", "track  1 - 00:00:01"}) {
         ExtractionBench bench({1000, 1000});
         bench.insertDisc();
@@ -238,7 +239,7 @@ TEST(CmdStart, CapturesOneTrackIfNothingIsSelected) {
     EXPECT_EQ(bench.disc.saved.size(), 1U);
 }
 
-TEST(CmdStart, ResetsTheEndOfTheCurrentTrackForAGroupNodeOnly) {
+TEST(CmdStart, ResetsTheEndOfTheCurrentTrackOnlyForAGroupOfTracks) {
     struct Case {
         const char* node;
         std::int32_t endMs;

@@ -175,7 +175,7 @@ TEST(StopEverything, ListsTheFileInLowerCaseAndAgainInItsOwnCase) {
                 ElementsAre("c:\\wavfiles\\12053477-1.wav", "C:\\WavFiles\\12053477-1.wav"));
 }
 
-TEST(StopEverything, ListsAFileThatWasNotSavedButAddsNoNode) {
+TEST(StopEverything, ForAFileThatWasNotSavedAddsAListEntryButNoNode) {
     QueueBench bench(2);
     bench.media.answerPrefix("save capture", {.status = 300});
     bench.loop.after(550ms, [&] { bench.form.Command8.click(); });

@@ -182,8 +182,9 @@ TEST(EveryStop, InsideEveryMessageBoxEndsTheCapture) {
                     EXPECT_EQ(boxes, 1);
                     EXPECT_TRUE(bench.idle());
                     // Even if a disc command fails, startDevices() disables the window's commands
-                    // before it returns. Only the end of the start action enables them again; this
-                    // test does not run that code and calls Enablem() instead.
+                    // before it returns. In the program, ActionStarter enables them again at the
+                    // end of the action. This bench has no ActionStarter, so the test itself calls
+                    // Enablem().
                     const bool discFailed = std::string(failing).find("cd") != std::string::npos;
                     EXPECT_EQ(bench.commandsOpen(), !discFailed);
                     bench.form.Enablem();
@@ -196,7 +197,7 @@ TEST(EveryStop, InsideEveryMessageBoxEndsTheCapture) {
     }
 }
 
-TEST(EveryStop, InsideTheMessageOfAnEmptySelectionLeavesEverythingIdle) {
+TEST(EveryStop, InsideTheMessageBoxAboutAnEmptySelectionLeavesEverythingIdle) {
     for (const StopKind& kind : stopKinds()) {
         SCOPED_TRACE(kind.name);
         ShortRun bench;
@@ -242,7 +243,7 @@ TEST(EveryStop, AtEveryYieldOfAnInspectionLeavesADiscThatCanBeCaptured) {
     }
 }
 
-TEST(EveryStop, InsideTheMessageOfAnInspectionLeavesNoCaptureRunningAndTheNextInspectionWorks) {
+TEST(EveryStop, InsideAMessageBoxOfAnInspectionLeavesNoCaptureRunningAndTheNextInspectionWorks) {
     for (const char* tracks : {"0", "1"}) {
         for (const StopKind& kind : stopKinds()) {
             SCOPED_TRACE(kind.name + " in the box for a track count of " + tracks);

@@ -27,8 +27,8 @@ class TrackCapture {
     /// Captures the track that is selected in the tree or, if the group "Available Tracks" or
     /// "Selected Tracks" is selected, all tracks of that group. If another node or none is
     /// selected, captures the track ProcessState::currentTrack. A capture of a single track leaves
-    /// the queue unchanged. The tracks after the queue's current line are captured next, unless the
-    /// queue has only one line. Yields, and returns when the whole queue has ended.
+    /// the queue unchanged; after it, the tracks that follow the queue's current line are captured,
+    /// unless the queue has only one line. Yields, and returns when the whole queue has ended.
     void cmdStart_Click();
     /// Whether a queue is being processed. Stays true between two tracks of the queue, although the
     /// commands "close capture" and "close cd" have then been sent.

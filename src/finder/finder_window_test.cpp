@@ -106,7 +106,7 @@ TEST_F(FinderWindowTest, TheExtensionIsAlwaysShownInLowerCase) {
     EXPECT_EQ(finder.zFileExt.text(), ".mp3");
 }
 
-TEST_F(FinderWindowTest, OmitsThePrefixSearchingIfTheCaptionWouldExceed200Characters) {
+TEST_F(FinderWindowTest, ACaptionOfMoreThan200CharactersLosesItsPrefix) {
     const std::string folder = "c:\\" + std::string(186, 'm');
     const std::string shown = folder + "\\";
     ASSERT_THAT(shown, SizeIs(190));

@@ -16,9 +16,9 @@ enum class TagReading { no, yes };
 enum class HeaderReading { no, yes };
 
 /// Analyses the file and stores the results in `info`. Deliberate: the returned record is empty.
-/// Fields of the header change only with HeaderReading::yes. On a failure IsVbr, Frames and the tag
-/// may already have been stored. Does not yield. Errors: those of ReadMp3Bits(), of
-/// FileSystem::fileLength() and of decodeMp3Header().
+/// Fields of the header change only with HeaderReading::yes. On a failure, the fields IsVbr and
+/// Frames and those of the tag may already have been stored. Does not yield. Errors: those of
+/// ReadMp3Bits(), of FileSystem::fileLength() and of decodeMp3Header().
 Result<Mp3Info> GetMp3Info(FileSystem& files, const std::string& path, TagReading readTag,
                            HeaderReading readHeader, Mp3Info& info);
 

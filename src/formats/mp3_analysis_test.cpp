@@ -92,9 +92,9 @@ TEST_F(Mp3AnalysisTest, ReturnsTheDigitsOfTheFirstThreeBytesOfAFileWithoutAFrame
 }
 
 TEST_F(Mp3AnalysisTest, ReturnsMeaninglessValuesForAFileThatIsNoMp3) {
-    // The three bytes have 24 digits: 11 without a meaning, version "11", layer "10", protection
-    // "1", bit rate "1001", sampling rate "00", padding "1", private "0". The digits of the fourth
-    // header byte (mode, flags and emphasis) are missing.
+    // The three bytes have 24 digits: eleven without a meaning, version "11", layer "10",
+    // protection "1", bit rate "1001", sampling rate "00", padding "1", private "0". The digits of
+    // the fourth header byte (mode, flags and emphasis) are missing.
     Mp3Bytes bytes(4000);
     bytes.at(1, "\x80\x1d\x92");
     EXPECT_TRUE(analyse(bytes).ok());

@@ -10,7 +10,7 @@ using test::Mp3Bytes;
 using test::tagOf;
 using testing::ElementsAre;
 
-TEST_F(Mp3AnalysisTest, ReadsTheFrameCountAtItsOffsetFromTheFrame) {
+TEST_F(Mp3AnalysisTest, ReadsTheFrameCountAtItsOffsetFromTheStartOfTheFrame) {
     EXPECT_TRUE(
         analyse(Mp3Bytes(4'000'000).header(500, commonHeader).variableRate(500, 6000)).ok());
     EXPECT_TRUE(info.IsVbr);
@@ -19,7 +19,7 @@ TEST_F(Mp3AnalysisTest, ReadsTheFrameCountAtItsOffsetFromTheFrame) {
     EXPECT_EQ(info.Duration, 156);
 }
 
-TEST_F(Mp3AnalysisTest, ReadsTheFrameCountOfAFrameThatStartsAtByte5000) {
+TEST_F(Mp3AnalysisTest, ReadsTheFrameCountInAFrameThatStartsAtByte5000) {
     EXPECT_TRUE(analyse(Mp3Bytes(5047).header(5000, commonHeader).variableRate(5000, 0x1234)).ok());
     EXPECT_EQ(info.Frames, 0x1234);
 }

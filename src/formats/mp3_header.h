@@ -19,8 +19,8 @@ namespace sonarith {
 ///
 /// For MPEG 2, 2.5 and reserved versions, and for the reserved layer with a constant bit rate, the
 /// function stores nothing and reports no error. Errors: subscriptOutOfRange (a reserved sampling
-/// rate or bit rate), divisionByZero (a bit rate of 0; with a variable bit rate, also no frames or
-/// the reserved layer), overflow (a file of 256 MiB or more, an average bit rate above 32767
+/// rate or bit rate), divisionByZero (a bit rate of 0; with a variable bit rate, also `Frames` = 0
+/// or the reserved layer), overflow (a file of 256 MiB or more, an average bit rate above 32767
 /// kbit/s).
 [[nodiscard]] Status decodeMp3Header(std::string_view digits, std::int64_t fileLength,
                                      Mp3Info& info);

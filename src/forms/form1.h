@@ -140,7 +140,7 @@ class Form1 : public Form {
     MenuItem mnuSearch{*this, "mnuSearch", "Search"};
     MenuItem mnuPlaylist{*this, "mnuPlaylist", "Playlist"};
     MenuItem mnuDevices{*this, "mnuDevices",
-                        "Devices"}; ///< opens the Devices window, which belongs to the platform
+                        "Devices"}; ///< opens the Devices window, which has no form
     MenuItem mnuPrefs{
         *this,
         "mnuPrefs",

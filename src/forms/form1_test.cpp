@@ -168,7 +168,7 @@ TEST_F(Form1Test, DisablemDisablesOnlyTheTwelveCommands) {
     EXPECT_TRUE(form.CmdSelectAction.enabled());
 }
 
-TEST_F(Form1Test, DisablemDisablesTheCommandsThenUnloadsForm6FrmPlayListAndFrmsearchInThisOrder) {
+TEST_F(Form1Test, DisablemDisablesTheCommandsAndThenUnloadsThreeWindowsInAFixedOrder) {
     std::vector<std::string> unloaded;
     for (Form* window :
          std::initializer_list<Form*>{&windows.frmsearch, &windows.Form4, &windows.frmPlayList,

@@ -79,7 +79,7 @@ class Form4 : public Form {
 
     // Level meter, and surfaces with which the user drags the panel.
     PictureBox picPeakVol{*this, "picPeakVol"}; ///< the trace of the level over time
-    PictureBox Picture8{*this, "Picture8"};     ///< clips the bar
+    PictureBox Picture8{*this, "Picture8"};     ///< clips Label4
     Label Label4{*this, "Label4"};              ///< the bar; its top shows the level
     PictureBox Picture3{*this, "Picture3"};
     PictureBox Picture4{*this, "Picture4"};

@@ -11,7 +11,7 @@
 namespace sonarith {
 
 /// The constructor starts the thread; the destructor waits until the work is done. If the system
-/// cannot create a thread, the work is not done here. So use this class only for work that the
+/// cannot create a thread, `work` is never called. So use this class only for work that the
 /// program otherwise does when it first needs the result.
 class BackgroundWork {
   public:

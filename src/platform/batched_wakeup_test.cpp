@@ -80,7 +80,7 @@ TEST_F(BatchedWakeupTest, AtTheBeginningOfSoundTheDueCallsAreMadeTogether) {
     loop.advance(50ms + 32ms);
     calls.clear();
     soundBegins();
-    EXPECT_THAT(calls, ElementsAre()) << "endSilence() itself called the handler";
+    EXPECT_THAT(calls, ElementsAre()) << "endSilence() itself must not call the handler";
     loop.advance(31ms);
     EXPECT_THAT(calls, ElementsAre(183ms, 183ms, 183ms, 203ms, 203ms));
 }
@@ -144,7 +144,7 @@ TEST_F(BatchedWakeupTest, TheBatchesGrowOnlyAfterTenConsecutiveSilentCalls) {
     EXPECT_THAT(calls, ElementsAre(240ms, 240ms));
     loop.advance(49ms);
     EXPECT_THAT(calls, ElementsAre(240ms, 240ms))
-        << "a call was made before the next batch, which is due at 290 ms";
+        << "no call must be made before the next batch, which is due at 290 ms";
 }
 
 TEST_F(BatchedWakeupTest, EndSilenceDuringSilenceChangesNothing) {

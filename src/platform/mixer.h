@@ -17,7 +17,7 @@ enum class MixerResult : int {
     noError = 0,
     badDevice = 2,         ///< there is no mixer
     invalidHandle = 5,     ///< the handle was never opened
-    notSupported = 8,      ///< unknown kind of query
+    notSupported = 8,      ///< unknown kind of query; no member of Mixer returns it
     invalidParameter = 11, ///< the passed struct contains a wrong size or count, or a null pointer
     invalidLine = 1024,    ///< the card has no such line
     invalidControl = 1025, ///< the line has no such control
@@ -47,7 +47,7 @@ inline constexpr std::uint32_t treble = 0x50030003;    ///< 0 to 65535, 32768 is
 
 /// A line. The caller sets the size and the component type.
 struct MixerLine {
-    std::uint32_t cbStruct = 0; ///< mixerLineSize
+    std::uint32_t cbStruct = 0; ///< must be mixerLineSize
     std::uint32_t dwLineID = 0;
     std::uint32_t dwComponentType = 0;
 };
@@ -64,22 +64,22 @@ inline constexpr std::uint32_t mixerControlSize = 152;
 
 /// Query for one control of a line, by the control's type.
 struct MixerLineControls {
-    std::uint32_t cbStruct = 0; ///< mixerLineControlsSize
+    std::uint32_t cbStruct = 0; ///< must be mixerLineControlsSize
     std::uint32_t dwLineID = 0;
     std::uint32_t dwControlType = 0;
-    std::uint32_t cControls = 0; ///< 1
-    std::uint32_t cbmxctrl = 0;  ///< mixerControlSize
+    std::uint32_t cControls = 0; ///< must be 1
+    std::uint32_t cbmxctrl = 0;  ///< must be mixerControlSize
     MixerControl* pamxctrl = nullptr;
 };
 inline constexpr std::uint32_t mixerLineControlsSize = 24;
 
 /// Request to read or write the value of a control.
 struct MixerControlDetails {
-    std::uint32_t cbStruct = 0; ///< mixerControlDetailsSize
+    std::uint32_t cbStruct = 0; ///< must be mixerControlDetailsSize
     std::uint32_t dwControlID = 0;
-    std::uint32_t cChannels = 0; ///< 1: one value for all channels
+    std::uint32_t cChannels = 0; ///< must be 1: one value for all channels
     std::uint32_t cMultipleItems = 0;
-    std::uint32_t cbDetails = 0; ///< 4
+    std::uint32_t cbDetails = 0; ///< must be 4: the size of the value in bytes
     std::int32_t* paDetails = nullptr;
 };
 inline constexpr std::uint32_t mixerControlDetailsSize = 24;

@@ -15,7 +15,7 @@
 namespace sonarith {
 
 enum class CommandCheck {
-    unchecked, ///< the status is stored in ProcessState::fileIndex, but no code tests it
+    unchecked, ///< the status is stored in ProcessState::fileIndex, but not tested for failure
     checked,   ///< a failure closes all devices and unloads the player's panel, without a message
 };
 

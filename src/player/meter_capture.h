@@ -21,9 +21,9 @@ class MeterCapture {
     MeterCapture& operator=(const MeterCapture&) = delete;
 
     /// Opens input device 0 and starts the input; does nothing if the input is already running.
-    /// A failure is shown in a message with the platform's text; the message yields. A failure of
-    /// the last step, WaveInput::start(), is ignored. Returns false only if the device could not be
-    /// opened.
+    /// A failure is shown in a message with the platform's text; while the message is shown, the
+    /// call yields. A failure of the last step, WaveInput::start(), is ignored. Returns false only
+    /// if the device could not be opened.
     bool StartMeter();
     /// Stops the input; failures are ignored. May be called at any time.
     void StopMeter();

@@ -87,7 +87,7 @@ TEST_F(MixerAccessTest, UsesOneChannelAndNoItemsEvenForAControlThatHasItems) {
     EXPECT_EQ(mixer.lastDetails.dwControlID, record.dwControlID);
 }
 
-TEST_F(MixerAccessTest, ALookUpAReadAndAWriteFailIfTheMixerHandleIsInvalid) {
+TEST_F(MixerAccessTest, EveryAccessWithAnInvalidMixerHandleFails) {
     handle = 99;
     EXPECT_FALSE(find(mixer_line::speakers, mixer_control::volume));
     EXPECT_EQ(access.GetControlValue(handle, record), -1);

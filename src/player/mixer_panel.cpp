@@ -136,8 +136,8 @@ void MixerPanel::sliderMoved(const Level& level) {
 }
 
 void MixerPanel::trebleMoved() {
-    // Deliberate: only this slider looks up its control at each move and does nothing if the
-    // control does not exist.
+    // Deliberate: only this slider looks up its mixer control at each move, and does nothing if
+    // the card has no such control.
     find(treble_.line, treble_.controlType, treble_.record);
     if (state_.mixerFound) {
         sliderMoved(treble_);

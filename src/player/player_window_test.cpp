@@ -230,7 +230,7 @@ TEST_F(PlayerSurfacesTest, MovingTheMouseWithTheLeftButtonDownOnPicture3OrPictur
     EXPECT_THAT(popups, IsEmpty());
 }
 
-TEST_F(PlayerSurfacesTest, APressOfTheLeftButtonOnPicture10OrTimeWindowOrPicPeakVolDragsTheWindow) {
+TEST_F(PlayerSurfacesTest, APressOfTheLeftButtonOnOneOfThreeSurfacesDragsTheWindow) {
     const std::pair<Control*, std::function<void(MouseButtons)>> surfaces[] = {
         {&form.Picture10,
          [&](MouseButtons buttons) {

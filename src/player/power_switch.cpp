@@ -141,8 +141,8 @@ void PowerSwitch::releaseDisc() {
         return;
     }
     discReleased_ = true;
-    // Stopped: the main window is about to open the device with another time format, and a poll
-    // would query that device.
+    // The poll is stopped: the main window is about to open the device with another time format,
+    // and a poll would query that device.
     form_.Timer6.setEnabled(false);
     form_.eject.setEnabled(false);
     closeDisc();

@@ -77,7 +77,7 @@ TEST_F(PowerSwitchOrderTest,
                          EXPECT_EQ(form.timeWindow.text(), "");
                          EXPECT_EQ(form.tracktime.caption(), "");
                          EXPECT_TRUE(player.disc.CDLoaded)
-                             << "CDLoaded was cleared before \"stop voice1\" was sent";
+                             << "CDLoaded must not be cleared before \"stop voice1\" is sent";
                      }),
               1);
     EXPECT_FALSE(player.disc.CDLoaded);
@@ -97,7 +97,8 @@ TEST_F(PowerSwitchOrderTest, SwitchingOffKeepsTheStoredStateOfTheDisc) {
     EXPECT_FALSE(player.disc.CDLoaded);
 }
 
-TEST_F(PowerSwitchOrderTest, AfterASwitchOffOrAReloadTheMeterTraceContinuesWhereItEnded) {
+TEST_F(PowerSwitchOrderTest,
+       AfterASwitchOffOrAReloadOfTheWindowTheMeterTraceContinuesWhereItEnded) {
     player.meter.prepare();
     mixer.put(mixer_line::waveIn, mixer_control::peakMeter, 8192);
     for (int tick = 0; tick < 3; ++tick) {

@@ -203,7 +203,7 @@ TEST_F(PowerSwitchTest, SwitchingOffRunsItsStepsInOrder) {
     EXPECT_TRUE(form.loaded());
 }
 
-TEST_F(PowerSwitchTest, SwitchingOffStopsTimer2Timer3Timer4AndTimer6) {
+TEST_F(PowerSwitchTest, SwitchingOffStopsTheTimersOfTheMeterAndOfTheDiscPoll) {
     switchOn();
     for (Timer* timer : {&form.Timer2, &form.Timer4}) {
         timer->setEnabled(true);
@@ -277,7 +277,7 @@ TEST_F(PowerSwitchTest, TheFullSwitchOffRunsItsStepsInOrder) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(PowerSwitchTest, UntickingTheInputCheckBoxInTheFullSwitchOffStopsTheInputOnceMore) {
+TEST_F(PowerSwitchTest, TheFullSwitchOffUnticksTheInputCheckBoxWhichStopsTheInputOnceMore) {
     switchOn();
     form.Check3.setValue(1).passOver();
     EXPECT_EQ(switchOffForAnAction(),

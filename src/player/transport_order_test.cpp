@@ -71,7 +71,7 @@ TEST_F(TransportOrderTest, APauseIsStoredAfterItsCommandEvenIfTheCommandFails) {
                          EXPECT_TRUE(state.Playing);
                      }),
               1);
-    EXPECT_FALSE(form.loaded()) << "the failed command did not close the player";
+    EXPECT_FALSE(form.loaded()) << "the failed command must close the player";
     EXPECT_TRUE(process.CDPaused);
     EXPECT_FALSE(state.Playing);
 }

@@ -270,7 +270,7 @@ TEST_F(TransportTest, NextOnTheLastTrackReturnsToTheFirstAndStops) {
     EXPECT_FALSE(state.Playing);
 }
 
-TEST_F(TransportTest, PreviousAtTheStartOfTheDiscSkipsToTheLastTrackAndWithinTrack1RestartsIt) {
+TEST_F(TransportTest, PreviousSkipsFromTheDiscsStartToTheLastTrackButFromWithinTrack1ToItsStart) {
     EXPECT_EQ(click(form.btrack), thenPoll({"seek cd to 3"}));
     EXPECT_EQ(form.timeWindow.text(), "[03] 00:00");
     form.ftrack.click();

@@ -75,7 +75,8 @@ TEST_F(EntryClicksTest, AClickOnTheLineOfAMissingEntryShowsTheNoDataMessage) {
 
 // --- adding to the work tree -----------------------------------------------------------------
 // "The main list" is mainForm.List2, the main window's list of MP3 files. "The adder" is the
-// FileAdder that adds files to the work tree; each call of the adder waits.
+// FileAdder that adds files to the work tree. Each call of the adder waits 300 ms, so the loop's
+// clock shows whether the adder was called.
 
 TEST_F(EntryClicksTest, AddsTheFileToTheWorkTreeIfCheck11IsTicked) {
     addMp3(pathA, "Title A");
@@ -189,8 +190,8 @@ TEST_F(EntryClicksTest, AddsNothingIfCheck11IsNotTicked) {
 }
 
 TEST_F(EntryClicksTest, IfAnotherEntryIsClickedDuringTheYieldOnlyThatEntryIsAdded) {
-    // The entry that is selected when Check11 is read is added, not the entry that was clicked
-    // first.
+    // The first click yields before it reads Check11. Then it adds the entry that is selected at
+    // that time, which is the second entry.
     addMp3(pathA, "Title A");
     addMp3(pathB, "Title B");
     open({pathA, pathB});

@@ -41,7 +41,7 @@ TEST_F(FileDeletionTest, DoesNothingForAnEmptyOrBlankPath) {
     EXPECT_THAT(disk.log, IsEmpty());
 }
 
-TEST_F(FileDeletionTest, TheAnswersNoAndCancelOnlyRemoveTheUnitOfTheShownLength) {
+TEST_F(FileDeletionTest, AfterTheAnswerNoOrCancelOnlyTheShownLengthHasChanged) {
     for (const BoxAnswer answer : {BoxAnswer::no, BoxAnswer::cancel}) {
         openThree();
         choose(0);

@@ -94,8 +94,9 @@ TEST_F(FileDeletionTest, AfterAnyButtonInAnyYieldTheListMatchesTheStore) {
     }
 }
 
-// A rename changes only the list on the screen. The store matches the list after the deletion,
-// because CompactPlayList(), which the deletion calls near its end, stores the whole list.
+// A rename changes an existing entry only on the screen, not in the store. The store matches the
+// list after the deletion: near its end, the deletion calls CompactPlayList(), which stores the
+// whole list.
 TEST_F(FileDeletionTest, AfterARenameDuringTheDeletionTheListMatchesTheStore) {
     const std::string target = "c:\\music\\new.mp3";
     const int yields = yieldsOfADeletion();

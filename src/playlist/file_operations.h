@@ -33,7 +33,7 @@ class FileOperations {
     enum class Deletion {
         over,  ///< no second half: the file is not reported as deleted and keeps its entry
         tried, ///< the deletion was attempted; the second half ignores failures
-        broken ///< a step failed; the second half starts anyway and ends at its next failure
+        broken ///< a step failed; the second half starts anyway and ends at its first failure
     };
 
     Status renameFile();

@@ -100,7 +100,7 @@ TEST_F(HeaderDisplayTest, ClearsTheLinesAndTheFirstSixBoxesBeforeItReadsTheFile)
     EXPECT_THAT(boxes.shown, ElementsAre(ShownBox{"File contains no data"}));
 }
 
-TEST_F(HeaderDisplayTest, AFileThatIsMissingUnreadableOrBelow100BytesIsReportedToContainNoData) {
+TEST_F(HeaderDisplayTest, AFileThatCannotBeReadOrIsTooShortIsReportedToContainNoData) {
     std::vector<std::string> paths = {"c:\\none.mp3", "c:\\music", "z:\\a.mp3"};
     for (const std::size_t length : {0U, 1U, 99U}) {
         paths.push_back("c:\\" + std::to_string(length) + ".mp3");

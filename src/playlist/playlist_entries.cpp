@@ -119,7 +119,7 @@ Status PlaylistEntries::removeSelected() {
     const int selected = form_.List2.listIndex();
     // Deliberate: the index counts from 0 and the keys from 1, so this empties the key of the entry
     // before the selected one. If the first entry is selected, the emptied key is "0", and without
-    // a selection "-1"; no entry has these keys. moveEntriesBack() then writes the correct keys.
+    // a selection "-1"; no entry has these keys. Later, moveEntriesBack() writes the correct keys.
     save(std::to_string(selected), "");
     return form_.List2.removeItem(selected);
 }

@@ -190,7 +190,8 @@ TEST_F(TagEditorTest, AFileThatShrankSinceItWasReadGetsTheTagAtItsNewEnd) {
         editor.cmdTag.click();
         const std::string kept = length < 128 ? "" : sound(length - 128);
         EXPECT_EQ(disk.content(pathA), kept + tagOf(pathA, "Title")) << length << " bytes";
-        EXPECT_EQ(editor.Text4(8).text(), "48000 bytes") << "the file was read again";
+        EXPECT_EQ(editor.Text4(8).text(), "48000 bytes")
+            << "writing the tag must not read the file again";
     }
 }
 

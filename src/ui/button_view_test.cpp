@@ -23,7 +23,7 @@ class ButtonViewTest : public testing::Test {
     CommandButton model{form, "CmdSelectAction", "Start "};
 };
 
-TEST_F(ButtonViewTest, AMouseClickAndTheSpaceKeyClickTheControl) {
+TEST_F(ButtonViewTest, AMouseClickAndTheSpaceKeyRunTheClickHandler) {
     TextButtonView view(model, "", &parent);
     parent.show();
     QTest::mouseClick(&view, Qt::LeftButton);

@@ -31,8 +31,8 @@ enum class Placement { elsewhere, byControl };
 /// changes are shown at once.
 enum class Pace { atOnce, captions, positions };
 
-/// Updates a widget when its control changes. This object must be destroyed before the widget; a
-/// member of the widget's class is destroyed in time.
+/// Updates a widget when its control changes. This object must be destroyed before the widget.
+/// That is the case if this object is a member of the widget's class.
 class ControlView {
   public:
     /// `caption` returns the control's caption; the function is empty for a control without a

@@ -61,7 +61,7 @@ TEST_F(ControlViewTest, AnAccessibleNameThatStaysTheSameIsNotSetAgain) {
     QAccessible::installFactory(countQuery);
     forgetAccessibleObject();
     model.setToolTip("What came so far");
-    EXPECT_EQ(queries, 0) << "the name is still the caption, but it was set";
+    EXPECT_EQ(queries, 0) << "the name is the caption as before, so it must not be set";
     forgetAccessibleObject();
     model.setCaption("13 Bytes");
     EXPECT_GT(queries, 0);

@@ -217,9 +217,9 @@ void DevicesWindow::showReport() {
     }
 }
 
-/// If the user chooses the current drive again, the drive is read again. It is not read again while
-/// calls_.refreshList() runs, nor within the double-click interval after the last choice. So a
-/// double click, or a click followed by Return, reads the drive once.
+/// If the user chooses the current drive again, the drive is read again, with two exceptions: while
+/// calls_.refreshList() runs, and within the double-click interval after the last choice. So a
+/// double click, or a click and Return in quick succession, reads the drive once.
 void DevicesWindow::choose(const QListWidgetItem& item) {
     const std::string name = nameIn(item.data(nameRole));
     const bool chosenJustNow =

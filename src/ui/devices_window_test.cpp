@@ -92,7 +92,7 @@ TEST_F(DevicesWindowTest, ListsADefaultEntryAndThenAllDrives) {
     EXPECT_EQ(window.windowTitle(), "Devices");
     EXPECT_THAT(listed(), ElementsAre("First drive found", "/dev/sr0", "/dev/sr1"));
     EXPECT_EQ(child<QListWidget>("drives").currentRow(), 0);
-    EXPECT_THAT(log, IsEmpty()) << "opening the window has chosen a drive";
+    EXPECT_THAT(log, IsEmpty()) << "opening the window must not choose a drive";
 }
 
 // Qt reports the selected entry of a drop-down list as the accessible name of the list, so a label

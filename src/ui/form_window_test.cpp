@@ -73,7 +73,7 @@ TEST_F(FormWindowTest, HasTheDesignedSizeTheCaptionAndAnIconWhenItsFormIsShown) 
     EXPECT_EQ(window.frameGeometry().size(), QSize(300, 200));
     EXPECT_FALSE(window.windowIcon().isNull());
     EXPECT_EQ(window.windowFlags() & Qt::WindowType_Mask, Qt::Window)
-        << "a window of this type may be missing in the desktop's list of windows";
+        << "a window of a type other than Qt::Window may be missing in the desktop's window list";
     EXPECT_NE(window.findChild<QWidget*>("Text1"), nullptr);
 }
 
@@ -87,7 +87,7 @@ TEST_F(FormWindowTest, TheFormIsUnloadedWhenTheWindowManagerClosesTheWindow) {
     };
     FormWindow window(layout());
     form.show();
-    EXPECT_FALSE(window.close()) << "the window has closed itself; only the form may hide it";
+    EXPECT_FALSE(window.close()) << "the window must not close itself: only the form may hide it";
     EXPECT_THAT(log, ElementsAre("query", "unload"));
     EXPECT_FALSE(window.isVisible());
     form.show();
@@ -140,7 +140,7 @@ TEST_F(FormWindowTest, AScreenReaderFindsTheWidgetsAndTheOpenedPopupMenus) {
     EXPECT_EQ(read->role(), QAccessible::Window);
     EXPECT_EQ(read->text(QAccessible::Name), "File Finder");
     const int widgets = read->childCount();
-    EXPECT_EQ(widgets, 2) << "the children are not the menu bar and the client area";
+    EXPECT_EQ(widgets, 2) << "the children must be the menu bar and the client area";
     form.popupRequested.emit(popup);
     ASSERT_EQ(read->childCount(), widgets + 1);
     QAccessibleInterface* opened = read->child(widgets);
@@ -180,7 +180,7 @@ TEST_F(FormWindowTest, ButtonsHaveMnemonicsThatMenusAndOtherButtonsDoNotUse) {
     EXPECT_EQ(window.findChild<QPushButton*>("cmdclear")->text(), "Cl&ear");
 }
 
-TEST_F(FormWindowTest, TheMenuKeyActsAsARightPressUnlessTheLayoutDefinesItsFunction) {
+TEST_F(FormWindowTest, TheMenuKeyActsAsTheRightMouseButtonUnlessTheLayoutHandlesTheKey) {
     std::vector<std::string> log;
     QPoint place;
     form.onMouseDown = [&](MouseButtons buttons) {
@@ -231,7 +231,7 @@ TEST_F(FormWindowTest, ADesignedSizeThatIsTooSmallIsReplacedByTheSizeOfTheConten
     form.unload();
     form.onLoad = [&] {
         EXPECT_EQ(form.width(), Twips(least.width() * 15))
-            << "the form does not have the width of the grown window; a load step that centres the "
+            << "the form must have the width of the grown window: a load step that centres the "
                "window needs this width";
     };
     show();

@@ -166,7 +166,7 @@ TEST_F(HelpWindowTest, TheTableOfContentsAndTheBackAndForwardButtonsChangeThePag
     EXPECT_EQ(window.page(), "playlist.html");
 }
 
-TEST_F(HelpWindowTest, AltLeftAltRightAltHomeAndControlFNavigateAndEscapeHidesTheWindow) {
+TEST_F(HelpWindowTest, TheWindowIsNavigatedByShortcutKeysAndHiddenByEscape) {
     window.showPage("main.html");
     child<QListWidget>("contents").setCurrentRow(4);
     QTest::keyClick(&window, Qt::Key_Left, Qt::AltModifier);

@@ -7,9 +7,9 @@ namespace sonarith {
 
 namespace {
 
-/// How long after the end of an interval the timer shows the last request of this interval. This
-/// delay is longer than the time between two requests of the level meter: usually the meter's next
-/// request arrives first, and the timer need not wake up the processor.
+/// The timer runs show_ this long after the end of an interval, unless a request after that end
+/// runs show_ earlier. This delay is longer than the time between two requests of the level meter:
+/// usually the meter's next request arrives first, and the timer need not wake up the processor.
 constexpr std::chrono::milliseconds tailDelay{30};
 
 } // namespace

@@ -12,8 +12,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Records the values that are shown. The clock stands still unless a test advances it; the timer
-/// that shows the last value runs in real time.
+/// Records the values that are shown. The clock stands still unless a test advances it;
+/// LimitedPace's own timer runs in real time.
 struct LimitedPaceTest : testing::Test {
     int value = 0;
     std::vector<int> shown;

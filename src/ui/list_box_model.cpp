@@ -11,8 +11,8 @@ namespace {
 
 /// A delay that the user does not notice.
 constexpr std::chrono::milliseconds shortWait{30};
-/// This interval is short enough to show the user that a search is running. Each painting of the
-/// list takes some milliseconds, so painting takes less than a tenth of the time of a search.
+/// Short enough to show the user that a search is running. Gathered changes are painted once in
+/// this time. One painting takes some milliseconds: less than a tenth of this time.
 constexpr std::chrono::milliseconds longWait{100};
 
 } // namespace
@@ -113,10 +113,10 @@ void ListBoxModel::follow(const ListChange& change) {
     }
 }
 
-/// If `line` is close to the range of pending lines, which ends before `end`, extends the range to
-/// `line` and returns true. The unchanged lines between the range and `line` become part of the
-/// range. For example, a search removes the first folder and adds folders after the second; one
-/// range includes all these changes.
+/// If `line` is close to the range of pending lines, extends the range to `line` and returns true.
+/// `end` is the first line after the range. The unchanged lines between the range and `line` become
+/// part of the range. For example, a search removes the first folder and adds folders after the
+/// second; one range includes all these changes.
 bool ListBoxModel::reaches(int line, int end) {
     constexpr int closeBy = 2;
     const int before = std::max(0, pending_.first - line);

@@ -18,7 +18,8 @@ namespace sonarith {
 
 class ListBoxModel : public QAbstractListModel {
   public:
-    /// Which changes are gathered and announced together. All other changes are announced at once.
+    /// Which changes are gathered and announced together. All other changes are announced
+    /// immediately.
     enum class Gathered {
         additions, ///< lines added at the end; announced at the next event, at most once in 30 ms
         changes,   ///< lines added and removed near each other in the list; announced after 100 ms

@@ -280,7 +280,7 @@ TEST_F(ListBoxViewTest, AScreenReaderReadsTheLinesAndCanClickALineBySelectingIt)
     ASSERT_NE(table, nullptr);
     EXPECT_TRUE(table->selectRow(1));
     EXPECT_TRUE(log.empty())
-        << "the click ran inside the screen reader's call, where it must not yield";
+        << "the click must not run inside the screen reader's call, where a yield is not allowed";
     QCoreApplication::processEvents();
     EXPECT_THAT(log, ElementsAre("click two"));
     EXPECT_EQ(model.listIndex(), 1);

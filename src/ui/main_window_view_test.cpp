@@ -226,7 +226,7 @@ TEST_F(MainWindowViewTest, TheEndOfALongPathInTheNextActionIsVisible) {
     show();
     const QImage one = widget("Label3").grab().toImage();
     form.Label3.setCaption(path + "B.wav");
-    EXPECT_NE(widget("Label3").grab().toImage(), one) << "the end of the path is not visible";
+    EXPECT_NE(widget("Label3").grab().toImage(), one) << "the end of the path must be visible";
 }
 
 TEST_F(MainWindowViewTest, TheStartButtonHasAMnemonicThatNoMenuUses) {
@@ -241,7 +241,7 @@ TEST_F(MainWindowViewTest, TheStartButtonHasAMnemonicThatNoMenuUses) {
     EXPECT_EQ(widget("CmdSelectAction").accessibleName(), "Start ");
 }
 
-TEST_F(MainWindowViewTest, TheMenuKeyOnANodeRunsTheOpeningStepOfThePopupThenOpensThePopup) {
+TEST_F(MainWindowViewTest, TheMenuKeyOnANodeOpensThePopupAfterTheHandlerOnOpenHasRun) {
     show();
     TreeView& tree = form.TreeView1;
     const NodeRef node = tree.add(nullptr, "f", "CD Tracks", 1, 4).value();
@@ -364,7 +364,7 @@ TEST_F(MainWindowViewTest, ADiscImageIsRefusedWhileTheDriveIsInUse) {
     dropped.clear();
     QCoreApplication::processEvents();
     EXPECT_THAT(dropped, Contains("/m/late.cue"))
-        << "the handler did not run, so the user does not learn why the image is refused";
+        << "the handler must run, so that the user learns why the image is refused";
 }
 
 TEST_F(MainWindowViewTest, ClosingTheWindowUnloadsTheForm) {

@@ -76,7 +76,7 @@ TEST_F(MenuViewTest, OnlyTheModelChangesCheckMarks) {
     EXPECT_FALSE(action("mnuOpenfile").isCheckable());
     action("mnuToolbar").trigger();
     EXPECT_TRUE(action("mnuToolbar").isChecked())
-        << "the check mark changed although the model did not";
+        << "the check mark must not change if the model does not";
     cd.onClick = [&] {
         cd.setChecked(!cd.checked());
     };

@@ -94,7 +94,7 @@ TEST_F(OptionButtonViewTest, ArrowKeysSkipADisabledButton) {
 
 TEST_F(OptionButtonViewTest, IfAnEnabledButtonIsSelectedTheTabKeyStopsAtNoOtherButtonOfItsGroup) {
     EXPECT_NE(offView.focusPolicy() & Qt::TabFocus, 0)
-        << "the tab key does not stop at this button, although no button is selected";
+        << "the tab key must stop at this button while no button is selected";
     on.setSelected(true);
     EXPECT_EQ(offView.focusPolicy() & Qt::TabFocus, 0);
     EXPECT_NE(onView.focusPolicy() & Qt::TabFocus, 0);

@@ -65,7 +65,7 @@ TEST(BarView, DrawsItsLineAlongTheRequestedEdge) {
     EXPECT_EQ(bar.accessibleName(), "Status bar");
 }
 
-TEST(BarView, DrawsItsLineInATonePaleOnLightAndOnDarkPalettes) {
+TEST(BarView, DrawsItsLineInAFaintToneOfTheTextColour) {
     Form form("Form1");
     PictureBox model(form, "Picture1");
     QWidget parent;

@@ -53,7 +53,7 @@ class PlaylistLayoutTest : public testing::Test {
     }
     /// The width in which a line edit shows its text without scrolling.
     static int textWidth(const QLineEdit& box) {
-        constexpr int marginsOfText = 2 * 2; // QLineEdit's own, which no function returns
+        constexpr int marginsOfText = 2 * 2; // pixels; QLineEdit's own, which no function returns
         QStyleOptionFrame option;
         option.initFrom(&box);
         option.lineWidth = box.style()->pixelMetric(QStyle::PM_DefaultFrameWidth, &option, &box);
@@ -66,8 +66,7 @@ class PlaylistLayoutTest : public testing::Test {
     FormWindow window{playlistLayout(form)};
 };
 
-TEST_F(PlaylistLayoutTest,
-       AtItsFirstSizeShowsBothListsAllTextBoxesAndAllHeaderLinesWithoutScrolling) {
+TEST_F(PlaylistLayoutTest, EveryBoxAndHeaderLineIsVisibleAtTheFirstSize) {
     const auto& header = get<QAbstractItemView>("List1");
     ASSERT_TRUE(QTest::qWaitFor([&] { return header.model()->rowCount() == 12; }));
     EXPECT_EQ(header.verticalScrollBar()->maximum(), 0);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A list whose rows have the same height, so that adding rows, scrolling and painting take no
-// longer in a longer list. RowList derives from QListView for its support of screen readers.
+// longer in a longer list. RowList derives from QListView to inherit its support of screen readers.
 // RowList does not use the layout of QListView, which visits every row again when a row is added.
 // Subclasses define the meaning of the rows.
 #pragma once

@@ -88,9 +88,9 @@ TEST_F(SliderViewTest, TheHandleIsAtTheRequestedEndForTheControlsGreatestValue) 
     EXPECT_GT(handleOf(view), 180);
     EXPECT_LT(handleOf(upright), 20);
     QTest::keyClick(&view, Qt::Key_Home);
-    EXPECT_EQ(model.value(), 65535) << "after the home key, the handle is not at the lower end";
+    EXPECT_EQ(model.value(), 65535) << "after the home key, the handle must be at the lower end";
     QTest::keyClick(&view, Qt::Key_End);
-    EXPECT_EQ(model.value(), 0) << "after the end key, the handle is not at the upper end";
+    EXPECT_EQ(model.value(), 0) << "after the end key, the handle must be at the upper end";
 }
 
 /// Counts the pixels of the filled part in the upper and in the lower half of the slider.
@@ -148,7 +148,7 @@ TEST_F(SliderViewTest, AScreenReaderReadsAndSetsTheNumberThatTheUserSees) {
     EXPECT_NEAR(value->minimumStepSize().toDouble(), 0.2, 0.001);
     value->setCurrentValue(10);
     EXPECT_EQ(model.value(), 0);
-    EXPECT_EQ(moves, 0) << "the handler ran, although the slider was already at this position";
+    EXPECT_EQ(moves, 0) << "the handler must not run: the slider was already at this position";
     value->setCurrentValue(7.5);
     EXPECT_NEAR(model.value(), 65535 / 4, 1);
     EXPECT_EQ(moves, 1);

@@ -80,7 +80,8 @@ TEST_F(SystemMoveTest, EachPressOfTheLeftButtonStartsAMove) {
     release({10, 10});
     press({10, 10});
     EXPECT_EQ(started, 2);
-    // This press follows a press without a release, because the desktop has received the release.
+    // The window gets no release between the two presses: the desktop receives the release that
+    // ends a move.
     press({10, 10});
     EXPECT_EQ(started, 3);
     release({10, 10});

@@ -44,7 +44,7 @@ TEST_F(TextBoxViewTest, AKeyPressIsReportedBeforeItChangesTheText) {
     EXPECT_THAT(log, ElementsAre("key 100", "change 1005"));
 }
 
-TEST_F(TextBoxViewTest, ATextSetByCodeMovesTheCaretOnlyFromTheOldEndToTheNewEnd) {
+TEST_F(TextBoxViewTest, ATextSetByCodeMovesTheCaretOnlyIfTheCaretWasAtTheEnd) {
     view.setCursorPosition(1);
     model.setText("100 MB");
     EXPECT_EQ(view.text(), "100 MB");
@@ -107,7 +107,7 @@ TEST_F(TextBoxViewTest, ALockedBoxIgnoresTypingAndShowsTextsSetByCode) {
     EXPECT_EQ(view.text(), "200");
 }
 
-TEST_F(TextBoxViewTest, TheControlsFontSizeIsUsedAndZeroMeansTheWindowsFontSize) {
+TEST_F(TextBoxViewTest, TheFontSizeOfTheControlIsUsedUnlessItIsZero) {
     const qreal own = view.font().pointSizeF();
     model.setFontSize(18);
     EXPECT_EQ(view.font().pointSize(), 18);
@@ -145,7 +145,7 @@ TEST_F(TextBoxViewTest, ATextSetThroughTheAccessibilityTreeReachesTheControl) {
     accessible->setText(QAccessible::Value, QStringLiteral("250"));
     EXPECT_EQ(model.text(), "250");
     EXPECT_THAT(log, ElementsAre("change 250"));
-    // Neither a locked nor a disabled box accepts a text.
+    // Neither a locked nor a disabled box accepts a text from the accessibility tree.
     model.setLocked(true);
     accessible->setText(QAccessible::Value, QStringLiteral("300"));
     model.setLocked(false);

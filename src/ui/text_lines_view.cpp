@@ -37,7 +37,7 @@ void TextLinesView::showText() {
     if (lines == toPlainText()) {
         return;
     }
-    // The numbers in the text may change while the user reads it, so the scroll position is kept.
+    // The text may change while the user reads it, so the scroll position is kept.
     const int inSight = verticalScrollBar()->value();
     setPlainText(lines);
     verticalScrollBar()->setValue(inSight);

@@ -171,7 +171,7 @@ TEST(BlockView, IsAtThePositionOfItsControlAndClippedByItsParent) {
 }
 
 // The meter moves its bar a hundred times a second.
-TEST(BlockView, MovesInQuickSuccessionAreShownTogetherAndTheLastOneIsNotLost) {
+TEST(BlockView, SeveralQuickMovesAreShownTogetherAndTheLastMoveIsNotLost) {
     Form form("Form4");
     Label bar(form, "Label4");
     QWidget parent;

@@ -229,7 +229,7 @@ TEST_F(TreeDraggingTest, ADragEndsIfItsHandlerOpensADialog) {
     expectNoDrag();
 }
 
-TEST_F(TreeDraggingTest, AfterADialogReceivedTheReleaseOfAPressNoLaterReleaseIsReported) {
+TEST_F(TreeDraggingTest, NoLaterReleaseIsReportedAfterADialogReceivedTheReleaseOfAPress) {
     pressAt(first);
     runDialogAnd([&] { releaseAt(first); });
     log.clear();

@@ -60,7 +60,7 @@ TEST_F(TreeKeyDragTest, ControlXPicksUpTheCurrentNodeAndReturnDropsItAtTheCurren
     EXPECT_THAT(log, ElementsAre("down left MP3 Files", "up left MP3 Files"));
 }
 
-TEST_F(TreeKeyDragTest, ControlVDropsTheNodeAfterOneOverEventForATargetThatIsNoGroup) {
+TEST_F(TreeKeyDragTest, ControlVReportsATargetThatIsNoGroupOnceAndThenDropsTheNode) {
     for (const NodeRef& target : {second, collection}) {
         goTo(first);
         takeUp();
@@ -105,7 +105,7 @@ TEST_F(TreeKeyDragTest, ControlXStartsADragAndClosesTheEditorThatItsDownEventOpe
     EXPECT_EQ(log.back(), "drop MP3 Files");
 }
 
-TEST_F(TreeKeyDragTest, SpaceF2LettersTabControlXAndTheMouseDoNothingDuringADragByKeys) {
+TEST_F(TreeKeyDragTest, ADragByKeysIgnoresTheMouseAndAllUnrelatedKeys) {
     QPushButton button(&window);
     button.show();
     takeUp();

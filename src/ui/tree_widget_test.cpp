@@ -107,7 +107,7 @@ TEST_F(TreeWidgetTest, ADoubleClickOnAnExpandedCollectionCollapsesIt) {
 
 // Keys.
 
-TEST_F(TreeWidgetTest, ArrowKeysSelectNothingAndReturnOrSpaceClicksTheCurrentRow) {
+TEST_F(TreeWidgetTest, ArrowKeysSelectNothingAndTheReturnAndSpaceKeysClickTheCurrentRow) {
     tree.setSelectedItem(wav).passOver();
     key(Qt::Key_Down);
     EXPECT_EQ(widget().currentIndex(), indexOf(first));

@@ -160,7 +160,7 @@ TEST_F(WindowLayouts, TheBarOfTheLevelMeterMovesWithinThePictureThatClipsIt) {
 
 // The menu entry "Show as Cube" reduces only the height of the panel, so the upper part of the
 // panel stays visible.
-TEST_F(WindowLayouts, ThePlayersPanelAsACubeStillShowsItsDisplayItsMeterAndItsTransportButtons) {
+TEST_F(WindowLayouts, ThePlayersPanelAsACubeShowsTheControlsOfItsUpperPart) {
     Form4 form(machine.loop);
     FormWindow window(playerLayout(form));
     form.show();
@@ -291,7 +291,7 @@ TEST_F(WindowLayouts, ThePlaylistEditorShowsItsControls) {
     const int row = header->visualRect(header->model()->index(0, 0)).height();
     ASSERT_GT(row, 0);
     EXPECT_GE(header->viewport()->height(), 12 * row)
-        << "not all twelve lines are visible without scrolling";
+        << "all twelve lines must be visible without scrolling";
     const auto* artist = window.findChild<QWidget*>("Text4(1)");
     EXPECT_GE(artist->width(), 30 * artist->fontMetrics().averageCharWidth());
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Adds one new file to the work tree and its lists: the WAV file of a capture or of a decoding,
-// or a file that the user picks. Scans of the destination folder use WorkTree::showfiles() instead.
+// Adds one new file to the work tree and its lists: the WAV file of a stopped capture or of
+// a decoding, or a file that the user picks. WorkTree::showfiles() adds the files that a scan of
+// the destination folder finds.
 #pragma once
 
 #include <string>

@@ -70,7 +70,7 @@ TEST_F(LabelEditTest, WithNothingSelectedTheEditIsRefused) {
 
 // --- after an edit ------------------------------------------------------------------------------
 
-TEST_F(LabelEditTest, ANewNameRenamesTheFileItsListEntryAndItsLabelAndKeepsTheNodesKey) {
+TEST_F(LabelEditTest, ANewNameChangesTheFileAndTheListEntryAndTheLabelButNotTheNodesKey) {
     const NodeRef file = node("a.wav");
     const std::string key = file->key();
     relabel("a.wav", "New Name.wav");
@@ -103,7 +103,7 @@ TEST_F(LabelEditTest, TheEntryOfAnMp3FileIsFoundInEitherListOfMp3Files) {
     EXPECT_THAT(lines(form.List4), ElementsAre("x", "c:\\music\\m.mp3"));
 }
 
-TEST_F(LabelEditTest, IfTwoSelectedWavFilesHaveTheOldNameOnlyTheFirstIsRenamed) {
+TEST_F(LabelEditTest, OnlyTheFirstOfTwoSelectedWavFilesWithTheOldNameIsRenamed) {
     disk.addFile("d:\\a.wav", "d");
     fill(form.List1, {"c:\\music\\taken.wav"});
     fill(form.List5, {"d:\\a.wav", "c:\\music\\a.wav"});

@@ -21,7 +21,7 @@ TEST(NodeLevel, DependsOnTheFirstCharacterOfTheKey) {
     EXPECT_EQ(levelOfKey("p"), 3);
 }
 
-TEST(NodeLevel, IsZeroForNoNodeAndForAKeyWithoutAKnownFirstCharacter) {
+TEST(NodeLevel, IsZeroForANullPointerAndForAKeyWithoutAKnownFirstCharacter) {
     EXPECT_EQ(NodeLevel(nullptr), 0);
     EXPECT_EQ(levelOfKey(""), 0);
     EXPECT_EQ(levelOfKey("x p"), 0);

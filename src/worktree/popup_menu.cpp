@@ -85,9 +85,9 @@ void PopupMenu::mnuFileRemove_Click() {
     removeNode(text);
     for (ListBox* list : fileLists(form_)) {
         for (int i = 0; i < list->listCount(); ++i) {
-            // Compares the whole entry, unlike mnuRemoveDelete_Click(). If the node shows only the
-            // name of a file and a list contains the file's path, the path stays in the list: the
-            // menu command Start on the node's group still decodes the file if it is an MP3 file.
+            // Compares only the whole entry. mnuRemoveDelete_Click() compares the entry's file
+            // name, too. If the node shows only a file name, the entry with the file's path stays
+            // in the list, so the menu command Start on the node's group still decodes an MP3 file.
             if (matches(list->list(i), text)) {
                 list->removeItem(i).passOver();
                 return;

@@ -97,7 +97,7 @@ TEST_F(PopupMenuTest, ForAGroupOfWavFilesTheEntriesKeepTheirState) {
     EXPECT_EQ(open(node("WAV Files")), "---");
 }
 
-TEST_F(PopupMenuTest, ARootNodeOrNoNodeDisablesTheThreeEntriesAndNoOtherEntry) {
+TEST_F(PopupMenuTest, OnlyTheThreeEntriesAreDisabledForARootNodeOrANullNode) {
     for (const NodeRef& at : {node("CD Tracks"), node("MP3 Files Folder"), NodeRef()}) {
         setAll(true);
         EXPECT_EQ(open(at), "---");
@@ -151,7 +151,7 @@ TEST_F(PopupMenuTest, RemoveForANodeWithABareNameKeepsTheFileInItsList) {
     EXPECT_THAT(lines(form.List2), ElementsAre(mp3File));
 }
 
-TEST_F(PopupMenuTest, RemoveDoesNothingForAGroupOrATrackOrNoNodeOrAMixedCaseEnding) {
+TEST_F(PopupMenuTest, RemoveIgnoresFilesWithAMixedCaseEndingAndNodesThatAreNotFiles) {
     const NodeRef mixed = addTo("WAV Files", "c.Wav");
     const auto before = outline();
     const int yields = loop.yieldCount();
@@ -217,7 +217,7 @@ TEST_F(PopupMenuTest, DeleteAcceptsAMixedCaseEndingUnlikeRemove) {
     EXPECT_THAT(lines(form.List1), IsEmpty());
 }
 
-TEST_F(PopupMenuTest, DeleteDoesNothingForAGroupOrATrackOrNoNode) {
+TEST_F(PopupMenuTest, DeleteIgnoresNodesThatAreNotFiles) {
     const auto before = outline();
     for (const NodeRef& at : {node("WAV Files"), node("Track  1 - 00:03:05"), NodeRef()}) {
         drag.DragNode = at;

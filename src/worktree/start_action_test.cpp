@@ -248,7 +248,7 @@ struct ActionAndTreeTest : StartActionTest {
     }
 };
 
-TEST_F(ActionAndTreeTest, ThePopupOfAnotherNodeStartsTheNodeThatWasLeftClickedBefore) {
+TEST_F(ActionAndTreeTest, AfterALeftClickThePopupOfAnotherNodeStartsTheClickedNode) {
     click(t1);
     press(node(mp3), {.right = true});
     run(form.mnupopup.onOpen);

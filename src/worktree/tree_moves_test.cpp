@@ -214,7 +214,7 @@ TEST_F(TreeMovesTest, ADoubleClickOutsideTheNodesMovesOnlyTheSelectedWavsEntry) 
     EXPECT_THAT(lines(form.List5), ElementsAre(wav));
 }
 
-TEST_F(TreeMovesTest, MoveSelectedMovesTheEntryOfTheSelectedNodeAndTheNodeDragNode) {
+TEST_F(TreeMovesTest, MoveSelectedMovesTheNodeDragNodeAndTheEntryOfTheSelectedNode) {
     view.setSelectedItem(node(t1)).passOver();
     drag.DragNode = node(t3);
     moves.moveSelected();

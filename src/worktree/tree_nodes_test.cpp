@@ -25,7 +25,7 @@ TEST_F(TreeNodesTest, EachKindHasItsPictures) {
     EXPECT_EQ(item->selectedImage(), 6);
 }
 
-TEST_F(TreeNodesTest, WithoutAParentNoGroupOrItemIsAddedAndNoneBecomesARoot) {
+TEST_F(TreeNodesTest, AddingAGroupOrAnItemWithoutAParentFails) {
     const auto lostGroup = addGroup(tree, nullptr, "g 2", "lost");
     const auto lostItem = addItem(tree, nullptr, "p 2", "lost");
     ASSERT_FALSE(lostGroup.ok());
@@ -48,7 +48,7 @@ TEST_F(TreeNodesTest, TheTextOfANullNodeIsEmpty) {
     EXPECT_EQ(textOf(nullptr), "");
 }
 
-TEST_F(TreeNodesTest, TheParentsTextIsEmptyForARootANullNodeAndARemovedNode) {
+TEST_F(TreeNodesTest, TheParentsTextIsEmptyIfThereIsNoParent) {
     EXPECT_EQ(parentText(item), "group");
     EXPECT_EQ(parentText(collection), "");
     EXPECT_EQ(parentText(nullptr), "");

@@ -51,7 +51,7 @@ void WorkTree::showfiles() {
     const bool fullPath = process_.settings.showFullPath != 0;
     const NodeRef lastMp3 = addFilesFromTheLast(form_.List2, ".mp3", group_,
                                                 fullPath ? Reveal::nothing : Reveal::eachAdded);
-    // This group is found by its text, because in a later call `group_` is another group.
+    // This group is found by its text, because in a later call `group_` may be another group.
     tree.ensureVisible(firstNodeOfText(tree, mp3FilesText)).passOver();
     tree.ensureVisible(lastMp3).passOver();
     reverse(form_.List2, form_.List7);
@@ -121,7 +121,8 @@ void WorkTree::showfiles3() {
     if (chosen.ends_with(".mp3")) {
         form_.List1.addItem(chosen);
     }
-    // Deliberate: the argument is the entry's number, which names no file, so the call only waits.
+    // Deliberate: the argument is the entry's number, which names no file. So the call only waits
+    // for 0.3 s.
     adder_.Cmaddfile2(std::to_string(found.listIndex()));
 }
 

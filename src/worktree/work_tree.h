@@ -26,10 +26,10 @@ class WorkTree {
     /// the tree lacks. Yields while the finder searches.
     void showfiles();
 
-    /// Runs after the finder's "Select for Conversion": does nothing if List1 (WAV files) or List2
-    /// (MP3 files) contains the finder's current entry. Otherwise adds a WAV file to List2, or an
-    /// MP3 file to List1 (both deliberate). Then calls FileAdder::Cmaddfile2 with a text that names
-    /// no file, so this call only waits 0.3 s.
+    /// Runs after the finder's "Select for Conversion" and "Delete File": does nothing if List1
+    /// (WAV files) or List2 (MP3 files) contains the finder's current entry. Otherwise adds a WAV
+    /// file to List2, or an MP3 file to List1 (both deliberate). Then calls FileAdder::Cmaddfile2
+    /// with the entry's number instead of its path, so this call waits 0.3 s and adds nothing.
     void showfiles3();
 
     /// Builds the tree in a layout in which all groups are siblings below one root. Nothing in the

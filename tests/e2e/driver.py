@@ -14,7 +14,7 @@ REPOSITORY = pathlib.Path(__file__).resolve().parents[2]
 
 def make_disc(folder, name="disc", **options):
     """Creates a disc image by tools/make_disc_image.py, where the options are documented (for
-    example tracks=3, signal="ramp"). Returns the path of the sheet."""
+    example tracks=3, signal="ramp"). Returns the path of the cue sheet or TOC file."""
     arguments = [f"--{key}={value}" for key, value in options.items()]
     maker = REPOSITORY / "tools" / "make_disc_image.py"
     made = subprocess.run([sys.executable, maker, folder, "--name", name, *arguments],

@@ -51,18 +51,18 @@ class Program:
     def _children(self, accessible):
         i, count = 0, accessible.get_child_count()
         while i < count:
-            child = accessible.get_child_at_index(i)  # None if it has been removed since
+            child = accessible.get_child_at_index(i)  # None if it was removed after the count
             if child is not None:
                 yield child
             i += 1
             if i == count:
-                count = accessible.get_child_count()  # children may have been added since
+                count = accessible.get_child_count()  # children may have been added meanwhile
 
     def _walk(self, accessible, menus=False):
         """The element and the elements in it, without the contents of hidden elements and of long
-        lists: reading one property of an element takes a call to the program. With `menus`, the
-        contents of hidden menus are included, since a visible popup menu can lie in a hidden
-        menu. Use lines() for the lines of a long list."""
+        lists. Reading these would take too long: each property of an element takes a call to the
+        program. With `menus`, the contents of hidden menus are included, because a visible popup
+        menu can lie in a hidden menu. Use lines() for the lines of a long list."""
         yield accessible
         count = accessible.get_child_count()
         if count == 0:

@@ -7,9 +7,9 @@ from sound import bytes_of
 from waiting import check, check_equal, wait_for
 
 
-# The name of the destination folder, which is in the home. The logic does not quote the path of
-# this folder, and converts the path to lower case. The blank and the capitals in the name test that
-# the folder is found nevertheless.
+# The name of the destination folder, which is in the home. The logic converts the path of this
+# folder to lower case, and does not quote the path in the command that saves a capture. The blank
+# and the capitals in the name test that the folder is found nevertheless.
 MUSIC = "My Music"
 
 

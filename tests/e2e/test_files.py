@@ -86,8 +86,8 @@ def the_tree_shows_the_files_of_the_folder(desktop, program):
 
 
 def files_are_found_in_a_home_with_a_dot_in_its_name(desktop, program):
-    # The logic takes the extension from the first dot of the whole path. So its paths begin with
-    # the home's drive ("h:") and do not contain the home's name.
+    # The logic takes the extension from the first dot of the whole path. So the logic's paths begin
+    # with the home's drive ("h:") and do not contain the home's name.
     desktop.move_to(desktop.home / "jane.doe")
     started, _, _ = start_with_mp3s(desktop, program, "One.mp3", full_paths=True)
     close(started)

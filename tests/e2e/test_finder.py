@@ -273,7 +273,7 @@ def after_the_search_of_a_large_tree_the_finder_can_be_used_and_closed(desktop, 
     wait_for("the end of the search", lambda: search.button.get_name() == SEARCH and
              search.files_found() == wavs)
     # Deliberate: more files are found than the summary's counter of files can hold, so this counter
-    # keeps its previous value.
+    # stays at 0.
     check_equal(summary(started), (folders_below(desktop.home / "large"), 0), "the summary")
     first, centre = search.centre_of_first_line()
     desktop.click_at(*centre)

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Tests the help window: F1 opens the page about the window in which it is pressed, the help button
-and the menu entry open the page about the main window, and pages, links and search can be used by
+"""Tests the help window. F1 opens the page about the window in which it is pressed. The help button
+and the menu entry open the page about the main window. Pages, links and search can be used by
 keyboard. Also tests that a help file beside the program is used instead of the pages."""
 
 import pathlib

@@ -54,7 +54,7 @@ def a_disc_is_played_and_heard(desktop, program):
     panel.press("Play")
     wait_for("the mode \"Playing\"", lambda: panel.mode() == "Playing")
     server.wait_for_sound("playing after the pause")
-    # Playing continues in the second in which it was paused.
+    # At first the display still shows the second in which the disc was paused.
     panel.wait_for_position("a later second than that of the pause",
                             lambda track, second: track == 1 and second > paused[1])
 

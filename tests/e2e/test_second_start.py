@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Tests that only one instance of the program runs for each user, and that a killed program leaves
-no incomplete file."""
+no incomplete file except hidden ones, which the next recording deletes."""
 
 from driver import run
 from program import Program

@@ -96,7 +96,8 @@ def the_icon_has_a_tip_a_menu_and_pictures(desktop, program):
         check_equal(sorted(pictures), [16, 22, 24, 32, 44, 48, 64], "sizes of the icon")
         for side, picture in pictures.items():
             opaque = sum(1 for alpha in picture[::4] if alpha == 255)
-            check(0.1 < opaque / side ** 2 < 1, f"the icon of {side} pixels is blank or full")
+            check(0.1 < opaque / side ** 2 < 1,
+                  f"the icon of {side} pixels lacks opaque or transparent pixels")
         before = len(host.signals())
         time.sleep(SECONDS_OF_QUIET)
         check_equal(host.signals()[before:], [], "signals for an unchanged tip")
@@ -108,7 +109,7 @@ def the_icon_has_a_tip_a_menu_and_pictures(desktop, program):
         host.choose("Restore Control panel")
         wait_for_state(desktop, window, "Normal")
         host.wait_for_no_icon()
-        # The window is minimized a second time, since each minimizing adds a new icon.
+        # Each minimizing adds a new icon, so the second icon is tested, too.
         minimize(started)
         host.wait_for_icon()
         wait_for_state(desktop, window, "Withdrawn")
@@ -225,7 +226,7 @@ def start_minimizing_by_keys(desktop, program):
         return desktop.active_window() == window
     wait_for("the focus", has_focus)
     def is_capturing():
-        # The keys are pressed repeatedly, since the tree may still be without rows at first.
+        # The keys are pressed repeatedly, because the tree may still be without rows at first.
         desktop.press("Home", "Down", "Down", "Return", "alt+s")
         time.sleep(1)
         return "Extracting" in desktop.xdotool("getwindowname", window)

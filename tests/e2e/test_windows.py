@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Tests where the program places the main window and the player's panel on the screen. Nothing
-else places these two windows, except where a scenario calls desktop.place()."""
+"""Tests the positions at which the program places the main window and the player's panel. The
+scenarios themselves move these windows only with desktop.place()."""
 
 from desktop import SCREEN
 from driver import run

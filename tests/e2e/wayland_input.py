@@ -106,7 +106,7 @@ class WaylandInput:
         return self._last_id
 
     def _send(self, target, operation, *words, text=b"", file=None):
-        """Sends a message. `text`, if any, follows the first word, as wl_registry.bind requires."""
+        """Sends a message. `text`, if any, follows the first of `words` (for wl_registry.bind)."""
         body = b"".join(struct.pack("=I", word) for word in words[:1 if text else None])
         if text:
             padded = text + b"\0" * (4 - len(text) % 4)

@@ -13,8 +13,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     using sonarith::StoreFileState;
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
     if (checkStoreFile(bytes) == StoreFileState::whole) {
-        // A complete file is empty (except for a byte order mark) or ends with a line end, and it
-        // is still complete with one more key.
+        // A complete file is empty, contains only a byte order mark, or ends with a line end. With
+        // one more key, it is still complete.
         if (!bytes.empty() && bytes.back() != '\n' && bytes != "\xef\xbb\xbf") {
             std::abort();
         }

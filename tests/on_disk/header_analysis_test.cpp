@@ -205,7 +205,7 @@ TEST_F(HeaderAnalysisTest, MistakesATitleInALeadingTagForTheFirstFrame) {
     encode(44100, 2, "-b 128 --id3v2-only --id3v2-latin1 --tt abc");
     std::string content = world.content("a.mp3").value();
     const std::size_t title = content.find("abc");
-    ASSERT_LT(title, 100U) << "the file has no leading tag";
+    ASSERT_LT(title, 100U) << "the file must have a leading tag";
     world.put("a.mp3", content.replace(title, 3, "\xff\xfb\xb0"));
     readFile();
     ASSERT_TRUE(opinion);

@@ -72,8 +72,8 @@ TEST_F(PlaylistFilesTest, AKillAtAnySystemCallOfATagWriteLeavesTheOldOrTheNewTag
         ASSERT_TRUE(left == old || left == written) << "call " << call;
         ++(left == old ? leftOld : leftWritten);
     }
-    EXPECT_GT(leftOld, 1) << "too few kills came before the write";
-    EXPECT_GT(leftWritten, 1) << "no kill came after the write";
+    EXPECT_GT(leftOld, 1) << "at least two kills must come before the write";
+    EXPECT_GT(leftWritten, 1) << "at least one kill must come after the write";
 }
 
 TEST_F(PlaylistFilesTest, PipesFoldersDevicesAndBrokenLinksHaveNoDataAndDoNotBlock) {
@@ -257,7 +257,7 @@ TEST_F(PlaylistFilesTest, TheTagOfAHugeFileIsShownWithTheHeaderOfThePreviousFile
         editor.form.cmdTag.click();
         EXPECT_EQ(fs::file_size(huge), static_cast<std::uintmax_t>(bytes));
         read("huge.mp3");
-        EXPECT_EQ(editor.form.Text4(2).text(), "Huge") << "the tag of the huge file was not read";
+        EXPECT_EQ(editor.form.Text4(2).text(), "Huge") << "the tag of the huge file must be read";
         EXPECT_EQ(editor.form.Text4(8).text(), std::to_string(bytes) + " bytes");
         EXPECT_EQ(editor.form.List1.list(0), "Bitrate            128");
     }
@@ -289,7 +289,7 @@ TEST_F(PlaylistFilesTest, AtMost8KibibytesAreReadToShowTheDataOfAFileOfAnyLength
         const std::uint64_t taken = bytesRead().value() - before - ofTheCount;
         EXPECT_EQ(editor.form.Text4(8).text(), std::to_string(bytes) + " bytes");
         EXPECT_LE(taken, 8192U) << "for a file of " << bytes << " bytes";
-        EXPECT_GE(taken, 256U) << "the bytes were not counted";
+        EXPECT_GE(taken, 256U) << "the bytes that the editor reads must be counted";
     }
 }
 

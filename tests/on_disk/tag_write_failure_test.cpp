@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests that an MP3 file is unchanged if the writing of its tag fails, because a system call other
-// than close() fails or because the user may only read the file. Also tests that a tag write
-// changes only the tag and the times, and that the tag is written even if close() fails or the user
-// may only write the file.
+// Tests the writing of an MP3 file's tag. If a system call other than close() fails, or if the user
+// may only read the file, the file must be unchanged. If close() fails, or if the user may only
+// write the file, the tag must be written nevertheless. A tag write must change only the tag and
+// the times.
 #include <gtest/gtest.h>
 
 #include <cerrno>
@@ -80,7 +80,7 @@ TEST_F(TagWriteFailureTest, IfACallOtherThanCloseFailsTheOldTagIsKept) {
                       }),
                       0);
             EXPECT_EQ(world.content("a.mp3"), call.writes ? written : old);
-            EXPECT_EQ(filesOnDisk(), before) << "a file was created or removed";
+            EXPECT_EQ(filesOnDisk(), before) << "no file must be created or removed";
         }
     }
     editor.form.cmdTag.click();

@@ -108,7 +108,8 @@ TEST_P(TheMeterOnTheSoftwareCard, ShowsAtEachTickTheLargestSampleSinceThePreviou
         expectReading(level);
         from = end;
     }
-    EXPECT_GT(levels.size(), 20U) << "too few different levels to detect a wrong block";
+    EXPECT_GT(levels.size(), 20U)
+        << "there must be enough different levels to detect a wrong block";
     // The card has played the disc from its first sample on, and nothing else.
     disc::expectFrames(kept_->frames,
                        {samples_.begin(), samples_.begin() + std::ssize(kept_->frames)});

@@ -89,8 +89,8 @@ struct MeterWorld {
     test::FakeMachine machine;
     const EventLoop::Time begun = machine.loop.now();
     SoundCard card;
-    // Created before the meter's timer, so that the blocks are played before a tick that is due at
-    // the same time. The interval is that of the card's thread while a disc is played.
+    // Created before the meter's timer: if both are due at the same time, the card plays first. The
+    // interval is that of the card's thread while a disc is played.
     std::unique_ptr<Wakeup> cardThread = machine.loop.every(20ms, [this] { card.advance(now()); });
     MeterLoop loop;
     sound::CardMixer mixer{&card, {}, [this] {

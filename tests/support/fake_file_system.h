@@ -77,9 +77,9 @@ class FakeFileSystem final : public FileSystem {
     void setFileDate(const std::string& path, FileTime date) {
         entries_.at(caseFolded(absolute(path))).date = date;
     }
-    /// From now on `operation` fails with `number` if its path equals `path`. Its path is `from`
-    /// for rename, and the drive of the argument for changeDrive. Both paths are compared as
-    /// absolute paths, regardless of case.
+    /// From now on `operation` fails with `number` if it is called for `path`. For rename, `path`
+    /// is compared with `from`; for changeDrive, with the drive of the argument. The comparison
+    /// uses absolute paths, and ignores case.
     void failWith(Operation operation, const std::string& path, ErrorNumber number) {
         failures_.insert_or_assign(std::pair(operation, caseFolded(absolute(path))), number);
     }

@@ -62,7 +62,7 @@ class Arguments(unittest.TestCase):
 
 
 class Commands(unittest.TestCase):
-    def test_names_limit_what_is_built_and_run(self):
+    def test_only_the_selected_parts_are_built_and_run(self):
         unit = BY_NAME["unit"]
         self.assertEqual(unit.build_command(["ui", "mci"])[-3:],
                          ["--target", "ui_test", "mci_test"])

@@ -118,7 +118,7 @@ class Stage:
 
 # The stages in the order in which they run.
 STAGES = (
-    Stage("lint", "format, clang-tidy, the include check, and the tests of the scripts for tests",
+    Stage("lint", "format, clang-tidy, the include check, and the tests of the test scripts",
           preset="lint", jobs=1, in_background=True, checks_texts=True,
           unity=False),
     Stage("tsan", "files, drives, sound card, interpreter and MP3 under the thread sanitizer",

@@ -12,8 +12,8 @@ HERE = pathlib.Path(__file__).resolve().parent
 
 # The source of a program, as a template for str.format(). `tests` contains the Python code of each
 # test, by name; in this code `line` prints a line, and `good` and `bad` print that the test has
-# passed or failed. `at_end` and `after_end` are code that runs before and after the program prints
-# its last lines.
+# passed or failed. The code `at_end` runs before the program prints its last lines, and the code
+# `after_end` runs after that.
 PROGRAM = """
 #!{python}
 import os, sys, time

@@ -63,7 +63,7 @@ TEST_F(FolderControlsTest, SettingThePathThatIsAlreadySetRunsNoHandler) {
     EXPECT_EQ(folderChanges, 0);
 }
 
-TEST_F(FolderControlsTest, SettingThePathToADriveAloneOpensTheLastFolderOnThatDrive) {
+TEST_F(FolderControlsTest, SettingThePathToADriveAloneOpensTheMostRecentFolderOfThatDrive) {
     EXPECT_TRUE(folder.setPath("d:").ok());
     EXPECT_EQ(folder.path(), "d:\\");
     EXPECT_TRUE(folder.setPath("d:\\albums").ok());
@@ -73,7 +73,7 @@ TEST_F(FolderControlsTest, SettingThePathToADriveAloneOpensTheLastFolderOnThatDr
     EXPECT_EQ(folder.path(), "d:\\albums");
 }
 
-TEST_F(FolderControlsTest, SettingThePathToADriveWhoseLastFolderWasRemovedOpensItsRoot) {
+TEST_F(FolderControlsTest, SettingThePathToADriveWhoseMostRecentFolderWasRemovedOpensItsRoot) {
     EXPECT_TRUE(folder.setPath("d:\\albums").ok());
     EXPECT_TRUE(folder.setPath("c:\\music").ok());
     disk.removeFolder("d:\\albums");
@@ -81,7 +81,7 @@ TEST_F(FolderControlsTest, SettingThePathToADriveWhoseLastFolderWasRemovedOpensI
     EXPECT_EQ(folder.path(), "d:\\");
 }
 
-TEST_F(FolderControlsTest, LoadingTheFormAgainForgetsTheLastFolderOfEachDrive) {
+TEST_F(FolderControlsTest, LoadingTheFormAgainForgetsTheMostRecentFolderOfEachDrive) {
     EXPECT_TRUE(folder.setPath("d:\\albums").ok());
     form.unload();
     form.load();

@@ -285,7 +285,7 @@ TEST_F(DesignTest, ResettingAControlAtALoadNotifiesItsViewOnce) {
     EXPECT_THAT(changes, ElementsAre(Property::all));
 }
 
-TEST_F(DesignTest, ALoadStartsTheTimersThatAreOnByDesignAndAnUnloadStopsAll) {
+TEST_F(DesignTest, ALoadStartsTheTimersThatAreOnByDesignAndAnUnloadStopsAllTimers) {
     EXPECT_EQ(loop.wakeupCount(), 0U);
     form.load();
     EXPECT_TRUE(form.tick.on.enabled());
@@ -308,7 +308,7 @@ TEST_F(DesignTest, TimersAreStillEnabledDuringTheUnloadStep) {
     EXPECT_TRUE(enabled);
 }
 
-TEST_F(DesignTest, TheFunctionTouchedLoadsTheFormOnceWithoutShowingIt) {
+TEST_F(DesignTest, CallingTouchedLoadsTheFormOnceWithoutShowingIt) {
     EXPECT_EQ(touched(form).text.text(), "100");
     EXPECT_TRUE(form.loaded());
     EXPECT_FALSE(form.visible());

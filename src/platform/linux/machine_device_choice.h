@@ -17,8 +17,8 @@ namespace sonarith {
 class MachineDeviceChoice final : public DeviceChoice {
   public:
     /// Applies the stored choice to the card. Reports lost sound devices to `notices`. All
-    /// arguments must outlive this object. The function `configured` of `slot` must return drive()
-    /// of this object.
+    /// arguments must outlive this object. `slot` must have been created with a function
+    /// `configured` that returns drive() of this object.
     MachineDeviceChoice(SettingsStore& store, disc::DriveSlot& slot, sound::SoundCard& card,
                         Notices& notices);
     ~MachineDeviceChoice() override;

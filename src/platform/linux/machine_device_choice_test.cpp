@@ -68,13 +68,14 @@ TEST_F(MachineDeviceChoiceTest, ReportsAnUnusableOutputOnceUntilAnotherIsChosen)
     store.put("Devices", "Output", "no-such-device");
     MachineDeviceChoice devices(store, slot, card, notices);
     const sound::SoundCardThread thread(card);
-    EXPECT_THAT(notices.texts(), IsEmpty()) << "a problem was reported before the output was used";
+    EXPECT_THAT(notices.texts(), IsEmpty())
+        << "a problem must not be reported before the output is used";
     const auto disc = std::make_shared<fakes::PatternSource>();
     card.attach(sound::Line::compactDisc, disc, sound::monotonicNow());
     ASSERT_TRUE(eventually([&] { return !notices.texts().empty(); }));
     const std::int64_t played = disc->position();
     EXPECT_TRUE(eventually([&] { return disc->position() > played + 4410; }))
-        << "playing stopped because the output cannot be used";
+        << "playing must continue although the output cannot be used";
     EXPECT_THAT(notices.texts(),
                 ElementsAre(StartsWith("The sound output \"no-such-device\" cannot be used")));
     devices.setOutput("none");

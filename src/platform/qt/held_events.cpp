@@ -18,7 +18,7 @@ enum class Treatment {
     pass,     ///< delivered now: painting, and Qt's internal events
     keep,     ///< delivered later
     keepDrag, ///< accepted, and delivered later
-    refuse,   ///< dropped without a reply
+    refuse,   ///< dropped; a call over D-Bus gets no reply
 };
 
 /// Whether `object` receives calls over D-Bus, from assistive programs or from panels that show a

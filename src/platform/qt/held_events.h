@@ -33,8 +33,8 @@ class HeldEvents final : private QObject {
     /// drops, no calls over D-Bus (from assistive programs or panels), no requests to
     /// close, move, resize or activate a window, and no notifications of sockets. Touches become
     /// mouse input and are held as such. A drop is accepted on behalf of the window, and only texts
-    /// and file names of its data are kept. Calls over D-Bus are dropped and get no
-    /// reply. Notifications of sockets are dropped too, but repeat until the socket is read.
+    /// and file names of the drop's data are kept. Calls over D-Bus are dropped and get no reply.
+    /// Notifications of sockets are dropped too, but repeat until the socket is read.
     void hold();
 
     /// Ends the holding that hold() began. The next event loop that runs, including that of a

@@ -86,9 +86,9 @@ IniValues writeUnchecked(const QString& path, const IniValues& values) {
     return valuesOf(file);
 }
 
-/// Whether the file is empty or ends with a complete line. When writeIniFile() compares the
-/// values, it does not detect that only the last line end is missing, but checkStoreFile() would
-/// treat such a file as incomplete.
+/// Whether the file is empty or ends with a complete line. If only the last line end is missing,
+/// writeIniFile() finds no difference when it compares the values, but checkStoreFile() would treat
+/// the file as incomplete.
 bool endsWithALine(const QString& path) {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) &&

@@ -179,7 +179,8 @@ TEST_F(IniFileTest, ContainsTheOldOrTheNewValuesAfterAKillAtAnySystemCall) {
         EXPECT_EQ(entriesIn(fresh.path()), 1) << "call " << call;
         EXPECT_EQ(contentOf(file), after);
     }
-    EXPECT_GT(call, 20) << "a write with a lock, flushes and renames needs more system calls";
+    EXPECT_GT(call, 20)
+        << "more than 20 system calls are expected: a write locks, flushes and renames files";
 }
 
 // Without removeUnfinishedIniFiles(), the empty lock file of a killed process would delay the next

@@ -211,8 +211,9 @@ TEST_F(QtEventLoopTest, ACancelledTimerNeverFires) {
 }
 
 /// Counts the calls of a handler of everyInSound() in groups. A group consists of the calls between
-/// two sleeps of the thread. The constructor sets a silence function. Therefore everyInSound()
-/// makes its calls two at a time while there is sound. In silence it first makes ten calls
+/// two sleeps of the thread. The constructor sets a silence function, without which everyInSound()
+/// would make each call alone. With it, everyInSound() makes two calls at a time while there is
+/// sound (BatchedWakeup::callsInSound). In silence it first makes ten calls
 /// (BatchedWakeup::callsBeforeSilence) two at a time, and then calls five at a time
 /// (BatchedWakeup::callsInSilence).
 struct CallGroups {

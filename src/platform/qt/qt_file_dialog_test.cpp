@@ -31,8 +31,8 @@ class QtFileDialogTest : public testing::Test {
         }
     }
 
-    /// Runs `act` on the next dialog once it is open; cancels the dialog if it is still open
-    /// afterwards.
+    /// Runs `act` on the next dialog as soon as the dialog is open. Then cancels the dialog if
+    /// `act` has not closed it.
     void onDialog(std::function<void(QFileDialog&)> act) {
         QTimer::singleShot(0, &context, [act = std::move(act)] {
             auto* shown = qobject_cast<QFileDialog*>(runningDialog());
@@ -163,7 +163,7 @@ TEST_F(QtFileDialogTest, ANameWithQuotesIsNotShownInTheTextFieldButCanBeChosenIn
     EXPECT_EQ(dialog.open(request).valueOr("failed"), "L:" + machine(name));
 }
 
-TEST_F(QtFileDialogTest, CancelEscapeAndCloseReturnError32755) {
+TEST_F(QtFileDialogTest, EachWayToCancelTheDialogReturnsError32755) {
     const std::function<void(QFileDialog&)> ways[] = {
         [](QFileDialog& shown) { shown.reject(); },
         [](QFileDialog& shown) { QTest::keyClick(&shown, Qt::Key_Escape); },

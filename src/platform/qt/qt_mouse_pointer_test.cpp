@@ -30,7 +30,7 @@ TEST(QtMousePointer, SettingTheNormalPointerWithoutAnHourglassKeepsACursorOfOthe
     QtMousePointer pointer;
     pointer.set(Pointer::normal);
     EXPECT_NE(QGuiApplication::overrideCursor(), nullptr)
-        << "set() removed a cursor that other code had set";
+        << "set() must not remove a cursor that other code has set";
     QGuiApplication::restoreOverrideCursor();
 }
 

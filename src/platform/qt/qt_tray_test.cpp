@@ -265,7 +265,7 @@ TEST_F(QtTrayTest, NotifiesOfPanelsThatAppearAndDisappear) {
     ASSERT_TRUE(hostBecomes(true));
     watcher.leave();
     ASSERT_TRUE(hostBecomes(false));
-    ASSERT_TRUE(shown()) << "the icon was not kept for the next panel";
+    ASSERT_TRUE(shown()) << "the icon must be kept for the next panel";
     watcher.comeBack();
     ASSERT_TRUE(hostBecomes(true));
     EXPECT_THAT(hosts, ElementsAre(true, false, true));

@@ -58,8 +58,8 @@ TEST_F(QtWaitingTest, ATouchIsNotAcceptedAndItsClickIsNotDeliveredDuringAWait) {
         const auto touch = [&](QEvent::Type type, QEventPoint::State state) {
             QTouchEvent event(type, screen.get(), {}, {{1, state, at, at}});
             QCoreApplication::sendEvent(window.windowHandle(), &event);
-            EXPECT_FALSE(event.isAccepted())
-                << "the touch was accepted, so Qt will not convert it to mouse input";
+            EXPECT_FALSE(event.isAccepted()) << "the touch must not be accepted: Qt converts only "
+                                                "unaccepted touches to mouse input";
         };
         touch(QEvent::TouchBegin, QEventPoint::Pressed);
         touch(QEvent::TouchEnd, QEventPoint::Released);
@@ -190,14 +190,14 @@ TEST_F(QtWaitingTest, AfterARequestToCloseFurtherWaitsEndEarlyUntilTheLoopContin
     for (int further = 0; further < 20; ++further) {
         EXPECT_EQ(waiting.wait(never, 1h), Outcome::ended);
     }
-    EXPECT_LT(loop.now() - begin, 1s) << "all further waits together took too long";
+    EXPECT_LT(loop.now() - begin, 1s) << "all further waits together must take less than 1 s";
     Completion done;
     done.complete();
     EXPECT_EQ(waiting.wait(done, 1h), Outcome::done)
-        << "a wait for completed work did not end as done";
+        << "a wait for completed work must return Outcome::done";
     handleHeldEvents();
     EXPECT_EQ(waiting.wait(never, 60ms), Outcome::late)
-        << "after the window had ignored the request, a wait did not last for its bound";
+        << "after the window has ignored the request, a wait must last for its bound";
 }
 
 TEST_F(QtWaitingTest, ASignalEndsTheWaitAndIsHandledBeforeHeldInput) {

@@ -26,7 +26,7 @@ TEST_F(QtWaitingTest, AShortWaitHandlesNoEventWhetherOrNotTheWorkCompletes) {
     EXPECT_FALSE(handled);
     const Completion never;
     EXPECT_EQ(waiting.wait(never, Waiting::plainMoment), Outcome::late);
-    EXPECT_FALSE(handled) << "a wait with a short bound has handled an event";
+    EXPECT_FALSE(handled) << "a wait with a short bound must not handle an event";
     loop.yield();
 }
 
@@ -40,7 +40,7 @@ TEST_F(QtWaitingTest, AWaitEndsWhenTheWorkCompletes) {
     worker.join();
 }
 
-TEST_F(QtWaitingTest, AWaitWhoseBoundHasPassedHasTheOutcomeLate) {
+TEST_F(QtWaitingTest, LateIsTheOutcomeOfAWaitWhoseBoundHasPassed) {
     const auto begin = loop.now();
     EXPECT_EQ(waitAnd([] {}, 120ms), Outcome::late);
     EXPECT_GE(loop.now() - begin, 119ms); // now() is truncated to whole milliseconds
@@ -50,7 +50,8 @@ TEST_F(QtWaitingTest, PaintsWindowsDuringAWait) {
     NotingWindow window(log);
     window.update();
     (void)waitAnd([&] { QTimer::singleShot(0, &context, [&] { window.update(); }); });
-    EXPECT_GE(window.paints, 2) << "a change from before or during the wait was not painted";
+    EXPECT_GE(window.paints, 2)
+        << "a change before the wait and a change during the wait must each be painted";
 }
 
 TEST_F(QtWaitingTest, ShowsTheHourglassDuringAWait) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Runs work of the logic after the current event has been handled, and never within a wait
-// (qt_waiting.h). The work runs from a timer, because a queued call would run within a wait;
-// QTimer::singleShot() without a delay is a queued call, too.
+// Runs work of the logic later, from an event loop, and never within a wait (qt_waiting.h). The
+// work runs from a timer, because a queued call would run within a wait; QTimer::singleShot()
+// without a delay is a queued call, too.
 #pragma once
 
 #include <functional>
@@ -10,8 +10,9 @@ class QObject;
 
 namespace sonarith {
 
-/// Runs `work` one time, as soon as control is back in an event loop, which may be that of a yield.
-/// Never runs `work` if `context` is destroyed before.
+/// Runs `work` one time, as soon as control is back in an event loop. If the current handler
+/// yields, this is the event loop of the yield, and `work` runs before the handler ends. Never runs
+/// `work` if `context` is destroyed before.
 void runLater(QObject& context, std::function<void()> work);
 
 } // namespace sonarith

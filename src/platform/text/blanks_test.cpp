@@ -19,7 +19,7 @@ TEST(Blanks, CanBeRemovedAtBothEndsOrOnlyAtTheEndOfAText) {
     EXPECT_FALSE(holdsOnlyBlanks(" a "));
 }
 
-TEST(Blanks, DoNotIncludeTabsLineEndsNulsOrNonBreakingSpaces) {
+TEST(Blanks, DoNotIncludeOtherInvisibleCharacters) {
     using namespace std::string_literals;
     for (const std::string& other : {"\t"s, "\n"s, "\0"s, "\xc2\xa0"s}) {
         EXPECT_FALSE(holdsOnlyBlanks(other));

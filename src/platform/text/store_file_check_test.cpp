@@ -15,7 +15,7 @@ TEST(CheckStoreFile, ReturnsWholeForFilesThatTheProgramWrites) {
               StoreFileState::whole);
 }
 
-TEST(CheckStoreFile, AcceptsBlanksCarriageReturnsAndTheByteOrderMarkOfATextEditor) {
+TEST(CheckStoreFile, AcceptsAFileThatWasEditedInATextEditor) {
     EXPECT_EQ(checkStoreFile("\xef\xbb\xbf; mine\r\n[Settings]\r\n  HDWarning = 0\r\n"),
               StoreFileState::whole);
 }

@@ -50,7 +50,8 @@ void forBoth(const std::function<void(Meanwhile)>& test) {
     }
 }
 
-TEST_F(PreferencesInterrupted, InTheYieldOfTheLoadStepStayClosedOrKeepTheirNewState) {
+TEST_F(PreferencesInterrupted,
+       AfterAnInterruptionAtTheLoadStepsYieldTheWindowStaysAsTheUserLeftIt) {
     forBoth([](Meanwhile what) {
         const bool reopened = what == Meanwhile::reopen;
         PreferencesInterrupted run;
@@ -71,7 +72,8 @@ TEST_F(PreferencesInterrupted, InTheYieldOfTheLoadStepStayClosedOrKeepTheirNewSt
     });
 }
 
-TEST_F(PreferencesInterrupted, WhileTheLoadStepLoadsThePlayersWindowStillFinishTheLoadStep) {
+TEST_F(PreferencesInterrupted,
+       TheLoadStepFinishesEvenIfItIsInterruptedWhileItLoadsThePlayersWindow) {
     forBoth([](Meanwhile what) {
         PreferencesInterrupted run;
         run.Form4.unload();
@@ -94,7 +96,7 @@ TEST_F(PreferencesInterrupted, WhileTheLoadStepLoadsThePlayersWindowStillFinishT
     });
 }
 
-TEST_F(PreferencesInterrupted, WhileEachMessageOfTheLoadStepIsShownKeepTheStoredDestination) {
+TEST_F(PreferencesInterrupted, AnInterruptionDuringAMessageOfTheLoadStepKeepsTheStoredDestination) {
     for (const int box : {1, 2}) {
         forBoth([box](Meanwhile what) {
             SCOPED_TRACE("message " + std::to_string(box));
@@ -119,7 +121,7 @@ TEST_F(PreferencesInterrupted, WhileEachMessageOfTheLoadStepIsShownKeepTheStored
     }
 }
 
-TEST_F(PreferencesInterrupted, InTheYieldAfterCreatingADestinationHaveAlreadySavedTheDestination) {
+TEST_F(PreferencesInterrupted, ANewDestinationIsSavedBeforeTheYieldThatFollowsItsCreation) {
     forBoth([](Meanwhile what) {
         PreferencesInterrupted run;
         run.start();
@@ -133,7 +135,8 @@ TEST_F(PreferencesInterrupted, InTheYieldAfterCreatingADestinationHaveAlreadySav
     });
 }
 
-TEST_F(PreferencesInterrupted, WhileTheMessageAboutAMissingNameIsShownKeepTheStoredDestination) {
+TEST_F(PreferencesInterrupted,
+       AnInterruptionDuringTheMessageAboutAMissingNameKeepsTheStoredDestination) {
     forBoth([](Meanwhile what) {
         PreferencesInterrupted run;
         run.start();
@@ -150,7 +153,7 @@ TEST_F(PreferencesInterrupted, WhileTheMessageAboutAMissingNameIsShownKeepTheSto
 }
 
 TEST_F(PreferencesInterrupted,
-       WhileEachMessageOfAFailedNewDestinationIsShownKeepTheStoredDestination) {
+       AnInterruptionDuringAMessageOfAFailedCreationKeepsTheStoredDestination) {
     for (const int box : {1, 2}) {
         forBoth([box](Meanwhile what) {
             SCOPED_TRACE("message " + std::to_string(box));
@@ -178,8 +181,7 @@ TEST_F(PreferencesInterrupted,
     }
 }
 
-TEST_F(PreferencesInterrupted,
-       WhileTheMuteSwitchLoadsThePlayersWindowUseTheSwitchOfAReopenedWindow) {
+TEST_F(PreferencesInterrupted, TheMuteHandlerReadsTheCheckBoxAfterItHasLoadedThePlayersWindow) {
     forBoth([](Meanwhile what) {
         PreferencesInterrupted run;
         run.startWithAllOff();

@@ -157,8 +157,8 @@ Status PreferencesWindow::fillEncodingLists() {
     return form_.Combo2.setListIndex(process_.settings.encodingBitrate);
 }
 
-/// A check box that becomes ticked runs its click handler. So each load of the window again saves
-/// every switch whose value is 1.
+/// A check box that becomes ticked runs its click handler. So each load of the window saves
+/// every switch whose value is 1, although the value has not changed.
 Status PreferencesWindow::showSettings() {
     const AppSettings& settings = process_.settings;
     if (Status status = form_.Check6.setValue(settings.hdWarning); !status.ok()) {

@@ -39,8 +39,8 @@ class PreferencesWindow {
     /// fits 16 bits.
     void Command1_Click();
     /// Creates the destination folder: the folder that the user has entered if Check2 is ticked,
-    /// otherwise the stored folder. Then saves its path and yields once. Shows a message instead if
-    /// the entered folder has no name, or if the folder cannot be created.
+    /// otherwise the stored folder. Then saves its path and yields once. Instead, shows one message
+    /// if the entered folder has no name, and two messages if the folder cannot be created.
     void Co111_Click();
     void Drive2_Change();
     void Dir2_Change();

@@ -220,7 +220,7 @@ TEST(CueParser, ATruncatedSheetIsRefusedIfItsFirstTrackIsIncomplete) {
         const auto layout = parseCue("disc.cue", whole.substr(0, length));
         if (layout.ok()) {
             EXPECT_GE(length, whole.find("TRACK 02") - 2)
-                << "accepted, although track 1 is not complete";
+                << "a sheet must be refused if its track 1 is incomplete";
         } else {
             EXPECT_THAT(layout.error().text, StartsWith("disc.cue"));
         }

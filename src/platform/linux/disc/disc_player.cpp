@@ -24,7 +24,7 @@ constexpr int readAheadSectors = 4 * sectorsPerSecond;
 // command.
 constexpr int sectorsPerRead = 25;
 // How long the destructor waits for the current read; a read of an image takes less time. This
-// wait is short, because the check of the medium, which runs once a second, may destroy a player
+// wait is short, because the check of the medium may destroy a player. The check runs once a second
 // and must not delay the window noticeably (see PatientDrive::mediumMoment).
 constexpr std::chrono::milliseconds patience{5};
 
@@ -221,7 +221,7 @@ class DiscPlayer::Reader {
     bool reading_ = false;        ///< the thread is inside disc_->read, so it needs no notification
     Clock::time_point readBegan_; ///< valid while reading_
     bool gone_ = false;
-    std::stop_source quit_; ///< the player has been destroyed
+    std::stop_source quit_; ///< requested to stop when the player is destroyed
 };
 
 DiscPlayer::DiscPlayer(std::shared_ptr<Disc> disc, ThreadStarter starter)

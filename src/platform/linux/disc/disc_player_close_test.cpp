@@ -59,10 +59,10 @@ TEST(ADiscPlayer, CanBeDestroyedWhileAReadHangs) {
     ASSERT_TRUE(player->play(0, 1000).ok());
     disc->waitForReads(1);
     player.reset();
-    EXPECT_GT(disc.use_count(), 1) << "the disc is not owned by the hanging read";
+    EXPECT_GT(disc.use_count(), 1) << "the hanging read must own the disc";
     disc->release();
     EXPECT_TRUE(fakes::eventually([&] { return disc.use_count() == 1; }));
-    EXPECT_EQ(disc->reads().size(), 1u) << "a read began after the player was destroyed";
+    EXPECT_EQ(disc->reads().size(), 1u) << "no read may begin after the player was destroyed";
 }
 
 TEST(ADiscPlayer, StopsItsCurrentReadInItsDestructor) {

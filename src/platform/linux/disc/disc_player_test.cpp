@@ -368,7 +368,7 @@ TEST(DiscPlayer, APlayFailsWhileNoThreadCanBeStarted) {
     threads.free(1);
     ASSERT_TRUE(player.play(7, 9).ok());
     EXPECT_EQ(playToItsEnd(player), framesAt(7 * framesPerSector, 2 * framesPerSector));
-    ASSERT_TRUE(player.play(1, 2).ok()) << "play() tried to start a second thread";
+    ASSERT_TRUE(player.play(1, 2).ok()) << "play() must not start a second thread";
 }
 
 } // namespace

@@ -75,8 +75,8 @@ TEST(Identity, IsFrom1To2147483646AndDiffersForDifferentLengths) {
 }
 
 TEST(Identity, IsTheSameInAllVersionsOfTheProgram) {
-    // The logic computes the number in a capture's file name from the identity and a random number.
-    // Only this test detects a change of the hash function in identityOf().
+    // The user sees the identity as the CD ID, and the logic computes the number in a capture's
+    // file name from it. Only this test detects a change of the hash function in identityOf().
     EXPECT_EQ(identityOf({{{TrackKind::audio, 300}}}), "1454843024");
 }
 

@@ -93,7 +93,7 @@ TEST_F(DriveSlotTest, ChoosingTheSameImageAgainClosesTheTrayButCreatesNoNewDrive
     EXPECT_EQ(made.size(), 1u);
     slot.choiceMade();
     EXPECT_TRUE(slot.openDrive()->mediaPresent())
-        << "the choice of the same image did not insert the image again";
+        << "the choice of the same image must insert the image again";
     EXPECT_EQ(made.size(), 1u);
     configured = "/b.cue";
     slot.choiceMade();
@@ -155,7 +155,7 @@ TEST_F(DriveSlotTest, ClearsTheRemarkOfAPreviousDiscWhenTheDriveIsEmpty) {
     state->loaded = {};
     EXPECT_EQ(slot.openDrive()->load().disc, nullptr);
     EXPECT_EQ(slot.report().text, "")
-        << "the remark of the previous disc, which is still in use, was reported";
+        << "the remark of the previous disc, which is still in use, must not be reported";
     former.disc.reset();
     EXPECT_EQ(slot.report().text, "");
 }

@@ -42,7 +42,7 @@ TEST(FileHandle, DetectsThatItsFileWasReplaced) {
     EXPECT_FALSE(handle.value().stillThere());
 }
 
-TEST(FileHandle, RefusesMissingFilesNonRegularFilesAndTooLongNames) {
+TEST(FileHandle, RefusesAPathThatNamesNoRegularFile) {
     const ImageFolder folder;
     EXPECT_EQ(FileHandle::open(folder.path("none")).error().number, ErrorNumber::fileNotFound);
     EXPECT_EQ(FileHandle::open(folder.path("")).error().text, "it is not a regular file");

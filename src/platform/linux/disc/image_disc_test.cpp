@@ -112,7 +112,7 @@ TEST(ImageDisc, ReadsAnyRangeOfSectors) {
     }
 }
 
-TEST(ImageDisc, PlaysTheFileRangesAndSilencesOfATocSheet) {
+TEST(ImageDisc, PlaysTheFileRangesAndTheSilencesOfATocSheet) {
     const ImageFolder folder;
     folder.writeFrames("a.bin", rampSectors(0, 30), std::endian::big);
     folder.writeFrames("b.bin", ramp(30 * 588, 1000), std::endian::little);

@@ -118,8 +118,7 @@ TEST_F(ImageDriveTest, AFileThatChangesWhileInUseCountsAsAChangeOfDiscs) {
     const auto played = drive_.load().disc;
     std::filesystem::remove(bin);
     EXPECT_FALSE(drive_.mediaPresent());
-    EXPECT_FALSE(drive_.mediaPresent())
-        << "a disc is present, although the sound file is still missing";
+    EXPECT_FALSE(drive_.mediaPresent()) << "no disc may be present while the sound file is missing";
 }
 
 TEST_F(ImageDriveTest, AFileThatChangesWhileUnusedIsNoChangeOfDiscs) {

@@ -15,7 +15,7 @@ TEST(ImagePath, PrefersTheExactNameAndThenTheFirstMatchInByteOrder) {
     EXPECT_EQ(findImageFile(folder.path(""), "a.bin"), folder.path("a.bin"));
     EXPECT_EQ(findImageFile(folder.path(""), "A.BIN"), folder.path("A.BIN"));
     EXPECT_EQ(findImageFile(folder.path(""), "A.bin"), folder.path("A.BIN"))
-        << "the result is not the first match in byte order";
+        << "the result must be the first match in byte order";
 }
 
 TEST(ImagePath, FindsFilesInSubfoldersByPathsInAnyLetterCaseWithSlashesOrBackslashes) {

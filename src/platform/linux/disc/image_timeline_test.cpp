@@ -78,7 +78,7 @@ TEST(Timeline, AStatedLengthMayEndAnywhereInASector) {
     EXPECT_EQ(line.value().sound[0].frames, 1234567);
     EXPECT_EQ(line.value().sound[1].frames, 589);
     EXPECT_EQ(line.value().sound[2].start, line.value().sound[1].start + 589)
-        << "there is a gap between the two files";
+        << "there must be no gap between the two files";
     EXPECT_EQ(line.value().sound[2].frames, 1);
 }
 
@@ -177,7 +177,7 @@ TEST(Timeline, ADataTrackHasALengthButNoSound) {
                                     {100 * 2048, 2352});
     EXPECT_THAT(lengthsOf(line.value()), ElementsAre(100, 1));
     EXPECT_EQ(line.value().table.tracks[0].kind, TrackKind::data);
-    EXPECT_EQ(line.value().sound.size(), 1U) << "the data track was counted as sound";
+    EXPECT_EQ(line.value().sound.size(), 1U) << "the data track must not count as sound";
 }
 
 TEST(Timeline, ADiscWithoutAnyContentIsAnError) {

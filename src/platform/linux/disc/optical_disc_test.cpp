@@ -101,7 +101,7 @@ TEST_F(OpticalDiscTest, ReadsSoundAfterTheGapAtTheDrivesSectorNumber) {
     EXPECT_THAT(drive->seeks, ElementsAre(Pair(50000, 60000)));
 }
 
-TEST_F(OpticalDiscTest, RequestsNeitherDataNorSectorsPastTheEnd) {
+TEST_F(OpticalDiscTest, RequestsNoDataSectorsAndNoSectorsPastTheEnd) {
     EXPECT_EQ(read(30000, 3), silentSectors(3));
     EXPECT_EQ(read(48600, 3), silentSectors(3));
     EXPECT_THAT(drive->efforts, IsEmpty());
@@ -165,7 +165,7 @@ TEST_F(OpticalDiscTest, IssuesNoCommandAfterAStopRequestAndCanReadAgainLater) {
     EXPECT_EQ(disc.read(4, frames, drive->stop.get_token()), ReadOutcome::interrupted);
     EXPECT_EQ(drive->efforts.size(), 4u);
     EXPECT_THAT(disc.remark(), testing::StartsWith("3 sectors"))
-        << "the fourth sector, whose read was interrupted, is counted";
+        << "the fourth sector, whose read was interrupted, must not be counted";
     drive->stopAt = INT64_MAX;
     EXPECT_EQ(read(3, 10), sectorsAt(3, 10));
 }

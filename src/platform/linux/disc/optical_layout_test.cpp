@@ -46,7 +46,7 @@ TEST(OpticalLayout, DataAfterAudioCountsAsANewSessionIfTheDriveReportsNoLastSess
                 testing::ElementsAre(20000, 28600, 10000));
 }
 
-TEST(OpticalLayout, ALastSessionStartAtTheFirstTrackCountsAsNotReported) {
+TEST(OpticalLayout, ALastSessionThatStartsAtTheFirstTrackCountsAsNotReported) {
     EXPECT_THAT(lengthsOf(OpticalLayout::of(enhanced(0))),
                 testing::ElementsAre(20000, 28600, 10000));
 }

@@ -64,8 +64,8 @@ class ParanoiaSectors : public AudioSectors {
     std::stop_token stop_;                 ///< of the current call of next()
     bool failed_ = false;                  ///< a command has failed in this call of next()
     std::map<std::int64_t, int> failures_; ///< failed reads of each sector, since the last seek
-    std::set<std::int64_t> bad_;           ///< sectors that repair() keeps from the library
-    std::int64_t limit_ = 0; ///< end of the library's range: the next sector of bad_, or end_
+    std::set<std::int64_t> bad_; ///< unreadable sectors; the library's range excludes them
+    std::int64_t limit_ = 0;     ///< end of the library's range: the next sector of bad_, or end_
     bool gone_ = false;
 };
 

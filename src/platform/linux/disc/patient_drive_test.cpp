@@ -201,7 +201,7 @@ TEST_F(PatientDriveTest, CanBeDestroyedWhileACallHangs) {
     device->recover();
     EXPECT_TRUE(fakes::eventually([&] { return device.use_count() == 1; }));
     EXPECT_THAT(device->calls(), ElementsAre("load"))
-        << "a call that had not begun at the destruction was executed";
+        << "a call that has not begun before the destruction must not be executed";
 }
 
 TEST_F(PatientDriveTest, LoadsWithoutBlockingACallerThatPolls) {
@@ -218,7 +218,7 @@ TEST_F(PatientDriveTest, LoadsWithoutBlockingACallerThatPolls) {
     EXPECT_TRUE(drive->mediaPresent());
     EXPECT_THAT(device->calls(), testing::Contains("load").Times(1));
     EXPECT_TRUE(fakes::eventually([&] { return drive->loadSoon().has_value(); }))
-        << "the result of the second load did not arrive";
+        << "a second load must begin and deliver its result";
     EXPECT_THAT(device->calls(), testing::Contains("load").Times(2));
 }
 
@@ -267,7 +267,7 @@ TEST_F(PatientDriveTest, TheResultOfALoadThatBeganBeforeTheTrayOpenedIsDropped) 
     drive->openTray();
     EXPECT_FALSE(drive->mediaPresent());
     EXPECT_TRUE(discIsDropped());
-    EXPECT_EQ(drive->load().disc.get(), device->disc.get()) << "the disc was not read again";
+    EXPECT_EQ(drive->load().disc.get(), device->disc.get()) << "the disc must be read again";
 }
 
 TEST_F(PatientDriveTest, ReportsOnceThatTheDriveHangsAndOnceThatItRespondsAgain) {

@@ -116,7 +116,7 @@ TEST(ShownText, IsQuotedShortenedToAHundredCharactersAndSafeToDisplay) {
     EXPECT_EQ(shown("Größe 音"), "\"Größe 音\"");
     EXPECT_EQ(shown("a\tb\x1b[31m\x7f"), "\"a?b?[31m?\"");
     EXPECT_EQ(shown("\xff\xc3"), "\"??\"");
-    EXPECT_EQ(shown("\xed\xa0\x80"), "\"???\"") << "half of a surrogate pair was shown";
+    EXPECT_EQ(shown("\xed\xa0\x80"), "\"???\"") << "half of a surrogate pair must not be shown";
     EXPECT_EQ(shown(std::string(5000, 'x')), "\"" + std::string(100, 'x') + "...\"");
 }
 

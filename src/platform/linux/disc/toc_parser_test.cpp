@@ -96,7 +96,7 @@ TEST(TocParser, ALengthOfDataIsANumberOfBytesOrATime) {
                                     "DATAFILE \"d.iso\" #16 4097\nZERO 2048\n"
                                     "TRACK MODE1_RAW\nDATAFILE \"e.iso\"\n");
     EXPECT_THAT(layout.tracks[0].segments, ElementsAre(soundFrames(0, 0, 588)))
-        << "the pause before the data track was not left out";
+        << "the pause before the data track must be left out";
     EXPECT_THAT(layout.tracks[1].segments,
                 ElementsAre(Segment{SegmentKind::data, 1, 16, 3 * 588, 2048, 588, 2047},
                             Segment{SegmentKind::silence, 0, 0, 588, 2048}));

@@ -39,7 +39,8 @@ class TocTrack {
     [[nodiscard]] TocTrackCheck index(std::int64_t sectors, int line);
 
     /// Called after the last statement: if START had a time, splits the content at this time.
-    /// Checks that content follows INDEX 01 and that no time is beyond the track's stated end.
+    /// Checks that content follows INDEX 01. If the statements give the track's length, also checks
+    /// that no time is beyond the track's end.
     [[nodiscard]] TocTrackCheck close();
     /// Valid only after close().
     [[nodiscard]] const SheetTrack& content() const { return content_; }

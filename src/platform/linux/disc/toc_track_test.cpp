@@ -66,7 +66,7 @@ TEST(TocTrack, RefusesInconsistentTimes) {
     EXPECT_FALSE(track.pregap(150, 6));
     EXPECT_EQ(track.startHere(7)->line, 7);
     EXPECT_EQ(track.close()->line, 5)
-        << "the error of a track without content does not name the line of the TRACK statement";
+        << "the error of a track without content must name the line of the TRACK statement";
     track.add(silentSegment(588 * 10));
     EXPECT_FALSE(track.index(5, 8));
     EXPECT_THAT(track.index(5, 9)->cause, HasSubstr("out of order"));

@@ -48,7 +48,7 @@ TEST_F(HiddenNameTest, NewNamesAreHiddenAndUniqueAndStartWithTheMachinesPrefix) 
     EXPECT_THAT(name, MatchesRegex("\\.sonarith-[0-9a-f]{8}-[0-9a-f]{16}"));
     EXPECT_NE(name, newHiddenName());
     EXPECT_EQ(name.substr(0, 19), newHiddenName().substr(0, 19))
-        << "two names created on one machine have different prefixes";
+        << "all names created on one machine must have the same prefix";
 }
 
 TEST_F(HiddenNameTest, TheDestructorDeletesTheFile) {
@@ -90,7 +90,7 @@ TEST_F(HiddenNameTest, RemoveLeftoversKeepsAFileWhileItIsClaimed) {
         const FileDescriptor duplicate(::dup(file.get()));
         sweep();
         EXPECT_TRUE(fs::exists(path));
-        EXPECT_FALSE(claim(open(path))) << "a claimed file was claimed again";
+        EXPECT_FALSE(claim(open(path))) << "a claimed file must not be claimed a second time";
         unclaim(file);
         EXPECT_TRUE(claim(open(path)));
         EXPECT_TRUE(claim(file));

@@ -17,7 +17,7 @@ namespace sonarith::files {
 struct SavePlace {
     FileDescriptor folder;
     std::string name;
-    std::optional<mode_t> mode; ///< permissions of the existing file; empty if there is none
+    std::optional<mode_t> mode; ///< permissions of the existing file; empty if no file exists
 };
 
 /// Returns the place that `target` names; a symbolic link to a file is followed. Fails if the

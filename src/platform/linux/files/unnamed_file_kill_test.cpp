@@ -63,7 +63,8 @@ TEST_P(KilledSaveTest, LeavesTheTargetUnchangedOrCompleteAndTheNextCreateDeletes
             std::ofstream(folder / "target.wav") << before;
         }
         outcome = save(folder.path(), call);
-        ASSERT_NE(outcome, KillOutcome::failed) << "the child's calls cannot be intercepted";
+        ASSERT_NE(outcome, KillOutcome::failed)
+            << "the test must be able to trace the child's system calls";
         const std::string after = contentOf(folder / "target.wav");
         EXPECT_THAT(after, AnyOf(before, "new")) << "call " << call;
         if (outcome == KillOutcome::finished) {
@@ -74,10 +75,11 @@ TEST_P(KilledSaveTest, LeavesTheTargetUnchangedOrCompleteAndTheNextCreateDeletes
         EXPECT_EQ(hiddenEntriesIn(folder.path()), 0) << "call " << call;
         EXPECT_EQ(contentOf(folder / "target.wav"), after) << "call " << call;
     }
-    EXPECT_GT(call, 5) << "the save made fewer calls than its flushes and the naming need";
+    EXPECT_GT(call, 5)
+        << "the save must make at least the calls that its flushes and the naming need";
     EXPECT_EQ(leftovers > 0, usesHiddenNames)
-        << "a kill left a file although no hidden name is used, or no kill left a file although "
-           "hidden names are used";
+        << "if hidden names are used, some kill must leave a hidden file; if not, no kill may "
+           "leave a hidden file";
 }
 
 INSTANTIATE_TEST_SUITE_P(WithEveryMethod, KilledSaveTest,

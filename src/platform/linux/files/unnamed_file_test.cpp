@@ -136,7 +136,7 @@ TEST_P(UnnamedFileTest, DisappearsIfItIsNotPublished) {
         const UnnamedFile file = unnamed("new");
         const UnnamedFile other = unnamed("other");
         EXPECT_EQ(entriesIn(folder.path()), 2 * entriesOfOne())
-            << "one file was treated as a leftover of a killed process";
+            << "neither file may be treated as a leftover of a killed process";
     }
     EXPECT_EQ(entriesIn(folder.path()), 0);
 }
@@ -246,7 +246,7 @@ TEST_P(UnnamedFileTest, AcceptsTheLongestNameAndRejectsALongerName) {
     const fs::path longest = folder / std::string(255, 'n');
     EXPECT_TRUE(file.publish(longest).ok());
     EXPECT_TRUE(file.publish(longest).ok())
-        << "the file with the longest name was not replaced; perhaps the hidden name is too long";
+        << "a file with the longest name must be replaceable: the hidden name must not be longer";
     const Status status = file.publish(folder / std::string(256, 'n'));
     EXPECT_EQ(numberOf(status), ErrorNumber::badFileName);
     EXPECT_THAT(status.error().text, HasSubstr("too long"));

@@ -188,7 +188,7 @@ TEST(ThePlayersMediumQuery, ReturnsFalseWhileTheTableIsBeingRead) {
     for (int query = 0; query < 10; ++query) {
         EXPECT_EQ(session.send("status cd media present"), said("false"));
     }
-    EXPECT_EQ(drive->loads, loads) << "the caller waited for a load";
+    EXPECT_EQ(drive->loads, loads) << "a query must not call load(), which may block";
     EXPECT_EQ(drive->queries, 10);
     drive->ready = true;
     EXPECT_EQ(session.send("status cd media present"), said("true"));
@@ -252,7 +252,7 @@ TEST(AnImageThatVanishes, IsReportedByTheMediumQueryEvenIfNoReadHasFailed) {
     EXPECT_EQ(session.machine.notices.texts().size(), 1u);
 }
 
-TEST(AnImageThatVanishes, IsNotReportedAfterAnEjectOrTheChoiceOfAnotherDriveOrWhileStopped) {
+TEST(AnImageThatVanishes, IsNotReportedWhileStoppedOrAfterAnEjectOrAfterTheChoiceOfAnotherDrive) {
     CdSession session(threeTracks());
     session.machine.drive->driveKind = disc::DriveKind::image;
     session.send("play cd");

@@ -196,7 +196,7 @@ TEST(Seeking, MovesToThePositionAndStopsPlaying) {
     EXPECT_EQ(session.send("status cd position"), said("0"));
 }
 
-TEST(AStatusCommandWithATrackNumber, ReturnsTheTracksStartLengthAndType) {
+TEST(AStatusCommandWithATrackNumber, ReturnsTheStartTheLengthAndTheTypeOfTheTrack) {
     CdSession session(enhancedDisc());
     session.send("set cd time format milliseconds");
     EXPECT_EQ(session.send("status cd position track 1"), said("0"));

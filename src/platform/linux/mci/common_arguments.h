@@ -15,7 +15,7 @@ namespace sonarith::mci {
 /// ("wait", "notify"). Errors: those of parseArguments.
 [[nodiscard]] MciError parseNothing(std::span<const Word> words);
 
-/// Parses the words of a command that needs a keyword ("set", "info"). Errors: those of
+/// Parses the words of a command, such as "set" or "info", that needs a keyword. Errors: those of
 /// parseArguments, and missingParameter if no keyword is given.
 [[nodiscard]] Outcome<Arguments> parseSome(std::span<const Word> words,
                                            std::span<const Keyword> keywords);

@@ -44,8 +44,8 @@ Notice playingIsInterrupted(const std::string& drive, std::chrono::seconds since
             drive};
 }
 
-Notice discHasVanished(const std::string& drive) {
-    return {"Playing has ended: " + drive + " was removed or has changed."};
+Notice discHasVanished(const std::string& image) {
+    return {"Playing has ended: " + image + " was removed or has changed."};
 }
 
 } // namespace sonarith::mci

@@ -28,7 +28,8 @@ struct TrackLoss {
 /// The notice's cause is `drive`, the result of Drive::name(). `since` is how long the drive has
 /// not responded.
 [[nodiscard]] Notice playingIsInterrupted(const std::string& drive, std::chrono::seconds since);
-/// `drive` is the result of Drive::name(). The notice has no cause.
-[[nodiscard]] Notice discHasVanished(const std::string& drive);
+/// Only for a disc image: the removal of a disc from an optical drive is not reported. `image` is
+/// the result of Drive::name(). The notice has no cause.
+[[nodiscard]] Notice discHasVanished(const std::string& image);
 
 } // namespace sonarith::mci

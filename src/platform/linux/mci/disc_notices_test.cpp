@@ -32,7 +32,7 @@ TEST(TheNoticeAboutLostSound, NamesTheFileAndGivesTheAffectedSecondsOfEachTrack)
     for (const auto& row : rows) {
         EXPECT_EQ(lostSound(row.losses, row.path).text, row.text);
         EXPECT_EQ(lostSound(row.losses, row.path).cause, "")
-            << "the notice has a cause, so the next notice of lost sound would be hidden";
+            << "the notice must have no cause, or the next notice of lost sound would be hidden";
     }
 }
 

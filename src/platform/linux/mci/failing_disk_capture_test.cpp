@@ -108,7 +108,7 @@ TEST_P(ADestinationThatHangs, DoesNotBlockTheNextCaptureAfterAnUnsavedCaptureWas
         judge.release();
         EXPECT_TRUE(session.saves->noneWithin(std::chrono::seconds(30)));
         EXPECT_EQ(session.send("save capture 1.wav"), fine())
-            << "the second save command did not return the result of the first save";
+            << "the second save command must return the result of the first save";
         EXPECT_EQ(session.send("close all"), fine());
         expectStartOfDisc(session.folder / "1.wav", count);
     });
@@ -168,7 +168,7 @@ TEST(ADestinationThatBecomesFull, KeepsTheBeginningOfTheTrackWithoutGapsAndNotif
     ASSERT_TRUE(wav);
     EXPECT_EQ(static_cast<std::size_t>(std::filesystem::file_size(result / "copy.wav")),
               44 + 2 * wav->samples.size())
-        << "the file does not consist of a header of 44 bytes and whole samples";
+        << "the file must consist of a header of 44 bytes and whole samples";
     expectStartOfDisc(result / "copy.wav", std::ssize(wav->samples) / 2);
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests the commands that release a disc whose read does not return: the commands still return, and
-// the drive can be used again. The disc player and the sound card are those of the program, not
-// fakes.
+// Tests the commands that release a disc whose read does not return: the commands must return
+// nevertheless, and the drive must be usable again. The disc player and the sound card are those of
+// the program, not fakes.
 #include <gmock/gmock.h>
 
 #include "platform/linux/disc/fake_disc.h"

@@ -20,9 +20,9 @@ namespace sonarith::mp3 {
 /// scale factors, normal windows.
 [[nodiscard]] bool isEmptySideInfo(const FrameHeader& header, Bytes frame);
 
-/// Makes a frame that refers to missing data silent, since a decoder would otherwise decode
-/// whatever its memory contains instead of the missing data. Afterwards the frame refers back to
-/// only `begin` bytes, so the decoder keeps these bytes for later frames.
+/// Silences a frame that refers to missing data: in place of these data, a decoder would decode
+/// whatever its memory contains. Afterwards the frame refers back to only `begin` bytes, so the
+/// decoder keeps these bytes for later frames.
 void silence(const FrameHeader& header, std::span<std::uint8_t> frame, int begin);
 
 /// Fills the empty side information of a frame so that each granule and channel has two spectral

@@ -39,7 +39,7 @@ TEST(BitReservoirTest, ReturnsTheNumberOfAvailableBytesForAFrameThatRefersTooFar
     EXPECT_EQ(admit(reservoir, frameReaching(1)), 0);
     EXPECT_EQ(admit(reservoir, frameReaching(382)), 381);
     EXPECT_EQ(admit(reservoir, frameReaching(511)), std::nullopt)
-        << "the data of the previous frame are not available";
+        << "the data of a frame that refers too far back must be available to the next frame";
     reservoir.clear();
     EXPECT_EQ(admit(reservoir, frameReaching(200)), 0);
 }
@@ -51,14 +51,15 @@ TEST(BitReservoirTest, DropsOlderDataAtAFrameThatRefersToNoEarlierData) {
     EXPECT_EQ(admit(reservoir, frameReaching(382)), 381);
 }
 
-TEST(BitReservoirTest, IgnoresOtherLayersAndTruncatedFrames) {
+TEST(BitReservoirTest, AdmitsTruncatedFramesAndFramesOfLayer2) {
     BitReservoir reservoir;
     EXPECT_EQ(admit(reservoir, fixture::layer2(1)), std::nullopt);
     const Data frame = frameReaching(300);
     EXPECT_EQ(reservoir.admit(*parseHeader(frame), Bytes(frame).first(20)), std::nullopt);
 }
 
-TEST(BitReservoirTest, SilencingAFrameSetsItsReservoirReferenceAndEmptiesItsOtherSideInformation) {
+TEST(BitReservoirTest,
+     SilencingAFrameSetsItsReservoirReferenceAndEmptiesTheRestOfItsSideInformation) {
     for (const int begin : {0, 1, 255, 511}) {
         Data frame = frameReaching(400);
         const FrameHeader header = *parseHeader(frame);
@@ -66,7 +67,7 @@ TEST(BitReservoirTest, SilencingAFrameSetsItsReservoirReferenceAndEmptiesItsOthe
         silence(header, frame, begin);
         EXPECT_EQ(mainDataBegin(header, frame), begin);
         EXPECT_TRUE(isEmptySideInfo(header, frame));
-        EXPECT_EQ(frame[36], 0x55) << "main data that later frames need were changed";
+        EXPECT_EQ(frame[36], 0x55) << "main data must not change: later frames need them";
     }
     Data mpeg2(96, 0x55);
     std::copy_n(Data{0xFF, 0xF3, 0x40, 0xC4}.begin(), 4, mpeg2.begin());

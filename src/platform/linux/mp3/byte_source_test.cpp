@@ -37,7 +37,7 @@ TEST_F(FileSourceTest, ReadsAtAnyOffset) {
     EXPECT_EQ(got, fixture::part(data, 4900, 5000));
 }
 
-TEST_F(FileSourceTest, RefusesFoldersPipesMissingFilesAndNamesWithANullByte) {
+TEST_F(FileSourceTest, RefusesAPathThatNamesNoRegularFile) {
     EXPECT_EQ(failureOf(folder.path()), ErrorNumber::pathFileAccess);
     EXPECT_EQ(failureOf(folder / "none"), ErrorNumber::pathNotFound);
     ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
@@ -53,7 +53,7 @@ TEST_F(FileSourceTest, ReadingFailsAtTheNewEndOfAFileThatHasBecomeShorter) {
     EXPECT_FALSE(source.value()->readAt(900, got).failure);
     const Reading reading = source.value()->readAt(950, got);
     EXPECT_TRUE(reading.failure);
-    EXPECT_EQ(reading.bytes, 50U) << "the bytes before the end of the file were not read";
+    EXPECT_EQ(reading.bytes, 50U) << "the bytes before the end of the file must be read";
 }
 
 TEST_F(FileSourceTest, ReadingFailsAfterAStop) {
@@ -102,7 +102,8 @@ TEST(SourceWindowTest, ReturnsAllBytesBeforeAnUnreadableOffset) {
     }
     EXPECT_TRUE(window.at(100'000).empty());
     EXPECT_TRUE(window.failure());
-    EXPECT_EQ(source.failures, 1) << "more than one failed read, each of which may take seconds";
+    EXPECT_EQ(source.failures, 1)
+        << "there must be only one failed read, because each may take seconds";
 }
 
 TEST(SourceWindowTest, ReturnsTheBytesAfterAnUnreadableRange) {

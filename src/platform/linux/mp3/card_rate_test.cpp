@@ -35,7 +35,7 @@ TEST(CardRateTest, KeepsTheLengthAndThePitchOfSoundAtOtherRates) {
     for (const int rate : {8000, 11025, 22050, 32000, 48000}) {
         for (const int channels : {1, 2}) {
             std::vector<std::int16_t> samples;
-            for (int i = 0; i < rate; ++i) { // one second of 500 Hz; a second channel is silent
+            for (int i = 0; i < rate; ++i) { // 1 s of 500 Hz; the right channel of stereo is silent
                 const double tone = std::sin(2 * M_PI * 500 * i / rate);
                 samples.push_back(static_cast<std::int16_t>(20'000 * tone));
                 samples.resize(samples.size() + static_cast<std::size_t>(channels - 1));

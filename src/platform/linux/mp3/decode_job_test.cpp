@@ -106,7 +106,7 @@ TEST_F(DecodeJobTest, LeavesAValidPrefixWhenItIsStopped) {
             ASSERT_FALSE(result.failure);
             if (result.samples == 0) {
                 EXPECT_EQ(readFile(target), text("old"))
-                    << "an empty result has replaced the old file";
+                    << "an empty result must not replace the old file";
                 continue;
             }
             const fixture::Samples part = fixture::readWav(target).samples;
@@ -193,8 +193,7 @@ TEST_F(DecodeJobTest, ReusesACompletedDecodingOnlyIfBothFilesAreUnchanged) {
         return reports == 0;
     };
     EXPECT_TRUE(reused(run(std::nullopt)));
-    EXPECT_TRUE(reused(run(run(std::nullopt))))
-        << "the result was reused once, but not a second time";
+    EXPECT_TRUE(reused(run(run(std::nullopt)))) << "a result must be reusable more than once";
     auto former = run(std::nullopt);
     writeFile(source, ordinary() + ordinary());
     EXPECT_FALSE(reused(former));

@@ -49,7 +49,7 @@ TEST(FrameDecoderTest, SilencesFramesThatNeedMissingDataOfEarlierFrames) {
         frame.afterGap = i == first;
         const Data bytes = bytesOf(stream, frame);
         ASSERT_TRUE(i != first || mainDataBegin(frame.header, bytes) > 0)
-            << "frame 120 of the test sound does not need data of earlier frames";
+            << "frame 120 of the test sound must need data of earlier frames";
         const auto samples = decoder.decode(frame, bytes);
         if (i == first) {
             EXPECT_THAT(samples, Each(0));

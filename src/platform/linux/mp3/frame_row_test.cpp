@@ -28,13 +28,13 @@ TEST(FrameRowTest, ARowNeedsThreeFramesOfOneFormatUnlessTheSourceEndsOrATagBegin
     EXPECT_FALSE(beginsRow(header, row(2) + other + Data(500, 0), 0));
     EXPECT_FALSE(beginsRow(header, row(1) + Data(500, 0), 0));
     EXPECT_TRUE(beginsRow(header, row(1), 0))
-        << "not found: a row of one frame at the end of the source";
+        << "a single frame at the end of the source must begin a row";
     EXPECT_TRUE(beginsRow(header, row(1) + fixture::text("TAG") + Data(125, 0), 0))
-        << "not found: a row of one frame before a tag";
+        << "a single frame before a tag must begin a row";
     EXPECT_TRUE(beginsRow(header, fixture::part(row(2), 0, 600), 0))
-        << "not found: a row whose last frame is truncated";
+        << "a frame must begin a row if the source ends within the second frame";
     EXPECT_FALSE(beginsRow(header, fixture::part(row(1), 0, 300), 0))
-        << "found: a row whose first frame is truncated";
+        << "a truncated frame must not begin a row";
 }
 
 TEST(RowsAheadTest, FindsRowsOfTheRequestedFormatThatBeginInTheRequestedRange) {
@@ -48,7 +48,7 @@ TEST(RowsAheadTest, FindsRowsOfTheRequestedFormatThatBeginInTheRequestedRange) {
     EXPECT_TRUE(rows.anyWithin(format, 4, 101, data, 0));
     EXPECT_TRUE(rows.anyWithin(format, 100, 101, data, 0));
     EXPECT_FALSE(rows.anyWithin(format, 101, 300, data, 0))
-        << "found: a row that begins before the range and whose second frame is after the range";
+        << "a row that begins before the range must not be found";
 }
 
 TEST(RowsAheadTest, FindsTheSameRowWhereverTheGivenBytesBeginInTheSource) {

@@ -116,7 +116,9 @@ bool FrameScanner::leadsOn(std::int64_t offset) const {
         return left == 0;
     }
     if (source_->readAt(offset, std::span(store).first(bytes.size())).failure) {
-        return false; // the window has the same failure if the scan reaches this offset
+        // The error is not stored here: if the scan reaches this offset, the window's read fails,
+        // too, and failure() returns that error.
+        return false;
     }
     return parseHeader(bytes).has_value() || claimedTagBytes(bytes) > 0;
 }
@@ -136,8 +138,9 @@ void FrameScanner::skipJunk() {
             freeFormat_ = position_;
             return;
         }
-        // An offset with fewer bytes than the look-ahead behind it in the window is left for the
-        // next iteration. Exception: the source ends, or becomes unreadable, at the window's end.
+        // Tries each offset from which on the window contains at least lookAhead bytes, and leaves
+        // later offsets to the next iteration. Exception: if the source ends, or becomes
+        // unreadable, at the window's end, all offsets are tried now.
         const bool last = bytes.size() < SourceWindow::lookAhead ||
                           position_ + static_cast<std::int64_t>(bytes.size()) == source_->size();
         const std::size_t limit = last ? bytes.size() : bytes.size() - SourceWindow::lookAhead + 1;

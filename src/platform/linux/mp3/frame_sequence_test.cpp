@@ -15,8 +15,8 @@ TEST(FrameSequenceTest, NumbersTheFramesAndOmitsTheInformationFrame) {
     const auto frames = fixture::framesOf(fixture::ordinary());
     ASSERT_EQ(frames.size(), 155U);
     EXPECT_EQ(frames.front().number, 0);
-    EXPECT_EQ(frames.front().offset, 417) << "the sequence does not begin after the first frame "
-                                             "of the file, the information frame";
+    EXPECT_EQ(frames.front().offset, 417) << "the sequence must begin after the file's first "
+                                             "frame, which is the information frame";
     EXPECT_EQ(frames.back().number, 154);
 }
 

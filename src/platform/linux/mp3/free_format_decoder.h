@@ -65,7 +65,8 @@ class FreeFormatDecoder : public PcmReader {
     DecodeCount count_;
     std::int64_t patience_;
     std::int64_t frames_ = 0; ///< decoded by the current decoder
-    std::int64_t work_ = 0;   ///< sum of frames_ at the frames that end in silence
+    /// The sum of frames_ at each frame of the current decoder that ends in silence.
+    std::int64_t work_ = 0;
     int renewals_ = 0;
 };
 

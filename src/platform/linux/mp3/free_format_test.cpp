@@ -18,9 +18,9 @@ Data freeFrame(std::size_t bytes) {
 TEST(FreeFormatTest, IsDetectedFromThreeHeadersAtEqualDistancesEvenIfAFrameIsPadded) {
     EXPECT_TRUE(isFreeFormat(freeFrame(1306) + freeFrame(1306) + freeFrame(1306)));
     EXPECT_TRUE(isFreeFormat(freeFrame(1306) + freeFrame(1307) + freeFrame(1306)))
-        << "not detected: a row whose second frame is padded";
+        << "must be detected although the second frame is padded";
     EXPECT_TRUE(isFreeFormat(freeFrame(1307) + freeFrame(1306) + freeFrame(1306)))
-        << "not detected: a row whose first frame is padded";
+        << "must be detected although the first frame is padded";
 }
 
 TEST(FreeFormatTest, MayBeginWithAnInformationFrameThatHasABitRate) {

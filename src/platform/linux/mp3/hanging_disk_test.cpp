@@ -109,7 +109,7 @@ TEST_F(HangingDiskTest, PlayAndStopDoNotWaitForTheOpeningOrReadingOfTheMp3File) 
         EXPECT_FALSE(card.active());
         disk.release();
         EXPECT_TRUE(saves->noneWithin(30s));
-        EXPECT_EQ(test::entriesIn(slow), 0) << "a WAV was saved although nothing was decoded";
+        EXPECT_EQ(test::entriesIn(slow), 0) << "a WAV must not be saved if nothing was decoded";
     }
 }
 
@@ -144,14 +144,14 @@ TEST_F(HangingDiskTest, ADecodingToTheSameTargetBeginsWhenThePreviousOneHasEnded
         EXPECT_TRUE(next->DecodeToWav(wav).ok());
         std::this_thread::sleep_for(20ms);
         EXPECT_TRUE(next->Busy());
-        EXPECT_EQ(next->Position(), 0) << "the second decoding did not wait";
+        EXPECT_EQ(next->Position(), 0) << "the second decoding must wait for the first";
     }));
     EXPECT_EQ(test::visibleEntriesIn(slow), 0);
     disk.release();
     EXPECT_TRUE(fakes::eventually([&] { return !next->Busy(); }));
     EXPECT_EQ(next->lastResult().outcome, DecodeOutcome::completed);
     EXPECT_EQ(fixture::readWav(wav).format, (PcmFormat{22050, 1}))
-        << "the later decoding was not the last to write";
+        << "the later decoding must be the last to write the WAV";
     EXPECT_TRUE(saves->noneWithin(30s));
     EXPECT_EQ(fixture::readWav(wav).format, (PcmFormat{22050, 1}));
     next.reset();
@@ -181,7 +181,7 @@ TEST_F(HangingDiskTest, ASecondDecodeToWavDoesNotWaitForTheCheckWhetherItsFilesC
         EXPECT_TRUE(fakes::eventually([&] { return !control->Busy(); }));
         const auto before = FileIdentity::of(slow / "out.wav");
         EXPECT_TRUE(control->DecodeToWav(slow / "out.wav").ok());
-        EXPECT_TRUE(control->Busy()) << "Busy is false while the check of the files hangs";
+        EXPECT_TRUE(control->Busy()) << "Busy must be true while the check of the files hangs";
         disk.release();
         EXPECT_TRUE(fakes::eventually([&] { return !control->Busy(); }));
         // Neither file has changed, so the second decoding does not write the WAV again.

@@ -36,9 +36,10 @@ namespace sonarith::mp3 {
 ///                        the same target
 ///     end of decoding    Busy is false, and the WAV has its name; after a failure the WAV
 ///                        contains everything decoded before the failure
-///     Stop, or DecodeToWav for other files
-///                        Busy is false at once; the WAV with the decoded part gets its name when
+///     Stop               Busy is false at once; the WAV with the decoded part gets its name when
 ///                        the disk allows, possibly after the control is destroyed
+///     DecodeToWav for other files
+///                        stops the previous decoding as Stop does; Busy is true for the next one
 ///     DecodeToWav again  has no effect if the same files are being decoded, or were decoded
 ///                        completely and have not changed since; after a stop or a failure it
 ///                        decodes everything again

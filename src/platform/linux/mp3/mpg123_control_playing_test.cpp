@@ -38,8 +38,8 @@ class Mpg123PlayingTest : public testing::Test {
     Frames heard() {
         const auto tape = std::make_shared<fakes::MemorySink>();
         card.startRecording(tape, now);
-        // The clock advances slowly until the file is ready, so that the sound begins without
-        // silence.
+        // Until the file is ready, the clock advances in small steps: after
+        // Mp3PlayerSource::patience on this clock, the source would deliver silence.
         EXPECT_TRUE(fakes::eventually([&] {
             now += tape->size() > 0 ? 10'000us : 50us;
             card.advance(now);

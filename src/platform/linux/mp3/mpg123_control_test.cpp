@@ -239,10 +239,10 @@ TEST_F(Mpg123ControlTest, TheWaveLineBelongsToTheControlThatPlayedLast) {
     EXPECT_TRUE(control.Play().ok());
     EXPECT_TRUE(other.Play().ok());
     EXPECT_TRUE(control.Stop().ok());
-    EXPECT_TRUE(card.active()) << "Stop of the first control has stopped the other control";
+    EXPECT_TRUE(card.active()) << "Stop of the first control must not stop the other control";
     EXPECT_TRUE(control.Play().ok());
     EXPECT_TRUE(other.Stop().ok());
-    EXPECT_TRUE(card.active()) << "Stop of the other control has stopped the first control";
+    EXPECT_TRUE(card.active()) << "Stop of the other control must not stop the first control";
     EXPECT_TRUE(control.Stop().ok());
     EXPECT_FALSE(card.active());
 }

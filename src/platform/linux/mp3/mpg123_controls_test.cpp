@@ -71,7 +71,7 @@ TEST_F(Mpg123ControlsTest, ADecodingThatIsBlockedByTheDiskRemainsAPendingSaveAft
     EXPECT_TRUE(disk.run([&] { controls.stopAll(); }));
     EXPECT_FALSE(saves->noneWithin(0ms));
     EXPECT_EQ(test::visibleEntriesIn(folder.path()), 1)
-        << "a file other than the source is visible";
+        << "no file except the source may be visible";
     disk.release();
     EXPECT_TRUE(saves->noneWithin(30s));
     EXPECT_EQ(fixture::readWav(target).samples.size(), 4U * 44100 * 2);

@@ -37,7 +37,7 @@ class PcmReader {
     /// Returns the next samples, interleaved; none at the end and after a failure. The result is
     /// valid until the next call.
     [[nodiscard]] virtual std::span<const std::int16_t> next() = 0;
-    /// After `next` has returned none: the error that ended the reading before the end of the
+    /// After `next` has returned no samples: the error that ended the reading before the end of the
     /// source; empty if there was none.
     [[nodiscard]] virtual std::optional<Error> failure() const = 0;
     [[nodiscard]] virtual DecodeCount count() const = 0;

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Decodes a stream of any length, frame by frame, and replaces its decoder (a handle of libmpg123,
-// "the library") periodically. The reason: for each frame that the library gives up (stops decoding
-// half-way), it needs time in proportion to the number of frames that the same handle has decoded
-// before, so a long stream of damaged frames would take hours. The replacements do not affect the
-// samples of undamaged streams.
+// "the library") periodically. The reason: the library gives up some damaged frames (stops decoding
+// them half-way). For each of these frames, it needs time in proportion to the number of frames
+// that the same handle has decoded before. So without replacements a long stream of damaged frames
+// would take hours. The replacements do not affect the samples of undamaged streams.
 #pragma once
 
 #include <cstdint>
@@ -19,7 +19,7 @@
 namespace sonarith::mp3 {
 
 /// The decoder is replaced at each frame whose number is a multiple of the period, unless the pass
-/// over the stream began less than `lead` frames before that frame. So two passes with the same
+/// over the stream began less than `lead` frames before that frame. Two passes with the same
 /// period may begin at different frames. From the first frame at which both replace the decoder,
 /// they deliver the same samples, even after frames that the library gave up.
 class RenewedDecoder {

@@ -36,7 +36,8 @@ class SegmentSchedule {
     /// below `frame`.
     void advance(std::size_t worker, std::int64_t frame) { works_[worker].done = frame; }
     [[nodiscard]] std::int64_t done(std::size_t worker) const { return works_[worker].done; }
-    /// False once an earlier segment is known to have failed or to need one pass.
+    /// False as soon as a segment before the worker's segment is known to have failed or to need
+    /// one pass.
     [[nodiscard]] bool wanted(std::size_t worker) const {
         return works_[worker].segment.firstFrame <= lastWanted_;
     }

@@ -31,7 +31,7 @@ TEST_F(SegmentScheduleTest, IsCompleteWhenEverySegmentIsDecoded) {
     EXPECT_EQ(third->frames, 35);
     finish(1, *third);
     EXPECT_FALSE(schedule.take(1));
-    EXPECT_FALSE(schedule.complete()) << "complete although the first segment is not decoded yet";
+    EXPECT_FALSE(schedule.complete()) << "must not be complete before the first segment is decoded";
     EXPECT_EQ(schedule.wholeFrames(), 0);
     schedule.advance(0, 32);
     EXPECT_EQ(schedule.wholeFrames(), 32);
@@ -45,7 +45,7 @@ TEST_F(SegmentScheduleTest, IsCompleteWhenEverySegmentIsDecoded) {
 TEST_F(SegmentScheduleTest, IsNotCompleteBeforeEverySegmentIsTaken) {
     const auto first = schedule.take(0);
     finish(0, *first);
-    EXPECT_FALSE(schedule.complete()) << "complete although no worker has taken the other segments";
+    EXPECT_FALSE(schedule.complete()) << "must not be complete before the other segments are taken";
     EXPECT_EQ(schedule.wholeFrames(), 60);
 }
 

@@ -60,7 +60,7 @@ TEST(SequentialDecoderTest, ReturnsExactlyAsManySamplesAsWereEncoded) {
     EXPECT_EQ(sequentially(ordinary()).count, (DecodeCount{155, 0, {}}));
 }
 
-TEST(SequentialDecoderTest, DecodesAllFramesAroundJunkAndSilencesAtMostThree) {
+TEST(SequentialDecoderTest, DecodesAllFramesAroundJunkAndMakesAtMostThreeOfThemSilent) {
     const std::size_t place = static_cast<std::size_t>(fixture::framesOf(ordinary())[70].offset);
     const DecodedSound whole = sequentially(ordinary());
     for (const std::size_t bytes : {500U, 1500U, 4096U, 70'000U}) {

@@ -41,7 +41,7 @@ TEST(StreamSurveyTest, ChoosesTheFormatOfMostFramesWhereverTheyAre) {
     EXPECT_EQ(rateOf(frames(slow(), 20) + frames(fast(), 30)), 48000);
     EXPECT_EQ(rateOf(frames(slow(), 30) + frames(fast(), 20)), 32000);
     EXPECT_EQ(rateOf(frames(slow(), 20) + frames(fast(), 30) + frames(slow(), 20)), 32000)
-        << "frames that are not consecutive were not counted together";
+        << "frames of one format must be counted together even if they are not consecutive";
 }
 
 TEST(StreamSurveyTest, CountsFramesAndNotBytes) {

@@ -30,8 +30,8 @@ class TargetTurn {
     TargetTurn& operator=(TargetTurn&&) = delete;
 
   private:
-    /// The folder's device and inode, which are the same for all paths to a file, and the file's
-    /// name.
+    /// The folder's device and inode, which are the same for all paths to the folder, and the
+    /// file's name.
     using Place = std::tuple<dev_t, ino_t, std::string>;
     struct Table;
     static Table& table();

@@ -47,7 +47,7 @@ TEST_F(TargetTurnTest, WaitsForAnEarlierTurnForTheSameFileEvenIfThePathsDiffer) 
     EXPECT_FALSE(taken);
     first.reset();
     second.join();
-    EXPECT_TRUE(take(path)) << "the target is not free after both turns";
+    EXPECT_TRUE(take(path)) << "the target must be free after both turns";
 }
 
 TEST_F(TargetTurnTest, IsNotGrantedAfterTheDecodingIsStopped) {
@@ -57,7 +57,7 @@ TEST_F(TargetTurnTest, IsNotGrantedAfterTheDecodingIsStopped) {
     stop = true;
     TargetTurn::wakeWaiting();
     second.join(); // would hang if the thread still waited
-    EXPECT_FALSE(take(folder / "b.wav")) << "a stopped decoding was granted a free target";
+    EXPECT_FALSE(take(folder / "b.wav")) << "a stopped decoding must not be granted a free target";
 }
 
 } // namespace

@@ -41,11 +41,11 @@ TEST_F(WavHeaderTest, LibsndfileReadsThePlainHeaderAndTheRf64Header) {
     }
 }
 
-TEST_F(WavHeaderTest, ThePlainHeaderHasTheLengthWavHeaderBytesAndCanStateTheLargestSize) {
+TEST_F(WavHeaderTest, ThePlainHeaderHasTheExpectedLengthAndCanStateTheLargestSize) {
     const Data header = plainWavHeader({44100, 2}, sound::maxWavSampleBytes);
     EXPECT_EQ(header.size(), static_cast<std::size_t>(sound::wavHeaderBytes));
     EXPECT_EQ(fixture::part(header, 4, 8), Data(4, 0xFF))
-        << "the size field does not contain the largest possible value";
+        << "the size field must contain the largest possible value";
 }
 
 } // namespace

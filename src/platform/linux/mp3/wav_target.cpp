@@ -77,8 +77,8 @@ Status WavTarget::write(std::int64_t offset, std::span<const std::uint8_t> bytes
 
 Result<std::int64_t> WavTarget::finish(std::int64_t samples) {
     const bool large = samples * bytesPerFrame() > longestWavBytes_;
-    // First frees the space behind the last sample to keep: on a full disk, this is the only free
-    // space.
+    // The file is first cut after the last sample that is kept. On a full disk, only this can
+    // free space for the larger RF64 header.
     if (const Status status = cutTo(samples); !status.ok()) {
         return status.error();
     }

@@ -2,7 +2,7 @@
 // Tests the patient classes (patient_paths.h), whose functions return even if a mount hangs. If a
 // call to a mount does not return in time, this call is left behind: the function fails, and
 // nothing waits for the call any longer. Calls to mounts that respond are covered by the tests of
-// the machine's files, which also run through the patient classes.
+// the machine's files, which run once without and once with the patient classes.
 #include <gmock/gmock.h>
 
 #include <array>

@@ -32,8 +32,8 @@ std::string joinedBehind(std::string_view drive, const std::vector<std::string>&
     return path;
 }
 
-/// The text that replaces H: in the paths on the mount that had this letter: the mount's new
-/// letter, or the path of the mount point below C: if no other letter was free.
+/// The text that replaces "H:" in the paths on the mount that had the letter H. It is the mount's
+/// new letter, or, if no other letter was free, the path of the mount point on C:.
 std::string newStartOf(std::optional<char> letter, const std::string& mountPoint) {
     if (letter) {
         return std::string(1, *letter) + ":";

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Migrates a settings store of an older version to the present version. In older versions the home
 // folder had no drive letter of its own; now the home folder has the letter H. The migration
-// changes texts only and accesses no disk.
+// changes texts of the store. It does not access the files and folders that these texts name.
 #pragma once
 
 #include <string>
@@ -24,9 +24,9 @@ struct StoredPath {
 /// Step 2: Each of these values that names a file in the home folder by another letter becomes a
 /// path on H:. The dialogs use H: for files in the home folder, so each file then has one path.
 /// Exception to step 2: the path of the home folder itself, without a backslash at the end, keeps
-/// its letter. It would become "H:", but the logic splits a path at its last backslash.
-/// A store that needs no change is not written to. Must be called before DriveTable is created. If
-/// a call is interrupted, the next call completes the migration.
+/// its letter. It would become "H:". The logic splits a path at its last backslash, and "H:" has
+/// none. A store that needs no change is not written to. Must be called before DriveTable is
+/// created. If a call is interrupted, the next call completes the migration.
 void moveToHomeLetter(SettingsStore& store, std::string_view home,
                       const std::vector<StoredPath>& paths);
 

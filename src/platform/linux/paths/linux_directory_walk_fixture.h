@@ -75,7 +75,7 @@ class LinuxDirectoryWalkTest : public testing::TestWithParam<test::Reach> {
             }
             walk->FindClose(handle);
         }
-        EXPECT_TRUE(waiting.empty()) << "the walk did not end after 1000 folders";
+        EXPECT_TRUE(waiting.empty()) << "the walk must end within 1000 folders";
         return files;
     }
     std::uint32_t attributesOf(const std::string& name) {

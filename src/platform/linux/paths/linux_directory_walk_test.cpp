@@ -102,7 +102,7 @@ TEST_P(LinuxDirectoryWalkTest, FindsAFolderByItsNameInAnyCase) {
     EXPECT_THAT(names(*walk, "D:\\MUSIC\\albums\\*.*"), ElementsAre(".", "..", "a.wav"));
 }
 
-TEST_P(LinuxDirectoryWalkTest, OfFoldersWhoseNamesDifferOnlyInCaseOneIsListedAndItsFilesAreFound) {
+TEST_P(LinuxDirectoryWalkTest, ListsOneOfTheFoldersWhoseNamesDifferOnlyInCase) {
     write("MUSIC/upper.wav");
     write("Music/mixed.wav");
     EXPECT_THAT(filesBelow("d:"), ElementsAre("d:\\music\\upper.wav"));
@@ -115,7 +115,7 @@ TEST_P(LinuxDirectoryWalkTest, OfFoldersWhoseNamesDifferOnlyInCaseOneIsListedAnd
 // --- failures -------------------------------------------------------------------------------
 
 TEST_P(LinuxDirectoryWalkTest,
-       ForAMissingFolderOrAnInvalidPatternFindFirstFailsAndLeavesTheRecordUnchanged) {
+       FindFirstFailsAndLeavesTheRecordUnchangedForAMissingFolderOrAnInvalidPattern) {
     write("a.wav");
     const auto walk = directories_.startWalk();
     for (const char* pattern : {"d:\\none\\*.*", "d:\\a.wav\\*.*", "x:\\*.*", "\\*.*", "", "*.*",

@@ -34,7 +34,7 @@ class LinuxFileSystem final : public FileSystem {
     Status makeFolder(const std::string& name) override;
     [[nodiscard]] std::string programFolder() const override { return programFolder_; }
 
-    /// The machine path of a path of the logic, which may be relative.
+    /// The machine path of `path`, a path of the logic that may be relative.
     [[nodiscard]] Result<Located> locate(const std::string& path,
                                          PathCase pathCase = PathCase::maybeLowered) const;
 

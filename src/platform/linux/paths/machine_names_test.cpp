@@ -21,7 +21,7 @@ TEST(LogicName, ReplacesOnlyBackslashesColonsStarsAndQuestionMarks) {
 
 // The mark is U+00AC. Replacements are the characters that logicName() and formerLogicName() put in
 // place of others.
-TEST(LogicName, PutsAMarkBeforeReplacementsAndMarksOfTheMachinesName) {
+TEST(LogicName, PutsAMarkBeforeEachReplacementAndEachMarkThatTheMachineNameContains) {
     EXPECT_EQ(logicName("a\u2217b"), "a\u00ac\u2217b");
     EXPECT_EQ(logicName("\uf02a"), "\u00ac\uf02a");
     EXPECT_EQ(logicName("not \u00ac"), "not \u00ac\u00ac");

@@ -37,7 +37,7 @@ class MountInfo {
 
     /// The first call, and the first call after each change of the list, return the mounts for
     /// which holdsUserFiles() is true, without mounts of a single file on a local disk. All other
-    /// calls return empty and cost one system call.
+    /// calls return nullopt and cost one system call.
     [[nodiscard]] std::optional<std::vector<MountPoint>> changed();
     /// Like changed(), but returns all mounts and accesses none of them. On each MountInfo
     /// object, only one of the two functions may be used.

@@ -27,8 +27,8 @@ namespace sonarith {
 struct PathAccess {
     /// Creates a new MachineFiles object; called on any thread.
     std::function<std::shared_ptr<MachineFiles>()> make;
-    /// Writes a call's changes to the settings store. Called on the thread of the logic after each
-    /// call that returned in time.
+    /// Writes the changed drive letters to the settings store. Called on the thread of the logic
+    /// after each call that returned in time.
     std::function<void()> afterCall;
     PlaceAccess places;
 };

@@ -14,9 +14,10 @@
 
 namespace sonarith {
 
-/// Created by PatientDirectories::startWalk(). It may read ahead the folders below the folder that
-/// the logic requests, but not below the first folder: a walk through a single folder accesses only
-/// this folder. Folders that were read ahead may have changed before the walk lists them.
+/// Created by PatientDirectories::startWalk(). When the logic requests a folder, the walk may
+/// also read ahead folders below it. The first request reads nothing ahead, so a walk through a
+/// single folder accesses only this folder. Folders that were read ahead may have changed before
+/// the walk lists them.
 class PatientWalk final : public DirectoryWalk {
   public:
     /// A call that reads ahead begins no further folder after this time, so that a slow disk hardly

@@ -22,8 +22,8 @@ using testing::IsSupersetOf;
 using testing::UnorderedElementsAre;
 
 /// A walk reads its first folder without reading ahead. The fixture's walk has already listed E:,
-/// so it reads ahead from the first folder of a test on. Each call may read ahead for one hour, so
-/// that a slow machine cannot affect a test.
+/// so it already reads ahead when a test lists its first folder. Each call may read ahead for one
+/// hour, so that a slow machine cannot affect a test.
 class PatientWalkTest : public testing::Test, protected test::HangingWorld {
   protected:
     PatientWalkTest() {

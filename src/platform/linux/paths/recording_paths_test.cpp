@@ -16,7 +16,7 @@ class RecordingPathsTest : public testing::Test, protected test::HangingWorld {
     RecordingPaths recordings{files};
 };
 
-TEST_F(RecordingPathsTest, ThePathOfAnExistingFileHasTheSpellingOnTheDisk) {
+TEST_F(RecordingPathsTest, PathsSpellExistingFoldersAndFilesAsOnTheDisk) {
     EXPECT_EQ(recordings.beginIn("d:\\my music"), d + "/My Music");
     EXPECT_EQ(recordings.saveAs("d:\\my music\\old.wav"), folder + "Old.wav");
     EXPECT_EQ(recordings.saveAs("d:\\my music\\1234-1.wav"), folder + "1234-1.wav");

@@ -107,7 +107,7 @@ TEST_F(RememberedSpellingTest, ADestinationIsFoundInAFolderThatCannotBeListed) {
                   return meant("h:\\shared\\my music\\cds\\1.wav") == "Shared/my music/cds/1.wav";
               }),
               0)
-        << "the folder was found without a remembered spelling, so the next check proves nothing";
+        << "the folder must not be found yet: no spelling is remembered";
     EXPECT_EQ(withoutPrivileges([&] {
                   return makeDestination({"Shared", "My Music", "CDs"}) &&
                          meant("h:\\shared\\my music\\cds\\1.wav") == "Shared/My Music/CDs/1.wav";
@@ -242,7 +242,8 @@ TEST_F(RememberedSpellingTest,
     const std::string picked = lowerCase(paths_.toLogic(home_ + "/my music/Song.mp3"));
     EXPECT_EQ(meant(picked), "my music/Song.mp3");
     EXPECT_EQ(meant("h:\\my music\\new.wav"), "My Music/new.wav");
-    // Renaming and removing also affect the picked file. The renamed file remains in its folder.
+    // rename() and removeFile() find the picked file, too. rename() does not move it to the
+    // destination.
     ASSERT_TRUE(files_.rename(picked, "h:\\my music\\renamed.mp3").ok());
     EXPECT_TRUE(fs::exists(home_ + "/my music/renamed.mp3"));
     EXPECT_TRUE(fs::exists(home_ + "/My Music/song.mp3"));

@@ -24,7 +24,7 @@ std::optional<std::string> absoluteIn(const char* variable) {
 
 /// The content of a text in double quotes, with the shell's escapes resolved and with `home` in
 /// place of $HOME at its beginning. Spaces and tabs may follow the closing quote. Returns nothing
-/// for any other text, and for a text that contains another unescaped $ or an unescaped `.
+/// for any other text, and for a text that contains another unescaped $ or an unescaped backquote.
 std::optional<std::string> unquoted(std::string_view text, const std::string& home) {
     if (!text.starts_with('"')) {
         return std::nullopt;

@@ -19,7 +19,7 @@ Status AbandonableThread::start(std::function<void()> body, const ThreadStarter&
     const auto shared = std::make_shared<State>();
     Result<std::thread> thread = starter([shared, run = std::move(body)]() mutable {
         run();
-        run = nullptr; // destroys the objects of the body before the waiting owner is notified
+        run = nullptr; // destroys the objects that `body` owns, before leave() is notified
         const std::lock_guard lock(shared->mutex);
         shared->finished = true;
         shared->changed.notify_all();

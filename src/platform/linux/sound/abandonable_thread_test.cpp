@@ -23,7 +23,7 @@ TEST(AbandonableThread, WaitsForABodyThatReturns) {
         thread.leave(1h);
     }
     EXPECT_TRUE(*owned);
-    EXPECT_EQ(owned.use_count(), 1) << "the body still existed when leave() had returned";
+    EXPECT_EQ(owned.use_count(), 1) << "the body must be destroyed before leave() returns";
 }
 
 TEST(AbandonableThread, WaitsForAHangingBodyOnlyForALimitedTime) {

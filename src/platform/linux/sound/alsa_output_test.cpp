@@ -144,7 +144,8 @@ TEST(AlsaOutput, DisturbsNoRecordingAndWritesNoMessagesIfTheDeviceDoesNotExist) 
         EXPECT_TRUE(playing.awaitFrames(halfSecond));
         playing.expectWholeCapture();
     }
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "a sound library has written messages";
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "")
+        << "the sound libraries must write no messages";
 }
 
 TEST(AlsaOutput, IsANullOutputForAnEmptyNameAndForTheNameNone) {
@@ -168,7 +169,7 @@ TEST(AlsaOutput, ListsTheConfiguredDevicesBetweenTheDefaultDeviceAndTheNameNone)
     EXPECT_THAT(names, testing::Contains("monitor"));
     std::sort(names.begin(), names.end());
     EXPECT_EQ(std::adjacent_find(names.begin(), names.end()), names.end())
-        << "a device is listed twice";
+        << "each device must be listed only once";
 }
 
 } // namespace

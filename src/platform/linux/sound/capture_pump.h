@@ -29,20 +29,19 @@ struct CaptureBacklog;
 class CapturePump : public SampleSource {
   public:
     /// `open` is called on the pump's thread, immediately and again after each failure or loss.
-    /// `open` and `report` must own what they use. A loss of an open device is reported if
-    /// reopening fails. If the first attempt to open the device fails, `report` is not called; only
-    /// opening() shows this failure. Each further failure in a row is reported. If no thread can be
-    /// started, the input is silent, `report` is called with DeviceState::lost, and opening()
-    /// returns Opening::failed.
+    /// `open` and `report` must own what they use. If the first attempt to open the device fails,
+    /// only opening() shows this failure. Each later attempt that fails is reported. A loss of the
+    /// open device is reported only if reopening fails. If no thread can be started, the input is
+    /// silent, `report` is called with DeviceState::lost, and opening() returns Opening::failed.
     explicit CapturePump(OpenCapture open, CaptureTiming timing = {}, ReportDevice report = {},
                          const ThreadStarter& starter = startThread);
     ~CapturePump() override;
     CapturePump(const CapturePump&) = delete;
     CapturePump& operator=(const CapturePump&) = delete;
 
+    enum class Opening { pending, open, failed };
     /// The result of the last attempt to open the device; waits at most `atMost` for the first
     /// result.
-    enum class Opening { pending, open, failed };
     [[nodiscard]] Opening opening(std::chrono::milliseconds atMost);
 
     /// Always fills the whole block; missing data is replaced by silence.

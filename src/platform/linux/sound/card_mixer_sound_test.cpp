@@ -216,7 +216,7 @@ TEST_F(CardMixerTest, ASoundAfterAnIdleTimeStartsWithTheCurrentTrebleSetting) {
     EXPECT_EQ(set(4, mixer_control::treble, 32768), MixerResult::noError);
     play(Line::compactDisc, std::make_shared<PatternSource>());
     EXPECT_THAT(hear(100ms), IsSound(pattern(0, 4410)))
-        << "the gain changes gradually at the beginning, although treble was already neutral";
+        << "the gain must not change gradually at the beginning: treble was already neutral";
 }
 
 } // namespace

@@ -34,7 +34,7 @@ TEST_F(CardMixerTest, KeepsWrittenValuesAndRejectsValuesOutOfRange) {
     for (const ExpectedControl& expected : allControls()) {
         if (expected.highest < 0) {
             EXPECT_EQ(set(expected.line, expected.type, 0), MixerResult::invalidValue)
-                << "a meter was set";
+                << "a meter must not be settable";
             continue;
         }
         for (const std::int32_t value : {expected.highest, 0, 1}) {
@@ -63,12 +63,12 @@ TEST_F(CardMixerTest, RejectsLinesAndControlsThatDoNotExist) {
     EXPECT_EQ(line.dwLineID, 99U);
     MixerControl found{1, 2, 3, 4};
     EXPECT_EQ(find(0x1005, 0x50030002, found), MixerResult::invalidControl)
-        << "the disc's line has a bass control";
+        << "the disc's line must have no bass control";
     EXPECT_EQ(find(4, 0x10020001, found), MixerResult::invalidControl)
-        << "the speakers' line has a peak meter";
+        << "the speakers' line must have no peak meter";
     MixerLineControls controls{mixerLineControlsSize, 4, 0x50030001, 1, mixerControlSize, &found};
     EXPECT_EQ(mixer.getLineControls(handle, controls), MixerResult::invalidLine)
-        << "a component type was accepted as the identifier of a line";
+        << "a component type must not be accepted as the identifier of a line";
     EXPECT_EQ(found.dwControlID, 2U);
     for (const std::uint32_t identifier : {0U, 11U, 0xFFFFFFFFU}) {
         std::int32_t value = 5;

@@ -164,7 +164,7 @@ TEST(CardPeak, IsReadWithoutAllocations) {
               0);
     EXPECT_EQ(sum, 70'000);
     EXPECT_GT(test::allocationsOf([] { static_cast<void>(std::make_shared<SoundCard>()); }), 0)
-        << "allocationsOf() does not count, so this test proves nothing";
+        << "allocationsOf() must count, otherwise this test proves nothing";
 }
 
 } // namespace

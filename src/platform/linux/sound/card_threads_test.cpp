@@ -111,7 +111,7 @@ TEST(CardThreads, LeaveNoExternalInputOpenAfterConcurrentUse) {
         listening.join();
         recording.join();
         choosing.join();
-        EXPECT_FALSE(card.active()) << "the external input is still attached to its line";
+        EXPECT_FALSE(card.active()) << "the external input must not remain attached to its line";
     }
     EXPECT_EQ(device->opened, device->closed);
 }

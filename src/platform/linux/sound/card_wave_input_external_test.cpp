@@ -37,11 +37,11 @@ class CardWaveInputExternal : public CardWaveInputTest {
 };
 
 TEST_F(CardWaveInputExternal, TheDeviceIsOpenedByOpenOrStartAndClosedByStopResetOrClose) {
-    EXPECT_EQ(device->opened, 0) << "the device was opened without a listener";
+    EXPECT_EQ(device->opened, 0) << "the device must not be opened without a listener";
     open(cardFormat);
     EXPECT_TRUE(becomesOpen());
     EXPECT_EQ(input.start(handle), WaveResult::noError);
-    EXPECT_EQ(device->opened, 1) << "start() has opened the device again";
+    EXPECT_EQ(device->opened, 1) << "start() must not open the device again";
     EXPECT_EQ(input.stop(handle), WaveResult::noError);
     EXPECT_EQ(device->closed, 1);
     EXPECT_EQ(input.start(handle), WaveResult::noError);
@@ -52,7 +52,7 @@ TEST_F(CardWaveInputExternal, TheDeviceIsOpenedByOpenOrStartAndClosedByStopReset
     open(cardFormat);
     EXPECT_TRUE(becomesOpen());
     EXPECT_EQ(input.close(handle), WaveResult::noError)
-        << "close() has failed for an input that was never started";
+        << "close() must succeed for an input that was never started";
     EXPECT_EQ(device->closed, 3);
     EXPECT_FALSE(card.active());
 }
@@ -71,7 +71,7 @@ TEST_F(CardWaveInputExternal, TheDevicesSoundReachesTheBufferThePeakLevelsAndThe
     EXPECT_EQ(card.recorderPeak(now), 882);
     EXPECT_EQ(card.linePeak(Line::externalInput, now), 882);
     EXPECT_EQ(input.reset(handle), WaveResult::noError);
-    EXPECT_EQ(device->closed, 0) << "the device was closed, although the recording still uses it";
+    EXPECT_EQ(device->closed, 0) << "the device must not be closed while the recording uses it";
     advance(20ms);
     card.stopRecording(now);
     EXPECT_EQ(device->closed, 1);

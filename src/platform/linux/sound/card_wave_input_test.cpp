@@ -149,7 +149,8 @@ TEST_F(CardWaveInputTest, OpensOnlyDeviceZeroAndOnlyOneHandleAtATime) {
     EXPECT_EQ(input.close(handle), WaveResult::invalidHandle);
     open(cardFormat);
     EXPECT_NE(handle, before);
-    EXPECT_EQ(input.start(before), WaveResult::invalidHandle) << "a closed handle was accepted";
+    EXPECT_EQ(input.start(before), WaveResult::invalidHandle)
+        << "a closed handle must not be accepted";
     EXPECT_FALSE(card.active());
 }
 
@@ -166,7 +167,7 @@ TEST_F(CardWaveInputTest, RejectsUnusableBuffersAndWritesOnlyWholeFrames) {
     advance(10ms);
     EXPECT_TRUE(odd.isDone());
     EXPECT_EQ(odd.header.dwBytesRecorded, 4U * 441);
-    EXPECT_EQ(odd.data.back(), std::byte{0x55}) << "a part of a frame was written";
+    EXPECT_EQ(odd.data.back(), std::byte{0x55}) << "an incomplete frame must not be written";
 }
 
 TEST_F(CardWaveInputTest, HasATextForEachError) {

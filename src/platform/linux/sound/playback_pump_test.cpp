@@ -217,7 +217,7 @@ TEST_P(PlaybackPumpLoss, OpensALostDeviceAgainWhileSoundFlows) {
     EXPECT_EQ(device->closed, 1);
 }
 
-TEST_P(PlaybackPumpLoss, DoesNotOpenALostDeviceAgainBeforeRetryAfterHasPassed) {
+TEST_P(PlaybackPumpLoss, DoesNotOpenALostDeviceAgainBeforeTheRetryDelayHasPassed) {
     device->refusals = {GetParam()};
     PlaybackPump pump(opener(), patient);
     play(pump, 0, 441);
@@ -257,7 +257,7 @@ TEST_F(PlaybackPumpTest, ClosesTheDeviceAfterSilence) {
     }));
     pump.play(silence(441));
     std::this_thread::sleep_for(20ms);
-    EXPECT_EQ(device->opened, 1) << "silence has opened the device again";
+    EXPECT_EQ(device->opened, 1) << "silence must not open the device again";
 }
 
 TEST_F(PlaybackPumpTest, DoesNotOpenTheDeviceAgainForSilenceAddedWhileItCloses) {
@@ -354,7 +354,8 @@ TEST_F(PlaybackPumpTest, ReportsThatTheDeviceIsLostAndThatItPlaysAgain) {
             return reports.hold(DeviceState::works);
         }));
         EXPECT_GE(device->heardFrames(), static_cast<std::size_t>(frameRate) / 2)
-            << "the device was reported as working after too few frames; it might still fail";
+            << "the device must not be reported as working before it has accepted half a second "
+               "of sound: it might still fail";
         device->refuseFrom = 0;
         {
             const std::lock_guard lock(device->mutex);
@@ -377,14 +378,14 @@ TEST_F(PlaybackPumpTest, ReportsThatTheDeviceWorksEvenIfTheSoundIsShort) {
     EXPECT_TRUE(eventually([&] { return reports.hold(DeviceState::works); }));
 }
 
-TEST_F(PlaybackPumpTest, TriesToStartItsThreadAgainWhenRetryAfterHasPassed) {
+TEST_F(PlaybackPumpTest, TriesToStartItsThreadAgainWhenTheRetryDelayHasPassed) {
     fakes::LimitedThreads threads(0);
     fakes::DeviceReports reports;
     PlaybackPump waiting(opener(), endless, reports.sink(), threads.starter());
     EXPECT_EQ(reports.states(), std::vector{DeviceState::lost});
     play(waiting, 0, 2000);
     EXPECT_EQ(threads.refused(), 1)
-        << "the pump tried to start a thread again before the hour of retryAfter had passed";
+        << "the pump must not try to start a thread again before the hour of retryAfter has passed";
     endless.retryAfter = 0ms;
     PlaybackPump pump(opener(), endless, reports.sink(), threads.starter());
     pump.play(pattern(0, 441));

@@ -59,9 +59,9 @@ class Recording {
   public:
     /// Creates the file in the first of `folders` that allows it. The first folder should be the
     /// one in which the file will be saved, since no copy is needed then. Fails with the error of
-    /// the last folder if none allows it. Succeeds if a folder does not respond in time: the sound
-    /// is then queued until a file can be created. If no thread can be started, begin() fails and
-    /// the user is notified.
+    /// the last folder if none allows it. Also succeeds if the disk does not respond within
+    /// RecordingTiming::command: the sound is then queued until a file can be created. If no thread
+    /// can be started, begin() fails and the user is notified.
     [[nodiscard]] static Result<std::unique_ptr<Recording>>
     begin(Channels channels, std::vector<std::filesystem::path> folders, RecordingContext context);
     /// Drops unsaved sound; a running save continues without this object.

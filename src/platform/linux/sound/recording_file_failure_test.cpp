@@ -89,7 +89,7 @@ TEST_F(FailingDiskTest, KeepsTheWholeFramesThatFitAndNothingAfterThem) {
 }
 
 TEST_F(FailingDiskTest, SavesThePartThatFitsOnASmallDisk) {
-    const fakes::TempFolder result; // on another disk
+    const fakes::TempFolder result; // not on the small disk
     const int status = test::runInChild([&] {
         if (!test::mountSmallDisk(folder.path().string())) {
             return test::mayNotMount;

@@ -117,7 +117,7 @@ TEST_F(HangingDiskTest, PausesTheDiscWhenTheQueueIsFullAndLosesNothing) {
                     play(60s);
                     const std::int64_t bound = disc->position();
                     EXPECT_LE(bound, 441'000 + 44'100)
-                        << "the disc has played more than 1 s beyond the capacity of the queue";
+                        << "the disc must not play more than 1 s beyond the capacity of the queue";
                     EXPECT_GE(bound, 441'000);
                     EXPECT_EQ(recording->bytes(), bound * 4);
                     play(60s);

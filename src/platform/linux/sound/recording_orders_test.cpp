@@ -50,7 +50,7 @@ TEST_F(RecordingOrdersTest, ReplaceAHangingWriterAsLongAsAFurtherFolderIsLeft) {
     EXPECT_EQ(second->hanging, 1U);
     ASSERT_TRUE(orders.tries(second->turn, 2));
     EXPECT_FALSE(orders.replaceWithin(1ms))
-        << "the writer was replaced, although there is no further folder";
+        << "the writer must not be replaced, because there is no further folder";
     EXPECT_TRUE(orders.begins(second->turn, nothing));
 }
 
@@ -125,7 +125,7 @@ TEST_F(RecordingOrdersTest, LetTheWriterCompleteAnOrderedSaveAfterClose) {
 TEST_F(RecordingOrdersTest, ReportOnlyALateSave) {
     int late = 0;
     orders.watchSave(0ms, [&] { ++late; });
-    EXPECT_EQ(late, 0) << "a save was reported as late, although no save is running";
+    EXPECT_EQ(late, 0) << "no save is running, so none must be reported as late";
     EXPECT_FALSE(orders.saveWithin(0ms, "/a.wav"));
     orders.watchSave(0ms, [&] { ++late; });
     EXPECT_EQ(late, 1);

@@ -30,7 +30,7 @@ using testing::IsEmpty;
 
 // If the disk hangs, the save and the destruction of a recording together wait for it only once,
 // for less than 100 ms. The queue has space for the sound that arrives while the four folders
-// that the program passes are tried.
+// that the program passes to begin() are tried.
 static_assert(RecordingTiming{}.command < 100ms);
 static_assert(4 * RecordingTiming{}.folder <
               std::chrono::seconds(RecordingQueue::capacityFrames / frameRate));
@@ -216,8 +216,8 @@ TEST_F(RecordingTest, NeedsConstantMemory) {
     recordSeconds(600);
     EXPECT_GT(recording->bytes(), 100'000'000);
     EXPECT_LT(test::memoryInKibibytes() - before, 1024)
-        << "a recording of 100,000 KiB used more than 1024 KiB of memory (a full queue alone would "
-           "need 1,700 KiB, but here the writer keeps up with the card)";
+        << "a recording of 100,000 KiB must use less than 1024 KiB of memory (a full queue alone "
+           "would need 1,700 KiB, but here the writer keeps up with the card)";
 }
 
 TEST_F(RecordingTest, FailsWithANoticeIfNoThreadCanBeStarted) {

@@ -17,7 +17,7 @@ namespace {
 /// interpolation between two stable filters is stable, too.
 constexpr std::size_t pieceFrames = 32;
 
-/// A filter state below this has no audible effect: it is far below the resolution of 16 bits.
+/// A filter state below this, in steps of a 16-bit sample, has no audible effect.
 constexpr double negligible = 1e-3;
 /// A filter state below this is set to 0: further decay would lead to denormal numbers, which are
 /// slow.

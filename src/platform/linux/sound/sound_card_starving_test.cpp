@@ -95,7 +95,8 @@ TEST_F(StarvingSoundCardTest, SkipsNoFrameAndInsertsNoneWhileItsSourceStarves) {
         }
         starving.stopRecording(now);
         ASSERT_THAT(soundOf(tape->frames()), IsSound(pattern(0, 40'000))) << "seed " << seed;
-        ASSERT_NE(tape->frames().front(), StereoFrame{}) << "silence was inserted at the beginning";
+        ASSERT_NE(tape->frames().front(), StereoFrame{})
+            << "silence must not be inserted at the beginning";
     }
 }
 
@@ -260,7 +261,7 @@ TEST_F(FullRecordingTest, StopsTheCardSoThatNoFrameIsSkippedOrInserted) {
     narrow->space = 700;
     card.advance(20ms);
     EXPECT_EQ(narrow->size(), 700U);
-    EXPECT_EQ(disc->position(), 700) << "the card played frames that were not recorded";
+    EXPECT_EQ(disc->position(), 700) << "the card must not play frames that are not recorded";
     card.advance(60s);
     EXPECT_EQ(narrow->size(), 700U);
     narrow->space = 100'000;

@@ -205,7 +205,7 @@ TEST(SoundCardThread, IsStartedByALaterSoundIfNoThreadCouldBeStartedBefore) {
     card.attach(Line::compactDisc, second, monotonicNow());
     EXPECT_TRUE(eventually([&] { return second->position() > 3 * 441; }));
     card.attach(Line::waveOut, std::make_shared<PatternSource>(), monotonicNow());
-    EXPECT_EQ(threads.refused(), 2) << "a second thread was requested, although one runs";
+    EXPECT_EQ(threads.refused(), 2) << "no second thread may be requested while one runs";
 }
 
 } // namespace

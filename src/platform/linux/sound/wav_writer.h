@@ -40,7 +40,7 @@ class WavWriter {
     int file_; ///< not owned
     Channels channels_;
     WavForm form_;
-    std::int64_t end_ = 0; ///< the position of the next samples
+    std::int64_t end_ = 0; ///< where the next samples are written: a byte offset in the file
     int errorNumber_ = 0;
 };
 

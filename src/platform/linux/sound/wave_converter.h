@@ -20,7 +20,7 @@ namespace sonarith::sound {
 class WaveConverter {
   public:
     /// Null if the format is inconsistent or is not PCM, if it does not have 1 or 2 channels of 8
-    /// or 16 bits, or if no sound card has its rate (below 4000 or above 192000 Hz).
+    /// or 16 bits, or if its rate is below 4000 or above 192000 Hz.
     [[nodiscard]] static std::unique_ptr<WaveConverter> create(const WaveFormat& format);
 
     /// Converts `frames`, at most blockFrames of the card, to whole frames of the format; the
@@ -52,7 +52,8 @@ class WaveConverter {
     std::vector<std::byte> bytes_; ///< valid up to bytesUsed_
     std::size_t bytesUsed_ = 0;
     std::size_t silentFrames_ = 0; ///< since the last sound, up to settledFrames_
-    /// Silence that was not delivered yet, in units of 1 / frameRate of a converted frame.
+    /// convert() returns whole frames. This is the part of a frame of silence that is left for the
+    /// next call, in units of 1 / frameRate of a converted frame.
     std::uint64_t silentRemainder_ = 0;
 };
 

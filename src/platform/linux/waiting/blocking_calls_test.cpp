@@ -60,7 +60,7 @@ TEST_F(BlockingCallsTest, RefuseQuestionsWhileAnEarlierCallHangs) {
     EXPECT_EQ(state->gate.arrivals(), 1);
 }
 
-TEST_F(BlockingCallsTest, ToOneObjectReturnWhileACallToAnotherObjectHangs) {
+TEST_F(BlockingCallsTest, AreNotDelayedByAHangingCallOfAnotherBlockingCallsObject) {
     state->gate.close();
     EXPECT_EQ(calls.send(0ms, noting("hangs")), CommandState::waits);
     BlockingCalls others(threads, waiting);
@@ -106,7 +106,7 @@ TEST_F(BlockingCallsTest, DropQueuedCallsWhenDestroyedDuringAHang) {
     EXPECT_THAT(done(), ElementsAre("hangs"));
 }
 
-/// Ends each wait at once, like the program's waits when the user closes a window.
+/// Simulates a user who closes a window during each wait: the wait ends at once.
 class EndingWait final : public Waiting {
   public:
     Outcome wait(const Completion&, Duration) override { return Outcome::ended; }

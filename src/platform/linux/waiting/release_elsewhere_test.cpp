@@ -26,7 +26,7 @@ TEST(ReleaseElsewhere, ASlowDestructorDoesNotBlockTheThreadThatReleasesTheLastPo
     EXPECT_EQ(slow->gate, gate);
     auto other = slow;
     slow.reset();
-    EXPECT_EQ(gate->arrivals(), 0) << "the object was destroyed, although it still has an owner";
+    EXPECT_EQ(gate->arrivals(), 0) << "the object must not be destroyed while `other` owns it";
     other.reset();
     gate->waitForArrivals(1);
     gate->open();
