@@ -13,7 +13,8 @@ using testing::IsEmpty;
 
 struct DriverTest : test::ConversionWorld {
     /// For each file, the captions of the window, of Label3 and of Label2 when the MP3 control is
-    /// first started for this file. (Form6.Timer1 later starts the control again.)
+    /// first started for this file. Form6.Timer1 later disables itself and starts the control
+    /// again, so this timer is enabled only at the first start.
     std::vector<std::string> shown;
 
     DriverTest() {
@@ -209,7 +210,7 @@ TEST_F(DriverTest, ASelectedFileWithAnIndexBeyondList2IsWaitedForButNotDecoded) 
     EXPECT_THROW(decode("b.mp3"), test::ProgramEnded);
 }
 
-TEST_F(DriverTest, ANameWithCapitalsDecodesTheLineOfList2WhereTheSearchEnded) {
+TEST_F(DriverTest, ANameWithCapitalsDecodesTheLineOfList2AtTheIndexWhereTheSearchOfList4Ended) {
     // A name with capitals matches no line. The last list that is searched is List4. It is empty,
     // so its search ends at index 0, and line 0 of List2 is decoded.
     fill(form.List2, {"c:\\mp3\\b.mp3", "c:\\mp3\\A.mp3"});

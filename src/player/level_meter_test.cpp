@@ -238,7 +238,7 @@ TEST_F(LevelMeterTest, Timer2ReadsTheWaveLineAndDrawsOnlyTheBar) {
     EXPECT_EQ(lastLine(), (PictureLine{{-20, -50}, {0, 950}}));
 }
 
-TEST_F(LevelMeterTest, EachLineOfTimer4Advances50TwipsAndStartsAtTheSameHeight) {
+TEST_F(LevelMeterTest, TheLinesOfTimer4Advance50TwipsAndAllStartAtOneHeight) {
     player.capture.StartMeter();
     waveInput.fill(8192);
     setWave(16384);

@@ -90,7 +90,8 @@ TEST_F(MixerPanelTest, ALevelThatCannotBeReadChangesNeitherSliderNorNumber) {
 }
 
 TEST_F(MixerPanelTest, AControlThatIsNotFoundIsNotRead) {
-    // The controls were found earlier, so their records still have identifiers.
+    // The records of the controls still have the identifiers that were found earlier. These must
+    // not be used, because the controls no longer exist.
     mixer.removeControl(mixer_line::speakers, mixer_control::bass);
     mixer.removeControl(mixer_line::speakers, mixer_control::treble);
     EXPECT_THAT(operationsOf([&] { form.Command2.click(); }),

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Deletes a file on behalf of the user; every such deletion of the program uses this function. It
-// asks no question: callers ask first if they need to.
+// Deletes a file on behalf of the user. The program uses this function for every such deletion. The
+// function asks no question: callers ask first if they need to.
 #pragma once
 
 #include <string>

@@ -90,7 +90,7 @@ int SliderView::mirrored(int value) const {
 }
 
 void SliderView::showValue() {
-    // Only actions of the user emit signals.
+    // Changes made here must emit no signal: the receivers take a signal for an action of the user.
     const QSignalBlocker quiet(this);
     setRange(slider_.minimum(), slider_.maximum());
     setValue(mirrored(slider_.value()));

@@ -13,11 +13,11 @@
 
 namespace sonarith {
 
-/// The trigger of a move. For a file, it decides which entry is moved. On a double click, this is
-/// the text that is passed to moveEntry(). On a drag, it is the first entry with the same file name
-/// as this text. A drag that selects an MP3 file moves only the entry of this file. A double click
-/// that selects an MP3 file also empties the list of available MP3 files and duplicates the entries
-/// that were selected before.
+/// The trigger of a move. For a file, the trigger decides which entry is moved: on a double click,
+/// the entry that equals the text that is passed to moveEntry(); on a drag, the first entry with
+/// the same file name as that text. A drag that selects an MP3 file moves only the entry of this
+/// file. A double click that selects an MP3 file also empties the list of available MP3 files and
+/// duplicates the entries that were selected before.
 enum class MovedBy { doubleClick, drag };
 
 class ListMoves {

@@ -154,8 +154,9 @@ void LineBuilder::addSegment(const Segment& segment) {
     }
     const std::int64_t bytes = fileBytes_[segment.file];
     const Extent extent = extentOf(segment, layout_.files[segment.file].format, bytes);
-    // The last segments of a track may be the pause before the next track. Such a pause may be
-    // empty if it extends to its file's end, but the beginning of a track must not be empty.
+    // The last segments of a track may be the pause before the next track. The sheet may leave the
+    // length of such a pause open (toFileEnd); the pause may then be empty. The beginning of a
+    // track must not be empty.
     const bool beginsBeyond = extent.stated == 0 && (segment.offset > bytes || at_ == trackStart_);
     if (!shortFrom_ &&
         (beginsBeyond || (segment.frames != toFileEnd && extent.present < extent.stated))) {
@@ -194,8 +195,8 @@ std::string LineBuilder::remark() const {
         if (file != shortage.file) {
             file = shortage.file;
             const LayoutFile& entry = layout_.files[*file];
-            text += shown(entry.name) + " is shorter than " + std::string(sheet_) + ", line " +
-                    std::to_string(entry.line) + ", needs: ";
+            text += shown(entry.name) + " (" + std::string(sheet_) + ", line " +
+                    std::to_string(entry.line) + ") is too short: ";
         }
         text += describe(shortage);
     }

@@ -109,11 +109,10 @@ TEST(Timeline, ATruncatedTrackKeepsItsStatedLengthAndATrackOfUnknownLengthGetsFo
     ASSERT_TRUE(line.ok());
     EXPECT_THAT(lengthsOf(line.value()), ElementsAre(300, 300, 300));
     EXPECT_EQ(soundFrames(line.value()), 400 * 588);
-    EXPECT_THAT(
-        line.value().remark,
-        HasSubstr("\"a.bin\" is shorter than disc.cue, line 1, needs: track 2 is truncated and "
-                  "reads as silence from 00:01:25 on; track 3 begins after the end "
-                  "of its file"));
+    EXPECT_THAT(line.value().remark,
+                HasSubstr("\"a.bin\" (disc.cue, line 1) is too short: track 2 is truncated and "
+                          "reads as silence from 00:01:25 on; track 3 begins after the end "
+                          "of its file"));
 }
 
 TEST(Timeline, CountsTheLostSectorsOfARange) {

@@ -12,7 +12,7 @@ std::vector<Word> wordsOf(const char* text) {
     return parseCommand(std::string("status cd ") + text).value.words;
 }
 
-TEST(CommonArguments, OfACommandWithoutKeywordsMayIncludeWaitButNoUnknownWord) {
+TEST(CommonArguments, ACommandWithoutKeywordsAcceptsWaitButNoUnknownWord) {
     EXPECT_EQ(parseNothing(wordsOf("")), MciError::none);
     EXPECT_EQ(parseNothing(wordsOf("wait")), MciError::none);
     EXPECT_EQ(parseNothing(wordsOf("now")), MciError::unrecognizedKeyword);

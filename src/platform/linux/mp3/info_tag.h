@@ -23,8 +23,8 @@ class GaplessTrim {
     GaplessTrim(std::int64_t begin, std::int64_t end, std::int64_t codedEnd)
         : begin_(begin), end_(end), codedEnd_(codedEnd) {}
 
-    /// How many of the first `sample` samples are kept: the position of sample `sample` in the
-    /// result, or of the next kept sample if sample `sample` is removed.
+    /// The number of kept samples before the sample with the index `sample`. This is that sample's
+    /// position in the result or, if it is removed, the position of the next kept sample.
     [[nodiscard]] std::int64_t keptBefore(std::int64_t sample) const;
     [[nodiscard]] std::int64_t begin() const { return begin_; }
     friend bool operator==(const GaplessTrim&, const GaplessTrim&) = default;

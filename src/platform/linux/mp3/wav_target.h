@@ -33,8 +33,8 @@ class WavTarget {
     /// Ends the WAV after `samples` samples per channel, all of which must have been placed, and
     /// gives the file the name `target` of create(). Returns how many samples per channel the WAV
     /// contains: on a full disk an RF64 file loses the last few samples, because the RF64 header
-    /// needs their space. After a failure, a file that already had the name `target` is unchanged.
-    /// Waits for the disk.
+    /// needs their space. A failure changes `target` only as UnnamedFile::publish() describes.
+    /// Blocks until the file is flushed to the disk.
     [[nodiscard]] Result<std::int64_t> finish(std::int64_t samples);
 
   private:

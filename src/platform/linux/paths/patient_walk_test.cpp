@@ -21,9 +21,9 @@ using testing::IsEmpty;
 using testing::IsSupersetOf;
 using testing::UnorderedElementsAre;
 
-/// A walk reads its first folder without reading ahead. The fixture's walk has already listed E:,
-/// so it already reads ahead when a test lists its first folder. Each call may read ahead for one
-/// hour, so that a slow machine cannot affect a test.
+/// A walk does not read ahead when it lists its first folder. The constructor lists E: as the first
+/// folder of `walk`, so `walk` reads ahead in each folder that a test lists. Each call may read
+/// ahead for one hour, so that a slow machine cannot affect a test.
 class PatientWalkTest : public testing::Test, protected test::HangingWorld {
   protected:
     PatientWalkTest() {

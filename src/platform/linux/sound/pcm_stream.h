@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The interface of the pumps (playback_pump.h, capture_pump.h) to an open sound device, for output
-// or input. The frames are stereo at frameRate; reads and writes do not block. Errors are negative
-// errno values as in ALSA: -EAGAIN (no space, or no frames), -EPIPE (underrun, overrun), -ESTRPIPE
-// (suspended), -EINTR (interrupted). After any other error the device is unusable.
+// The interface through which the pumps (playback_pump.h, capture_pump.h) use an open sound device,
+// for output or input. The frames are stereo at frameRate; reads and writes do not block. Errors
+// are negative errno values as in ALSA: -EAGAIN (no space, or no frames), -EPIPE (underrun,
+// overrun), -ESTRPIPE (suspended), -EINTR (interrupted). After any other error the device is
+// unusable.
 #pragma once
 
 #include <chrono>

@@ -46,9 +46,9 @@ class RecordingNotices {
     void notSaved(const std::filesystem::path& target, const Error& error);
     /// The save takes long; the cause persists until `saved` or `notSaved`.
     void saveIsLate(const std::filesystem::path& target);
-    /// Called when a recording has been closed, saved or not. Settles what was reported about its
-    /// early end, about `folder` not responding, and about the late or failed save as `target` (the
-    /// last requested save). `folder` or `target` is empty if the recording has none.
+    /// Called when a recording has been closed, saved or not. Settles the notices about its early
+    /// end, about `folder` not responding, and about a late or failed save to `target`, the path of
+    /// the last requested save. `folder` or `target` is empty if the recording has none.
     void closed(RecordingNumber number, const std::filesystem::path& folder,
                 const std::filesystem::path& target);
 

@@ -26,7 +26,8 @@ class WaveConverter {
     /// Converts `frames`, at most blockFrames of the card, to whole frames of the format; the
     /// result is valid until the next call. 16 bits are little-endian; 8 bits are unsigned, 128 is
     /// silence. Mono is the mean of both channels. Resampled sound is band-limited and a few
-    /// milliseconds late; the number of frames matches the rate on average. Long silence is not
+    /// milliseconds late; the number of frames matches the rate on average. During long silence
+    /// the result is silence in the number of frames that matches the rate, and no sound is
     /// resampled. Never allocates.
     [[nodiscard]] std::span<const std::byte> convert(std::span<const StereoFrame> frames);
 
@@ -52,8 +53,8 @@ class WaveConverter {
     std::vector<std::byte> bytes_; ///< valid up to bytesUsed_
     std::size_t bytesUsed_ = 0;
     std::size_t silentFrames_ = 0; ///< since the last sound, up to settledFrames_
-    /// convert() returns whole frames. This is the part of a frame of silence that is left for the
-    /// next call, in units of 1 / frameRate of a converted frame.
+    /// convert() returns whole frames. The fraction silentRemainder_ / frameRate of a converted
+    /// frame of silence is left for the next call.
     std::uint64_t silentRemainder_ = 0;
 };
 
