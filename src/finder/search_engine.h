@@ -18,8 +18,8 @@ class SearchEngine {
     SearchEngine(FrmSearch& finder, Directories& directories, EventLoop& loop)
         : finder_(finder), directories_(directories), loop_(loop) {}
 
-    /// Searches Dir1's folder and the folders below it; yields before each directory entry except a
-    /// folder's first, and at the end of each folder. Clearing lstdirs stops the search: the
+    /// Searches Dir1's folder and the folders below it; yields between the directory
+    /// entries of a folder and at the end of each folder. Clearing lstdirs stops the search: the
     /// current folder is scanned to its end, but no other folder. If the window is unloaded during
     /// a yield, the search ends after that yield and does not change a window that is loaded later.
     void SearchFiles();

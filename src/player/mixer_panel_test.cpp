@@ -311,7 +311,7 @@ TEST_F(MixerPanelTest, AMissingMuteControlShowsNoMessage) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(MixerPanelTest, AMuteSwitchWhoseControlIsMissingWritesToThePreviousControlOfItsRecord) {
+TEST_F(MixerPanelTest, AMuteSwitchWithoutItsControlWritesToTheControlThatAnotherSwitchFound) {
     // The write does not depend on the result of the look-up, and the record still contains the
     // control of another switch, because the switches share the records.
     mixer.removeLine(mixer_line::compactDisc);

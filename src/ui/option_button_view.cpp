@@ -26,8 +26,8 @@ OptionButtonView::OptionButtonView(OptionButton& button, const QString& label, Q
               }
           }) {
     // The models make the buttons of a group exclude each other, so Qt's own exclusion must be off.
-    // The button is put into a button group of its own that is not exclusive; screen readers still
-    // treat the button as a radio button.
+    // With setAutoExclusive(false), screen readers would treat the button as a check box. So the
+    // button is put into a button group of its own that is not exclusive.
     auto* alone = new QButtonGroup(this);
     alone->setExclusive(false);
     alone->addButton(this);

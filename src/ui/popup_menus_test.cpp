@@ -45,7 +45,7 @@ TEST_F(PopupMenusTest, AMenuOpensAtThePositionOfThePressThatRequestsIt) {
     EXPECT_EQ(opened()->parentWidget(), &window);
 }
 
-TEST_F(PopupMenusTest, AnEntryTriggeredByKeyClicksItsMenuItem) {
+TEST_F(PopupMenusTest, TriggeringAnEntryByTheKeyboardCallsOnClickOfItsMenuItem) {
     int clicks = 0;
     close.onClick = [&] {
         ++clicks;

@@ -147,7 +147,7 @@ TEST(APausedDisc, ContinuesAtTheSameSampleAfterPlayOrResume) {
                 ElementsAre("play 0 19135", "pause", "resume", "pause", "resume"));
 }
 
-TEST(APausedDisc, CanContinueToANewEnd) {
+TEST(APausedDisc, IsPlayedToItsEndByAPlayCommandThatNamesNoEnd) {
     CdSession session(threeTracks());
     session.send("set cd time format ms");
     session.send("play cd from 1000 to 2000");
