@@ -254,13 +254,13 @@ TEST(EndDuringADecodingAction, AtEveryYieldEndsTheProgram) {
     }
 }
 
-TEST(EndDuringADecodingAction, EndsTheWaitForAMissingFileAlthoughTheCancelButtonDoesNot) {
+TEST(EndDuringADecodingAction, EndsTheWaitAfterAMissingFileAlthoughTheCancelButtonDoesNot) {
     DecodingBench bench;
     for (const std::string& path : bench.lines(bench.form.List2)) {
         bench.files.removeFile(path).passOver();
     }
-    // The button "Cancel" (Command2) does not end the wait for a missing file. Closing the window
-    // ends it.
+    // No decoding starts if the file is missing, but the driver waits for the end of one. The
+    // button "Cancel" (Command2) does not end this wait. Closing the window ends it.
     bench.loop.after(1h, [&] { bench.form.Command2.click(); });
     bench.loop.after(2h, [&] { bench.form.unload(); });
     const auto start = bench.loop.now();

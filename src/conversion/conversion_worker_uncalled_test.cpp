@@ -33,8 +33,8 @@ TEST_F(StartDecodingTest, DecodesIntoTheFolderOfTheMp3FileAndWaitsForTheEnd) {
     mp3.duration = 1200ms;
     const auto start = loop.now();
     worker().StartDecoding();
-    // StartDecoding() checks after each event whether the control is still busy. Here the end of
-    // the decoding is an event, so the wait ends exactly then.
+    // StartDecoding() checks after each event whether the MP3 control is still busy. Here the end
+    // of the decoding is an event, so the wait ends exactly then.
     EXPECT_EQ(loop.now() - start, 1200ms);
     EXPECT_EQ(form.caption(), "Decoding Song\\.mp3");
     EXPECT_EQ(mp3.log[0], setSource);
@@ -44,7 +44,7 @@ TEST_F(StartDecodingTest, DecodesIntoTheFolderOfTheMp3FileAndWaitsForTheEnd) {
     EXPECT_EQ(loop.wakeupCount(), 0U);
 }
 
-TEST_F(StartDecodingTest, StopsTheControlAndUnloadsTheWindowIfAStopIsRequested) {
+TEST_F(StartDecodingTest, StopsTheMp3ControlAndUnloadsTheWindowIfAStopIsRequested) {
     process.stopRequested = true;
     worker().StartDecoding();
     EXPECT_THAT(mp3.log, ElementsAre("Stop", "Stop"));

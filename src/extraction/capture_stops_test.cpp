@@ -286,7 +286,7 @@ TEST(EndOfAQueue, ClearsOnlyTheDisplaysIfNoTrackIsRunningAndNoStopIsRequested) {
     EXPECT_THAT(linesOf(bench.form.List1), IsEmpty());
 }
 
-TEST(EndOfAQueue, KeepsACurrentFileWhoseNameIsTooShortForAnExtension) {
+TEST(EndOfAQueue, LeavesCurrentFileUnchangedIfItsNameIsTooShortForAnExtension) {
     QueueBench bench(1 + 1);
     bench.state.stopRequested = true;
     bench.state.currentFile = "a";

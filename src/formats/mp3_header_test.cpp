@@ -146,8 +146,8 @@ TEST(Mp3Header, DecodesOrRejectsEachOfThe131072HeadersOfMpeg1Layer3) {
             ASSERT_EQ(info.MpegLayer, 3);
         }
     }
-    // 14 bit rates, 3 sampling rates, and the 11 other bits: 2 in the third byte, 8 in the fourth,
-    // and the protection bit.
+    // The number of valid bit rates (14) times that of valid sampling rates (3) times the values of
+    // the other bits: 2 bits of the third byte, 8 bits of the fourth, and the protection bit.
     EXPECT_EQ(stored, 14 * 3 * 4 * 256 * 2);
 }
 

@@ -29,7 +29,7 @@ struct ProcessState {
     /// "play" button plays the track of this number.
     std::int32_t currentTrack = 0;
     /// Shared loop counter, valid only inside the loop that set it; also stores the status of the
-    /// player's unchecked commands.
+    /// commands that the player sends with CommandCheck::unchecked.
     std::int32_t fileIndex = 0;
     /// Whether the player's window is loaded.
     bool PlayerOpen = false;

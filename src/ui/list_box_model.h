@@ -41,9 +41,9 @@ class ListBoxModel : public QAbstractListModel {
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
 
   private:
-    /// The range of the pending changes. The `rows` announced rows from row `first` on will be
-    /// replaced by the `lines` lines of the list from line `first` on. Each row before and after
-    /// the range shows one line.
+    /// The range of the pending changes. The announced rows from `first` on, whose number is
+    /// `rows`, will be replaced by the list's lines from `first` on, whose number is `lines`. Each
+    /// row before and after the range shows one line.
     struct Pending {
         int first = 0;
         int rows = 0;

@@ -23,8 +23,9 @@ class TreeDrag {
     /// Starts to drag DragNode if only the left button is down. Groups cannot be dragged.
     void TreeView1_MouseMove(MouseButtons down);
     /// The pointer drags DragNode over `target` (empty: no node). Moves DragNode from the
-    /// "available" to the "selected" side of its collection, or back, unless `target` equals
-    /// DragState::DropTarget or is a group or item that refuses DragNode's kind. Yields.
+    /// "available" to the "selected" side of its collection (the root of the tree above it), or
+    /// back, unless `target` equals DragState::DropTarget or is a group or item that refuses
+    /// DragNode's kind. Yields.
     void TreeView1_DragOver(const NodeRef& target);
     /// If a node is highlighted, makes DragNode its child, even if TreeMoves has moved DragNode
     /// elsewhere during the drag. Ends the drag.

@@ -77,7 +77,7 @@ TEST(BitReservoirTest,
     EXPECT_EQ(mpeg2[13], 0x55);
 }
 
-TEST(BitReservoirTest, SideInformationIsEmptyOnlyIfItsDecodingCannotFail) {
+TEST(BitReservoirTest, SideInformationCountsAsEmptyOnlyIfItsDecodingCannotFail) {
     const FrameHeader header = *parseHeader(frameReaching(0));
     // If a single bit of the length, the big values, the scale factors or the window kind is set,
     // the side information is not empty. In MPEG-1 stereo, these fields begin at bit 20, and are
@@ -90,7 +90,8 @@ TEST(BitReservoirTest, SideInformationIsEmptyOnlyIfItsDecodingCannotFail) {
     }
     Data frame = frameReaching(0);
     silence(header, frame, 0);
-    frame[4 + 41 / 8] |= 0x80 >> 41 % 8; // a bit of the gain: every gain can be decoded
+    frame[4 + 41 / 8] |=
+        0x80 >> 41 % 8; // a bit of the gain, which may be set: every gain can be decoded
     EXPECT_TRUE(isEmptySideInfo(header, frame));
 }
 

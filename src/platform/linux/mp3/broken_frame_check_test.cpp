@@ -61,7 +61,7 @@ TEST(BrokenFrameCheckTest, FindsFramesThatTheLibraryCannotDecode) {
     }
 }
 
-TEST(BrokenFrameCheckTest, ASoundingFrameIsAudibleAndEndsWithTheGivenReservoir) {
+TEST(BrokenFrameCheckTest, SoundingFrameReturnsAnAudibleFrameThatEndsWithTheGivenReservoir) {
     for (const Data& like : {Data{0xFF, 0xFA, 0x92, 0x64}, Data{0xFF, 0xFB, 0x14, 0xC4},
                              Data{0xFF, 0xF2, 0x14, 0x64}, Data{0xFF, 0xE3, 0x18, 0xC4}}) {
         const FrameHeader original = *parseHeader(like);
