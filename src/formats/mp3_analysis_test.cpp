@@ -172,7 +172,8 @@ TEST_F(Mp3AnalysisTest, AFileThatCannotBeOpenedOrReadFailsWithNothingStored) {
     }
 }
 
-TEST_F(Mp3AnalysisTest, KeepsThePreviousFilesHeaderBesideTheNewTagIfTheLengthCannotBeRead) {
+TEST_F(Mp3AnalysisTest,
+       KeepsThePreviousFilesHeaderBesideTheNewTagIfTheLengthQueryAfterTheTagFails) {
     fillRecord();
     disk.failWith(FakeFileSystem::Operation::fileLength, path, ErrorNumber::fileNotFound);
     const Status status = analyse(Mp3Bytes(4000).header(1, commonHeader).end(tagOf("new")));

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests the choice of another disc or drive while the player is on: the player closes the device
-// "cd", so that the main window can use it, and opens the device again later. disc_poll_test.cpp
-// tests a disc that is changed in the drive.
+// Tests the choice of another disc or drive while the player is on. The main window then reads the
+// new disc and opens the device "cd" itself, so the player closes the device before this and opens
+// it again afterwards. disc_poll_test.cpp tests a disc that is changed in the drive.
 #include "player/power_switch.h"
 
 #include "support/player_world.h"

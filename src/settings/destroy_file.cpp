@@ -24,8 +24,8 @@ void pause(EventLoop& loop) {
     loop.waitWhile([&] {
         double passed = loop.secondsSinceMidnight() - start;
         if (passed < 0) {
-            // Either midnight has passed, or the clock was set back. Adding a day gives the elapsed
-            // time in the first case, and a value that ends the pause in the second.
+            // Midnight has passed: adding a day gives the elapsed time. Or the clock was set back:
+            // adding a day then gives a value that is large enough to end the pause.
             passed += secondsOfADay;
         }
         return passed < pauseSeconds;

@@ -298,7 +298,7 @@ TEST_F(MainWindowViewTest, NoMenuOpensWhileADialogIsOpen) {
     EXPECT_EQ(runDialog(dialog), QDialog::Accepted);
 }
 
-/// Whether the window accepted each event of a drag.
+/// For each event of a drag, whether the window accepted it.
 struct Offered {
     bool onEnter;
     bool onMove;

@@ -170,7 +170,7 @@ TEST(TextBox, KeepsOnlyTheTextBeforeTheFirstNul) {
     EXPECT_EQ(box.text(), "");
 }
 
-TEST(TextBox, NotifiesOnlyWhenTheTextChanges) {
+TEST(TextBox, RunsItsHandlerOnlyWhenTheTextChanges) {
     Form form("Form1");
     TextBox box(form, "Text1", "abc");
     int changes = 0;

@@ -40,8 +40,8 @@ enum class Property : std::uint8_t {
 
 class Control : public FormPart {
   public:
-    /// Adds the control to `owner`. The form `owner` must not be used after the control is
-    /// destroyed.
+    /// Adds the control to `owner`, which never removes it: `owner` must not be used after the
+    /// control is destroyed.
     Control(Form& owner, std::string name);
 
     [[nodiscard]] const std::string& name() const { return name_; }

@@ -38,7 +38,7 @@ void handleEvents() {
 } // namespace
 
 Waiting::Outcome QtWaiting::wait(const Completion& completion, Duration bound) {
-    assert(!waiting_ && "no handler runs during a wait, so none can wait");
+    assert(!waiting_ && "no handler runs during a wait, so no second wait can begin");
     assert(QThread::currentThread() == QCoreApplication::instance()->thread());
     if (held_.endRequested()) {
         return waitInHaste(completion, bound);

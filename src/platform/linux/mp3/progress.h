@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tracks the progress of a job; thread-safe. The position is scaled to a constant length, so that
-// it cannot overflow, and a view always divides by the same number.
+// Tracks the progress of a job; thread-safe. The position runs from 0 to a constant for a job of
+// any size, so it always fits into 32 bits, and a view always divides by the same number.
 #pragma once
 
 #include <algorithm>
@@ -11,7 +11,7 @@ namespace sonarith::mp3 {
 
 class Progress {
   public:
-    /// The final value of `position`: fine enough for any display.
+    /// The value of position() when all work is done. A million steps are enough for any display.
     static constexpr std::int32_t length = 1'000'000;
 
     /// Call before the work begins. `bytes` may be 0.

@@ -18,9 +18,9 @@ namespace sonarith::mp3 {
 /// Segments are assigned in the order of the stream. If a frame of a segment is broken
 /// (broken_frame_check.h), that segment and all later ones cannot be decoded in parallel: one
 /// decoder must decode them in one pass to the end of the stream. The segment with the broken frame
-/// "needs one pass". When a segment fails or needs one pass, the segments before it are decoded to
-/// their end and the segments after it are dropped, so that the result contains the complete stream
-/// before the first such segment.
+/// "needs one pass". When a segment fails or needs one pass, the workers decode the segments before
+/// it to their end and abandon the segments after it. So the workers' result contains the complete
+/// stream before the first such segment.
 ///
 /// The members with a `worker` argument are called on the thread of that worker; the other members
 /// are called while no worker runs.

@@ -39,8 +39,9 @@ class MountInfo {
     /// which holdsUserFiles() is true, without mounts of a single file on a local disk. All other
     /// calls return nullopt and cost one system call.
     [[nodiscard]] std::optional<std::vector<MountPoint>> changed();
-    /// Like changed(), but returns all mounts and accesses none of them. On each MountInfo
-    /// object, only one of the two functions may be used.
+    /// Like changed(), but returns all mounts. Reads only the kernel's list; changed() also
+    /// accesses mount points, to detect mounts of a single file. On each MountInfo object, only one
+    /// of the two functions may be used.
     [[nodiscard]] std::optional<std::vector<MountPoint>> allChanged();
 
   private:

@@ -37,9 +37,9 @@ Error badName() {
 }
 
 /// The name of the entry of `folder` that matches `name` if case is ignored. If no entry matches,
-/// `name` is compared with the entries' names as older versions of the program stored them
-/// (formerLogicName()). If several entries match, returns the first in byte order; empty if none
-/// matches or if the folder cannot be listed.
+/// `name` may be in the notation that older versions of the program stored: it is compared with
+/// each entry's name in that notation (formerLogicName()). If several entries match, returns the
+/// first in byte order; empty if none matches or if the folder cannot be listed.
 std::optional<std::string> listedSpelling(const std::string& folder, const std::string& name) {
     const OpenedFolder listing(::opendir(folder.c_str()));
     if (!listing) {
@@ -121,8 +121,8 @@ Result<PathMap::Asked> PathMap::asked(std::string_view logicPath) {
 std::optional<std::string> PathMap::chosenFor(const Asked& path, std::size_t count) {
     const std::string machinePath = path.machinePath(count);
     const auto spelled = spellings_->chosen.find(machinePath);
-    // isWithin() excludes a spelling on another disk, whose mount point differs from that of `path`
-    // only in case.
+    // find() ignores case, so `spelled` may be on another disk if the mount points of the two disks
+    // differ only in case. isWithin() excludes this.
     const bool fits = spelled && isWithin(*spelled, path.mountPoint) &&
                       mayBeLoweredOf(*spelled, machinePath) && exists(*spelled);
     return fits ? std::optional(*spelled) : std::nullopt;
