@@ -1,43 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "worktree/tree_drag.h"
-
-#include "support/work_tree_world.h"
+#include "worktree/tree_drag_fixture.h"
 
 namespace sonarith {
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-/// Counts the requests to start a drag.
-struct DragLog : test::RevealLog {
-    int drags = 0;
-    void dragRequested() override { ++drags; }
-};
-
-struct TreeDragTest : test::WorkTreeWorld {
-    inline static const std::string t1 = "Track  1 - 00:03:05";
-    inline static const std::string t2 = "Track  2 - 00:04:00";
-    inline static const std::string wav = "c:\\music\\a.wav";
-    inline static const std::string mp3 = "c:\\music\\b.mp3";
-    inline static const std::string otherMp3 = "c:\\music\\c.mp3";
-
-    DragLog observer;
-
-    TreeDragTest() {
-        disc({t1, t2});
-        finder.files[destination]["wav"] = {wav};
-        finder.files[destination]["mp3"] = {otherMp3, mp3};
-        tree.showfiles();
-        view.setObserver(&observer);
-    }
-    ~TreeDragTest() override { view.setObserver(nullptr); }
-
-    NodeRef addTo(const std::string& group, const std::string& text) {
-        return addItem(view, node(group), "p added " + text, text).value();
-    }
-    void move(MouseButtons down) { run(view.onMouseMove, down, NodeRef()); }
-};
 
 // --- starting --------------------------------------------------------------------------------
 
@@ -316,85 +284,6 @@ TEST_F(TreeDragTest, ACollectionDroppedOnAnotherCollectionBecomesItsChild) {
     drop();
     EXPECT_THAT(childrenOf("WAV Files Folder"), ElementsAre("WAV Files", "CD Tracks"));
     EXPECT_EQ(view.roots().size(), 2U);
-}
-
-// --- what other handlers do inside the yields --------------------------------------------------
-
-/// An event during a move, and the expected contents of groups and lists after the drag.
-struct Interruption {
-    const char* what;
-    std::function<void(TreeDragTest&)> event;
-    /// The yield in which the event occurs. In yield 1, the entry has been removed from its
-    /// old list but not yet added to its new list. Yield 2 follows the change of the tree.
-    int yield;
-    std::vector<std::string> selectedGroup;
-    std::vector<std::string> otherGroup;
-    std::vector<std::string> selectedList;
-    std::vector<std::string> otherList;
-};
-
-TEST_F(TreeDragTest, EventsInsideAMoveLeaveTreeAndListsAsExpected) {
-    const auto clear = [](TreeDragTest& t) {
-        t.view.clear();
-    };
-    const auto refresh = [](TreeDragTest& t) {
-        t.tree.showfiles();
-    };
-    const auto endDrag = [](TreeDragTest& t) {
-        t.drop();
-    };
-    const auto pressElsewhere = [](TreeDragTest& t) {
-        t.press(t.node("CD Tracks"));
-    };
-    const auto moveAnother = [](TreeDragTest& t) {
-        t.doubleClick(otherMp3);
-    };
-    const auto dragBack = [](TreeDragTest& t) {
-        t.dragOver("MP3 Files");
-    };
-    const Interruption interruptions[] = {
-        {"clear", clear, 1, {}, {}, {mp3}, {otherMp3}},
-        {"clear", clear, 2, {}, {}, {mp3}, {otherMp3}},
-        {"refresh", refresh, 1, {mp3}, {otherMp3}, {mp3}, {mp3, otherMp3}},
-        {"refresh", refresh, 2, {mp3}, {otherMp3}, {}, {mp3, otherMp3}},
-        {"drop", endDrag, 1, {mp3}, {otherMp3}, {mp3}, {otherMp3}},
-        {"drop", endDrag, 2, {mp3}, {otherMp3}, {mp3}, {otherMp3}},
-        // In yield 1, the press changes DragNode. So the rest of the move adds the entry of mp3 to
-        // the selected list, but does not move the node of mp3.
-        {"press", pressElsewhere, 1, {}, {mp3, otherMp3}, {mp3}, {otherMp3}},
-        {"press", pressElsewhere, 2, {mp3}, {otherMp3}, {mp3}, {otherMp3}},
-        // The double click moves the entry and the node of otherMp3. The rest of the drag's move
-        // adds the entry of mp3 to the selected list, but moves the node of otherMp3 back. The node
-        // of mp3 does not move.
-        {"double click", moveAnother, 1, {}, {mp3, otherMp3}, {mp3, otherMp3}, {}},
-        // Here the entry of mp3 occurs twice after the double click.
-        {"double click", moveAnother, 2, {mp3, otherMp3}, {}, {mp3, otherMp3, mp3}, {}},
-        // In yield 1 the node has not moved yet: the event moves it to the selected group, and the
-        // rest of the move moves it back.
-        {"drag back", dragBack, 1, {}, {otherMp3, mp3}, {mp3}, {otherMp3}},
-        {"drag back", dragBack, 2, {}, {otherMp3, mp3}, {}, {mp3, otherMp3}},
-    };
-    for (const Interruption& interruption : interruptions) {
-        SCOPED_TRACE(interruption.what + std::string(" inside yield ") +
-                     std::to_string(interruption.yield));
-        view.clear();
-        drag = {};
-        disc({t1, t2});
-        tree.showfiles();
-        beginDrag(mp3);
-        bool happened = false;
-        loop.atYield(interruption.yield, [&] {
-            happened = true;
-            interruption.event(*this);
-        });
-        dragOver("Selected MP3 Files");
-        drop();
-        EXPECT_TRUE(happened);
-        EXPECT_EQ(childrenOf("Selected MP3 Files"), interruption.selectedGroup);
-        EXPECT_EQ(childrenOf("MP3 Files"), interruption.otherGroup);
-        EXPECT_EQ(lines(form.List4), interruption.selectedList);
-        EXPECT_EQ(lines(form.List2), interruption.otherList);
-    }
 }
 
 } // namespace
