@@ -25,7 +25,7 @@ class Completion {
   private:
     mutable std::mutex mutex_;
     mutable std::condition_variable changed_;
-    std::atomic<bool> complete_ = false;
+    std::atomic<bool> complete_ = false; ///< atomic: restFor() first reads it without the mutex
 };
 
 /// Used on the logic thread only. One wait at a time: an implementation runs no handler of the

@@ -53,27 +53,28 @@ TEST(PictureView, LooksDifferentWithAndWithoutASymbol) {
     EXPECT_NE(bare.grab().toImage(), shown.grab().toImage());
 }
 
-TEST(BarView, DrawsItsLineAlongTheRequestedEdge) {
-    Form form("Form1");
-    PictureBox model(form, "Picture1");
+class BarViewTest : public testing::Test {
+  protected:
+    BarViewTest() { bar.resize(20, 10); }
+    [[nodiscard]] QImage painted() { return bar.grab().toImage(); }
+
+    Form form{"Form1"};
+    PictureBox model{form, "Picture1"};
     QWidget parent;
-    BarView bar(model, "Status bar", Qt::TopEdge, &parent);
-    bar.resize(20, 10);
-    const QImage painted = bar.grab().toImage();
-    EXPECT_NE(painted.pixelColor(10, 0), painted.pixelColor(10, 5));
-    EXPECT_EQ(painted.pixelColor(10, 9), painted.pixelColor(10, 5));
+    BarView bar{model, "Status bar", Qt::TopEdge, &parent};
+};
+
+TEST_F(BarViewTest, DrawsItsLineAlongTheRequestedEdge) {
+    const QImage image = painted();
+    EXPECT_NE(image.pixelColor(10, 0), image.pixelColor(10, 5));
+    EXPECT_EQ(image.pixelColor(10, 9), image.pixelColor(10, 5));
     EXPECT_EQ(bar.accessibleName(), "Status bar");
 }
 
-TEST(BarView, DrawsItsLineInAFaintToneOfTheTextColour) {
-    Form form("Form1");
-    PictureBox model(form, "Picture1");
-    QWidget parent;
-    BarView bar(model, "Status bar", Qt::TopEdge, &parent);
-    bar.resize(20, 10);
+TEST_F(BarViewTest, DrawsItsLineInAFaintToneOfTheTextColour) {
     const auto tone = [&](const QColor& text, const QColor& window) {
         parent.setPalette(QPalette(text, window, window, window, window, text, window));
-        return bar.grab().toImage().pixelColor(10, 0);
+        return painted().pixelColor(10, 0);
     };
     // 18 % of the text colour: 46 of 255.
     EXPECT_EQ(tone(Qt::black, Qt::white), QColor(209, 209, 209));
