@@ -8,7 +8,6 @@
 #include <QApplication>
 
 #include "app/application.h"
-#include "platform/background_work.h"
 #include "platform/linux/late/device_libraries.h"
 #include "platform/linux/machine.h"
 #include "platform/linux/paths/single_instance.h"
@@ -157,9 +156,8 @@ int main(int argc, char** argv) {
     if (!instance.isFirst()) {
         return 0;
     }
-    const BackgroundWork fonts(readFontConfiguration);
+    const BackgroundWork earlySteps = startEarlySteps();
     QApplication qt(argc, argv);
-    const BackgroundWork bus(connectToSessionBus);
     QApplication::setApplicationName("sonarith");
     // Docks and the desktop's menu identify the windows by this name.
     QApplication::setDesktopFileName("org.sonarith.sonarith");

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <thread>
+#include <utility>
 
 namespace sonarith {
 
@@ -12,6 +13,26 @@ using Clock = std::chrono::steady_clock;
 
 /// restFor() sleeps only after this time.
 constexpr std::chrono::microseconds timeAwake{100};
+/// A yield that takes at least this long has let another process run for a time slice of the
+/// scheduler, which is about 3 ms: the processor is busy.
+constexpr std::chrono::milliseconds longYield{1};
+/// How long restFor() sleeps at once after a long yield. On a busy processor, a yield in each wait
+/// doubled the time of the program's start.
+constexpr std::chrono::milliseconds timeWithoutYields{500};
+
+/// Yields the processor until `complete` is true, for timeAwake at most.
+void stayAwake(const std::atomic<bool>& complete) {
+    thread_local Clock::time_point nextYield;
+    const Clock::time_point begin = Clock::now();
+    Clock::time_point now = begin;
+    while (!complete && now >= nextYield && now - begin < timeAwake) {
+        std::this_thread::yield();
+        const Clock::time_point before = std::exchange(now, Clock::now());
+        if (now - before >= longYield) {
+            nextYield = now + timeWithoutYields;
+        }
+    }
+}
 
 } // namespace
 
@@ -28,9 +49,8 @@ bool Completion::isComplete() const {
 
 bool Completion::restFor(std::chrono::milliseconds bound) const {
     const Clock::time_point begin = Clock::now();
-    const auto awake = std::min<Clock::duration>(timeAwake, bound);
-    while (!complete_ && Clock::now() - begin < awake) {
-        std::this_thread::yield();
+    if (bound > timeAwake) {
+        stayAwake(complete_);
     }
     std::unique_lock lock(mutex_);
     return changed_.wait_until(lock, begin + bound, [this] { return complete_.load(); });

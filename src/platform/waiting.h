@@ -19,7 +19,7 @@ class Completion {
     /// Blocks until complete() has been called, for `bound` at most. Returns whether complete() has
     /// been called. Handles no input or timers meanwhile. Does not sleep during the first 0.1 ms: a
     /// local disk usually answers within this time, and a sleeping thread wakes up only after about
-    /// 0.05 ms.
+    /// 0.05 ms. But on a busy processor it sleeps at once.
     [[nodiscard]] bool restFor(std::chrono::milliseconds bound) const;
 
   private:
