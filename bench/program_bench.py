@@ -23,7 +23,7 @@ import tempfile
 import time
 
 PAIRS = 41
-BUSY_PAIRS = 11
+BUSY_PAIRS = 21
 SCREEN_WIDTH, SCREEN_HEIGHT = 1024, 768
 STRIP_DISTANCE = 150
 REPORT_NON_EMPTY = 3  # XDamageReportNonEmpty (damagewire.h)

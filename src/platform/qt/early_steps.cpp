@@ -4,7 +4,7 @@
 #include <QDBusConnection>
 #include <QThread>
 #include <fontconfig/fontconfig.h>
-#include <unistd.h>
+#include <sys/resource.h>
 
 namespace sonarith {
 namespace {
@@ -37,7 +37,8 @@ BackgroundWork startEarlySteps() {
 void readFontConfiguration() {
     // On Linux each thread has its own nice value. If the call fails, the program merely starts
     // later.
-    static_cast<void>(::nice(niceIncrement));
+    const int now = ::getpriority(PRIO_PROCESS, 0);
+    static_cast<void>(::setpriority(PRIO_PROCESS, 0, now + niceIncrement));
     // A failure is ignored here: Qt reports it when it looks for fonts.
     static_cast<void>(FcInit());
 }
