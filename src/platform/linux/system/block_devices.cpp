@@ -47,13 +47,15 @@ bool BlockDevices::isRemovable(const std::string& name) const {
 }
 
 bool BlockDevices::isRemovable(const std::string& name, int depth) const {
-    std::error_code failed;
-    fs::path device = fs::canonical(sys_ + "/class/block/" + name, failed);
-    if (failed || depth > deepestStack) {
+    if (depth > deepestStack) {
         return false;
     }
+    std::error_code failed;
+    fs::path device = sys_ + "/class/block/" + name; // a link to the device's folder
     if (fs::exists(device / "partition", failed)) {
-        device = device.parent_path(); // only the whole disk has the file "removable"
+        // Only the whole disk has the file "removable". The kernel resolves ".." from the folder
+        // to which the link leads.
+        device /= "..";
     }
     if (holdsOne(device / "removable")) {
         return true;
