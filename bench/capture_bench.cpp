@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Measures captures: the memory for 74 minutes compared with one minute, the processor time (limit:
-// 3 % of one core), whether every sample is recorded while all cores are busy, and how long a disk
-// that hangs blocks other threads. No windows are used: the benchmark sends device commands to the
-// program's own drive, sound card and recorder.
+// 3 % of one core), whether every sample is recorded while all cores are busy, and how long other
+// threads wait while the disk hangs. No windows are used: the benchmark sends device commands to
+// the program's own drive, sound card and recorder.
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -100,7 +100,8 @@ class Bench {
     mci::Interpreter media_;
 };
 
-/// Limits that no command reaches on a working disk, so that the whole time of a save is measured.
+/// Time limits for the recorder's waits for the disk; on a working disk, no wait reaches them. With
+/// the default limits, a save that takes longer than 80 ms would fail and end the benchmark.
 constexpr sound::RecordingTiming patient{60s, 60s, 60s};
 
 /// Captures the first track by the commands that the program sends. `tick` lets 100 ms pass, the

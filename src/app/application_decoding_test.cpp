@@ -126,7 +126,7 @@ TEST(Decoding, DecodesOneFileThenAllFilesThenTheSelectedFiles) {
     EXPECT_TRUE(bench.decodingIdle());
 }
 
-TEST(Decoding, ReportsAnEmptyListOfSelectedFilesAndEnablesTheCommandsAgain) {
+TEST(Decoding, ReportsAnEmptyListOfSelectedFilesAndEnablesTheButtonsAndMenusAgain) {
     DecodingBench bench;
     bench.start("Selected MP3 Files");
     EXPECT_THAT(bench.boxes.texts(), ElementsAre("No files selected"));

@@ -78,7 +78,7 @@ TEST_F(DriverTest, DecodingAllFilesYieldsBeforeEachFileAndDecodingSelectedFilesD
     }
 }
 
-TEST_F(DriverTest, CommandsAreDisabledAndCancelIsVisibleDuringADecoding) {
+TEST_F(DriverTest, ButtonsAndMenusAreDisabledAndCancelIsVisibleDuringADecoding) {
     fill(form.List2, {"c:\\mp3\\b.mp3"});
     windows.frmsearch.load();
     bool seen = false;
@@ -94,8 +94,8 @@ TEST_F(DriverTest, CommandsAreDisabledAndCancelIsVisibleDuringADecoding) {
     decode("MP3 Files");
     EXPECT_TRUE(seen);
     EXPECT_FALSE(form.Command2.visible());
-    // The commands are enabled again by ActionStarter, which starts a decoding in the program but
-    // not in this test.
+    // The buttons and menus are enabled again by ActionStarter, which starts a decoding in the
+    // program but not in this test.
     EXPECT_FALSE(form.mnuFile.enabled());
 }
 

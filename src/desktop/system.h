@@ -53,8 +53,9 @@ class System {
     [[nodiscard]] std::string DriveType(const std::string& root) const;
     /// The number with points between groups of three digits, counted from the right.
     [[nodiscard]] static std::string PutPoints(std::int32_t number);
-    /// Free bytes of a drive ("c:" or longer): changes to that drive, reads its free bytes and
-    /// changes back to the previous folder. 0 if the drive cannot be entered or queried.
+    /// Free bytes of a drive. `drive` begins with the drive's letter and a colon; any text after
+    /// the colon is ignored. Changes to that drive, reads its free bytes and changes back to the
+    /// previous folder. 0 if the drive cannot be entered or queried.
     [[nodiscard]] std::int64_t FastDiskSpace(const std::string& drive) const;
     void FreeMemory(Memory& memory) const;
     [[nodiscard]] std::uint8_t FunctionKeys() const;

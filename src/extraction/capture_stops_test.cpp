@@ -242,7 +242,7 @@ TEST(LowDiskSpace, StopsTheCaptureButNotLaterQueues) {
     EXPECT_EQ(bench.disc.saved.size(), 4U);
 }
 
-TEST(DeviceFailure, EndsTheQueueAndLeavesTheCommandsOfTheWindowDisabled) {
+TEST(DeviceFailure, EndsTheQueueAndLeavesTheButtonsAndMenusOfTheWindowDisabled) {
     QueueBench bench(3);
     bench.form.Disablem();
     bench.form.tmrRecord.setEnabled(true);

@@ -22,7 +22,7 @@ using test::ShownBox;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(StartTrackRecording2, DisablesTheMainWindowsCommandsAndReturnsWhileTheCaptureRuns) {
+TEST(StartTrackRecording2, DisablesButtonsAndMenusOfTheMainWindowAndReturnsWhileTheCaptureRuns) {
     ExtractionBench bench({60000, 30000, 20000});
     bench.insertDisc();
     bench.state.stopRequested = true;

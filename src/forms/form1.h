@@ -33,8 +33,8 @@ class Form1 : public Form {
     /// Disablem() unloads `closedByActions`. All parameters must outlive this object.
     Form1(EventLoop& loop, const ProcessState& state, std::vector<Form*> closedByActions);
 
-    /// Disables the commands before an action, and unloads the windows that must not stay open
-    /// during the action.
+    /// Disables twelve buttons and menus before an action, and unloads the windows that must not
+    /// stay open during the action.
     void Disablem();
     void Enablem();
     /// Resets the caption of the window and the texts and progress of the activity and status bars

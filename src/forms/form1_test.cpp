@@ -158,7 +158,7 @@ TEST_F(Form1Test, HasItsMenuEntriesInTheDesignedOrder) {
     EXPECT_THAT(captions(form.mnuHelp), ElementsAre("Help File", "About"));
 }
 
-TEST_F(Form1Test, DisablemDisablesOnlyTheTwelveCommands) {
+TEST_F(Form1Test, DisablemDisablesOnlyTheTwelveButtonsAndMenus) {
     form.Enablem();
     form.Disablem();
     EXPECT_THAT(namesOfEnabled(), IsEmpty());
@@ -168,7 +168,7 @@ TEST_F(Form1Test, DisablemDisablesOnlyTheTwelveCommands) {
     EXPECT_TRUE(form.CmdSelectAction.enabled());
 }
 
-TEST_F(Form1Test, DisablemDisablesTheCommandsAndThenUnloadsThreeWindowsInAFixedOrder) {
+TEST_F(Form1Test, DisablemDisablesButtonsAndMenusAndThenUnloadsThreeWindowsInAFixedOrder) {
     std::vector<std::string> unloaded;
     for (Form* window :
          std::initializer_list<Form*>{&windows.frmsearch, &windows.Form4, &windows.frmPlayList,
@@ -190,7 +190,7 @@ TEST_F(Form1Test, DisablemLoadsNothing) {
     EXPECT_FALSE(windows.frmsearch.loaded());
 }
 
-TEST_F(Form1Test, EnablemEnablesAllTwelveCommandsIncludingThoseInitiallyDisabled) {
+TEST_F(Form1Test, EnablemEnablesAllTwelveButtonsAndMenusIncludingThoseInitiallyDisabled) {
     form.Enablem();
     EXPECT_EQ(namesOfEnabled().size(), commands.size());
     form.Enablem();

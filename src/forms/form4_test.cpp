@@ -127,8 +127,8 @@ TEST_F(Form4Test, HasAMenuAndAPopupMenuWhoseEntriesDifferOnlyInTheThirdCaption) 
                             "Show as Cube", "Close CD Player"));
     EXPECT_EQ(form.mnupopup.caption(), "PopupMenu");
     EXPECT_FALSE(form.mnupopup.visible());
-    // Deliberate: the third caption is not "Stop Playing CD", but the name() of the entry with this
-    // caption in mnuCD.
+    // Deliberate: the third caption is "mnuStopPlay", which is the name() of mnuCD's third entry,
+    // and not "Stop Playing CD", the caption of that entry.
     EXPECT_THAT(captionsOf(form.mnupopup),
                 ElementsAre("CD On", "Play CD", "mnuStopPlay", "CD Off", "Minimize CD Player",
                             "Show as Cube", "Close CD Player"));

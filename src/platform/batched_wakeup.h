@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Calls a handler once per interval, but in batches: waits for several intervals, then makes their
-// calls one after the other. The batches are small in sound and larger in silence. So a level meter
-// seldom wakes the processor while there is nothing to measure. The caller passes the function that
-// detects silence.
+// Calls a handler once per interval, but in batches: waits for several intervals, then makes the
+// calls of all these intervals, without a wait between them. The batches are small in sound and
+// larger in silence. So a level meter seldom wakes the processor while there is nothing to measure.
+// The caller passes the function that detects silence.
 #pragma once
 
 #include <functional>

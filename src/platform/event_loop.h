@@ -46,9 +46,10 @@ class EventLoop {
                                                         std::function<void()> handler) = 0;
 
     /// As every(), for a handler that shows the sound of the machine and has nothing new to show in
-    /// silence. Calls may be late, in silence later than in sound. Late calls are made one after
-    /// the other, so there are as many calls as with every(). The first call after the silence is
-    /// not late. This default implementation makes every call in time.
+    /// silence. Several calls may be held back and then made in one batch, without the interval
+    /// between them, so there are as many calls as with every(). The batches may be larger in
+    /// silence than in sound. When sound begins, the calls that are held back are made at once, and
+    /// not only at the end of their batch. This default implementation makes every call in time.
     [[nodiscard]] virtual std::unique_ptr<Wakeup> everyInSound(Duration interval,
                                                                std::function<void()> handler) {
         return every(interval, std::move(handler));

@@ -42,7 +42,8 @@ class FileSystem {
     virtual Status touchForWriting(const std::string& path) = 0;
     virtual Status removeFile(const std::string& path) = 0;
 
-    /// Sets the drive for relative names. `path` is "c:" or longer; only the letter is used.
+    /// Sets the drive for relative names. `path` begins with the drive's letter and a colon; any
+    /// text after the colon is ignored.
     virtual Status changeDrive(const std::string& path) = 0;
     /// Changes the current folder. `path` is absolute, or relative to the current folder.
     virtual Status changeFolder(const std::string& path) = 0;

@@ -32,8 +32,9 @@ class MixerPanel {
     void Command3_Click();
     /// Sets the volume of the disc's line to the maximum. The slider does not move.
     void Command4_Click();
-    /// Deliberate: writes the maximum to the record of a mixer control that is never looked up. No
-    /// mixer control has the identifier in this record, so no level changes.
+    /// Deliberate: sets the mixer control that the record `SpareCtrl` identifies to the maximum. No
+    /// control is ever looked up for this record, so its identifier stays 0. No mixer control has
+    /// this identifier, so no level changes.
     void Command5_Click();
 
     /// Unmutes the disc's line, as Option14 does. Nothing calls this function.

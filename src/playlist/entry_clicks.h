@@ -26,7 +26,8 @@ class EntryClicks {
 
   private:
     /// Whether a line of the main window's list of MP3 files matches `path`. Each line is used as a
-    /// pattern. At most as many lines are compared as the playlist has entries.
+    /// pattern. Deliberate: of that list, only the first n lines are compared, where n is the
+    /// number of entries of the playlist. A match further down is not found.
     [[nodiscard]] bool mainListContains(const std::string& path) const;
 
     FrmPlayList& form_;

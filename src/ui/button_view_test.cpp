@@ -80,7 +80,7 @@ TEST_F(ButtonViewTest, ADisabledButtonIgnoresClicks) {
     EXPECT_EQ(clicks, 0);
 }
 
-TEST_F(ButtonViewTest, ATextButtonShowsItsCaptionWithAMnemonicOutsideTheTakenLetters) {
+TEST_F(ButtonViewTest, ATextButtonShowsItsCaptionWithAMnemonicThatIsNotYetTaken) {
     const TextButtonView view(model, "fs", &parent);
     EXPECT_EQ(view.text(), "S&tart ");
     EXPECT_EQ(view.accessibleName(), "Start ");

@@ -11,8 +11,8 @@ namespace sonarith {
 namespace {
 
 /// A pale tone of the text colour, which is visible on light and on dark palettes. The tone is
-/// opaque: Qt would distribute the painting of a translucent line higher than about a hundred
-/// pixels to other threads, and the distribution takes longer than the painting itself.
+/// opaque: if a vertical line is translucent and longer than about a hundred pixels, Qt distributes
+/// its painting to other threads, and the distribution takes longer than the painting itself.
 QColor paleTone(const QPalette& palette) {
     const QColor text = palette.color(QPalette::WindowText);
     const QColor window = palette.color(QPalette::Window);

@@ -165,7 +165,7 @@ TEST_F(TreeWidgetTest, ASelectionByAScreenReaderIsReportedAsAClick) {
     QCoreApplication::processEvents();
     EXPECT_THAT(log, ElementsAre("down left two.wav", "up left two.wav"));
     EXPECT_FALSE(widget().selectionModel()->hasSelection())
-        << "the widget must show the TreeView's selection, which is empty";
+        << "the widget must show the selection of its control, which is empty";
 }
 
 } // namespace

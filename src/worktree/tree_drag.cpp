@@ -54,9 +54,10 @@ bool TreeDrag::levelsFit(const NodeRef& target) const {
 }
 
 void TreeDrag::TreeView1_DragOver(const NodeRef& target) {
-    // Ignores repeated events over one node, so that DragNode moves once. This works only over the
-    // new group of DragNode, because a move stores that group in DropTarget. After a move over any
-    // other node, the next event over that node moves DragNode back.
+    // Meant to ignore repeated events over one node, so that DragNode moves only once. But
+    // MoveDraggedNode() sets DropTarget to the group to which it moves DragNode. So after DragNode
+    // has moved, the next event over the same node is ignored only if this node is that group.
+    // Otherwise the next event moves DragNode back.
     if (target == drag_.DropTarget) {
         return;
     }
@@ -64,7 +65,8 @@ void TreeDrag::TreeView1_DragOver(const NodeRef& target) {
     TreeView& tree = form_.TreeView1;
     const std::string dragged = textOf(drag_.DragNode);
     if (!levelsFit(target)) {
-        // The move still takes place: a node of the wrong level refuses only the drop.
+        // Over a node of the wrong level, nothing is highlighted, so a drop there puts DragNode
+        // under no other node. MoveDraggedNode() below still moves DragNode.
         tree.setDropHighlight(nullptr).passOver();
     } else if (refuses(target->text(), dragged)) {
         return;
@@ -79,8 +81,9 @@ void TreeDrag::TreeView1_DragOver(const NodeRef& target) {
 
 void TreeDrag::TreeView1_DragDrop() {
     TreeView& tree = form_.TreeView1;
-    // The move of a track has cleared the highlight. A file is put under the highlighted group,
-    // even if the moves during the drag have put it elsewhere.
+    // Nothing is highlighted if the last event moved a track to its other group: TreeMoves clears
+    // the highlight after such a move. A file is put under the highlighted group, even if the moves
+    // during the drag have put it elsewhere.
     if (const NodeRef highlighted = tree.dropHighlight()) {
         tree.setParent(drag_.DragNode, highlighted).passOver();
         tree.setDropHighlight(nullptr).passOver();

@@ -217,7 +217,7 @@ TEST_F(TreeDragTest, ASecondDragEventOverTheSameItemMovesTheTrackBack) {
     EXPECT_THAT(childrenOf("Available Tracks"), ElementsAre(t2, t1));
 }
 
-TEST_F(TreeDragTest, TheListEntryOfAWavFileMovesAlthoughNoSiblingGroupTakesItsNode) {
+TEST_F(TreeDragTest, AWavsEntryMovesButItsNodeStaysBecauseTheNodesGroupHasNoSibling) {
     beginDrag(wav);
     dragOver("WAV Files");
     EXPECT_THAT(lines(form.List1), IsEmpty());

@@ -17,7 +17,7 @@ enum class Neighbour { before, after };
 
 struct FileMove {
     const char* group; ///< text of the node that moves, or of its parent
-    Neighbour target;  ///< which sibling of the node's parent takes the node
+    Neighbour target;  ///< the sibling of the node's parent to which the node moves
 };
 
 /// The first matching rule applies.

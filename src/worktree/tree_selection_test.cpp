@@ -96,7 +96,7 @@ TEST_F(TreeSelectionTest, ADisabledPopupDoesNotOpenButTheNodeIsSelected) {
     EXPECT_THAT(popups, ElementsAre("mnupopup"));
 }
 
-TEST_F(TreeSelectionTest, APressWithANonEmptyLabelEditGuardHighlightsDragNode) {
+TEST_F(TreeSelectionTest, APressHighlightsThePressedNodeEvenIfTheLabelEditGuardIsNotEmpty) {
     drag.LabelEditGuard = "x";
     press(node(t1));
     EXPECT_EQ(view.dropHighlight(), node(t1));

@@ -105,7 +105,7 @@ def devices(camera):
     wait_for("the Devices window", lambda: started.window_id("Devices"))
     camera.take("devices", started.window_id("Devices"))
     camera.desktop.press("Escape")
-    wait_for("the closed Devices window", lambda: started.window("Devices") is None)
+    wait_for("the closing of the Devices window", lambda: started.window("Devices") is None)
 
 
 def preferences(camera):
@@ -153,7 +153,7 @@ def help_window(camera):
     wait_for("the help window", lambda: started.window_id("Sonarith Help"))
     camera.take("help", started.window_id("Sonarith Help"), for_help_page=False)
     camera.desktop.press("Escape")
-    wait_for("the closed help window", lambda: started.window("Sonarith Help") is None)
+    wait_for("the closing of the help window", lambda: started.window("Sonarith Help") is None)
 
 
 def extracting(camera):

@@ -87,7 +87,7 @@ class Program:
         return accessible.get_state_set().contains(self._atspi.StateType.SHOWING)
 
     def top_windows(self):
-        """The accessible elements of all visible windows, including message boxes."""
+        """The visible windows, including message boxes, each as its accessible element."""
         def read():
             application = self._application()
             return [] if application is None else [
@@ -233,7 +233,7 @@ class Program:
         """Closes a window that is not the main window, as the window's close button does."""
         self.desktop.ask_to_close(wait_for(f"the window {title!r}",
                                            lambda: self.window_id(title)))
-        wait_for(f"the closed window {title!r}", lambda: self.window(title) is None)
+        wait_for(f"the closing of the window {title!r}", lambda: self.window(title) is None)
 
     def type_into(self, name, text):
         """Replaces the content of a text field."""
@@ -374,7 +374,7 @@ class Program:
                                 str(self.process.pid), "--name", "^CD Player$"], check=False,
                                env=self.desktop.environment, capture_output=True, text=True)
         self.desktop.ask_to_close(found.stdout.split()[0])
-        wait_for("the closed panel", lambda: self.window("CD Player") is None)
+        wait_for("the closing of the panel", lambda: self.window("CD Player") is None)
 
     def open_row(self, name):
         """Expands a row of the tree by a click on the arrow before the row."""

@@ -32,7 +32,7 @@ def a_chosen_image_is_read_and_the_choice_is_stored(desktop, program):
     desktop.press("Return")
     wait_for("the image in the list of drives", lambda: started.find("Disc image: other.cue"))
     started.click("Close", "push button")
-    wait_for("the closed Devices window", lambda: started.window("Devices") is None)
+    wait_for("the closing of the Devices window", lambda: started.window("Devices") is None)
     expected = ["Track  1 - 00:00:07", "Track  2 - 00:00:07"]
     if not started.group("Available Tracks"):
         started.open_row("Available Tracks")

@@ -254,7 +254,8 @@ def the_popup_menu_enables_only_commands_that_apply_to_its_row(desktop, program)
         seen = tuple(name for name in commands if started.is_enabled(name, "menu item"))
         check_equal(seen, enabled, f"enabled commands of {row}")
         desktop.press("Escape")
-        wait_for("the closed menu", lambda: not started.find("Remove from List", "menu item"))
+        wait_for("the closing of the menu",
+                 lambda: not started.find("Remove from List", "menu item"))
     close(started)
 
 
@@ -274,7 +275,7 @@ def files_are_added_by_the_file_dialog(desktop, program):
         if path:
             desktop.type(str(path))
         desktop.press(*keys)
-        wait_for("the closed file dialog", lambda: started.window(title) is None)
+        wait_for("the closing of the file dialog", lambda: started.window(title) is None)
 
     choose("Escape")
     choose("Return", path=elsewhere / "Short.mp3")

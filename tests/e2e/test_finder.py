@@ -166,7 +166,7 @@ def a_search_with_hidden_lists_is_stopped(desktop, program):
     started.click("Hide lists when searching", "check box")
     choose_machine(desktop, started)
     search = LongSearch(desktop, started, "so")
-    wait_for("the hidden lists", lambda: not any(map(started.shows, search.lists)))
+    wait_for("the hiding of the lists", lambda: not any(map(started.shows, search.lists)))
     check(not started.shows_enabled(search.wanted), "the file type can be edited during the search")
     seen = set()
 
@@ -216,12 +216,12 @@ def the_popup_selects_removes_and_deletes_found_files(desktop, program):
         choose(three, "Delete File")
         wait_for("the question", lambda: started.find(QUESTION, "label"))
         started.click(answer, "push button")
-        wait_for("the closed question", lambda: started.find(QUESTION, "label") is None)
+        wait_for("the closing of the question", lambda: started.find(QUESTION, "label") is None)
     wait_for("the shorter list", lambda: found(started) == [one])
     check_equal(sorted(path.name for path in (desktop.home / "found").iterdir()),
                 ["One.mp3", "Two.mp3"], "the files")
     choose(one, "Close Window")
-    wait_for("the closed finder", lambda: started.window(TITLE) is None)
+    wait_for("the closing of the finder", lambda: started.window(TITLE) is None)
     close(started)
 
 
@@ -231,7 +231,7 @@ def closing_ends_the_search(desktop, program):
     choose_machine(desktop, started)
     LongSearch(desktop, started, "so")
     desktop.press("Escape")
-    wait_for("the closed finder", lambda: started.window(TITLE) is None)
+    wait_for("the closing of the finder", lambda: started.window(TITLE) is None)
     # The reopened finder shows no files and no summary, and it can search a small folder.
     started.open_window(BUTTON, TITLE)
     check_equal((found(started), summary(started)), ([], None),
@@ -283,7 +283,7 @@ def after_the_search_of_a_large_tree_the_finder_can_be_used_and_closed(desktop, 
     # Starts another search and closes the finder at once.
     search.press_button()
     desktop.press("Escape")
-    wait_for("the closed finder", lambda: started.window(TITLE) is None)
+    wait_for("the closing of the finder", lambda: started.window(TITLE) is None)
     close(started)
 
 

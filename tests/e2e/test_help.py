@@ -41,7 +41,7 @@ def wait_for_page(started, name):
 
 def close_help(desktop, started):
     desktop.press("Escape")
-    wait_for("the closed help window", lambda: started.window(HELP) is None)
+    wait_for("the closing of the help window", lambda: started.window(HELP) is None)
 
 
 def f1_opens_the_page_of_each_window(desktop, program):

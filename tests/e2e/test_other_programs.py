@@ -75,7 +75,7 @@ def a_message_box_opens_above_its_window_while_another_program_is_active(desktop
     wait_for("the box in front", lambda: desktop.active_window() == box)
     check(started.running, "the click on the blocked main window ended the program")
     started.click("OK", "push button")
-    wait_for("the closed message box", lambda: started.find(EMPTY_DRIVE, "label") is None)
+    wait_for("the closing of the message box", lambda: started.find(EMPTY_DRIVE, "label") is None)
     close(started)
 
 

@@ -106,16 +106,16 @@ def the_menus_resize_and_close_the_panel(desktop, program):
     choose("Play CD")
     panel.wait_for_position("playing", lambda track, second: second >= 1)
     choose("CD Off")
-    wait_for("the switched-off player", lambda: panel.mode() == "OFF")
+    wait_for("the mode \"OFF\"", lambda: panel.mode() == "OFF")
     check(not panel.is_enabled("Play"), "the button Play is enabled while the player is off")
     choose("Close CD Player")
-    wait_for("the closed panel", lambda: started.window(TITLE) is None)
+    wait_for("the closing of the panel", lambda: started.window(TITLE) is None)
 
     started.choose_menu("Preferences", "CD Player", "Open")
     wait_for("the panel", lambda: started.window(TITLE))
     panel.switch_on()
     started.choose_menu("Preferences", "CD Player", "Close")
-    wait_for("the closed panel", lambda: started.window(TITLE) is None)
+    wait_for("the closing of the panel", lambda: started.window(TITLE) is None)
     started.choose_menu("Preferences", "CD Player", "Open")
     wait_for("the panel", lambda: started.window(TITLE))
     check_equal(panel.mode(), "OFF", "the mode of a panel that was opened again")
@@ -157,7 +157,7 @@ def the_panel_is_dragged_by_its_display(desktop, program):
         def moved():
             now = started.extents(name, role)
             return now and abs(now.x - before.x + 60) < 30 and abs(now.y - before.y - 45) < 30
-        wait_for(f"the panel dragged by {name!r}", moved)
+        wait_for(f"the move of the panel, dragged by {name!r}", moved)
         check_pointer_is_free(desktop, started, name, role)
     _, second = panel.position()
     panel.wait_for_position("a later second of the track", lambda _, shown: shown > second)
@@ -199,7 +199,7 @@ def the_panel_is_operated_by_keyboard(desktop, program):
     # The power switch is a group of two buttons: an arrow key selects the other button.
     started.tab_to("Open CD Player", "radio button")
     desktop.press("Down")
-    wait_for("the switched-off player", lambda: panel.mode() == "OFF")
+    wait_for("the mode \"OFF\"", lambda: panel.mode() == "OFF")
     close(started)
 
 
@@ -229,7 +229,7 @@ def an_ejected_disc_is_detected(desktop, program):
     check(not any(panel.is_enabled(name) for name in TRANSPORT),
           "a transport button is enabled without a disc")
     started.click("CD Player Off", "radio button")
-    wait_for("the switched-off player", lambda: panel.mode() == "OFF")
+    wait_for("the mode \"OFF\"", lambda: panel.mode() == "OFF")
     check_equal(panel.position(), None, "the position while the player is off")
     close(started)
 
@@ -245,7 +245,7 @@ def a_capture_switches_the_player_off_and_is_silent(desktop, program):
     start_row(started, f"Track  3 - 00:00:0{seconds}")
     wait_for("the capture", lambda: started.title == "Extracting Track 3")
     start = server.position()
-    wait_for("the switched-off player", lambda: panel.mode() == "OFF")
+    wait_for("the mode \"OFF\"", lambda: panel.mode() == "OFF")
     check(not panel.is_enabled("Play"), "the button Play is enabled during a capture")
     wait_for("the end of the capture", lambda: started.title == "Sonarith v2.0")
     found = wavs_by_track(destination)
@@ -277,7 +277,7 @@ def another_disc_replaces_the_playing_disc(desktop, program):
     check_equal((panel.mode(), panel.position()), ("Cd Ready", (1, 0)),
                 "the display of the new disc")
     started.click("Close", "push button")
-    wait_for("the closed Devices window", lambda: started.window("Devices") is None)
+    wait_for("the closing of the Devices window", lambda: started.window("Devices") is None)
     panel.press("Next Track")
     panel.wait_for_position("the second track of the new disc", lambda track, _: track == 2)
     close(started)

@@ -115,7 +115,7 @@ def the_editor_renames_and_deletes_files(desktop, program):
             "Are you sure you want to delete this file?", "label"))
         check(two.exists(), "the file was deleted before the user confirmed")
         started.click(answer, "push button")
-        wait_for("the closed question", lambda: started.find(
+        wait_for("the closing of the question", lambda: started.find(
             "Are you sure you want to delete this file?", "label") is None)
     wait_for("the message", lambda: started.find("OK", "push button"))
     check(not two.exists(), "the file still exists")

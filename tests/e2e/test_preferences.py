@@ -89,7 +89,7 @@ def check_boxes_are_stored_at_once(desktop, program, show_page, press):
     # Ticking this box hides only the window of the preferences. There is no tray
     # icon, since no panel runs that would show it.
     press(started, TRAY, "check box")
-    wait_for("the hidden window", lambda: started.window(TITLE) is None)
+    wait_for("the hiding of the window", lambda: started.window(TITLE) is None)
     wait_for_stored(desktop, "desktop icon", "1")
     check(started.shows_enabled(started.find(TITLE, "push button")), "the main window is hidden")
     started.open_window(TITLE, TITLE)
@@ -210,7 +210,8 @@ def a_new_destination_is_created(desktop, program):
     started.type_into("Name of the new directory", "New Ones")
     started.click("Create", "push button")
     wait_for("the new folder", lambda: (desktop.home / "Records" / "New Ones").is_dir())
-    wait_for("the hidden button Create", lambda: started.find("Create", "push button") is None)
+    wait_for("the hiding of the button Create",
+             lambda: started.find("Create", "push button") is None)
     stored = wait_for("the stored path", lambda: desktop.stored("Settings").get("DecodePath"))
     wait_for_stored(desktop, "DecodePath", stored)
     check_equal(stored.lower(), "h:\\\\records\\\\new ones", "the stored path")
@@ -257,7 +258,8 @@ def a_new_destination_is_created_by_keys(desktop, program):
     desktop.type('It is "new"')
     press_by_keys(desktop, started, "Create", "push button")
     wait_for("the new folder", lambda: os.path.isdir(odd + b'/It is "new"'))
-    wait_for("the hidden button Create", lambda: started.find("Create", "push button") is None)
+    wait_for("the hiding of the button Create",
+             lambda: started.find("Create", "push button") is None)
     close(started)
     os.rmdir(odd + b'/It is "new"')
     again = restart(desktop, program)

@@ -47,7 +47,7 @@ def every_window_opens_and_names_the_desktop_file(desktop, program):
         started.activate(title)
 
     def wait_until_closed(title):
-        wait_for(f"the closed window {title!r}", lambda: started.node(title) is None)
+        wait_for(f"the closing of the window {title!r}", lambda: started.node(title) is None)
         started.activate(MAIN)
 
     check_window(MAIN)
@@ -75,7 +75,7 @@ def every_window_opens_and_names_the_desktop_file(desktop, program):
     desktop.press("alt+h", "Up", "Return")
     wait_for("the about box", lambda: started.find("OK", "push button"))
     desktop.press("Escape")
-    wait_for("the closed about box", lambda: started.find("OK", "push button") is None)
+    wait_for("the closing of the about box", lambda: started.find("OK", "push button") is None)
     close(started)
 
 
@@ -94,7 +94,8 @@ def the_panel_is_dragged(desktop, program):
 def a_row_is_dragged_to_another_group(desktop, program):
     started, _, _ = start(desktop, program)
     started.drag_row(FIRST, "Selected Tracks")
-    wait_for("the dragged track", lambda: FIRST in started.group("Selected Tracks"))
+    wait_for("the dragged track among the selected",
+             lambda: FIRST in started.group("Selected Tracks"))
     close(started)
 
 
@@ -106,7 +107,7 @@ def minimizing_hides_the_window_in_the_tray(desktop, program):
         # "Minimize" is directly above the last entry, "Exit".
         desktop.press("Up", "Up", "Return")
         host.wait_for_icon()
-        wait_for("the hidden window", lambda: started.node(MAIN) is None)
+        wait_for("the hiding of the window", lambda: started.node(MAIN) is None)
         host.choose("Restore Control panel")
         started.wait_for_node(MAIN)
         host.wait_for_no_icon()

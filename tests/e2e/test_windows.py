@@ -42,7 +42,7 @@ def wait_until_side_by_side(desktop, started, main, when):
 
 def close_and_open_panel(started):
     started.choose_menu("Preferences", "CD Player", "Close")
-    wait_for("the closed panel", lambda: started.window(TITLE) is None)
+    wait_for("the closing of the panel", lambda: started.window(TITLE) is None)
     started.choose_menu("Preferences", "CD Player", "Open")
     wait_for("the panel", lambda: started.window(TITLE))
 
@@ -62,7 +62,7 @@ def the_panel_is_placed_beside_the_main_window(desktop, program):
 
     desktop.xdotool("windowsize", "--sync", main, 420, 560)
     desktop.place(main, 40, 200)
-    moved = wait_for("the moved main window", lambda: (now := desktop.frame_of(main)) and
+    moved = wait_for("the move of the main window", lambda: (now := desktop.frame_of(main)) and
                      now.height > 560 and now.left != at.left and now)
     check_equal(desktop.frame_of(started.window_id(TITLE)), panel,
                 "the panel after the main window was moved")
@@ -92,7 +92,7 @@ def windows_stay_where_the_user_put_them(desktop, program):
     for window, place in ((main, (30, 420)), (panel, (700, 60))):
         before = desktop.frame_of(window)
         desktop.place(window, *place)
-        wait_for("the moved window", lambda: desktop.frame_of(window) != before)
+        wait_for("the move of the window", lambda: desktop.frame_of(window) != before)
     placed = {MAIN: desktop.frame_of(main), PANEL: desktop.frame_of(panel)}
     # As a cube, the panel has another height, but the program does not move it.
     started.choose_menu("CD Menu", "Show as Cube")
@@ -100,7 +100,8 @@ def windows_stay_where_the_user_put_them(desktop, program):
     check_equal(desktop.frame_of(panel)[:3], placed[PANEL][:3], "left, top and width of the cube")
     # A toggled bar changes the layout and not the window.
     started.choose_menu("Preferences", "Toolbars", "ToolBar")
-    wait_for("the hidden tool bar", lambda: started.find("Preferences", "push button") is None)
+    wait_for("the hiding of the tool bar",
+             lambda: started.find("Preferences", "push button") is None)
     check_equal(desktop.frame_of(main), placed[MAIN], "the main window without the tool bar")
     close(started)
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Analyses arbitrary bytes as an MP3 file. Before each analysis, the object for its result contains
-// the values of another file: the analysis must either keep all header values of the other file or
-// replace all of them.
+// header values, as after the analysis of another file. The analysis must either keep all of these
+// values or replace all of them.
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -17,7 +17,8 @@ using fuzz::require;
 
 constexpr const char* path = "c:\\a.mp3";
 
-/// The values of the other file. No real header has them.
+/// The values before the analysis. No header yields these values, so that a kept field differs from
+/// a replaced one.
 Mp3Info fileBefore() {
     Mp3Info info;
     info.Bitrate = -1;

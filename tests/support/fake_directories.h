@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Folders in memory for walks. A listing starts with "." and ".." (see withoutDots()); the other
-// entries follow in the order in which they were added. Paths are found regardless of case.
+// A fake of Directories: folders in memory, which DirectoryWalk objects list. A listing starts with
+// "." and ".." (see withoutDots()); the other entries follow in the order in which they were added.
+// Paths are found regardless of case.
 //
 //     FakeDirectories disk;
 //     disk.addFile("c:\\music\\A.WAV");                     // also adds the folders above it
 //     disk.addFolder("c:\\music\\x");
 //     disk.makeUnreadable("c:\\music\\x");
-//     disk.withoutDots("c:\\");                             // the listing of C: omits "." and ".."
+//     disk.withoutDots("c:\\");                             // "c:\\" lists neither "." nor ".."
 //     EXPECT_EQ(disk.listed, ...);                          // the patterns of FindFirst, in order
 #pragma once
 

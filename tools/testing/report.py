@@ -34,8 +34,9 @@ class Report:
     failed: dict = dataclasses.field(default_factory=dict)  # test name: lines of its output
     programs: int = 0  # number of unit-test programs that ran and passed
     tests_of_programs: int = 0  # number of tests in these programs
-    # The number of tests that passed, and the names of those that failed, if each test inside a
-    # unit-test program is counted separately. A cached program counts as one test.
+    # The same results, but each test inside a unit-test program counts as one test: the number of
+    # tests that passed, and the names of the tests that failed. A cached program counts as one
+    # test.
     single_passed: int = 0
     single_failed: list = dataclasses.field(default_factory=list)
     sources: tuple = ()  # for lint: the number of all sources, and of the cached sources

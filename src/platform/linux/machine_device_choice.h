@@ -17,8 +17,9 @@ namespace sonarith {
 class MachineDeviceChoice final : public DeviceChoice {
   public:
     /// Applies the stored choice to the card. Reports lost sound devices to `notices`. All
-    /// arguments must outlive this object. `slot` must have been created with a function
-    /// `configured` that returns drive() of this object.
+    /// arguments must outlive this object. `slot` calls its function `configured` to read the
+    /// chosen drive, so this function must return drive() of this object. Since `slot` is created
+    /// first, it must not call `configured` until this object exists.
     MachineDeviceChoice(SettingsStore& store, disc::DriveSlot& slot, sound::SoundCard& card,
                         Notices& notices);
     ~MachineDeviceChoice() override;

@@ -25,8 +25,9 @@ class DiskGuard {
     /// Label3 and its free MB (1,000,000 bytes) to Label4. The two labels do not change if the
     /// destination is not on a fixed drive. Loads this window if it is not loaded; the load yields.
     void RefreshDriveSpace();
-    /// Calls RefreshDriveSpace(), then compares the free space with both limits, and warns or
-    /// stops. Also yields after a stop.
+    /// Calls RefreshDriveSpace(), then compares the free space with each limit that is switched
+    /// on. Below the warning limit, shows the warning. Below the stop limit, shows the warning,
+    /// stops the action, and then yields (in addition to a yield of RefreshDriveSpace()).
     void tmrWarning_Timer();
 
   private:

@@ -51,7 +51,8 @@ TEST_F(DiskGuardTest, ListsNoDriveThatIsNotFixed) {
         freeOn("C:\\", 7'000'000, kind);
         preferences.guard.RefreshDriveSpace();
         EXPECT_EQ(form.Text6.text(), "") << "drive kind " << static_cast<int>(kind);
-        EXPECT_EQ(form.Label4.caption(), "200000"); // as the load of the preferences has set it
+        // Unchanged since start() loaded the form, when C: was a fixed drive.
+        EXPECT_EQ(form.Label4.caption(), "200000");
     }
 }
 
@@ -132,7 +133,7 @@ TEST_F(DiskGuardTest, MeasuresTwentyFiveDrivesWithoutWritingToTheStore) {
     }
     store.writes.clear();
     tick();
-    EXPECT_EQ(system.spaceAsked.size(), 26U); // 25, and one by the load of the preferences
+    EXPECT_EQ(system.spaceAsked.size(), 26U); // 25 by tick(), 1 when start() loaded the form
     EXPECT_THAT(store.writes, IsEmpty());
 }
 
@@ -165,7 +166,7 @@ TEST_F(DiskGuardTest, WarnsButDoesNotStopIfTheFreeSpaceEqualsTheStopLimit) {
     EXPECT_TRUE(Form1.Label5.visible());
     EXPECT_FALSE(process.stopRequested);
     EXPECT_FALSE(Form1.Timer1.enabled());
-    EXPECT_EQ(loop.yieldCount(), 1); // the yield of the load of the preferences
+    EXPECT_EQ(loop.yieldCount(), 1); // when start() loaded the form; none by tick()
 }
 
 TEST_F(DiskGuardTest, DoesNotWarnIfTheFreeSpaceEqualsTheWarningLimit) {

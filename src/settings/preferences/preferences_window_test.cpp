@@ -265,7 +265,7 @@ TEST_F(PreferencesControls, ReadALimitThatIsNoNumberAsZeroAtTheNextStart) {
     EXPECT_EQ(next.held("HDWarningNo"), "letters");
 }
 
-TEST_F(PreferencesControls, SaveTheSwitchesThenTheLimitsOfTheDiskGuardWhenTheSetButtonIsClicked) {
+TEST_F(PreferencesControls, SaveTheDiskGuardsSwitchesThenItsLimitsWhenTheSetButtonIsClicked) {
     startWithAllOff();
     form.Text7.setText("300");
     form.Text8.setText("200");

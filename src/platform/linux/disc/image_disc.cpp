@@ -85,7 +85,8 @@ openFiles(const fs::path& folder, std::string_view sheet, const ImageLayout& lay
         };
         const auto path = findImageFile(folder, entry.name);
         if (!path) {
-            return cannot({ErrorNumber::fileNotFound, "the file was not found beside the image"});
+            return cannot(
+                {ErrorNumber::fileNotFound, "the file was not found in the sheet's folder"});
         }
         auto file = openImageFile(*path, entry.format);
         if (!file.ok()) {

@@ -185,8 +185,9 @@ TEST(ImageDisc, ABinFileShorterThanStatedPlaysItsContentAndReportsTheMissingRest
 
 TEST(ImageDisc, ReportsWhichFileCannotBeReadAndWhichLineOfTheSheetNamesTheFile) {
     const ImageFolder folder;
-    EXPECT_EQ(refused(folder.write("a.cue", "REM\n" + twoTracks("b.bin BINARY"))),
-              "a.cue, line 2: \"b.bin\" cannot be read: the file was not found beside the image");
+    EXPECT_EQ(
+        refused(folder.write("a.cue", "REM\n" + twoTracks("b.bin BINARY"))),
+        "a.cue, line 2: \"b.bin\" cannot be read: the file was not found in the sheet's folder");
     std::filesystem::create_directory(folder.path("b.bin"));
     EXPECT_EQ(refused(folder.path("a.cue")),
               "a.cue, line 2: \"b.bin\" cannot be read: it is not a regular file");

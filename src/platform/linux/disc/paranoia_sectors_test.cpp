@@ -18,7 +18,9 @@ using namespace std::chrono_literals;
 using sound::StereoFrame;
 
 constexpr std::int64_t imageSectors = 400;
-constexpr std::int64_t endOfSound = 300; // sectors; before the disc's end, as if a gap followed
+/// In sectors; less than imageSectors, as on a disc that has a gap between the end of its sound and
+/// its own end.
+constexpr std::int64_t endOfSound = 300;
 
 class ParanoiaSectorsTest : public testing::Test {
   protected:
@@ -184,8 +186,9 @@ TEST_F(ParanoiaSectorsTest, EndsRepairsAtTheTimeLimit) {
     for (std::int64_t i = 60; i < 80; ++i) {
         EXPECT_EQ(reader->next({Effort::repair, 0s}, out, {}), SectorOutcome::silent) << i;
     }
-    // For each delivered sector, at most four commands are issued: one that reads 25 sectors,
-    // one that reads 8 sectors, one that reads the sector alone, and the last attempt.
+    // At most four commands are issued for each delivered sector: up to three (for 25 sectors, for
+    // 8 sectors, for the sector alone) until the time limit ends the repair, and then one more for
+    // the sector alone, which is issued although the time limit has passed (see attemptOnce()).
     EXPECT_LE(commands_, 4 * 20);
     // The library's cache must not contain the silence that replaced the sectors.
     failuresPerSector_ = 0;

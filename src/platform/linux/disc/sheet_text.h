@@ -42,8 +42,8 @@ inline constexpr std::int64_t maxDiscFrames = maxDiscSectors * framesPerSector;
 [[nodiscard]] std::string msfText(std::int64_t sectors);
 
 /// The lines of a sheet without their ends (LF, CR LF or CR) and without a byte-order mark. Fails
-/// if the text or a line is too long, or if a line contains a NUL; the message names `sheet` and,
-/// for a faulty line, its number.
+/// if the text or a line is too long, or if a line contains a NUL. The error message contains
+/// `sheet`, which is the sheet's name, and for a faulty line also the line's number.
 [[nodiscard]] Result<std::vector<std::string_view>> linesOf(std::string_view sheet,
                                                             std::string_view text);
 

@@ -19,8 +19,8 @@ struct TocToken {
 };
 
 /// The tokens of `text` (which must outlive them), terminated by a token of kind `end`. Comments
-/// begin with two slashes and end at the end of their line. Errors, whose messages name the file
-/// `sheet`: those of linesOf() (sheet_text.h); an unterminated string.
+/// begin with two slashes and end at the end of their line. `sheet` is the name of the TOC in error
+/// messages. Errors: those of linesOf() (sheet_text.h); an unterminated string.
 [[nodiscard]] Result<std::vector<TocToken>> tocTokens(std::string_view sheet,
                                                       std::string_view text);
 

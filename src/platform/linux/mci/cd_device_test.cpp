@@ -69,7 +69,7 @@ TEST(StatusQueriesOfTheCdPlayer, ReturnTimesInTheFormatThatACommandHasSet) {
     EXPECT_EQ(session.send("status cd position"), said("02:00:00:00"));
 }
 
-TEST(ThePosition, IsNotTheEndBeforeTheEndIsReached) {
+TEST(ThePosition, IsRoundedDownToASectorSoThatTheEndIsNotReportedTooEarly) {
     CdSession session(threeTracks());
     session.send("set cd time format milliseconds");
     EXPECT_EQ(session.send("status cd position"), said("0"));

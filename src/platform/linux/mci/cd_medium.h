@@ -66,8 +66,8 @@ class CdMedium {
     /// Notifies the user if the playing disc could not be read for `longestRead`, if it can be read
     /// again after that, and if the disc is an image and has vanished.
     void watch();
-    /// Returns, for each damaged track, the sound that was lost since playing began or since the
-    /// previous call, whichever is later.
+    /// Returns, for each damaged track, how many sectors were delivered as silence and how many as
+    /// a guess, since playing began or since the previous call, whichever is later.
     [[nodiscard]] std::vector<TrackLoss> takeLosses();
 
   private:

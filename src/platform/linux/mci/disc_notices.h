@@ -13,7 +13,7 @@
 
 namespace sonarith::mci {
 
-/// The sound of one track that could not be read correctly while it was played.
+/// How many sectors of one track could not be read correctly while the track was played.
 struct TrackLoss {
     int track = 0;
     disc::Damage damage; ///< never empty

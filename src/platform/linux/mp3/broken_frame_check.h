@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Distinguishes broken frames, which the decoder library gives up (stops decoding half-way), from
-// silent frames. A broken frame changes the library's window state for the rest of the stream. So
-// the later segments, if decoded separately, would differ in the last bit from the result of one
-// pass over the whole stream. This class only checks frames; the caller chooses how to continue.
+// silent frames. For the rest of the stream after a broken frame, the library's synthesis window is
+// at another position than if that frame were intact, and the rounding of the samples depends on
+// the window's position (see preroll_history.cpp). So the later segments, if decoded separately,
+// would differ in the last bit from the result of one pass over the whole stream. This class only
+// checks frames; the caller chooses how to continue.
 #pragma once
 
 #include <cstdint>

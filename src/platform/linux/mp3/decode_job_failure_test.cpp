@@ -84,7 +84,8 @@ TEST_F(DecodeJobTest, KeepsThePartBeforeAnUnreadableOffset) {
         const fixture::Samples part = fixture::readWav(target).samples;
         EXPECT_EQ(part.size(), static_cast<std::size_t>(result.samples) * 2);
         EXPECT_EQ(part.size(), (100'000 / 1045 - 1) * 2304U - 1105 * 2)
-            << "the WAV must contain exactly the samples of the whole frames";
+            << "the WAV must contain exactly the samples of the frames that end before the "
+               "file's new end";
         EXPECT_TRUE(std::equal(part.begin(), part.end(), whole.samples.begin()));
     }
 }

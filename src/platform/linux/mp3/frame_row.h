@@ -19,8 +19,8 @@ namespace sonarith::mp3 {
 /// wrong; 0 if there is no tag.
 [[nodiscard]] std::int64_t claimedTagBytes(Bytes bytes);
 
-/// The next offset from `offset` on at which a header may begin; the size of `bytes` if there is
-/// none.
+/// The first offset, not less than `offset`, at which parseHeader() accepts the bytes; the size of
+/// `bytes` if there is none.
 [[nodiscard]] std::size_t findHeader(Bytes bytes, std::size_t offset);
 
 /// Whether no frame is expected at `offset` of `bytes`: the source ends there, or a tag begins.

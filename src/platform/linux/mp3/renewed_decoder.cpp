@@ -31,7 +31,9 @@ std::span<const std::int16_t> RenewedDecoder::decode(const NumberedFrame& frame,
 
 void RenewedDecoder::prepareNext(const NumberedFrame& frame, Bytes bytes) {
     if (frame.number % period_ == period_ - lead) {
-        // Without memory for another decoder, the current decoder continues, and may be slow.
+        // If there is no memory for another decoder, the current decoder continues. It may become
+        // slow: the more frames it has decoded, the more time it needs for each frame that the
+        // library gives up.
         if (Result<FrameDecoder<std::int16_t>> made = FrameDecoder<std::int16_t>::create();
             made.ok()) {
             next_.emplace(std::move(made.value()));

@@ -18,8 +18,8 @@ namespace sonarith::mp3 {
 /// The right to write to one place, from `take` until the destructor. Thread-safe.
 class TargetTurn {
   public:
-    /// Waits until no other object has the turn for `place`. Returns nothing if `stop` is true; for
-    /// a `stop` that is set during the wait, wakeWaiting() must be called.
+    /// Waits until no other object has the turn for `place`. Returns nothing if `stop` is true. A
+    /// thread that sets `stop` during the wait must call wakeWaiting() afterwards.
     [[nodiscard]] static std::optional<TargetTurn> take(const files::SavePlace& place,
                                                         const std::atomic<bool>& stop);
     /// Makes every waiting `take` check its `stop` again.

@@ -64,7 +64,8 @@ std::optional<MountPoint> parseLine(std::string_view line) {
                       std::string(fields[device]), hasSource ? unescaped(dash[2]) : std::string()};
 }
 
-/// Whether a program or a remote server may serve the files.
+/// Whether the file system may be on a remote server: it is a network file system, or a user-space
+/// program (FUSE) implements it. An access may then hang.
 bool mayBeRemote(const MountPoint& mount) {
     static constexpr std::array remoteTypes = {"9p",    "afs", "ceph", "cifs", "lustre",
                                                "ncpfs", "nfs", "nfs4", "smb3", "smbfs"};
@@ -141,7 +142,7 @@ std::optional<std::vector<MountPoint>> MountInfo::allChanged() {
     std::array<char, 4096> block{};
     off_t position = 0;
     // The list usually has at most a few hundred lines of a few hundred bytes each. The limit ends
-    // the loop if the list grows while it is read.
+    // the loop even if the list grows as fast as it is read.
     constexpr off_t longestList = 16 * 1024 * 1024;
     while (descriptor_ >= 0 && position < longestList) {
         const ssize_t count = ::pread(descriptor_, block.data(), block.size(), position);
@@ -160,8 +161,9 @@ std::optional<std::vector<MountPoint>> MountInfo::changed() {
         return std::nullopt;
     }
     std::erase_if(*mounts, [](const MountPoint& mount) {
-        // A partial mount is omitted if it is not a folder. A partial mount that may be remote is
-        // kept without this check, because the check would hang if its server did not respond.
+        // A mount of a single file is omitted. So a partial mount (see MountPoint::partial) is kept
+        // only if it is a folder. A partial mount that may be remote is kept without this check,
+        // because the check would hang if the mount's server did not respond.
         std::error_code unknown;
         return !holdsUserFiles(mount) || (mount.partial && !mayBeRemote(mount) &&
                                           !std::filesystem::is_directory(mount.path, unknown));

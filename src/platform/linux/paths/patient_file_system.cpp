@@ -105,8 +105,9 @@ Status PatientFileSystem::changeDrive(const std::string& path) {
     std::vector<std::string> asked{path.substr(0, 2) + "\\"};
     for (const auto& [letter, folder] : currentFolders_) {
         if (lowerCase(path.substr(0, 1)) == lowerCase(std::string(1, letter))) {
-            // The call may also enter this folder, which can be on another mount than the drive's
-            // root.
+            // The function that is passed to ask() below may also enter this folder, which was last
+            // current on the drive. The folder can be on another mount than the drive's root, so
+            // ask() needs its path, too.
             asked.push_back(folder);
         }
     }

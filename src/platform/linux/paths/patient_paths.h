@@ -40,9 +40,11 @@ class PatientPaths {
     /// and closing a window ends the wait.
     static constexpr Waiting::Duration usualBound{12000};
     /// The bound for the search that follows a timeout and finds the mount that does not respond.
-    /// This bound can be short: the search notes which mount it is about to access, and hangs at
-    /// once at the mount that does not respond, unless that mount has recovered. If the bound of
-    /// the timed-out call is shorter, that bound is used instead.
+    /// Before each step the search stores the mount that the step accesses. The step that hangs is
+    /// the one to the mount that does not respond, so the stored mount is the result. The steps
+    /// before it take little time, so this bound can be short. If all mounts respond again, the
+    /// search ends and finds no mount. If the bound of the timed-out call is shorter, that bound is
+    /// used instead.
     static constexpr Waiting::Duration searchBound{1000};
     /// While at least this many calls are left behind, no further call is made. A timeout can
     /// leave two calls behind: the timed-out call and its search. So up to 17 calls can be left

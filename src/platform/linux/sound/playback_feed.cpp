@@ -46,8 +46,9 @@ std::size_t PlaybackFeed::take(std::span<StereoFrame> out, std::chrono::millisec
     const auto isFull = [&] {
         return leaving_ || queue_.size() >= out.size();
     };
-    // The first wait already requires enough frames to fill `out`, and not a single frame. So while
-    // frames arrive continuously, the thread wakes once for each full `out` and not twice.
+    // The first wait is already a wait for enough frames to fill `out`; the arrival of the first
+    // frame does not end it. So while frames arrive continuously, the thread wakes once for each
+    // full `out` and not twice.
     const auto first = std::min(forAny, forAll);
     if (!waitFor(lock, first, out.size(), isFull) && queue_.empty() &&
         waitFor(lock, forAny - first, 1, [this] { return leaving_ || !queue_.empty(); })) {

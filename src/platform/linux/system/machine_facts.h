@@ -28,8 +28,9 @@ struct Keyboard {
     bool present = false;
     int functionKeys = 0;
 };
-/// The keyboard with the most function keys (12 at most), from the text of /proc/bus/input/devices.
-/// Buttons and remote controls that the kernel lists as keyboards have no letters and are ignored.
+/// The keyboard with the most function keys, from the text of /proc/bus/input/devices. Only F1 to
+/// F12 are counted. Buttons and remote controls that the kernel lists as keyboards have no letters
+/// and are ignored.
 [[nodiscard]] Keyboard keyboardIn(std::string_view inputDevices);
 
 /// The first two numbers of a kernel's release: 6 and 1 for "6.1.0-32-amd64"; empty if the
