@@ -12,11 +12,10 @@ namespace {
 /// By how much the nice value of the thread that reads the font configuration is raised. While this
 /// thread runs, the main thread and the X server work in turn, mostly on another core. With the
 /// usual priority, one of them often waits on the core of this thread for a whole time slice of 3
-/// ms, while the other core is idle. Measured on two cores: the program's start takes 0.5 ms less
-/// with 5 than with 0, and another 0.5 ms less with 10 or 19. But on a busy machine the main window
-/// waits for the fonts: with two busy processes, 5 delays the start by at most 4 ms, 10 by 15 ms
-/// and 19 by 150 ms.
-constexpr int niceIncrement = 5;
+/// ms, while the other core is idle. Measured on two cores: the program's start takes 1 ms less
+/// with 5 than with 0, and 2 ms less with 8 to 19. But on a busy machine the main window waits for
+/// the fonts: with two busy processes, 8 delays the start hardly, 12 by 5 ms and 19 by 150 ms.
+constexpr int niceIncrement = 8;
 
 void carryOutSteps() {
     // A separate thread reads, because a thread cannot raise its priority again. Qt's connection
