@@ -154,7 +154,7 @@ Status MainWindow::runLoadSteps() {
     loadPlayer();
     inspection_.InspectCD();
     // Loading the preferences' window does not show it, but creates the destination folder and
-    // saves each switch that is on.
+    // saves the setting of each of the window's check boxes that becomes ticked.
     windows_.FrmPrefs.load();
     form_.Label2.setCaption(process_.settings.decodePath + "\\");
     tree_.showfiles();
@@ -190,7 +190,7 @@ void MainWindow::Form_Unload() {
         platform_.media.sendString(command);
     }
     windows_.Form4.Option14.click(); // unmutes the disc's line
-    // Closing the player mutes this line, unless the player is already closed.
+    // Closing the player's panel mutes the disc's line again, unless the panel is already closed.
     windows_.Form4.unload();
     windows_.frmpopup.unload();
     platform_.loop.endProgram();
@@ -198,7 +198,8 @@ void MainWindow::Form_Unload() {
 
 void MainWindow::Command5_Click() {
     windows_.Form4.unload();
-    // Ends the process, unless an earlier unload of this window has not yet ended.
+    // This call ends the process and does not return. Exception: if an earlier unload of this
+    // window is still running, this call returns, and the next line ends the process.
     form_.unload();
     platform_.loop.endProgram();
 }

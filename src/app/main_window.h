@@ -23,12 +23,12 @@ class MainWindow {
     MainWindow& operator=(const MainWindow&) = delete;
 
     /// Makes the program folder the current folder; if that fails, does nothing more. Otherwise
-    /// places the window, reads settings, disc and destination folder, and shows the window. The
-    /// mouse pointer has its normal shape afterwards in both cases. Yields.
+    /// places the window, reads settings, disc and destination folder, and shows the window and the
+    /// player's panel. The mouse pointer has its normal shape afterwards in both cases. Yields.
     void Form_Load();
-    /// Stops every job; never refuses the close. Yields while a capture is saved. A second close
-    /// during that yield calls this function again. That call stops a job that was started during
-    /// the yield and would block the first close.
+    /// Stops every job; never refuses the close. Yields while a capture is saved. A job that the
+    /// user starts in that yield would block this close until the job ends. If the user closes the
+    /// window again in that yield, this function is called again and stops that job.
     void Form_QueryUnload();
     /// Ends the process.
     void Form_Unload();

@@ -51,8 +51,8 @@ class ConversionWorker {
     /// Decodes the file at currentWavFile, not at currentFile, to a WAV in the same folder and
     /// waits for the end. Nothing calls this function.
     void StartDecoding();
-    /// For each selected line of List4, sets the list's index and calls StartMP3, which decodes
-    /// currentFile each time. Nothing calls this function.
+    /// For each selected line of List4, sets the list's index and calls StartMP3, which starts to
+    /// decode currentFile each time: the text of the line is not used. Nothing calls this function.
     void DecodeCheckedFiles();
 
   private:

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests the two functions of the conversion worker that nothing in the program calls:
-// StartDecoding() and DecodeCheckedFiles(). conversion_worker_test.cpp tests the other functions.
+// Tests two functions of the conversion worker that nothing in the program calls: StartDecoding()
+// and DecodeCheckedFiles(). conversion_worker_test.cpp tests the other functions.
 #include "conversion/conversion_worker.h"
 
 #include "support/conversion_world.h"
@@ -33,8 +33,8 @@ TEST_F(StartDecodingTest, DecodesIntoTheFolderOfTheMp3FileAndWaitsForTheEnd) {
     mp3.duration = 1200ms;
     const auto start = loop.now();
     worker().StartDecoding();
-    // StartDecoding() checks after each event whether the MP3 control is still busy. Here the end
-    // of the decoding is an event, so the wait ends exactly then.
+    // StartDecoding() checks after each event whether the MP3 control is still busy. The fake MP3
+    // control ends its decoding in an event, so the wait ends at exactly that time.
     EXPECT_EQ(loop.now() - start, 1200ms);
     EXPECT_EQ(form.caption(), "Decoding Song\\.mp3");
     EXPECT_EQ(mp3.log[0], setSource);
@@ -44,7 +44,7 @@ TEST_F(StartDecodingTest, DecodesIntoTheFolderOfTheMp3FileAndWaitsForTheEnd) {
     EXPECT_EQ(loop.wakeupCount(), 0U);
 }
 
-TEST_F(StartDecodingTest, StopsTheMp3ControlAndUnloadsTheWindowIfAStopIsRequested) {
+TEST_F(StartDecodingTest, StopsTheMp3ControlAndUnloadsTheWindowIfAStopWasRequestedBefore) {
     process.stopRequested = true;
     worker().StartDecoding();
     EXPECT_THAT(mp3.log, ElementsAre("Stop", "Stop"));
@@ -94,7 +94,7 @@ TEST_F(StartDecodingTest, TheEndOfTheProgramEndsTheWait) {
     EXPECT_EQ(loop.yieldsAfterEnd(), 0);
 }
 
-TEST_F(StartDecodingTest, DecodeCheckedFilesStartsToDecodeCurrentFileOnceForEachSelectedLine) {
+TEST_F(StartDecodingTest, DecodeCheckedFilesStartsToDecodeTheSameFileForEachSelectedLine) {
     fill(form.List4, {"a", "b", "c"});
     form.List4.setSelected(0, true).passOver();
     form.List4.setSelected(2, true).passOver();
@@ -121,8 +121,8 @@ TEST_F(StartDecodingTest, DecodeCheckedFilesEndsAtAStopRequest) {
     };
     worker().DecodeCheckedFiles();
     EXPECT_EQ(form.List4.listIndex(), 0);
-    // stopRequested is not tested here: it was cleared, but onCall sets it again at the "Stop" of
-    // the unload.
+    // stopRequested is not tested here: DecodeCheckedFiles() clears it, but then unloads the
+    // window. The unload calls "Stop", at which onCall sets stopRequested again.
     EXPECT_THAT(mp3.log, ElementsAre(setSource, decodeToWav, "Stop"));
     EXPECT_FALSE(window.loaded());
 }

@@ -144,7 +144,8 @@ void DecodingDriver::showCaption() {
 
 void DecodingDriver::fileStep() {
     process_.workerBusy = true;
-    // Unloads a worker that is left from an earlier action; this unload clears workerBusy.
+    // If Form6 is still loaded for an earlier file, Disablem() unloads it, which clears workerBusy.
+    // Otherwise workerBusy stays true.
     form_.Disablem();
     StartDecoding(process_.currentFile);
     platform_.loop.waitWhile([this] { return process_.workerBusy; });

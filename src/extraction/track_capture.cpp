@@ -36,15 +36,15 @@ void TrackCapture::cmdStart_Click() {
     platform_.loop.yield();
     form_.Command2.setVisible(true);
     StartTrackRecording2(process_.currentTrack);
-    // All further tracks run inside this wait, in the ticks of the monitor.
+    // All further tracks are captured inside this wait: the ticks of the monitor start them.
     platform_.loop.waitWhile([this] { return form_.tmrRecord.enabled(); });
 }
 
 TrackCapture::Queue TrackCapture::takeQueue() {
     const std::string text = textOf(form_.TreeView1.selectedItem());
     if (isTrackText(text)) {
-        // The queue (lstRecord) is not changed: after this track the monitor continues with the
-        // line after the queue's current line.
+        // This track is not added to the queue (lstRecord). After the track, the monitor continues
+        // with the line after the queue's current line: see cmdStart_Click() in the header.
         trackNumberIn(text).storeIn(process_.currentTrack);
     } else if (text == availableTracksText) {
         form_.lstRecord.clear();
@@ -142,8 +142,8 @@ void TrackCapture::startDevices(const CaptureFormat& format) {
     if (capture_.trackEndMs != 0) {
         playAndRecord();
     }
-    // The window's commands (buttons and menus) are disabled after a disc failure, too: only a
-    // recorder failure leaves them enabled.
+    // The window's commands (buttons and menus) are disabled after a disc failure, too. Only a
+    // recorder failure leaves them unchanged.
     if (recorderReady) {
         form_.Disablem();
     }

@@ -26,9 +26,10 @@ class TrackCapture {
 
     /// Captures the track that is selected in the tree or, if the group "Available Tracks" or
     /// "Selected Tracks" is selected, all tracks of that group. If another node or none is
-    /// selected, captures the track ProcessState::currentTrack. A capture of a single track leaves
-    /// the queue unchanged; after it, the tracks that follow the queue's current line are captured,
-    /// unless the queue has only one line. Yields, and returns when the whole queue has ended.
+    /// selected, captures the track ProcessState::currentTrack. A single track is not added to the
+    /// queue (lstRecord), which keeps its lines and its current line. After the single track, the
+    /// lines that follow the current line (without a current line: all lines) are captured, too,
+    /// unless the queue has only one line. Yields, and returns when all these captures have ended.
     void cmdStart_Click();
     /// Whether a queue is being processed. Stays true between two tracks of the queue, although the
     /// commands "close capture" and "close cd" have then been sent.
@@ -36,7 +37,7 @@ class TrackCapture {
 
     /// Starts the capture of one track. On return the capture is running, or a device has failed
     /// and a message was shown, or no command was sent because the track does not exist. Yields
-    /// once.
+    /// once, and while a message is shown.
     void StartTrackRecording2(std::int32_t TrackNum);
 
     /// A variant of StartTrackRecording2. The track is the ItemData of the current line of

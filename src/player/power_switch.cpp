@@ -11,8 +11,8 @@ namespace {
 constexpr std::string_view openCommand = "open cdaudio alias cd wait shareable";
 constexpr std::string_view formatCommand = "set cd time format tmsf wait";
 
-/// Counts a procedure as running as long as this object exists. The destructor also runs if the end
-/// of the program unwinds the stack.
+/// Counts a procedure as running as long as this object exists. The destructor also runs when the
+/// fake EventLoop::endProgram of the tests ends the procedure by an exception.
 class UnderWay {
   public:
     explicit UnderWay(int& count) : count_(count) { ++count_; }
@@ -80,7 +80,7 @@ void PowerSwitch::openDisc(int switchedOffBefore) {
         return;
     }
     commands_.SendMCI(formatCommand, CommandCheck::checked);
-    // If the command has failed, the panel was unloaded, which switched the player off.
+    // If formatCommand has failed, the panel was unloaded, which switched the player off.
     if (timesSwitchedOff_ != switchedOffBefore) {
         return;
     }
@@ -111,7 +111,7 @@ void PowerSwitch::optNoCD_Click() {
     for (Timer* timer : {&form_.Timer6, &form_.Timer4, &form_.Timer2, &form_.Timer3}) {
         timer->setEnabled(false);
     }
-    // Repeated, because timers may have ticked in that yield.
+    // Repeated, because timers that ticked in that yield may have changed the displays.
     showOff();
     closeDisc();
     disableTransport();
@@ -124,7 +124,7 @@ void PowerSwitch::Command6_Click() {
     loop_.yield();
     showOff();
     loop_.yield();
-    // If the box was ticked, this runs its click handler.
+    // If Check3 was ticked, setValue(0) runs its click handler.
     form_.Check3.setValue(0).passOver();
     loop_.yield();
     form_.optNoCD.choose();

@@ -11,7 +11,8 @@
 namespace sonarith {
 namespace {
 
-/// The interval of Pace::captions. ListBoxModel uses the same interval for Gathered::changes.
+/// The interval of Pace::captions. Has the same value as `longWait` in list_box_model.cpp, the
+/// interval of Gathered::changes.
 constexpr std::chrono::milliseconds captionInterval{100};
 
 } // namespace
@@ -85,8 +86,8 @@ void ControlView::showName() {
 }
 
 /// A widget that is disabled loses the focus. When the widget is enabled again, it takes the focus
-/// back unless the user has moved the focus. So the user can press a button again by key even if
-/// the button's click handler disables and enables the button.
+/// back unless the user has moved the focus in the meantime. So the user can press a button several
+/// times with the keyboard even if the button's click handler disables and enables the button.
 void ControlView::showEnabled() {
     QWidget* const window = widget_.window();
     const bool hadFocus = window->focusWidget() == &widget_;

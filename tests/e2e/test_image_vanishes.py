@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Tests what happens if the disc image is deleted during a capture: the program does not hang, and
-it saves the captured part."""
+"""Tests what happens if the disc image is deleted during a capture: the displayed figures stop
+changing, and a click on Cancel saves the captured part. The program does not hang."""
 
 import time
 
@@ -29,14 +29,14 @@ def the_position_stops_and_the_captured_part_is_saved(desktop, program):
 
     wait_for("unchanged figures", figures_are_unchanged)
     percent, shown, _ = last[0]
-    check(percent < 90, f"the track continued to {percent} %")
+    check(percent < 90, f"the figures stopped changing only at {percent} %")
     started.click("Cancel", "push button")
     found = wait_for("the WAV", lambda: wavs_by_track(destination))
     check_equal(list(found), [1], "tracks in the destination folder")
     kept, silence = beginning_of_track(found[1], samples, 1, SECONDS)
-    check(kept >= bytes_of(1), "less than a second was kept")
+    check(kept >= bytes_of(1), "less than a second of the track was saved")
     check_equal(silence, 0, "bytes of silence after the captured part")
-    check(shown >= kept, f"{shown} bytes were shown, but {kept} were captured")
+    check(shown >= kept, f"{kept} bytes were saved, but only {shown} had been shown")
     wait_for("the enabled commands", lambda: started.is_enabled("Preferences", "push button"))
     close(started)
 

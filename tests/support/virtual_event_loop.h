@@ -133,7 +133,8 @@ class VirtualEventLoop final : public EventLoop {
     /// Number of yields that were called after the end of the program. A correct program calls
     /// none. Waits that are called after the end return at once and are not counted.
     [[nodiscard]] int yieldsAfterEnd() const { return yieldsAfterEnd_; }
-    /// Number of existing Wakeup objects: those of enabled timers and of running waits.
+    /// Number of existing Wakeup objects (results of every()), for example those of enabled timers
+    /// and of running waitFor() calls. waitWhile() itself creates none.
     [[nodiscard]] std::size_t wakeupCount() const {
         return static_cast<std::size_t>(
             std::count_if(entries_.begin(), entries_.end(), [](const auto& entry) {
@@ -213,8 +214,8 @@ class VirtualEventLoop final : public EventLoop {
         return found;
     }
 
-    /// The entry that is due first; the oldest of them if several are due at the same time. Null if
-    /// there is no entry, or if every entry is running.
+    /// The entry that is due first. If several entries are due first at the same time: the one of
+    /// these that was added first. Null if there is no entry, or if every entry is running.
     [[nodiscard]] EntryPointer nextEntry() {
         removeInactive();
         EntryPointer next;
@@ -234,7 +235,8 @@ class VirtualEventLoop final : public EventLoop {
     }
 
     void run(const EntryPointer& entry) {
-        // A handler that ran before may have cancelled or run this entry, or ended the program.
+        // An earlier handler of the same yield may have cancelled this entry, may have run it in a
+        // nested yield, or may have ended the program.
         if (!entry->active || entry->running || ended_ || entry->due > now_) {
             return;
         }

@@ -125,7 +125,7 @@ TEST_F(QtWaitingTest, HoldsAResizeAndDeliversItWhenTheLoopContinues) {
     EXPECT_THAT(log, testing::Contains("resize 200"));
 }
 
-TEST_F(QtWaitingTest, InputDuringAHandlersYieldIsQueuedAfterHeldInput) {
+TEST_F(QtWaitingTest, InputDuringAYieldOfAHandlerIsQueuedAfterHeldInput) {
     NotingWindow window(log);
     bool first = true;
     window.onPress = [&] {

@@ -41,10 +41,10 @@ struct PreferencesDestination : test::PreferencesWorld {
 
 // --- at each start -------------------------------------------------------------------------------
 
-TEST_F(PreferencesDestination, IsTheFolderWavFilesOfTheProgramFolderAtTheFirstStart) {
+TEST_F(PreferencesDestination, IsTheSubfolderWavFilesOfTheProgramFolderAtTheFirstStart) {
     files.setProgramFolder("C:\\Sonarith");
     // In start(), LoadSettings() sets decodePath to the program folder itself; loading the form
-    // then changes decodePath.
+    // then sets it to the subfolder.
     start();
     EXPECT_TRUE(files.folderExists("c:\\sonarith\\wavfiles"));
     EXPECT_EQ(held("DecodePath"), "C:\\Sonarith\\WAVFiles");
@@ -67,7 +67,8 @@ TEST_F(PreferencesDestination, EachStartTriesToCreateTheFoldersOfThePathEvenIfTh
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(PreferencesDestination, IsTheFolderWavFilesOfTheProgramFolderIfTheStoredTextIsNoPath) {
+TEST_F(PreferencesDestination,
+       IsTheSubfolderWavFilesOfTheProgramFolderIfTheStoredTextHasNoParentFolder) {
     for (const char* stored : {"", "music", "\\music", "\\"}) {
         SCOPED_TRACE(stored);
         PreferencesDestination run;
@@ -77,7 +78,7 @@ TEST_F(PreferencesDestination, IsTheFolderWavFilesOfTheProgramFolderIfTheStoredT
     }
 }
 
-TEST_F(PreferencesDestination, IsTheFolderWavFilesOfAStoredRootFolder) {
+TEST_F(PreferencesDestination, IsTheSubfolderNamedWavFilesIfTheStoredFolderIsARootFolder) {
     store.put("Settings", "DecodePath", "d:\\");
     start();
     EXPECT_EQ(held("DecodePath"), "d:\\WAVFiles");
@@ -134,7 +135,7 @@ TEST_F(PreferencesDestination, IsShownAndAppliedBeforeTheMessagesAboutItsFailedC
     EXPECT_EQ(boxesUp, 2);
 }
 
-TEST_F(PreferencesDestination, ShowsTwoMessagesIfItCannotBeMadeOrIsAFile) {
+TEST_F(PreferencesDestination, ShowsTwoMessagesIfItCannotBeCreatedOrAFileHasItsPath) {
     struct Row {
         const char* reason;
         ErrorNumber number;
@@ -219,17 +220,19 @@ TEST_F(PreferencesDestination, IsCreatedBelowTheChosenFolder) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(PreferencesDestination, RemovesOneTrailingBackslashFromTheParentAndAppendsTheNewName) {
+TEST_F(PreferencesDestination,
+       RemovesOneTrailingBackslashFromTheParentAndThenAppendsABackslashAndTheNewName) {
     start();
     form.Text9.setText("d:\\");
     create("new");
     EXPECT_EQ(held("DecodePath"), "d:\\new");
     form.Text9.setText("d:\\music\\\\");
     create("new");
-    EXPECT_EQ(form.Text9.text(), "d:\\music\\\\new"); // only one backslash is removed
+    // One of the two backslashes is removed, and one is added before the new name.
+    EXPECT_EQ(form.Text9.text(), "d:\\music\\\\new");
 }
 
-TEST_F(PreferencesDestination, NeedsAName) {
+TEST_F(PreferencesDestination, IsNotChangedIfTheUserEntersNoNameForANewFolder) {
     start();
     store.writes.clear();
     files.log.clear();

@@ -51,7 +51,7 @@ void forBoth(const std::function<void(Meanwhile)>& test) {
 }
 
 TEST_F(PreferencesInterrupted,
-       AfterAnInterruptionAtTheLoadStepsYieldTheWindowStaysAsTheUserLeftIt) {
+       TheWindowStaysAsTheUserLeftItAfterAnInterruptionInTheYieldOfTheLoadStep) {
     forBoth([](Meanwhile what) {
         const bool reopened = what == Meanwhile::reopen;
         PreferencesInterrupted run;
@@ -84,7 +84,7 @@ TEST_F(PreferencesInterrupted,
         run.start();
         EXPECT_TRUE(run.Form4.loaded());
         // The rest of the load step uses controls of the preferences' window. If this window was
-        // closed, their use loads it again without showing it.
+        // closed, the first use of a control loads the window again without showing it.
         EXPECT_TRUE(run.form.loaded());
         EXPECT_EQ(run.form.visible(), what == Meanwhile::reopen);
         EXPECT_EQ(run.form.Label4.caption(), "200000");
@@ -172,7 +172,7 @@ TEST_F(PreferencesInterrupted,
             EXPECT_EQ(boxesUp, 2);
             EXPECT_EQ(run.form.loaded(), what == Meanwhile::reopen);
             EXPECT_EQ(run.held("DecodePath"), "c:\\sonarith\\WAVFiles");
-            // The settings of this run keep the folder that could not be created, unless a reopened
+            // The settings in memory keep the folder that could not be created, unless a reopened
             // window has read the stored folder again.
             EXPECT_EQ(run.settings.decodePath,
                       what == Meanwhile::reopen ? "c:\\sonarith\\wavfiles" : "d:\\new");

@@ -157,8 +157,9 @@ Status PreferencesWindow::fillEncodingLists() {
     return form_.Combo2.setListIndex(process_.settings.encodingBitrate);
 }
 
-/// A check box that becomes ticked runs its click handler. So each load of the window saves
-/// every switch whose value is 1, although the value has not changed.
+/// A check box that becomes ticked runs its click handler, which saves the setting of the box. So
+/// each load of the window saves the settings of all boxes that it ticks, although these settings
+/// have not changed.
 Status PreferencesWindow::showSettings() {
     const AppSettings& settings = process_.settings;
     if (Status status = form_.Check6.setValue(settings.hdWarning); !status.ok()) {

@@ -64,8 +64,8 @@ class FakeSectors : public AudioSectors {
 class OpticalDiscTest : public testing::Test {
   protected:
     std::shared_ptr<SectorsState> drive = std::make_shared<SectorsState>();
-    // The disc has 28600 sectors of sound, the session gap, 10000 sectors of data and 10000 of
-    // sound.
+    // The disc has 28600 sectors of sound, the gap between the sessions (11400 sectors, which are
+    // not on the time line), 10000 sectors of data and 10000 of sound.
     OpticalDisc disc{
         *OpticalLayout::of({{{audio, 0}, {data, 40000}, {audio, 50000}}, 60000, 40000}),
         std::make_unique<FakeSectors>(drive), [this] {
@@ -96,7 +96,7 @@ TEST_F(OpticalDiscTest, SeeksOnlyIfAReadDoesNotContinueThePreviousOne) {
     EXPECT_EQ(disc.remark(), "");
 }
 
-TEST_F(OpticalDiscTest, ReadsSoundAfterTheGapAtTheDrivesSectorNumber) {
+TEST_F(OpticalDiscTest, RequestsSoundAfterTheGapByTheSectorNumberOfTheDriveNotOfTheTimeLine) {
     EXPECT_EQ(read(38600, 2), sectorsAt(50000, 2));
     EXPECT_THAT(drive->seeks, ElementsAre(Pair(50000, 60000)));
 }
@@ -120,7 +120,7 @@ TEST_F(OpticalDiscTest, CountsDamagedSectorsInItsRemark) {
     EXPECT_THAT(disc.remark(), testing::StartsWith("4 sectors of the disc"));
 }
 
-TEST_F(OpticalDiscTest, BoundsTheTimeOfOneReadAndDeliversSilenceForTheRest) {
+TEST_F(OpticalDiscTest, BoundsTheTimeOfOneReadAndDeliversSilenceForTheRemainingSectors) {
     drive->sectorTime = 1s;
     drive->badFrom = 0;
     const std::vector<StereoFrame> frames = read(0, 25);
@@ -134,8 +134,9 @@ TEST_F(OpticalDiscTest, BoundsTheTimeOfOneReadAndDeliversSilenceForTheRest) {
               silentSectors(17));
     EXPECT_THAT(disc.remark(), testing::StartsWith("25 sectors"));
 
-    // The next read begins with a seek to its first sector. Its bound is 4 s, half of the 8 s
-    // above, which is enough for its four sectors.
+    // The next read begins with a seek to its first sector. The first read exceeded its time
+    // budget, so the bound of the next read is half as long: 4 s instead of 8 s. This is enough for
+    // four sectors of 1 s each.
     EXPECT_EQ(read(25, 4), sectorsAt(25, 4));
     EXPECT_EQ(drive->now, 12s);
     EXPECT_THAT(drive->seeks, ElementsAre(Pair(0, 28600), Pair(25, 28600)));

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Wraps a drive whose device may hang (a scratched disc, an image on a dead server): the calls that
 // access the device run on a separate thread, and the caller waits for each with a time limit. The
-// reads of a loaded disc are not wrapped: they can block.
+// reads of a loaded disc are not wrapped, so they can block their caller without a time limit.
 #pragma once
 
 #include <chrono>
@@ -40,9 +40,9 @@ class PatientDrive final : public Drive {
     /// out is still running, returns `hung` at once. The disc of that earlier load is dropped,
     /// because no caller waits for it any more.
     [[nodiscard]] Loaded load() override;
-    /// Reads the table, and waits for tableMoment at most. After that, the reading of the table
-    /// continues, and its result is returned by a later loadSoon(), or by a load() that begins
-    /// while the table is being read.
+    /// Reads the table, and waits for tableMoment at most. If the table has not been read by then,
+    /// the reading continues, and its result is returned by a later loadSoon(), or by a load() that
+    /// begins while the table is being read.
     [[nodiscard]] std::optional<Loaded> loadSoon() override;
     /// Waits for mediumMoment at most. Returns the previous value if there is no result in time or
     /// another call is running. A late result is returned by later calls.

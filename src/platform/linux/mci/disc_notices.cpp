@@ -20,7 +20,7 @@ std::string lossOf(const TrackLoss& loss) {
     if (loss.damage.guessed > 0) {
         text += loss.damage.silent > 0 ? ", and " : "";
         text += secondsOf(loss.damage.guessed) +
-                " could not be read without error and are the drive's best guess";
+                " could not be read without error and were replaced by the drive's best guess";
     }
     return text;
 }

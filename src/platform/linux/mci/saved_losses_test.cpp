@@ -45,8 +45,8 @@ TEST_F(LossNotice, ContainsOnlyLossesOfThePlayedRange) {
     play("2", 100);
     EXPECT_EQ(session.send("save capture c:\\music\\1234-2.wav"), fine());
     EXPECT_THAT(notices(), ElementsAre("Track 2: 0.1 s could not be read and are silent, and 0.1 s "
-                                       "could not be read without error and are the drive's best "
-                                       "guess in 1234-2.wav."));
+                                       "could not be read without error and were replaced by the "
+                                       "drive's best guess in 1234-2.wav."));
 }
 
 TEST_F(LossNotice, IncludesAPartlyPlayedSector) {

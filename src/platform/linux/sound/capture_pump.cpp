@@ -15,16 +15,19 @@ namespace sonarith::sound {
 
 namespace {
 
-/// At most this many frames wait for the software sound card: 500 ms. If there are more, the oldest
-/// frames are dropped.
+/// At most this many frames (500 ms) are queued for the software sound card. If there are more, the
+/// oldest frames are dropped.
 constexpr std::size_t backlogFrames = frameRate / 2;
 /// The card gets silence until 60 ms are buffered. A device may deliver larger blocks than the card
-/// takes; without this reserve the sound would have gaps.
+/// takes, but at longer intervals. Without this reserve the queue could be empty before the
+/// device's next block arrives, and the sound would have gaps.
 constexpr std::size_t cushionFrames = frameRate * 60 / 1000;
 /// The longest single wait for frames, and so the longest time until the thread notices that it
 /// must end.
 constexpr std::chrono::milliseconds frameWait{20};
-/// The delay between a wait in which the device reports frames and the next read.
+/// The delay before the next read, after a read that returned no frames and a wait that then
+/// reported frames. Some waits report frames although there are none: without the delay the thread
+/// would loop without a pause.
 constexpr std::chrono::milliseconds emptyReadRest{10};
 /// If a device stops again after this many restarts without a frame, it is closed and opened again.
 constexpr int maxFruitlessRestarts = 3;
@@ -85,8 +88,8 @@ void listen(PcmCapture& device, CaptureBacklog& backlog, const ReportDevice& rep
         if (result == 0 || result == -EAGAIN) {
             result = device.waitForFrames(frameWait);
             if (result > 0) {
-                // Some waits end early without data. The delay prevents a busy loop; it is shorter
-                // than any device's buffer, so that no data is lost.
+                // The delay is shorter than the time in which any device's buffer becomes full, so
+                // that no frame is lost.
                 backlog.rest(emptyReadRest);
             }
         }

@@ -17,8 +17,9 @@ namespace sonarith::sound {
 class FrameQueue {
   public:
     /// Has space for `capacity` frames; `capacity` must not be 0. The system provides a memory page
-    /// only when a frame is stored in it: if a large queue is often emptied, it uses only as much
-    /// memory as its largest content so far.
+    /// only when a frame is first stored in it, and an empty queue starts at the beginning of the
+    /// buffer again. So a large queue that is often empty uses memory only for the most frames that
+    /// were pushed between two times at which it was empty.
     explicit FrameQueue(std::size_t capacity)
         : capacity_(capacity),
           store_(static_cast<StereoFrame*>(::operator new(capacity * sizeof(StereoFrame)))) {}
@@ -39,7 +40,8 @@ class FrameQueue {
         return count;
     }
 
-    /// Moves the oldest frames to the beginning of `out`, and returns their number.
+    /// Moves the oldest frames, as many as fit, to the beginning of `out`, and returns their
+    /// number.
     std::size_t pop(std::span<StereoFrame> out) {
         const std::size_t count = std::min(out.size(), size_);
         const std::size_t untilWrap = std::min(count, capacity_ - head_);
@@ -53,13 +55,14 @@ class FrameQueue {
     void drop(std::size_t count) {
         count = std::min(count, size_);
         size_ -= count;
-        // An empty queue starts at the beginning again, where the memory pages are already in use.
+        // An empty queue starts at the beginning of the buffer again, where the system has already
+        // provided the memory pages.
         head_ = size_ == 0 ? 0 : (head_ + count) % capacity_;
     }
 
     void clear() { drop(size_); }
 
-    /// Removes leading silent frames.
+    /// Removes the silent frames before the first frame that is not silent.
     void dropSilence() {
         while (size_ > 0 && store_[head_] == StereoFrame{}) {
             drop(1);

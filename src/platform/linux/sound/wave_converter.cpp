@@ -83,7 +83,7 @@ std::span<const std::byte> WaveConverter::convert(std::span<const StereoFrame> f
     return std::span(bytes_).first(bytesUsed_);
 }
 
-/// Whether these frames and what the resampler contains are silent.
+/// Whether these frames are silent and the resampler's filter contains only silence.
 bool WaveConverter::isSettledSilence(std::span<const StereoFrame> frames) {
     if (peakOf(frames) != 0) {
         silentFrames_ = 0;
@@ -94,8 +94,8 @@ bool WaveConverter::isSettledSilence(std::span<const StereoFrame> frames) {
     return settled;
 }
 
-/// Produces silence without the resampler: resampling would take most of the processor time of a
-/// silent card, and its result is known.
+/// Produces silence without the resampler: resampling silence would take most of the processor time
+/// that a silent card uses, and its result is known.
 void WaveConverter::passSilence(std::size_t frames) {
     silentRemainder_ += std::uint64_t{frames} * rate_;
     const auto count = static_cast<std::size_t>(silentRemainder_ / frameRate) * channels_;

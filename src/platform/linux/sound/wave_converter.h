@@ -20,7 +20,7 @@ namespace sonarith::sound {
 class WaveConverter {
   public:
     /// Null if the format is inconsistent or is not PCM, if it does not have 1 or 2 channels of 8
-    /// or 16 bits, or if its rate is below 4000 or above 192000 Hz.
+    /// or 16 bits, if its rate is below 4000 or above 192000 Hz, or if RateConverter::create fails.
     [[nodiscard]] static std::unique_ptr<WaveConverter> create(const WaveFormat& format);
 
     /// Converts `frames`, at most blockFrames of the card, to whole frames of the format; the
@@ -53,8 +53,9 @@ class WaveConverter {
     std::vector<std::byte> bytes_; ///< valid up to bytesUsed_
     std::size_t bytesUsed_ = 0;
     std::size_t silentFrames_ = 0; ///< since the last sound, up to settledFrames_
-    /// convert() returns whole frames. The fraction silentRemainder_ / frameRate of a converted
-    /// frame of silence is left for the next call.
+    /// convert() returns whole frames. During silence, the part of a converted frame that remains
+    /// is left for the next call. Its size in frames is silentRemainder_ divided by frameRate (the
+    /// card's rate).
     std::uint64_t silentRemainder_ = 0;
 };
 
