@@ -32,7 +32,8 @@ TICKS = os.sysconf("SC_CLK_TCK")
 
 
 class XImage(ctypes.Structure):
-    """The first fields of the structure XImage, up to the length of a line (Xlib.h)."""
+    """The first fields of the structure XImage (Xlib.h). The last of these fields, bytes_per_line,
+    is named "line" here."""
 
     _fields_ = [(name, ctypes.c_int) for name in ("width", "height", "xoffset", "format")] + [
         ("data", ctypes.POINTER(ctypes.c_ubyte)),
@@ -145,7 +146,7 @@ def compare_starts(name, pairs, limit, screen, program, empty, env):
 
 @contextlib.contextmanager
 def busy_processors():
-    """One process for each processor that uses all the time that it gets."""
+    """Keeps all processors busy: runs one process with an endless loop for each processor."""
     busy = [subprocess.Popen([sys.executable, "-c", "while True: pass"])
             for _ in os.sched_getaffinity(0)]
     try:

@@ -48,8 +48,8 @@ class EventLoop {
     /// As every(), for a handler that shows the sound of the machine and has nothing new to show in
     /// silence. Several calls may be held back and then made in one batch, without the interval
     /// between them, so there are as many calls as with every(). The batches may be larger in
-    /// silence than in sound. When sound begins, the calls that are held back are made at once, and
-    /// not only at the end of their batch. This default implementation makes every call in time.
+    /// silence than in sound. When sound begins, the calls that are already held back are made
+    /// without a wait for the rest of their batch. This default implementation holds back no call.
     [[nodiscard]] virtual std::unique_ptr<Wakeup> everyInSound(Duration interval,
                                                                std::function<void()> handler) {
         return every(interval, std::move(handler));

@@ -11,16 +11,19 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// restFor() sleeps only after this time.
+/// After this time, restFor() starts no further yield but sleeps. After a long yield it sleeps
+/// earlier.
 constexpr std::chrono::microseconds timeAwake{100};
 /// A yield that takes at least this long has let another process run for a time slice of the
 /// scheduler, which is about 3 ms: the processor is busy.
 constexpr std::chrono::milliseconds longYield{1};
-/// How long restFor() sleeps at once after a long yield. On a busy processor, a yield in each wait
-/// doubled the time of the program's start.
+/// For this time after a long yield, restFor() sleeps immediately on the same thread, without a
+/// yield. When each wait began with a yield on a busy processor, the program's start took twice as
+/// long.
 constexpr std::chrono::milliseconds timeWithoutYields{500};
 
-/// Yields the processor until `complete` is true, for timeAwake at most.
+/// Yields the processor until `complete` is true, timeAwake has passed or a yield was long. Does
+/// nothing within timeWithoutYields after a long yield on the same thread.
 void stayAwake(const std::atomic<bool>& complete) {
     thread_local Clock::time_point nextYield;
     const Clock::time_point begin = Clock::now();

@@ -17,9 +17,10 @@ class Completion {
     void complete();
     [[nodiscard]] bool isComplete() const;
     /// Blocks until complete() has been called, for `bound` at most. Returns whether complete() has
-    /// been called. Handles no input or timers meanwhile. Does not sleep during the first 0.1 ms: a
-    /// local disk usually answers within this time, and a sleeping thread wakes up only after about
-    /// 0.05 ms. But on a busy processor it sleeps at once.
+    /// been called. Handles no input or timers meanwhile. Yields the processor for about 0.1 ms
+    /// before it sleeps: a local disk usually answers within this time, and a sleeping thread
+    /// wakes up only about 0.05 ms after complete(). On a busy processor, the calling thread
+    /// sleeps earlier or immediately.
     [[nodiscard]] bool restFor(std::chrono::milliseconds bound) const;
 
   private:

@@ -68,8 +68,9 @@ Status FileOperations::renameFile() {
     return {};
 }
 
-/// Deliberate: changes only the list on the screen; the store keeps the old path until the list is
-/// compacted. After the first match the remaining entries are compared with the new path.
+/// Deliberate: changes only the list on the screen; the store keeps the old path until "Delist" or
+/// a deletion writes all entries. After the first match Text5 contains the new path, so the
+/// remaining entries are compared with the new path.
 void FileOperations::renameEntries(const std::string& target) {
     for (int i = 0; i < form_.List2.listCount(); ++i) {
         if (matches(form_.Text5.text(), form_.List2.list(i))) {
@@ -130,8 +131,8 @@ Status FileOperations::reportAndDelist(Deletion deletion) {
         return shown;
     }
     selectEntry();
-    // Deliberate: if selectEntry() finds no entry of the deleted file, the entry that was selected
-    // before is removed.
+    // Deliberate: if selectEntry() finds no entry of the deleted file, CompactPlayList() removes
+    // the entry that was selected before.
     if (Status compacted = entries_.CompactPlayList();
         !compacted.ok() && deletion == Deletion::broken) {
         return compacted;
@@ -149,7 +150,8 @@ Status FileOperations::showLength() {
     return {};
 }
 
-/// Selecting another entry runs the click handler, which reads that entry's file.
+/// Selects the first entry of the edited file. If this entry was not selected before, List2's click
+/// handler runs: it tries to read the edited file, which may already be deleted.
 void FileOperations::selectEntry() {
     for (int i = 0; i < form_.List2.listCount(); ++i) {
         if (matches(form_.Text5.text(), form_.List2.list(i))) {

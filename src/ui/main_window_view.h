@@ -22,19 +22,22 @@ namespace sonarith {
 
 class MainWindowView : public QMainWindow {
   public:
-    /// Sets the form's designed inner size and the heights of the bars, so that the form can be
-    /// loaded next. Does not show the window, which is shown when the form becomes visible.
+    /// Prepares the form, so that it can be loaded next: sets the heights of the bars, the form's
+    /// inner size and its designed size. The inner size is the size in form1.h, or larger if the
+    /// menu bar, the bars and the tree at its minimum height need more space. The designed size,
+    /// which each load restores, also includes the window's frame. May wait for the window manager.
+    /// Does not show the window, which is shown when the form becomes visible.
     explicit MainWindowView(Form1& form);
 
     /// The bar with the last notice, below the client area.
     [[nodiscard]] NoticeBar& noticeBar() { return *notices_; }
 
     /// Returns whether a disc image may be dropped now. Called repeatedly while a disc image is
-    /// dragged over the window. If it is not set, an image may always be dropped.
+    /// dragged over the window. While this function is not set, an image may always be dropped.
     std::function<bool()> acceptsImages;
-    /// Called when a disc image (.cue, .toc) was dropped from a file manager. `machinePath` is its
-    /// path, byte for byte. Also called if acceptsImages() returned true while the image was
-    /// dragged but returns false at the drop.
+    /// Called when a disc image (.cue, .toc) was dropped from a file manager. `machinePath` is the
+    /// image's path, byte for byte. Also called if acceptsImages() returned true while the image
+    /// was dragged but returns false at the drop.
     std::function<void(const std::string& machinePath)> onImageDropped;
 
   protected:

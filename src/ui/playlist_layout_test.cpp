@@ -51,7 +51,7 @@ class PlaylistLayoutTest : public testing::Test {
     static std::string boxName(std::size_t number) {
         return "Text4(" + std::to_string(number) + ")";
     }
-    /// The width in which a line edit shows its text without scrolling.
+    /// The width of the area in which a line edit shows text, in pixels. A wider text is scrolled.
     static int textWidth(const QLineEdit& box) {
         constexpr int marginsOfText = 2 * 2; // pixels; QLineEdit's own, which no function returns
         QStyleOptionFrame option;
@@ -89,7 +89,7 @@ TEST_F(PlaylistLayoutTest, DoesNotBlockOtherWindows) {
     EXPECT_EQ(window.windowModality(), Qt::NonModal);
 }
 
-TEST_F(PlaylistLayoutTest, TheBoxesOfTheTagShowThirtyCharacters) {
+TEST_F(PlaylistLayoutTest, TheBoxesOfTheTagHaveSpaceForThirtyCharactersOfAverageWidth) {
     for (std::size_t number = 1; number <= FrmPlayList::text4Count; ++number) {
         const auto& box = get<QLineEdit>(boxName(number).c_str());
         EXPECT_GE(textWidth(box), 30 * box.fontMetrics().averageCharWidth()) << boxName(number);

@@ -15,7 +15,7 @@ namespace sonarith {
 
 namespace {
 
-/// All lists of files, in the order in which they are searched.
+/// All list boxes with paths of files, in the order in which they are searched.
 std::array<ListBox*, 4> fileLists(Form1& form) {
     return {&form.List1, &form.List2, &form.List4, &form.List5};
 }
@@ -87,7 +87,8 @@ void PopupMenu::mnuFileRemove_Click() {
         for (int i = 0; i < list->listCount(); ++i) {
             // Compares only the whole entry. mnuRemoveDelete_Click() compares the entry's file
             // name, too. If the node shows only a file name, the entry with the file's path stays
-            // in the list, so the menu command Start on the node's group still decodes an MP3 file.
+            // in the list. If this is an MP3 file, the menu command Start on the node's group still
+            // decodes it.
             if (matches(list->list(i), text)) {
                 list->removeItem(i).passOver();
                 return;

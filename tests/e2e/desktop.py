@@ -135,8 +135,8 @@ class Desktop:
 
     def _start_bus(self):
         # The bus's socket is in the runtime folder and not directly in /tmp: the package test runs
-        # the program with another root folder, which contains the runtime folder, but not this
-        # /tmp.
+        # the program under chroot, where the program cannot see this machine's /tmp. In that test,
+        # self.folder, and so the runtime folder, is inside the new root (clean_root.py).
         place = pathlib.Path(self.environment["XDG_RUNTIME_DIR"]) / "bus"
         bus = self._start("dbus-daemon", "--session", "--nofork", "--print-address=1",
                           f"--address=unix:path={place}", stdout=subprocess.PIPE, text=True)

@@ -33,8 +33,8 @@ class Report:
     cached: int = 0
     failed: dict = dataclasses.field(default_factory=dict)  # test name: lines of its output
     programs: int = 0  # number of unit-test programs that ran and passed
-    tests_of_programs: int = 0  # number of tests in these programs
-    # The same results, but each test inside a unit-test program counts as one test: the number of
+    tests_of_programs: int = 0  # number of test cases in these programs
+    # The same results, but each test case of a unit-test program counts as one test: the number of
     # tests that passed, and the names of the tests that failed. A cached program counts as one
     # test.
     single_passed: int = 0
@@ -50,7 +50,8 @@ class Report:
         parts = [f"{self.total} tests" if self.total != 1 else "1 test"]
         if self.programs:
             kind = "are unit-test programs" if self.programs != 1 else "is a unit-test program"
-            parts[0] += f" ({self.programs} of them {kind} with {self.tests_of_programs} tests)"
+            parts[0] += (f" ({self.programs} of them {kind} with {self.tests_of_programs} test "
+                         "cases)")
         if self.sources:
             parts.append("{1} of {0} sources cached".format(*self.sources))
         if self.cached:

@@ -23,7 +23,7 @@ def asked(*words):
 
 
 class Arguments(unittest.TestCase):
-    def test_without_arguments_all_stages_that_need_not_be_named_run_in_order(self):
+    def test_without_arguments_all_stages_except_the_named_only_ones_run_in_order(self):
         self.assertEqual(list(asked()), [stage.name for stage in STAGES if not stage.named_only])
 
     def test_arguments_after_a_stage_select_parts_of_that_stage(self):
@@ -98,8 +98,8 @@ class Reports(unittest.TestCase):
     def test_passed_and_cached_tests_are_counted(self):
         found = self.read("")
         self.assertEqual((found.passed, found.cached, found.failed), (2, 1, {}))
-        self.assertEqual(found.note(), "3 tests (2 of them are unit-test programs with 15 tests), "
-                         "1 of 3 cached")
+        self.assertEqual(found.note(), "3 tests (2 of them are unit-test programs with 15 test "
+                         "cases), 1 of 3 cached")
 
     def test_cached_sources_are_counted(self):
         found = self.read('<testcase name="lint.tidy" status="run"><system-out>9 sources, 7 of '
@@ -116,7 +116,7 @@ class Reports(unittest.TestCase):
         self.assertEqual(found.failed["d"][-1], "line 99?")
         self.assertIn("1 of 4 FAILED", found.note())
 
-    def test_a_test_that_could_not_be_run_has_failed(self):
+    def test_a_test_that_could_not_be_run_counts_as_failed(self):
         found = self.read('<testcase name="d" status="notrun"><skipped message="Unable to find '
                           'executable"/><system-out>Unable</system-out></testcase>')
         self.assertEqual(list(found.failed), ["d"])

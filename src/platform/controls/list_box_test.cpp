@@ -40,12 +40,12 @@ struct ListBoxTest : testing::Test {
     }
 };
 
-TEST_F(ListBoxTest, KeepsTheOrderOfItsLines) {
+TEST_F(ListBoxTest, KeepsTheOrderOfItsLinesAndStartsWithoutACurrentLine) {
     EXPECT_THAT(linesOf(list), ElementsAre("a", "b", "c"));
     EXPECT_EQ(list.listIndex(), -1);
 }
 
-TEST_F(ListBoxTest, ReadsAsEmptyOutsideTheList) {
+TEST_F(ListBoxTest, LinesOutsideTheListReadAsEmptyAndNotSelected) {
     for (const int outside : {-2, -1, 3, 1000000}) {
         EXPECT_EQ(list.list(outside), "") << outside;
         EXPECT_FALSE(list.selected(outside));
@@ -170,7 +170,7 @@ TEST_F(ListBoxTest, CanAppendTheTextOfOneOfItsOwnLines) {
     EXPECT_EQ(list.list(102), "a");
 }
 
-TEST_F(ListBoxTest, AUsersClickOnTheCurrentLineRunsTheClickHandler) {
+TEST_F(ListBoxTest, AUsersClickRunsTheClickHandlerAlsoOnTheCurrentLineButNotOutsideTheList) {
     list.choose(1);
     list.choose(1);
     EXPECT_EQ(clicks, 2);
@@ -205,7 +205,7 @@ struct ReorderTest : ListBoxTest {
     ReorderTest() { scratch.addItem("left over"); }
 };
 
-TEST_F(ReorderTest, PutOnTopInsertsTheLineAndLeavesACopyOfTheListInTheScratchList) {
+TEST_F(ReorderTest, PutOnTopInsertsTheLineAndLeavesACopyOfTheResultInTheScratchList) {
     putOnTop(list, "top", scratch);
     EXPECT_THAT(linesOf(list), ElementsAre("top", "a", "b", "c"));
     EXPECT_THAT(linesOf(scratch), ElementsAre("top", "a", "b", "c"));

@@ -20,8 +20,8 @@ struct DriveMakers {
     std::function<std::shared_ptr<Drive>(const std::string& path)> makeImage;
 };
 
-/// The functions for the drives of this machine. The objects in `services` must outlive those
-/// drives.
+/// The functions for the drives of this machine. The objects in `services` must outlive the
+/// returned functions and the Drive objects that these functions create.
 [[nodiscard]] DriveMakers realDriveMakers(waiting::Services services);
 
 /// For the logic's thread only.
@@ -35,8 +35,8 @@ class DriveSlot {
     DriveSlot& operator=(const DriveSlot&) = delete;
 
     /// Returns the drive chosen now; null if the choice is the first optical drive and the machine
-    /// has none. As long as the choice is the same, the same object is returned, so that an image's
-    /// open tray stays open. The drive may outlive the slot.
+    /// has none. As long as the device node or the image is the same, the same object is returned,
+    /// so that an image's open tray stays open. The returned object may outlive this one.
     [[nodiscard]] std::shared_ptr<Drive> openDrive();
 
     /// Called after each choice of the user. If the user chooses the current image again after it

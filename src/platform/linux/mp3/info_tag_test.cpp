@@ -67,7 +67,7 @@ TEST(InfoTagTest, TrimsNothingIfItStatesZeroFrames) {
     EXPECT_EQ(tagOf(data), GaplessTrim());
 }
 
-TEST(GaplessTrimTest, RemovesWhatTheEncoderAddedAndKeepsSamplesAfterTheEncodersLastFrame) {
+TEST(GaplessTrimTest, RemovesWhatTheEncoderAddedButKeepsSamplesThatAnotherProgramAppended) {
     const GaplessTrim trim(10, 90, 100);
     const std::vector<std::pair<std::int64_t, std::int64_t>> cases{
         {0, 0}, {10, 0}, {11, 1}, {90, 80}, {95, 80}, {100, 80}, {101, 81}, {200, 180}};

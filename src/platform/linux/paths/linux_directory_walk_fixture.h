@@ -51,8 +51,9 @@ class LinuxDirectoryWalkTest : public testing::TestWithParam<test::Reach> {
         walk.FindClose(handle);
         return all;
     }
-    /// All files below a folder, found as the file search does it: with paths in lower case,
-    /// without hidden folders, and with the most recently found folder first.
+    /// All files below a folder, found as the file search finds them: paths are in lower case,
+    /// hidden folders are skipped, and of the folders that are still to be listed, the one found
+    /// last is listed next.
     std::vector<std::string> filesBelow(const std::string& start) {
         return filesBelow(start, directories_);
     }

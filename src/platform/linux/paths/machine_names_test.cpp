@@ -21,7 +21,7 @@ TEST(LogicName, ReplacesOnlyBackslashesColonsStarsAndQuestionMarks) {
 
 // The mark is U+00AC. Replacements are the characters that logicName() and formerLogicName() put in
 // place of others.
-TEST(LogicName, PutsAMarkBeforeEachReplacementAndEachMarkThatTheMachineNameContains) {
+TEST(LogicName, PutsAMarkBeforeEachReplacementOrMarkThatIsAlreadyInTheMachineName) {
     EXPECT_EQ(logicName("a\u2217b"), "a\u00ac\u2217b");
     EXPECT_EQ(logicName("\uf02a"), "\u00ac\uf02a");
     EXPECT_EQ(logicName("not \u00ac"), "not \u00ac\u00ac");
@@ -85,7 +85,7 @@ TEST(MachineName, IsRestoredFromItsLogicName) {
     }
 }
 
-TEST(MachineName, ChangesOnlyToLowerCaseWhenItsLogicNameIsConvertedToLowerCase) {
+TEST(MachineName, BecomesLowerCaseAndIsOtherwiseUnchangedIfItsLogicNameIsLowerCased) {
     std::mt19937 random(2);
     for (int i = 0; i < randomNames; ++i) {
         const std::string name = randomName(random);

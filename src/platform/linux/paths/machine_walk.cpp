@@ -58,7 +58,7 @@ std::string ReadFolders::folder() const {
 }
 
 /// The walk on `machine`. Creates a new walk if the previous call of this function received another
-/// object: after a call on a MachineFiles object has timed out, later calls use a new object.
+/// MachineFiles object: after a call on such an object has timed out, later calls use a new object.
 DirectoryWalk& MachineWalk::of(MachineFiles& machine) {
     if (owner_.get() != &machine) {
         walk_ = machine.continueWalk(walked_);
@@ -90,7 +90,9 @@ void MachineWalk::read(MachineFiles& machine, const std::string& folder, ReadAhe
         queueFoldersOf(next, queue);
         read.add(std::move(next));
         if (!whole) {
-            return; // the rest of the folder may contain the folder that the walk lists next
+            // The subfolder that the logic's walk lists next may be among the entries that are not
+            // read yet.
+            return;
         }
     } while (ahead == ReadAhead::yes && !queue.empty() && records < mostReadAhead &&
              std::chrono::steady_clock::now() < latest);

@@ -3,9 +3,10 @@
 // block this thread: each call runs on another thread, and the logic waits only a limited time. A
 // call that times out is left behind: nothing waits for it any more, and its MachineFiles object is
 // not used again. A search then finds the mount that does not respond. Until the call has returned,
-// no other call is made to that mount or with one of the call's paths. The paths count too, because
-// the search may find no mount, for example if a folder contains a link to the mount.
-// patient_file_system.h and patient_directories.h make the file calls.
+// no other call is made to that mount or with one of the call's paths. Comparing only the mounts
+// would not be enough: the search follows only the call's paths, so it finds no mount if the call
+// hangs at an entry of a folder, for example at a link to the mount. patient_file_system.h and
+// patient_directories.h make the file calls.
 #pragma once
 
 #include <functional>
@@ -42,9 +43,9 @@ class PatientPaths {
     /// The bound for the search that follows a timeout and finds the mount that does not respond.
     /// Before each step the search stores the mount that the step accesses. The step that hangs is
     /// the one to the mount that does not respond, so the stored mount is the result. The steps
-    /// before it take little time, so this bound can be short. If all mounts respond again, the
-    /// search ends and finds no mount. If the bound of the timed-out call is shorter, that bound is
-    /// used instead.
+    /// before the one that hangs take little time, so this bound can be short. If all mounts
+    /// respond again, the search ends and finds no mount. If the bound of the timed-out call is
+    /// shorter, that bound is used instead.
     static constexpr Waiting::Duration searchBound{1000};
     /// While at least this many calls are left behind, no further call is made. A timeout can
     /// leave two calls behind: the timed-out call and its search. So up to 17 calls can be left
@@ -59,11 +60,12 @@ class PatientPaths {
 
     using Concerned = std::function<std::vector<std::string>()>;
 
-    /// Calls `question` with a MachineFiles& and returns its result. `paths` are the whole paths of
-    /// the logic that the question accesses. The result is empty if the call has not returned
-    /// within the bound. It is empty without a wait if a mount of one of the paths is known not to
-    /// respond, or if an earlier call with one of the paths has not returned. `question` must own
-    /// all objects that it uses.
+    /// Calls `question` with a MachineFiles& and returns its result. `paths` are the paths of the
+    /// logic that the question accesses; each is an absolute path. The result is empty if the call
+    /// has not returned within the bound. It is also empty, and `question` is not called, in three
+    /// cases: a mount of one of the paths is known not to respond, an earlier call with one of the
+    /// paths has not returned, or mostLeftBehind calls are left behind. `question` must own all
+    /// objects that it uses.
     template <typename Question>
     [[nodiscard]] auto ask(const std::vector<std::string>& paths, Question question) {
         return askWithin(bound_, paths, std::move(question));
@@ -77,7 +79,9 @@ class PatientPaths {
     }
 
     /// Like askWithin(), but for a call of several steps. `concerned` returns the paths of the
-    /// current step; it is called before the call, and again if the call times out.
+    /// step that is running, or of the first step if the call has not begun. It is called on the
+    /// thread of the logic: once before the call (not before each step), and again if the call
+    /// times out.
     template <typename Question>
     [[nodiscard]] auto askInSteps(Waiting::Duration bound, const Concerned& concerned,
                                   Question question) {
@@ -91,7 +95,8 @@ class PatientPaths {
         return came ? std::move(*answer) : std::nullopt;
     }
 
-    /// Whether every call that timed out has returned.
+    /// Whether no call is left behind. A call that has returned counts as left behind until the
+    /// next question.
     [[nodiscard]] bool allReturned() const { return left_.empty(); }
     [[nodiscard]] const waiting::Services& services() const { return services_; }
     [[nodiscard]] Waiting::Duration bound() const { return bound_; }

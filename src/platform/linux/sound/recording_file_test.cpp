@@ -81,7 +81,7 @@ TEST_F(RecordingFileTest, ReplacesAFileThatHasTheSameName) {
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
 
-TEST_F(RecordingFileTest, CanBeSavedAgainAfterAFailedSave) {
+TEST_F(RecordingFileTest, CanBeSavedAgainAfterFailedAndSuccessfulSaves) {
     std::ofstream(target) << "old";
     RecordingFile recording = create(Channels::stereo);
     EXPECT_TRUE(recording.append(pattern(0, 10)));
@@ -117,7 +117,7 @@ TEST_F(RecordingFileTest, CreateFailsIfTheFolderDoesNotExistOrCannotContainFiles
     EXPECT_FALSE(RecordingFile::create(Channels::stereo, "/proc").ok());
 }
 
-TEST_F(RecordingFileTest, SavesAsRf64ARecordingThatIsTooLongForAPlainWav) {
+TEST_F(RecordingFileTest, SavesARecordingThatIsTooLongForAPlainWavAsRf64) {
     constexpr std::int64_t smallLimit = 400'000;
     RecordingFile recording = create(Channels::stereo, smallLimit);
     EXPECT_TRUE(recording.append(pattern(0, 100'001)));
@@ -129,7 +129,7 @@ TEST_F(RecordingFileTest, SavesAsRf64ARecordingThatIsTooLongForAPlainWav) {
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
 
-TEST_F(RecordingFileTest, SavesARecordingOfTheLongestPlainLengthAsPlainWav) {
+TEST_F(RecordingFileTest, SavesTheLongestRecordingThatFitsIntoAPlainWavAsPlainWav) {
     constexpr std::int64_t smallLimit = 4000;
     RecordingFile recording = create(Channels::stereo, smallLimit);
     EXPECT_TRUE(recording.append(pattern(0, 1000)));

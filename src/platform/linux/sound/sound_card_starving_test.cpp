@@ -100,7 +100,7 @@ TEST_F(StarvingSoundCardTest, SkipsNoFrameAndInsertsNoneWhileItsSourceStarves) {
     }
 }
 
-TEST_F(StarvingSoundCardTest, SkipsTheTimeDuringWhichAStarvingSourceStopsTheCard) {
+TEST_F(StarvingSoundCardTest, DoesNotCatchUpOnTheTimeDuringWhichAStarvingSourceStoppedTheCard) {
     disc->allow(100);
     card.startRecording(recorder, 0ns);
     card.attach(Line::compactDisc, disc, 0ns);
@@ -160,7 +160,8 @@ TEST_F(StarvingSoundCardTest, PlaysPulledFramesOfALineEvenAfterTheLineWasDetache
     EXPECT_THAT(recorder->frames(), IsSound(expected));
 }
 
-/// The disc plays while another line has only 100 frames and then starves for more than one block.
+/// The disc and another line are attached. The other line delivers 100 frames and then starves for
+/// more than one block, which stops the card and so the disc.
 class DiscWithAStarvingLineTest : public StarvingSoundCardTest {
   protected:
     void SetUp() override {
@@ -177,7 +178,7 @@ class DiscWithAStarvingLineTest : public StarvingSoundCardTest {
     std::shared_ptr<PatternSource> file = std::make_shared<PatternSource>();
 };
 
-TEST_F(DiscWithAStarvingLineTest, CountsOnlyPlayedFramesInItsPosition) {
+TEST_F(DiscWithAStarvingLineTest, TheDiscsPositionCountsOnlyPlayedFrames) {
     EXPECT_EQ(disc->position(), 100);
     EXPECT_THAT(recorder->frames(), IsSound(counted()));
 }
@@ -267,9 +268,9 @@ TEST_F(FullRecordingTest, StopsTheCardSoThatNoFrameIsSkippedOrInserted) {
     narrow->space = 100'000;
     card.advance(60s + 10ms);
     EXPECT_THAT(narrow->frames(), IsSound(pattern(0, 1141)))
-        << "the card must not play the missed minute";
+        << "the card must not catch up on the minute during which it was stopped";
     EXPECT_THAT(speakers->frames(), IsSound(pattern(0, 1141)))
-        << "the speakers must play what is recorded";
+        << "the speakers must play exactly the recorded frames";
 }
 
 TEST_F(FullRecordingTest, DoesNotStopTheCardAfterTheRecordingHasEnded) {
