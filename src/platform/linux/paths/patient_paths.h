@@ -3,10 +3,11 @@
 // block this thread: each call runs on another thread, and the logic waits only a limited time. A
 // call that times out is left behind: nothing waits for it any more, and its MachineFiles object is
 // not used again. A search then finds the mount that does not respond. Until the call has returned,
-// no other call is made to that mount or with one of the call's paths. Comparing only the mounts
-// would not be enough: the search follows only the call's paths, so it finds no mount if the call
-// hangs at an entry of a folder, for example at a link to the mount. patient_file_system.h and
-// patient_directories.h make the file calls.
+// no other call is made to that mount or with one of the call's paths. Refusing calls by mount
+// alone would not be enough: a call for a folder may hang at an entry of this folder, for example
+// at a link to a mount that does not respond. The search follows the folder's path but not its
+// entries, so it then finds no mount. patient_file_system.h and patient_directories.h make the file
+// calls.
 #pragma once
 
 #include <functional>
