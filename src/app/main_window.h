@@ -27,8 +27,9 @@ class MainWindow {
     /// player's panel. The mouse pointer has its normal shape afterwards in both cases. Yields.
     void Form_Load();
     /// Stops every job; never refuses the close. Yields while a capture is saved. A job that the
-    /// user starts in that yield would block this close until the job ends. If the user closes the
-    /// window again in that yield, this function is called again and stops that job.
+    /// user starts in that yield runs inside it and blocks this close until the job ends. If the
+    /// user closes the window again while that job runs, this function is called again, inside the
+    /// first call, and stops the job.
     void Form_QueryUnload();
     /// Ends the process.
     void Form_Unload();

@@ -200,7 +200,8 @@ TEST_F(DriverTest, ANameFoundInList4DecodesTheLineOfList2AtTheSameIndex) {
     EXPECT_THAT(lines(form.List1), IsEmpty());
 }
 
-TEST_F(DriverTest, ASelectedFileWithAnIndexBeyondList2IsWaitedForButNotDecoded) {
+TEST_F(DriverTest,
+       ForASelectedFileWithAnIndexBeyondList2TheDriverStartsNoWorkerAndWaitsUntilTheProgramEnds) {
     fill(form.List4, {"c:\\mp3\\b.mp3"});
     loop.after(1h, [this] {
         EXPECT_EQ(process.currentFile, "");
@@ -258,7 +259,7 @@ TEST_F(DriverTest, ASingleFileIsNotDecodedIfAStopIsRequested) {
 
 // --- files that cannot be decoded --------------------------------------------------------------
 
-TEST_F(DriverTest, AMissingFileHidesCancelAndIsWaitedForUntilTheProgramEnds) {
+TEST_F(DriverTest, ForAMissingFileCancelStaysHiddenAndTheDriverWaitsUntilTheProgramEnds) {
     fill(form.List2, {"c:\\mp3\\gone.mp3"});
     loop.after(1h, [this] {
         EXPECT_TRUE(process.workerBusy);
@@ -277,7 +278,7 @@ TEST_F(DriverTest, AMissingFileHidesCancelAndIsWaitedForUntilTheProgramEnds) {
 
 // `workerBusy` is set before Disablem() unloads the earlier worker; this unload clears the flag, so
 // the driver does not wait.
-TEST_F(DriverTest, AMissingFileIsNotWaitedForIfAnEarlierWorkerExists) {
+TEST_F(DriverTest, ForAMissingFileTheDriverDoesNotWaitIfAnEarlierWorkerIsStillLoaded) {
     process.currentFile = "c:\\mp3\\A.mp3";
     mp3.duration = 10s;
     windows.Form6.load();

@@ -106,7 +106,7 @@ TEST_F(FinderWindowTest, TheExtensionIsAlwaysShownInLowerCase) {
     EXPECT_EQ(finder.zFileExt.text(), ".mp3");
 }
 
-TEST_F(FinderWindowTest, ACaptionOfMoreThan200CharactersLosesItsPrefix) {
+TEST_F(FinderWindowTest, ASearchCaptionOfMoreThan200CharactersIsReplacedByTheFolderAndAnEllipsis) {
     const std::string folder = "c:\\" + std::string(186, 'm');
     const std::string shown = folder + "\\";
     ASSERT_THAT(shown, SizeIs(190));
@@ -131,7 +131,7 @@ TEST_F(FinderWindowTest, ACaptionOf200CharactersIsKept) {
     EXPECT_EQ(caption, prefix + "c:\\" + name + "\\");
 }
 
-TEST_F(FinderWindowTest, APathThatIsTooLongEvenWithoutThePrefixIsShownWhole) {
+TEST_F(FinderWindowTest, AFolderOfMoreThan200CharactersIsShownWholeWithAnEllipsisAfterIt) {
     finder.lstdirs.addItem(std::string(300, 'x'));
     finder.lbltime.setCaption(std::string(400, 'y'));
     EXPECT_EQ(finder.lbltime.caption(), std::string(300, 'x') + "...");

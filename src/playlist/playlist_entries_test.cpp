@@ -43,7 +43,7 @@ TEST_F(PlaylistEntriesTest, LoadsNothingFromAFreshStore) {
     EXPECT_THAT(store.readKeys, testing::Not(testing::Contains("1")));
 }
 
-TEST_F(PlaylistEntriesTest, ShowsTheWordEmptyForAMissingEntryAndForAnEntryWithTheText0) {
+TEST_F(PlaylistEntriesTest, ShowsTheWordEmptyForAMissingEntryAndForAnEntryWhoseValueIs0) {
     store.put("music", "HowMany", "4");
     store.put("music", "1", pathA);
     store.put("music", "3", "0");

@@ -161,7 +161,8 @@ void FormAdapter::takeFrame() {
         window_.resize(window_.size() - frame);
     }
     // The form's size may differ from the window's: the form's size was too small for the contents,
-    // or the window was resized when another frame was expected.
+    // or the window was resized for an expected frame (expectedFrame_) whose size differs from that
+    // of the actual frame.
     followSize();
 }
 

@@ -11,7 +11,7 @@ using testing::IsEmpty;
 
 using TreeEditingTest = test::TreeEditingWorld;
 
-TEST_F(TreeEditingTest, ADragMovesAnMp3FileToTheGroupUnderThePointerBeforeTheRelease) {
+TEST_F(TreeEditingTest, ADragMovesAnMp3FileToTheGroupUnderThePointerWhileTheButtonIsStillDown) {
     pressAt("a.mp3");
     moveTo("Selected MP3 Files");
     EXPECT_THAT(childrenOf("Selected MP3 Files"), ElementsAre("a.mp3"));

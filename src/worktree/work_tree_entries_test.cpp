@@ -78,9 +78,10 @@ TEST_F(Showfiles3Test, PassesTheEntrysNumberToFileAdderInsteadOfThePath) {
     const auto before = outline();
     EXPECT_EQ(timeOfShowfiles3(), 300ms);
     EXPECT_EQ(outline(), before);
-    // Runs showfiles3 again, now with a file "2" in the current folder and without the entry that
-    // the first run added. The adder receives "2", finds the file of this name, and stores the
-    // folder part of "2", which is empty, in SplitDir.
+    // Runs showfiles3 again, now with a file "2" in the current folder. List2 is cleared first: if
+    // it contained the path that the first run added, showfiles3 would do nothing. The adder
+    // receives "2", finds the file of this name, and stores the folder part of "2", which is empty,
+    // in SplitDir.
     disk.changeFolder("c:\\sonarith").passOver();
     disk.addFile("c:\\sonarith\\2", std::string(100, 'x'));
     process.SplitDir = "untouched";

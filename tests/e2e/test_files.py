@@ -74,9 +74,9 @@ def the_tree_shows_the_files_of_the_folder(desktop, program):
     (destination / "two.mp3").unlink()
     started.choose_menu("Action", "Refresh List")
     new = [row_of(destination / name) for name in ("four.mp3", "five.wav")]
-    # Deliberate: a refresh does not change the groups of files. It creates the disc's groups anew
-    # below the groups of files, and adds all new files to the disc's group "Available Tracks". A
-    # file that no longer exists keeps its row.
+    # Deliberate: the first refresh does not change the groups of files. It removes the disc's
+    # collection "CD Tracks", adds it again after the collections of the files, and adds all new
+    # files to the disc's group "Available Tracks". A file that no longer exists keeps its row.
     wait_for("the new files", lambda: set(new) <= set(started.group("Available Tracks")))
     check_equal(started.group("WAV Files"), [wav], "WAV files after the refresh")
     check_equal(sorted(started.group("MP3 Files")), sorted([two, three]),

@@ -104,7 +104,8 @@ TEST_P(TheMeterOnTheSoftwareCard, ShowsAtEachTickTheLargestSampleSinceThePreviou
         if (levels.empty() || level != levels.back()) {
             levels.push_back(level);
         }
-        // At a second tick, the level stays the same, because no block was played in between.
+        // A further tick at once: without a new block, the meter shows the same level again (see
+        // PeakMeter::read()).
         expectReading(level);
         from = end;
     }

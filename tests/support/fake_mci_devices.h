@@ -35,7 +35,7 @@ class FakeTransport : public mci::Transport {
 
     Status play(std::int64_t sector, std::int64_t endSector) override {
         if (refusesToPlay) {
-            return {ErrorNumber::deviceUnavailable, "no thread is left"};
+            return {ErrorNumber::deviceUnavailable, "no more threads can be started"};
         }
         calls.push_back("play " + std::to_string(sector) + " " + std::to_string(endSector));
         frame_ = sector * disc::framesPerSector;

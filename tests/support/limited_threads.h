@@ -27,7 +27,7 @@ class LimitedThreads {
             }
             ++counts->left;
             ++counts->refused;
-            return Error{ErrorNumber::deviceUnavailable, "no thread is left"};
+            return Error{ErrorNumber::deviceUnavailable, "no more threads can be started"};
         };
     }
     /// Allows `threads` more threads.

@@ -31,7 +31,8 @@ struct ProgramEnded {};
 
 /// Thrown for a wait that would never end on the real loop: the wait's condition is still true
 /// although no event can become due, or the condition has been true for longer than any job of the
-/// program takes. Also thrown for a loop of yields during which the time never advances.
+/// program takes. Also thrown if yield() is called more than 1,000,000 times without an
+/// advance of the time.
 class WaitNeverEnds : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
@@ -48,7 +49,8 @@ class VirtualEventLoop final : public EventLoop {
             return;
         }
         if (++yieldsWithoutTime_ > maximumYieldsWithoutTime) {
-            throw WaitNeverEnds("a loop of yields that nothing ends; use waitWhile or waitFor");
+            throw WaitNeverEnds("yield() was called more than 1,000,000 times while the time did "
+                                "not advance; wait with waitWhile or waitFor instead");
         }
         // Events that become due during this yield are handled by the next yield.
         const auto round = due(now_);

@@ -14,7 +14,7 @@ TEST(DesktopNotifications, TryToStartTheirThreadAtEachTextUntilTheThreadRuns) {
         QStringLiteral("Sonarith"), [&](const std::function<void()>&) -> Result<std::thread> {
             ++starts;
             if (!hasThreads) {
-                return Error{ErrorNumber::deviceUnavailable, "no thread is left"};
+                return Error{ErrorNumber::deviceUnavailable, "no more threads can be started"};
             }
             return std::thread([] {});
         });

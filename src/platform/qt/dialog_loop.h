@@ -19,8 +19,8 @@ namespace sonarith {
 
 /// The parent for a new dialog. A dialog stays above its parent and is hidden or minimized together
 /// with it. Returns the first of these windows that is visible and not minimized: the running
-/// dialog, the active window, the main window (while another program is in front). Null if no such
-/// window exists.
+/// dialog that was opened last; the active window (none while another program is in front); the
+/// main window. Null if no such window exists.
 [[nodiscard]] QWidget* dialogParent();
 
 } // namespace sonarith

@@ -102,9 +102,10 @@ TEST_F(QtTrayTest, EachIdentifierHasItsOwnIcon) {
 TEST_F(QtTrayTest, AnUnchangedTipIsNotSentAgain) {
     embedding = true;
     EXPECT_TRUE(tray.add({1, &form, "one"}));
-    shown()->setToolTip("as the panel has it");
+    // QtTray does not know this tip. If it set its own tip again, it would replace this one.
+    shown()->setToolTip("set by the test");
     EXPECT_TRUE(tray.modify({1, &form, "one"}));
-    EXPECT_EQ(shown()->toolTip(), "as the panel has it");
+    EXPECT_EQ(shown()->toolTip(), "set by the test");
     EXPECT_TRUE(tray.modify({1, &form, "two"}));
     EXPECT_EQ(shown()->toolTip(), "two");
 }

@@ -15,7 +15,8 @@ enum class StoreFileState {
 };
 
 /// A settings file with more bytes than this is treated as foreign. The limit leaves about 670
-/// bytes for each path of the longest playlist that the program writes, which has 100,000 paths.
+/// bytes for each path of a playlist of 100,000 paths, which is ten times the number for which the
+/// playlist's window is designed.
 inline constexpr std::size_t longestStoreFileBytes = 64 * 1024 * 1024;
 
 /// The format: UTF-8 without NUL; each line ends with a line feed and is one of these: a blank

@@ -39,8 +39,9 @@ class PreferencesWindow {
     /// fits 16 bits.
     void Command1_Click();
     /// Creates the destination folder: the folder that the user has entered if Check2 is ticked,
-    /// otherwise the stored folder. Then saves its path and yields once. Instead, shows one message
-    /// if the entered folder has no name, and two messages if the folder cannot be created.
+    /// otherwise the stored folder. Then saves its path and yields once. If Check2 is ticked and
+    /// the user has entered no name (Text10 is empty), creates and saves nothing and shows one
+    /// message. If the folder cannot be created, saves no path and shows two messages.
     void Co111_Click();
     void Drive2_Change();
     void Dir2_Change();
@@ -65,7 +66,8 @@ class PreferencesWindow {
     /// shows a message and returns nothing.
     [[nodiscard]] std::optional<DestinationFolder> chosenDestination();
     [[nodiscard]] bool makeFolders(const std::string& path);
-    /// Writes to the disk everything that the load step has saved, because the next step may yield.
+    /// Writes to the disk everything that the load step has saved so far. Called before anything
+    /// that may yield, because no transaction may exist across a yield, and at the load step's end.
     void endLoadWrites() { loadWrites_.reset(); }
 
     const Platform& platform_;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The bit reservoir consists of those bytes of preceding frames in which the main data of a
 // Layer III frame may begin. BitReservoir counts how many of these bytes are available, and detects
-// frames that refer to missing bytes; it stores no sound data. The functions read or change the
-// side information of a frame.
+// frames that refer to missing bytes; it stores no sound data and changes no frame. The free
+// functions of this header read or change the side information of a frame.
 #pragma once
 
 #include <cstdint>
@@ -21,8 +21,9 @@ namespace sonarith::mp3 {
 [[nodiscard]] bool isEmptySideInfo(const FrameHeader& header, Bytes frame);
 
 /// Silences a frame that refers to missing data: in place of these data, a decoder would decode
-/// whatever its memory contains. Afterwards the frame refers back to only `begin` bytes, so the
-/// decoder keeps these bytes for later frames.
+/// whatever its memory contains. Afterwards the frame refers back to `begin` bytes, although it
+/// uses none of them: a decoder may drop the bytes before the beginning of a frame's main data, and
+/// later frames may need these bytes.
 void silence(const FrameHeader& header, std::span<std::uint8_t> frame, int begin);
 
 /// Fills the empty side information of a frame so that each granule and channel has two spectral

@@ -2,11 +2,13 @@
 // Runs file calls for the thread of the logic. A disk or server that does not respond must not
 // block this thread: each call runs on another thread, and the logic waits only a limited time. A
 // call that times out is left behind: nothing waits for it any more, and its MachineFiles object is
-// not used again. A search then finds the mount that does not respond. Until the call has returned,
-// no other call is made to that mount or with one of the call's paths. Comparing only the mounts
-// would not be enough: the search follows only the call's paths, so it finds no mount if the call
-// hangs at an entry of a folder, for example at a link to the mount. patient_file_system.h and
-// patient_directories.h make the file calls.
+// not used again. PatientPaths then searches for the mount that does not respond: a second call,
+// with its own short bound, follows the first call's paths step by step. Until the first call has
+// returned, no other call is made to that mount or with one of these paths. Refusing calls by
+// mount alone would not be enough: a call for a folder may hang at an entry of this folder, for
+// example at a link to a mount that does not respond. The search follows the folder's path but not
+// its entries, so it then finds no mount. patient_file_system.h and patient_directories.h make the
+// file calls.
 #pragma once
 
 #include <functional>
@@ -95,8 +97,8 @@ class PatientPaths {
         return came ? std::move(*answer) : std::nullopt;
     }
 
-    /// Whether no call is left behind. A call that has returned counts as left behind until the
-    /// next question.
+    /// Whether no call is left behind. A call that was left behind and has returned since then
+    /// still counts as left behind until the next call of ask(), askWithin() or askInSteps().
     [[nodiscard]] bool allReturned() const { return left_.empty(); }
     [[nodiscard]] const waiting::Services& services() const { return services_; }
     [[nodiscard]] Waiting::Duration bound() const { return bound_; }

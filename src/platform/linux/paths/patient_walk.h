@@ -21,9 +21,10 @@ namespace sonarith {
 class PatientWalk final : public DirectoryWalk {
   public:
     /// A call that reads ahead begins no further folder after this time, so that a slow disk hardly
-    /// delays the folder that the logic waits for. This limit also ends a call that has timed out:
-    /// when the folder that hung responds again, the limit has passed, so the call reads no further
-    /// folder. The walk reads the remaining folders with new calls.
+    /// delays the folder that the logic waits for. The limit also keeps a call that was left
+    /// behind from reading on: when the folder at which it hung responds again, the limit has long
+    /// passed, so the call begins no further folder. The walk reads the remaining folders with new
+    /// calls.
     static constexpr std::chrono::milliseconds usualReadAhead{5};
 
     /// `paths` must outlive this object.

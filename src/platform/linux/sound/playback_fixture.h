@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A playback device for tests: it stores what is played, and can be made to fail or to hang; and
-// the fixture of the tests of playback_pump.h.
+// A playback device for tests, which stores what is played and can be made to fail or to hang. Also
+// contains the fixture of the tests of playback_pump.h, which uses this device.
 #pragma once
 
 #include <algorithm>

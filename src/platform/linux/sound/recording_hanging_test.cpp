@@ -320,7 +320,7 @@ TEST_F(HangingDiskTest, TheWatchingThreadWritesToTheNextFolderIfNoFurtherThreadC
     expectPlainWav(other / "1234-3.wav", played());
 }
 
-TEST_F(HangingDiskTest, IsWaitedForIfTheSystemHasNoThreadToWatchIt) {
+TEST_F(HangingDiskTest, IsWaitedForIfNoThreadCanBeStartedToWatchIt) {
     const fakes::TempFolder other;
     const fakes::LimitedThreads threads(1);
     context.starter = threads.starter();
@@ -337,7 +337,7 @@ TEST_F(HangingDiskTest, IsWaitedForIfTheSystemHasNoThreadToWatchIt) {
     expectPlainWav(target, played());
 }
 
-TEST_F(HangingDiskTest, IsReportedAtOnceIfTheSystemHasNoThreadToReportItLater) {
+TEST_F(HangingDiskTest, IsReportedAtOnceIfNoThreadCanBeStartedToReportItLater) {
     const fakes::LimitedThreads threads(1);
     context.starter = threads.starter();
     intercepted(&holdNaming, [&](CallJudge& judge) {

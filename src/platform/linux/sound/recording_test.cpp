@@ -130,9 +130,10 @@ TEST_F(RecordingTest,
             const auto recording = begin();
             recording->sink()->record(pattern(0, 88'200));
             ASSERT_TRUE(eventually([&] { return isWritten(*recording); }));
-            // isWritten() does not wait for the last frames. Some of them may be refused by the
-            // full disk, so the number of kept frames is not known in advance: the test reads it
-            // below, and checks that the file contains exactly these frames.
+            // isWritten() is already true while the last frames are still in the queue or being
+            // written. The full disk may refuse some of them, so the number of kept frames is not
+            // known in advance: the test reads it below, and checks that the file contains exactly
+            // these frames.
             full = true;
             recording->sink()->record(pattern(88'200, 88'200));
             ASSERT_TRUE(eventually([&] { return !shown.texts().empty(); }));
@@ -227,7 +228,7 @@ TEST_F(RecordingTest, FailsWithANoticeIfNoThreadCanBeStarted) {
     ASSERT_FALSE(begun.ok());
     EXPECT_EQ(begun.error().number, ErrorNumber::deviceUnavailable);
     EXPECT_EQ(test::entriesIn(folder.path()), 0);
-    EXPECT_THAT(shown.texts(), ElementsAre(HasSubstr("no thread is left")));
+    EXPECT_THAT(shown.texts(), ElementsAre(HasSubstr("no more threads can be started")));
 }
 
 } // namespace

@@ -4,11 +4,11 @@
 // (tone_control.h) nor the range of 16-bit samples.
 //
 // The formulas are those of the "Audio EQ Cookbook" (R. Bristow-Johnson; W3C Working Group Note of
-// 2021), shelves of slope 1. The analog model, with frequency relative to the corner and
-// A = 10^(dB/40), is for the low shelf
+// 2021), shelves of slope 1. With frequency relative to the corner and A = 10^(dB/40), the analog
+// model of the low shelf is
 //     H(s) = A (s^2 + sqrt(2A) s + A) / (A s^2 + sqrt(2A) s + 1)
-// and for the high shelf the same with s replaced by 1/s. At the corner, the gain in dB is half of
-// the requested gain.
+// and that of the high shelf is the same formula with s replaced by 1/s. At the corner, the gain in
+// dB is half of the requested gain.
 #pragma once
 
 #include <span>

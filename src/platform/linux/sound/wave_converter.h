@@ -26,9 +26,10 @@ class WaveConverter {
     /// Converts `frames`, at most blockFrames of the card, to whole frames of the format; the
     /// result is valid until the next call. 16 bits are little-endian; 8 bits are unsigned, 128 is
     /// silence. Mono is the mean of both channels. Resampled sound is band-limited and a few
-    /// milliseconds late; the number of frames matches the rate on average. During long silence
-    /// the result is silence in the number of frames that matches the rate, and no sound is
-    /// resampled. Never allocates.
+    /// milliseconds late; the number of frames matches the rate on average. When the silence
+    /// has lasted so long that the resampler's filter contains only silence, silent frames do not
+    /// pass through the resampler: convert() writes silence instead, and the number of its frames
+    /// matches the rate on average, too. Never allocates.
     [[nodiscard]] std::span<const std::byte> convert(std::span<const StereoFrame> frames);
 
     /// Bytes of one frame of the format.
@@ -53,9 +54,10 @@ class WaveConverter {
     std::vector<std::byte> bytes_; ///< valid up to bytesUsed_
     std::size_t bytesUsed_ = 0;
     std::size_t silentFrames_ = 0; ///< since the last sound, up to settledFrames_
-    /// convert() returns whole frames. During silence, the part of a converted frame that remains
-    /// is left for the next call. Its size in frames is silentRemainder_ divided by frameRate (the
-    /// card's rate).
+    /// convert() returns whole frames. When it writes silence without the resampler, the number of
+    /// frames at the new rate may have a fraction. This fraction is added to the number in the next
+    /// call that writes silence without the resampler. The fraction is silentRemainder_ divided by
+    /// frameRate (the card's rate).
     std::uint64_t silentRemainder_ = 0;
 };
 

@@ -130,7 +130,7 @@ std::vector<int> convertedTone(const WaveFormat& format, int silentBlocks) {
     return result;
 }
 
-TEST(WaveConverter, ConvertsSoundAfterLongSilenceLikeSoundAfterShortSilence) {
+TEST(WaveConverter, ASoundBecomesTheSameBytesAfterAShortAndAfterALongSilence) {
     // At these rates a block is converted to a whole number of frames, so the silence before a
     // sound does not shift the sound by a fraction of a frame.
     for (const WaveFormat& format : {pcmFormat(1, 8000, 8), pcmFormat(2, 48'000, 16)}) {
