@@ -109,7 +109,9 @@ TEST(PreferencesAtTheStart, MuteTheMixerLineOfTheDiscASecondTimeIfTheSettingIs1)
     for (const char* muted : {"1", "0"}) {
         ApplicationBench bench({1000, 1000});
         bench.store.put("Settings", "mute button", muted);
-        int first = -1; // how often the mute was set before the preferences are loaded
+        // How often the mute control was set to `muted` (1 mutes, 0 unmutes) before the preferences
+        // are loaded.
+        int first = -1;
         const auto changes = [&] {
             return std::count(bench.mixer.log.begin(), bench.mixer.log.end(),
                               std::string("set 4101 20010002 ") + muted);

@@ -11,7 +11,9 @@ namespace sonarith {
 
 namespace {
 
-constexpr std::size_t bufferLength = 50; // in characters, including the NUL; see fromBuffer()
+/// In characters, including the NUL. fromBuffer() does not cut a longer text, but returns an empty
+/// one (see system.h).
+constexpr std::size_t bufferLength = 50;
 
 std::int64_t kilobytesRounded(std::int64_t bytes) {
     constexpr std::int64_t kilobyte = 1024;

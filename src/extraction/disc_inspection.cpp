@@ -32,7 +32,8 @@ void DiscInspection::InspectCD() {
     // One buffer for all replies; it is not cleared between them.
     ReplyBuffer reply(replySize);
     form_.lblCDID.setCaption(ask(platform_.media, "info cd identity", reply));
-    // Deliberate: the random number is not used. Only the new seed has a lasting effect.
+    // Deliberate: neither the new seed nor the random number has an effect, because
+    // TrackCapture::nameFile() seeds again before it draws a number.
     platform_.random.reseedFromClock();
     static_cast<void>(platform_.random.fraction());
     form_.lblNumTracks.setCaption(ask(platform_.media, "status cd number of tracks", reply));

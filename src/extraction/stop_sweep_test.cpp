@@ -138,8 +138,8 @@ TEST(EveryStop, AtEveryYieldOfACaptureReturnsToIdleAndTheNextCaptureWorks) {
             }
             bench.expectNextRunWorks();
         }
-        // The starts, ticks and ends of the tracks yield: a capture of three tracks has many more
-        // yields than 20.
+        // The run yields at its start, in each tick, and at the end of each track. So a run with
+        // three tracks has many more than 20 yields.
         EXPECT_GT(n, 20) << kind.name;
     }
 }
@@ -181,10 +181,11 @@ TEST(EveryStop, InsideEveryMessageBoxEndsTheCapture) {
                     bench.form.cmdStart.click();
                     EXPECT_EQ(boxes, 1);
                     EXPECT_TRUE(bench.idle());
-                    // Even if a disc command fails, startDevices() disables the window's commands
-                    // before it returns. In the program, ActionStarter enables them again at the
-                    // end of the action. This bench has no ActionStarter, so the test itself calls
-                    // Enablem().
+                    // Before it returns, startDevices() disables the window's commands, unless the
+                    // recorder could not be opened or its format could not be set. So they are
+                    // disabled here after a failed disc command. In the program, ActionStarter
+                    // enables them again at the end of the action. This bench has no ActionStarter,
+                    // so the test itself calls Enablem().
                     const bool discFailed = std::string(failing).find("cd") != std::string::npos;
                     EXPECT_EQ(bench.commandsOpen(), !discFailed);
                     bench.form.Enablem();

@@ -56,7 +56,7 @@ TEST_F(FoundFilesTest, TheMenuOpensOnlyForARightClickWhileAWavOrMp3IsSelected) {
     EXPECT_THAT(opened, SizeIs(2));
 }
 
-TEST_F(FoundFilesTest, ChoosingSelectForConversionTwiceAddsTheFileOnceAndKeepsItInTheResults) {
+TEST_F(FoundFilesTest, TwoClicksOnSelectForConversionAddTheFileOnceAndKeepItInTheResults) {
     process.settings.showFullPath = 1;
     NodeRef collection;
     addCollection(form.TreeView1, "f Collection 3", "MP3 Files Folder").storeIn(collection);
@@ -135,8 +135,9 @@ TEST_F(FoundFilesTest, ADeletionThatFailsStillRemovesTheLine) {
     loop.atYield(1, [this] { EXPECT_THAT(lines(finder.lstfiles), SizeIs(1)); });
     const auto begin = loop.now();
     finder.mnuDelete.click();
-    // At its end, the handler of mnuDelete calls showfiles3(). showfiles3() passes an entry's
-    // number instead of a path to Cmaddfile2(), which waits 300 ms and then adds nothing.
+    // At its end, the handler of mnuDelete calls showfiles3(). Instead of a path, showfiles3()
+    // passes the index of the selected line of the results to Cmaddfile2() (here -1: no line is
+    // selected). Cmaddfile2() waits 300 ms and then adds nothing, because no file has this name.
     EXPECT_GE(loop.now() - begin, std::chrono::milliseconds(300));
     EXPECT_TRUE(files.fileExists("c:\\a.wav"));
     EXPECT_THAT(lines(finder.lstfiles), IsEmpty());

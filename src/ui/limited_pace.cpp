@@ -7,9 +7,10 @@ namespace sonarith {
 
 namespace {
 
-/// The timer runs show_ this long after the end of an interval, unless a request after that end
-/// runs show_ earlier. This delay is longer than the time between two requests of the level meter:
-/// usually the meter's next request arrives first, and the timer need not wake up the processor.
+/// If show_ has already run in the present interval, a request starts the timer. The timer runs
+/// show_ this long after the end of that interval, unless a later request runs it earlier. This
+/// delay is longer than the time between two requests of the level meter: usually the meter's next
+/// request arrives first, and the timer need not wake up the processor.
 constexpr std::chrono::milliseconds tailDelay{30};
 
 } // namespace

@@ -35,7 +35,9 @@ class LimitedPace {
     std::function<void()> show_;
     Clock now_;
     std::chrono::nanoseconds::rep lastShown_ = -1; ///< number of the interval when show_ last ran
-    QTimer tail_; ///< runs show_ if no request arrives soon after the interval
+    /// Started by a request that could not run show_; runs show_ if no other request arrives soon
+    /// after the interval.
+    QTimer tail_;
 };
 
 } // namespace sonarith

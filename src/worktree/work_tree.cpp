@@ -28,8 +28,9 @@ void WorkTree::showfiles() {
     form_.show();
 
     // Adding a node fails if the tree contains the node's key; `collection_` or `group_` then keeps
-    // its value. So in a later call, a new file is added under the group that was added last. This
-    // group may be for another kind of file or for tracks, and an earlier call may have added it.
+    // its value. So in a later call, `group_` is the group of the last addition that succeeded, and
+    // new files are added under this group. It may be a group for another kind of file or for
+    // tracks, and an earlier call may have added it.
     addCollection(tree, "f Collection 1", "CD Tracks").storeIn(collection_);
     addGroup(tree, collection_, "g Selected Tracks", selectedTracksText).storeIn(group_);
     tree.ensureVisible(group_).passOver();
@@ -121,8 +122,8 @@ void WorkTree::showfiles3() {
     if (chosen.ends_with(".mp3")) {
         form_.List1.addItem(chosen);
     }
-    // Deliberate: the argument is the entry's number, which names no file. So the call only waits
-    // for 0.3 s.
+    // Deliberate: the argument is the index of the selected line of the results, which is not the
+    // path of a file. So the call only waits for 0.3 s.
     adder_.Cmaddfile2(std::to_string(found.listIndex()));
 }
 

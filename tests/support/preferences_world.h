@@ -33,7 +33,8 @@ struct PreferencesWorld : testing::Test, FakeMachine {
     Preferences preferences{platform, process, windows, extraction.monitor};
     AppSettings& settings = process.settings;
 
-    /// The names of the player's options Option13 and Option14 in the order of their clicks.
+    /// One entry for each click on one of the player's options, oldest first: "Option13" (mutes the
+    /// disc's line) or "Option14" (unmutes it). Clicks by code count, too.
     std::vector<std::string> muted;
 
     PreferencesWorld() {

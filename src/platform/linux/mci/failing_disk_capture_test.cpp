@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests captures (recordings of a played track) whose destination hangs or is full. The tests send
-// the commands of a capture to the real player, sound card and recording: each command must
-// return nevertheless, and the sound that reached the disk must be kept.
+// Tests captures (recordings of a played track) whose destination hangs or is full: each command
+// must return nevertheless, and the sound that reached the disk must be kept. The tests send the
+// commands of a capture to the real player, sound card and recording.
 #include <gmock/gmock.h>
 
 #include <fcntl.h>

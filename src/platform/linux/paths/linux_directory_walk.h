@@ -18,8 +18,8 @@
 
 namespace sonarith {
 
-/// The folders that one walk has listed; an object that continues the walk shares this set. add()
-/// is thread-safe.
+/// The folders that one walk has listed. If a new DirectoryWalk object continues the walk (see
+/// continueWalk()), the old and the new object use the same set. add() is thread-safe.
 class WalkedFolders {
   public:
     /// Returns false if the folder was already in the set.

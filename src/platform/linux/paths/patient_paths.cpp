@@ -136,7 +136,8 @@ void PatientPaths::removeReturnedCalls() {
     });
 }
 
-/// Paths are compared as text: a call with another spelling of the same path waits again.
+/// Paths are compared as text: a call with another spelling of the same path is not refused here,
+/// and if it hangs, the logic waits for it, too.
 bool PatientPaths::isUnanswered(const std::vector<std::string>& paths) const {
     return std::any_of(left_.begin(), left_.end(), [&](const LeftBehind& left) {
         return std::find_first_of(paths.begin(), paths.end(), left.paths.begin(),

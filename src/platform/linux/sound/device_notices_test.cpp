@@ -65,7 +65,7 @@ TEST_F(DeviceNoticesTest, ReportTheLossOfTheDefaultOutputWithoutADeviceName) {
     EXPECT_THAT(board.texts().front(), testing::StartsWith("The default sound output cannot"));
 }
 
-TEST_F(DeviceNoticesTest, SettleALossWithoutATextIfTheDeviceIsNoLongerUsed) {
+TEST_F(DeviceNoticesTest, SettleTheNoticeOfALossAndAddNoTextIfTheDeviceIsNoLongerUsed) {
     test::FakeNotices notified;
     const auto notes = std::make_shared<DeviceNotices>(notified);
     const ReportDevice device = reportTo(notes, SoundDevice::output, "hw:0");

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Stores bass and treble in the settings store's section "Devices", because a real sound card keeps
-// them after the end of the program, too. The values are read at the start of the program and
-// written when the user has stopped moving a slider. Volumes and mutes are not stored.
+// Keeps bass and treble of the software sound card beyond the end of the program, as a real sound
+// card does: stores them in the section "Devices" of the settings store. The values are read at the
+// start of the program and written when the user has stopped moving a slider. Volumes and mutes are
+// not stored.
 #pragma once
 
 #include <chrono>

@@ -95,7 +95,7 @@ TEST_F(PlaybackPumpTest, ReportsThatTheDeviceIsLostAndThatItPlaysAgain) {
     EXPECT_EQ(reports.states().back(), DeviceState::unused);
 }
 
-TEST_F(PlaybackPumpTest, ReportsThatTheDeviceWorksEvenIfTheSoundIsShort) {
+TEST_F(PlaybackPumpTest, ReportsThatTheDeviceWorksWhenItIsClosedAfterAShortSound) {
     fakes::DeviceReports reports;
     patient.closeAfter = 1ms;
     PlaybackPump pump(opener(), patient, reports.sink());
@@ -110,7 +110,8 @@ TEST_F(PlaybackPumpTest, TriesToStartItsThreadAgainWhenTheRetryDelayHasPassed) {
     EXPECT_EQ(reports.states(), std::vector{DeviceState::lost});
     play(waiting, 0, 2000);
     EXPECT_EQ(threads.refused(), 1)
-        << "the pump must not try to start a thread again before the hour of retryAfter has passed";
+        << "the pump must not try to start a thread again before retryAfter (here one hour) has "
+           "passed";
     endless.retryAfter = 0ms;
     PlaybackPump pump(opener(), endless, reports.sink(), threads.starter());
     pump.play(pattern(0, 441));
