@@ -54,7 +54,7 @@ void CaptureMonitor::tmrRecord_Timer() {
             endByStop();
             return;
         }
-        // Queried but not used: the device's track number has no effect.
+        // The reply, the device's current track, is not used.
         platform_.media.sendString("status cd current track", &reply);
         showProgress(positionMs);
         platform_.loop.yield();
@@ -82,7 +82,8 @@ void CaptureMonitor::showProgress(std::int32_t positionMs) {
         shown = static_cast<std::int64_t>(std::floor((positionMs - start) / (end - start) * 100));
     }
     form_.Label33.setCaption(std::to_string(shown) + "%");
-    // Before the track's start the value is negative, and the bar does not change.
+    // The bar refuses a value below 0 (before the track's start) or above 100 (after the track's
+    // end), and then does not change.
     form_.ProgressBar1.setValue(shown).passOver();
 }
 
@@ -166,7 +167,7 @@ void CaptureMonitor::Command8_Click() {
     process_.stopRequested = true;
     form_.Timer1.setEnabled(true);
     form_.Enablem();
-    // If no capture is running, Check9 stays at 1 until the next queue starts.
+    // Check9 stays at 1 until stopTimers() in a tick, or the start of the next queue, resets it.
     form_.Check9.setValue(1).passOver();
     capture_.trackEndMs = 0;
     if (!form_.tmrRecord.enabled()) {

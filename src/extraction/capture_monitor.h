@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Monitors a running capture. When the disc reaches the end of the track, this class saves the
-// captured file and makes TrackCapture start the next track. Contains every way to end a capture
-// early.
+// captured file and makes TrackCapture start the next track. It also ends a capture early: after a
+// stop by the user or a device failure, or when the disk has too little free space.
 #pragma once
 
 #include <cstdint>

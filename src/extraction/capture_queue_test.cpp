@@ -220,7 +220,7 @@ TEST(CmdStart, ShowsAMessageAndDoesNothingElseIfNoTracksAreChosen) {
 }
 
 TEST(CmdStart, CapturesTheCurrentTrackIfTheNodeIsNeitherATrackNorAGroupOfTracks) {
-    // A group of files, a collection, and a text that does not begin with "Track" (upper-case "T").
+    // A group of files, a collection, and a text that begins with "track" in lower case.
     for (const char* text : {"WAV Files", "CD Tracks", "track  1 - 00:00:01"}) {
         ExtractionBench bench({1000, 1000});
         bench.insertDisc();

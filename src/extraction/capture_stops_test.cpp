@@ -43,7 +43,7 @@ TEST(StopEverything, SavesTheCapturedPartAndAddsItToTheTree) {
     EXPECT_THAT(linesOf(bench.form.List1), ElementsAre(savedAs(2)));
     EXPECT_TRUE(bench.treeHolds(savedAs(2)));
     EXPECT_TRUE(bench.idle());
-    // A stop outside a tick sets Check9; the start of the next queue resets it.
+    // After a stop outside a tick, Check9 stays at 1 until the next queue starts.
     EXPECT_EQ(bench.form.Check9.value(), 1);
 }
 
@@ -127,7 +127,7 @@ TEST(StopEverything, StopsTheQueueBetweenTwoTracks) {
     }
 }
 
-TEST(StopEverything, TakesEffectAtTheFirstTickIfClickedBeforeTheDevicesAreOpen) {
+TEST(StopEverything, TakesEffectAtTheFirstTickIfClickedWhileTheTrackStarts) {
     QueueBench bench(2);
     bench.loop.atYield(2, [&] { bench.form.Command8.click(); });
     bench.form.cmdStart.click();
@@ -260,7 +260,7 @@ TEST(DeviceFailure, EndsTheQueueAndLeavesTheButtonsAndMenusOfTheWindowDisabled) 
     EXPECT_FALSE(bench.form.Timer1.enabled());
 }
 
-TEST(StopPlaying, LosesARunningCaptureWhoseTimerRunsUntilCommand8IsClicked) {
+TEST(StopPlaying, LosesARunningCaptureAndLetsItsTimerRunUntilCommand8IsClicked) {
     QueueBench bench(2);
     bench.loop.after(550ms, [&] { bench.form.Command12.click(); });
     bench.loop.after(10min, [&] {
@@ -275,7 +275,7 @@ TEST(StopPlaying, LosesARunningCaptureWhoseTimerRunsUntilCommand8IsClicked) {
     EXPECT_TRUE(bench.commandsOpen());
 }
 
-TEST(EndOfAQueue, ClearsOnlyTheDisplaysIfNoTrackIsRunningAndNoStopIsRequested) {
+TEST(EndOfAQueue, ClearsOnlyTheDisplaysIfNoCaptureIsRunningAndNoStopIsRequested) {
     QueueBench bench(1 + 1);
     bench.form.Disablem();
     bench.form.lstRecord.setListIndex(1).passOver();

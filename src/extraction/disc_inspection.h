@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reads the disc's table of contents into the main window: identity, track count, and one line and
-// one length for each track. It does not notice a later change of the disc. It extracts nothing.
+// Reads the disc's table of contents: identity, track count and one line for each track into the
+// main window, one length for each track into CaptureState. Does not notice a later change of the
+// disc. Extracts nothing.
 #pragma once
 
 #include "extraction/capture_state.h"

@@ -138,8 +138,8 @@ TEST(EveryStop, AtEveryYieldOfACaptureReturnsToIdleAndTheNextCaptureWorks) {
             }
             bench.expectNextRunWorks();
         }
-        // The run yields at its start, in each tick, and at the end of each track. So a run with
-        // three tracks has many more than 20 yields.
+        // A run yields at its start, while it waits for a tick, in each tick, and at the end of
+        // each track. So a run with three tracks of two ticks has more than 20 yields.
         EXPECT_GT(n, 20) << kind.name;
     }
 }
@@ -181,8 +181,8 @@ TEST(EveryStop, InsideEveryMessageBoxEndsTheCapture) {
                     bench.form.cmdStart.click();
                     EXPECT_EQ(boxes, 1);
                     EXPECT_TRUE(bench.idle());
-                    // Before it returns, startDevices() disables the window's commands, unless the
-                    // recorder could not be opened or its format could not be set. So they are
+                    // startDevices() ends by disabling the window's commands, unless the recorder
+                    // could not be opened or its format could not be set. So the commands are
                     // disabled here after a failed disc command. In the program, ActionStarter
                     // enables them again at the end of the action. This bench has no ActionStarter,
                     // so the test itself calls Enablem().

@@ -31,23 +31,24 @@ class TrackCapture {
     /// lines that follow the current line (without a current line: all lines) are captured, too,
     /// unless the queue has only one line. Yields, and returns when all these captures have ended.
     void cmdStart_Click();
-    /// Whether a queue is being processed. Stays true between two tracks of the queue, although the
-    /// commands "close capture" and "close cd" have then been sent.
+    /// Whether an extraction is running, of a queue or of a single track. Stays true between two
+    /// tracks of a queue, although the commands "close capture" and "close cd" have then been sent.
     [[nodiscard]] bool running() const { return running_ > 0; }
 
     /// Starts the capture of one track. On return the capture is running, or a device has failed
-    /// and a message was shown, or no command was sent because the track does not exist. Yields
-    /// once, and while a message is shown.
+    /// and a message was shown, or no command was sent because the track does not exist, ends
+    /// before 1 ms or ends beyond 32 bits. Yields once, and while a message is shown.
     void StartTrackRecording2(std::int32_t TrackNum);
 
     /// A variant of StartTrackRecording2. The track is the ItemData of the current line of
     /// lstRecord, or `TrackNum` if there is no current line. The format is the one that is chosen
-    /// in the preferences' list of formats. Does not start the monitor's timer. Nothing calls this
-    /// function.
+    /// in the preferences' list of formats. Does not start the monitor's timer. Nothing in the
+    /// program calls this function.
     void StartTrackRecording1(std::int32_t TrackNum);
 
   private:
-    /// Whether there is a track to start.
+    /// `empty`: the group "Selected Tracks" is selected and contains no track. `taken`: in all
+    /// other cases.
     enum class Queue { taken, empty };
     Queue takeQueue();
     void takeFirstLine();

@@ -53,7 +53,7 @@ TEST_F(FinderScannerTest, SearchesTheProgramsFolderIfNoFolderWasSet) {
     EXPECT_THAT(lines(scanner.lstfiles()), ElementsAre("c:\\sonarith\\own.wav"));
 }
 
-TEST_F(FinderScannerTest, ANameInTheFindersBoxLimitsTheScan) {
+TEST_F(FinderScannerTest, ANameInTheFindersBoxLimitsTheSearch) {
     EXPECT_TRUE(scanner.setFolder("c:\\Music").ok());
     finder.Text1.setText("c");
     scanner.search("wav");

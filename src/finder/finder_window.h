@@ -30,7 +30,8 @@ class FinderWindow {
     void zFileExt_Change();
     void lbltime_Change();
     void Dir1_Change();
-    /// If the drive cannot be entered, neither the drive nor the folder changes.
+    /// If the chosen drive cannot be entered, the folder does not change, and Drive1 returns to the
+    /// folder's drive if that drive still exists.
     void Drive1_Change();
 
     void lstfiles_MouseDown(MouseButtons buttons);
@@ -40,10 +41,10 @@ class FinderWindow {
     void mnuDelete_Click();
     void mnuClose_Click();
 
-    /// Removes each line of List1 that also occurs earlier in the list. Nothing calls this
-    /// function.
+    /// Removes each line of List1 that also occurs earlier in the list. Nothing in the program
+    /// calls this function.
     void RemoveDuplicateDirs();
-    /// Does the same as mnuRemoveFile_Click(). Nothing calls this function.
+    /// Does the same as mnuRemoveFile_Click(). Nothing in the program calls this function.
     void RemoveSelectedFile();
 
   private:

@@ -78,7 +78,7 @@ TEST_F(FinderWindowTest, AClickOnTheSearchButtonDoesNothingIfItsCaptionIsUnknown
     EXPECT_THAT(lines(finder.lstfiles), ElementsAre("kept"));
 }
 
-TEST_F(FinderWindowTest, WithTheCaptionContinueTheButtonStartsASearchAndKeepsThePreviousResult) {
+TEST_F(FinderWindowTest, WithTheCaptionContinueTheButtonStartsASearchAndKeepsTheFoundFolders) {
     disk.addFolder("c:\\m");
     EXPECT_TRUE(finder.Dir1.setPath("c:\\m").ok());
     finder.List1.addItem("kept");

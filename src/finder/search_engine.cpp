@@ -14,7 +14,7 @@ namespace {
 
 constexpr const char* allEntries = "*.*";
 
-/// findfilesdir() lists only entries that have no attributes other than these (their sum is 54).
+/// findfilesdir() ignores an entry that has any other attribute. The sum of these four is 54.
 constexpr std::uint32_t listedAttributes = file_attribute::hidden | file_attribute::system |
                                            file_attribute::directory | file_attribute::archive;
 
@@ -27,7 +27,7 @@ std::string folderPath(const std::string& path) {
     return folder.ends_with('\\') ? folder : folder + "\\";
 }
 
-/// Seconds with seven digits, the precision of a single-precision number.
+/// Seconds with at most seven significant digits, the precision of a single-precision number.
 std::string secondsText(float seconds) {
     constexpr int digits = 7;
     std::array<char, 32> text{}; // sign, digits, point and exponent need 13 at most
@@ -125,8 +125,8 @@ void SearchEngine::queueFolder(const std::string& path, const std::string& name,
     if (name.starts_with('.')) {
         return;
     }
-    // Inserted after the current folder, so the folder that was found last is scanned next. After a
-    // stop the list is empty, and the insertion fails.
+    // In lstdirs the folder is inserted after the current folder, so the folder that was found last
+    // is scanned next. After a stop lstdirs is empty, and this insertion fails.
     const std::string folder = lowerCase(path + name + "\\");
     finder_.lstdirs.addItem(folder, 1).passOver();
     finder_.List1.addItem(folder, 1).passOver();

@@ -29,7 +29,7 @@ class SearchEngine {
     void findfilesapi(DirectoryWalk& walk, std::string& path, const std::string& pattern);
 
     /// A similar scan, which lists files of every type, but ignores entries with an attribute other
-    /// than hidden, system, directory and archive. Nothing calls this function.
+    /// than hidden, system, directory and archive. Nothing in the program calls this function.
     void findfilesdir(DirectoryWalk& walk, std::string& path, const std::string& pattern);
 
   private:

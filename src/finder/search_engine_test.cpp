@@ -147,7 +147,7 @@ TEST_F(SearchEngineTest, EverySearchReplacesThePreviousResult) {
     EXPECT_THAT(found(), ElementsAre("c:\\m\\a.wav"));
 }
 
-TEST_F(SearchEngineTest, ReadsTheBoxesAgainForEveryEntry) {
+TEST_F(SearchEngineTest, AChangeOfTheTypeDuringASearchAppliesFromTheNextEntry) {
     disk.addFile("c:\\m\\a.wav");
     disk.addFile("c:\\m\\b.mp3");
     loop.atYield(3, [this] { finder.zFileExt.setText(".mp3"); });

@@ -92,7 +92,7 @@ TEST_F(SharedListsTest, OpeningTheWindowAtAnyYieldDoesNotAffectTheScan) {
     }
 }
 
-TEST_F(SharedListsTest, ClosingTheWindowAtAnyYieldOfAScanLosesTheRestOfTheScansResult) {
+TEST_F(SharedListsTest, ClosingTheWindowDuringAScanLosesTheResultsOfItsCurrentAndLaterSearches) {
     tree.showfiles();
     const int yields = loop.yieldCount();
     for (int n = 1; n <= yields; ++n) {
