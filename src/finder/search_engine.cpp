@@ -14,7 +14,7 @@ namespace {
 
 constexpr const char* allEntries = "*.*";
 
-/// findfilesdir() ignores an entry that has any other attribute. The sum of these four is 54.
+/// findfilesdir() ignores an entry that has an attribute other than these four. Their sum is 54.
 constexpr std::uint32_t listedAttributes = file_attribute::hidden | file_attribute::system |
                                            file_attribute::directory | file_attribute::archive;
 
