@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view blanks = " \t";
-// Longer names are truncated in error messages. This length is enough to recognise a name, and
+// A longer text is truncated in error messages. This length is enough to recognise a file name, and
 // short enough for one line of a window.
 constexpr std::size_t maxShownBytes = 100;
 

@@ -16,7 +16,8 @@
 
 namespace sonarith::disc {
 
-/// The longest sheet that is read. 99 tracks with 99 indices each take about 300 KiB.
+/// The longest sheet that is read. A CUE sheet of 99 tracks with 99 indices each is about 220 KiB
+/// long.
 inline constexpr std::size_t maxSheetBytes = std::size_t{1} << 20;
 /// The longest line: the longest path of the system (4096 bytes), and as much again for the rest of
 /// the line.

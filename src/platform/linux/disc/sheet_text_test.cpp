@@ -112,7 +112,7 @@ TEST(ImageNames, MustNotBeEmptyOrAbsoluteAndMustContainNoNulAndNoDotDotFolder) {
     EXPECT_FALSE(checkImageName(std::string_view("a\0b", 3)).ok());
 }
 
-TEST(ShownText, IsQuotedShortenedToAHundredCharactersAndSafeToDisplay) {
+TEST(ShownText, IsQuotedShortenedToAHundredBytesAndSafeToDisplay) {
     EXPECT_EQ(shown("Größe 音"), "\"Größe 音\"");
     EXPECT_EQ(shown("a\tb\x1b[31m\x7f"), "\"a?b?[31m?\"");
     EXPECT_EQ(shown("\xff\xc3"), "\"??\"");

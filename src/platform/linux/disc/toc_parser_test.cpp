@@ -140,7 +140,7 @@ TEST(TocParser, RefusesTimesOutOfRangeOrOutOfOrder) {
                 HasSubstr("is beyond the end of the track"));
 }
 
-TEST(TocParser, RefusesNumbersThatOverflow) {
+TEST(TocParser, RefusesNumbersThatAreTooLarge) {
     EXPECT_THAT(refusedToc("TRACK AUDIO\nSILENCE 99999999999999999999\n"), HasSubstr("too large"));
     EXPECT_THAT(refusedToc("TRACK AUDIO\nSILENCE 264600001\n"), HasSubstr("too large"));
     EXPECT_THAT(refusedToc("TRACK AUDIO\nFILE \"a\" 9223372036854775807\n"),

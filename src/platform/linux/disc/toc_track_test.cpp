@@ -42,7 +42,7 @@ TEST(TocTrack, AStartTimeLeavesTheIncompleteLastSectorInTheBody) {
                 ElementsAre(Segment{SegmentKind::data, 0, 16 + 2048, 2 * 588, 2048, 588, 2047}));
 }
 
-TEST(TocTrack, AStartTimeAlsoSplitsAFileOfUnknownLength) {
+TEST(TocTrack, AStartTimeSplitsASegmentThatExtendsToItsFilesEnd) {
     TocTrack track = audioTrack();
     track.add(sound(0, toFileEnd));
     ASSERT_FALSE(track.startAt(2, 6));
@@ -61,7 +61,7 @@ TEST(TocTrack, AStartBetweenTwoSegmentsSplitsNoSegment) {
     EXPECT_THAT(track.content().body, ElementsAre(silentSegment(1)));
 }
 
-TEST(TocTrack, RefusesInconsistentTimes) {
+TEST(TocTrack, RefusesMissingContentAndWrongIndexTimesAndASecondStart) {
     TocTrack track = audioTrack();
     EXPECT_FALSE(track.pregap(150, 6));
     EXPECT_EQ(track.startHere(7)->line, 7);
