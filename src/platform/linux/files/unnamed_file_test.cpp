@@ -155,7 +155,7 @@ TEST_P(UnnamedFileTest, IsNotCopiedWhenItIsPublishedForTheFirstTime) {
     }
 }
 
-TEST_P(UnnamedFileTest, IsNoLongerLockedAfterItIsPublished) {
+TEST_P(UnnamedFileTest, IsNoLongerClaimedAfterItIsPublished) {
     UnnamedFile file = unnamed("new");
     EXPECT_TRUE(file.publish(target).ok());
     EXPECT_TRUE(claim(FileDescriptor(::open(target.c_str(), O_RDWR | O_CLOEXEC))));
@@ -301,7 +301,7 @@ TEST_P(UnnamedFileTest, IsNotPublishedWhereNoUserMayWrite) {
     EXPECT_FALSE(create("/proc").ok());
 }
 
-TEST_P(UnnamedFileTest, ChangesNeitherAReadOnlyFolderNorAReadOnlyFile) {
+TEST_P(UnnamedFileTest, LeavesAReadOnlyFolderAndAReadOnlyFileUnchanged) {
     const fs::path closed = folder / "closed";
     const fs::path locked = folder / "locked.wav";
     fs::create_directory(closed);
