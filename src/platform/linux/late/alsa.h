@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Declares the ALSA functions that this program calls. Each is loaded on its first call.
+// Declares the ALSA functions that this program calls. Each is looked up on its first call.
 #pragma once
 
 #include <alsa/asoundlib.h>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Declares the functions and variables of libcdio and its paranoia reader that this program uses.
-// Each is looked up in its library on first use (late_library.h).
+// Declares functions and variables of libcdio and its paranoia reader for the program and its
+// tests. Each function is looked up on its first call, each variable on every use (late_library.h).
 #pragma once
 
 #include <cdio/cdio.h>

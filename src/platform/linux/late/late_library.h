@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Loads shared libraries when a function of theirs is first called, and not when the program
-// starts. A separate header for each library declares the library's functions.
+// starts. The headers with the names of libraries (alsa.h, cdio.h and so on) declare the functions.
 #pragma once
 
 #include <atomic>

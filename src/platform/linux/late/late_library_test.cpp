@@ -58,8 +58,8 @@ TEST(LateLibrary, IsLoadedWithAllOtherLibrariesByLoadDeviceLibraries) {
 }
 
 TEST(LateLibrary, FindsAFunctionEvenIfTwoThreadsCallItAtTheSameTime) {
-    // Two threads may call a function of a linked library at the same time. A function that is
-    // loaded late must also permit this.
+    // Two threads may call a function of a linked library at the same time. A library that is
+    // loaded late must permit this, too.
     std::vector<std::string> words(2);
     {
         std::jthread first([&] { words[0] = sf_strerror(nullptr); });

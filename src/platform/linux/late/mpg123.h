@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Declares the libmpg123 functions that this program calls. Each is loaded on its first call.
+// Declares the libmpg123 functions that this program calls. Each is looked up on its first call.
 #pragma once
 
 #include <mpg123.h>
