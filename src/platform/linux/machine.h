@@ -51,14 +51,14 @@ class Machine {
     Machine(const Machine&) = delete;
     Machine& operator=(const Machine&) = delete;
 
-    /// Called at the end of the program: stores bass and treble, stops sound, ends the threads, and
-    /// waits briefly for requested saves to be written to the disk. The machine must not be used
-    /// afterwards.
+    /// Called at the end of the program: stores bass and treble, stops sound, ends the threads of
+    /// the sound card and its devices, and waits briefly for requested saves to be written to the
+    /// disk. The machine must not be used afterwards.
     void stop();
 
-    /// toMachine() translates a path of the logic to a path of the machine, and toLogic() a path of
-    /// the machine to a path of the logic. The result is empty if there is no such path, or if the
-    /// path's disk does not respond.
+    /// toMachine() translates a path of the logic to a machine path; toLogic() translates a machine
+    /// path to a path of the logic. The file need not exist. The result is empty if the path of the
+    /// logic is invalid or the disk does not respond.
     [[nodiscard]] std::string toMachine(const std::string& path) const {
         return files_.machinePath(path);
     }
