@@ -29,7 +29,7 @@ Status CardRecorder::start(int channels) {
         return {ErrorNumber::deviceUnavailable, "another recording is running"};
     }
     if (finished_) {
-        return {ErrorNumber::invalidProcedureCall, "the recording has been saved"};
+        return {ErrorNumber::invalidProcedureCall, "no sound can be added after a save"};
     }
     if (!recording_) {
         auto begun =

@@ -23,10 +23,11 @@ namespace sonarith::mci {
 /// then, it reports no medium. If the user chooses another drive while the device is open, the next
 /// such query reports no medium, and later ones report the medium of the other drive.
 ///
-/// Errors in addition to those of parsing: deviceNotReady without a disc, dataTrack if playing
-/// would begin in a data track, nonapplicableFunction for "resume" while the disc is stopped.
-/// Playing ends at "to", at the end of the disc's time line (see disc.h), or where a data track
-/// begins.
+/// Errors in addition to those of parsing: deviceNotReady without a disc or a drive, or if playing
+/// cannot be started; outOfRange if "from" is after "to", or for a track that does not exist;
+/// dataTrack if playing would begin in a data track; nonapplicableFunction for "resume" while the
+/// disc is stopped. Playing ends at "to", at the end of the disc's time line (see disc.h), or where
+/// a data track begins.
 class CdDevice : public Device {
   public:
     /// Reads the drive. If it contains no disc, the device is not ready.

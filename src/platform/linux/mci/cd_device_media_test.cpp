@@ -22,7 +22,7 @@ using disc::framesPerSector;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(AnEmptyDrive, CanBeOpenedAndIsNotReady) {
+TEST(AnEmptyDrive, AllowsTheOpenCommandAndIsNotReady) {
     CdSession session;
     EXPECT_EQ(session.send("status cd media present"), said("false"));
     EXPECT_EQ(session.send("status cd ready"), said("false"));
@@ -56,7 +56,7 @@ TEST(ADiscInsertedAfterTheOpenCommand, IsFoundByTheDevice) {
     EXPECT_EQ(session.send("status cd mode"), said("stopped"));
 }
 
-TEST(ARemovedDisc, IsDetectedAndTheNextDiscIsRead) {
+TEST(ARemovedDisc, IsReportedMissingAndTheNextDiscIsRead) {
     CdSession session(threeTracks());
     session.send("play cd");
     const auto taken = std::exchange(session.machine.drive->disc, nullptr);
@@ -69,7 +69,7 @@ TEST(ARemovedDisc, IsDetectedAndTheNextDiscIsRead) {
     EXPECT_EQ(session.send("status cd position"), said("00:00:00"));
 }
 
-TEST(ADiscThatVanishesWhilePlaying, KeepsItsPositionAsLongAsTheMediumIsNotQueried) {
+TEST(ADiscThatVanishesWhilePlaying, KeepsItsPositionWhileTheMediumIsNotQueried) {
     CdSession session(threeTracks());
     session.send("play cd");
     session.machine.transport->advance(75 * framesPerSector);
@@ -195,7 +195,7 @@ TEST(ThePlayersMediumQuery, ReturnsFalseWhileTheTableIsBeingRead) {
     EXPECT_EQ(session.send("status cd number of tracks wait"), said("3"));
 }
 
-TEST(APlayingDiscThatDoesNotRespond, IsReportedToTheUserOnce) {
+TEST(APlayingDiscThatDoesNotRespond, IsReportedOnceAndSettledWhenItRespondsAgain) {
     CdSession session(threeTracks());
     session.send("play cd");
     session.machine.transport->reading = CdMedium::longestRead - std::chrono::milliseconds(1);
