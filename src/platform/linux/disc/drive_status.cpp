@@ -20,8 +20,8 @@ namespace sonarith::disc {
 
 namespace {
 
-// The most bytes that are read of the kernel's list of drives. The kernel writes at most 1000 bytes
-// (CDROM_STR_SIZE in drivers/cdrom/cdrom.c).
+// At most this many bytes of the kernel's list of drives are read. The kernel writes at most 1000
+// bytes (CDROM_STR_SIZE in drivers/cdrom/cdrom.c).
 constexpr std::size_t maxInformationBytes = 1024;
 
 std::string headOf(const char* path) {

@@ -36,9 +36,9 @@ struct DriveStatus {
 /// Why a drive cannot be used, with a message for the user. `error` is DriveStatus::error.
 [[nodiscard]] DriveReport problemOf(const std::string& device, int error);
 
-/// The kernel's names ("sr0") in its list of optical drives, ordered by number. `information` is
-/// the text of /proc/sys/dev/cdrom/info, whose line "drive name:" lists the newest drive first
-/// (kernel documentation, cdrom).
+/// The names ("sr0") of the optical drives in the kernel's list, in the order of their numbers.
+/// `information` is the text of /proc/sys/dev/cdrom/info, whose line "drive name:" lists the newest
+/// drive first (kernel documentation, cdrom).
 [[nodiscard]] std::vector<std::string> driveNames(std::string_view information);
 
 /// The device nodes of the drives that driveNames() returns for `information` and for which

@@ -74,7 +74,8 @@ std::optional<std::string> textOf(const FileHandle& file) {
     return whole ? std::optional(text) : std::nullopt;
 }
 
-/// Opens the layout's files; an error message names the line of the sheet that names the file.
+/// Opens the layout's files. An error's message contains the number of the line in which the sheet
+/// names the file.
 Result<std::vector<std::unique_ptr<ImageFile>>>
 openFiles(const fs::path& folder, std::string_view sheet, const ImageLayout& layout) {
     std::vector<std::unique_ptr<ImageFile>> files;

@@ -19,8 +19,8 @@ class ImageDrive final : public Drive {
 
     [[nodiscard]] DriveKind kind() const override { return DriveKind::image; }
     [[nodiscard]] std::string name() const override { return "the disc image " + sheet_.string(); }
-    /// Returns the disc, or the image's error with its message. While the tray is open, returns
-    /// trayOpen without a message.
+    /// Returns the disc, or a problem with a message if the image cannot be read. While the tray is
+    /// open, returns trayOpen without a message.
     [[nodiscard]] Loaded load() override;
     /// Returns false while the tray is open or the sheet does not exist, and after a failed load
     /// until the files can be read. If a file of the loaded disc was replaced, written to or

@@ -15,13 +15,13 @@ namespace sonarith::disc {
 
 /// How an image file stores its sound, which is always 16 bit, stereo, 44100 Hz.
 enum class ImageFormat {
-    littleEndian, ///< raw samples, low byte first ("BINARY")
-    bigEndian,    ///< raw samples, high byte first ("MOTOROLA", and the raw files of a TOC)
-    wave,         ///< a RIFF WAVE file
+    littleEndian, ///< raw samples, low byte first ("BINARY"; a raw file of a TOC with SWAP)
+    bigEndian,    ///< raw samples, high byte first ("MOTOROLA"; other raw files of a TOC)
+    wave,         ///< a WAVE file
 };
 
 struct LayoutFile {
-    std::string name; ///< as the sheet writes it, relative to the sheet's folder
+    std::string name; ///< relative to the sheet's folder; escape sequences of a TOC are decoded
     ImageFormat format = ImageFormat::littleEndian;
     int line = 0; ///< in the sheet
     friend bool operator==(const LayoutFile&, const LayoutFile&) = default;

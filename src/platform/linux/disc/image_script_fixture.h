@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Runs tools/make_disc_image.py for tests that play the images that the script creates. For tests
-// only.
+// Runs tools/make_disc_image.py for tests that read or play disc images. For tests only.
 #pragma once
 
 #include <cstdlib>

@@ -50,7 +50,7 @@ struct Shortage {
     std::size_t file = 0;
     int firstTrack = 0;
     int lastTrack = 0;
-    std::int64_t wholeFrames = 0; ///< of a truncated track: the frames that can be read
+    std::int64_t wholeFrames = 0; ///< of a truncated track: the frames before its first shortage
 };
 
 std::string describe(const Shortage& shortage) {

@@ -108,8 +108,8 @@ ReadOutcome OpticalDisc::readStretch(const Stretch& stretch, std::span<sound::St
         if (stop.stop_requested()) {
             return ReadOutcome::interrupted;
         }
-        // Only sectors with errors use up the time for repairs (see ReadEffort): while a drive
-        // spins up it is slow, but its sectors have no errors.
+        // Only sectors with errors use up the time for repairs (see ReadEffort): a drive that spins
+        // up is slow, but reads without errors.
         if (outcome != SectorOutcome::ok) {
             repairTime_ += clock_() - begin;
         }

@@ -62,7 +62,8 @@ class OpticalDisc : public Disc {
     const std::unique_ptr<AudioSectors> sectors_;
     const Clock clock_;
     ReadEffort effort_;
-    ReadEffort::Duration repairTime_{0}; ///< how long damaged sectors took in the current read()
+    /// How long the sectors with errors, including repaired ones, took in the current read().
+    ReadEffort::Duration repairTime_{0};
     std::optional<std::int64_t>
         next_; ///< the sector that sectors_ delivers next, in the drive's numbering
     bool gone_ = false;

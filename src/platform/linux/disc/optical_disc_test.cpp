@@ -96,7 +96,7 @@ TEST_F(OpticalDiscTest, SeeksOnlyIfAReadDoesNotContinueThePreviousOne) {
     EXPECT_EQ(disc.remark(), "");
 }
 
-TEST_F(OpticalDiscTest, RequestsSoundAfterTheGapByTheSectorNumberOfTheDriveNotOfTheTimeLine) {
+TEST_F(OpticalDiscTest, RequestsSoundAfterTheGapByTheDrivesSectorNumber) {
     EXPECT_EQ(read(38600, 2), sectorsAt(50000, 2));
     EXPECT_THAT(drive->seeks, ElementsAre(Pair(50000, 60000)));
 }

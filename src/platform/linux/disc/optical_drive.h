@@ -47,8 +47,9 @@ class OpticalDrive : public Drive {
 
     [[nodiscard]] DriveKind kind() const override { return DriveKind::optical; }
     [[nodiscard]] std::string name() const override { return "the drive " + device_; }
-    /// Waits at most `longestSpinUp` for a disc that spins up. The record of unreadable sectors is
-    /// kept for the next load if that load finds the same table.
+    /// Waits at most `longestSpinUp` for a disc that spins up. A load that finds the last disc's
+    /// table again continues that disc's record of damaged sectors, unless an earlier load has
+    /// found the drive empty or its tray open since then.
     [[nodiscard]] Loaded load() override;
     [[nodiscard]] bool mediaPresent() override;
     /// openTray() and closeTray() report no failures. They have no effect on a drive that refuses
@@ -65,7 +66,7 @@ class OpticalDrive : public Drive {
     const std::string device_;
     const OpticalAccess access_;
     std::weak_ptr<Disc> disc_; ///< the most recently loaded disc
-    RawToc toc_; ///< of disc_; cleared if a load finds the drive empty or its tray open
+    RawToc toc_; ///< of disc_; cleared by a load if the drive reports that it is empty or open
     std::shared_ptr<DamageRecord> damage_ = std::make_shared<DamageRecord>(); ///< of disc_
 };
 

@@ -176,7 +176,7 @@ TEST_F(OpticalDriveTest, ReportsTheKindOfEachProblem) {
     EXPECT_EQ(drive_.load().problem.kind, DeviceProblem::unreadable);
 }
 
-TEST_F(OpticalDriveTest, ALoadedDiscIsGoneWhenTheTrayIsOpen) {
+TEST_F(OpticalDriveTest, ADiscIsGoneIfAReadFailsWhileTheTrayIsOpen) {
     const auto disc = drive_.load().disc;
     ASSERT_NE(disc, nullptr);
     statuses_ = {{DriveState::trayOpen}};

@@ -18,8 +18,8 @@ using namespace std::chrono_literals;
 using sound::StereoFrame;
 
 constexpr std::int64_t imageSectors = 400;
-/// In sectors; less than imageSectors, as on a disc that has a gap between the end of its sound and
-/// its own end.
+/// In sectors; less than imageSectors, as on a disc on which a session gap or data follows the
+/// sound.
 constexpr std::int64_t endOfSound = 300;
 
 class ParanoiaSectorsTest : public testing::Test {
@@ -132,7 +132,8 @@ TEST_F(ParanoiaSectorsTest, DeliversTheRightSectorsAfterSeeksAndSingleReads) {
 TEST_F(ParanoiaSectorsTest, RepairsSectorsThatCanBeReadEventually) {
     bad_ = {60, 61, 90};
     // Commands of three sizes are tried one after the other: 25 sectors, 8 sectors, one sector.
-    // With three failures, a command of each size fails once.
+    // With three failures, the first damaged sector fails once in a command of each size. After
+    // that, no more commands of 25 sectors are issued.
     failuresPerSector_ = 3;
     const auto reader = makeReader();
     reader->seek(40, endOfSound);
@@ -186,9 +187,9 @@ TEST_F(ParanoiaSectorsTest, EndsRepairsAtTheTimeLimit) {
     for (std::int64_t i = 60; i < 80; ++i) {
         EXPECT_EQ(reader->next({Effort::repair, 0s}, out, {}), SectorOutcome::silent) << i;
     }
-    // At most four commands are issued for each delivered sector: up to three (for 25 sectors, for
-    // 8 sectors, for the sector alone) until the time limit ends the repair, and then one more for
-    // the sector alone, which is issued although the time limit has passed (see attemptOnce()).
+    // The first failed command for a sector ends its repair, because the time limit of 0 s has
+    // passed. One more command is then issued for the sector alone (see attemptOnce()). The test
+    // allows four commands for each sector.
     EXPECT_LE(commands_, 4 * 20);
     // The library's cache must not contain the silence that replaced the sectors.
     failuresPerSector_ = 0;

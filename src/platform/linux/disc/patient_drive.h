@@ -47,8 +47,8 @@ class PatientDrive final : public Drive {
     /// Waits for mediumMoment at most. Returns the previous value if there is no result in time or
     /// another call is running. A late result is returned by later calls.
     [[nodiscard]] bool mediaPresent() override;
-    /// openTray() and closeTray() are queued: they may return before the drive has executed the
-    /// command. The order of the calls is kept.
+    /// openTray() and closeTray() may return before the drive has executed the command. Commands
+    /// are queued and executed in order; if the queue is full, a command is dropped.
     void openTray() override;
     void closeTray() override;
 
