@@ -38,7 +38,7 @@ TEST(InspectingADisc, GivesTheRepliesThatTheLogicExpects) {
     EXPECT_EQ(session.machine.transport, nullptr);
 }
 
-TEST(TheIdentity, IsAnIntegerThatIsEqualOnlyForEqualDiscs) {
+TEST(TheIdentity, IsTheSameIntegerForEqualDiscsAndAnotherForADifferentDisc) {
     CdSession one(threeTracks());
     CdSession same(threeTracks());
     CdSession other(enhancedDisc());
@@ -157,7 +157,7 @@ TEST(APausedDisc, IsPlayedToItsEndByAPlayCommandThatNamesNoEnd) {
                 ElementsAre("play 75 150", "pause", "play 75 19135"));
 }
 
-TEST(ADiscThatIsNotPlaying, CanBePausedAndStoppedButNotResumed) {
+TEST(ADiscThatIsNotPlaying, StaysStoppedAfterPauseAndStopAndCannotBeResumed) {
     CdSession session(threeTracks());
     EXPECT_EQ(session.send("pause cd"), fine());
     EXPECT_EQ(session.send("stop cd"), fine());

@@ -23,7 +23,7 @@ class CdMedium {
     /// disc/read_effort.h).
     static constexpr std::chrono::seconds longestRead{15};
 
-    /// Loads the disc in `drive` and waits until that is done.
+    /// Loads the disc in `drive`, which may wait for the drive.
     CdMedium(std::shared_ptr<disc::Drive> drive, const Devices& devices);
     ~CdMedium();
     CdMedium(const CdMedium&) = delete;
@@ -35,9 +35,9 @@ class CdMedium {
     /// Whether a disc is in the drive and its table has been read. Waits for the drive for at
     /// most about 45 ms (disc/patient_drive.h): the table of an inserted disc is read in the
     /// background.
-    /// The first call after another drive was chosen returns false, and so does the first call
-    /// after a loaded disc was released for any other reason. So the caller drops the previous disc
-    /// before it sees the next one, however quickly the next disc is inserted.
+    /// Returns false if a loaded disc was released since the previous call or is released by this
+    /// call, or if this call switches to a newly chosen drive. So the caller drops the previous
+    /// disc before it sees the next one, however quickly the next disc is inserted.
     [[nodiscard]] bool present();
     /// Whether a disc has been read and not released since. Does not query the drive.
     [[nodiscard]] bool loaded() const { return disc_ != nullptr; }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Splits the text of a media control command into its verb, its device and its words, and the words
-// into keywords with values. The devices interpret the words.
+// into keywords with values. The callers supply the keywords and interpret them.
 #pragma once
 
 #include <map>
@@ -76,10 +76,9 @@ class Arguments {
 };
 
 /// Finds `keywords` in `words`, case-insensitive; where several keywords match, the longest counts.
-/// "wait" and "notify" are accepted with every command and ignored: even with "wait", playing and
-/// recording continue in the background after the command has returned, and there is no window to
-/// notify. Errors: unrecognizedKeyword, missingParameter (a keyword without its value),
-/// duplicateFlags.
+/// "wait" and "notify" are always accepted and ignored: even with "wait", playing and recording
+/// continue in the background after the command has returned, and there is no window to notify.
+/// Errors: unrecognizedKeyword, missingParameter (a keyword without its value), duplicateFlags.
 [[nodiscard]] Outcome<Arguments> parseArguments(std::span<const Word> words,
                                                 std::span<const Keyword> keywords);
 

@@ -11,8 +11,8 @@
 
 namespace sonarith::mci {
 
-/// Parses the words of a command that has no keywords except those that every command accepts
-/// ("wait", "notify"). Errors: those of parseArguments.
+/// Parses the words of a command that has no keywords of its own; "wait" and "notify" are accepted.
+/// Errors: those of parseArguments.
 [[nodiscard]] MciError parseNothing(std::span<const Word> words);
 
 /// Parses the words of a command, such as "set" or "info", that needs a keyword. Errors: those of

@@ -45,9 +45,9 @@ class Recorder {
   public:
     virtual ~Recorder() = default;
     /// Begins a recording of 1 or 2 channels. After a stop, appends to the recording; its number of
-    /// channels never changes. Errors: deviceUnavailable while another recorder is recording,
-    /// invalidProcedureCall after a save has been tried, and those of creating the file.
-    /// A disk that does not respond is no error: the sound is buffered.
+    /// channels never changes. Errors: deviceUnavailable while another recorder is recording, or if
+    /// no thread can be started; invalidProcedureCall after a save has been tried; those of
+    /// creating the file. A disk that does not respond is no error: the sound is buffered.
     virtual Status start(int channels) = 0;
     virtual void stop() = 0;
     [[nodiscard]] virtual bool recording() const = 0;

@@ -23,7 +23,7 @@ using fakes::fine;
 using fakes::refused;
 using test::CallJudge;
 
-/// A capture of a track of ten seconds.
+/// A capture of a whole disc: a track of 10 s, then a track of 1 s.
 class FailingCapture : public MachineSession {
   public:
     explicit FailingCapture(sound::RecordingTiming timing)
@@ -108,7 +108,7 @@ TEST_P(ADestinationThatHangs, DoesNotBlockTheNextCaptureAfterAnUnsavedCaptureWas
         judge.release();
         EXPECT_TRUE(session.saves->noneWithin(std::chrono::seconds(30)));
         EXPECT_EQ(session.send("save capture 1.wav"), fine())
-            << "the second save command must return the result of the first save";
+            << "the second save command must report that the first save has succeeded meanwhile";
         EXPECT_EQ(session.send("close all"), fine());
         expectStartOfDisc(session.folder / "1.wav", count);
     });

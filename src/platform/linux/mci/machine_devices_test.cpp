@@ -68,7 +68,7 @@ TEST_F(ACapture, ContainsTheTracksSamplesBitForBitWithoutGaps) {
     EXPECT_EQ(disc->wrongReads(), 0);
 }
 
-TEST_F(ACapture, IsAlsoCompleteForTheFirstAndTheLastTrack) {
+TEST_F(ACapture, IsCompleteForTheFirstAndTheLastTrack) {
     capture("", 2000, "my music 1.wav");
     capture(" from 3093", 8093, "3.wav");
     const auto first = fakes::readWav(folder / "my music 1.wav");

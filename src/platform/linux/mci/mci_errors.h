@@ -12,7 +12,7 @@
 namespace sonarith::mci {
 
 /// The numbers are those that programs using this command interface expect: general errors start at
-/// 256, errors of wave devices at 320, and errors specific to one device at 512.
+/// 256, errors of wave devices at 320, and errors that this program adds at 512.
 enum class MciError : int {
     none = mciSuccess,
     unrecognizedKeyword = 259,

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests the notice that is reported when a recording is saved although parts of the played disc
-// could not be read. The notice states the lost time of each track with a loss.
+// Tests the notice about parts of a played disc that could not be read. The notice is reported when
+// the recording is saved, and states the lost time of each track with a loss.
 #include <gmock/gmock.h>
 
 #include "support/cd_session.h"

@@ -16,7 +16,7 @@ constexpr std::int64_t perHour = 60 * perMinute;
 constexpr std::size_t maxFields = 4;
 using Fields = std::array<std::int64_t, maxFields>;
 
-/// Each field has at least two digits, since callers take fields from fixed positions of the text.
+/// Each field has at least two digits, since the logic reads fields at fixed positions of a reply.
 std::string joined(std::initializer_list<std::int64_t> fields) {
     std::string text;
     for (const std::int64_t field : fields) {

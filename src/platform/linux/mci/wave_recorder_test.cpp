@@ -86,7 +86,7 @@ TEST(TheRecordersFormat, CannotChangeDuringARecording) {
     EXPECT_EQ(session.send("status capture channels"), said("2"));
 }
 
-TEST(TheRecordersFormat, CannotChangeWhileUnsavedSoundExists) {
+TEST(TheRecordersFormat, CannotChangeAfterARecordingHasStopped) {
     Opened session;
     session.send("record capture");
     session.send("stop capture");

@@ -24,8 +24,9 @@ namespace sonarith::mp3 {
 
 class BrokenFrameCheck {
   public:
-    /// Whether the library gave up `frame`, which it decoded to `samples`; `bytes` are all bytes of
-    /// the frame. Precondition: pass() was called for the frames before it.
+    /// Whether the library gave up `frame`. `samples` are the samples that the library returned for
+    /// `frame`; `bytes` are all bytes of `frame`. Also true if no decoder can be created for the
+    /// check. Precondition: pass() was called for all earlier frames.
     [[nodiscard]] bool isBroken(const Frame& frame, Bytes bytes,
                                 std::span<const std::int16_t> samples);
     /// Must be called for every frame, in order. If a frame is passed to isBroken(), isBroken()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reads the bytes of MP3 streams from a file or from memory: a ByteSource at any offset and on
-// several threads at once, a SourceWindow sequentially. Nothing here parses the bytes.
+// Reads the bytes of MP3 streams from a file or from memory. Several threads can read a ByteSource
+// at once, at any offset; a SourceWindow buffers its bytes for one thread, which reads mostly
+// sequentially. Nothing here parses the bytes.
 #pragma once
 
 #include <atomic>
@@ -73,7 +74,7 @@ class FileSource : public ByteSource {
                                                                   const std::atomic<bool>& stop);
 
     [[nodiscard]] std::int64_t size() const override { return identity_.bytes; }
-    /// Also fails if the file has become shorter than size().
+    /// Also fails if the file has become shorter and no longer contains the whole range.
     [[nodiscard]] Reading readAt(std::int64_t offset, std::span<std::uint8_t> out) const override;
     [[nodiscard]] const FileIdentity& identity() const { return identity_; }
 

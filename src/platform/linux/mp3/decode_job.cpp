@@ -52,8 +52,7 @@ struct DecodeJob::Run {
             }
         }
         report(result);
-        // Another thread may be waiting until the objects that `report` owns are destroyed, and
-        // this Run may exist much longer.
+        // Destroys the objects that `report` owns, because this Run may exist much longer.
         report = nullptr;
     }
 

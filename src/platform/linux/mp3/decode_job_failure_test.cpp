@@ -93,7 +93,7 @@ TEST_F(DecodeJobTest, KeepsThePartBeforeAnUnreadableOffset) {
 constexpr int room = 480'000; ///< the free space for the WAV, in bytes
 
 /// Decodes with space for two thirds of the sound. For a child process. Returns 0 if the part that
-/// fits was kept, and otherwise the number in the `return` of the check that failed.
+/// fits was kept, and otherwise the number of the check that failed.
 int decodeWithoutRoom(const fs::path& source, const fs::path& wav, unsigned threads) {
     DecodeJob job({source, wav, {threads, 16}}, &ignoreEnd,
                   std::make_shared<sound::PendingSaves>());
