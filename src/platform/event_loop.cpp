@@ -7,8 +7,8 @@ namespace sonarith {
 
 void EventLoop::waitFor(Duration duration) {
     const Time end = now() + duration;
-    // waitWhile() evaluates its condition only after an event. This wake-up is the event that ends
-    // the wait in time.
+    // While waitWhile() waits, it evaluates its condition only after events. This wake-up is the
+    // event that ends the wait in time.
     const auto wakeup = every(std::max(duration, Duration(1)), [] {});
     waitWhile([&] { return now() < end; });
 }

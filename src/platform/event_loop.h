@@ -26,12 +26,12 @@ class EventLoop {
     virtual ~EventLoop() = default;
 
     /// Handles the events that are due (input, timers, painting), then returns. Cheap enough to be
-    /// called at each small step of a job: it looks for new input at most once in 0.25 ms, however
-    /// often it is called.
+    /// called at each small step of a job: it looks for new input and due timers at most once in
+    /// 0.25 ms, however often it is called.
     virtual void yield() = 0;
 
-    /// Yields while `condition` is true. The condition is evaluated after each handled event; while
-    /// no event is due, the thread sleeps.
+    /// Yields while `condition` is true. The condition is evaluated before the first event
+    /// and again after events were handled; while no event is due, the thread sleeps.
     virtual void waitWhile(const std::function<bool()>& condition) = 0;
 
     [[nodiscard]] virtual Time now() const = 0;

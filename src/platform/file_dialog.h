@@ -16,12 +16,12 @@ struct FileDialogRequest {
     std::string filter = {};
     /// Appended, after a dot, if the user types a name without an extension: "wav", not ".wav".
     std::string defaultExtension = {};
-    /// The folder in which the dialog opens, or the path of a file in that folder. If it is empty
-    /// or invalid, or its disk does not respond, the dialog opens in the folder where it was last
-    /// closed.
+    /// The folder in which the dialog opens, or the path of a file in that folder. If this path
+    /// is empty or invalid, or its disk does not respond, the dialog opens in the folder where it
+    /// was last closed.
     std::string initialFolder = {};
-    /// The file that is selected when the dialog opens: a path, or a name in the initial folder.
-    /// Empty: no file is selected.
+    /// The file that is selected when the dialog opens: a name in the initial folder, or a path,
+    /// whose folder then replaces the initial folder. Empty: no file is selected.
     std::string fileName = {};
 };
 
@@ -29,7 +29,7 @@ class FileDialog {
   public:
     virtual ~FileDialog() = default;
     /// Shows the dialog and yields until it is closed. Returns the path of the chosen file, which
-    /// exists. Error: dialogCancelled (32755).
+    /// exists. Errors: dialogCancelled (32755); badFileName for a file without a path of the logic.
     virtual Result<std::string> open(const FileDialogRequest& request) = 0;
     /// As open(), for a new or an existing name. The caller, not the dialog, asks whether to
     /// replace an existing file.

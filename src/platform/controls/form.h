@@ -46,7 +46,7 @@ class Form : public ControlWith<FormState> {
     [[nodiscard]] int timesLoaded() const { return timesLoaded_; }
     /// Does nothing if the form is already loaded.
     void load();
-    /// Loads the form without showing it, unless it is loaded.
+    /// The same as load(). Does not show the form.
     void touch() { load(); }
     void show();
     void hide() { setVisible(false); }

@@ -22,7 +22,7 @@ class FormPart {
     virtual void keepDesign() {}
     /// The form is being loaded: restores the designed state. Runs no handler of the part.
     virtual void atLoad() {}
-    /// The form has been unloaded.
+    /// The form is being unloaded; its unload step has run.
     virtual void atUnload() {}
 };
 

@@ -87,6 +87,9 @@ class ListBox : public Control {
     int listIndex_ = -1;
 };
 
+// putOnTop() and reverse() keep only the texts of the lines: marks and numbers are lost, and no
+// line is current afterwards.
+
 /// Inserts `text` before the first line of `list`. Afterwards `scratch` has the same lines as
 /// `list`.
 void putOnTop(ListBox& list, const std::string& text, ListBox& scratch);

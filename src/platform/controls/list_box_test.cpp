@@ -45,7 +45,7 @@ TEST_F(ListBoxTest, KeepsTheOrderOfItsLinesAndStartsWithoutACurrentLine) {
     EXPECT_EQ(list.listIndex(), -1);
 }
 
-TEST_F(ListBoxTest, LinesOutsideTheListReadAsEmptyAndNotSelected) {
+TEST_F(ListBoxTest, LinesOutsideTheListHaveNoTextAndNoMarkAndTheNumber0) {
     for (const int outside : {-2, -1, 3, 1000000}) {
         EXPECT_EQ(list.list(outside), "") << outside;
         EXPECT_FALSE(list.selected(outside));
@@ -91,9 +91,9 @@ TEST_F(ListBoxTest, SetListIndexOutsideTheListFailsAndKeepsTheCurrentLine) {
     EXPECT_EQ(clicks, 1);
 }
 
-TEST_F(ListBoxTest, SelectingTheLastLineOfAnEmptyListSelectsNoLine) {
+TEST_F(ListBoxTest, InAnEmptyListSettingTheLastIndexSucceedsAndLeavesNoCurrentLine) {
     list.clear();
-    // The logic selects the last line as "ListCount minus 1", which is -1 here.
+    // The logic makes the last line current with the index "ListCount minus 1", which is -1 here.
     EXPECT_TRUE(list.setListIndex(list.listCount() - 1).ok());
     EXPECT_EQ(list.listIndex(), -1);
 }
@@ -133,7 +133,7 @@ TEST_F(ListBoxTest, NoLineIsCurrentAfterTheCurrentLineWasRemoved) {
     EXPECT_EQ(list.listIndex(), -1);
 }
 
-TEST_F(ListBoxTest, TheSelectionAndTheItemDataOfALineMoveWithTheLine) {
+TEST_F(ListBoxTest, TheMarkAndTheNumberOfALineMoveWithTheLine) {
     list.setSelected(1, true).passOver();
     list.setItemData(1, 42).passOver();
     list.addItem("first", 0).passOver();
@@ -145,7 +145,7 @@ TEST_F(ListBoxTest, TheSelectionAndTheItemDataOfALineMoveWithTheLine) {
     EXPECT_EQ(list.itemData(2), 0);
 }
 
-TEST_F(ListBoxTest, NotifiesOfEveryChangeOfItsLines) {
+TEST_F(ListBoxTest, NotifiesOnceOfEachInsertedEditedOrRemovedLine) {
     list.addItem("d");
     list.setList(0, "A").passOver();
     list.setList(0, "A").passOver();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Signals with which a model notifies its views. Use a signal only to notify views: the program
-// logic reacts to an event in the single handler of that event (onClick and the like).
+// Signals with which an object notifies others: a control notifies its views, and the tray notifies
+// its users. The program logic does not use signals for the events of controls: it sets the single
+// handler of such an event (onClick and the like).
 #pragma once
 
 #include <cstddef>

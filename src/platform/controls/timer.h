@@ -18,8 +18,8 @@ namespace sonarith {
 /// Whether a timer is enabled when its form loads.
 enum class TimerAtLoad { off, on };
 
-/// Whether ticks must always be in time, or only while there is sound: see
-/// EventLoop::everyInSound().
+/// Whether every tick must be in time (`always`), or ticks may run in batches, which may be larger
+/// in silence than in sound (`inSound`): see EventLoop::everyInSound().
 enum class TicksInTime { always, inSound };
 
 /// Unloading the form disables the timer.
@@ -53,7 +53,8 @@ class Timer : public FormPart {
     }
 
     Handler<> onTimer;
-    /// Runs one tick, whether the timer is enabled or not.
+    /// For tests and benchmarks: runs the handler at once, even if the timer is disabled. An
+    /// enabled timer may fire while this call yields.
     void fire() { run(onTimer); }
 
   private:

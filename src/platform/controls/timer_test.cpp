@@ -89,7 +89,7 @@ TEST_F(TimerTest, CanBeRestartedInItsOwnTick) {
     EXPECT_TRUE(timer.enabled());
 }
 
-TEST_F(TimerTest, DoesNotFireDuringATickThatHasNotRestartedTheTimer) {
+TEST_F(TimerTest, DropsTheTicksThatBecomeDueDuringATick) {
     int depth = 0;
     timer.onTimer = [&] {
         EXPECT_EQ(++depth, 1);

@@ -26,6 +26,7 @@ class TreeNode {
   public:
     /// Unique in the tree; never changes.
     [[nodiscard]] const std::string& key() const { return key_; }
+    /// The label.
     [[nodiscard]] const std::string& text() const { return text_; }
     [[nodiscard]] int image() const { return image_; }
     [[nodiscard]] int selectedImage() const { return selectedImage_; }
@@ -93,11 +94,12 @@ class TreeView : public Control {
     /// keyNotUnique; elementRemoved for a parent that is no longer in the tree.
     Result<NodeRef> add(const NodeRef& parent, const std::string& key, const std::string& text,
                         int image, int selectedImage);
-    /// Removes a node and its subtree, in time proportional to the number of nodes whose index is
-    /// above the lowest removed index. Clears the selection if the selected node is in the subtree;
-    /// the same applies to the drop highlight. Closes an editor that is open in the subtree and
-    /// discards its text. Errors: elementNotFound for an index that no node has; objectNotSet for
-    /// an empty node; elementRemoved for a node that is no longer in the tree.
+    /// Removes a node and its subtree. The time is proportional to the number of the node's later
+    /// siblings plus the number of nodes whose index is above the lowest removed index. Clears the
+    /// selection if the selected node is in the subtree; the same applies to the drop highlight.
+    /// Closes an editor that is open in the subtree and discards its text. Errors: elementNotFound
+    /// for an index that no node has; objectNotSet for an empty node; elementRemoved for a node
+    /// that is no longer in the tree.
     Status remove(int index);
     Status remove(const NodeRef& node);
     void clear();
@@ -136,7 +138,8 @@ class TreeView : public Control {
     void cancelLabelEdit() { edited_.reset(); }
     void beginDrag();
 
-    // User input. A NodeRef argument is the node under the pointer; empty if there is none.
+    // User input. A NodeRef argument is the node under the pointer, or, for input by keys, the node
+    // to which the key applies; empty if there is none.
     Handler<MouseButtons, NodeRef> onMouseDown;
     Handler<MouseButtons, NodeRef> onMouseUp;
     Handler<MouseButtons, NodeRef> onMouseMove;

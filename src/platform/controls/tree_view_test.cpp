@@ -54,7 +54,7 @@ TEST_F(TreeViewTest, NumbersItsNodesInTheOrderOfCreation) {
     EXPECT_EQ(tree.node(7), nullptr);
 }
 
-TEST_F(TreeViewTest, AnAddedNodeIsTheLastChildAndHasItsKeyAndText) {
+TEST_F(TreeViewTest, AnAddedNodeIsTheLastChildAndHasTheGivenKeyTextAndImages) {
     EXPECT_THAT(textsOf(tree.roots()), ElementsAre("A", "B"));
     EXPECT_THAT(textsOf(a->children()), ElementsAre("a1", "a2"));
     EXPECT_EQ(a2->key(), "key a2");
@@ -149,7 +149,7 @@ TEST_F(TreeViewTest, ARemovedNodeCanOnlyBeRead) {
     EXPECT_EQ(b->parent(), A);
 }
 
-TEST_F(TreeViewTest, OperationsWithoutANodeFail) {
+TEST_F(TreeViewTest, OperationsThatNeedANodeFailForAnEmptyNode) {
     EXPECT_EQ(numberOf(tree.remove(NodeRef())), ErrorNumber::objectNotSet);
     EXPECT_EQ(numberOf(tree.setText(nullptr, "x")), ErrorNumber::objectNotSet);
     EXPECT_EQ(numberOf(tree.setParent(nullptr, A)), ErrorNumber::objectNotSet);

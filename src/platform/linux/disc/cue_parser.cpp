@@ -58,7 +58,7 @@ class CueParser {
         int sectorBytes = 0; ///< of the track of the last INDEX; 0: no INDEX yet
     };
     /// The most recently read INDEX that begins a segment. The segment's end is unknown until the
-    /// next INDEX is read.
+    /// next such INDEX, or the end of the sheet, is read.
     struct OpenPoint {
         std::size_t file;
         std::int64_t sector;
@@ -315,8 +315,8 @@ Status CueParser::closeTrack() const {
     return {};
 }
 
-/// Stores the segment that begins at open_. It ends at the next INDEX if that INDEX is in the same
-/// file, otherwise at the end of its own file.
+/// Stores the segment that begins at open_. It ends at `nextSector` if the next segment begins in
+/// the same file (`nextFile`), otherwise at the end of its own file.
 void CueParser::closePoint(std::size_t nextFile, std::int64_t nextSector) {
     if (!open_) {
         return;

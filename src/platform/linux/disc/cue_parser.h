@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Parses the text of a CUE sheet into a layout. The parser is strict: it refuses unknown content
-// with an error that names file, line and cause. It opens no file.
+// with an error that names sheet, line and cause. It opens no file.
 #pragma once
 
 #include <string_view>

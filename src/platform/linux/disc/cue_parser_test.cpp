@@ -105,7 +105,7 @@ TEST(CueParser, AFileThatIsNamedTwiceIsListedOnce) {
     EXPECT_THAT(layout.tracks[0].segments, ElementsAre(soundOf(0, 0, 75)));
 }
 
-TEST(CueParser, AnIndexAfterIndex01DoesNotSplitTheSound) {
+TEST(CueParser, AnIndexAfterIndex01InTheSameFileDoesNotSplitTheSound) {
     const auto layout = accepted(oneTrack + "INDEX 02 00:01:00\nINDEX 03 00:02:00\n"
                                             "TRACK 02 AUDIO\nINDEX 01 00:03:00\n");
     EXPECT_THAT(layout.tracks[0].segments, ElementsAre(soundOf(0, 0, 225)));
@@ -273,7 +273,7 @@ TEST(CueParser, RefusesPathsOutsideTheSheetsFolder) {
     EXPECT_THAT(refused("FILE \"C:\\Music\\a.bin\" BINARY\n"), HasSubstr("absolute path"));
 }
 
-TEST(CueParser, RefusesTooLongSheetsTooLongLinesAndInvalidUtf8) {
+TEST(CueParser, RefusesTooLongSheetsTooLongLinesAndNulBytes) {
     EXPECT_THAT(refused(oneTrack + std::string(maxSheetBytes, '\n')), HasSubstr("1 MiB"));
     EXPECT_THAT(refused(oneTrack + "REM " + std::string(maxLineBytes, 'x')),
                 StartsWith("disc.cue, line 4: the line is longer"));

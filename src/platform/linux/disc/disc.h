@@ -103,7 +103,7 @@ enum class DeviceProblem {
     trayOpen,     ///< the drive is empty and its tray is open
     busy,         ///< the drive spins up, or another program uses it
     noPermission, ///< the user has no permission to read the drive or the image
-    unreadable,   ///< the medium cannot be read as a disc
+    unreadable,   ///< the medium cannot be read as a disc, or the drive cannot be used
     hung,         ///< the drive does not respond
     missing,      ///< the drive or the image does not exist, or the device is not a drive
 };

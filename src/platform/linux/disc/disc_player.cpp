@@ -20,8 +20,8 @@ using Clock = std::chrono::steady_clock;
 // How far the reader reads ahead: 4 s, enough for a drive that spins up again or reads a scratch
 // several times.
 constexpr int readAheadSectors = 4 * sectorsPerSecond;
-// The size of one read: a third of a second. It is also the most that a drive accepts in one
-// command.
+// The size of one read: a third of a second, which one command to a drive can read
+// (SectorCommands::mostSectors).
 constexpr int sectorsPerRead = 25;
 // How long the destructor waits for the current read; a read of an image takes less time. This
 // wait is short, because the check of the medium may destroy a player. The check runs once a second

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Plays a disc into a line of the sound card: a reader thread reads up to 4 s of sound ahead, and
-// the sound engine (the thread that advances the sound card) pulls that sound. The position counts
-// only the frames that the engine has pulled. This class parses no commands.
+// the sound card's thread pulls that sound. The position counts only the frames that were pulled.
+// This class parses no commands.
 #pragma once
 
 #include <chrono>
@@ -19,7 +19,7 @@ namespace sonarith::disc {
 
 enum class PlayerMode { stopped, playing, paused };
 
-/// All members except pull() are for the logic's thread; pull() is for the sound engine.
+/// pull() is for the sound card's thread, all other members are for the logic's thread.
 class DiscPlayer : public sound::SampleSource {
   public:
     explicit DiscPlayer(std::shared_ptr<Disc> disc, ThreadStarter starter = startThread);
@@ -45,7 +45,7 @@ class DiscPlayer : public sound::SampleSource {
     /// medium has been removed, the mode stays `playing`, and the position stops at the end of the
     /// sound that was read.
     [[nodiscard]] PlayerMode mode() const;
-    /// The first frame of the disc's time line (framesPerSector per sector) that the engine has not
+    /// The first frame of the disc's time line (framesPerSector per sector) that has not been
     /// pulled yet. At the end of the range to play, this is exactly the first frame after the
     /// range.
     [[nodiscard]] std::int64_t positionInFrames() const;

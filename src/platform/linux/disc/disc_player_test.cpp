@@ -30,8 +30,8 @@ std::shared_ptr<FakeDisc> longDisc() {
     return discOf({{TrackKind::audio, 10000}});
 }
 
-/// Pulls until `wanted` frames have arrived or the player reports that it has ended or is lost;
-/// without a time limit.
+/// Pulls until `wanted` frames have arrived or the supply is `ended` or `lost`, without a time
+/// limit.
 std::vector<StereoFrame> play(DiscPlayer& player, std::size_t wanted) {
     std::vector<StereoFrame> played;
     std::vector<StereoFrame> block(blockFrames);
