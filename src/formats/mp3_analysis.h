@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Analyses one MP3 file: its first frame header, the frame count of a variable bit rate, and the
-// tag at its end. Reads the first 5,047 bytes and the last 256 bytes. Only the two sync bytes are
-// checked, so meaningless values may be stored for a file that is no MP3.
+// Analyses one MP3 file: its first frame header, the frame count if the bit rate is variable, and
+// the tag at its end. Reads the first 5,047 bytes and the last 256 bytes. Only the two sync bytes
+// are checked, so meaningless values may be stored for a file that is no MP3.
 #pragma once
 
 #include <string>
@@ -27,9 +27,9 @@ Result<Mp3Info> GetMp3Info(FileSystem& files, const std::string& path, TagReadin
 /// frame, returns the digits of a zero byte and the file's first three bytes. With
 /// HeaderReading::no, returns an empty text. With TagReading::yes, stores the tag's fields.
 ///
-/// Errors: those of FileSystem::openBinary() and of reading the file's head; invalidProcedureCall
-/// for a file below 256 bytes (nothing is stored); overflow for a frame count above 32767 (IsVbr is
-/// stored).
+/// Errors: those of FileSystem::openBinary(), of BinaryFile::length() and of reading the file's
+/// head; invalidProcedureCall for a file below 256 bytes (nothing is stored); overflow for a frame
+/// count above 32767 (IsVbr is stored).
 Result<std::string> ReadMp3Bits(FileSystem& files, const std::string& path, TagReading readTag,
                                 HeaderReading readHeader, Mp3Info& info);
 

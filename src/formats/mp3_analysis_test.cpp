@@ -91,7 +91,7 @@ TEST_F(Mp3AnalysisTest, ReturnsTheDigitsOfTheFirstThreeBytesOfAFileWithoutAFrame
     EXPECT_EQ(digitsOf(Mp3Bytes(6000).content), "");
 }
 
-TEST_F(Mp3AnalysisTest, ReturnsMeaninglessValuesForAFileThatIsNoMp3) {
+TEST_F(Mp3AnalysisTest, StoresMeaninglessValuesForAFileThatIsNoMp3) {
     // The three bytes have 24 digits: eleven without a meaning, version "11", layer "10",
     // protection "1", bit rate "1001", sampling rate "00", padding "1", private "0". The digits of
     // the fourth header byte (mode, flags and emphasis) are missing.
@@ -111,7 +111,7 @@ TEST_F(Mp3AnalysisTest, ReturnsMeaninglessValuesForAFileThatIsNoMp3) {
     EXPECT_EQ(info.Duration, 0);
 }
 
-TEST_F(Mp3AnalysisTest, SearchesForTheXingMarkerAtPosition36OfAFileWithoutAFrame) {
+TEST_F(Mp3AnalysisTest, SearchesForTheXingMarkAtPosition36OfAFileWithoutAFrame) {
     Mp3Bytes bytes(4'000'000);
     bytes.at(1, "\x80\x1d\x90").at(36, "Xing").at(44, Mp3Bytes::bigEndian(30'000));
     EXPECT_TRUE(analyse(bytes).ok());
@@ -157,7 +157,7 @@ TEST_F(Mp3AnalysisTest, ReadsOnlyTheHeadAndTheTailOfALongFile) {
 
 // --- failures --------------------------------------------------------------------------------
 
-TEST_F(Mp3AnalysisTest, AFileThatCannotBeOpenedOrReadFailsWithNothingStored) {
+TEST_F(Mp3AnalysisTest, FailsAndStoresNothingIfTheFileCannotBeOpenedOrItsLengthOrHeadCannotBeRead) {
     EXPECT_EQ(
         GetMp3Info(disk, "c:\\none.mp3", TagReading::yes, HeaderReading::yes, info).error().number,
         ErrorNumber::fileNotFound);
@@ -250,7 +250,7 @@ TEST_F(Mp3AnalysisTest, AFileWhoseTailCannotBeReadHasAHeaderAndNoTag) {
     EXPECT_EQ(info.Genre, 255);
 }
 
-TEST_F(Mp3AnalysisTest, ATagThatLosesItsEndWhileItIsReadKeepsThePreviousFilesGenre) {
+TEST_F(Mp3AnalysisTest, KeepsThePreviousFilesGenreIfTheTagLosesItsEndDuringTheAnalysis) {
     fillRecord();
     const std::string whole = Mp3Bytes(4000).header(1, commonHeader).end(tagOf("new")).content;
     disk.meanwhile = [&](const std::string& entry) {

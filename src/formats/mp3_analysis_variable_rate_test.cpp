@@ -24,7 +24,7 @@ TEST_F(Mp3AnalysisTest, ReadsTheFrameCountInAFrameThatStartsAtByte5000) {
     EXPECT_EQ(info.Frames, 0x1234);
 }
 
-TEST_F(Mp3AnalysisTest, IgnoresTheFlagsBetweenTheXingMarkerAndTheFrameCount) {
+TEST_F(Mp3AnalysisTest, IgnoresTheFlagsBetweenTheXingMarkAndTheFrameCount) {
     EXPECT_TRUE(analyse(Mp3Bytes(4'000'000)
                             .header(1, commonHeader)
                             .variableRate(1, 6000)
@@ -33,15 +33,15 @@ TEST_F(Mp3AnalysisTest, IgnoresTheFlagsBetweenTheXingMarkerAndTheFrameCount) {
     EXPECT_EQ(info.Frames, 6000);
 }
 
-TEST_F(Mp3AnalysisTest, AcceptsTheXingMarkerOnlyInOneSpellingAndAtOneOffset) {
+TEST_F(Mp3AnalysisTest, AcceptsTheXingMarkOnlyInOneSpellingAndAtOneOffset) {
     for (const char* other : {"xing", "XING", "Info", "VBRI", "Xin"}) {
         info = {};
         EXPECT_TRUE(analyse(Mp3Bytes(4'000'000).header(1, commonHeader).at(37, other)).ok());
         EXPECT_FALSE(info.IsVbr) << other;
         EXPECT_EQ(info.Bitrate, 128) << other;
     }
-    // In a mono frame the marker is 15 bytes earlier. It is not found there, so the file counts as
-    // a file with a constant bit rate.
+    // In a mono frame the mark is 15 bytes earlier. It is not found there, so the bit rate counts
+    // as constant.
     Mp3Bytes mono(4'000'000);
     mono.header(1, 0xFFFB50C0).at(22, "Xing").at(30, Mp3Bytes::bigEndian(6000));
     EXPECT_TRUE(analyse(mono).ok());
@@ -49,7 +49,7 @@ TEST_F(Mp3AnalysisTest, AcceptsTheXingMarkerOnlyInOneSpellingAndAtOneOffset) {
     EXPECT_EQ(info.Bitrate, 64);
 }
 
-TEST_F(Mp3AnalysisTest, AConstantRateKeepsThePreviousFilesFrameCount) {
+TEST_F(Mp3AnalysisTest, KeepsThePreviousFilesFrameCountIfTheBitRateIsConstant) {
     fillRecord();
     EXPECT_TRUE(analyse(Mp3Bytes(4000).header(1, commonHeader)).ok());
     EXPECT_FALSE(info.IsVbr);

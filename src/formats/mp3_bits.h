@@ -16,10 +16,11 @@ namespace sonarith {
 using FourBytes = std::array<std::uint8_t, 5>;
 
 /// The digits of elements 1 to 4, highest bit first, without leading zeros: 32 digits only if the
-/// first byte is above 127, an empty text if all four bytes are 0. Sets the elements to 0.
+/// first byte is above 127, an empty text if all four bytes are 0. Sets these elements to 0.
 [[nodiscard]] std::string BytesToBits(FourBytes& bytes);
 
-/// The value of the digits; any character but "1" counts as zero. Error: overflow above 31 bits.
+/// The value of the digits; any character but "1" counts as zero. Error: overflow if the value
+/// needs more than 31 bits.
 [[nodiscard]] Result<std::int32_t> BitsToLong(std::string_view digits);
 
 } // namespace sonarith

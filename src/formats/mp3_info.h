@@ -27,14 +27,14 @@ struct Mp3Info {
 
     // Fields of the tag. Texts are UTF-8 and include the NULs of the file.
     bool HasTag = false;
-    std::string TagMark; ///< neither written nor read
+    std::string TagMark; ///< not used by the program
     std::string Title;
     std::string Artist;
     std::string Album;
     std::string Year;
     std::string Comment;    ///< the first 29 characters
     std::int16_t Genre = 0; ///< 0 to 255; 255 also for a file without a tag
-    std::string Track;      ///< the 30th character of the tag's comment; nothing uses it
+    std::string Track;      ///< the 30th character of the tag's comment; not used by the program
 
     // Fields of the additional header that marks a file of variable bit rate; stored as soon as
     // they are read. For a file without this header, IsVbr becomes false and Frames is unchanged.
