@@ -30,7 +30,8 @@ inline constexpr Twips gripWidth = 285_twips;
 
 class Form1 : public Form {
   public:
-    /// Disablem() unloads `closedByActions`. All parameters must outlive this object.
+    /// Disablem() unloads the forms in `closedByActions`. These forms, `loop` and `state` must
+    /// outlive this object.
     Form1(EventLoop& loop, const ProcessState& state, std::vector<Form*> closedByActions);
 
     /// Disables twelve buttons and menus before an action, and unloads the windows that must not
@@ -61,7 +62,7 @@ class Form1 : public Form {
     CommandButton C777{*this, "C777", "Search for Files"};
     CommandButton Command2{*this, "Command2", "Cancel"};
     CommandButton CmdSelectAction{*this, "CmdSelectAction", "Start "};
-    PictureBox Picture6{*this, "Picture6"}; ///< host area of the activity clip
+    PictureBox Picture6{*this, "Picture6"}; ///< area for the activity clip
 
     // CD bar. lblCDID and lblNumTracks also store values: code reads them as numbers.
     CommandButton Command11{*this, "Command11"}; ///< plays the current track
@@ -88,7 +89,7 @@ class Form1 : public Form {
     // buttons to call their handlers.
     ListBox lstTracks{*this, "lstTracks"}; ///< available tracks
     ListBox lstRecord{
-        *this, "lstRecord"}; ///< queue of tracks to extract; ListIndex is the line being extracted
+        *this, "lstRecord"}; ///< queue of tracks to extract; the current line is being extracted
     ListBox List1{*this, "List1"}; ///< paths of available WAV files
     ListBox List2{*this, "List2"}; ///< paths of available MP3 files
     ListBox List3{*this, "List3"}; ///< not used
@@ -104,7 +105,7 @@ class Form1 : public Form {
 
     Timer Timer1;     ///< calls ClearActivity() and disables itself
     Timer tmrRecord;  ///< capture monitor; its enabled state marks a capture in progress
-    Timer tmrWarning; ///< disk space guard
+    Timer tmrWarning; ///< checks the free disk space
     Timer Timeravi;   ///< for the activity clip; nothing enables this timer
 
     MenuItem mnuOpenfile{*this, "mnuOpenfile", "Open"};

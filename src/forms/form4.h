@@ -19,7 +19,7 @@ class Form4 : public Form {
     explicit Form4(EventLoop& loop);
 
     // Display.
-    TextBox CD{*this, "CD", "OFF"};          ///< the mode in words
+    TextBox CD{*this, "CD", "OFF"};          ///< state of player and disc, in words
     TextBox timeWindow{*this, "timeWindow"}; ///< track and time, "[03] 01:05"
     Label tracktime{*this, "tracktime"};     ///< "Track time: " and the track's length
 
@@ -37,9 +37,9 @@ class Form4 : public Form {
     CommandButton btrack{*this, "btrack"};
     CommandButton eject{*this, "eject"};
 
-    // Mixer. The sliders are inverted with respect to the mixer: 0 is the loudest. The text box
-    // beside a slider shows "32768" until the program first replaces this text with the level, a
-    // number from 0 to 10.
+    // Mixer. The sliders are inverted: a slider at 0 stands for the mixer's highest level. The text
+    // box beside a slider shows "32768" until the program first replaces this text with the level,
+    // a number from 0 to 10.
     Slider sliderMasterVolume{*this, "sliderMasterVolume", 0, 65535};
     Slider Slider1{*this, "Slider1", 0, 65535}; ///< volume of the disc's line
     Slider BassSlider{*this, "BassSlider", 0, 65535};
@@ -63,7 +63,8 @@ class Form4 : public Form {
     OptionGroup cdMute;
     OptionButton Option13{*this, cdMute, "Option13"};
     OptionButton Option14{*this, cdMute, "Option14"};
-    CheckBox Check3{*this, "Check3", "input"}; ///< 1: the meter's wave input runs
+    CheckBox Check3{*this, "Check3",
+                    "input"}; ///< a click starts (1) or stops (0) the meter's input
     // Check1, Check2 and Check6 are neither visible nor handled.
     CheckBox Check1{*this, "Check1"};
     CheckBox Check2{*this, "Check2"};

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Declares the controls of the preferences' window. Two of the labels store values: code reads the
-// destination's drive and its free space from them. The folder settings/preferences/ implements the
-// behaviour.
+// Declares the controls of the preferences' window. Two of the labels store values: the root of the
+// destination's drive, which only tests read, and the free space of this drive. The folder
+// settings/preferences/ implements the behaviour.
 #pragma once
 
 #include "platform/controls/basic_controls.h"

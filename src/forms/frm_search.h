@@ -57,8 +57,8 @@ class FrmSearch : public Form {
     std::int16_t FileCount = 0; ///< entries of lstfiles, counted for the summary
 };
 
-// Steps that run at the end of a search that is complete or was stopped with Command1, but not if
-// the window was closed during the search.
+// Steps that run at the end of a search, unless the window was closed during the search. The click
+// that stops a search runs these steps, too.
 
 /// Sets FileCount to the count of lstfiles; a count above 32767 leaves FileCount unchanged.
 void countFiles(FrmSearch& finder);
