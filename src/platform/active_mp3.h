@@ -2,9 +2,9 @@
 // The interface of the MP3 control for the logic: decodes one file to WAV or plays it, on its own
 // threads. It raises no events.
 //
-// Life cycle: a window owns its control from the window's load to its unload (ActiveMp3Host). All
-// members are called on the logic thread and wait at most 40 ms for a disk. The destructor stops
-// the control.
+// Life cycle: a form owns one control at all times; each unload of the form replaces the control
+// with a new one (ActiveMp3Host). All members are called on the logic thread and wait at most 40 ms
+// for a disk. The destructor stops the control.
 #pragma once
 
 #include <cstdint>
@@ -32,8 +32,8 @@ class ActiveMP3 {
     virtual Status Stop() = 0;
     /// Starts to decode the source file to a 16-bit WAV file at `path`, on another thread. Does
     /// nothing if a decoding of the same source to the same target is running. Also does nothing if
-    /// the last completed decoding had this source and target and neither file has changed since.
-    /// Otherwise first stops a running decoding.
+    /// the last decoding had this source and target and was completed, and neither file has changed
+    /// since. Otherwise first stops a running decoding.
     virtual Status DecodeToWav(const std::string& path) = 0;
 };
 

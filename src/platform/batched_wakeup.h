@@ -19,7 +19,8 @@ class BatchedWakeup : public Wakeup {
     /// The level meter's interval is 10 ms, so its batches in sound come every 20 ms. The sound
     /// card measures the level of a playing disc equally often (SoundCardThread).
     static constexpr int callsInSound = 2;
-    /// In silence the meter's batches come every 50 ms, and its trace still seems to move.
+    /// In silence the meter's batches come every 50 ms, often enough for its trace to move
+    /// smoothly.
     static constexpr int callsInSilence = 5;
     /// The batches of silence begin after this many silent calls. By then the meter has shown the
     /// end of the sound, although the mixer still reports the last level for some 50 ms after that

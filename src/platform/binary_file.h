@@ -15,8 +15,8 @@ namespace sonarith {
 /// Which operations an open file allows. An operation that is not allowed fails with badFileMode.
 enum class FileAccess { read, write, readWrite };
 
-/// One open file. Byte offsets start at 0. The destructor closes the file. Used only on the thread
-/// that opened it.
+/// One open file. Byte offsets start at 0. The destructor closes the file. No two threads may use
+/// the file at the same time.
 class BinaryFile {
   public:
     virtual ~BinaryFile() = default;
@@ -28,9 +28,10 @@ class BinaryFile {
     /// negative offset, badFileMode (54) without read access, deviceInputOutput and others.
     [[nodiscard]] virtual Result<std::size_t> read(std::int64_t offset,
                                                    std::span<std::byte> into) = 0;
-    /// Writes all bytes at `offset` and grows the file if needed. If one system call can write all
-    /// bytes, no second one is made. An empty span changes nothing. Errors: badRecordNumber,
-    /// badFileMode without write access, diskFull and others.
+    /// Writes all bytes at `offset` and grows the file if needed. Does not divide bytes that a
+    /// single system call can write, so that no other process reads half of a tag. An empty span
+    /// changes nothing. Errors: badRecordNumber, badFileMode without write access, diskFull and
+    /// others.
     virtual Status write(std::int64_t offset, std::span<const std::byte> bytes) = 0;
 };
 
