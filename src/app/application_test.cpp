@@ -24,6 +24,7 @@ TEST(Application, MakesTheProgramsFolderTheCurrentFolderBeforeTheWindowLoads) {
     EXPECT_FALSE(bench.form.loaded());
     EXPECT_THAT(bench.files.log, IsEmpty());
     bench.application.start();
+    // The first change is made by start(), the second by the window's load.
     EXPECT_THAT(std::vector(bench.files.log.begin(), bench.files.log.begin() + 2),
                 ElementsAre("changeFolder c:\\sonarith", "changeFolder c:\\sonarith"));
 }

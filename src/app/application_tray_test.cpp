@@ -40,7 +40,7 @@ struct TrayBench : ApplicationBench {
     Connection minimized_;
 };
 
-TEST(Minimize, LoadsTheTrayFormAndHidesTheWindow) {
+TEST(Minimize, HidesTheWindowAndAddsTheIconOnlyOnce) {
     TrayBench bench;
     bench.form.mnuMinimize.click();
     EXPECT_TRUE(bench.popup.loaded());
@@ -52,7 +52,7 @@ TEST(Minimize, LoadsTheTrayFormAndHidesTheWindow) {
     EXPECT_THAT(bench.tray.log, ElementsAre("add Sonarith"));
 }
 
-TEST(Minimize, IconifiesTheWindowIfNoDesktopPanelShowsTrayIcons) {
+TEST(Minimize, MinimizesTheWindowToTheTaskBarIfThereIsNoTrayHost) {
     TrayBench bench;
     bench.tray.setHost(false);
     bench.form.mnuMinimize.click();
@@ -61,7 +61,7 @@ TEST(Minimize, IconifiesTheWindowIfNoDesktopPanelShowsTrayIcons) {
     EXPECT_EQ(bench.minimized, 1);
 }
 
-TEST(MinimizeOnStartOfAnAction, HidesOrIconifiesTheWindowAndShowsTheActionInTheToolTip) {
+TEST(MinimizeOnStartOfAnAction, HidesOrMinimizesTheWindowAndShowsTheActionInTheToolTip) {
     for (const bool host : {true, false}) {
         TrayBench bench;
         bench.tray.setHost(host);
@@ -137,7 +137,7 @@ TEST(TrayMenuRestoreControlPanel, ShowsTheWindowAndDoesNotAffectTheAction) {
                 ElementsAre(SavedCapture{ApplicationBench::savedAs(1), 10584000}));
 }
 
-TEST(RemovalOfTheTrayHost, IconifiesTheHiddenWindowDuringAnAction) {
+TEST(RemovalOfTheTrayHost, MinimizesTheHiddenWindowDuringAnAction) {
     TrayBench bench;
     bench.process.settings.minimizeOnStart = 1;
     bench.loop.after(5s, [&] {

@@ -7,14 +7,14 @@
 
 namespace sonarith {
 
-// Each function hides its bar if the bar's menu entry is checked, and shows the bar otherwise. Then
-// it updates the check mark and the layout.
+// Each function hides its bar if the bar's menu entry is checked, and shows the bar otherwise. Each
+// also updates the check mark and the layout.
 void mnuToolbar_Click(Form1& form);
 void mnuCDbar_Click(Form1& form);
 void mnuActivityBar_Click(Form1& form);
 void mnuStatusbar_Click(Form1& form);
 
-/// Shows the tool bar, whatever the state of its menu entry is.
+/// Always shows the tool bar, sets the check mark of its menu entry and updates the layout.
 void forceToolBarOn(Form1& form);
 
 } // namespace sonarith

@@ -153,8 +153,8 @@ Status MainWindow::runLoadSteps() {
     LoadSettings(platform_.store, platform_.files.programFolder(), process_.settings);
     loadPlayer();
     inspection_.InspectCD();
-    // Loading the preferences' window does not show it, but creates the destination folder and
-    // saves the setting of each of the window's check boxes that becomes ticked.
+    // Loads the preferences' window without showing it. The load creates the destination folder,
+    // and saves its path and the setting of each check box that the load ticks.
     windows_.FrmPrefs.load();
     form_.Label2.setCaption(process_.settings.decodePath + "\\");
     tree_.showfiles();
@@ -190,7 +190,7 @@ void MainWindow::Form_Unload() {
         platform_.media.sendString(command);
     }
     windows_.Form4.Option14.click(); // unmutes the disc's line
-    // Closing the player's panel mutes the disc's line again, unless the panel is already closed.
+    // If the player's panel is loaded, its unload mutes the line that was just unmuted.
     windows_.Form4.unload();
     windows_.frmpopup.unload();
     platform_.loop.endProgram();
@@ -198,8 +198,9 @@ void MainWindow::Form_Unload() {
 
 void MainWindow::Command5_Click() {
     windows_.Form4.unload();
-    // This call ends the process and does not return. Exception: if an earlier unload of this
-    // window is still running, this call returns, and the next line ends the process.
+    // This call ends the process and does not return. Exception: if this window is not loaded, or
+    // an earlier unload of it is still running, this call returns, and the next line ends the
+    // process.
     form_.unload();
     platform_.loop.endProgram();
 }

@@ -26,10 +26,10 @@ class MainWindow {
     /// places the window, reads settings, disc and destination folder, and shows the window and the
     /// player's panel. The mouse pointer has its normal shape afterwards in both cases. Yields.
     void Form_Load();
-    /// Stops every job; never refuses the close. Yields while a capture is saved. A job that the
-    /// user starts in that yield runs inside it and blocks this close until the job ends. If the
-    /// user closes the window again while that job runs, this function is called again, inside the
-    /// first call, and stops the job.
+    /// Saves a running capture and requests every other job to end; never refuses the close. Yields
+    /// while the capture is saved. A job that the user starts in that yield runs inside it and
+    /// blocks this close until the job ends. If the user closes the window again while that job
+    /// runs, this function is called again, inside the first call, and stops the job.
     void Form_QueryUnload();
     /// Ends the process.
     void Form_Unload();
@@ -42,7 +42,7 @@ class MainWindow {
     std::string ShowHelpFile(const std::string& path);
     void mnuStart_Click();
     void mnuMinimize_Click();
-    /// "Refresh List": reads the disc again and rebuilds the tree.
+    /// "Refresh List": reads the disc and the destination folder again and updates the tree.
     void C1212_Click();
     /// Stops Timer1 and resets the displays to idle.
     void Timer1_Timer();

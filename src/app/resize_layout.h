@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Divides the main window's area: the tree fills the space between the visible bars. Only the tree
-// and the grip image are placed; the view keeps the bars at the edges of the window.
+// and the hand grip are placed; the view keeps the bars at the edges of the window.
 #pragma once
 
 #include "forms/form1.h"

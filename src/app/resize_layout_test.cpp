@@ -70,7 +70,7 @@ TEST(ResizeLayout, GivesTheTreeNoSpaceInAWindowSmallerThanItsBars) {
     EXPECT_EQ(planLayout(window), (LayoutPlan{3890_twips, 1000_twips, 0_twips, 0_twips}));
 }
 
-TEST(ResizeLayout, PlacesOnlyTheTreeAndTheGripImage) {
+TEST(ResizeLayout, PlacesOnlyTheTreeAndTheHandGrip) {
     test::VirtualEventLoop loop;
     ProcessState state;
     Form1 form(loop, state, {});
