@@ -37,7 +37,7 @@ class ConversionWorker {
     /// Makes the control decode currentFile into the destination folder. `Value` is not used. A
     /// step that fails ends the call without a message; a file below 100 bytes is not decoded.
     void StartMP3(std::string_view Value);
-    /// Calls StartMP3 with currentWavFile. Nothing calls starthere().
+    /// Calls StartMP3 with currentWavFile, which StartMP3 ignores. Only a test calls starthere().
     void starthere();
 
     /// Runs one time, half a second after the load: calls StartMP3 for the same file again.
@@ -49,10 +49,11 @@ class ConversionWorker {
     void Command1_Click();
 
     /// Decodes the file at currentWavFile, not at currentFile, to a WAV in the same folder and
-    /// waits for the end. Nothing calls this function.
+    /// waits for the end. Only tests call this function.
     void StartDecoding();
     /// For each selected line of List4, sets the list's index and calls StartMP3, which starts to
-    /// decode currentFile each time: the text of the line is not used. Nothing calls this function.
+    /// decode currentFile each time: the text of the line is not used. Only tests call this
+    /// function.
     void DecodeCheckedFiles();
 
   private:
@@ -73,7 +74,7 @@ class ConversionWorker {
     ProcessState& process_;
     Form6& form6_;
     Form1& form_;
-    /// Set by each start; nothing reads it.
+    /// Set by each call of StartMP3; nothing reads it.
     [[maybe_unused]] bool started_ = false;
 };
 

@@ -40,8 +40,8 @@ void DecodingDriver::decodeAll() {
         return;
     }
     // The bound is read before the loop, so files that are added to the list later are not decoded.
-    // The counter fileIndex is process-wide: an action that starts while decodeLine() yields
-    // changes it.
+    // The counter fileIndex is process-wide: while decodeLine() yields, another decoding or a
+    // command of the player may change it.
     const int bound = list.listCount();
     std::int32_t& fileIndex = process_.fileIndex;
     for (fileIndex = 0; fileIndex < bound && !process_.stopRequested; ++fileIndex) {

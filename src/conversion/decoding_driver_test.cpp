@@ -78,7 +78,7 @@ TEST_F(DriverTest, DecodingAllFilesYieldsBeforeEachFileAndDecodingSelectedFilesD
     }
 }
 
-TEST_F(DriverTest, ButtonsAndMenusAreDisabledAndCancelIsVisibleDuringADecoding) {
+TEST_F(DriverTest, DuringADecodingTheFileMenuIsDisabledAndTheFinderIsClosedAndCancelIsVisible) {
     fill(form.List2, {"c:\\mp3\\b.mp3"});
     windows.frmsearch.load();
     bool seen = false;
@@ -200,8 +200,7 @@ TEST_F(DriverTest, ANameFoundInList4DecodesTheLineOfList2AtTheSameIndex) {
     EXPECT_THAT(lines(form.List1), IsEmpty());
 }
 
-TEST_F(DriverTest,
-       ForASelectedFileWithAnIndexBeyondList2TheDriverStartsNoWorkerAndWaitsUntilTheProgramEnds) {
+TEST_F(DriverTest, ForANameFoundInList4AtAnIndexBeyondList2TheDriverWaitsUntilTheProgramEnds) {
     fill(form.List4, {"c:\\mp3\\b.mp3"});
     loop.after(1h, [this] {
         EXPECT_EQ(process.currentFile, "");

@@ -26,7 +26,7 @@ struct Decodings : test::ConversionWorld {
     }
     void TestBody() override {}
 
-    /// Does the same as the stop buttons.
+    /// Does the two steps by which the main window's Cancel stops a decoding.
     void stop() {
         process.stopRequested = true;
         windows.Form6.unload();
@@ -101,8 +101,8 @@ TEST(StopOfADecoding, AtAnyYieldLeavesTheProgramIdleAndTheNextDecodingWorks) {
                 EXPECT_TRUE(run.process.stopRequested);
                 EXPECT_TRUE(run.form.Timer1.enabled());
                 if (reached && kind.ends) {
-                    // At most one more file is completed: the tick that was running at the stop may
-                    // complete it.
+                    // At most one more file is completed: if Form6 is not unloaded, the decoding
+                    // continues until the next tick, and may end before it.
                     EXPECT_LE(run.mp3.finished.size(), whole + 1);
                 }
                 // Every completed file is in the tree.

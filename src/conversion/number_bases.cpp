@@ -44,8 +44,8 @@ std::optional<double> valueOf(std::string_view digits, std::int16_t base) {
     return value;
 }
 
-/// Returns nothing if the remainder is beyond every character code. Only rounding errors produce
-/// such a remainder.
+/// Returns nothing if the digit's code would be above 255, the largest character code. Only
+/// rounding errors make a remainder that large.
 std::optional<std::string> digitOf(double remainder) {
     if (remainder < 10) {
         std::array<char, 32> text{}; // 15 digits, point and exponent: at most 21 characters

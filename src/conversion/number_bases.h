@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Writes whole numbers in bases up to 36. Calculates in doubles: above 2^53 the digits are those of
-// a rounded number.
+// Writes whole numbers in bases up to 36. Calculates in doubles: above 2^53, rounding errors may
+// change the digits.
 #pragma once
 
 #include <cstdint>
@@ -11,9 +11,10 @@
 
 namespace sonarith {
 
-/// Converts the number `NumIn` in base `BaseIn` (2 to 36, letters in either case) to base
-/// `BaseOut`; returns the text "Error" if `NumIn` is not a number in base `BaseIn` or if a base is
-/// not supported. `BaseOut` is 2 to 36. A `BaseOut` of 1 is accepted, too, but then the function
+/// Converts the number `NumIn` in base `BaseIn` (2 to 36, letters in either case) to base `BaseOut`
+/// (2 to 36). Returns the text "Error" if a base is not supported, if `NumIn` is not a number in
+/// base `BaseIn` or is beyond the range of double, or if rounding errors, which occur above 2^53,
+/// produce a digit without a character. A `BaseOut` of 1 is accepted, too, but then the function
 /// never returns for a number above 0.
 [[nodiscard]] std::string ConvertBase(std::string_view NumIn, std::int16_t BaseIn,
                                       std::int16_t BaseOut);

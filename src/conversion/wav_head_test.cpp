@@ -51,7 +51,7 @@ TEST_F(WavHeadTest, ReadsTheFieldsOfAMonoFile) {
     EXPECT_EQ(head().wavDuration, "00:30");
 }
 
-TEST_F(WavHeadTest, ReadsTheRiffMarkChannelsBitsAndRateInThisOrder) {
+TEST_F(WavHeadTest, ReadsTheRiffMarkThenTheChannelsThenTheBitsThenTheRate) {
     read(wav(100, 1, 16, 44100));
     EXPECT_THAT(disk.log, ElementsAre("openBinary c:\\a.wav readWrite", "readBinary c:\\a.wav 0 4",
                                       "readBinary c:\\a.wav 22 2", "readBinary c:\\a.wav 34 2",
@@ -93,7 +93,7 @@ TEST_F(WavHeadTest, ReportsAKnownRateForOtherRatesWithTheSameLowByte) {
     EXPECT_EQ(head().wavSampleRate, "44100");
 }
 
-TEST_F(WavHeadTest, WithoutTheRiffMarkOnlyTheLengthTheChannelsAndTheBitsChange) {
+TEST_F(WavHeadTest, WithoutTheRiffMarkLengthAndChannelsAndBitsChangeAndNoOtherField) {
     EXPECT_TRUE(read(wav(705'600, 2, 16, 44100)));
     const WavHead before = head();
     for (const char* mark : {"RIFX", "riff", "RF64", "\0\0\0\0"}) {
