@@ -101,7 +101,8 @@ void ControlPanel::Exit_Click() {
 void ControlPanel::mnuEnd_Click() {
     windows_.Form6.unload();
     windows_.Form4.unload();
-    // Ends the process, unless an unload of Form1 is already in progress.
+    // This call ends the process. Exception: it returns if Form1 is not loaded, or if an earlier
+    // unload of Form1 is still running.
     windows_.Form1.unload();
     form_.unload();
     platform_.loop.endProgram();

@@ -11,8 +11,8 @@ namespace sonarith {
 
 namespace {
 
-/// In characters, including the NUL. fromBuffer() does not cut a longer text, but returns an empty
-/// one (see system.h).
+/// In characters, including the NUL. For a longer text, fromBuffer() returns an empty text (see
+/// system.h).
 constexpr std::size_t bufferLength = 50;
 
 std::int64_t kilobytesRounded(std::int64_t bytes) {

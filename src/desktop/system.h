@@ -49,7 +49,8 @@ class System {
                    std::int64_t& freeBytes) const;
     /// For each drive, adds 1 to the counter of the drive's type. Does not reset the counters.
     void Drives(DriveCounts& counts) const;
-    /// "Removable drive", "Fixed drive", "Network drive", "CD-ROM drive", "RAM-disk", or empty.
+    /// "Removable drive", "Fixed drive", "Network drive", "CD-ROM drive" or "RAM-disk"; empty for
+    /// all other kinds.
     [[nodiscard]] std::string DriveType(const std::string& root) const;
     /// The number with points between groups of three digits, counted from the right.
     [[nodiscard]] static std::string PutPoints(std::int32_t number);
@@ -64,9 +65,9 @@ class System {
     /// For a processor type without a name, the previous text of `type` is kept.
     void SystemInfo(Processors& processors) const;
 
-    // TempDir(), SystemDir() and WinDir() return folders with a trailing backslash. The next five
-    // functions return an empty text on failure, and if the machine's text does not fit into a
-    // buffer of 50 characters including the NUL.
+    // TempDir(), SystemDir() and WinDir() return folders with a trailing backslash. These three and
+    // the two functions after them return an empty text on failure. They also do so if the
+    // machine's text does not fit into a buffer of 50 characters including the NUL.
     [[nodiscard]] std::string TempDir() const;
     [[nodiscard]] std::string SystemDir() const;
     [[nodiscard]] std::string WinDir() const;
