@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Measures the playlist editor with a list of 10,000 entries. Without a window, with a real
-// settings file, it measures loading the list and delisting an entry. Limits for each: 300 ms, and
-// 12 times the processor time that the same step needs with 1,000 entries. With the window (off
-// screen) and MP3 files on the disk, it measures:
+// Measures the playlist editor with a list of 10,000 entries. Without a window, but with a real
+// settings file: the times to load the list and to delist an entry. Limits for each: 300 ms, and 12
+// times the processor time that the same step needs with 1,000 entries. With the window (off
+// screen) and with MP3 files on the disk:
 // - the time from show() until the list is painted (limit: 300 ms);
 // - the processor time of one scroll step (limit: 16 ms, one frame of the screen);
 // - the time from a click on an entry until the file's data are painted, without the time to read

@@ -84,8 +84,8 @@ class Screen:
         self.xlib.XFlush(self.display)
 
     def painted(self):
-        """Whether any of the strips of the screen that this function reads is not black. A strip is
-        one line of pixels; the strips are so close that each measured window covers at least one.
+        """Reads some strips of the screen; returns whether a strip contains a pixel that is not
+        black. A strip is one line of pixels; each measured window covers at least one strip.
         Reading the whole screen instead would slow the measured program down."""
         every = ctypes.c_ulong(0xFFFFFFFF)
         for y in range(STRIP_DISTANCE // 2, SCREEN_HEIGHT, STRIP_DISTANCE):
