@@ -7,7 +7,8 @@ pkg_check_modules(UTF8PROC REQUIRED IMPORTED_TARGET libutf8proc)
 if(SONARITH_DEVICES)
   find_package(Threads REQUIRED)
   # The program is not linked to these libraries: it loads a library at the first call of one of the
-  # library's functions. So only the headers are needed to compile the program.
+  # library's functions. The build needs the libraries for their headers and their names
+  # (SonarithSonames.cmake).
   pkg_check_modules(LATE REQUIRED libcdio libcdio_paranoia libcdio_cdda alsa sndfile libmpg123
                     speexdsp)
   include(${CMAKE_CURRENT_LIST_DIR}/SonarithSonames.cmake)

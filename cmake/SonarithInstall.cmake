@@ -48,14 +48,16 @@ install(DIRECTORY share/help/ DESTINATION ${CMAKE_INSTALL_DATADIR}/sonarith/help
 install(FILES share/debian/copyright DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 # dpkg-shlibdeps does not find the libraries that are loaded late, since the executable does not
-# list them. So this file looks up the packages that contain these libraries on this machine.
+# list them. So the packages that contain these libraries are looked up here, in the package
+# database of the machine that builds the program.
 set(latePackages)
 foreach(soname IN LISTS SONARITH_SONAMES)
   execute_process(COMMAND dpkg-query --search */${soname} OUTPUT_VARIABLE found
                   RESULT_VARIABLE failed ERROR_QUIET)
   string(REGEX MATCH "^[^:,]+" package "${found}")
   if(failed OR NOT package)
-    # tools/make_package.sh reports this as an error; the program can still be built.
+    # No installed package contains the library. The program can still be built, but
+    # tools/make_package.sh fails.
     set(package unknown-package-of-${soname})
   endif()
   list(APPEND latePackages ${package})
