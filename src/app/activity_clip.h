@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Plays the activity clip on the tool bar in the handler of Timeravi. Nothing starts that timer, so
+// The handler of Timeravi plays the activity clip on the tool bar. Nothing starts this timer, so
 // the program never plays the clip.
 #pragma once
 

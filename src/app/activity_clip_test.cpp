@@ -38,7 +38,7 @@ TEST(ActivityClip, ShowsAMessageButStillSendsPlayIfTheClipCannotBePlaced) {
                                            "point to an .AVI file on your system."}));
 }
 
-TEST(ActivityClip, IsStartedNeitherByTheProgramsStartNorByAnAction) {
+TEST(ActivityClip, IsNotPlayedAtTheProgramsStartOrDuringAnAction) {
     ApplicationBench bench({1000, 1000});
     bench.application.start();
     bench.select("Available Tracks");

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests the editing of the tree and the decoding of MP3 files through the whole application. Each
-// way to stop a decoding, and each way to end the program, is tested at every yield of a decoding.
-// A yield is a call in which a running handler lets the event loop handle the events that are due.
+// Tests the editing of the tree and the decoding of MP3 files through the whole application.
+// Several ways to stop a decoding and to end the program are tested at every yield of a decoding. A
+// yield is a call in which a running handler lets the event loop handle the events that are due.
 #include <functional>
 #include <string>
 #include <vector>
@@ -254,12 +254,12 @@ TEST(EndDuringADecodingAction, AtEveryYieldEndsTheProgram) {
     }
 }
 
-TEST(EndDuringADecodingAction, EndsTheWaitAfterAMissingFileAlthoughTheCancelButtonDoesNot) {
+TEST(EndDuringADecodingAction, AfterAMissingFileTheCloseEndsTheWaitAndCancelDoesNotEndIt) {
     DecodingBench bench;
     for (const std::string& path : bench.lines(bench.form.List2)) {
         bench.files.removeFile(path).passOver();
     }
-    // No decoding starts if the file is missing, but the driver waits for the end of one. The
+    // If the file is missing, no decoding starts, but the driver waits until a decoding ends. The
     // button "Cancel" (Command2) does not end this wait. Closing the window ends it.
     bench.loop.after(1h, [&] { bench.form.Command2.click(); });
     bench.loop.after(2h, [&] { bench.form.unload(); });

@@ -166,8 +166,8 @@ TEST(EveryEnd, AtEveryYieldOfTheStartEndsTheProgram) {
             const bool ended = bench.endsProgram([&] { bench.application.start(); });
             EXPECT_EQ(ended, reached);
             if (!reached) {
-                // Nine yields: five in the load of Form1 itself, and two in each of the two
-                // searches that this load runs through the destination folder, which is empty.
+                // Nine yields: five in the load of Form1 itself, and two in each of its two
+                // searches of the destination folder, which is empty.
                 EXPECT_EQ(n, 10);
                 break;
             }

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A fixture for tests of the CD player within the whole application. Its functions switch the
-// player on, and return whether the player is off and whether the disc is muted.
+// A fixture for tests of the CD player within the whole application.
 #pragma once
 
 #include <chrono>
@@ -11,7 +10,7 @@
 
 namespace sonarith {
 
-/// The key, in the section "Settings" of the store, of the setting that mutes the disc.
+/// The key of the setting that mutes the disc, in the section "Settings" of the store.
 inline constexpr const char* muteKey = "mute button";
 
 struct PlayerInApplication : testing::Test {

@@ -197,7 +197,7 @@ TEST_F(PlayerInApplication, TheProgramCanEndAtEveryYieldWhileThePlayerIsBeingSwi
          [](ApplicationBench& run) {
              run.form.Command5.click();
          }},
-        {"close of the main window within such a close",
+        {"second close of the main window within the first",
          [](ApplicationBench& run) {
              run.loop.atYield(3, [&run] { run.form.unload(); });
              run.form.unload();
