@@ -44,7 +44,7 @@ TEST_F(RecordingFileTest, SavesStereoBitForBit) {
     EXPECT_TRUE(recording.append(pattern(10'000, 1)));
     EXPECT_EQ(recording.frames(), 10'001);
     EXPECT_EQ(visibleEntriesIn(folder.path()), 0)
-        << "the file must have no name before it is saved";
+        << "the file must not be visible before it is saved";
     ASSERT_TRUE(recording.save(target).ok());
     expectPlainWav(target, pattern(0, 10'001));
 }
@@ -117,7 +117,7 @@ TEST_F(RecordingFileTest, CreateFailsIfTheFolderDoesNotExistOrCannotContainFiles
     EXPECT_FALSE(RecordingFile::create(Channels::stereo, "/proc").ok());
 }
 
-TEST_F(RecordingFileTest, SavesARecordingThatIsTooLongForAPlainWavAsRf64) {
+TEST_F(RecordingFileTest, UsesRf64ForARecordingThatIsTooLongForPlainWav) {
     constexpr std::int64_t smallLimit = 400'000;
     RecordingFile recording = create(Channels::stereo, smallLimit);
     EXPECT_TRUE(recording.append(pattern(0, 100'001)));
@@ -129,7 +129,7 @@ TEST_F(RecordingFileTest, SavesARecordingThatIsTooLongForAPlainWavAsRf64) {
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
 
-TEST_F(RecordingFileTest, SavesTheLongestRecordingThatFitsIntoAPlainWavAsPlainWav) {
+TEST_F(RecordingFileTest, UsesPlainWavForTheLongestRecordingThatFitsIntoIt) {
     constexpr std::int64_t smallLimit = 4000;
     RecordingFile recording = create(Channels::stereo, smallLimit);
     EXPECT_TRUE(recording.append(pattern(0, 1000)));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests disks that do not respond, for a while or forever: neither the card nor the logic is
-// blocked, and the recording is complete if the disk responds again.
+// Tests recordings on disks that do not respond, for a while or forever: neither the card nor the
+// logic is blocked, and the recording is complete if the disk responds again.
 #include "platform/linux/sound/recording.h"
 
 #include <gmock/gmock.h>
@@ -242,7 +242,7 @@ TEST_F(HangingDiskTest, IsSkippedAndTheNextFolderReceivesTheWholeRecording) {
     });
     expectPlainWav(other / "1234-3.wav", played());
     EXPECT_EQ(entriesIn(folder.path()), 0)
-        << "the file that was created late in the skipped folder must be deleted";
+        << "the late creation must leave no file in the skipped folder";
     ASSERT_GE(shown.texts().size(), 1U);
     EXPECT_THAT(shown.texts()[0],
                 AllOf(HasSubstr("\"" + folder.path().string() + "\""),

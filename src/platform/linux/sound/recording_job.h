@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The functions that a recording's threads run, and the state that these threads share with the
-// logic's thread. One thread, the writer, creates the file, writes and saves; if a folder blocks
-// the writer, another thread becomes the writer. The waits of the logic's thread are in
+// The work of a recording's threads, and the state that these threads share with the logic's
+// thread. One thread, the writer, creates the file, writes and saves; if a folder blocks the
+// writer, another thread becomes the writer. The waits of the logic's thread are in
 // recording_orders.h.
 #pragma once
 
@@ -34,8 +34,8 @@ struct RecordingJob {
 /// then executes orders to save until no more follow.
 void writeRecording(RecordingJob& job, RecordingOrders::Turn turn, std::size_t candidate);
 
-/// Called if the first writer cannot be started: reports that to the user and to the threads that
-/// wait for the file.
+/// Called on the logic's thread if the first writer cannot be started: notifies the user, and
+/// records the failure in `job.orders`, so that no thread waits for a writer.
 void failRecording(RecordingJob& job, const Error& error);
 
 /// If the writer hangs in a folder for longer than RecordingTiming::folder, starts a new writer for

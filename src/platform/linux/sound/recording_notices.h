@@ -27,7 +27,8 @@ class RecordingNotices {
     void mute();
     [[nodiscard]] RecordingNumber newRecording();
 
-    /// No file can be created in any folder. The cause persists until a file can be created.
+    /// No file can be created in any folder, or no thread can be started. The cause persists until
+    /// a file is created.
     void cannotBegin(const Error& error);
     void begun(const std::filesystem::path& folder);
     /// The folder has not responded, and the recording is created in the next folder.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Passes the logic's orders (create a file, save, end) to a recording's writer, and the results
-// back to the logic. The logic waits for a result only for a limited time; its order remains valid
-// after a timeout. This class handles no frames and no files.
+// Passes the logic's orders (save, end) to a recording's writer, and the results (of creating the
+// file and of each save) back to the logic. The logic waits for a result only for a limited time;
+// its order remains valid after a timeout. This class handles no frames and no files.
 #pragma once
 
 #include <chrono>
@@ -25,7 +25,7 @@ class RecordingOrders {
     /// The number of a writer, counted from 0. A turn ends when its thread hangs and another thread
     /// becomes the writer.
     using Turn = int;
-    /// Called under this object's lock, so that it runs before any other change of the state.
+    /// Called under this object's lock, so that the calls are in the order of the state's changes.
     using Call = std::function<void()>;
 
     /// `candidates` is the number of folders that the writer tries, one after the other. `saves`
@@ -54,9 +54,9 @@ class RecordingOrders {
         Turn turn;
         std::size_t hanging; ///< the index of the folder in which the writer hangs
     };
-    /// Waits. If the writer tries one folder for longer than `patience`, ends its turn and returns
-    /// the replacement. Returns empty as soon as the file exists, all folders have failed, the
-    /// writer tries the last folder, or no file is wanted any more.
+    /// Waits while the writer tries folders. If it tries one folder for longer than `patience`,
+    /// ends its turn and returns the replacement. Returns empty as soon as the file exists, all
+    /// folders have failed, the writer tries the last folder, or no file is wanted any more.
     [[nodiscard]] std::optional<Replacement> replaceWithin(Patience patience);
     /// Calls `onLate` if the running save is not complete within `patience`.
     void watchSave(Patience patience, const Call& onLate);
@@ -68,7 +68,7 @@ class RecordingOrders {
     /// Reports that the file was created. `onBegun` is called before any waiting thread is
     /// notified; the same applies to `onFailed` and `onDone`.
     [[nodiscard]] bool begins(Turn turn, const Call& onBegun);
-    /// Reports that no file could be created in any folder.
+    /// Reports that no file was created: all folders failed, or no writer could be started.
     [[nodiscard]] bool fails(Turn turn, const Error& error, const Call& onFailed);
     /// Waits for the next order to save; returns empty if no more follow.
     [[nodiscard]] std::optional<std::filesystem::path> nextSave();

@@ -36,7 +36,7 @@ TEST_F(RecordingOrdersTest, ReportThatNoFileCouldBeCreated) {
     EXPECT_EQ(orders.begunWithin(0ms)->error().text, "there is none");
 }
 
-TEST_F(RecordingOrdersTest, ReplaceAHangingWriterAsLongAsAFurtherFolderIsLeft) {
+TEST_F(RecordingOrdersTest, ReplaceAHangingWriterIfAFurtherFolderIsLeft) {
     ASSERT_TRUE(orders.tries(0, 0));
     const auto first = orders.replaceWithin(1ms);
     ASSERT_TRUE(first);

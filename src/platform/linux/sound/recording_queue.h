@@ -34,14 +34,17 @@ class RecordingQueue : public RecordingSink {
     static constexpr std::size_t stallFrames = std::size_t{3} * frameRate;
 
     enum class Flow { stalled, flowing };
-    /// `onFlow` is called when a stall begins, on the card's thread, and when the stall ends, on
-    /// the thread that calls `take`. It must return at once and must not call this object.
+    /// `onFlow` is called when a stall begins, on the thread that calls `record`, and when the
+    /// stall ends, on the thread that calls `take`. It must return at once and must not call this
+    /// object.
     explicit RecordingQueue(std::function<void(Flow)> onFlow) : onFlow_(std::move(onFlow)) {}
 
     // The card's side.
 
     void record(std::span<const StereoFrame> frames) override;
     [[nodiscard]] std::size_t room() const override;
+
+    // For any thread of the recording.
 
     /// The number of frames that record() has queued so far; after giveUp(), the number of kept
     /// frames.

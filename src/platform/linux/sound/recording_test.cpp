@@ -167,8 +167,8 @@ TEST_F(RecordingTest, KeepsOnlyThePreviouslyFlushedPartIfTheFlushDuringTheSaveFa
             const auto recording = begin();
             for (std::int64_t second = 0; second < 7; ++second) {
                 recording->sink()->record(pattern(second * 44'100, 44'100));
-                // The sound of this second may still be being written; the sound of the previous
-                // second has been written completely.
+                // The last part of this second may not have been written yet; all sound before this
+                // second has been written.
                 ASSERT_TRUE(eventually([&] { return isWritten(*recording); }));
             }
             loses = true;

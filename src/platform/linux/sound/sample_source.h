@@ -9,8 +9,7 @@
 
 namespace sonarith::sound {
 
-/// The card's only rate. It is that of the compact disc, so that a disc's samples need no
-/// conversion.
+/// The card's only rate. The compact disc has the same rate, so its samples need no conversion.
 inline constexpr int frameRate = 44100;
 
 /// One sample for each of the two channels, 16 bits, native byte order.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A shelf filter: raises or lowers the level of all frequencies below (or above) a corner frequency
-// by some dB, and moves to another gain without a click. It knows neither the tone sliders
-// (tone_control.h) nor the range of 16-bit samples.
+// by some dB, and moves to another gain without a click. tone_control.h chooses the gain and limits
+// the result to 16 bits.
 //
 // The formulas are those of the "Audio EQ Cookbook" (R. Bristow-Johnson; W3C Working Group Note of
 // 2021), shelves of slope 1. With frequency relative to the corner and A = 10^(dB/40), the analog

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The software sound card: lines with volume and mute, a mixer with bass and treble for the
 // speakers, and a recorder whose sound is affected neither by volumes and mutes nor by bass and
-// treble. The card has no thread (sound_card_thread.h advances it) and opens no device
-// (alsa_output.h, external_input.h).
+// treble. The card has no thread and no code for devices: sound_card_thread.h advances it, and
+// alsa_output.h and external_input.h use the devices.
 #pragma once
 
 #include <array>
@@ -142,9 +142,9 @@ class SoundCard {
     /// Produces every frame that is due at `now`, in blocks. A late call catches up; a starving
     /// line, or a recording sink without space, stops the whole card until the line has frames or
     /// the sink has space, and that time is not caught up: no frame is skipped and no silence is
-    /// inserted. A source that has ended is released, and its line becomes silent; while a lost
-    /// source is neither replaced nor detached, a recorder that uses its line records nothing. A
-    /// `now` before that of an earlier call has no effect.
+    /// inserted. A source that has ended is released, and its line becomes silent. After a source
+    /// was lost, a recorder that uses its line records nothing until attach() or detach() is
+    /// called for that line. A `now` before that of an earlier call has no effect.
     void advance(Time now);
     /// Whether there is any work: a recording, a listener, or a line with a source or with frames
     /// that were pulled and are not played yet. While false, the card needs no calls of advance.

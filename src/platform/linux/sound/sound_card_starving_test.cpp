@@ -69,7 +69,7 @@ TEST_F(StarvingSoundCardTest, RecordsSilenceAfterALostSourceWasDetached) {
     EXPECT_EQ(recorder->size(), 441U + 44100U);
 }
 
-TEST_F(StarvingSoundCardTest, RecordsTheWaveLineAlthoughTheDiscsLineLostItsSource) {
+TEST_F(StarvingSoundCardTest, RecordsTheWaveLineAfterTheDiscsLineLostItsSource) {
     card.setRecordingSource(RecordingSource::waveOut);
     card.attach(Line::compactDisc, std::make_shared<PatternSource>(441, Supply::lost), 0s);
     card.attach(Line::waveOut, disc, 0s);
@@ -139,7 +139,7 @@ TEST_F(StarvingSoundCardTest, KeepsTwoLinesSynchronousIfBothStarve) {
     }
 }
 
-TEST_F(StarvingSoundCardTest, PlaysPulledFramesOfALineEvenAfterTheLineWasDetached) {
+TEST_F(StarvingSoundCardTest, RecordsPulledFramesOfALineEvenAfterTheLineWasDetached) {
     const auto file = std::make_shared<PatternSource>();
     card.setRecordingSource(RecordingSource::waveOut);
     card.startRecording(recorder, 0ns);

@@ -8,14 +8,15 @@ namespace sonarith::sound {
 
 namespace {
 
-/// One block of the card: so long that the wake-ups cost very little, and short compared with the
-/// output's buffer.
+/// The interval while the card records or uses an external input (Work::all): one block of the
+/// card. It is so long that the wake-ups cost very little, and short compared with the output's
+/// buffer.
 constexpr std::chrono::milliseconds blockInterval{10};
 /// The interval while only files play (Work::files): the duration of the sound in the largest
 /// single write to the output (PlaybackSession). A shorter interval would only add wake-ups, and
 /// each wake-up costs as much as the mixing.
 constexpr std::chrono::milliseconds filesInterval{30};
-/// The interval while a disc plays, or while the level meter listens to a line that plays
+/// The interval while a disc plays, or while a file plays and the level meter listens
 /// (Work::playing). Less than half of PeakMeter::holdTime, so that the meter does not fall to 0 if
 /// this thread is late once.
 constexpr std::chrono::milliseconds playingInterval{20};

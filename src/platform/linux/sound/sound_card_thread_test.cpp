@@ -51,7 +51,7 @@ TEST(SoundCardThread, SleepsWhileTheCardIsIdle) {
     EXPECT_TRUE(eventually([&] { return source->position() > 0; }));
 }
 
-TEST(SoundCardThread, AdvancesACardWithOnlyAListenerNoMoreOftenThanEvery50Milliseconds) {
+TEST(SoundCardThread, AdvancesACardWithOnlyAListenerAtMostOncePer50Milliseconds) {
     SoundCard card;
     std::atomic<int> clockCalls = 0;
     const SoundCardThread thread(card, [&clockCalls] {
@@ -112,11 +112,11 @@ void expectWakeUps(Line line, std::chrono::milliseconds interval) {
     EXPECT_LE(advances, (monotonicNow() - begin) / interval + 1);
 }
 
-TEST(SoundCardThread, WakesUpNoMoreOftenThanEvery30MillisecondsWhileOnlyAFileIsPlayed) {
+TEST(SoundCardThread, WakesUpAtMostOncePer30MillisecondsWhileOnlyAFileIsPlayed) {
     expectWakeUps(Line::waveOut, 30ms);
 }
 
-TEST(SoundCardThread, WakesUpNoMoreOftenThanEvery20MillisecondsWhileADiscIsPlayed) {
+TEST(SoundCardThread, WakesUpAtMostOncePer20MillisecondsWhileADiscIsPlayed) {
     expectWakeUps(Line::compactDisc, 20ms);
 }
 

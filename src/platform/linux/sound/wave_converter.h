@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Converts the software sound card's frames to the format that a caller requests from a wave input:
-// PCM of another rate, mono or stereo, 8 or 16 bits. card_wave_input.h fills the caller's buffers
-// with the result.
+// PCM of 4000 to 192000 Hz, mono or stereo, 8 or 16 bits. card_wave_input.h fills the caller's
+// buffers with the result.
 #pragma once
 
 #include <cstddef>
@@ -26,10 +26,9 @@ class WaveConverter {
     /// Converts `frames`, at most blockFrames of the card, to whole frames of the format; the
     /// result is valid until the next call. 16 bits are little-endian; 8 bits are unsigned, 128 is
     /// silence. Mono is the mean of both channels. Resampled sound is band-limited and a few
-    /// milliseconds late; the number of frames matches the rate on average. When the silence
-    /// has lasted so long that the resampler's filter contains only silence, silent frames do not
-    /// pass through the resampler: convert() writes silence instead, and the number of its frames
-    /// matches the rate on average, too. Never allocates.
+    /// milliseconds late; the number of frames matches the rate on average. While the resampler's
+    /// filter contains only silence, silent frames bypass the resampler: convert() writes silence,
+    /// and the number of frames matches the rate on average, too. Never allocates.
     [[nodiscard]] std::span<const std::byte> convert(std::span<const StereoFrame> frames);
 
     /// Bytes of one frame of the format.

@@ -50,8 +50,8 @@ DriveKind driveKindOf(const MountPoint& mount, const BlockDevices& devices) {
     if (!device) {
         // The mount has no device of its own: it is a folder of a server, a pool of disks, a folder
         // that a program encrypts, or a tmpfs. A tmpfs counts as fixed and not as a RAM disk (a
-        // block device in memory): the logic monitors the free space of fixed drives only, and
-        // treats a destination on any other drive as full.
+        // block device in memory): the logic monitors the free space of fixed drives only, and may
+        // treat a destination on any other drive as full.
         return isRemote(mount) ? DriveKind::network : DriveKind::fixed;
     }
     if (device->starts_with("ram") || device->starts_with("zram")) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Determines the kind of drive that is shown to the user for a mount, from the mount's file system
-// type and device.
+// Determines the kind of the drive that a mount represents, from the mount's file system type,
+// device and source.
 #pragma once
 
 #include "platform/linux/paths/mount_info.h"
