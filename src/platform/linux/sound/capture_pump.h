@@ -20,7 +20,8 @@ struct CaptureTiming {
     /// Minimum delay before a device that was lost or cannot be opened is tried again.
     std::chrono::milliseconds retryAfter{2000};
     /// How long the pump's destructor waits for a device call that does not return. The program's
-    /// window is blocked during that wait. A call to a working device takes a few milliseconds.
+    /// window is blocked during that wait. A read from a working device, or a wait for its frames,
+    /// takes at most 20 ms.
     std::chrono::milliseconds patience{150};
 };
 

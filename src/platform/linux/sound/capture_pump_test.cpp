@@ -122,7 +122,7 @@ TEST_F(CapturePumpTest, ItsDestructorIsNotDelayedByAHangingDevice) {
     EXPECT_TRUE(eventually([&] { return device->closed == device->opened; }));
 }
 
-TEST_F(CapturePumpTest, ReportsWhetherTheDeviceCouldBeOpened) {
+TEST_F(CapturePumpTest, OpeningReturnsTheResultOfTheLastAttemptToOpenTheDevice) {
     {
         CapturePump pump(opener(), timing);
         EXPECT_EQ(pump.opening(30s), CapturePump::Opening::open);
@@ -146,7 +146,7 @@ TEST_F(CapturePumpTest, DoesNotWaitForADeviceWhoseOpeningHangs) {
     EXPECT_TRUE(eventually([&] { return device.use_count() == 1; }));
 }
 
-TEST_F(CapturePumpTest, IsSilentWhileTheDeviceIsUnpluggedAndContinuesAfterwards) {
+TEST_F(CapturePumpTest, ReportsTheLossOfADeviceAndIsSilentUntilTheDeviceIsPluggedInAgain) {
     fakes::DeviceReports reports;
     device->provide(441 * 20);
     {

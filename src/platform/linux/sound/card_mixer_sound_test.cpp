@@ -107,7 +107,7 @@ TEST_F(CardMixerTest, BassAndTrebleHaveTheDocumentedGains) {
 }
 
 TEST_F(CardMixerTest, NeutralBassAndTrebleChangeNoSample) {
-    play(Line::compactDisc, std::make_shared<PatternSource>()); // contains the extreme values
+    play(Line::compactDisc, std::make_shared<PatternSource>()); // soft and loud samples
     EXPECT_THAT(hear(2s), IsSound(pattern(0, 88'200)));
 }
 

@@ -26,7 +26,8 @@ void markDone(WaveHeader& header) {
 
 } // namespace
 
-/// The queue of buffers: the caller's thread adds buffers, and the card's thread fills them.
+/// The queue of buffers: the caller's thread adds buffers, and the thread that advances the card
+/// fills them.
 class CardWaveInput::Tape final : public RecordingSink {
   public:
     explicit Tape(std::unique_ptr<WaveConverter> converter) : converter_(std::move(converter)) {
@@ -77,7 +78,7 @@ class CardWaveInput::Tape final : public RecordingSink {
         const std::lock_guard lock(mutex_);
         return queue_.empty();
     }
-    /// Only whole frames are written to a buffer.
+    /// How many bytes of a buffer can be filled: only whole frames are written.
     [[nodiscard]] std::size_t usableLength(const WaveHeader& header) const {
         return header.dwBufferLength - header.dwBufferLength % converter_->frameBytes();
     }
@@ -124,7 +125,7 @@ WaveResult CardWaveInput::open(WaveInHandle& handle, std::uint32_t device,
 bool CardWaveInput::openInput() {
     const std::shared_ptr<ExternalInput> input = card_.externalInput();
     if (!input) {
-        return true; // the recorder's source is a line of the card: no device needs to be opened
+        return true; // the recorder's source is not an external input, so no device is opened
     }
     std::shared_ptr<CapturePump> pump = input->acquire();
     if (pump->opening(inputPatience) == CapturePump::Opening::failed) {

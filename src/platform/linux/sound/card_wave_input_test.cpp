@@ -170,7 +170,7 @@ TEST_F(CardWaveInputTest, RejectsUnusableBuffersAndWritesOnlyWholeFrames) {
     EXPECT_EQ(odd.data.back(), std::byte{0x55}) << "an incomplete frame must not be written";
 }
 
-TEST_F(CardWaveInputTest, HasATextForEachError) {
+TEST_F(CardWaveInputTest, HasADistinctTextForEachError) {
     EXPECT_EQ(input.errorText(WaveResult::noError), "");
     std::vector<std::string> texts;
     for (const int number : {2, 3, 4, 5, 11, 32, 33, 34, 99}) {

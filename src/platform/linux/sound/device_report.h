@@ -8,8 +8,10 @@
 namespace sonarith::sound {
 
 enum class DeviceState {
-    works,  ///< the device plays or delivers sound
-    lost,   ///< the device cannot be opened or has failed; the pump will try to open it again
+    works, ///< the device plays or delivers sound
+    /// The device cannot be opened or has failed; the pump will try to open it again. Also reported
+    /// if no thread can be started for the pump.
+    lost,
     unused, ///< the pump has ended and does not use the device any more
 };
 

@@ -18,8 +18,7 @@ class FrameQueue {
   public:
     /// Has space for `capacity` frames; `capacity` must not be 0. The system provides a memory page
     /// only when a frame is first stored in it, and an empty queue starts at the beginning of the
-    /// buffer again. So a large queue that is often empty uses memory only for the most frames that
-    /// were pushed between two times at which it was empty.
+    /// buffer again. So a queue that is often empty uses only the first pages of a large buffer.
     explicit FrameQueue(std::size_t capacity)
         : capacity_(capacity),
           store_(static_cast<StereoFrame*>(::operator new(capacity * sizeof(StereoFrame)))) {}

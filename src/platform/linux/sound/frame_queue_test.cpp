@@ -74,7 +74,7 @@ TEST(FrameQueue, DropsTheSilenceBeforeASoundButNotTheSilenceAfterIt) {
     EXPECT_EQ(queue.size(), 3U);
 }
 
-TEST(FrameQueue, UsesLittleMemoryIfItIsOftenEmptyAlthoughItsCapacityIsLarge) {
+TEST(FrameQueue, UsesLittleMemoryOfALargeBufferIfItIsOftenEmpty) {
     constexpr std::size_t capacity = 16 * 1024 * 1024; // in frames, which occupy 64 MiB
     constexpr std::size_t batch = 4410;
     FrameQueue queue(capacity);

@@ -14,7 +14,7 @@
 
 namespace sonarith::sound {
 
-/// For the thread of the event loop only.
+/// Must be used only on the logic thread.
 class KeptTone {
   public:
     /// A slider counts as at rest after this time without a change. While a user drags a slider,
@@ -28,7 +28,7 @@ class KeptTone {
     /// Called after a slider has moved: bass and treble are written when no slider has moved for
     /// restTime.
     void changed();
-    /// Writes pending changes now. Called at the end of the program, too.
+    /// Writes pending changes now. Must be called before the program ends.
     void keep();
 
   private:

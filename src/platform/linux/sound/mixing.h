@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Calculates with samples for the mixer: applies levels, clips sums to 16 bits, and computes the
-// mean of both channels. The functions here use no lines and no devices.
+// Calculates with samples: applies levels, clips sums to 16 bits, and computes the mean of both
+// channels. The functions here use no lines and no devices.
 #pragma once
 
 #include <algorithm>
@@ -20,8 +20,8 @@ struct WideFrame {
 };
 
 /// Returns `value` * `level` / fullVolume, rounded half away from zero: the level is a linear
-/// factor, and fullVolume does not change `value`. `value` is the sum of one sample of each of
-/// a few lines, and fits 24 bits.
+/// factor, and fullVolume does not change `value`. `value` is a sample of one line or the sum of
+/// the samples of several lines; it fits into 24 bits.
 [[nodiscard]] constexpr std::int32_t atLevel(std::int32_t value, int level) {
     const std::int64_t scaled = std::int64_t{value} * level;
     const std::int64_t half = fullVolume / 2;

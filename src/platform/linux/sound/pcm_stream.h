@@ -26,7 +26,7 @@ class PcmPlayback {
     [[nodiscard]] virtual long write(std::span<const StereoFrame> frames) = 0;
     /// Waits for space: positive if there is some, 0 after a timeout, or a negative errno.
     [[nodiscard]] virtual int waitForRoom(std::chrono::milliseconds atMost) = 0;
-    /// Prepares the device for new writes after an underrun or a stop.
+    /// Prepares the device for new writes after an underrun, a suspension or a stop.
     [[nodiscard]] virtual int prepare() = 0;
     [[nodiscard]] virtual int start() = 0;
     /// Stops playback at once. Queued frames are discarded.
@@ -45,8 +45,8 @@ class PcmCapture {
     [[nodiscard]] virtual long read(std::span<StereoFrame> frames) = 0;
     /// Waits for frames: positive if there are some, 0 after a timeout, or a negative errno.
     [[nodiscard]] virtual int waitForFrames(std::chrono::milliseconds atMost) = 0;
-    /// Starts the capture. Must also be called after an overrun, since a capture does not continue
-    /// by itself then.
+    /// Starts the capture. Must be called again after an overrun or a suspension, since both end
+    /// the capture.
     [[nodiscard]] virtual int restart() = 0;
 };
 

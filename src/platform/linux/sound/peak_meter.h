@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Measures the peak of a sound between two readings. The sound card's thread stores the peaks and
-// the logic's level meter reads them, without a lock. sound_card.h chooses the sound that is
-// measured.
+// Measures the peak of a sound between two readings. The sound card stores the peaks and the
+// logic's level meter reads them, without a lock. sound_card.h chooses the sound that is measured.
 #pragma once
 
 #include <algorithm>
@@ -48,8 +47,8 @@ class PeakMeter {
         }
     }
 
-    /// Returns the largest peak since the last reading. If no block was processed since then,
-    /// returns the last result; if no block was processed for holdTime, returns 0.
+    /// Returns the largest peak since the last reading. If note() was not called since then,
+    /// returns the last result; if note() was not called for holdTime, returns 0.
     [[nodiscard]] int read(Time now) {
         const int noted = sinceReading_.exchange(nothing, std::memory_order_acquire);
         if (noted != nothing) {

@@ -34,7 +34,7 @@ TEST(PlaybackFeed, ReturnsAddedFrames) {
     EXPECT_TRUE(taken(feed, 60).empty());
 }
 
-TEST(PlaybackFeed, DropsAddedSilenceOnlyIfTheQueueIsEmptyAndNoDeviceIsOpen) {
+TEST(PlaybackFeed, DropsSilenceAddedToAnEmptyQueueUnlessADeviceIsOpen) {
     PlaybackFeed feed;
     feed.add(silence(10));
     EXPECT_TRUE(taken(feed, 10).empty());

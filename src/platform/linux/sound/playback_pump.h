@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Transfers the software sound card's mix to a device: the card puts frames into a queue without
-// blocking, and a separate thread writes them to the device. The device is open only while there is
-// sound. The pump calls no sound library itself.
+// blocking, and a separate thread writes them to the device. The device is opened when there is
+// sound and closed after a few seconds of silence. The pump calls no sound library itself.
 #pragma once
 
 #include <chrono>

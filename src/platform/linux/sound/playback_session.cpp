@@ -15,8 +15,8 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 /// The number of frames that are written before the device is started: 100 ms. So the device plays
-/// the beginning of a sound without a gap, and underruns only if frames from the software sound
-/// card are nearly 100 ms late.
+/// the beginning of a sound without a gap, and does not underrun if the software sound card's next
+/// frames are up to PlaybackTiming::dryAfter late.
 constexpr std::size_t prefillFrames = frameRate / 10;
 /// The silence that is written after the end of a sound: 50 ms. A device that repeats its buffer
 /// after an underrun then repeats silence.
@@ -27,12 +27,12 @@ constexpr std::size_t certainFrames = frameRate / 2;
 /// The longest single wait for space in the device's buffer, and so the longest time until the
 /// thread notices that it must end.
 constexpr std::chrono::milliseconds roomWait{100};
-/// The most frames in one write: 30 ms. Smaller writes would be more frequent, and every write
-/// wakes the sound server, which is a separate process. A batch is far shorter than the device's
-/// buffer.
+/// The most frames of the card in one write: 30 ms. Smaller writes would be more frequent, and
+/// every write wakes the sound server, which is a separate process. A batch is far shorter than the
+/// device's buffer.
 constexpr std::size_t batchFrames = 3 * blockFrames;
 /// The delay between two checks of how much of a sound's end is still to be played, and the delay
-/// after a device has reported space but accepted nothing.
+/// after two consecutive waits for space that both reported space.
 constexpr std::chrono::milliseconds shortRest{10};
 /// A device with more consecutive underruns or suspends than this, without an accepted frame in
 /// between, counts as lost.
@@ -71,7 +71,7 @@ bool PlaybackSession::playBlock(std::span<const StereoFrame> frames) {
 
 /// Called when no frames have arrived for a while: plays the end of the sound, then stops the
 /// device, so that the device does not underrun again and again. Returns false if the device is
-/// lost.
+/// lost or the thread is asked to end.
 bool PlaybackSession::goOnDry() {
     switch (phase_) {
     case Phase::filling: // the sound is shorter than the prefill

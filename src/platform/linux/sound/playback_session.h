@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Plays on one open device, from the first frames until the device is closed. It writes the
-// beginning of a sound to the device's buffer before it starts the device, plays each sound to its
-// end, and recovers from underruns.
+// Plays on one open device, from the first frames until the device is closed. Writes the beginning
+// of a sound to the device's buffer before it starts the device, plays each sound to its end, and
+// recovers from underruns.
 #pragma once
 
 #include <chrono>
@@ -53,7 +53,7 @@ class PlaybackSession {
     bool playing_ = false; ///< onPlays_ was called
     Phase phase_ = Phase::filling;
     std::size_t written_ = 0;      ///< frames written since the device was prepared
-    std::size_t silentFrames_ = 0; ///< number of silent frames at the end of those written
+    std::size_t silentFrames_ = 0; ///< frames in the silent batches since the last sound
     bool hadRoom_ = false;         ///< the last wait for space reported space
     std::chrono::steady_clock::time_point drainingSince_{};
     std::chrono::steady_clock::time_point stoppedAt_{};

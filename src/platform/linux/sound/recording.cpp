@@ -27,8 +27,7 @@ Recording::begin(Channels channels, std::vector<fs::path> folders, RecordingCont
     if (!begun) {
         recording->slow_ = true;
         AbandonableThread watch;
-        // If this thread cannot be started, the recording waits for the first folder without a
-        // limit.
+        // Without this thread, the writer's wait for a folder that hangs has no limit.
         watch.start([job] { replaceHangingWriters(job); }, job->context.starter).passOver();
     }
     return recording;

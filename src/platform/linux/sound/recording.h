@@ -28,8 +28,8 @@ struct RecordingTiming {
     /// notice.
     std::chrono::milliseconds command{80};
     /// If a folder does not respond within this time, the next folder is tried, if there is one.
-    /// The program passes four folders, and trying all of them takes at most 8 s; the queue has
-    /// space for 10 s of sound.
+    /// The program passes four folders, so the last one is tried after about 6 s at the latest;
+    /// the queue has space for 10 s of sound. The wait for the last folder has no limit.
     std::chrono::milliseconds folder{2000};
     /// A save that takes longer is reported to the user.
     std::chrono::milliseconds lateSave{3000};
@@ -58,10 +58,10 @@ struct RecordingJob;
 class Recording {
   public:
     /// Creates the file in the first of `folders` that allows it. The first folder should be the
-    /// one in which the file will be saved, since no copy is needed then. Fails with the error of
-    /// the last folder if none allows it. Also succeeds if the disk does not respond within
-    /// RecordingTiming::command: the sound is then queued until a file can be created. If no thread
-    /// can be started, begin() fails and the user is notified.
+    /// one in which the file will be saved, since no copy is needed then. Fails if no folder
+    /// allows it (with the error of the last folder) or if no thread can be started, and notifies
+    /// the user of both failures. If the disk does not respond within RecordingTiming::command,
+    /// begin() succeeds, and the sound is queued until a file can be created.
     [[nodiscard]] static Result<std::unique_ptr<Recording>>
     begin(Channels channels, std::vector<std::filesystem::path> folders, RecordingContext context);
     /// Drops unsaved sound; a running save continues without this object.
@@ -75,8 +75,9 @@ class Recording {
     /// number that is kept. Never blocks.
     [[nodiscard]] std::int64_t bytes() const;
     /// Saves the recording as `target`. No more sound is accepted from then on. After a timeout the
-    /// call fails with deviceInputOutput, but the save continues in the background; another call
-    /// with the same name waits for that save. For other repeated calls see RecordingFile::save.
+    /// call fails with deviceInputOutput, but the save continues in the background: another call
+    /// with the same name waits for that save, and a call with another name fails until that save
+    /// has ended. For calls after that see RecordingFile::save.
     [[nodiscard]] Status save(const std::filesystem::path& target);
 
   private:

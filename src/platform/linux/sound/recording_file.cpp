@@ -172,8 +172,8 @@ int RecordingFile::truncateToKeptFrames() {
 }
 
 /// Copies the kept frames to a new file with a header of `form`. Recordings of more than 4 GiB (6.7
-/// hours of stereo) need a larger header. Space for that header is not reserved in every file,
-/// because small files would then lack the plain header that every other program reads.
+/// hours of stereo) need a larger header. No file reserves space for that header from the start,
+/// because small files would then lack the plain header that all other programs read.
 Status RecordingFile::rewrite(WavForm form, const fs::path& target) {
     Result<files::UnnamedFile> made = files::UnnamedFile::create(folder_, concealment_);
     if (!made.ok()) {
