@@ -52,8 +52,9 @@ std::size_t specialBytesAt(std::string_view text) {
     return text.starts_with(sign->shown) ? sign->shown.size() : sign->former.size();
 }
 
-/// Whether the name needs no conversion. This check makes the conversion fast for nearly all names;
-/// a search converts the name of each file.
+/// Whether the name is ASCII without backslash, colon, star and question mark, so that it needs no
+/// conversion. This check makes the conversion fast for nearly all names; a search converts the
+/// name of each file.
 bool isPlain(std::string_view name) {
     return std::all_of(name.begin(), name.end(), [](char c) {
         return static_cast<unsigned char>(c) < firstBeyondAscii && signOf(c) == nullptr;

@@ -27,8 +27,8 @@ namespace sonarith {
 /// inserted. Different names may become the same name.
 [[nodiscard]] std::string formerLogicName(std::string_view machineName);
 
-/// Whether `logicName` may stand for two names in the machine's notation: one that logicName()
-/// converts to `logicName`, and another that formerLogicName() converts to `logicName`.
+/// Whether `logicName` may stand for two names in the machine's notation: machineName(logicName),
+/// and another name that formerLogicName() converts to `logicName`.
 [[nodiscard]] bool mayBeFormer(std::string_view logicName);
 
 } // namespace sonarith

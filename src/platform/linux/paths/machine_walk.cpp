@@ -57,8 +57,8 @@ std::string ReadFolders::folder() const {
     return folder_;
 }
 
-/// The walk on `machine`. Creates a new walk if the previous call of this function received another
-/// MachineFiles object: after a call on such an object has timed out, later calls use a new object.
+/// Returns the walk on `machine`. Creates it at the first call, and whenever `machine` is another
+/// object than in the previous call: PatientPaths uses a new MachineFiles object after a timeout.
 DirectoryWalk& MachineWalk::of(MachineFiles& machine) {
     if (owner_.get() != &machine) {
         walk_ = machine.continueWalk(walked_);

@@ -67,9 +67,9 @@ class MachineWalk {
         : walked_(std::move(folders)), longestReadAhead_(longestReadAhead) {}
 
     /// Reads the folder's first part. With ReadAhead::yes it then reads the folders below until the
-    /// call reaches its limit of time or of entries, or a folder does not fit into one part. Of the
-    /// folders that are found but not read yet, the one found last is read next. This order and the
-    /// skipping of hidden folders are the same as in the logic's walk.
+    /// call reaches its limit of time or of entries, or a folder does not fit into one part. Hidden
+    /// folders are not read ahead. Of the other folders that are found but not read yet, the one
+    /// found last is read next. The logic's walk skips and orders the folders in the same way.
     void read(MachineFiles& machine, const std::string& folder, ReadAhead ahead, ReadFolders& read);
     /// Reads and returns the next part of the folder that `part` belongs to. The returned part has
     /// no records if another MachineFiles object read `part`.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Accesses the machine's folders for the thread of the logic: limits the wait for a call that may
-// hang, and repaints the windows during the wait. The accesses themselves are
-// those of LinuxDirectories (linux_directory_walk.h).
+// hang, and repaints the windows during the wait. The accesses themselves are those of
+// LinuxDirectories (linux_directory_walk.h).
 #pragma once
 
 #include <memory>
@@ -24,9 +24,9 @@ class PatientDirectories final : public Directories {
         : paths_(paths), files_(files) {}
 
     [[nodiscard]] std::unique_ptr<DirectoryWalk> startWalk() override;
-    /// Fails with pathNotFound if the call times out.
+    /// Fails with pathNotFound if PatientPaths::ask() returns no result.
     [[nodiscard]] Result<std::string> folder(const std::string& path) const override;
-    /// Returns the previous result if the call times out.
+    /// Returns the previous list if PatientPaths::ask() returns no result.
     [[nodiscard]] std::vector<std::string> drives() const override;
 
   private:

@@ -20,11 +20,13 @@ namespace sonarith {
 /// Each operation that accesses a disk fails with deviceUnavailable if the disk does not respond
 /// within PatientPaths::bound(). The operation fails at once while an earlier call to the same
 /// mount has not returned. An operation that timed out may still be carried out later. Everything
-/// else is as in LinuxFileSystem; this object stores the current drive and folder.
+/// else is as in LinuxFileSystem. This object itself stores the current drive and folder (see
+/// currentFolders_).
 class PatientFileSystem final : public FileSystem {
   public:
-    /// `paths` must outlive this object and the files that it opens. Starts in the process's
-    /// current folder.
+    /// `paths` must outlive this object; its services() must also outlive the files that this
+    /// object opens. Starts in the process's current folder, or in "C:\" if the call that reads
+    /// this folder times out.
     explicit PatientFileSystem(PatientPaths& paths);
 
     [[nodiscard]] Result<std::int64_t> fileLength(const std::string& path) const override;

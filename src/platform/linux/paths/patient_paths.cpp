@@ -49,7 +49,7 @@ struct PatientPaths::Lane {
     Lane(waiting::WorkerThreads& threads, Waiting& waiting) : calls(threads, waiting) {}
 
     /// The inner pointer is null until the lane's first call creates the MachineFiles object. This
-    /// object is created and used only on the thread that runs `calls`.
+    /// object is created and used only in `calls`, which run one after the other.
     std::shared_ptr<std::shared_ptr<MachineFiles>> machine =
         std::make_shared<std::shared_ptr<MachineFiles>>();
     waiting::BlockingCalls calls;

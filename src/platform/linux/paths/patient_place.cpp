@@ -48,7 +48,7 @@ class PlaceWalk {
     }
 
     /// The path of `name` in `folder` with all symbolic links followed; empty if mayCall() has
-    /// refused a step. No part of the path `folder` is a symbolic link.
+    /// refused a step. Precondition: no part of the path `folder` is a symbolic link.
     std::optional<std::string> follow(const std::string& folder, const std::string& name) {
         std::string at = folder;
         std::deque<std::string> names{name};

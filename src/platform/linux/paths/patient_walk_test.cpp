@@ -22,8 +22,8 @@ using testing::IsSupersetOf;
 using testing::UnorderedElementsAre;
 
 /// A walk does not read ahead when it lists its first folder. The constructor lists E: as the first
-/// folder of `walk`, so `walk` reads ahead in each folder that a test lists. Each call may read
-/// ahead for one hour, so that a slow machine cannot affect a test.
+/// folder of `walk`, so `walk` may read ahead when a test lists another folder. Each call may
+/// read ahead for one hour, so that a slow machine cannot affect a test.
 class PatientWalkTest : public testing::Test, protected test::HangingWorld {
   protected:
     PatientWalkTest() {

@@ -27,7 +27,7 @@ class RecordingPaths {
     [[nodiscard]] std::filesystem::path beginIn(const std::string& folder);
     /// The machine path of a recording's file; `file` is a path of the logic. A file in any other
     /// folder than that of the last successful beginIn() is translated as by beginIn(). For a file
-    /// in that folder, the wait for the disk is limited (saveBound). If the disk does not respond
+    /// in that folder, the wait for the disk is shorter (saveBound). If the disk does not respond
     /// in time, the name is used as given, even if the folder contains a file whose name differs
     /// from it only in upper and lower case.
     [[nodiscard]] std::filesystem::path saveAs(const std::string& file) const;

@@ -37,8 +37,8 @@ class RememberedSpellingTest : public testing::Test {
         std::ofstream(home_ + "/" + name) << name;
     }
     void makeFolder(const std::string& name) { fs::create_directories(home_ + "/" + name); }
-    /// Takes from all users the permission to list the folder. They may still enter the folder,
-    /// and create entries if `more` allows that.
+    /// Takes from all users the permission to list the folder. They may still enter the folder. The
+    /// owner may create entries in it; `more` can give this permission to others.
     void hideEntriesOf(const std::string& name, fs::perms more = fs::perms::none) {
         using fs::perms;
         fs::permissions(home_ + "/" + name, perms::owner_write | perms::owner_exec |
@@ -115,7 +115,7 @@ TEST_F(RememberedSpellingTest, ADestinationIsFoundInAFolderThatCannotBeListed) {
               0);
 }
 
-TEST_F(RememberedSpellingTest, ADestinationIsAlsoFoundThroughTheLetterOfTheRoot) {
+TEST_F(RememberedSpellingTest, ADestinationThatWasEnteredOnDriveHIsFoundOnDriveC) {
     makeFolder("My Music");
     hideEntriesOf(".");
     const std::string fromRoot = lowerCase(home_ + "/My Music/1.wav");

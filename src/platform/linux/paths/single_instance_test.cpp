@@ -154,7 +154,7 @@ TEST(InstanceFolders, OmitAnInvalidRunTimeFolder) {
     }
 }
 
-TEST(InstanceFolders, LetTwoSessionsOfOneUserDetectEachOther) {
+TEST(InstanceFolders, LetASecondSessionDetectTheFirstEvenIfTheirRunTimeFoldersDiffer) {
     const fakes::TempFolder folder;
     const std::string store = (folder / "config/sonarith").string();
     const SingleInstance first(instanceFolders(store));

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A thread for device calls that may never return, for example if a sound server hangs. The owner
-// waits a limited time for the thread's end and then detaches the thread. Not for work that must be
-// completed.
+// A thread for calls that may never return, for example calls to a sound server or a disk that
+// hangs. The owner waits a limited time for the thread's end. A thread that has not ended by then
+// is detached, and the end of the process may interrupt its work.
 #pragma once
 
 #include <chrono>

@@ -54,8 +54,8 @@ std::string onOneLine(std::string text) {
 }
 
 /// Whether the part before ":CARD=..." names a device that can be chosen: one that plays or
-/// captures in stereo. All other names are for mixing in ALSA itself (dmix, dsnoop) or for more
-/// than two channels (surround51).
+/// captures in stereo. Other names are, for example, for mixing in ALSA itself (dmix, dsnoop) or
+/// for more than two channels (surround51).
 bool namesCardDevice(std::string_view name) {
     constexpr std::string_view kinds[] = {"sysdefault", "front", "hw", "plughw", "hdmi", "iec958"};
     const std::string_view kind = name.substr(0, name.find(':'));

@@ -25,8 +25,8 @@ using fakes::silence;
 
 using Frames = std::vector<StereoFrame>;
 
-/// The length of the longest part of `frames` that is also a contiguous part of the test sound
-/// (PatternSource).
+/// The length of the longest run in `frames` in which each frame continues the test sound
+/// (PatternSource) from the frame before it.
 int longestRun(const Frames& frames) {
     int longest = 0;
     int run = 0;
