@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The interface through which the logic requests from the desktop what belongs to no other
-// interface: the screen's size, help, the about box and the number of a window.
+// The interface to those parts of the desktop that have no interface of their own: the screen's
+// size, the help, the about box and the number of a window.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,8 @@ class Shell {
     /// Size of the screen.
     [[nodiscard]] virtual Twips screenWidth() const = 0;
     [[nodiscard]] virtual Twips screenHeight() const = 0;
-    /// Asks the help viewer to show a help file (a path of the logic).
+    /// Shows the help file with this path of the logic. If there is no such file, shows the help
+    /// that ships with the program.
     virtual void showHelp(const std::string& path) = 0;
     virtual void showAboutBox() = 0;
     /// The number that the window system gives the window that shows `control`; 0 if there is no

@@ -57,7 +57,7 @@ struct SystemVersion {
 class SystemInformation {
   public:
     virtual ~SystemInformation() = default;
-    /// The root paths of all drives ("c:\"), each followed by a NUL, and one more NUL at the end.
+    /// The root paths of all drives ("C:\"), each followed by a NUL, and one more NUL at the end.
     /// Writes at most `size` characters to `buffer`. Returns the length of the text without its
     /// last NUL. If the text does not fit, returns the required size, including the last NUL.
     [[nodiscard]] virtual std::size_t logicalDriveStrings(std::string& buffer,

@@ -51,8 +51,8 @@ Result<std::string> QtFileDialog::show(QFileDialog& dialog, const FileDialogRequ
     }
     dialog.setObjectName(QStringLiteral("fileDialog"));
     dialog.setAccessibleName(dialog.windowTitle());
-    // Qt's own dialog is used on every desktop: the dialog of a desktop may support neither a
-    // case-insensitive filter nor the keys of this program.
+    // Qt's own dialog is used on every desktop: the filter of a desktop's dialog may be
+    // case-sensitive, and that dialog may not support the keys of this program.
     dialog.setOption(QFileDialog::DontUseNativeDialog);
     if (!request.filter.empty()) {
         dialog.setNameFilters(nameFilters(request.filter));

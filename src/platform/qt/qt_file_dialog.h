@@ -22,9 +22,10 @@ class QtFileDialog : public FileDialog {
         : toMachine_(std::move(toMachine)), toLogic_(std::move(toLogic)) {}
 
     /// Shows the files that match the filter, ignoring case, and accepts only an existing file. The
-    /// dialog starts in the folder of `request.fileName` if that name is a path, otherwise in
-    /// `request.initialFolder`, otherwise in the folder in which it was last closed. Errors:
-    /// dialogCancelled; badFileName for a file without a path of the logic.
+    /// dialog starts in the first of these folders that has a machine path: the folder of
+    /// `request.fileName`, if that name is a path; `request.initialFolder`; the folder in which the
+    /// dialog was last closed. Errors: dialogCancelled; badFileName for a file without a path of
+    /// the logic.
     Result<std::string> open(const FileDialogRequest& request) override;
     /// Like open(), but accepts a new or an existing name. The dialog does not ask whether an
     /// existing file may be replaced.

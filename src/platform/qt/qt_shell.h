@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Implements Shell, the program's interface to the desktop: the screen size, the help and the about
-// box.
+// Implements Shell with Qt: the screen size, the help, the about box and the number of a window.
 #pragma once
 
 #include <functional>
@@ -13,7 +12,8 @@ namespace sonarith {
 
 class QtShell : public Shell {
   public:
-    /// Converts a path of the logic ("c:\help.chm") to a path of the machine.
+    /// Converts a path of the logic ("c:\help.chm") to a machine path. An empty result means that
+    /// the path has no counterpart.
     using ToMachinePath = std::function<std::string(const std::string&)>;
     /// Opens a file in a viewer; if the function is empty, the desktop's viewer is used.
     using OpenFile = std::function<void(const std::string& machinePath)>;
@@ -33,8 +33,8 @@ class QtShell : public Shell {
     [[nodiscard]] Twips screenWidth() const override;
     [[nodiscard]] Twips screenHeight() const override;
     /// If the file exists, opens it with the OpenFile function; if the desktop has no viewer, the
-    /// desktop reports that. If the file does not exist, shows the program's own pages; if these
-    /// are missing, too, reports a notice.
+    /// desktop reports that. If the file does not exist, shows the help that ships with the
+    /// program; if that help is missing, too, reports a notice.
     void showHelp(const std::string& path) override;
     /// Returns when the user has closed the box.
     void showAboutBox() override;

@@ -54,7 +54,7 @@ TEST_F(QtShellTest, TheScreensSizeIsInTwips) {
     EXPECT_EQ(shell.screenHeight(), Twips(pixels.height() * 15));
 }
 
-TEST_F(QtShellTest, AHelpFileIsOpenedByItsPathOnThisMachine) {
+TEST_F(QtShellTest, AHelpFileIsOpenedByItsMachinePath) {
     const std::string machinePath = folder.path().toStdString() + "/sonarith.chm";
     std::ofstream(machinePath) << "help";
     shell.showHelp("c:\\sonarith.chm");
@@ -80,7 +80,7 @@ TEST_F(QtShellTest, WithoutHelpPagesAMissingFileAndAFolderAreReportedAndNotOpene
                             "The help file does not exist: " + there + "/."));
 }
 
-TEST_F(QtShellTest, AControlHasTheHandleOfItsWindow) {
+TEST_F(QtShellTest, AControlHasTheHandleOfItsWindowOrZeroWithoutAWindow) {
     Form form("Form1");
     const PictureBox clip(form, "Picture6");
     EXPECT_EQ(shell.windowHandle(clip), 0U);
@@ -92,7 +92,7 @@ TEST_F(QtShellTest, AControlHasTheHandleOfItsWindow) {
     EXPECT_EQ(shell.windowHandle(PictureBox(form, "Picture5")), 0U);
 }
 
-TEST_F(QtShellTest, TheAboutBoxShowsTheTitleAndClosesByKeyboard) {
+TEST_F(QtShellTest, TheAboutBoxShowsTitleVersionLicenseAndLibrariesAndEscapeClosesIt) {
     QString title;
     std::string text;
     QTimer::singleShot(0, &context, [&] {

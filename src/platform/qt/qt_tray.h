@@ -22,13 +22,13 @@ namespace sonarith {
 
 class QtTray : public QObject, public Tray {
   public:
-    /// `icon` draws the icon of every entry, in any size; it is called each time that Qt's icon
-    /// of an entry is created.
+    /// `icon` returns the picture that every icon of the tray shows and that can be drawn at any
+    /// size. It is called once for each QSystemTrayIcon that is created.
     explicit QtTray(std::function<QIcon()> icon, TrayHosts::Sources hosts = TrayHosts::desktop());
     ~QtTray() override;
 
-    /// Connects to the session bus and starts to look for panels. The first add() does the same.
-    /// Before the bus has replied, hostPresent() detects no panel on the bus.
+    /// Connects to the session bus and starts to look for panels on the bus. Without this call, the
+    /// first add() does so. Before the bus has replied, hostPresent() detects no panel on the bus.
     void watchHosts() { hosts_.watchBus(); }
 
     bool add(const TrayIcon& icon) override;

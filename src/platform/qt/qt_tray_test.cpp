@@ -73,7 +73,7 @@ class QtTrayTest : public testing::Test {
 
 // --- icons ----------------------------------------------------------------------------------
 
-TEST_F(QtTrayTest, AnIconCannotBeAddedTwiceNorModifiedOrRemovedBeforeItIsAdded) {
+TEST_F(QtTrayTest, AddFailsForAnExistingIconAndModifyAndRemoveFailForAMissingIcon) {
     embedding = true;
     EXPECT_FALSE(tray.modify({1, &form, "x"}));
     EXPECT_FALSE(tray.remove(1));
@@ -356,7 +356,7 @@ TEST_F(QtTrayTest, AnIconCanBeModifiedRemovedAndAddedAfterTheBusConnectionIsLost
 
 // --- the icon's sizes -----------------------------------------------------------------------
 
-TEST(SizedIcon, IsDrawnForEachSizeThatPanelsRequest) {
+TEST(SizedIcon, IsDrawnForEachIconSizeOfCommonPanels) {
     const QIcon icon = withPanelSizes(redIcon());
     std::vector<int> sides;
     for (const QSize& size : icon.availableSizes()) {

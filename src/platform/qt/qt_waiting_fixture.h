@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// For tests of QtWaiting only: a fixture that contains a QtWaiting and an event loop, a window
-// class that logs its input, and functions that simulate input.
+// For tests of QtWaiting only: a fixture with a QtWaiting and an event loop; a class of windows
+// that log their input; functions that simulate input.
 #pragma once
 
 #include <chrono>

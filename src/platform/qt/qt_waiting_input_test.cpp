@@ -50,7 +50,7 @@ TEST_F(QtWaitingTest, HoldsWheelEventsAndDeliversThemWhenTheLoopContinues) {
     EXPECT_THAT(log, ElementsAre("wheel"));
 }
 
-TEST_F(QtWaitingTest, ATouchIsNotAcceptedAndItsClickIsNotDeliveredDuringAWait) {
+TEST_F(QtWaitingTest, ATouchDuringAWaitIsNotAcceptedAndDeliversNoClick) {
     NotingWindow window(log);
     std::unique_ptr<QPointingDevice> screen(QTest::createTouchDevice());
     (void)waitAnd([&] {

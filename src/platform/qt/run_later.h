@@ -11,8 +11,8 @@ class QObject;
 namespace sonarith {
 
 /// Runs `work` one time, as soon as control is back in an event loop. If the current handler
-/// yields, this is the event loop of the yield, and `work` runs before the handler ends. Never runs
-/// `work` if `context` is destroyed before.
+/// yields, `work` can run in that yield, before the handler ends. If `context` is destroyed before
+/// `work` begins, `work` never runs.
 void runLater(QObject& context, std::function<void()> work);
 
 } // namespace sonarith

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// An icon that can be drawn at any size and that reports a list of sizes. Panels of the desktop
-// query that list; without the list they would receive the icon at only two sizes and would have to
-// scale it.
+// An icon that can be drawn at any size and that reports a list of sizes. Over D-Bus, Qt sends the
+// icon to the desktop's panel at each of these sizes. Without the list, Qt would send only two
+// sizes, and the panel would have to scale the icon.
 #pragma once
 
 #include <QIcon>

@@ -187,7 +187,7 @@ TEST_F(StoreTransactionTest, AKillDuringATransactionLeavesTheOldFile) {
     EXPECT_EQ(test::entriesIn(temp_.path()), 1);
 }
 
-TEST_F(StoreTransactionTest, AKillAtTheEndOfATransactionLeavesTheOldOrTheNewFile) {
+TEST_F(StoreTransactionTest, AKillDuringConsecutiveTransactionsLeavesTheOldOrTheNewFile) {
     for (int round = 0; round < 5; ++round) {
         test::ReportingChild child([this](const auto& report) {
             IniSettingsStore store(folder());

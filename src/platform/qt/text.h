@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Converts between the logic's texts (UTF-8 bytes) and the desktop's (QString). File names are
-// bytes that need not be UTF-8; a conversion to QString and back preserves these bytes. mnemonics.h
-// prepares texts for display.
+// Converts between the logic's texts (UTF-8 bytes) and Qt's texts (QString). File names are bytes
+// that need not be UTF-8; a conversion to QString and back preserves these bytes. ui/mnemonics.h
+// prepares captions for display.
 #pragma once
 
 #include <string>

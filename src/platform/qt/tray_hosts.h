@@ -15,8 +15,8 @@
 
 namespace sonarith {
 
-/// Never waits for a reply from the bus: a bus or a panel that hangs is treated as missing until it
-/// replies. Use it only on the user-interface thread.
+/// Never waits for a reply from the bus: statusNotifier() keeps its value until the reply arrives.
+/// Use it only on the logic thread.
 class TrayHosts : public QObject {
   public:
     struct Sources {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Converts between twips (the logic's unit of length for windows) and device-independent pixels
-// (the desktop's unit). On a high-resolution screen, the desktop converts device-independent
-// pixels to physical pixels.
+// (Qt's unit). On a high-resolution screen, Qt converts device-independent pixels to physical
+// pixels.
 #pragma once
 
 #include "platform/controls/twips.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Requests to the X server for which Qt has no functions: atoms, properties and the root window. If
-// the X server does not reply, AtomRequest::reply() and propertyOf() return the values that are
-// described for a failure.
+// the X server replies with an error, or the connection is lost, AtomRequest::reply() and
+// propertyOf() return the values that are described for a failure.
 #pragma once
 
 #include <cstdint>
@@ -21,8 +21,8 @@ struct FreeReply {
 template <typename Reply>
 using ReplyPointer = std::unique_ptr<Reply, FreeReply>;
 
-/// Asks for the atom with this name. The constructor sends the request, so that several requests
-/// can be on their way before the first `reply` waits for the server.
+/// Asks the X server for the atom of a name. The constructor makes the request, so that several
+/// requests can be made before the first reply() waits for the server.
 class AtomRequest {
   public:
     AtomRequest(xcb_connection_t* connection, std::string_view name);
@@ -42,8 +42,8 @@ class AtomRequest {
 /// no such screen.
 [[nodiscard]] xcb_window_t rootWindow(xcb_connection_t* connection);
 
-/// The first values of a property whose values have 32 bits, at most `most` of them. Empty on
-/// failure, if the window does not have the property, or if its values have another size.
+/// The first values of a property whose values have 32 bits, at most `most` of them. Empty if the
+/// request fails, the window does not have the property, or the values have another size.
 [[nodiscard]] std::vector<std::uint32_t>
 propertyOf(xcb_connection_t* connection, xcb_window_t window, xcb_atom_t name, std::uint32_t most);
 

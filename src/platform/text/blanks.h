@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Finds and removes blanks at the ends of texts. Only character code 32 is a blank, not a tab, a
-// line end or another space.
+// Removes blanks at the ends of texts, and detects texts that contain only blanks. A blank is the
+// character with code 32; tabs, line ends and other spaces are not blanks.
 #pragma once
 
 #include <string>

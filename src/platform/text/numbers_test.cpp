@@ -43,7 +43,7 @@ TEST(NumberOf, IsZeroIfTheTextDoesNotStartWithANumber) {
               0);
 }
 
-TEST(NumberOf, IsZeroForANumberBeyondTheRangeOfDouble) {
+TEST(NumberOf, IsZeroForANumberThatIsTooLargeForADouble) {
     EXPECT_EQ(numberOf("1e999"), 0);
     EXPECT_EQ(numberOf(std::string(100000, '9')), 0);
 }
@@ -102,7 +102,7 @@ TEST(ToInteger32, OverflowsOnlyIfTheRoundedNumberDoesNotFit) {
     EXPECT_EQ(toInteger32("2147483648").error().number, ErrorNumber::overflow);
 }
 
-TEST(RoundedToInteger16, RoundsHalvesToTheEvenNumber) {
+TEST(RoundedToInteger16, RoundsHalvesToTheEvenNumberAndOverflowsIfTheResultDoesNotFit) {
     EXPECT_EQ(roundedToInteger16(12.5).value(), 12);
     EXPECT_EQ(roundedToInteger16(37.5).value(), 38);
     EXPECT_EQ(roundedToInteger16(-32768.5).value(), -32768);

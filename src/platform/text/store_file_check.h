@@ -10,7 +10,7 @@ namespace sonarith {
 
 enum class StoreFileState {
     whole,  ///< a complete settings file
-    torn,   ///< ends in the middle of a line or of a value
+    torn,   ///< the last line has no line feed, or a value ends within quotes or an escape sequence
     foreign ///< contains something that no settings file contains
 };
 
