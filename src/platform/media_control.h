@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The media control string interface: the logic controls the disc and the recorder by command
-// strings. Interface only; linux/mci/ implements it.
+// The interface through which the logic controls the disc and the recorder by command strings.
+// linux/mci/ implements it.
 #pragma once
 
 #include <algorithm>

@@ -21,7 +21,7 @@ enum class MixerResult : int {
     invalidParameter = 11, ///< the passed struct contains a wrong size or count, or a null pointer
     invalidLine = 1024,    ///< the card has no such line
     invalidControl = 1025, ///< the line has no such control
-    invalidValue = 1026,   ///< the value is outside the control's range
+    invalidValue = 1026,   ///< the value is out of range, or the control is read only
 };
 
 /// 0 means none.

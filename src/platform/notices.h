@@ -23,9 +23,9 @@ class Notices {
   public:
     virtual ~Notices() = default;
     virtual void report(Notice notice) = 0;
-    /// Reports that the cause has ended: a new notice of this cause is shown again. If a notice of
-    /// this cause was shown, `text` ("... is available again") is shown, too, unless `text` is
-    /// empty.
+    /// Reports that the cause is settled: the next notice of this cause will be shown. `text`
+    /// ("... is available again") is shown only if a notice of this cause was shown and `text` is
+    /// not empty.
     virtual void settled(const std::string& cause, const std::string& text) = 0;
 };
 

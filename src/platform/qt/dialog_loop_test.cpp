@@ -249,7 +249,7 @@ TEST(RunDialog, TheDialogsOwnControlsReceiveInput) {
     EXPECT_EQ(clicks, 1);
 }
 
-TEST(RunDialog, OfTwoDialogsOnlyTheLaterOneReceivesInput) {
+TEST(RunDialog, ADialogReceivesNoInputWhileALaterDialogIsOpen) {
     QDialog first;
     QPushButton below(&first);
     int clicks = 0;

@@ -14,12 +14,14 @@ namespace {
 /// usual priority, one of them often waits on the core of this thread for a whole time slice of 3
 /// ms, while the other core is idle. Measured on two cores: the program's start takes 1 ms less
 /// with 5 than with 0, and 2 ms less with 8 to 19. But on a busy machine the main window waits for
-/// the fonts: with two busy processes, 8 delays the start hardly, 12 by 5 ms and 19 by 150 ms.
+/// the fonts: with two busy processes, 8 hardly delays the start, 12 delays it by 5 ms, 19 by
+/// 150 ms.
 constexpr int niceIncrement = 8;
 
 void carryOutSteps() {
-    // A separate thread reads, because a thread cannot raise its priority again. Qt's connection
-    // and a bus that Qt starts would inherit the low priority.
+    // A separate thread reads the fonts, because a thread that has lowered its priority cannot
+    // raise it again: Qt's thread for the bus, and a bus that Qt starts, would inherit the low
+    // priority.
     { const BackgroundWork fonts(readFontConfiguration); }
     connectToSessionBus();
 }
@@ -27,8 +29,8 @@ void carryOutSteps() {
 } // namespace
 
 BackgroundWork startEarlySteps() {
-    // Qt takes the first thread that uses one of Qt's objects for the main thread. This thread must
-    // be the first, because carryOutSteps() also uses such objects.
+    // Qt treats the first thread that uses an object of Qt as the main thread. So the calling
+    // thread must use one before the thread of carryOutSteps() does.
     static_cast<void>(QThread::currentThread());
     return BackgroundWork(carryOutSteps);
 }

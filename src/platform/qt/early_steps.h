@@ -13,10 +13,10 @@ namespace sonarith {
 /// destructor of the result waits until the steps are done.
 [[nodiscard]] BackgroundWork startEarlySteps();
 
-/// Reads the desktop's font configuration, which the font library stores once per process. Chooses
-/// and loads no fonts. Without this function, Qt reads the configuration when it first measures a
-/// text. This reading is then half of the CPU instructions that create the main window. Lowers the
-/// priority of the calling thread for the rest of the thread's life.
+/// Reads the desktop's font configuration, which the font library stores once per process. Neither
+/// chooses nor loads fonts. Without this function, Qt reads the configuration when it first
+/// measures a text. This reading is then half of the CPU instructions that create the main window.
+/// Lowers the priority of the calling thread for the rest of the thread's life.
 void readFontConfiguration();
 
 /// Connects to the session bus; Qt stores the connection for the whole process. Uses no service on

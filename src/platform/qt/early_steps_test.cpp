@@ -79,8 +79,8 @@ TEST(StartEarlySteps, ConnectsToTheSessionBusOnce) {
                 ExitedWithCode(1), "");
 }
 
-/// Ends the process; its exit code is 0 if there is another thread than this one, and all threads
-/// have the same priority.
+/// Ends the process; its exit code is 0 if there is more than one thread and all threads have the
+/// same priority.
 [[noreturn]] void exitAfterComparingPriorities() {
     { const BackgroundWork steps = startEarlySteps(); }
     std::set<int> priorities;

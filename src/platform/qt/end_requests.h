@@ -15,7 +15,7 @@ namespace sonarith {
 /// signal to end the program has arrived.
 [[nodiscard]] bool isEndRequest(const QObject& notifier);
 
-/// At most one instance exists per process. Use it only on the user-interface thread.
+/// At most one instance exists per process. Use it only on the logic thread.
 class EndRequests {
   public:
     /// `end` runs within the event loop after SIGTERM, SIGINT or SIGHUP. A signal that is ignored,

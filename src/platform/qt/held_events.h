@@ -18,7 +18,7 @@ class QWindow;
 
 namespace sonarith {
 
-/// Use it only on the user-interface thread.
+/// Use it only on the logic thread.
 class HeldEvents final : private QObject {
   public:
     /// Maximum number of held events; further events are dropped, except requests to close a

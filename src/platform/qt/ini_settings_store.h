@@ -29,8 +29,7 @@ class IniSettingsStore final : public SettingsStore {
     explicit IniSettingsStore(const QString& folder = defaultFolder(), Notices* notices = nullptr);
 
     // Sections are the file's groups. Names of sections and keys must not contain a slash or a
-    // backslash. Values may be any bytes. An application name other than applicationName has no
-    // keys.
+    // backslash. Values may be any bytes. Only the application applicationName has keys.
     [[nodiscard]] std::string GetSetting(const std::string& application, const std::string& section,
                                          const std::string& key,
                                          const std::string& fallback) const override;

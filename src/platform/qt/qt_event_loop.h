@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Implements EventLoop with Qt's event loop. Requires a QApplication and depends on no window. Use
-// it only on the user-interface thread.
+// it only on the logic thread.
 #pragma once
 
 #include <chrono>
@@ -24,21 +24,22 @@ class QtEventLoop : public EventLoop {
     /// end the program.
     void run();
 
-    /// Asks the system for input and timers at most every quarter of a millisecond: a search yields
-    /// for each file, and asking the system takes as much time as a short step of the logic. Events
-    /// that are queued in the program are handled at each yield.
+    /// Asks the system for input and timers at most once in a quarter of a millisecond: a search
+    /// yields for each file, and asking the system takes as much time as a short step of the logic.
+    /// Events that are queued in the program are handled at each yield.
     void yield() override;
     void waitWhile(const std::function<bool()>& condition) override;
     [[nodiscard]] Time now() const override;
     [[nodiscard]] double secondsSinceMidnight() const override;
     [[nodiscard]] std::unique_ptr<Wakeup> every(Duration interval,
                                                 std::function<void()> handler) override;
-    /// While the machine is silent, the calls of `handler` come in batches (batched_wakeup.h).
+    /// If setSilence() has set a function, the calls of `handler` come in batches, which are larger
+    /// in silence than in sound (batched_wakeup.h).
     [[nodiscard]] std::unique_ptr<Wakeup> everyInSound(Duration interval,
                                                        std::function<void()> handler) override;
-    /// `isSilent` returns whether the machine neither plays nor records anything; it is
-    /// called before the thread sleeps, so it must be quick. While no function is set, the
-    /// machine counts as not silent. Applies to later calls of everyInSound().
+    /// `isSilent` returns whether the machine neither plays nor records anything. It is called
+    /// after each batch and, in silence, before the thread sleeps, so it must be quick. Without it,
+    /// there are no batches. Applies to later calls of everyInSound().
     void setSilence(std::function<bool()> isSilent) { isSilent_ = std::move(isSilent); }
 
     [[noreturn]] void endProgram() override;

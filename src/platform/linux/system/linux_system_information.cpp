@@ -188,7 +188,7 @@ std::optional<SystemVersion> LinuxSystemInformation::version() const {
 }
 
 int LinuxSystemInformation::keyboardType() const {
-    // "Enhanced": the type of all current keyboards; the kernel does not report older types.
+    // "Enhanced": all current keyboards are of this type. The kernel does not report the type.
     constexpr int enhanced = 4;
     return keyboardIn(textOfFile(places_.inputDevices)).present ? enhanced : 0;
 }

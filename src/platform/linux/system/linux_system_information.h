@@ -35,7 +35,8 @@ struct InformationPlaces {
 /// may come from a server.
 class LinuxSystemInformation final : public SystemInformation {
   public:
-    /// Returns the current drives. Called when the kernel's list of mounts has changed.
+    /// Returns the current drives. The result is used until the kernel's list of mounts changes;
+    /// after an empty result, the next query calls the function again.
     using Drives = std::function<std::vector<Drive>()>;
     /// Translates an absolute machine path to a path of the logic.
     using ToLogic = std::function<std::string(const std::string&)>;

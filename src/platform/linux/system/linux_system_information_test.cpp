@@ -72,7 +72,7 @@ TEST_F(ThisMachine, HasNoSizesForAHomeFolderOrDriveThatDoesNotExist) {
     EXPECT_FALSE(information.diskSpace("").has_value());
 }
 
-TEST_F(ThisMachine, HasTheMountsThatFindmntPrints) {
+TEST_F(ThisMachine, HasTheKindsOfItsDrivesAndTheMountsThatFindmntPrints) {
     const std::string type = test::outputOf("findmnt -n -o FSTYPE --target /");
     ASSERT_FALSE(type.empty());
     // Precondition: the tests run on a fixed disk.
@@ -219,7 +219,7 @@ TEST_F(SimulatedMachine, TakesTheSerialNumberFromTheEndOfTheUuid) {
     EXPECT_EQ(serialNumberIn("xyz"), 0U);
 }
 
-TEST_F(SimulatedMachine, ReturnsSizesOfAnyMagnitude) {
+TEST_F(SimulatedMachine, ReturnsTheLargestSizesUnchangedAndNothingIfTheReadFails) {
     constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
     const LinuxSystemInformation information(
         threads, plain, [this] { return drives; }, unchanged, places,
@@ -256,7 +256,7 @@ struct HangingReader {
     }
 };
 
-TEST_F(SimulatedMachine, AHangingMountCausesOnlyOneWaitAndBlocksOnlyOneThread) {
+TEST_F(SimulatedMachine, AHangingMountBlocksOneThreadAndIsNotQueriedAgainUntilItResponds) {
     const auto reader = std::make_shared<HangingReader>();
     const LinuxSystemInformation information(
         threads, plain, [this] { return drives; }, unchanged, places,

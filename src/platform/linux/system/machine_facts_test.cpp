@@ -64,7 +64,7 @@ TEST(KeyboardIn, IgnoresButtonsAndMice) {
 }
 
 TEST(KeyboardIn, PrefersTheKeyboardWithTheMostFunctionKeys) {
-    // The keys with the numbers 3 to 60. Their only function keys are F1 and F2 (59 and 60).
+    // A keyboard with the keys 3 to 60: of the function keys, it has only F1 (59) and F2 (60).
     const std::string small = "B: KEY=0 1ffffffffffffff8\n";
     EXPECT_EQ(keyboardIn(small).functionKeys, 2);
     EXPECT_EQ(keyboardIn(small + keyboardKeys + small).functionKeys, 12);
@@ -76,7 +76,7 @@ TEST(KeyboardIn, CountsTwelveFunctionKeysAtMost) {
     EXPECT_EQ(keyboardIn(every).functionKeys, 12);
 }
 
-TEST(VersionIn, ReadsTheFirstTwoNumbers) {
+TEST(VersionIn, ReturnsTheFirstTwoNumbersOrNothingIfOneIsMissing) {
     const auto version = versionIn("6.1.0-32-amd64");
     ASSERT_TRUE(version.has_value());
     EXPECT_EQ(version->platform, 2);

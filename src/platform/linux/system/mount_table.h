@@ -19,8 +19,8 @@ class MountTable {
 
     /// Updates the table. Returns whether the kernel's list has changed; true at the first call.
     [[nodiscard]] bool update();
-    /// The deepest mount that contains `path`, a plain machine path (path_names.h); empty if the
-    /// table is empty.
+    /// The deepest mount that contains `path`, a plain machine path (path_names.h); empty if no
+    /// mount of the table contains `path`.
     [[nodiscard]] std::optional<MountPoint> holding(std::string_view path) const;
 
   private:

@@ -13,7 +13,7 @@
 
 namespace sonarith::system_information {
 
-/// For the thread of the logic.
+/// Must be used only on the logic thread.
 class PatientCalls {
   public:
     /// `threads` and `waiting` must outlive these PatientCalls.
@@ -47,8 +47,8 @@ class PatientCalls {
     waiting::WorkerThreads& threads_;
     Waiting& waiting_;
     Waiting::Duration patience_;
-    /// The objects whose call has not returned, and the object that was called last, even if that
-    /// call has returned.
+    /// The objects whose call has not returned. An object whose call has returned stays here until
+    /// the next ask() or unanswered().
     std::map<std::string, waiting::BlockingCalls> unanswered_;
 };
 

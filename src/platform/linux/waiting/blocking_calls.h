@@ -15,8 +15,8 @@
 
 namespace sonarith::waiting {
 
-/// Must be used only on the thread of the logic. At most one thread hangs for each BlockingCalls
-/// object, because its calls run one after the other.
+/// Must be used only on the logic thread. At most one thread hangs for each BlockingCalls object,
+/// because its calls run one after the other.
 class BlockingCalls {
   public:
     using Duration = Waiting::Duration;
@@ -34,8 +34,9 @@ class BlockingCalls {
     BlockingCalls& operator=(const BlockingCalls&) = delete;
 
     /// Calls `question` and returns its result. Returns empty if the result does not arrive within
-    /// `bound`, and at once if an earlier call has not returned. `question` must own everything
-    /// that it accesses: it may continue after ask() has returned, and its result is then dropped.
+    /// `bound` or if the wait is ended. Returns empty at once if an earlier call has not returned
+    /// or if no thread can be started. `question` must own everything that it accesses: it may
+    /// continue after ask() has returned, and its result is then dropped.
     template <typename Question>
     [[nodiscard]] auto ask(Duration bound, Question question) {
         using Answer = decltype(question());
@@ -49,7 +50,7 @@ class BlockingCalls {
 
     enum class CommandState {
         done,    ///< executed
-        waits,   ///< queued or running when the bound was reached
+        waits,   ///< queued or running when the wait ended, at the bound or earlier
         refused, ///< never executed: the queue is full, or no thread can be started
     };
     /// Queues `command` behind all earlier calls and waits for its end, at most `bound`. The
