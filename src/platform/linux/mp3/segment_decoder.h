@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Decodes one segment with a decoder of its own. The samples are exactly those that one pass over
-// the whole stream delivers for this segment. The caller assigns segments to threads and stores the
-// samples.
+// the whole stream delivers for this segment, unless an earlier segment of the stream is broken
+// (see SegmentEnd). The caller assigns segments to threads and stores the samples.
 #pragma once
 
 #include <cstdint>
@@ -20,8 +20,8 @@ namespace sonarith::mp3 {
 enum class SegmentEnd {
     complete,
     stopped, ///< the receiver of the samples has requested a stop
-    /// The library cannot decode a frame: a single decoder must decode this segment and all later
-    /// ones.
+    /// The decoder library gave up a frame (broken_frame_check.h): a single decoder must decode
+    /// this segment and all later ones.
     broken,
     failed,
 };
@@ -31,10 +31,10 @@ struct SegmentOutcome {
     std::optional<DecodeFailure> failure = std::nullopt; ///< only for SegmentEnd::failed
 };
 
-/// Receives the samples of consecutive whole frames. `frame` is the number of the frame after the
-/// last of these frames. `first` is the position in the decoded sound at which the samples begin,
-/// counted per channel. Returns true to continue, false to stop, or an error if the samples cannot
-/// be written.
+/// Receives the samples of consecutive whole frames, without those that GaplessTrim removes.
+/// `frame` is the number of the frame after the last of these frames. `first` is the position in
+/// the decoded sound at which the samples begin, counted per channel. Returns true to continue,
+/// false to stop, or an error if the samples cannot be written.
 using TakeSamples = std::function<Result<bool>(std::int64_t frame, std::int64_t first,
                                                std::span<const std::int16_t> samples)>;
 
@@ -43,8 +43,8 @@ enum class Until {
     streamEnd, ///< continues from the segment to the end of the stream, through broken frames too
 };
 
-/// Passes the segment's samples to `take`, in order, several frames at a time. If the source fails,
-/// `take` has received all frames before the offset that cannot be read.
+/// Passes the segment's samples to `take`, in order, several frames at a time. If the source cannot
+/// be read at some offset, `take` has received the samples of all frames before this offset.
 [[nodiscard]] SegmentOutcome decodeSegment(const ByteSource& source, const StreamFormat& format,
                                            const GaplessTrim& trim, const Segment& segment,
                                            const TakeSamples& take,

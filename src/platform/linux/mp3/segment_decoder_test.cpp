@@ -19,7 +19,7 @@ using fixture::part;
 
 /// Expects that decoding in segments, for several numbers of frames per segment, yields the same
 /// samples as decoding the whole stream in one pass. A decoding in which a segment is broken (a
-/// frame cannot be decoded) is not compared. Returns whether no segment was broken.
+/// frame cannot be decoded) is not compared. Returns false if a segment was broken.
 bool expectSame(const Data& data, const std::string& name) {
     const DecodedSound whole = fixture::sequentially(data);
     EXPECT_FALSE(whole.samples.empty()) << name;

@@ -105,7 +105,8 @@ TEST_F(SegmentWorkersTest, LeaveAPrefixWithoutGapsWhereverTheyAreStopped) {
             << "stopped at byte " << at;
         stoppedInTheMiddle += !part.empty() && part.size() < whole.samples.size() ? 1 : 0;
     }
-    EXPECT_GT(stoppedInTheMiddle, 0) << "unsuitable test data: no worker was stopped in the middle";
+    EXPECT_GT(stoppedInTheMiddle, 0)
+        << "unsuitable test data: no decoding was stopped in the middle";
 }
 
 TEST_F(SegmentWorkersTest, KeepEverythingBeforeAnUnreadableOffset) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Decodes all frames of a stream in order, in one pass. A decoding in parallel segments must yield
-// the same samples as this decoder. Not for streams in free format.
+// Decodes all frames of a FrameSequence in order, in one pass. A decoding in parallel segments must
+// yield the same samples as this decoder. Not for streams in free format.
 #pragma once
 
 #include <memory>

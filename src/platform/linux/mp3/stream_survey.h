@@ -12,12 +12,12 @@
 
 namespace sonarith::mp3 {
 
-/// A stream is decoded in the format (version, layer, rate and channels) of most of its frames.
-/// An information frame does not count if it is the first frame of its format, since it contains no
-/// sound. If several formats have equally many frames, the format whose first frame is earliest is
-/// chosen. The decoders drop and count the frames of other formats. If the first frame of the
-/// chosen format is an information frame, the decoders apply the trimming that this frame states
-/// (info_tag.h).
+/// A stream is decoded in its most frequent format (version, layer, rate and channels). An
+/// information frame does not count if it is the first frame of its format, since it contains no
+/// sound. If two or more formats have the highest number of frames, the one whose first frame is
+/// earliest is chosen. The decoders drop and count the frames of other formats. If the first frame
+/// of the chosen format is an information frame, the decoders apply the trimming that this frame
+/// states (info_tag.h).
 ///
 /// A stream that begins in free format is read in free format to its end: the decoder library finds
 /// the frames (free_format_decoder.h), and only frames of the first frame's format are kept.
@@ -29,7 +29,7 @@ struct StreamSurvey {
         failure; ///< why the pass ended early; the other members cover the part before the failure
 };
 
-/// Surveys the frames that begin before the byte offset `end` of the source.
+/// Surveys frames until all bytes before the offset `end` of the source have been examined.
 [[nodiscard]] StreamSurvey
 surveyStream(const ByteSource& source, std::int64_t end = std::numeric_limits<std::int64_t>::max());
 

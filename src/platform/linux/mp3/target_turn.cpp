@@ -17,7 +17,7 @@ struct TargetTurn::Table {
 };
 
 TargetTurn::Table& TargetTurn::table() {
-    // Never destroyed: an abandoned thread may need it until the process ends.
+    // Never destroyed: a thread that was left behind may use the table until the process ends.
     static auto* const only = new Table;
     return *only;
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Lets only one decoding at a time write to the same WAV file. The next decoding to this file
-// begins when the previous one has given the file its name or has failed, however long the disk
-// takes. This class knows only the decodings of this process, and opens no file.
+// begins when the previous one has ended, however long the disk takes. This class knows only the
+// decodings of this process, and opens no file.
 #pragma once
 
 #include <atomic>

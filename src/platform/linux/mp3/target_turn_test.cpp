@@ -25,7 +25,7 @@ class TargetTurnTest : public testing::Test {
     std::atomic<bool> stop = false;
 };
 
-TEST_F(TargetTurnTest, IsGrantedAtOnceForDifferentFiles) {
+TEST_F(TargetTurnTest, TurnsForDifferentFilesDoNotWaitForEachOther) {
     fs::create_directory(folder / "other");
     const auto a = take(path);
     const auto b = take(folder / "b.wav");

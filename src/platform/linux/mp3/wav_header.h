@@ -15,12 +15,12 @@ namespace sonarith::mp3 {
 /// "fmt " of 8 + 16 bytes, and the first 8 bytes of "data".
 inline constexpr std::int64_t rf64HeaderBytes = 80;
 
-/// The plain form: RIFF, "fmt " of 8 + 16 bytes, "data". Its length is sound::wavHeaderBytes.
-/// `sampleBytes` is the size of all samples together.
+/// The plain form's header: RIFF, "fmt " of 8 + 16 bytes, "data"; its length is
+/// sound::wavHeaderBytes. `sampleBytes` is the size of all samples together.
 [[nodiscard]] std::vector<std::uint8_t> plainWavHeader(const PcmFormat& format,
                                                        std::int64_t sampleBytes);
-/// The RF64 form (EBU Tech 3306), for files of more than 4 GiB. Its length is rf64HeaderBytes.
-/// `sampleBytes` is the size of all samples together.
+/// The header of the RF64 form (EBU Tech 3306), which is for files of more than 4 GiB. The header's
+/// length is rf64HeaderBytes. `sampleBytes` is the size of all samples together.
 [[nodiscard]] std::vector<std::uint8_t> rf64Header(const PcmFormat& format,
                                                    std::int64_t sampleBytes);
 

@@ -82,7 +82,7 @@ TYPED_TEST(BinaryFileTest, OpeningDoesNotChangeTheContents) {
     EXPECT_EQ(this->world_.content("a.mp3"), "0123");
 }
 
-TYPED_TEST(BinaryFileTest, OpensNeitherAFolderNorAFileWhoseFolderIsMissing) {
+TYPED_TEST(BinaryFileTest, OpeningFailsForAFolderAndForAFileWhoseFolderIsMissing) {
     this->world_.makeFolder("music");
     for (const FileAccess access : {FileAccess::read, FileAccess::write, FileAccess::readWrite}) {
         EXPECT_EQ(this->refusal("music", access), ErrorNumber::pathFileAccess);

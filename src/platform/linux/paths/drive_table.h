@@ -2,7 +2,7 @@
 // Maps drive letters to parts of the machine's file tree. C: is the root file system, H: is the
 // user's home folder. Mounted file systems get the other letters from D: to Z: in the order in
 // which they are first seen. The settings store keeps these letters, so that a stored path always
-// names the same disk. The table translates no paths and accesses no disk.
+// leads to the same mount point. The table translates no paths and accesses no disk.
 #pragma once
 
 #include <optional>
@@ -50,8 +50,8 @@ class DriveTable {
     /// The mount point of a letter (upper or lower case); empty if the letter is not assigned or
     /// its disk is not mounted.
     [[nodiscard]] std::optional<std::string> mountPointOf(char letter) const;
-    /// The drive with the deepest mount point that contains the absolute machine path; H: if H: and
-    /// another drive have the same mount point.
+    /// The drive with the deepest mount point that contains the absolute machine path. If H: and
+    /// another drive both have this mount point, H: is returned.
     [[nodiscard]] const Drive& driveOf(std::string_view machinePath) const;
 
   private:
@@ -62,7 +62,8 @@ class DriveTable {
     std::vector<Drive> drives_;
 };
 
-/// The letter that the store has for a mount point; empty if there is none.
+/// The first letter from D: to Z:, except H:, whose stored mount point is `mountPoint`; empty if
+/// there is none. An empty `mountPoint` finds the first free letter.
 [[nodiscard]] std::optional<char> storedLetterOf(const SettingsStore& store,
                                                  const std::string& mountPoint);
 /// Like storedLetterOf(), but if the store has no letter, a free letter is stored and returned;

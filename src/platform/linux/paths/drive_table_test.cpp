@@ -29,7 +29,7 @@ TEST(DriveTable, GivesTheRootTheLetterCAndDoesNotStoreThisLetter) {
     EXPECT_THAT(store.writes, IsEmpty());
 }
 
-TEST(DriveTable, AssignsAndStoresLettersInTheOrderOfTheMountsExceptForTheRoot) {
+TEST(DriveTable, MountsExceptTheRootGetLettersInTheirOrderAndTheLettersAreStored) {
     FakeSettingsStore store;
     DriveTable table(store);
     table.update(mountsOn({"/", "/home", "/media/a"}));

@@ -43,9 +43,9 @@ class FolderListing {
     /// The path that was passed to open().
     [[nodiscard]] const std::string& path() const { return path_; }
 
-    /// Reads the next entry except "." and "..". The kind of a link is that of its target. False at
-    /// the end, and also if the folder has been deleted or its disk fails. Calls stat only for
-    /// links and for entries whose kind readdir() does not report (DT_UNKNOWN).
+    /// Reads the next entry, but skips "." and "..". The kind of a link is that of its target.
+    /// False at the end, which may come early if the folder has been deleted or its disk fails.
+    /// Calls stat only for links and for entries whose kind readdir() does not report (DT_UNKNOWN).
     bool next(ListedEntry& entry);
 
   private:

@@ -54,9 +54,10 @@ std::string mountPointOf(const SettingsStore& store, char letter) {
     return upper == homeLetter ? std::string() : storedMountPoint(store, upper);
 }
 
-/// The path on H: of the file that `path` names by another letter. Empty if `path` already uses H:,
-/// if the letter of `path` stands for no mount that contains the home folder, if `path` is outside
-/// the home folder, or if `path` is the home folder itself without a backslash at the end.
+/// The path on H: of the file or folder that `path` names by another letter. Empty if `path`
+/// already uses H:, if the letter of `path` stands for no mount that contains the home folder, if
+/// `path` is outside the home folder, or if `path` is the home folder itself without a backslash at
+/// the end.
 std::optional<std::string> byHomeLetter(const SettingsStore& store, std::string_view home,
                                         std::string_view path) {
     const std::string mountPoint = hasDrive(path) ? mountPointOf(store, path[0]) : std::string();

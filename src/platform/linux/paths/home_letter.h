@@ -21,12 +21,13 @@ struct StoredPath {
 /// Step 1: If the store assigned H: to a mount other than the home folder, that mount gets another
 /// letter, in section "Drives" and in the values of the keys `paths`. If no letter is free, these
 /// values use the path of the mount point on C: instead.
-/// Step 2: Each value of the keys `paths` that names a file in the home folder by another letter
-/// becomes a path on H:. The dialogs use H: for files in the home folder, so each file then has one
-/// path. Exception to step 2: the path of the home folder itself, without a backslash at the end,
-/// keeps its letter. It would become "H:". The logic splits a path at its last backslash, and "H:"
-/// has none. A store that needs no change is not written to. Must be called before DriveTable is
-/// created. If a call is interrupted, the next call completes the migration.
+/// Step 2: Each value of the keys `paths` that names a file or folder in the home folder by another
+/// letter becomes a path on H:. The dialogs use H: for files in the home folder, so each file then
+/// has one path. Exception to step 2: the path of the home folder itself, without a backslash at
+/// the end, keeps its letter. Otherwise it would become "H:", which has no backslash, but the logic
+/// splits a path at its last backslash. A store that needs no change is not written to. Must be
+/// called before a LetterStore or a DriveTable of this store is created. If a call is interrupted,
+/// the next call completes the migration.
 void moveToHomeLetter(SettingsStore& store, std::string_view home,
                       const std::vector<StoredPath>& paths);
 

@@ -20,7 +20,7 @@ namespace sonarith {
 /// or have side effects.
 [[nodiscard]] int refusalOf(const struct stat& status);
 
-/// The modification time in the range of FileTime. Times after the year 2262 or before 1677, which
+/// The modification time. FileTime extends from September 1677 to April 2262; other times, which
 /// occur only on damaged or hostile file systems, are clamped.
 [[nodiscard]] FileTime fileTimeOf(const timespec& changed);
 

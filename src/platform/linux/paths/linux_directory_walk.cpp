@@ -59,10 +59,10 @@ class LinuxDirectoryWalk final : public DirectoryWalk {
 
 std::optional<std::string> LinuxDirectoryWalk::machinePathOf(const std::string& folder) {
     if (const auto known = met_.extract(folder)) {
-        // PathMap may remember a chosen spelling of this folder (rememberChosen(), toLogic()). It
-        // has priority over the spelling that the walk listed. locate() would apply the chosen
-        // spelling, but is not called here. The files in the folder need no such step:
-        // PathMap::locate() translates their paths.
+        // If a spelling of this folder was chosen (rememberChosen(), toLogic()), it has priority
+        // over the spelling that the walk listed. locate() would apply the chosen spelling, but is
+        // not called here. The files in the folder need no such step: PathMap::locate() translates
+        // their paths.
         auto chosen = paths_.hasChosen(known.mapped()) ? paths_.chosenFor(folder) : std::nullopt;
         return chosen ? chosen : known.mapped();
     }

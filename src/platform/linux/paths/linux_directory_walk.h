@@ -38,9 +38,9 @@ class WalkedFolders {
     std::unordered_set<FolderIdentity, Hash> folders_;
 };
 
-/// Lists folders, regular files and links to them. Pipes, devices and dangling links are omitted.
-/// Folders have the attribute "directory", files the attribute "archive". Entries whose names begin
-/// with a dot also have the attribute "hidden".
+/// Lists folders, regular files and links to them. Pipes, sockets, devices and dangling links are
+/// omitted. Folders have the attribute "directory", files the attribute "archive". Entries whose
+/// names begin with a dot, except "." and "..", also have the attribute "hidden".
 class LinuxDirectories final : public Directories {
   public:
     /// Both arguments must outlive this object and its walks. `files` provides the current folder.

@@ -102,7 +102,7 @@ TEST_P(LinuxDirectoryWalkTest, FindsAFolderByItsNameInAnyCase) {
     EXPECT_THAT(names(*walk, "D:\\MUSIC\\albums\\*.*"), ElementsAre(".", "..", "a.wav"));
 }
 
-TEST_P(LinuxDirectoryWalkTest, ListsOneOfTheFoldersWhoseNamesDifferOnlyInCase) {
+TEST_P(LinuxDirectoryWalkTest, ListsOnlyOneOfSeveralFoldersWhoseNamesDifferOnlyInCase) {
     write("MUSIC/upper.wav");
     write("Music/mixed.wav");
     EXPECT_THAT(filesBelow("d:"), ElementsAre("d:\\music\\upper.wav"));
@@ -253,7 +253,7 @@ TEST_P(LinuxDirectoryWalkTest, OnlyFoldersAreFound) {
     EXPECT_FALSE(directories_.folder(std::string("d:\\a\0b", 6)).ok());
 }
 
-TEST_P(LinuxDirectoryWalkTest, OnlyMountedDrivesAreReturned) {
+TEST_P(LinuxDirectoryWalkTest, ReturnsTheDrivesOfTheRootAndOfTheMountsInLowerCase) {
     EXPECT_THAT(directories_.drives(), ElementsAre("c:", "d:"));
 }
 
