@@ -11,7 +11,7 @@
 namespace sonarith::mp3 {
 
 enum class DecodeOutcome {
-    none,      ///< no decoding has ended yet
+    none,      ///< no decoding was started, or it has not ended yet
     completed, ///< the WAV is complete
     stopped,   ///< the WAV contains the samples before the stop; without samples, no WAV is saved
     noFrames,  ///< no frame with sound was found, and nothing was written

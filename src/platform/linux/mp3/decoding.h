@@ -17,7 +17,7 @@ namespace sonarith::mp3 {
 struct DecodeOrder {
     std::filesystem::path source;
     std::filesystem::path target;
-    Division division; ///< with one thread, one decoder decodes the whole file
+    Division division; ///< with one thread, the whole file is decoded in one pass
 };
 
 /// One attempt to decode a file. It waits for the disk without a time limit. Of this object and its

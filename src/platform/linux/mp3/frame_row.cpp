@@ -11,8 +11,8 @@ namespace sonarith::mp3 {
 namespace {
 
 /// How many frames must follow the first frame of a row; fewer suffice before a tag or the end of
-/// the source. In random bytes, about one offset in 5,000 has a valid header, and one in 10^13 has
-/// a valid header with two more valid headers after it at the right distances.
+/// the source. In random bytes, about one offset in 5,000 has a valid header. One in 3 * 10^14 has
+/// a valid header with two more headers of the same format after it at the right distances.
 constexpr int followers = 2;
 
 bool startsWith(Bytes bytes, std::string_view sign) {

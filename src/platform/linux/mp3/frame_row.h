@@ -23,12 +23,13 @@ namespace sonarith::mp3 {
 /// `bytes` if there is none.
 [[nodiscard]] std::size_t findHeader(Bytes bytes, std::size_t offset);
 
-/// Whether no frame is expected at `offset` of `bytes`: the source ends there, or a tag begins.
+/// Whether no frame is expected at `offset` of `bytes`: the source ends before a whole header, or a
+/// tag begins.
 [[nodiscard]] bool rowEndsAt(Bytes bytes, std::size_t offset);
 
 /// Whether the frame at `offset` of `bytes` is followed by two more of its format, or by fewer and
-/// the end of the row. `bytes` must contain three whole frames from `offset` on, unless the source
-/// ends earlier.
+/// then by a tag or the end of the source. `bytes` must contain three whole frames from `offset`
+/// on, unless the source ends earlier.
 [[nodiscard]] bool beginsRow(const FrameHeader& header, Bytes bytes, std::size_t offset);
 
 /// Remembers where rows of frames begin. So each offset is tried only once, however often it is

@@ -13,7 +13,7 @@ namespace {
 
 /// The maximum number of offsets that are tried as the beginning of a stream in free format. Each
 /// try is expensive, and hostile junk can consist of nothing but headers in free format. Without
-/// this maximum, each of them would be tried. Random junk contains one such header in 70,000 bytes.
+/// this maximum, each of them would be tried. Random junk contains one such header in 78,000 bytes.
 constexpr int maxFreeFormatTries = 1000;
 
 } // namespace
@@ -139,8 +139,8 @@ void FrameScanner::skipJunk() {
             return;
         }
         // Tries each offset from which on the window contains at least lookAhead bytes, and leaves
-        // later offsets to the next iteration. Exception: if the source ends, or becomes
-        // unreadable, at the window's end, all offsets are tried now.
+        // later offsets to the next iteration. Exception: if fewer than lookAhead bytes can be
+        // read, or if the source ends at the window's end, all offsets are tried now.
         const bool last = bytes.size() < SourceWindow::lookAhead ||
                           position_ + static_cast<std::int64_t>(bytes.size()) == source_->size();
         const std::size_t limit = last ? bytes.size() : bytes.size() - SourceWindow::lookAhead + 1;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Finds the frames of an MPEG audio stream among tags, junk and truncated frames, whatever the
-// data. It decodes nothing, and its memory does not depend on the length of the file.
+// Finds the frames of an MPEG audio stream among tags, junk and truncated frames. Any data may be
+// scanned. The scanner decodes nothing, and its memory does not depend on the length of the file.
 #pragma once
 
 #include <cstdint>
@@ -15,14 +15,14 @@ namespace sonarith::mp3 {
 struct Frame {
     std::int64_t offset = 0; ///< in the source
     FrameHeader header;
-    /// False if the frame directly follows another frame of its format. If true, the frame cannot
-    /// use data of earlier frames (bit_reservoir.h).
+    /// False if the frame directly follows another frame of its format in the same scan. If true,
+    /// the frame cannot use data of earlier frames (bit_reservoir.h).
     bool afterGap = false;
 };
 
 /// Counts what a scan found that is not part of the sound.
 struct ScanLoss {
-    std::int64_t bytesSkipped = 0;  ///< junk and truncated frames; tags do not count
+    std::int64_t bytesSkipped = 0;  ///< junk and truncated frames; a tag counts only after these
     std::int64_t framesDropped = 0; ///< whole frames of another format than the stream's
     /// Places between two frames of the stream where bytes were skipped. Junk before the first
     /// frame and after the last one is common in good files and does not count.
@@ -30,11 +30,13 @@ struct ScanLoss {
     friend bool operator==(const ScanLoss&, const ScanLoss&) = default;
 };
 
-/// Bytes that look like a frame are accepted as a frame if they directly follow an accepted frame
-/// of the same format, or if they begin a row. They begin a row if two more frames of the format
-/// follow them, or if the source ends or a tag begins after fewer frames. A scan that starts at any
-/// accepted frame finds the same following frames as a scan from the beginning. An offset that
-/// cannot be read counts as the end of the source.
+/// Bytes that look like a frame are accepted as a frame if they begin a row: two more frames of the
+/// format follow them, or fewer frames and then a tag or the end of the source. Bytes that directly
+/// follow an accepted frame or a tag, or begin the scan, need not begin a row if they have the
+/// requested format or that of the preceding accepted frame. A frame whose end is missing, because
+/// another row of its format begins inside it, is not accepted. A scan that starts at any frame
+/// that `next` has returned finds the same following frames as a scan for the same format from the
+/// beginning. An offset that cannot be read counts as the end of the source.
 ///
 /// The time of a scan is linear in the number of bytes for any data: each offset is tried a bounded
 /// number of times.
@@ -59,8 +61,8 @@ class FrameScanner {
     [[nodiscard]] const std::optional<Error>& failure() const { return window_.failure(); }
     /// Everything before this offset in the source has been examined.
     [[nodiscard]] std::int64_t position() const { return position_; }
-    /// How many offsets were tried so far as the beginning of a row of frames: a measure of the
-    /// work that hostile data can cause.
+    /// How many times any offset was tried so far as the beginning of a row of frames: a measure of
+    /// the work that hostile data can cause.
     [[nodiscard]] std::int64_t placesTried() const {
         return placesTried_ + rowsAhead_.placesTried();
     }

@@ -22,7 +22,8 @@ struct Scan {
 
     std::int64_t placesTried = 0;
 
-    /// Searches for frames of the format in which the stream is decoded (StreamSurvey).
+    /// Searches for frames of the format in which the stream is decoded (StreamSurvey), or of every
+    /// format if the survey determines none.
     explicit Scan(const Data& data) : Scan(data, surveyStream(MemorySource(data)).format) {}
     Scan(const Data& data, const std::optional<StreamFormat>& format) {
         const MemorySource source(data);
@@ -256,8 +257,8 @@ TEST(FrameScannerTest, TriesEachOffsetOfHostileDataABoundedNumberOfTimes) {
     const Data other = Data{0xFF, 0xF3, 0x14, 0xC4} + large + large + large + large + large;
     Data data;
     while (data.size() < 100'000) {
-        // Each large frame seems truncated, since the row of small frames begins inside it. To find
-        // this row, each large frame must be searched to its end.
+        // Each large frame seems truncated, since the row of small frames begins inside it. A
+        // scanner that searched each large frame anew for this row would exceed the limit below.
         for (int i = 0; i < 37; ++i) {
             data = data + large + other + other + other;
         }

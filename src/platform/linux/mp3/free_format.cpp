@@ -40,8 +40,8 @@ bool isFreeFormat(Bytes bytes) {
             continue;
         }
         if (size < smallestFrame(*first)) {
-            // From frames this small, libmpg123 would produce a thousand times as much sound for
-            // each byte as from real frames.
+            // From frames this small, libmpg123 would produce up to a hundred times as much sound
+            // for each byte as from frames at 128 kbit/s.
             return false;
         }
         for (const std::size_t third : {2 * size, 2 * size - slot, 2 * size + slot}) {

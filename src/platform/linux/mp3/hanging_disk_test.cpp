@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests the MP3 control on a disk that hangs: no member of the control waits for the disk, and no
-// decoded sound is lost.
+// Tests the MP3 control on a disk that hangs: each member of the control returns before the disk
+// responds, and no decoded sound is lost.
 #include <gmock/gmock.h>
 
 #include <memory>
@@ -95,7 +95,7 @@ TEST_F(HangingDiskTest, StopReturnsWhileTheWavIsBeingNamed) {
     EXPECT_EQ(samplesIn(slow / "out.wav"), allSamples);
 }
 
-TEST_F(HangingDiskTest, PlayAndStopDoNotWaitForTheOpeningOrReadingOfTheMp3File) {
+TEST_F(HangingDiskTest, PlayAndStopReturnWhileTheOpeningOrReadingOfTheMp3FileHangs) {
     for (const std::uint32_t call : {SYS_openat, SYS_pread64}) {
         HeldCalls disk({call}, test::ofPath("in.mp3"));
         hangIn(disk, slow / "out.wav");
@@ -157,7 +157,7 @@ TEST_F(HangingDiskTest, ADecodingToTheSameTargetBeginsWhenThePreviousOneHasEnded
     next.reset();
 }
 
-TEST_F(HangingDiskTest, AStopDuringTheWaitForThePreviousDecodingKeepsThePreviousWav) {
+TEST_F(HangingDiskTest, AStopDuringTheWaitForThePreviousDecodingKeepsThatDecodingsWav) {
     const fs::path wav = slow / "out.wav";
     HeldCalls disk({SYS_fsync}, test::ofPath("/slow/"));
     hangIn(disk, wav);
@@ -173,7 +173,7 @@ TEST_F(HangingDiskTest, AStopDuringTheWaitForThePreviousDecodingKeepsThePrevious
     EXPECT_EQ(samplesIn(wav), allSamples);
 }
 
-TEST_F(HangingDiskTest, ASecondDecodeToWavDoesNotWaitForTheCheckWhetherItsFilesChanged) {
+TEST_F(HangingDiskTest, ASecondDecodeToWavReturnsWhileTheCheckWhetherItsFilesChangedHangs) {
     HeldCalls disk({SYS_newfstatat}, test::ofPath("in.mp3"));
     ASSERT_TRUE(disk.run([&] {
         control = makeControl();

@@ -60,9 +60,9 @@ inline Data readFile(const std::filesystem::path& path) {
     return test::readBytes(path);
 }
 
-/// A sound of swelling noise and then pure tones (with clicks in both), then silence, and noise
-/// again. The sound for each set of arguments is created once per process. The loop is kept simple,
-/// since with the sanitizers it takes a third of the time of many tests.
+/// A sound of swelling noise, then a rising sine tone in each channel (with clicks in both parts),
+/// then silence, and noise again. The sound for each set of arguments is created once per process.
+/// The loop is kept simple, since with the sanitizers it takes a third of the time of many tests.
 inline const Samples& sound(int rate, int channels, double seconds) {
     static std::map<std::tuple<int, int, double>, Samples> made;
     Samples& samples = made[{rate, channels, seconds}];

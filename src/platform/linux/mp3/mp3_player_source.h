@@ -16,9 +16,9 @@
 
 namespace sonarith::mp3 {
 
-/// No caller waits for the file: if the disk hangs, only the source's own thread is blocked, and
-/// this thread may outlive the object. If an offset of the file cannot be read, the part before
-/// this offset is played, and then the playing ends.
+/// If the disk hangs, only the source's own thread is blocked, and this thread may outlive the
+/// object. The destructor waits at most 10 ms for the thread; no other member waits. If an offset
+/// of the file cannot be read, the part before this offset is played, and then the playing ends.
 class Mp3PlayerSource : public sound::SampleSource {
   public:
     /// A monotonic clock with any origin.

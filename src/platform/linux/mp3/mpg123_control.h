@@ -26,16 +26,18 @@ namespace sonarith::mp3 {
 /// not affect that line. The controls decode concurrently; two decodings to the same target run one
 /// after the other.
 ///
-/// For use on the logic thread only; `mapPath` is called on no other thread. No member waits for a
-/// disk, except that Stop and the destructor wait at most 40 ms and DecodeToWav at most 20 ms,
-/// which is enough for a working disk.
+/// For use on the logic thread only; `mapPath` is called on no other thread. The waits for a disk
+/// are short, but long enough for a working disk: Play, Stop and the destructor wait at most 10 ms
+/// for the end of the playing, Stop and the destructor at most 40 ms more for the end of a
+/// decoding, and DecodeToWav at most 20 ms. No other member waits for a disk.
 ///
 /// The states of a decoding as the caller sees them (for all states, see decode_job.h):
 ///
 ///     DecodeToWav        Busy is true, also while the decoding waits for an earlier decoding to
 ///                        the same target
-///     end of decoding    Busy is false, and the WAV has its name; after a failure the WAV
-///                        contains everything decoded before the failure
+///     end of decoding    Busy is false; the WAV has its name, or no WAV is saved (no sample was
+///                        decoded, or saving failed); after a failure a saved WAV contains
+///                        everything decoded before the failure
 ///     Stop               Busy is false at once; the WAV with the decoded part gets its name when
 ///                        the disk allows, possibly after the control is destroyed
 ///     DecodeToWav for other files
@@ -70,11 +72,12 @@ class Mpg123Control : public ActiveMP3 {
     Status Play() override;
     /// Stops this control's playing and decoding.
     Status Stop() override;
-    /// Failures after the call has returned end the decoding and are reported to the user.
+    /// Fails only if no source file is set. A later failure ends the decoding and is reported to
+    /// the user.
     Status DecodeToWav(const std::string& path) override;
 
-    /// The result of the last decoding; its outcome is `none` while a decoding is running, and if
-    /// no decoding was ever started.
+    /// The result of the last decoding; its outcome is `none` until that decoding is over
+    /// (decode_job.h), and if no decoding was ever started.
     [[nodiscard]] DecodeResult lastResult() const;
 
   private:

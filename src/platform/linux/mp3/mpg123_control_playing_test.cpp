@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests what is heard when the user plays files in any order. mpg123_control_test.cpp tests the
-// other functions of Mpg123Control.
+// Tests what is heard when the user plays files in any order. mpg123_control_test.cpp and
+// hanging_disk_test.cpp contain the other tests of Mpg123Control.
 #include <gmock/gmock.h>
 
 #include "platform/linux/mp3/mp3_fixture.h"

@@ -46,7 +46,7 @@ class PcmReader {
 };
 
 /// Creates a reader of `source`, which must outlive the reader; `survey` must be the survey of
-/// `source`. Null if the source has no frame.
+/// `source` or of its beginning. Null if the source has no frame.
 [[nodiscard]] Result<std::unique_ptr<PcmReader>> openPcmReader(const ByteSource& source,
                                                                const StreamSurvey& survey);
 

@@ -87,8 +87,9 @@ void breakFrame(Data& data, std::size_t number) {
 }
 
 TEST(RenewedDecoderTest, ReturnsTheSameSamplesAfterBrokenFramesWhereverTheDecodingBegan) {
-    // The second decoder begins to decode at frame 296 (the period minus the lead) and replaces the
-    // first decoder at frame 576.
+    // In the passes from frames 0 and 200, a second decoder begins to decode at frame 296 (the
+    // period minus the lead) and replaces the first decoder at frame 576. The pass from frame 304
+    // begins too late for a replacement, so its only decoder decodes all its frames.
     constexpr std::int64_t period = 576;
     constexpr std::size_t samplesBeforeReplacement = period * 2304;
     Data data = song("-b 128", 16);
