@@ -42,7 +42,7 @@ int withoutThreads() {
 }
 
 TEST(StartThread, ReturnsAnErrorIfTheSystemAllowsNoFurtherThread) {
-    // The limit of 1 allows the child process itself, but no second thread.
+    // The limit does not end the child process, but keeps it from starting a second thread.
     EXPECT_EQ(test::runInChild(&withoutThreads), 0);
 }
 

@@ -17,9 +17,9 @@ constexpr std::chrono::microseconds timeAwake{100};
 /// A yield that takes at least this long has let another process run for a time slice of the
 /// scheduler, which is about 3 ms: the processor is busy.
 constexpr std::chrono::milliseconds longYield{1};
-/// For this time after a long yield, restFor() sleeps immediately on the same thread, without a
-/// yield. When each wait began with a yield on a busy processor, the program's start took twice as
-/// long.
+/// For this time after a long yield, calls of restFor() on the same thread sleep at once, without a
+/// yield: on a busy processor, the program's start took twice as long when each wait began with a
+/// yield.
 constexpr std::chrono::milliseconds timeWithoutYields{500};
 
 /// Yields the processor until `complete` is true, timeAwake has passed or a yield was long. Does

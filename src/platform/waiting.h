@@ -18,9 +18,9 @@ class Completion {
     [[nodiscard]] bool isComplete() const;
     /// Blocks until complete() has been called, for `bound` at most. Returns whether complete() has
     /// been called. Handles no input or timers meanwhile. Yields the processor for about 0.1 ms
-    /// before it sleeps: a local disk usually answers within this time, and a sleeping thread
-    /// wakes up only about 0.05 ms after complete(). On a busy processor, the calling thread
-    /// sleeps earlier or immediately.
+    /// before it sleeps: a call to a local disk usually returns within this time, and a
+    /// sleeping thread wakes up only about 0.05 ms after complete(). On a busy processor, the
+    /// calling thread sleeps earlier or immediately.
     [[nodiscard]] bool restFor(std::chrono::milliseconds bound) const;
 
   private:

@@ -7,9 +7,9 @@
 // again. stop ends the run and marks a partly filled buffer done; the empty buffers stay queued.
 // reset ends the run, marks all queued buffers done and empties the queue. At the end, unprepare
 // each buffer, then close. Any member may be called at any time: a call that does not fit the state
-// returns an error and changes nothing. All members are called on the logic thread. open may wait
-// for the device, 40 ms at most; the other members return at once. The device writes to added
-// buffers and to their flags on its own thread.
+// returns an error and changes nothing. All members are called on the logic thread. Four members
+// may wait for the device: open 40 ms at most; stop, reset and close 150 ms at most. The others
+// return at once. The device writes to added buffers and to their flags on its own thread.
 #pragma once
 
 #include <atomic>
@@ -77,8 +77,8 @@ class WaveInput {
     virtual WaveResult stop(WaveInHandle handle) = 0;
     virtual WaveResult reset(WaveInHandle handle) = 0;
     virtual WaveResult close(WaveInHandle handle) = 0;
-    /// The platform's message for an error; it contains the name of the device if the device caused
-    /// the error. Empty for success.
+    /// The platform's message for an error; empty for success. The message for notEnabled contains
+    /// the name of the device that cannot be opened.
     [[nodiscard]] virtual std::string errorText(WaveResult result) const = 0;
 };
 
