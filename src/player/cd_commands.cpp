@@ -40,7 +40,7 @@ void CdCommands::followFailure(int status) {
     static_cast<void>(platform_.media.errorString(status));
     closeAll(CommandCheck::unchecked);
     // Deliberate: all devices are closed a second time. Neither close is checked, because a checked
-    // failure would call this function again without end.
+    // close that fails would call this function again, without end.
     platform_.media.sendString(closeAllCommand);
     windows_.Form4.unload();
 }

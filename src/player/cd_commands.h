@@ -38,9 +38,10 @@ class CdCommands {
     /// saved first; stopping it yields. Returns whether the devices were closed.
     bool closeAll(CommandCheck check);
 
-    /// If a capture is running, stops and saves it, and yields. Called before the player closes
-    /// devices or takes over the disc: otherwise the recording would be lost, or would continue
-    /// without its disc.
+    /// If a capture is running, stops and saves it, and yields. Called before all devices are
+    /// closed, before the panel is unloaded, and before the player is switched on: otherwise the
+    /// recording would be lost, or would continue without its disc. Switching the player off
+    /// without closing the panel does not call this function.
     void saveRunningCapture();
 
   private:

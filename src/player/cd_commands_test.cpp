@@ -61,7 +61,7 @@ TEST_F(CdCommandsTest, AFailedCloseAllAfterAFailedCommandCausesNoFurtherCommand)
     EXPECT_FALSE(form.loaded());
 }
 
-TEST_F(CdCommandsTest, AQueryReturnsTheReplyUpToItsFirstNul) {
+TEST_F(CdCommandsTest, AQueryReturnsOnlyItsOwnReplyAndAnEmptyTextIfItFails) {
     media.answer("status cd mode", {.reply = "playing"});
     process.fileIndex = 77;
     EXPECT_EQ(commands.ask("status cd mode"), "playing");

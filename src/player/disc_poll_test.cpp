@@ -25,7 +25,7 @@ struct DiscPollTest : test::PlayerWorld {
     std::vector<std::string> poll() {
         return commandsOf([&] { player.poll.UpdatePlayer(); });
     }
-    /// All texts that the mode display shows during `step`, in order.
+    /// The status text (form.CD) after each of its changes during `step`.
     template <typename Step>
     std::vector<std::string> wordsDuring(Step step) {
         std::vector<std::string> words;
@@ -36,7 +36,7 @@ struct DiscPollTest : test::PlayerWorld {
     }
 };
 
-// --- when ----------------------------------------------------------------------------------
+// --- when the drive is polled --------------------------------------------------------------
 
 TEST_F(DiscPollTest, PollsOnceASecond) {
     loop.advance(1s);
@@ -243,7 +243,7 @@ TEST_F(DiscPollTest, PlayingIsTrueIfTheModeBeginsWithPlaying) {
     }
 }
 
-TEST_F(DiscPollTest, ThePollDoesNotChangeTheModeDisplayWhileTheDiscPlays) {
+TEST_F(DiscPollTest, ThePollDoesNotChangeTheStatusTextWhileTheDiscPlays) {
     poll();
     EXPECT_THAT(wordsDuring([&] {
                     form.play.click();

@@ -11,7 +11,7 @@ namespace sonarith {
 
 namespace {
 
-/// If the two characters of `reply` from index `at` on are a number, stores that number in
+/// Reads at most two characters of `reply`, from index `at` on. If they are a number, stores it in
 /// `target`.
 void readTwoCharacters(std::string_view reply, std::size_t at, std::int16_t& target) {
     if (at < reply.size()) {

@@ -11,14 +11,15 @@ namespace sonarith {
 
 struct DiscState {
     /// Whether the mode that was last read or commanded is "playing". If true, a skip plays the new
-    /// track; otherwise the skip only seeks to that track.
+    /// track, except from the last track to the first. If false, the skip only seeks.
     bool Playing = false;
-    /// An audio disc has been read and the transport buttons are enabled.
+    /// Whether an audio disc has been read. Reading it enables the buttons that need a disc.
+    /// Switching the player off disables these buttons but keeps this value.
     bool CDLoaded = false;
     std::int16_t NumTracks = 0;
     /// The length of each track as returned by the device; [0] is for track 1.
     std::vector<std::string> TrackLengths;
-    /// The last position that was read.
+    /// The last position that was read. Transport::play_Click() also sets CurTrack.
     std::int16_t CurTrack = 0;
     std::int16_t CurMin = 0;
     std::int16_t CurSec = 0;

@@ -80,7 +80,8 @@ void LevelMeter::draw(const Variant& variant) {
         form_.picPeakVol.line({static_cast<double>(TraceX - variant.step), PrevTraceY},
                               {static_cast<double>(TraceX), TraceY});
     }
-    // Except with Drawing::apart, each line starts at the height at which the previous line ended.
+    // The next line starts at TraceY. With Drawing::apart, it starts at the height at which this
+    // line started.
     if (variant.drawing != Drawing::apart) {
         PrevTraceY = TraceY;
     }

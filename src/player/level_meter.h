@@ -39,7 +39,7 @@ class LevelMeter {
     /// The differences between the three timers' drawings.
     struct Variant {
         const MixerControl& control;
-        double silenceAt; ///< the trace's height at silence, in twips
+        double silenceAt; ///< the trace's distance from the upper edge at silence, in twips
         int step;         ///< how far the trace moves to the right, in twips
         Drawing drawing;
     };

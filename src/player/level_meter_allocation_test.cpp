@@ -12,7 +12,7 @@
 namespace sonarith {
 namespace {
 
-/// Unlike the other fakes it writes no log, since a log would allocate.
+/// Unlike test::FakeMixer it writes no log, since a log would allocate.
 class QuietMixer final : public Mixer {
   public:
     std::int32_t peak = 0;

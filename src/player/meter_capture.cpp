@@ -5,7 +5,7 @@ namespace sonarith {
 
 namespace {
 
-/// One channel with 8000 samples of 8 bits a second: the smallest format, since the samples are not
+/// One channel, 8000 samples a second, 8 bits for each sample: few bytes, since the samples are not
 /// used.
 constexpr WaveFormat MeterFormat = {.wFormatTag = 1,
                                     .nChannels = 1,

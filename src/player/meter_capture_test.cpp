@@ -65,7 +65,7 @@ TEST_F(MeterCaptureTest, StopResetsAndStopsTheInputAndUnpreparesTheBuffersAndClo
     EXPECT_FALSE(waveInput.isOpen);
 }
 
-TEST_F(MeterCaptureTest, StopMayBeCalledTwiceOrWithoutAStart) {
+TEST_F(MeterCaptureTest, StoppingRepeatedlyWithoutAStartShowsNoMessageAndAllowsAStart) {
     for (int i = 0; i < 2; ++i) {
         EXPECT_THAT(operationsOf([&] { capture.StopMeter(); }),
                     ElementsAre("wave reset 5", "wave stop 5", "wave unprepare 5",
@@ -149,7 +149,7 @@ TEST_F(MeterCaptureTest, TheCheckBoxStartsAndStopsTheInput) {
     EXPECT_EQ(operationsOf([&] { form.Check3.setValue(0).passOver(); }), stopped);
 }
 
-TEST_F(MeterCaptureTest, RequeuesOnlyCompletedBuffers) {
+TEST_F(MeterCaptureTest, RequeuesOnlyBuffersThatAreDone) {
     capture.StartMeter();
     EXPECT_THAT(operationsOf([&] { capture.requeueDoneBuffers(); }), IsEmpty());
     waveInput.fill(8192);

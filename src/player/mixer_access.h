@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Finds, reads, writes and unmutes the controls of the card's mixer for the player's panel. Here a
-// control is a level or a mute switch of the mixer, not a part of a form. mixer_panel.h assigns the
-// controls to sliders.
+// control is a level, a mute switch or a peak meter of the mixer, not a part of a form.
+// mixer_panel.h assigns the controls to sliders.
 #pragma once
 
 #include <cstdint>

@@ -37,7 +37,7 @@ class MixerPanel {
     /// this identifier, so no level changes.
     void Command5_Click();
 
-    /// Unmutes the disc's line, as Option14 does. Nothing calls this function.
+    /// Unmutes the disc's line, as Option14 does. Only a test calls this function.
     void SetMute();
 
   private:

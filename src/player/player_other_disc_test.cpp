@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Tests the choice of another disc or drive while the player is on. The main window then reads the
-// new disc and opens the device "cd" itself, so the player closes the device before this and opens
-// it again afterwards. disc_poll_test.cpp tests a disc that is changed in the drive.
+// new disc and opens the device "cd" itself, so the player first closes the device, and opens it
+// again afterwards. disc_poll_test.cpp tests a disc that is changed in the drive.
 #include "player/power_switch.h"
 
 #include "support/player_world.h"
@@ -46,7 +46,8 @@ TEST_F(PlayersOtherDiscTest, IsShownByTheFirstPollAfterThePlayerOpensTheDeviceAg
 
 TEST_F(PlayersOtherDiscTest, IsNotPolledWhileTheMainWindowReadsIt) {
     player.power.releaseDisc();
-    // Opens the main window's device, which uses a time format that the player cannot read.
+    // Opens the device as the main window does. The player cannot read the main window's time
+    // formats.
     ASSERT_EQ(media.sendString("open cdaudio alias cd"), mciSuccess);
     EXPECT_THAT(commandsOf([&] { loop.advance(5s); }), IsEmpty());
     EXPECT_EQ(form.CD.text(), "No CD");

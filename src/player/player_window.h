@@ -21,8 +21,9 @@ class PlayerWindow {
     PlayerWindow(const PlayerWindow&) = delete;
     PlayerWindow& operator=(const PlayerWindow&) = delete;
 
-    /// Places the panel at the main window's right edge and reads the mixer. Yields only
-    /// while the message about a missing mixer is shown.
+    /// Places the panel at the main window's right edge, shows the mixer's levels, then sets the
+    /// volumes of master and disc to the maximum. Yields only while the message about a missing
+    /// mixer is shown.
     void Form_Load();
     /// Switches the player off; a running capture is stopped and saved first. Yields.
     void Form_QueryUnload();

@@ -25,9 +25,10 @@ class PowerSwitch {
 
     /// Stops and saves a running capture, then switches the player on. Asks no other instance of
     /// the program to release the disc, because only one instance runs per user. If the disc device
-    /// cannot be opened, the panel is unloaded without a message. Yields while a message box is
-    /// open, while saving, and if a command fails. Does nothing while the player is being switched
-    /// off, and ends early if the player is switched off during a yield.
+    /// cannot be opened or its time format cannot be set, shows no message and unloads the panel,
+    /// which yields. Also yields while a message box is open and while a capture is saved. While
+    /// the player is being switched off, only deselects OptCD. Ends early if the player is switched
+    /// off during a yield.
     void OptCD_Click();
     /// Switches the player off and mutes the disc's line. Yields once.
     void optNoCD_Click();
@@ -52,7 +53,7 @@ class PowerSwitch {
     void openDisc(int switchedOffBefore);
     void closeDisc();
     void disableTransport();
-    /// Resets the meter, and shows that the player is off.
+    /// Clears the meter, and shows that the player is off.
     void showOff();
     void clearDisplay();
 

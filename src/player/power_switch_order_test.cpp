@@ -45,7 +45,8 @@ TEST_F(PowerSwitchOrderTest, TheMeterStartsAndEjectIsEnabledAfterTheTimeFormatIs
     }
 }
 
-TEST_F(PowerSwitchOrderTest, SwitchingOnASecondTimeStopsThePollAndKeepsTheMeterAndTheStatusText) {
+TEST_F(PowerSwitchOrderTest,
+       SwitchingOnASecondTimeStopsThePollButNotTheMeterAndKeepsTheStatusText) {
     switchOn();
     EXPECT_EQ(lookAt("open cdaudio alias cd wait shareable",
                      [&] {
