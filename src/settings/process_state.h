@@ -25,15 +25,15 @@ struct ProcessState {
     std::string currentFile;
     /// The WAV file that a decoding writes.
     std::string currentWavFile;
-    /// The number of the current track. A click on a track of the tree also sets it. The player's
-    /// "play" button plays the track of this number.
+    /// The number of the track whose capture began last, or of a track clicked in the tree since
+    /// then; 0 at first. The "play" buttons of the player and of the CD bar play from this track.
     std::int32_t currentTrack = 0;
-    /// Shared loop counter, valid only inside the loop that set it; also stores the status of the
-    /// commands that the player sends with CommandCheck::unchecked.
+    /// The counter of DecodingDriver's loops. The player also stores the status of its commands
+    /// with CommandCheck::unchecked here, and so may change the counter while a loop yields.
     std::int32_t fileIndex = 0;
     /// Whether the player's window is loaded.
     bool PlayerOpen = false;
-    /// Whether "pause" was pressed on the player, and "play" not since then.
+    /// True from a click on the player's "pause" until the next click on its "play".
     bool CDPaused = false;
     /// Result of the last read or write of a mixer control; only the code that sets it reads it.
     MixerResult mixerLastError = MixerResult::noError;

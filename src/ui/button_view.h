@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Shows a CommandButton as a picture with a tool tip or as a text. A click by mouse or key clicks
-// the control. A double click counts as one click, because a user does not intend a second click
-// while the action of the first one runs.
+// the control. A double click counts as one click: a user who double-clicks intends one action, and
+// the second click may arrive while the handler of the first click runs.
 #pragma once
 
 #include <QPushButton>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Shows in a widget the properties that all controls have: name, visibility, enabled state, tool
-// tip and accessible name. The view class of each kind of control shows the other properties.
+// tip and, with Placement::byControl, position and size. Sets the accessible name of the widget.
+// The view class of each kind of control shows the other properties.
 #pragma once
 
 #include <functional>

@@ -35,7 +35,7 @@ TEST_F(ControlViewTest, TheWidgetIsVisibleAndEnabledLikeTheControl) {
     EXPECT_FALSE(widget.isEnabled());
 }
 
-TEST_F(ControlViewTest, TheAccessibleNameIsTheCaptionOrElseTheToolTipOrElseTheNamePassedToTheView) {
+TEST_F(ControlViewTest, TheAccessibleNameIsTheCaptionOrElseTheToolTipOrElseTheLabel) {
     EXPECT_EQ(widget.accessibleName(), "12 Bytes");
     model.setCaption("");
     EXPECT_EQ(widget.accessibleName(), "Bytes captured");

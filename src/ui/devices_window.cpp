@@ -23,7 +23,7 @@
 namespace sonarith {
 namespace {
 
-/// The item role for the name of a list entry, as bytes.
+/// The role under which an entry stores its name, as bytes: a path need not be UTF-8.
 constexpr int nameRole = Qt::UserRole;
 /// Interval between two updates of the disc report.
 constexpr std::chrono::milliseconds reportInterval{500};
@@ -44,7 +44,7 @@ Widget* named(Widget* widget, const char* objectName, const QString& accessibleN
 }
 
 /// Fills a box with the devices and selects the stored device. If that device is missing at
-/// present, adds an entry for it.
+/// present, or if no device is stored, adds and selects an entry that says so.
 void fill(QComboBox& box, const std::vector<DeviceEntry>& devices, const std::string& stored) {
     box.clear();
     for (const DeviceEntry& device : devices) {
@@ -218,8 +218,8 @@ void DevicesWindow::showReport() {
 }
 
 /// If the user chooses the current drive again, the drive is read again, with two exceptions: while
-/// calls_.refreshList() runs, and within the double-click interval after the last choice. So a
-/// double click, or a click and Return in quick succession, reads the drive once.
+/// calls_.refreshList() runs, and within the double-click interval after the last choice was
+/// handled. So a double click, or a click and Return in quick succession, reads the drive once.
 void DevicesWindow::choose(const QListWidgetItem& item) {
     const std::string name = nameIn(item.data(nameRole));
     const bool chosenJustNow =

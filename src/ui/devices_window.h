@@ -24,7 +24,8 @@ namespace sonarith {
 struct DevicesWindowCalls {
     /// Whether an action is using the drive. Until the action ends, no other drive can be chosen.
     std::function<bool()> driveInUse;
-    /// Runs the program's "Refresh List" command. May yield.
+    /// Reads the chosen disc: runs "Refresh List", and a player that is on opens the disc. May
+    /// yield.
     std::function<void()> refreshList;
     /// The notices to the user so far, oldest first.
     std::function<std::vector<std::string>()> notices;
@@ -70,7 +71,7 @@ class DevicesWindow : public QDialog {
     /// Updates the report while the window is open: during that time, a disc may be read and damage
     /// may be found.
     QTimer reportTimer_;
-    /// Time since a drive was last chosen from the list.
+    /// Time since the last choice of a drive from the list was handled.
     QElapsedTimer sinceChoice_;
     bool refused_ = false; ///< the last choice was refused because the drive was in use
     bool refreshing_ = false;

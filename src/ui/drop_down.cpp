@@ -16,7 +16,7 @@ void DropDown::show(const QStringList& texts, int selected) {
     for (int i = 0; i < count(); ++i) {
         shown += itemText(i);
     }
-    // Changes made here must emit no signal: the receivers take a signal for an action of the user.
+    // A signal of this class means an action of the user, so changes made here emit none.
     const QSignalBlocker quiet(this);
     if (shown != texts) {
         hidePopup();

@@ -7,8 +7,8 @@
 
 namespace sonarith {
 
-/// Creates a text. `named` (may be null) is the widget that gets the text as its name for screen
-/// readers.
+/// Creates a text. If `named` is not null, screen readers read the text as the label of this
+/// widget.
 [[nodiscard]] QLabel* makeFixedText(const QString& text, QWidget* named, QWidget* parent);
 
 /// Creates a heading of a value. It is paler than the value.

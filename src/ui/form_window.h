@@ -69,7 +69,7 @@ struct WindowLayout {
     /// does nothing.
     CommandButton* cancelButton = nullptr;
     /// Runs when the menu key is pressed on a widget without a menu of its own. If it is not set,
-    /// the menu key has the effect of a right press on the form.
+    /// the menu key has the effect of a press of the right mouse button on the form.
     std::function<void()> menuKey = {};
     /// Creates the widgets on `window.client()`.
     std::function<void(FormWindow& window)> layOut;

@@ -21,7 +21,7 @@ namespace {
 /// is used if it is larger.
 constexpr qreal textPoints = 11;
 
-/// In device-independent pixels. The widest picture on a help page (540) fits beside the list of
+/// In device-independent pixels. The widest picture on a help page (540) fits beside the table of
 /// contents, which has space for the longest page title.
 constexpr QSize firstSize(800, 640);
 constexpr int contentsWidth = 180;

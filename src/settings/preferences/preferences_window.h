@@ -25,7 +25,8 @@ class PreferencesWindow {
     PreferencesWindow& operator=(const PreferencesWindow&) = delete;
 
     /// Ends early if a control does not accept its stored value; the window is loaded nevertheless.
-    /// All settings that are saved before the first yield reach the disk in one write.
+    /// All settings that are saved before the first step that may yield reach the disk in one
+    /// write.
     void Form_Load();
     /// Saves quality, bit rate and capture format, which are saved only here.
     void Form_QueryUnload();
@@ -38,7 +39,7 @@ class PreferencesWindow {
     /// number is saved, too; but the second limit is saved only if the first one is a number that
     /// fits 16 bits.
     void Command1_Click();
-    /// Creates the destination folder: the folder that the user has entered if Check2 is ticked,
+    /// Creates the destination folder: if Check2 is ticked, the folder that the user has entered,
     /// otherwise the stored folder. Then saves its path and yields once. If Check2 is ticked and
     /// the user has entered no name (Text10 is empty), creates and saves nothing and shows one
     /// message. If the folder cannot be created, saves no path and shows two messages.

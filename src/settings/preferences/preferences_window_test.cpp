@@ -121,7 +121,7 @@ TEST_F(PreferencesControls, ApplyTheMuteBeforeSavingIt) {
     EXPECT_EQ(held("mute button"), "1");
 }
 
-TEST_F(PreferencesControls, MuteTheDiscByLoadingTheClosedPlayerWindowWithoutShowingIt) {
+TEST_F(PreferencesControls, LoadTheClosedPlayerWindowWithoutShowingItWhenTheMuteBoxIsTicked) {
     startWithAllOff();
     Form4.unload();
     tick(form.Check1);
@@ -130,7 +130,7 @@ TEST_F(PreferencesControls, MuteTheDiscByLoadingTheClosedPlayerWindowWithoutShow
     EXPECT_TRUE(Form4.Option13.selected());
 }
 
-TEST_F(PreferencesControls, HideOnlyTheirOwnWindowWhenTheTrayIconIsSwitchedOn) {
+TEST_F(PreferencesControls, HideOnlyTheirOwnWindowWhileTheTraySwitchIsOn) {
     startWithAllOff();
     Form1.show();
     form.show();
