@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Returns the program's pictures as icons. The pictures are drawn on demand and not read from
-// files, so they are sharp at every scale and have the colours of the desktop's palette, light or
-// dark.
+// files, so they are sharp at every scale. Their colours are the text colour of the desktop's
+// palette and some fixed colours that are visible on light and on dark backgrounds.
 #pragma once
 
 #include <QIcon>
@@ -30,7 +30,7 @@ enum class Symbol {
     item,
     itemOpen,
     program,
-    more, ///< an arrow: the menu bar has more entries at the right
+    more, ///< an arrow: the menu bar has more menus than fit into the window
 };
 /// The last enumerator, for iterating over all symbols.
 inline constexpr Symbol lastSymbol = Symbol::more;
@@ -38,8 +38,8 @@ inline constexpr Symbol lastSymbol = Symbol::more;
 [[nodiscard]] QIcon makeIcon(Symbol symbol);
 
 /// Returns picture `number` (1 to 12) of the work tree. Pictures 1 to 3 show a collection, a group
-/// and an item, pictures 4 to 6 the same when selected. Pictures 7 to 12 have no defined meaning.
-/// Any other number returns an empty icon.
+/// and an item; pictures 4 to 6 show them when selected. Pictures 7 to 12 have no defined meaning.
+/// Returns an empty icon for any other number.
 [[nodiscard]] QIcon treeImage(int number);
 
 } // namespace sonarith

@@ -20,7 +20,8 @@ class LabelEditor : public QLineEdit {
     /// hidden): a finished edit renames a file, and such a loss may be an accident.
     std::function<void(const QString& text)> onFinished;
     std::function<void()> onCancelled;
-    /// Called for each press of a mouse button. If it returns true, the editor ignores the press.
+    /// Called for each press of a mouse button. If it returns true, the editor does not handle the
+    /// press.
     std::function<bool(QMouseEvent&)> takesPress;
 
   protected:

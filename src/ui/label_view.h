@@ -15,7 +15,8 @@ class LabelView : public QLabel {
     /// of the text.
     enum class Cut { never, middle, end };
 
-    /// `label` is the name of the view for screen readers while the caption is empty.
+    /// `label` is the name of the view for screen readers while the control has neither a caption
+    /// nor a tool tip.
     LabelView(Label& model, QString label, Cut cut, QWidget* parent, Pace pace = Pace::atOnce);
 
     /// Paints the text paler, so that it looks less important than the texts beside it. Has no

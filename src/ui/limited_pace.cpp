@@ -8,9 +8,9 @@ namespace sonarith {
 namespace {
 
 /// If show_ has already run in the present interval, a request starts the timer. The timer runs
-/// show_ this long after the end of that interval, unless a later request runs it earlier. This
-/// delay is longer than the time between two requests of the level meter: usually the meter's next
-/// request arrives first, and the timer need not wake up the processor.
+/// show_ this long after the end of that interval, unless a later request runs show_ earlier. While
+/// there is sound, the level meter's requests arrive every 20 ms, which is less than this delay: so
+/// the meter's next request usually arrives first, and the timer need not wake up the processor.
 constexpr std::chrono::milliseconds tailDelay{30};
 
 } // namespace

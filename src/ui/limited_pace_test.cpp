@@ -77,7 +77,7 @@ TEST_F(LimitedPaceTest, ARequestThatIsShownAtOnceCancelsThePendingDisplayOfAnEar
     EXPECT_EQ(shown, std::vector<int>({1, 3}));
 }
 
-TEST_F(LimitedPaceTest, NothingMoreIsShownWithoutAFurtherRequest) {
+TEST_F(LimitedPaceTest, ASingleRequestIsShownOnlyOnce) {
     change();
     QTest::qWait(100);
     EXPECT_EQ(shown, std::vector<int>({1}));

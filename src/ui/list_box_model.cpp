@@ -115,8 +115,8 @@ void ListBoxModel::follow(const ListChange& change) {
 
 /// If `line` is close to the range of pending lines, extends the range to `line` and returns true.
 /// `end` is the first line after the range. The unchanged lines between the range and `line` become
-/// part of the range. For example, a search removes the first folder and adds folders after the
-/// second; one range includes all these changes.
+/// part of the range. For example, a search removes a folder and then adds folders after the folder
+/// that followed the removed folder; one range includes all these changes.
 bool ListBoxModel::reaches(int line, int end) {
     constexpr int closeBy = 2;
     const int before = std::max(0, pending_.first - line);

@@ -32,18 +32,19 @@ class ListBoxModel : public QAbstractListModel {
     void showAll();
     std::function<void()> onShown;
 
-    /// The row of a line. Returns -1 for a line that is not announced yet, and for the argument -1.
+    /// The row of a line. Returns -1 for a line in the range of the pending changes, even if the
+    /// line itself was announced, and for the argument -1.
     [[nodiscard]] int rowOf(int line) const;
-    /// The line of a row. Returns -1 for a row whose line was removed, and for the argument -1.
+    /// The line of a row. Returns -1 for a row that showAll() will remove, and for the argument -1.
     [[nodiscard]] int lineOf(int row) const;
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
 
   private:
-    /// The range of the pending changes. The announced rows from `first` on, whose number is
-    /// `rows`, will be replaced by the list's lines from `first` on, whose number is `lines`. Each
-    /// row before and after the range shows one line.
+    /// The range of the pending changes: `rows` announced rows, beginning with row `first`, will be
+    /// replaced by `lines` lines of the list, beginning with line `first`. Before and after the
+    /// range, each row shows one line.
     struct Pending {
         int first = 0;
         int rows = 0;

@@ -70,7 +70,7 @@ TEST_F(ListBoxModelTest, ChangesOfNearbyLinesAreAnnouncedTogetherAndOnlyOnce) {
     EXPECT_THAT(announced.counts(), ElementsAre(1, 0, 1));
 }
 
-TEST_F(ListBoxModelTest, RemovalsWithoutAdditionsAreAlsoAnnouncedTogether) {
+TEST_F(ListBoxModelTest, RemovalsWithoutAdditionsAreAnnouncedTogether) {
     fill({"a", "b", "c", "d"});
     ListBoxModel model(list, Gathered::changes);
     const Announced announced(model);
@@ -100,7 +100,7 @@ TEST_F(ListBoxModelTest, AdditionsModeDelaysOnlyLinesAddedBehindAllAnnouncedLine
 
 /// The changes except the last are those of a file search that scans two folders without subfolders
 /// and then a folder with three subfolders.
-TEST_F(ListBoxModelTest, AChangeAtMostTwoLinesFromPendingChangesIsAnnouncedWithThem) {
+TEST_F(ListBoxModelTest, AChangeCloseToPendingChangesIsAnnouncedWithThem) {
     fill({"a", "b", "c", "d", "e", "f"});
     ListBoxModel model(list, Gathered::changes);
     const Announced announced(model);
@@ -158,8 +158,8 @@ TEST_F(ListBoxModelTest, ClearingTheListDiscardsPendingChanges) {
     EXPECT_THAT(rowsOf(model), ElementsAre("first"));
 }
 
-/// Makes changes of random kind in random order. At any time, an announced line can be converted to
-/// its row and back; after showAll(), the rows are the lines of the list.
+/// Makes changes of random kind in random order. After each change, lineOf() reverses rowOf() for
+/// every line that has a row. After showAll(), the rows are the lines of the list.
 TEST_F(ListBoxModelTest, AfterRandomChangesTheRowsAreTheLinesOfTheList) {
     for (unsigned seed = 1; seed <= 40; ++seed) {
         SCOPED_TRACE("seed " + std::to_string(seed));

@@ -148,7 +148,7 @@ void ListBoxView::keyPressEvent(QKeyEvent* event) {
     event->accept();
     model_.showAll(); // from here on, row and line numbers are equal
     // Without a current line, the keys Up, Down, Page Up, Page Down and Space choose the row with
-    // the focus.
+    // the focus, or the first row if no row has the focus.
     const int focused = std::max(0, currentIndex().row());
     if (const int row = rowFor(event->key(), list_.listIndex()); row >= 0) {
         const bool endToEnd = event->key() == Qt::Key_Home || event->key() == Qt::Key_End;

@@ -72,7 +72,7 @@ TEST_F(ListBoxViewTest, ShowsTheLinesAndTheCurrentLine) {
     EXPECT_TRUE(selectedRows().empty());
 }
 
-TEST_F(ListBoxViewTest, AClickEvenOnTheCurrentLineChoosesTheLineAndThenReportsThePress) {
+TEST_F(ListBoxViewTest, EveryClickOnALineChoosesTheLineAndThenReportsThePress) {
     click(1);
     click(1);
     EXPECT_THAT(log, ElementsAre("click two", "down left", "click two", "down left"));

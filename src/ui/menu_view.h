@@ -38,7 +38,8 @@ using MenusOfHeadings = std::unordered_map<const MenuItem*, QMenu*>;
 /// the menu. The heading and its entries must outlive the menus.
 QMenu& makeMenu(MenuItem& heading, QWidget& parent, MenusOfHeadings& made);
 
-/// The menu bar at the top of a window; F10 moves the keyboard focus to it.
+/// The menu bar at the top of a window. F10 moves the keyboard focus to the bar and opens its first
+/// menu.
 class MenuBarView : public QMenuBar {
   public:
     /// `parent` is the window that gets the menu bar.

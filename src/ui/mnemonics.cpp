@@ -45,7 +45,7 @@ QStringList withMnemonics(const QStringList& captions, const QString& taken) {
 QString mnemonicOf(const QString& marked) {
     for (qsizetype at = marked.indexOf(QLatin1Char('&')); at >= 0 && at + 1 < marked.size();
          at = marked.indexOf(QLatin1Char('&'), at + 2)) {
-        // A doubled ampersand is a literal one.
+        // A doubled ampersand is shown as an ampersand and marks no mnemonic.
         if (marked[at + 1] != QLatin1Char('&')) {
             return marked.mid(at + 1, 1).toLower();
         }

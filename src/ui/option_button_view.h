@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Shows an OptionButton. The models decide which button of a group is selected; this view handles
 // the pointer and the keys. The arrow keys select the next or previous button of the group.
-// The tab key stops only at the selected button of a group, or at each button if none is selected.
+// The tab key stops only at the selected button of a group. If no button is selected, or if the
+// selected button is disabled or hidden, the tab key stops at each button.
 #pragma once
 
 #include <vector>

@@ -53,7 +53,7 @@ class PlaylistLayoutTest : public testing::Test {
     }
     /// The width of the area in which a line edit shows text, in pixels. A wider text is scrolled.
     static int textWidth(const QLineEdit& box) {
-        constexpr int marginsOfText = 2 * 2; // pixels; QLineEdit's own, which no function returns
+        constexpr int marginsOfText = 2 * 2; // pixels; no function of QLineEdit returns them
         QStyleOptionFrame option;
         option.initFrom(&box);
         option.lineWidth = box.style()->pixelMetric(QStyle::PM_DefaultFrameWidth, &option, &box);

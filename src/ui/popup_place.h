@@ -10,8 +10,8 @@
 namespace sonarith {
 
 /// While an object of this class exists, menus open at its position. If several objects exist,
-/// menus open at the position of the newest. A view creates an object before it runs a handler of
-/// the logic and destroys the object after that.
+/// menus open at the position of the newest. A view creates an object before it runs an onMouseDown
+/// handler, or the handler of the menu key, and destroys the object when that handler has returned.
 class PopupPlace {
   public:
     /// `global` is a position on the screen.

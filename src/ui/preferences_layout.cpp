@@ -96,7 +96,7 @@ void layOutAudio(FrmPrefs& form, QWidget& page) {
     rows->addStretch(1);
 }
 
-/// Creates the views with which the user chooses a new destination folder. The form makes them
+/// Creates the views with which the user chooses a new destination folder. The logic makes them
 /// visible only while Check2 is ticked.
 QWidget* makeFolderChoice(FrmPrefs& form, FormWindow& window, QWidget* parent) {
     auto* choice = new BarView(form.Picture6, QObject::tr("New destination"), Qt::TopEdge, parent);

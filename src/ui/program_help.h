@@ -25,7 +25,8 @@ class ProgramHelp {
     /// otherwise the page about the main window. If no page is about that window, shows the first
     /// page of helpPages(). Returns false if the file of the page is missing.
     bool show();
-    /// Null before the first call of show(); not null after it, even if it returned false.
+    /// Null before the first call of show(). Never null after that call, even if show() returned
+    /// false.
     [[nodiscard]] HelpWindow* window() const { return window_.get(); }
 
   private:
