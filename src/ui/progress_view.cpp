@@ -13,7 +13,7 @@ ProgressView::ProgressView(ProgressBar& model, QString label, QWidget* parent)
               setValue(model.value());
           }
       }) {
-    // The bar shows no text, because labels show the percentage.
+    // The bar shows no text, because a label below it shows the percentage.
     setTextVisible(false);
 }
 

@@ -11,14 +11,14 @@
 #include <QStyle>
 #include <QStyledItemDelegate>
 
-// Several functions call QAbstractItemView deliberately and not the base class QListView, because
-// QListView would update a layout of its own.
+// Several functions deliberately skip the direct base class QListView and call the implementation
+// of QAbstractItemView, because QListView would update a layout of its own.
 // NOLINTBEGIN(bugprone-parent-virtual-call)
 
 namespace sonarith {
 namespace {
 
-/// Above and below a row's text, in device-independent pixels.
+/// Margin above and below a row's text and icon, in device-independent pixels.
 constexpr int textMargin = 2;
 /// No screen shows more characters than this in a row. Longer texts are shortened before they are
 /// painted, because it takes long to compute the glyphs of a very long text.

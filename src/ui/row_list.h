@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A list whose rows have the same height, so that adding rows, scrolling and painting take no
-// longer in a longer list. RowList derives from QListView to inherit its support of screen readers.
-// RowList does not use the layout of QListView, which visits every row again when a row is added.
+// A list whose rows all have the same height, so that the time for adding rows, scrolling and
+// painting does not depend on the length of the list. RowList derives from QListView to inherit its
+// support of screen readers. RowList does not use the layout of QListView, which visits every row
+// again when a row is added.
 // Subclasses define the meaning of the rows.
 #pragma once
 
@@ -18,8 +19,8 @@ class RowList : public QListView {
     [[nodiscard]] QModelIndex indexAt(const QPoint& point) const override;
     void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
     void doItemsLayout() override;
-    /// Returns the rectangle of the current row as the cursor rectangle. The desktop uses it to
-    /// place a menu that is opened by a key.
+    /// Returns the rectangle of the current row as the cursor rectangle. For the menu key, Qt uses
+    /// its centre as the position of the QContextMenuEvent.
     [[nodiscard]] QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
 
   protected:

@@ -16,7 +16,7 @@ namespace {
 constexpr int stepsInRange = 50;
 constexpr int pagesInRange = 10;
 
-/// The accessible interface of a slider, which returns its value as a number on the user's scale.
+/// The accessible interface of a slider. It returns the slider's value on the user's scale.
 /// Qt's own interface would return the widget's value, a large number that the user never sees.
 class AccessibleSlider : public QAccessibleWidget, public QAccessibleValueInterface {
   public:

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Shows a Slider, vertically or horizontally. A new value of the control moves the handle; a move
-// of the handle by the user sets the control.
+// of the handle by the user changes the control's value.
 #pragma once
 
 #include <QSlider>
@@ -37,8 +37,8 @@ class SliderView : public QSlider {
         SpokenByScale();
     };
 
-    SpokenByScale
-        spoken_; ///< before view_, which creates the interface when it sets the widget's name
+    /// Declared before view_, because view_ creates the interface when it sets the widget's name.
+    SpokenByScale spoken_;
     Slider& slider_;
     const Greatest greatest_;
     const int shownTop_;

@@ -44,7 +44,7 @@ TEST_F(SliderViewTest, AValueThatCodeSetsIsShownAndRunsNoHandler) {
 }
 
 TEST_F(SliderViewTest, TheHandleMovesInTheDirectionOfTheKeyAndOfTheWheel) {
-    // The model's greatest value is at the bottom, so a move upwards decreases the value.
+    // The model's greatest value is at the bottom, so a move upwards decreases the model's value.
     model.setValue(32768).passOver();
     QTest::keyClick(&view, Qt::Key_Up);
     const int afterKey = model.value();

@@ -11,8 +11,8 @@
 namespace sonarith {
 namespace {
 
-// The unit of the coordinates and lengths below is that of the grid of symbols.h, which has 24 by
-// 24 units.
+// All coordinates and lengths below are in units of the grid that symbols.h defines: 24 by 24
+// units.
 
 /// Sets the pens and brushes of a drawing, with colours that depend on the icon's mode.
 class Pencils {
@@ -30,7 +30,7 @@ class Pencils {
         painter_.setBrush(ink());
     }
     /// From now on, draws areas in `color`, with an outline in a darker shade of that colour. A
-    /// disabled symbol is grey; a selected symbol has an outline in the text colour.
+    /// disabled symbol is grey; the outline of a selected symbol has the colour of selected texts.
     void paint(QColor color, qreal outline = 1.2) {
         if (mode_ == QIcon::Disabled) {
             color = ink();

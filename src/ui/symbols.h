@@ -13,8 +13,9 @@ namespace sonarith {
 /// The side of the square in which all symbols are drawn, in units of the grid.
 inline constexpr qreal symbolGrid = 24;
 
-/// Draws a symbol in the colours of the application's palette for `mode`. The caller has scaled the
-/// painter so that one unit of the painter is one unit of the grid.
+/// Draws a symbol: lines in the text colours of the application's palette, areas mostly in fixed
+/// colours. Both depend on `mode`. The caller must have scaled the painter so that one unit of the
+/// painter is one unit of the grid.
 void drawSymbol(QPainter& painter, Symbol symbol, QIcon::Mode mode);
 
 } // namespace sonarith

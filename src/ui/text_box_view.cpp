@@ -100,8 +100,8 @@ void TextBoxView::keyPressEvent(QKeyEvent* event) {
 }
 
 void TextBoxView::mousePressEvent(QMouseEvent* event) {
-    // A read-only box with a handler for presses is a handle by which the user drags the window, so
-    // a press must not select text.
+    // The user drags the window by pressing a read-only box that has a handler for presses, so the
+    // press must not select text.
     if (!box_.locked() || !box_.onMouseDown) {
         QLineEdit::mousePressEvent(event);
     }

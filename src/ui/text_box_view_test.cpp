@@ -79,7 +79,7 @@ TEST_F(TextBoxViewTest, PastingAndDeletingChangeTheTextOfTheControl) {
     EXPECT_EQ(model.text(), "");
 }
 
-TEST_F(TextBoxViewTest, TheTypingLimitAppliesToTypingButNotToCode) {
+TEST_F(TextBoxViewTest, TheTypingLimitAppliesToTypingButNotToTextsSetByCode) {
     model.setTypingLimit(4);
     QTest::keyClick(&view, Qt::Key_End);
     QTest::keyClicks(&view, "567");

@@ -8,7 +8,7 @@
 namespace sonarith {
 namespace {
 
-/// Margin above and below a row's text, in device-independent pixels.
+/// Margin above and below a row's text and picture, in device-independent pixels.
 constexpr int rowPadding = 2;
 /// The opacity of a node that is dragged by keys. File managers also paint cut items paler.
 constexpr double carriedOpacity = 0.4;

@@ -108,8 +108,7 @@ void TreeWidget::selectionChanged(const QItemSelection& selected,
 
 QItemSelectionModel::SelectionFlags TreeWidget::selectionCommand(const QModelIndex&,
                                                                  const QEvent*) const {
-    // Mouse and keys move only the current row; the selection always shows the selected node of
-    // tree_.
+    // Keys move only the current row; the selection always shows the selected node of tree_.
     return QItemSelectionModel::NoUpdate;
 }
 
@@ -306,7 +305,7 @@ void TreeWidget::keyPressEvent(QKeyEvent* event) {
         break;
     case Qt::Key_Space:
     case Qt::Key_F2:
-        // Like a click by mouse, this opens the editor if the node can be renamed.
+        // Like a click by mouse, a click by key opens the editor if the node can be renamed.
         clickByKey({.left = true}, index);
         break;
     default:

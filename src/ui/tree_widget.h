@@ -93,8 +93,8 @@ class TreeWidget : public QTreeView {
     QPersistentModelIndex toReveal_;
     QTimer revealTimer_;
     QTimer dragScrollTimer_;
-    /// The last mouse press on the tree: its position on the screen, and its time by the timestamps
-    /// of events.
+    /// The last mouse press that was reported to tree_: its position on the screen, and its time by
+    /// the timestamps of events.
     QPoint pressedAt_;
     quint64 pressedMilliseconds_ = 0;
     bool watchingRelease_ = false;

@@ -51,7 +51,7 @@ TEST_F(TreeEditTest, TheEditorIsAccessible) {
     EXPECT_EQ(QAccessible::queryAccessibleInterface(editor())->text(QAccessible::Name), "New name");
 }
 
-TEST_F(TreeEditTest, TheEditorMovesWithItsRowAndIsHiddenWhenTheRowIsNotVisible) {
+TEST_F(TreeEditTest, TheEditorMovesWithItsRowAndHasNoSizeWhileTheRowIsNotVisible) {
     for (int i = 0; i < 50; ++i) {
         add(wav, std::to_string(i));
     }

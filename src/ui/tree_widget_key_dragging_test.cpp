@@ -50,8 +50,8 @@ TEST_F(TreeKeyDragTest, ControlXPicksUpTheCurrentNodeAndReturnDropsItAtTheCurren
     EXPECT_THAT(log, IsEmpty()) << "arrow keys must cause no event";
     EXPECT_TRUE(isMarked());
     key(Qt::Key_Return);
-    // The events are those of a pointer that leaves the dragged node's row and rests on the group
-    // "MP3 Files".
+    // The events are those of a pointer that leaves the dragged node's row and then moves twice
+    // over the group "MP3 Files".
     EXPECT_THAT(log,
                 ElementsAre("over one.wav", "over MP3 Files", "over MP3 Files", "drop MP3 Files"));
     EXPECT_FALSE(isMarked());
@@ -60,7 +60,7 @@ TEST_F(TreeKeyDragTest, ControlXPicksUpTheCurrentNodeAndReturnDropsItAtTheCurren
     EXPECT_THAT(log, ElementsAre("down left MP3 Files", "up left MP3 Files"));
 }
 
-TEST_F(TreeKeyDragTest, ControlVReportsATargetThatIsNoGroupOnceAndThenDropsTheNode) {
+TEST_F(TreeKeyDragTest, ControlVReportsAnItemOrACollectionOnceAndThenDropsTheNodeThere) {
     for (const NodeRef& target : {second, collection}) {
         goTo(first);
         takeUp();

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Tests the layouts of the player, the finder, the preferences and the playlist editor: each
-// visible control has a widget, an accessible name and enough space for its text. Except in the
-// preferences, also tests that the tab key reaches the widgets that accept input.
+// visible control has a widget, an accessible name and enough space for its text. In all of
+// these windows except the preferences, the tab key reaches the widgets that accept input.
 #include <memory>
 
 #include <QAbstractButton>
