@@ -112,7 +112,7 @@ TEST_F(EntryClicksTest, AFileInTheMainListIsNotAdded) {
     EXPECT_FALSE(inTree(pathA));
 }
 
-TEST_F(EntryClicksTest, DoesNotAddAFileThatMatchesALineOfTheMainListUsedAsAPattern) {
+TEST_F(EntryClicksTest, DoesNotAddAFileThatMatchesAPatternInTheMainList) {
     addMp3(pathA, "Title A");
     open({" " + pathA});
     mainForm.List2.addItem("c:\\*.mp3");
@@ -135,7 +135,7 @@ TEST_F(EntryClicksTest, ComparesOnlyAsManyLinesOfTheMainListAsThePlaylistHas) {
     // is not found. Therefore the adder is called.
     EXPECT_GE(loop.now() - before, 300ms);
     EXPECT_TRUE(inTree(pathA));
-    // With three lines in the playlist, the third line of the main list is compared and found.
+    // With three lines in the playlist, the path is found in the third line of the main list.
     editor.List2.addItem(pathB);
     editor.List2.addItem(pathC);
     const auto again = loop.now();
@@ -213,7 +213,7 @@ TEST_F(EntryClicksTest, PlaysTheSelectedEntry) {
     EXPECT_THAT(mp3.log, ElementsAre("SourceFile " + pathB, "Play"));
 }
 
-TEST_F(EntryClicksTest, PlayDoesNotFirstStopTheEntryThatPlays) {
+TEST_F(EntryClicksTest, PlaysAnotherEntryWithoutSendingAStopFirst) {
     open({pathA, pathB});
     select(0);
     editor.Command11.click();
@@ -257,8 +257,7 @@ TEST_F(EntryClicksTest, TheEditorHasAnMp3ControlOfItsOwn) {
     const int before = mp3.created;
     open({pathA});
     EXPECT_NE(&*editor.ActiveMP31, &*windows.Form6.ActiveMP31);
-    // Unloading the editor ends the playing, because it replaces the editor's control with a new
-    // one.
+    // An unload of the editor replaces its MP3 control with a new one. This ends playback.
     editor.unload();
     EXPECT_EQ(mp3.created, before + 1);
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The playlist editor with three files, and the deletion of one of them, for the tests of the
-// deletion.
+// The base class of the deletion tests: opens the playlist editor with three files and deletes a
+// file.
 #pragma once
 
 #include <string>

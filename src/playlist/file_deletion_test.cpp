@@ -85,7 +85,7 @@ TEST_F(FileDeletionTest, AnEmptyFileThatCannotBeDeletedIsReportedAsDeletedAndLos
     EXPECT_THAT(boxes4(), Each(""));
 }
 
-TEST_F(FileDeletionTest, AFailedDeletionOfAnEmptyFileWithoutAnEntryKeepsTheTextBoxes) {
+TEST_F(FileDeletionTest, AFailedDeletionOfAnEmptyFileClearsNoTextBoxIfNoEntryMatchesOrIsSelected) {
     openThree();
     disk.addFile("c:\\other.mp3", "");
     disk.failWith(FakeFileSystem::Operation::removeFile, "c:\\other.mp3",
@@ -174,7 +174,7 @@ TEST_F(FileDeletionTest, SelectingTheEntryOfTheDeletedFileRunsTheClickHandler) {
     choose(0);
     remove(pathB);
     // The deletion selects the entry of pathB before it removes the entry. The click handler then
-    // reads the deleted file and shows noDataBox.
+    // tries to read the deleted file and shows noDataBox.
     EXPECT_THAT(boxes.shown, ElementsAre(deletionQuestion, deleted(pathB), noDataBox));
     EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathC));
     EXPECT_EQ(editor.Text5.text(), "");
@@ -232,8 +232,8 @@ TEST_F(FileDeletionTest, TheLengthIsReadAgainAfterTheDeletionAndAfterTheReport) 
     EXPECT_THAT(boxes4(), Each(""));
 }
 
-// Entries are wildcard patterns, so an entry with a bracket does not match its own path. If no
-// entry matches, the selected entry is removed.
+// Entries are wildcard patterns: "[live]" matches only one character, so the entry does not match
+// its own path. If no entry matches, the selected entry is removed.
 TEST_F(FileDeletionTest, AnEntryWithABracketIsRemovedOnlyIfItIsSelected) {
     const std::string bracketed = "c:\\music\\a [live].mp3";
     addMp3(pathA, "Title A");

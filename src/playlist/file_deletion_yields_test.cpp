@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests what the user may do while a deletion yields: clicks, buttons, closing the window.
+// Tests what happens if the user acts while a deletion yields: clicks an entry, presses a button,
+// edits a text box or closes the window.
 #include "playlist/file_operations.h"
 
 #include <gmock/gmock.h>
@@ -18,7 +19,8 @@ using test::noDataBox;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST_F(FileDeletionTest, AClickOnAnotherEntryDuringTheDeletionChangesTheEditedFile) {
+TEST_F(FileDeletionTest,
+       AnEntryClickedDuringADeletionIsReportedAndDelistedInsteadOfTheDeletedFile) {
     openThree();
     choose(0);
     loop.after(100ms, [&] { choose(2); });
@@ -82,8 +84,8 @@ TEST_F(FileDeletionTest, AfterAnyButtonInAnyYieldTheListMatchesTheStore) {
                 (editor.*press.button).click();
             });
             remove(pathA);
-            // A deletion may yield once less than the deletion that yieldsOfADeletion() counted. If
-            // the yield for the press was not reached, the button is pressed after the deletion.
+            // This deletion may have one yield fewer than yieldsOfADeletion() has counted. If the
+            // yield for the press was not reached, the button is pressed after the deletion.
             while (!pressed) {
                 loop.yield();
             }

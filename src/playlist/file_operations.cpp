@@ -131,8 +131,8 @@ Status FileOperations::reportAndDelist(Deletion deletion) {
         return shown;
     }
     selectEntry();
-    // Deliberate: if selectEntry() finds no entry of the deleted file, CompactPlayList() removes
-    // the entry that was selected before.
+    // Deliberate: if no entry matches the edited file, CompactPlayList() removes the entry that was
+    // selected before.
     if (Status compacted = entries_.CompactPlayList();
         !compacted.ok() && deletion == Deletion::broken) {
         return compacted;

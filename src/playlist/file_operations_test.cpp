@@ -117,7 +117,7 @@ TEST_F(FileRenameTest, DoesNothingForABlankPathACancelledDialogOrAnEmptyName) {
     EXPECT_THAT(store.writes, IsEmpty());
 }
 
-TEST_F(FileRenameTest, DoesNothingForAnEditedPathTooShortForAnExtension) {
+TEST_F(FileRenameTest, DoesNothingForAFileNameOfFewerThanFourCharacters) {
     open({});
     rename("mp3", target);
     EXPECT_THAT(dialog.savings, IsEmpty());
@@ -205,7 +205,7 @@ TEST_F(FileRenameTest, IfTheEditedPathChangesDuringTheQuestionTheNewlyEditedFile
     EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathC));
 }
 
-TEST_F(FileRenameTest, AFailureOfTheDialogOtherThanACancelEndsTheRename) {
+TEST_F(FileRenameTest, ARenameEndsIfItsDialogFails) {
     addMp3(pathA, "Title A");
     open({pathA});
     dialog.failure = Error{ErrorNumber::badFileName, "Bad file name or number"};
@@ -218,8 +218,8 @@ TEST_F(FileRenameTest, AFailureOfTheDialogOtherThanACancelEndsTheRename) {
 }
 
 // At its end, a rename clicks the button "Add to PlayList". This adds the new path unless an entry,
-// used as a pattern, matches it. A path with brackets does not match itself, so it is added a
-// second time.
+// used as a pattern, matches it. In a pattern, "[live]" matches only one character, so the renamed
+// entry does not match its own path, and the path is added a second time.
 TEST_F(FileRenameTest, ATargetWithABracketGetsASecondEntry) {
     const std::string bracketed = "c:\\music\\a [live].mp3";
     addMp3(pathA, "Title A");
@@ -230,7 +230,7 @@ TEST_F(FileRenameTest, ATargetWithABracketGetsASecondEntry) {
     EXPECT_EQ(editor.Text5.text(), "");
 }
 
-// An entry with a bracket, used as a pattern, does not match its own path. So a rename of its file
+// An entry with "[live]", used as a pattern, does not match its own path. So a rename of its file
 // leaves the entry unchanged and adds an entry for the new path.
 TEST_F(FileRenameTest, AnEntryWithABracketIsNotReplaced) {
     const std::string bracketed = "c:\\music\\a [live].mp3";

@@ -157,7 +157,7 @@ TEST_F(HeaderDisplayTest, AnInvalidHeaderShowsThePreviousFilesHeaderBesideTheNew
     EXPECT_EQ(editor.Text4(2).text(), "Title B");
 }
 
-TEST_F(HeaderDisplayTest, HeaderAndTagAreZeroOrEmptyUntilAFileWithAHeaderIsRead) {
+TEST_F(HeaderDisplayTest, HeaderAndTagAreZeroOrEmptyIfTheFirstFileIsShorterThan256Bytes) {
     disk.addFile(pathA, std::string(100, 'x'));
     read(pathA);
     EXPECT_EQ(line(0), "Bitrate            0");

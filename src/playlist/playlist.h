@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Creates the classes of the playlist editor and connects them to its window. This struct adds no
-// behaviour.
+// Creates one object of each class of the playlist editor and connects these objects to the
+// editor's window. This struct adds no behaviour.
 #pragma once
 
 #include "forms/windows.h"

@@ -18,8 +18,8 @@ namespace sonarith {
 /// "HowMany", and their paths under "1", "2" and so on.
 inline constexpr const char* playlistSection = "music";
 
-/// The keys of that section whose values are paths. The values are paths of the logic (drive
-/// letter, backslashes).
+/// The keys of the entries in that section, including missing entries. The value of an existing
+/// entry is a path of the logic (drive letter, backslashes).
 [[nodiscard]] std::vector<std::string> playlistPathKeys(const SettingsStore& store);
 
 class PlaylistEntries {

@@ -164,7 +164,7 @@ TEST_F(TagEditorTest, WritesCharactersOutsideTheCodePageAsQuestionMarks) {
     EXPECT_EQ(end(pathA), tagOf("Z\xfcrich", "?!", "", "20"));
 }
 
-TEST_F(TagEditorTest, AReadAndAWriteKeepEveryByteExceptNullAndTrailingBlanks) {
+TEST_F(TagEditorTest, AReadAndAWriteKeepEveryByteValueFrom1To255) {
     for (int first = 1; first < 256; first += 29) {
         std::string field;
         for (int code = first; code < first + 29; ++code) {

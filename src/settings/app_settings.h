@@ -30,7 +30,8 @@ inline constexpr const char* showFullPathKey = "show full path";
 inline constexpr const char* encodeAfterExtractingKey = "encode after extracting";
 inline constexpr const char* muteButtonKey = "mute button";
 
-/// Before LoadSettings() all numbers are 0. Switches are 0 or 1.
+/// Before LoadSettings() all numbers are 0. A switch should be 0 (off) or 1 (on), but
+/// LoadSettings() accepts any 16-bit number.
 struct AppSettings {
     std::int16_t audioFormat = 0;     ///< index in the capture formats: 0 mono, 1 stereo
     std::int16_t encodingQuality = 0; ///< no effect; the preferences only show and store it

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Creates a chain of folders, level by level. It has side effects: it changes the program's current
-// drive and folder, and shows a message box when it fails.
+// Creates a chain of folders, level by level. Side effects: MakeDirs() changes the program's
+// current drive and folder, and shows a message box when it fails.
 #pragma once
 
 #include <string>

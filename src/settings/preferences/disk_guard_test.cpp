@@ -45,7 +45,7 @@ TEST_F(DiskGuardTest, RefreshingRemovesDrivesThatNoLongerExistFromTheList) {
     EXPECT_EQ(form.Text6.text(), "");
 }
 
-TEST_F(DiskGuardTest, ListsNoDriveThatIsNotFixed) {
+TEST_F(DiskGuardTest, ListsOnlyFixedDrives) {
     for (const DriveKind kind : {DriveKind::removable, DriveKind::network, DriveKind::cdRom,
                                  DriveKind::ramDisk, DriveKind::unknown, DriveKind::noRoot}) {
         freeOn("C:\\", 7'000'000, kind);
@@ -264,7 +264,7 @@ TEST_F(DiskGuardTest, ADestinationOnNoFixedDriveCountsAsFullIfLabel4HasItsInitia
     system.drives["C:\\"].kind = DriveKind::removable;
     tick();
     EXPECT_EQ(form.Label3.caption(), "Label3");
-    EXPECT_EQ(form.Label4.caption(), "Label4"); // reads as 0
+    EXPECT_EQ(form.Label4.caption(), "Label4"); // is read as 0
     EXPECT_TRUE(stopped());
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Creates the preferences' window, the guard on disk space, and the system information that the
-// guard reads. The guard also fills a part of the window. This struct adds no behaviour.
+// Creates the objects that handle the preferences' window, guard the disk space, and read system
+// information for the disk guard. The guard also fills a part of the window. This struct adds no
+// behaviour.
 #pragma once
 
 #include "desktop/system.h"

@@ -83,8 +83,8 @@ TEST_F(PreferencesInterrupted,
         run.loop.atYield(1, [&] { run.interrupt(what); });
         run.start();
         EXPECT_TRUE(run.Form4.loaded());
-        // The rest of the load step uses controls of the preferences' window. If this window was
-        // closed, the first use of a control loads the window again without showing it.
+        // The rest of the load step calls RefreshDriveSpace(). If the preferences' window was
+        // closed, this call loads the window again without showing it.
         EXPECT_TRUE(run.form.loaded());
         EXPECT_EQ(run.form.visible(), what == Meanwhile::reopen);
         EXPECT_EQ(run.form.Label4.caption(), "200000");
@@ -191,8 +191,8 @@ TEST_F(PreferencesInterrupted, TheMuteHandlerReadsTheCheckBoxAfterItHasLoadedThe
         };
         run.loop.atYield(1, [&] { run.interrupt(what); });
         run.form.Check1.setValue(1).passOver();
-        // Reopening the window resets the check box to the stored value. The handler reads the
-        // check box only after that.
+        // Reopening the window resets the check box to the value of its setting. The handler reads
+        // the check box only after that.
         const bool reopened = what == Meanwhile::reopen;
         EXPECT_THAT(run.muted, ElementsAre(reopened ? "Option14" : "Option13"));
         EXPECT_EQ(run.form.loaded(), reopened);

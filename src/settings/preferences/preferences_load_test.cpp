@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests the load step of the preferences: what it shows, saves and starts, and which stored values
-// end it early.
+// Tests the load step of the preferences: what it shows and saves, its side effects, and which
+// stored values end it early.
 #include <string>
 #include <vector>
 
@@ -290,7 +290,7 @@ TEST_F(PreferencesLoad, EndsAtACaptureFormatOutsideItsList) {
     EXPECT_EQ(form.cbxFormat.listCount(), 2);
     EXPECT_EQ(form.cbxFormat.listIndex(), -1);
     EXPECT_EQ(settings.audioFormat, 2);
-    EXPECT_EQ(form.Text6.text(), ""); // neither drives nor destination are shown
+    EXPECT_EQ(form.Text6.text(), ""); // the drives are not listed
     EXPECT_THAT(written(), Not(Contains(testing::StartsWith("DecodePath"))));
     EXPECT_EQ(settings.decodePath, "c:\\sonarith");
 }
