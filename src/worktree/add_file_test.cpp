@@ -51,7 +51,7 @@ TEST_F(Cmaddfile2Test, WaitsThreeTenthsOfASecondDuringWhichTimersRun) {
     EXPECT_GE(ticks, 2);
 }
 
-TEST_F(Cmaddfile2Test, ReadsTheFileAfterTheWait) {
+TEST_F(Cmaddfile2Test, AddsAFileThatIsCreatedDuringTheWait) {
     loop.after(200ms, [this] { put("c:\\music\\late.wav"); });
     adder.Cmaddfile2("c:\\music\\late.wav");
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\late.wav"));
@@ -105,7 +105,7 @@ TEST_F(Cmaddfile2Test, AFileBelowAHundredBytesIsIgnored) {
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\enough.wav"));
 }
 
-TEST_F(Cmaddfile2Test, AFileThatCannotBeReadIsIgnored) {
+TEST_F(Cmaddfile2Test, APathWhoseFileLengthCannotBeDeterminedIsIgnored) {
     const auto before = outline();
     put("c:\\music\\locked.wav");
     disk.failWith(test::FakeFileSystem::Operation::fileLength, "c:\\music\\locked.wav",

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Holds the state that the events of the work tree share. It persists between events unless an
-// event resets it.
+// Holds the state that the handlers of the work tree's events share. A value stays until a handler
+// changes it.
 #pragma once
 
 #include <cstdint>
@@ -14,8 +14,8 @@ struct DragState {
     /// The node under the pointer at the last mouse press, or the node of a file that was renamed
     /// since then. Empty if the pointer was over no node, and after a drop.
     NodeRef DragNode;
-    /// The NodeLevel that DragNode had when a drag last started or the popup last opened; 0 after a
-    /// drop.
+    /// The NodeLevel of DragNode when the mouse last moved with only its left button down, even if
+    /// no drag started, or when the popup last opened; 0 after a drop.
     std::int32_t DragLevel = 0;
     /// The last node that a drag passed over, or the target group of the last move.
     NodeRef DropTarget;

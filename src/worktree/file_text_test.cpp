@@ -12,7 +12,7 @@ TEST(HasFileEnding, IsTrueForWavAndMp3InLowerOrUpperCase) {
     }
 }
 
-TEST(HasFileEnding, IsFalseForMixedCaseOrAnythingElse) {
+TEST(HasFileEnding, IsFalseForAMixedCaseEndingAndForAnyOtherEnding) {
     for (const char* text : {"a.Wav", "a.wAV", "a.Mp3", "awav", "a.ogg", "a.wav ", "wav", ""}) {
         EXPECT_FALSE(hasFileEnding(text)) << text;
     }

@@ -173,7 +173,7 @@ TEST_F(LabelEditTest, ANewNameWithAMixedCaseEndingRenamesTheFileButDoesNotSetDra
     EXPECT_NE(node("n.Wav"), nullptr);
 }
 
-TEST_F(LabelEditTest, TheNameOfAnotherFileChangesNothingAndOpensTheEditorAgain) {
+TEST_F(LabelEditTest, ANewNameThatAnotherFileHasChangesNothingAndOpensTheEditorAgain) {
     const NodeRef file = node("a.wav");
     relabel("a.wav", "taken.wav");
     EXPECT_EQ(contentOf("c:\\music\\taken.wav"), "c:\\music\\taken.wav");

@@ -13,11 +13,12 @@
 
 namespace sonarith {
 
-/// The trigger of a move. For a file, the trigger decides which entry is moved: on a double click,
-/// the entry that equals the text that is passed to moveEntry(); on a drag, the first entry with
-/// the same file name as that text. A drag that selects an MP3 file moves only the entry of this
-/// file. A double click that selects an MP3 file also empties the list of available MP3 files and
-/// duplicates the entries that were selected before.
+/// The trigger of a move. For a file, the trigger determines which entry is moved. On a double
+/// click, the entry is the text that is passed to moveEntry(), even if no list contains this text.
+/// On a drag, it is the first entry whose file name matches that of the text; if there is none, the
+/// text itself. A drag that selects an MP3 file moves only the entry of this file. A double click
+/// that selects an MP3 file also empties the list of available MP3 files and duplicates the entries
+/// that were selected before.
 enum class MovedBy { doubleClick, drag };
 
 class ListMoves {

@@ -109,7 +109,7 @@ TEST_F(ListMovesTest, AReturningWavMovesToTheTopOfTheAvailableWavsAndEqualEntrie
     EXPECT_THAT(all(), ElementsAre("List1: b.wav a.wav b.wav", "List5: c.wav"));
 }
 
-TEST_F(ListMovesTest, AWavIsSelectedByWildcardAndReturnedByExactName) {
+TEST_F(ListMovesTest, AWavIsComparedAsAPatternWhenSelectedAndLiterallyWhenReturned) {
     fill(form.List1, {"1.wav", "a.wav"});
     move("#.wav", "WAV Files");
     EXPECT_THAT(all(), ElementsAre("List1: a.wav", "List5: #.wav"));
@@ -124,7 +124,7 @@ TEST_F(ListMovesTest, AWavWithBracketsInItsNameIsSelectedButAlsoStaysAvailable) 
     EXPECT_THAT(all(), ElementsAre("List1: [x].wav", "List5: [x].wav"));
 }
 
-TEST_F(ListMovesTest, TheParentOfTheSelectedNodeChoosesTheRuleForAWav) {
+TEST_F(ListMovesTest, TheRuleForAWavDependsOnTheParentOfTheSelectedNode) {
     fill(form.List1, {"a.wav"});
     moveFrom("a.wav", "MP3 Files", "WAV Files");
     EXPECT_THAT(all(), ElementsAre("List5: a.wav"));
@@ -136,7 +136,7 @@ TEST_F(ListMovesTest, TheParentOfTheSelectedNodeChoosesTheRuleForAWav) {
     EXPECT_THAT(all(), ElementsAre("List1: a.wav"));
 }
 
-TEST_F(ListMovesTest, TheParentOfDragNodeChoosesTheRuleForTracksAndMp3Files) {
+TEST_F(ListMovesTest, TheRulesForTracksAndMp3FilesDependOnTheParentOfDragNode) {
     fill(form.lstTracks, {"Track_1"});
     moveFrom("Track_1", "Available Tracks", "WAV Files");
     EXPECT_THAT(all(), ElementsAre("lstRecord: Track_1"));
@@ -166,7 +166,7 @@ TEST_F(ListMovesTest, AReturningMp3MovesToTheTopOfTheAvailableMp3sAndTheOtherEnt
     EXPECT_THAT(all(), ElementsAre("List2: b.mp3 a.mp3", "List4: c.mp3"));
 }
 
-TEST_F(ListMovesTest, AnMp3IsSelectedAndReturnedByWildcard) {
+TEST_F(ListMovesTest, AnMp3IsComparedAsAPatternWhenSelectedAndWhenReturned) {
     fill(form.List4, {"1.mp3", "a.mp3"});
     move("#.mp3", "MP3 Files");
     EXPECT_THAT(all(), ElementsAre("List4: a.mp3 #.mp3 a.mp3"));
@@ -271,7 +271,7 @@ struct ListMovesByDragTest : ListMovesTest {
     }
 };
 
-TEST_F(ListMovesByDragTest, ATrackMovesAsByADoubleClick) {
+TEST_F(ListMovesByDragTest, ATrackMovesInTheSameWayAsOnADoubleClick) {
     fill(form.lstTracks, {"Track_1", "Track_2"});
     fill(form.lstRecord, {"Track_9"});
     moveByDrag("Track_2", "Available Tracks");

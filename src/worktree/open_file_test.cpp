@@ -65,7 +65,7 @@ TEST_F(OpenFileTest, CancellingALaterDialogTriesToAddThePreviousFileAgainWhichIs
     EXPECT_THAT(lines(form.List1), ElementsAre("d:\\new.wav"));
 }
 
-TEST_F(OpenFileTest, AFileOfAnotherTypeIsPassedToTheAdderButGetsNoNode) {
+TEST_F(OpenFileTest, AFileOfAnotherTypeIsPassedToTheAdderButGetsNeitherNodeNorEntry) {
     dialog.choices = {"d:\\c.ogg"};
     const auto before = outline();
     const auto start = loop.now();

@@ -87,8 +87,7 @@ void PopupMenu::mnuFileRemove_Click() {
         for (int i = 0; i < list->listCount(); ++i) {
             // Compares only the whole entry. mnuRemoveDelete_Click() compares the entry's file
             // name, too. If the node shows only a file name, the entry with the file's path stays
-            // in the list. If this is an MP3 file, the menu command Start on the node's group still
-            // decodes it.
+            // in the list. An MP3 file whose entry stays is still decoded with its group.
             if (matches(list->list(i), text)) {
                 list->removeItem(i).passOver();
                 return;

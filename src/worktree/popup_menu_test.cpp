@@ -97,7 +97,7 @@ TEST_F(PopupMenuTest, ForAGroupOfWavFilesTheEntriesKeepTheirState) {
     EXPECT_EQ(open(node("WAV Files")), "---");
 }
 
-TEST_F(PopupMenuTest, OnlyTheThreeEntriesAreDisabledForARootNodeOrANullNode) {
+TEST_F(PopupMenuTest, ForARootNodeOrANullNodeAllEntriesExceptMinimizeAndExitAreDisabled) {
     for (const NodeRef& at : {node("CD Tracks"), node("MP3 Files Folder"), NodeRef()}) {
         setAll(true);
         EXPECT_EQ(open(at), "---");
@@ -227,7 +227,7 @@ TEST_F(PopupMenuTest, DeleteIgnoresNodesThatAreNotFiles) {
     EXPECT_THAT(disk.log, IsEmpty());
 }
 
-TEST_F(PopupMenuTest, NodeAndListEntryOfAFileThatCannotBeDeletedAreRemoved) {
+TEST_F(PopupMenuTest, DeleteRemovesTheNodeAndTheListEntryEvenIfTheFileCannotBeDeleted) {
     disk.failWith(test::FakeFileSystem::Operation::touchForWriting, wavFile,
                   ErrorNumber::permissionDenied);
     press(node(wavFile), {.right = true});
@@ -296,7 +296,7 @@ struct EventDuringDeletion {
     bool fileIsDeletedAtFirstYield;
 };
 
-TEST_F(PopupMenuTest, TreeAndListsAgreeAfterAnyEventInsideADeletion) {
+TEST_F(PopupMenuTest, TreeAndListsAgreeAfterEachListedEventInsideADeletion) {
     const EventDuringDeletion cases[] = {
         {"the tree is emptied", [](PopupMenuTest& t) { t.view.clear(); }, true},
         {"the same command", [](PopupMenuTest& t) { t.form.mnuRemoveDelete.click(); }, true},

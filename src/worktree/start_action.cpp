@@ -26,7 +26,7 @@ void ActionStarter::CmdSelectAction_Click() {
         form_.mnuMinimize.click();
     }
     runActionFor(textOf(form_.TreeView1.selectedItem()));
-    // These steps run however the action ended, and also if no action was started.
+    // These steps run even if the action failed or was stopped, and if no action was started.
     form_.Timer1.setEnabled(true);
     form_.tmrWarning.setEnabled(false);
     form_.tmrRecord.setEnabled(false);

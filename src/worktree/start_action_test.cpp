@@ -49,7 +49,7 @@ struct StartActionTest : test::WorkTreeWorld {
     }
 };
 
-TEST_F(StartActionTest, TheTextOfTheSelectedNodeSelectsTheAction) {
+TEST_F(StartActionTest, TheTextOfTheSelectedNodeDeterminesTheAction) {
     EXPECT_THAT(start("Selected Tracks"), ElementsAre("cmdStart"));
     EXPECT_THAT(start("Available Tracks"), ElementsAre("cmdStart"));
     EXPECT_THAT(start(t1), ElementsAre("cmdStart"));
@@ -158,7 +158,7 @@ TEST_F(StartActionTest, MinimizesTheWindowOnlyIfMinimizeOnStartIsOne) {
     EXPECT_EQ(minimized, 1);
 }
 
-TEST_F(StartActionTest, ForAWavNodeTheWindowIsMinimizedAndRestoredAlthoughNoActionStarts) {
+TEST_F(StartActionTest, ForAWavNodeNoActionStartsButTheWindowIsMinimizedAndRestored) {
     process.settings.minimizeOnStart = 1;
     form.mnuMinimize.onClick = [this] {
         log.push_back("minimize");
@@ -248,7 +248,7 @@ struct ActionAndTreeTest : StartActionTest {
     }
 };
 
-TEST_F(ActionAndTreeTest, AfterALeftClickThePopupOfAnotherNodeStartsTheClickedNode) {
+TEST_F(ActionAndTreeTest, AfterALeftClickThePopupOfAnotherNodeStartsTheLeftClickedNode) {
     click(t1);
     press(node(mp3), {.right = true});
     run(form.mnupopup.onOpen);
@@ -260,7 +260,7 @@ TEST_F(ActionAndTreeTest, AfterALeftClickThePopupOfAnotherNodeStartsTheClickedNo
     EXPECT_EQ(view.selectedItem(), node(t1));
     form.mnuStart2.click();
     EXPECT_THAT(log, ElementsAre("cmdStart"));
-    // The other entries of the popup refer to the node on which the popup was opened.
+    // The entries that remove a file refer to the node on which the popup was opened.
     form.mnuRemoveDelete.click();
     EXPECT_FALSE(disk.fileExists(mp3));
     EXPECT_NE(node(t1), nullptr);

@@ -130,7 +130,7 @@ TEST_P(DragPathTest, EachTargetAcceptsOrRefusesTheDraggedNodeAsListed) {
 
 INSTANTIATE_TEST_SUITE_P(EveryRow, DragPathTest, testing::ValuesIn(DragPathTest::everyRow()));
 
-TEST_F(TreeDragTest, AnItemOverAnotherItemOfItsGroupHighlightsThatGroup) {
+TEST_F(TreeDragTest, AnOggFileOverAWavFileHighlightsTheGroupOfBoth) {
     const NodeRef odd = addTo("WAV Files", "x.ogg");
     beginDrag(odd);
     dragOver(wav);

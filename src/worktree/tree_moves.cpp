@@ -17,7 +17,7 @@ enum class Neighbour { before, after };
 
 struct FileMove {
     const char* group; ///< text of the node that moves, or of its parent
-    Neighbour target;  ///< the sibling of the node's parent to which the node moves
+    Neighbour target;  ///< the new parent: the sibling before or after the node's parent
 };
 
 /// The first matching rule applies.

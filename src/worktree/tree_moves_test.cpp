@@ -272,7 +272,7 @@ TEST_F(TreeMovesTest, MoveDraggedNodeWithAnEmptyTextMovesNothingAndDoesNotYield)
 
 // --- what other handlers do inside the yields ------------------------------------------------
 
-TEST_F(TreeMovesTest, AClickInsideTheYieldBeforeTheMoveDecidesWhichNodeMoves) {
+TEST_F(TreeMovesTest, APressInAYieldBeforeTheNodeMovesDeterminesWhichNodeMoves) {
     press(node(mp3));
     loop.atYield(1, [this] { press(node(otherMp3)); });
     moves.moveSelected();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Defines the texts of the work tree's groups, adds the three kinds of nodes (collections, groups,
-// items) with their pictures, and finds nodes. WorkTree and TreeMoves decide where nodes are added.
+// items) with their pictures, and finds nodes. The callers decide where nodes are added.
 #pragma once
 
 #include <string>

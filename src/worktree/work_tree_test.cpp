@@ -194,8 +194,7 @@ TEST_F(ShowfilesTest, ScrollsToTheGroupOfMp3FilesEvenOnALaterBuild) {
     test::RevealLog reveals;
     view.setObserver(&reveals);
     tree.showfiles();
-    // The second build adds only the groups of tracks. The group "MP3 Files" was added by the first
-    // build.
+    // The first build added the group "MP3 Files". The second build does not add it again.
     EXPECT_THAT(reveals.texts, ElementsAre("Selected Tracks", "Available Tracks",
                                            "Available Tracks", "MP3 Files"));
     view.setObserver(nullptr);

@@ -344,7 +344,7 @@ class Desktop:
 
 
 class _ClientMessage(ctypes.Structure):
-    """XClientMessageEvent, padded to the size of XEvent."""
+    """XClientMessageEvent, padded to at least the size of XEvent."""
     _fields_ = [("type", ctypes.c_int), ("serial", ctypes.c_ulong), ("send_event", ctypes.c_int),
                 ("display", ctypes.c_void_p), ("window", ctypes.c_ulong),
                 ("message_type", ctypes.c_ulong), ("format", ctypes.c_int),
