@@ -3,10 +3,11 @@
 """Checks every #include below src/ against the layers of the program (docs/architecture.md).
 
 A file may include files of its own layer and of lower layers. The folders of one layer may include
-each other, but not in a cycle; on layer 4 only as NEIGHBOURS allows. Layers 0 to 3 may use only the
-standard library and utf8proc. Prints each include that breaks a rule and each folder in a cycle.
-Exits with 1 if there are any, if the self-test fails or if no include was found. Cycles on layer 0
-are not checked.
+each other, but not in a cycle; NEIGHBOURS restricts these includes further on layer 4. Layers 0 to
+3 may use only the standard library and utf8proc. Tests and fixtures may also include tests/support/,
+the test libraries, and some headers of Qt, fontconfig and the system. Prints each include that
+breaks a rule and each folder in a cycle. Exits with 1 if there are any, if the self-test fails or
+if no include was found. Cycles on layer 0 are not checked.
 """
 import pathlib
 import re
@@ -33,8 +34,7 @@ NEIGHBOURS = {
     "platform/linux": ("platform/linux/",),
     "platform/qt": ("platform/qt/",),
 }
-# Modules of layer 4 that may include no lower layer except layer 0, because devices must not use
-# the application.
+# Modules of layer 4 that may not include layers 1 to 3: the platform must not use the logic.
 BELOW_ONLY_PLATFORM = ("platform/linux/late", "platform/linux", "platform/qt")
 # The library headers that each module may include. The module "" is layers 0 to 3; the headers
 # that are listed for it are allowed in every module.
@@ -105,8 +105,8 @@ def includes(root):
 
 
 def peers(path, target):
-    """Returns the folders of `path` and `target` if these folders differ, but belong to the same
-    layer, and this is not layer 0; otherwise None."""
+    """Returns the folders of `path` and `target` if they are two folders of the same layer, and
+    that layer is not layer 0; otherwise None."""
     layer, folders = layer_of(path), [p.rpartition("/")[0] for p in (path, target)]
     return folders if layer and layer == layer_of(target) and folders[0] != folders[1] else None
 

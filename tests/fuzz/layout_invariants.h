@@ -50,8 +50,8 @@ inline void checkStructure(const disc::ImageLayout& layout) {
     }
 }
 
-/// The shortest length of each file with which the file is complete. A segment that extends to the
-/// end of its file needs one sector; other segments need the length that the layout states.
+/// For each file, the shortest length at which it is complete. A segment that extends to the end of
+/// its file needs one sector; other segments need the length that the layout states.
 inline FileLengths requiredLengths(const disc::ImageLayout& layout) {
     FileLengths bytes(layout.files.size(), 0);
     for (const disc::LayoutTrack& track : layout.tracks) {
@@ -79,8 +79,8 @@ inline void checkLayout(const Result<disc::ImageLayout>& parsed) {
     }
     const disc::ImageLayout& layout = parsed.value();
     checkStructure(layout);
-    // The properties must hold for every length of the files. Tested are the lengths of an empty
-    // file, of an incomplete sector, of 33 minutes of sound, and a length beyond any disc.
+    // The properties must hold for every length of the files. This loop tests an empty file, an
+    // incomplete sector, 33 minutes of sound, and a file longer than any disc.
     for (const std::int64_t each :
          {std::int64_t{0}, std::int64_t{2351}, std::int64_t{350'000'001}, INT64_MAX}) {
         const FileLengths bytes(layout.files.size(), each);

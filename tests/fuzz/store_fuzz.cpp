@@ -13,7 +13,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     using sonarith::StoreFileState;
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
     if (checkStoreFile(bytes) == StoreFileState::whole) {
-        // A complete file is empty, contains only a byte order mark, or ends with a line end. With
+        // A complete file is empty, contains only a byte order mark, or ends with a line feed. With
         // one more key, it is still complete.
         if (!bytes.empty() && bytes.back() != '\n' && bytes != "\xef\xbb\xbf") {
             std::abort();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Opens arbitrary bytes as a WAVE file of a disc image, and reads all samples that its header
-// states.
+// Opens arbitrary bytes as a WAVE file of a disc image. If the file is accepted, reads all samples
+// and some single frames, and tries to read beyond the end.
 #include <cstddef>
 #include <cstdint>
 #include <string>

@@ -67,7 +67,7 @@ class HeaderAnalysisTest : public testing::Test {
     /// How the analysis reports a flag.
     static std::string yesIf(bool condition) { return condition ? "yes" : "no"; }
 
-    /// Compares all fields except bit rate and duration.
+    /// Compares all fields of the header except bit rate and duration.
     void expectTheHeaderThatTheDecoderRead() const {
         const mpg123_frameinfo& first = opinion->first;
         EXPECT_TRUE(analysed);
@@ -100,7 +100,7 @@ class HeaderAnalysisTest : public testing::Test {
     bool analysed = false;
 };
 
-// Uses all bit rates and all sampling rates of MPEG 1.
+// Uses all bit rates and all sampling rates of MPEG 1 Layer III.
 TEST_F(HeaderAnalysisTest, ReadsTheHeaderOfAFileWithAConstantRateAsADecoderDoes) {
     int files = 0;
     for (const int rate : {44100, 48000, 32000}) {
@@ -170,9 +170,9 @@ TEST_F(HeaderAnalysisTest, FindsTheSameTagAsADecoder) {
 
 // --- deliberate differences from a decoder ------------------------------------
 
-// The encoded sound is silence: in other sound, the analysis might take a pair of bytes for the
-// start of a frame.
-TEST_F(HeaderAnalysisTest, FindsNoFrameOfMpeg2) {
+// The files with 11025 Hz are MPEG 2.5. The encoded sound is silence: in other sound, the analysis
+// might take a pair of bytes for the start of a frame.
+TEST_F(HeaderAnalysisTest, FindsNoFrameOfMpeg2OrMpeg25) {
     for (const int rate : {24000, 22050, 16000, 11025}) {
         SCOPED_TRACE(rate);
         encode(rate, 2, "-t -b 32 --resample " + std::to_string(rate),
@@ -213,8 +213,8 @@ TEST_F(HeaderAnalysisTest, MistakesATitleInALeadingTagForTheFirstFrame) {
     EXPECT_EQ(info.Bitrate, 192);
 }
 
-// The file repeats the sound of a shorter file and lasts for about 15 minutes.
-TEST_F(HeaderAnalysisTest, ReadsNoHeaderAndNoTagOfAVariableRateFileWithMoreThan32767Frames) {
+// The file repeats the sound of a shorter file and lasts for about 14 minutes.
+TEST_F(HeaderAnalysisTest, StoresOnlyIsVbrForAVariableRateFileWithMoreThan32767Frames) {
     encode(44100, 2, "-V 9 --resample 44.1 -f");
     const std::string content = world.content("a.mp3").value();
     const auto informationFrame = static_cast<std::size_t>(opinion->first.framesize);

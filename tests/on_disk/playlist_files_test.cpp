@@ -73,6 +73,7 @@ TEST_F(PlaylistFilesTest, AKillAtAnySystemCallOfATagWriteLeavesTheOldOrTheNewTag
         ++(left == old ? leftOld : leftWritten);
     }
     EXPECT_GT(leftOld, 1) << "at least two kills must come before the write";
+    // The last run, in which the child is not killed, counts as well.
     EXPECT_GT(leftWritten, 1) << "at least one kill must come after the write";
 }
 
@@ -226,7 +227,8 @@ TEST_F(PlaylistFilesTest, AReadOnlyFileInAReadOnlyFolderIsReadButNotTaggedRename
                   return editor.machine.boxes.shown.size() == 2 ? 0 : 2;
               }),
               0);
-    fs::permissions(world.disk(), fs::perms::owner_all); // so that it can be removed
+    // Without write permission, the fixture could not delete the folder.
+    fs::permissions(world.disk(), fs::perms::owner_all);
     EXPECT_EQ(world.content("a.mp3"), mp3("Title"));
 }
 

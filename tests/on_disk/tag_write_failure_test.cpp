@@ -61,7 +61,7 @@ struct RefusedCall {
     bool writes;
 };
 
-TEST_F(TagWriteFailureTest, IfACallOtherThanCloseFailsTheOldTagIsKept) {
+TEST_F(TagWriteFailureTest, AFailedCloseLeavesTheNewTagAndAnyOtherFailedCallLeavesTheOldTag) {
     const std::ptrdiff_t before = filesOnDisk();
     for (const RefusedCall& call :
          {RefusedCall{"openat", SYS_openat, false},
@@ -80,14 +80,14 @@ TEST_F(TagWriteFailureTest, IfACallOtherThanCloseFailsTheOldTagIsKept) {
                       }),
                       0);
             EXPECT_EQ(world.content("a.mp3"), call.writes ? written : old);
-            EXPECT_EQ(filesOnDisk(), before) << "no file must be created or removed";
+            EXPECT_EQ(filesOnDisk(), before) << "a tag write must not create or remove a file";
         }
     }
     editor.form.cmdTag.click();
     EXPECT_EQ(world.content("a.mp3"), written);
 }
 
-TEST_F(TagWriteFailureTest, AFileThatMayOnlyBeReadKeepsItsOwnerItsAttributesAndItsTimes) {
+TEST_F(TagWriteFailureTest, ATagWriteDoesNotChangeAFileThatMayOnlyBeRead) {
     const bool attributes = ::setxattr(file().c_str(), "user.comment", "mine", 4, 0) == 0;
     fs::create_hard_link(file(), world.parent() / "second.mp3");
     fs::permissions(file(), fs::perms::owner_read | fs::perms::others_read);
@@ -108,7 +108,7 @@ TEST_F(TagWriteFailureTest, AFileThatMayOnlyBeReadKeepsItsOwnerItsAttributesAndI
     }
 }
 
-TEST_F(TagWriteFailureTest, AWrittenTagChangesNothingButTheLast128BytesAndTheTimes) {
+TEST_F(TagWriteFailureTest, ATagWriteChangesOnlyTheLast128BytesAndTheTimes) {
     const bool attributes = ::setxattr(file().c_str(), "user.comment", "mine", 4, 0) == 0;
     fs::create_hard_link(file(), world.parent() / "second.mp3");
     fs::permissions(file(), fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_exec);

@@ -85,7 +85,8 @@ TEST_F(UnwritableStoreTest, InAReadOnlyFolderTheListIsChangedOnlyForThisRun) {
     EXPECT_EQ(stored(), before);
 }
 
-TEST_F(UnwritableStoreTest, IfTheDiskIsFullTheListIsChangedAtOnceButStoredLater) {
+TEST_F(UnwritableStoreTest,
+       OnAFullDiskTheListIsChangedAtOnceAndStoredByTheNextChangeWithFreeSpace) {
     const int answer = test::runInChild([&] {
         if (!test::mountSmallDisk(folder.path().string())) {
             return test::mayNotMount;

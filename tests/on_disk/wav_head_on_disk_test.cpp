@@ -20,7 +20,8 @@ namespace fs = std::filesystem;
 
 class WavHeadOnDiskTest : public testing::Test {
   protected:
-    /// The first 36 bytes of a WAV file.
+    /// The first 36 bytes of a WAV file. `rateLow` is the low byte of the sampling rate, the only
+    /// byte of the rate that the reader uses.
     static std::string start(char channels, char bits, char rateLow) {
         std::string bytes(36, '\0');
         bytes.replace(0, 4, "RIFF");
@@ -74,7 +75,7 @@ TEST_F(WavHeadOnDiskTest, PipesFoldersAndDevicesAreNotReadAndDoNotBlock) {
     EXPECT_TRUE(fs::is_empty(world.disk() / "folder.wav"));
 }
 
-TEST_F(WavHeadOnDiskTest, AMissingFileIsCreatedEmptyInAnExistingFolderOnly) {
+TEST_F(WavHeadOnDiskTest, AMissingFileIsCreatedEmptyIfAndOnlyIfItsFolderExists) {
     EXPECT_FALSE(read("new.wav"));
     EXPECT_EQ(world.content("new.wav"), "");
     EXPECT_FALSE(read("none\\new.wav"));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Compares the level meter with the samples of a disc image. The samples pass through the program's
-// own drive, command interpreter, sound card, mixer and wave input; the test only sets the time.
+// Compares the level meter with the samples of a disc image. Drive, command interpreter, sound
+// card, mixer and wave input are the program's own, and the clock is simulated.
 #include <cstdint>
 #include <fstream>
 #include <iterator>

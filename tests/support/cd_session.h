@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// CdSession, an MciSession in which the disc device is already open; and tables of contents for the
-// disc of such a session.
+// Defines CdSession, an MciSession in which the disc device is already open, and tables of contents
+// for the disc of such a session.
 #pragma once
 
 #include <gtest/gtest.h>

@@ -138,7 +138,7 @@ class FakeDirectories final : public Directories {
     };
 
     static bool isRoot(const std::string& path) { return path.size() == 3; }
-    /// The path without a backslash at its end, unless it is a root.
+    /// The path without backslashes at its end; a root keeps its backslash.
     static std::string plain(std::string path) {
         while (path.size() > 3 && path.back() == '\\') {
             path.pop_back();

@@ -93,8 +93,8 @@ class FakeFileSystem final : public FileSystem {
 
     /// The calls that change something, oldest first: the operation's name, a blank, its arguments.
     /// The log also contains the calls that open a file ("openBinary PATH read", or "write" or
-    /// "readWrite" at the end), and those that use an open file ("readBinary PATH OFFSET BYTES",
-    /// "writeBinary PATH OFFSET BYTES", with the path that was passed to openBinary()).
+    /// "readWrite" at the end), and the reads and writes of an open file ("readBinary PATH OFFSET
+    /// BYTES", "writeBinary PATH OFFSET BYTES", with the path that was passed to openBinary()).
     std::vector<std::string> log;
     /// Runs with the log entry of each logged call, before the call has an effect: simulates
     /// another program that changes files between two steps.

@@ -19,7 +19,8 @@ namespace sonarith::test {
 
 class FakeFolderScanner final : public FolderScanner {
   public:
-    /// The paths found, by folder and extension. A folder without an entry here does not exist.
+    /// The results of the searches, by folder and extension. setFolder() fails for a folder without
+    /// an entry here.
     std::map<std::string, std::map<std::string, std::vector<std::string>>> files;
     /// The folder of the next search.
     std::string folder = "c:\\sonarith";

@@ -2,7 +2,7 @@
 // A mixer for tests. Its lines and controls can be removed; it stores the values of the controls
 // and logs every operation.
 //
-//     FakeMixer mixer;                                        // has the lines of a whole card
+//     FakeMixer mixer;                                        // has all lines of the card
 //     mixer.present = false;                                  // open() now fails
 //     mixer.removeControl(mixer_line::speakers, mixer_control::bass);
 //     EXPECT_EQ(mixer.value(mixer_line::compactDisc, mixer_control::mute), 1);

@@ -31,8 +31,9 @@ class FakeSettingsStore final : public SettingsStore {
     mutable std::vector<std::string> readKeys;
     /// The writes through SaveSetting(), oldest first.
     std::vector<StoreWrite> writes;
-    /// How often a real store would have written its file: once for each change outside a
-    /// transaction, and once for each outermost transaction with a change.
+    /// How often the store's file would have been written: once for each change outside a
+    /// transaction, and once for each outermost transaction with a change. The count includes
+    /// calls that change no stored value, for which a real store does not write.
     int fileWrites = 0;
 
     /// Sets a value without logging it.
