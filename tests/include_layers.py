@@ -4,10 +4,10 @@
 
 A file may include files of its own layer and of lower layers. The folders of one layer may include
 each other, but not in a cycle; NEIGHBOURS restricts these includes further on layer 4. Layers 0 to
-3 may use only the standard library and utf8proc. Tests and fixtures may also include tests/support/,
-the test libraries, and some headers of Qt, fontconfig and the system. Prints each include that
-breaks a rule and each folder in a cycle. Exits with 1 if there are any, if the self-test fails or
-if no include was found. Cycles on layer 0 are not checked.
+3 may use only the standard library and utf8proc. Tests and fixtures may also include
+tests/support/, the test libraries, and some headers of Qt, fontconfig and the system. Prints each
+include that breaks a rule and each folder in a cycle. Exits with 1 if there are any, if the
+self-test fails or if no include was found. Cycles on layer 0 are not checked.
 """
 import pathlib
 import re
