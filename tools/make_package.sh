@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# make_package.sh BUILD_FOLDER PACKAGE_FOLDER: builds in the first folder and writes the packages to the
-# second, after it has deleted the packages there. Both paths are relative to the project's folder.
+# make_package.sh BUILD_FOLDER PACKAGE_FOLDER: builds in the first folder, deletes the packages in
+# the second folder, and writes the new packages there. Both paths are relative to the project's
+# folder.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 build=$1 packages=$PWD/$2
@@ -11,13 +12,13 @@ SOURCE_DATE_EPOCH=$(git log -1 --format=%ct 2>/dev/null ||
   dpkg-parsechangelog -l share/debian/changelog -S Timestamp)
 export SOURCE_DATE_EPOCH
 umask 022
-# The compiler's cache rewrites paths, which are part of the debug symbols.
+# The compiler cache rewrites paths, which are part of the debug symbols.
 export CCACHE_DISABLE=1
 
 echo "Building the package ..."
-# Two packages of one commit are equal byte for byte only if both builds combine the sources in the same
-# way and use no compiler cache. So these options are set here, whatever the build folder was configured
-# with.
+# Two packages of one commit are equal byte for byte only if both builds combine the sources in the
+# same way and use no compiler cache. So these options are set here, whatever the build folder was
+# configured with.
 cmake --preset release -B "$build" -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=8 \
   -DCMAKE_CXX_COMPILER_LAUNCHER= >/dev/null
 cmake --build "$build" --parallel "$(nproc)"

@@ -7,10 +7,11 @@ build_packages=(
   qt6-base-dev libfontconfig-dev libcdio-dev libcdio-cdda-dev libcdio-paranoia-dev libsndfile1-dev libasound2-dev
   libasound2-plugins libutf8proc-dev libmpg123-dev libspeexdsp-dev libxcb1-dev
 )
-# Also needed to build the Debian package: to draw the icon in all sizes, and to find the libraries that
-# the program needs.
+# Also needed to build the Debian package: to draw the icon in all sizes, and to find the libraries
+# that the program needs.
 package_packages=(librsvg2-bin dpkg-dev binutils)
-# For a machine without a display: a virtual display, and tools that simulate user input.
+# For the demonstration without a display, and for the e2e tests: a virtual display, and tools that
+# simulate user input and take screenshots.
 demo_packages=(
   xvfb openbox xdotool imagemagick x11-utils dbus at-spi2-core python3-gi
   gir1.2-atspi-2.0 fonts-dejavu-core
@@ -23,8 +24,8 @@ test_packages=(
 # Tools that check the Debian package.
 package_test_packages=(mmdebstrap lintian desktop-file-utils appstream man-db)
 
-# install_missing PACKAGE... : prints the names of the missing packages and installs them. Prints nothing if none is
-# missing.
+# install_missing PACKAGE... : prints the names of the missing packages and installs them. Prints
+# nothing if all are installed.
 install_missing() {
   local missing=() package
   for package in "$@"; do

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Creates the image of a small demo disc and selects it as the drive in the settings store, but
-only if the machine has no optical drive and the user has chosen no drive. Nothing else in the store
-is changed."""
+"""If the machine has no optical drive and the user has not chosen a drive: creates the image of a
+small demo disc, and selects this image as the drive in the settings store. Nothing else in the
+store is changed. Otherwise does nothing."""
 import glob
 import os
 import pathlib

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Information about a machine for tests: each value can be set. Initially the machine has one
-// drive, the fixed drive C.
+// A SystemInformation for tests: the test can set each value. Initially the machine has one drive,
+// the fixed drive C.
 #pragma once
 
 #include <cstdint>

@@ -9,7 +9,7 @@
 
 namespace sonarith::test {
 
-/// The bytes of the file; "(none)" if it does not exist or cannot be read.
+/// The bytes of the file; "(none)" if it does not exist or cannot be opened.
 inline std::string contentOf(const std::filesystem::path& path) {
     std::ifstream in(path, std::ios::binary);
     return in ? std::string(std::istreambuf_iterator<char>(in), {}) : "(none)";

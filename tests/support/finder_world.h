@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Creates the file finder and the main window, which the finder uses, on folders in memory and in
-// virtual time. Base class of the finder's tests.
+// Creates the file finder and the main window, which the finder uses. The folders are in memory,
+// and time is virtual. Base class of the finder's tests.
 //
 //     disk.addFile("c:\\music\\a.wav");
 //     search("c:\\music", ".wav");

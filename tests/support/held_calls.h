@@ -88,7 +88,8 @@ class HeldCalls {
     /// objects before this HeldCalls: while its destructor waits for a body that has not finished
     /// in time, the body may still assign to these variables.
     void atEnd(std::function<void()> step) { atEnd_ = std::move(step); }
-    /// Waits at most half a minute until a call has been held. Returns whether this happened.
+    /// Waits until a call has been held, for half a minute at most. Returns whether a call has been
+    /// held.
     bool waitForCall() {
         return fakes::eventually([this] { return held_ > 0; });
     }
@@ -138,9 +139,9 @@ class HeldCalls {
     return path;
 }
 
-/// The text at `address`, to which an argument of a held call points. The kernel copies the text,
-/// because the thread sanitizer would report a direct read as a data race: it does not know that
-/// the calling thread waits in the call.
+/// The text at `address`, to which an argument of an intercepted call points. The kernel copies the
+/// text, because the thread sanitizer would report a direct read as a data race: the sanitizer does
+/// not know that the calling thread waits in the call.
 [[nodiscard]] inline std::string textAt(std::uint64_t address) {
     std::string text(4096, '\0');
     const iovec to{text.data(), text.size()};

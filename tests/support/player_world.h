@@ -84,7 +84,7 @@ struct PlayerBench : FakeMachine {
         loop.advance(std::chrono::seconds(1));
         operations.clear();
     }
-    /// Whether the player uses no device: the disc and the input are closed, and no timer runs.
+    /// Whether the disc and the input are closed, and no timer runs. The mixer may be open.
     [[nodiscard]] bool off() const {
         return !disc.discOpen() && !waveInput.isOpen && !waveInput.running &&
                waveInput.queue.empty() && !player.capture.running() && !form.Timer6.enabled() &&

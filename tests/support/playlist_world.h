@@ -44,7 +44,7 @@ struct PlaylistWorld : testing::Test, FakeMachine {
         jobs.tree.showfiles();
     }
 
-    /// Writes a playlist to the store, as an earlier run of the program would have.
+    /// Writes a playlist to the store, as if an earlier run of the program had saved it.
     void stored(const std::vector<std::string>& paths) {
         store.put("music", "HowMany", std::to_string(paths.size()));
         for (std::size_t i = 0; i < paths.size(); ++i) {

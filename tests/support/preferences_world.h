@@ -53,7 +53,7 @@ struct PreferencesWorld : testing::Test, FakeMachine {
         LoadSettings(store, files.programFolder(), settings);
         form.load();
     }
-    /// Stores "off" for each switch that is on by default, so that no switch is on. Then calls
+    /// Stores "0" (off) for each switch that is on by default, so that no switch is on. Then calls
     /// start() and clears the log of the store's writes, so that the log has only writes of later
     /// steps.
     void startWithAllOff() {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Starts a PulseAudio server that only the test uses. The server's null sink consumes samples at
-// the rate of a sound card. Writes an ALSA configuration with two devices: "default" plays into
-// this sink, and "monitor" records what the sink plays. The user's server and configuration are not
-// used.
+// the rate of a sound card. The class PulseServer also writes an ALSA configuration with two
+// devices: "default" plays into this sink, and "monitor" records what the sink plays. The user's
+// server and configuration are not used.
 #pragma once
 
 #include <algorithm>
@@ -100,8 +100,8 @@ class PulseServer {
     PulseServer(const PulseServer&) = delete;
     PulseServer& operator=(const PulseServer&) = delete;
 
-    /// Starts the server and waits until it accepts connections, for half a minute at most. Returns
-    /// whether it accepts them.
+    /// Starts the server and waits until its socket exists, for half a minute at most. Returns
+    /// whether the socket exists.
     bool start() {
         std::filesystem::remove(file("native"));
         // "norewinds": when a stream begins, a sink that rewinds renders the next moments again,

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Makes a system call fail for the rest of the process, to simulate a file system that is damaged
-// or lacks a feature. Use it in a child process, since the failure cannot be switched off.
+// Makes a system call fail until the process ends, to simulate a file system that is damaged or
+// lacks a feature. Use it in a child process, since the failure cannot be switched off.
 #pragma once
 
 #include <cerrno>
@@ -14,8 +14,8 @@
 
 namespace sonarith::test {
 
-/// Makes every system call with this number fail with `error` (an errno value). Returns false if
-/// the kernel does not support this.
+/// Makes every system call with this number fail with `error` (an errno value), for the calling
+/// thread and the threads that it starts later. Returns false if the kernel does not support this.
 [[nodiscard]] inline bool refuseCall(std::uint32_t number, std::uint32_t error) {
     sock_filter steps[] = {
         BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),

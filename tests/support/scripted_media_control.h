@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A command interpreter for tests. It logs every command and replies as the test has set.
+// A command interpreter for tests. It logs every command and returns the reply that the test has
+// set for it.
 //
 //     ScriptedMediaControl media;
 //     media.answer("status cd number of tracks", {.reply = "12"});

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Creates sound files for tests and benchmarks: WAV files with given samples, MP3 files that LAME
-// encodes from WAV files, and long files that repeat a short one.
+// encodes from WAV files, and long files that repeat a short file.
 #pragma once
 
 #include <cstdint>

@@ -41,7 +41,8 @@ struct LoggingObserver : TreeObserver {
     void dragRequested() override { log.push_back("drag"); }
 };
 
-/// The tree has two roots, A and B. A contains a and b; a contains a1 and a2.
+/// The tree has the roots `A` and `B`. Node `A` contains `a` and `b`; node `a` contains `a1` and
+/// `a2`.
 struct TreeViewTest : testing::Test {
     Form form{"Form1"};
     TreeView tree{form, "TreeView1"};

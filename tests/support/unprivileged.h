@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Runs a function as a user without privileges, so that file permissions apply even if the
-// superuser runs the tests. The function runs in a child process: its changes of memory are not
-// visible in the test.
+// superuser runs the tests. The function runs in a child process: the test does not see what the
+// function changes in memory.
 #pragma once
 
 #include <functional>

@@ -7,7 +7,7 @@
 //     loop.after(250ms, [&] { form.Command8.click(); });     // runs once, 250 ms from now
 //     job.run();                                             // may yield and wait
 //     EXPECT_THROW(window.close(), ProgramEnded);            // endProgram() throws this
-//     loop.advance(5s);                                      // runs the timers of 5 idle seconds
+//     loop.advance(5s);                                      // 5 idle seconds: timers run
 #pragma once
 
 #include <algorithm>
@@ -52,7 +52,7 @@ class VirtualEventLoop final : public EventLoop {
             throw WaitNeverEnds("yield() was called more than 1,000,000 times while the time did "
                                 "not advance; wait with waitWhile or waitFor instead");
         }
-        // Events that become due during this yield are handled by the next yield.
+        // Events that become due while this round runs are handled by the next yield.
         const auto round = due(now_);
         for (const auto& entry : round) {
             run(entry);
@@ -168,8 +168,8 @@ class VirtualEventLoop final : public EventLoop {
         EntryPointer entry_;
     };
 
-    /// The maximum number of yields without any progress of time; the next such yield throws
-    /// WaitNeverEnds. No loop of the program makes nearly as many; a test that makes more fails
+    /// The maximum number of yields without an advance of the time; the next such yield throws
+    /// WaitNeverEnds. Every loop of the program makes far fewer; a test that makes more fails
     /// within a second.
     static constexpr int maximumYieldsWithoutTime = 1'000'000;
 
@@ -216,8 +216,8 @@ class VirtualEventLoop final : public EventLoop {
         return found;
     }
 
-    /// The entry that is due first. If several entries are due first at the same time: the one of
-    /// these that was added first. Null if there is no entry, or if every entry is running.
+    /// The entry with the earliest due time; among several entries with that time, the entry that
+    /// was added first. Null if there is no entry, or if every entry is running.
     [[nodiscard]] EntryPointer nextEntry() {
         removeInactive();
         EntryPointer next;

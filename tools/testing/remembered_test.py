@@ -34,7 +34,7 @@ class Remembered(unittest.TestCase):
         self.assertEqual(self.run_command("true"), CACHED)
         self.assertEqual(self.times_run(), 1)
 
-    def test_a_failure_is_run_again(self):
+    def test_a_failed_command_is_run_again(self):
         self.assertEqual(self.run_command("exit 3"), 3)
         self.assertEqual(self.run_command("exit 3"), 3)
         self.assertEqual(self.times_run(), 2)

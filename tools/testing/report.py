@@ -33,7 +33,7 @@ class Report:
     cached: int = 0
     failed: dict = dataclasses.field(default_factory=dict)  # test name: lines of its output
     programs: int = 0  # number of unit-test programs that ran and passed
-    tests_of_programs: int = 0  # number of test cases in these programs
+    tests_of_programs: int = 0  # number of test cases that passed in these programs
     # The same results, but each test case of a unit-test program counts as one test: the number of
     # tests that passed, and the names of the tests that failed. A cached program counts as one
     # test.

@@ -23,7 +23,7 @@ def asked(*words):
 
 
 class Arguments(unittest.TestCase):
-    def test_without_arguments_all_stages_except_the_named_only_ones_run_in_order(self):
+    def test_without_arguments_all_stages_run_in_order_except_those_that_must_be_named(self):
         self.assertEqual(list(asked()), [stage.name for stage in STAGES if not stage.named_only])
 
     def test_arguments_after_a_stage_select_parts_of_that_stage(self):
@@ -157,7 +157,7 @@ class Summary(unittest.TestCase):
         self.assertIn("99% tests passed, 1 tests failed out of 200\n", text)
         self.assertTrue(text.endswith("The following tests FAILED:\n\tui.A.B (Failed)\n"))
 
-    def test_the_stage_fails_if_ctest_fails_although_no_test_has_failed(self):
+    def test_an_error_code_of_ctest_fails_the_stage_even_if_all_tests_passed(self):
         self.assertEqual(self.evaluate(8, report.Report(passed=2))[0], 1)
 
     def test_ctest_without_a_report_is_a_failure(self):

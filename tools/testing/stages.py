@@ -19,7 +19,7 @@ class UnknownName(Exception):
 
 @dataclasses.dataclass(frozen=True)
 class Stage:
-    """A stage has names: the modules or tests that can be requested one by one on the command
+    """A stage has names: the modules or tests that can be requested separately on the command
     line."""
     name: str
     about: str
@@ -36,11 +36,10 @@ class Stage:
     # The names that are run if none is requested; empty if all names are run then.
     default_names: tuple = ()
     jobs: int = PROCESSORS  # number of tests run at the same time
-    # Runs in the background, at idle priority.
+    # Runs in the background, at idle priority, unless it is the only requested stage.
     in_background: bool = False
     # The tests of the stage only check source texts, so the same text always has the same result.
-    # So a test that has passed is not run again for the same text, even if the stage is requested
-    # by name.
+    # So the cached results of the stage are used even if the stage is requested by name.
     checks_texts: bool = False
     # Compiles eight files of a module as one: if they were compiled separately, the compiler would
     # spend most of the time on headers that these files share.

@@ -29,8 +29,8 @@ import verdicts
 
 REPOSITORY = pathlib.Path(__file__).resolve().parents[2]
 TOOL = "clang-tidy-14"
-# -H lists each included file on a line of the error output, after as many dots as its include
-# depth.
+# -H lists each included file on a line of the error output. Before the path, the line has one dot
+# for each level of inclusion.
 OPTIONS = ["--quiet", "--extra-arg=-Wno-unknown-warning-option", "--extra-arg=-H"]
 INCLUDED = re.compile(r"\.+ (.+)")
 CHATTER = re.compile(r"\d+ warnings? (?:and \d+ errors? )?(?:generated|treated as errors?)\.?")

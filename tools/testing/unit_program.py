@@ -38,7 +38,8 @@ CHATTER = re.compile(r"\[[-=]{10}\] |\[  (?:PASSED|FAILED)  \] |Note: |Running m
 
 # The maximum number of runs, so that a program is not run once for each of many tests that crash.
 MOST_RUNS = 10
-# The longest time until the first test begins, on a busy machine.
+# By how much the time limit is longer until the first test begins: a busy machine may start the
+# program slowly.
 SECONDS_FOR_THE_START = 60
 # How long processes that the program has left behind may keep its output open after the program
 # has ended.
