@@ -1,6 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Drags a file from the window of drag_source, a test program that plays the part of a file
-manager."""
+"""Drags a file from the window of drag_source, a test program that replaces a file manager."""
 
 from waiting import check_equal, wait_for
 

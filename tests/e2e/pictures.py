@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Runs the program on a virtual screen and takes pictures of its windows. Stores the pictures in
-docs/pictures/, for README.md and the package. In share/help/pictures/, it stores narrower copies
-for the help pages.
+docs/pictures/, for README.md and the package. Stores copies for the help pages, at most PAGE_WIDTH
+pixels wide, in share/help/pictures/.
 
     pictures.py PROGRAM"""
 
@@ -23,7 +23,7 @@ from waiting import wait_for
 
 DOCUMENTS = REPOSITORY / "docs/pictures"
 HELP_PAGES = REPOSITORY / "share/help/pictures"
-PAGE_WIDTH = 540  # width of the help window's text in pixels
+PAGE_WIDTH = 540  # pixels; a picture of this width fits into the help window's text
 SECONDS = 95  # length of each track
 TRACKS = 5
 SONGS = {"morning song": ("Morning Song", 523), "by the river": ("By the River", 440),
@@ -56,7 +56,8 @@ class Camera:
 
 
 def prepare(desktop):
-    """Creates a home folder with a disc image, three MP3 files, a WAV file and a settings store."""
+    """Creates a disc image, three MP3 files, a WAV file and a settings store in the home folder.
+    Returns the folder of the MP3 files."""
     music = desktop.home / "Music"
     for name, (title, hertz) in SONGS.items():
         path = music / f"{name}.mp3"

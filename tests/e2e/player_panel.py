@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Operates the player's panel as a user does: through the accessibility tree and the mouse."""
+"""Operates the player's panel by mouse and keyboard. Reads its contents from the accessibility tree
+and, for the meter's trace, from the screen."""
 
 import re
 import subprocess
@@ -49,7 +50,7 @@ class PlayerPanel:
     # Mixer.
 
     def switch(self, line, name):
-        """Mutes or unmutes a line ("Master", "Wave", "CD")."""
+        """Clicks on the button `name` ("Mute" or "Unmute") of `line` ("Master", "Wave" or "CD")."""
         self.started.click(name, "radio button", within=self.started.get(line, "panel"))
 
     def is_muted(self, line):
@@ -57,7 +58,7 @@ class PlayerPanel:
         return self.started.is_checked(self.started.find("Mute", "radio button", within))
 
     def slider(self, name):
-        """The value that a screen reader reads: 0 (silence) to 10 (the loudest)."""
+        """The value that a screen reader reads: 0 at the bottom of the slider, 10 at the top."""
         return self.started.value(name, "slider")
 
     def set_to_lowest(self, name):

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Operates the playlist editor, and creates and reads the files that the tests of it use."""
+"""Operates the playlist editor, and creates and reads the files that its tests use."""
 
 import subprocess
 import tempfile

@@ -292,7 +292,7 @@ class Program:
         self.desktop.click_at(*self._settled_centre(name, role, within), times)
 
     def choose_menu(self, *names):
-        """Clicks on a menu of the menu bar, then on the given entry of each submenu."""
+        """Clicks on a menu of the menu bar, then on one entry of this menu and of each submenu."""
         for name in names:
             self.click(name, "menu item")
 
@@ -322,7 +322,7 @@ class Program:
 
     def figures(self):
         """The displayed percentage, the number of captured bytes, and the value of the progress
-        bar. Each is an int, or None if it is not displayed."""
+        bar. Each is an int, or None if it is not displayed. "100 %", with a blank, is None."""
         labels = self.labels("Status bar")
         percent, captured = labels[1:3] if len(labels) == 3 else ("", "")
         progress = self.value("Progress")

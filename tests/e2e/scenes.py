@@ -44,7 +44,7 @@ def start_in(desktop, program, destination, full_paths=False, output="none"):
 
 
 def go_to_row(desktop, started, name):
-    """Presses Home and arrow keys until the row `name` of the tree has the focus."""
+    """Makes `name` the current row of the tree by keys. The tree must have the keyboard focus."""
     row = started.rows().index(name)
     desktop.press("Home", *["Down"] * row)
 

@@ -59,8 +59,9 @@ def check_silence(samples, start, name):
 
 def check_run(path, disc, number, seconds):
     """Checks that a WAV file contains silence, then the whole track `number` without a gap, then
-    the samples that follow on the disc. `disc` are the samples of the disc, whose tracks have equal
-    lengths. Returns the numbers of frames before and after the track."""
+    the samples that follow on the disc, and silence after the end of the disc. `disc` are the
+    samples of the disc, whose tracks have equal lengths. Returns the numbers of frames before and
+    after the track."""
     samples = samples_of(path)
     track = track_samples(disc, number, seconds)
     start = find_run(samples, track)

@@ -125,14 +125,15 @@ def cancelling_saves_the_captured_part(desktop, program):
     started.click("Cancel", "push button")
     found = wait_for("the WAV", lambda: wavs_by_track(destination))
     check_equal(list(found), [2], "tracks in the destination folder")
-    wait_for("the removal of the Cancel button",
+    wait_for("the hiding of the Cancel button",
              lambda: started.find("Cancel", "push button") is None)
     kept, silence = beginning_of_track(found[2], disc_samples(sheet), 2, seconds)
     check(kept >= bytes_of(1), "less than a second was kept")
     check_equal(silence, 0, "bytes of silence after the captured part")
     row = wait_for("the WAV in the tree", lambda: started.group("WAV Files"))
     check_equal(len(row), 1, "rows of WAV files")
-    check(row[0].endswith("\\" + found[2].name), f"the row reads {row[0]!r}")
+    check(row[0].endswith("\\" + found[2].name),
+          f"the row {row[0]!r} does not end with the name of the file")
     wait_for("the cleared displays", lambda: started.title == "Sonarith v2.0" and
              started.next_action() == "Next action:")
     close(started)

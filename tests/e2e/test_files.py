@@ -11,7 +11,7 @@ from waiting import check, check_equal, wait_for
 
 NO_FILES = "No files in list."
 NONE_SELECTED = "No files selected"
-SHORTEST_FILE = 100  # bytes; shorter files are not added
+SHORTEST_FILE = 100  # bytes; the file dialog adds no shorter files
 
 
 def make_wav(path):
@@ -131,8 +131,7 @@ def two_mp3s_are_selected_by_keys_alone(desktop, program):
         go_to_row(desktop, started, "Selected MP3 Files")
         desktop.press("Return")
         wait_for_groups(started, selected, available)
-    # A cut that Escape cancels does not move the file; a paste into the same group does not,
-    # either.
+    # The file stays in its group if Escape cancels the cut, and if it is pasted into this group.
     for last_keys in (("Escape",), ("ctrl+v",)):
         go_to_row(desktop, started, "three.mp3")
         desktop.press("ctrl+x")

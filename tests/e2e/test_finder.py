@@ -60,7 +60,7 @@ def search_for(started, extension, name=None):
 
 def wait_for_result(started, what, expected):
     """Waits until the search has ended and the finder shows the expected files. A test cannot wait
-    for the end alone: a short search looks the same before its start as after its end."""
+    for the end alone: before a search, the buttons and boxes look the same as after it."""
     wait_for(f"{what}: {expected}", lambda: started.find(SEARCH, "push button") and
              started.is_enabled("File Type", "text") and found(started) == expected)
 

@@ -27,8 +27,8 @@ SECONDS_OF_A_WAIT = 25
 
 @contextlib.contextmanager
 def files_that_stall(desktop, folder):
-    """Yields a path. Programs that are started in this context wait at each access to a file below
-    `folder` while a file with the yielded path exists."""
+    """Yields a path. While a file with this path exists, programs that were started in this context
+    wait when they open, read or write a file or folder below `folder` (stalling_files.cpp)."""
     switch = desktop.home / "stalled"
     switch.unlink(missing_ok=True)
     before = dict(desktop.environment)
@@ -59,7 +59,8 @@ def notice(started):
 
 def check_painted(desktop, started, when):
     """Checks that the program repaints its window: moves the window off the screen and back, and
-    compares its contents. The X server does not store contents that are off the screen."""
+    compares its contents with those before the move. The X server does not store contents that are
+    off the screen."""
     window = started.main_window_id()
     before, after = (desktop.home / f"{name}.png" for name in ("before", "after"))
     place = [int(line.partition("=")[2]) for line in

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Tests what happens if the disc image is deleted during a capture: the displayed figures stop
-changing, and a click on Cancel saves the captured part. The program does not hang."""
+"""Tests what happens if the disc image's file of samples is deleted during a capture: the displayed
+figures stop changing, and a click on Cancel saves the captured part. The program does not hang."""
 
 import time
 

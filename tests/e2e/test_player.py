@@ -35,7 +35,7 @@ def a_disc_is_played_and_heard(desktop, program):
     panel.switch_on()
     check(panel.shows(f"Track time: 00:{SECONDS}:00"), "the length of the track is not shown")
     check(all(panel.is_enabled(name) for name in (*TRANSPORT, "Eject")),
-          "a transport button is disabled while the player is on")
+          "a transport button or Eject is disabled while the player is on")
     check(not any(server.latest()), "there is sound before the disc plays")
     low = panel.bar_height()
 
@@ -74,7 +74,7 @@ def a_disc_is_played_and_heard(desktop, program):
     # At the beginning of a track, "Previous Track" skips to the track before.
     panel.press("Previous Track")
     panel.wait_for_position("the first track", lambda track, second: (track, second) == (1, 0))
-    check(not any(server.latest()), "there is sound after a skip without playing")
+    check(not any(server.latest()), "there is sound after a skip while the player is stopped")
     close(started)
 
 

@@ -125,7 +125,7 @@ def sliders_are_moved_by_keys(desktop, started, panel):
 def the_mixer_is_operated_and_heard(desktop, program):
     server = SoundServer(desktop)
     started, panel, _, _ = start_playing(desktop, program)
-    # The power switch unmutes the lines "Master" and "CD".
+    # The power switch unmutes "Master" and "CD".
     server.wait_for_sound("unmuted")
     lines_are_muted_and_unmuted(server, panel)
     sliders_are_moved_by_keys(desktop, started, panel)

@@ -121,7 +121,7 @@ def the_accessibility_tree_alone_operates_the_editor(desktop, program):
     for name in ("Play", "Stop"):
         started.act(name, "push button", within=window)
     started.act("Click on a file to add it to the Files List", "check box")
-    wait_for("the selected check box", lambda: started.is_checked(
+    wait_for("the ticked check box", lambda: started.is_checked(
         started.find("Click on a file to add it to the Files List", "check box")))
 
     before = two.read_bytes()

@@ -86,8 +86,8 @@ def check_boxes_are_stored_at_once(desktop, program, show_page, press):
                      lambda: is_ticked(started, shown) == (not before))
             # At the next start, every box has its original caption, ticked or not.
             expected[tab, caption] = not before
-    # Ticking this box hides only the window of the preferences. There is no tray
-    # icon, since no panel runs that would show it.
+    # Ticking this box hides only the window of the preferences. There is no tray icon, since no
+    # tray host runs.
     press(started, TRAY, "check box")
     wait_for("the hiding of the window", lambda: started.window(TITLE) is None)
     wait_for_stored(desktop, "desktop icon", "1")

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Tests the positions at which the program places the main window and the player's panel. The
-scenarios themselves move these windows only with desktop.place()."""
+"""Tests the positions at which the program places the main window and the player's panel. All other
+positions of these windows are set by desktop.place()."""
 
 from desktop import SCREEN
 from driver import run
@@ -98,7 +98,7 @@ def windows_stay_where_the_user_put_them(desktop, program):
     started.choose_menu("CD Menu", "Show as Cube")
     wait_for("the cube", lambda: desktop.frame_of(panel).height < placed[PANEL].height)
     check_equal(desktop.frame_of(panel)[:3], placed[PANEL][:3], "left, top and width of the cube")
-    # A toggled bar changes the layout and not the window.
+    # Hiding a bar changes the contents of the main window, but not its position or size.
     started.choose_menu("Preferences", "Toolbars", "ToolBar")
     wait_for("the hiding of the tool bar",
              lambda: started.find("Preferences", "push button") is None)

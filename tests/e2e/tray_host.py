@@ -133,7 +133,8 @@ class TrayHost:
         return layout[2]
 
     def entries(self):
-        """Opens the icon's menu and returns the captions of its entries, "-" for a separator."""
+        """The captions of the entries of the icon's menu, "-" for a separator. First informs the
+        program that the menu opens."""
         self._call(self.read("Menu"), MENU, "AboutToShow", GLib.Variant("(i)", (0,)))
         return ["-" if values.get("type") == "separator" else values.get("label", "")
                 for _, values, _ in self._entries()]

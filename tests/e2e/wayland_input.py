@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Simulates mouse and keyboard on a Wayland compositor that has neither a screen nor input devices.
-This client implements only the part of the protocol that virtual devices need. No tool in Debian
-keeps the virtual mouse connected between two movements, which a drag requires."""
+This client implements only the part of the protocol that virtual devices need. A drag requires a
+virtual mouse that stays connected between two movements; no tool in Debian keeps it connected."""
 
 import array
 import socket
