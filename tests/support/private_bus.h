@@ -7,12 +7,15 @@
 //     NotifierWatcher watcher(bus);     // no host yet
 //     watcher.setHost(true);
 //     watcher.leave();
+//     bus.freeze();
+//     bus.thaw();
 //     bus.kill();
 //
 // If there are two watchers, the second one is queued for the bus name and owns it as soon as the
 // first watcher leaves.
 #pragma once
 
+#include <csignal>
 #include <stdexcept>
 #include <utility>
 
@@ -22,6 +25,7 @@
 #include <QDBusVariant>
 #include <QDBusVirtualObject>
 #include <QProcess>
+#include <sys/types.h>
 
 namespace sonarith::test {
 
@@ -56,12 +60,21 @@ class PrivateBus {
         names_ += QStringLiteral("private-bus-%1").arg(++count);
         return QDBusConnection::connectToBus(address_, names_.back());
     }
+    /// Suspends the bus: connections are accepted, but nothing is replied until thaw().
+    void freeze() { signal(SIGSTOP); }
+    void thaw() { signal(SIGCONT); }
     void kill() {
         daemon_.kill();
         daemon_.waitForFinished();
     }
 
   private:
+    void signal(int number) {
+        if (::kill(static_cast<pid_t>(daemon_.processId()), number) != 0) {
+            throw std::runtime_error("the message bus is not running");
+        }
+    }
+
     QProcess daemon_;
     QString address_;
     QStringList names_;
@@ -95,6 +108,14 @@ class NotifierWatcher final : public QDBusVirtualObject {
     void leave() { bus_.unregisterService(name); }
     void comeBack() {
         bus_.interface()->registerService(name, QDBusConnectionInterface::QueueService);
+    }
+    /// Ends a hang after the bus's time limit: the queries that arrived during the hang are lost,
+    /// and the bus replies to them with an error.
+    void wakeUpTooLate() {
+        manner_ = Manner::answers;
+        for (const QDBusMessage& question : std::exchange(unanswered_, {})) {
+            bus_.send(question.createErrorReply(QDBusError::NoReply, QString()));
+        }
     }
     /// Simulates that one of several hosts leaves.
     void loseOneOfSeveralHosts() {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/qt/qt_tray.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <QCursor>
@@ -14,10 +15,12 @@ QtTray::QtTray(std::function<QIcon()> icon, TrayHosts::Sources hosts)
     : icon_(std::move(icon)),
       hosts_(std::move(hosts)),
       hostsChanged_(hosts_.changed.connect([this] { followHosts(); })),
+      hostsReplied_(hosts_.replied.connect([this] { updateIcons(); })),
       watcherReplaced_(hosts_.watcherReplaced.connect([this] { registerAnew(); })) {}
 
 // The icons are destroyed before the menu that they show.
 QtTray::~QtTray() {
+    discarded_.clear();
     entries_.clear();
 }
 
@@ -49,9 +52,15 @@ bool QtTray::modify(const TrayIcon& icon) {
 }
 
 bool QtTray::remove(std::uint32_t identifier) {
-    const bool removed = entries_.erase(identifier) == 1;
+    const auto found = entries_.find(identifier);
+    if (found == entries_.end()) {
+        return false;
+    }
+    discard(found->second);
+    entries_.erase(found);
+    requestUpdate();
     hosts_.pollEmbedding(!entries_.empty() && way_ != Way::statusNotifier);
-    return removed;
+    return true;
 }
 
 void QtTray::setMenu(MenuItem& menu) {
@@ -74,22 +83,43 @@ TrayMenu* QtTray::menuOfIcons() {
 }
 
 bool QtTray::hostPresent() const {
-    const bool bus = way_ != Way::embedding && hosts_.statusNotifier();
-    return bus || (way_ != Way::statusNotifier && hosts_.embedding());
+    if (way_ == Way::embedding) {
+        return hosts_.embedding();
+    }
+    // Even if a panel embeds icons, Qt asks the bus when it chooses the protocol.
+    if (hosts_.hangs()) {
+        return false;
+    }
+    return hosts_.statusNotifier() || (!way_ && hosts_.embedding());
 }
 
 void QtTray::followHosts() {
-    const bool present = hostPresent();
-    if (present) {
-        showWaitingIcons();
-    }
+    requestUpdate();
     hosts_.pollEmbedding(!entries_.empty() && way_ != Way::statusNotifier);
+    const bool present = hostPresent();
     if (std::exchange(presentBefore_, present) != present) {
         hostChanged.emit();
     }
 }
 
-void QtTray::showWaitingIcons() {
+void QtTray::requestUpdate() {
+    const bool waiting =
+        std::ranges::any_of(entries_, [](const auto& entry) { return !entry.second.shown; });
+    if (discarded_.empty() && !(waiting && hostPresent())) {
+        return;
+    }
+    if (way_ == Way::embedding) {
+        updateIcons();
+    } else {
+        hosts_.requestReply();
+    }
+}
+
+void QtTray::updateIcons() {
+    discarded_.clear();
+    if (!hostPresent()) {
+        return;
+    }
     for (auto& [identifier, entry] : entries_) {
         if (!entry.shown) {
             show(entry);
@@ -104,10 +134,14 @@ void QtTray::registerAnew() {
         return;
     }
     for (auto& [identifier, entry] : entries_) {
-        if (entry.shown) {
-            entry.shown.reset();
-            show(entry);
-        }
+        discard(entry);
+    }
+    followHosts();
+}
+
+void QtTray::discard(Entry& entry) {
+    if (entry.shown) {
+        discarded_.push_back(std::move(entry.shown));
     }
 }
 

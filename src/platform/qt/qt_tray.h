@@ -3,6 +3,10 @@
 // notifiers on the session bus and embedded windows under X11. Qt chooses the protocol once per
 // process, when its first icon is created. So this class creates no icon before a panel that shows
 // tray icons (a host) exists; the protocol of that panel then stays in use.
+//
+// Qt waits for the bus without a limit when it creates an icon on the bus, and for 25 s when it
+// removes one. So this class does both only when the bus and the panel have just replied: an icon
+// appears and disappears a few milliseconds after add() and remove(), or when a hang has ended.
 #pragma once
 
 #include <cstdint>
@@ -10,6 +14,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include <QIcon>
 #include <QSystemTrayIcon>
@@ -42,13 +47,15 @@ class QtTray : public QObject, public Tray {
     enum class Way { statusNotifier, embedding };
     struct Entry {
         QString tip;
-        std::unique_ptr<QSystemTrayIcon> shown; ///< null until a panel exists
+        std::unique_ptr<QSystemTrayIcon> shown; ///< null until a panel exists and has replied
     };
 
     void followHosts();
-    void showWaitingIcons();
+    void requestUpdate();
+    void updateIcons();
     void registerAnew();
     void show(Entry& entry);
+    void discard(Entry& entry);
     void openMenuHere();
     /// Null before setMenu().
     [[nodiscard]] TrayMenu* menuOfIcons();
@@ -56,6 +63,7 @@ class QtTray : public QObject, public Tray {
     std::function<QIcon()> icon_;
     TrayHosts hosts_;
     Connection hostsChanged_;
+    Connection hostsReplied_;
     Connection watcherReplaced_;
     std::optional<Way> way_;
     bool presentBefore_ = false;
@@ -68,6 +76,7 @@ class QtTray : public QObject, public Tray {
     std::unique_ptr<TrayMenu> menu_;
     std::unique_ptr<TrayMenu> drawnHere_;
     std::map<std::uint32_t, Entry> entries_;
+    std::vector<std::unique_ptr<QSystemTrayIcon>> discarded_; ///< destroyed at the next reply
 };
 
 } // namespace sonarith

@@ -48,6 +48,13 @@ class QtTrayTest : public testing::Test {
     [[nodiscard]] QAction* action(const char* name) const {
         return shown()->contextMenu()->findChild<QAction*>(QString::fromLatin1(name));
     }
+    /// Adds an icon, which appears only after the bus has replied.
+    bool addAndShow(std::uint32_t identifier, const char* tip) {
+        const qsizetype before = icons();
+        return tray.add({identifier, &form, tip}) &&
+               QTest::qWaitFor([&] { return icons() == before + 1; }, trayPatienceMilliseconds);
+    }
+    [[nodiscard]] qsizetype icons() const { return tray.findChildren<QSystemTrayIcon*>().size(); }
     bool hostBecomes(bool present) {
         return QTest::qWaitFor([&] { return tray.hostPresent() == present; },
                                trayPatienceMilliseconds);
@@ -77,7 +84,7 @@ TEST_F(QtTrayTest, AddFailsForAnExistingIconAndModifyAndRemoveFailForAMissingIco
     embedding = true;
     EXPECT_FALSE(tray.modify({1, &form, "x"}));
     EXPECT_FALSE(tray.remove(1));
-    EXPECT_TRUE(tray.add({1, &form, "one"}));
+    ASSERT_TRUE(addAndShow(1, "one"));
     EXPECT_FALSE(tray.add({1, &form, "two"}));
     ASSERT_TRUE(shown());
     EXPECT_TRUE(shown()->isVisible());
@@ -91,8 +98,8 @@ TEST_F(QtTrayTest, AddFailsForAnExistingIconAndModifyAndRemoveFailForAMissingIco
 
 TEST_F(QtTrayTest, EachIdentifierHasItsOwnIcon) {
     embedding = true;
-    EXPECT_TRUE(tray.add({1, &form, "one"}));
-    EXPECT_TRUE(tray.add({2, &form, "two"}));
+    ASSERT_TRUE(addAndShow(1, "one"));
+    ASSERT_TRUE(addAndShow(2, "two"));
     EXPECT_EQ(tray.findChildren<QSystemTrayIcon*>().size(), 2);
     EXPECT_TRUE(tray.remove(1));
     ASSERT_EQ(tray.findChildren<QSystemTrayIcon*>().size(), 1);
@@ -101,7 +108,7 @@ TEST_F(QtTrayTest, EachIdentifierHasItsOwnIcon) {
 
 TEST_F(QtTrayTest, AnUnchangedTipIsNotSentAgain) {
     embedding = true;
-    EXPECT_TRUE(tray.add({1, &form, "one"}));
+    ASSERT_TRUE(addAndShow(1, "one"));
     // QtTray does not know this tip. If it set its own tip again, it would replace this one.
     shown()->setToolTip("set by the test");
     EXPECT_TRUE(tray.modify({1, &form, "one"}));
@@ -137,7 +144,7 @@ TEST_F(QtTrayTest, AnIconRemovedBeforeAnyPanelExistsIsNeverShown) {
 TEST_F(QtTrayTest, AnIconThatWasRemovedAndAddedAgainIsShownAgain) {
     embedding = true;
     for (int i = 0; i < 3; ++i) {
-        EXPECT_TRUE(tray.add({1, &form, "one"}));
+        ASSERT_TRUE(addAndShow(1, "one"));
         ASSERT_TRUE(shown());
         EXPECT_TRUE(shown()->isVisible());
         EXPECT_EQ(shown()->contextMenu()->objectName(), "menu");
@@ -149,7 +156,7 @@ TEST_F(QtTrayTest, AnIconThatWasRemovedAndAddedAgainIsShownAgain) {
 
 TEST_F(QtTrayTest, TheMenuHasTheEntriesOfItsModelInTheSameOrder) {
     embedding = true;
-    EXPECT_TRUE(tray.add({1, &form, "one"}));
+    ASSERT_TRUE(addAndShow(1, "one"));
     std::vector<std::string> texts;
     for (const QAction* entry : shown()->contextMenu()->actions()) {
         texts.push_back(entry->isSeparator() ? "-" : entry->text().toStdString());
@@ -159,7 +166,7 @@ TEST_F(QtTrayTest, TheMenuHasTheEntriesOfItsModelInTheSameOrder) {
 
 TEST_F(QtTrayTest, ATriggeredEntryClicksItsModelLaterInTheEventLoop) {
     embedding = true;
-    EXPECT_TRUE(tray.add({1, &form, "one"}));
+    ASSERT_TRUE(addAndShow(1, "one"));
     std::vector<std::string> clicks;
     form.restore.onClick = [&] {
         clicks.emplace_back("restore");
@@ -178,7 +185,7 @@ TEST_F(QtTrayTest, ATriggeredEntryClicksItsModelLaterInTheEventLoop) {
 
 TEST_F(QtTrayTest, TheMenuShowsTheStateOfItsModel) {
     embedding = true;
-    EXPECT_TRUE(tray.add({1, &form, "one"}));
+    ASSERT_TRUE(addAndShow(1, "one"));
     form.stop.setEnabled(false);
     form.end.setVisible(false);
     EXPECT_FALSE(action("stop")->isEnabled());
@@ -189,7 +196,7 @@ TEST_F(QtTrayTest, TheMenuShowsTheStateOfItsModel) {
 
 TEST_F(QtTrayTest, TheModelOfTheMenuIsNotifiedOnceBeforeTheMenuOpens) {
     embedding = true;
-    EXPECT_TRUE(tray.add({1, &form, "one"}));
+    ASSERT_TRUE(addAndShow(1, "one"));
     int opened = 0;
     form.menu.onOpen = [&] {
         ++opened;
@@ -229,7 +236,7 @@ TEST_F(QtTrayTest, TheProgramDrawsTheMenuIfThePanelOnTheBusDrawsNone) {
 
 TEST_F(QtTrayTest, ClicksThatRequestNoMenuDoNothing) {
     embedding = true;
-    EXPECT_TRUE(tray.add({1, &form, "one"}));
+    ASSERT_TRUE(addAndShow(1, "one"));
     bool clicked = false;
     for (MenuItem* entry : form.menu.entries()) {
         entry->onClick = [&] {
@@ -285,7 +292,7 @@ TEST_F(QtTrayTest, AfterAnIconWasShownOnTheBusNoEmbeddingPanelCountsAsAHost) {
 
 TEST_F(QtTrayTest, AfterAnIconWasEmbeddedNoPanelOnTheBusCountsAsAHost) {
     embedding = true;
-    EXPECT_TRUE(tray.add({1, &form, "one"}));
+    ASSERT_TRUE(addAndShow(1, "one"));
     EXPECT_THAT(hosts, ElementsAre(true));
     test::NotifierWatcher watcher(bus);
     watcher.setHost(true);
@@ -333,7 +340,7 @@ TEST_F(QtTrayTest, AnEmbeddedIconIsNotDrawnAgainWhenAnotherWatcherTakesOver) {
     test::NotifierWatcher first(bus);
     test::NotifierWatcher second(bus);
     embedding = true;
-    EXPECT_TRUE(tray.add({1, &form, "one"}));
+    ASSERT_TRUE(addAndShow(1, "one"));
     ASSERT_TRUE(QTest::qWaitFor([&] { return first.questions() > 0; }, trayPatienceMilliseconds));
     first.leave();
     ASSERT_TRUE(QTest::qWaitFor([&] { return second.questions() > 0; }, trayPatienceMilliseconds));
@@ -352,6 +359,65 @@ TEST_F(QtTrayTest, AnIconCanBeModifiedRemovedAndAddedAfterTheBusConnectionIsLost
     EXPECT_TRUE(tray.add({1, &form, "three"}));
     EXPECT_FALSE(tray.hostPresent());
     EXPECT_TRUE(tray.remove(1));
+}
+
+// --- a bus that hangs ------------------------------------------------------------------------
+
+TEST_F(QtTrayTest, AnIconThatIsAddedWhileTheBusHangsIsShownAfterTheHang) {
+    test::NotifierWatcher watcher(bus);
+    watcher.setHost(true);
+    tray.watchHosts();
+    ASSERT_TRUE(hostBecomes(true));
+    bus.freeze();
+    EXPECT_TRUE(tray.add({1, &form, "one"}));
+    ASSERT_TRUE(hostBecomes(false));
+    EXPECT_FALSE(shown());
+    bus.thaw();
+    ASSERT_TRUE(hostBecomes(true));
+    EXPECT_TRUE(shown());
+    EXPECT_THAT(hosts, ElementsAre(true, false, true));
+}
+
+TEST_F(QtTrayTest, WhileTheBusHangsAnEmbeddingPanelCountsAsNoHostBeforeTheFirstIcon) {
+    tray.watchHosts();
+    embedding = true;
+    bus.freeze();
+    EXPECT_TRUE(tray.add({1, &form, "one"}));
+    ASSERT_TRUE(hostBecomes(false));
+    EXPECT_FALSE(shown());
+    bus.thaw();
+    ASSERT_TRUE(hostBecomes(true));
+    EXPECT_TRUE(shown());
+}
+
+TEST_F(QtTrayTest, AnIconThatIsRemovedWhileTheBusHangsIsDestroyedAfterTheHang) {
+    test::NotifierWatcher watcher(bus);
+    watcher.setHost(true);
+    tray.watchHosts();
+    ASSERT_TRUE(hostBecomes(true));
+    ASSERT_TRUE(addAndShow(1, "one"));
+    bus.freeze();
+    EXPECT_TRUE(tray.remove(1));
+    EXPECT_FALSE(tray.remove(1));
+    EXPECT_TRUE(tray.add({1, &form, "two"}));
+    ASSERT_TRUE(hostBecomes(false));
+    EXPECT_EQ(icons(), 1);
+    EXPECT_EQ(shown()->toolTip(), "one");
+    bus.thaw();
+    ASSERT_TRUE(hostBecomes(true));
+    EXPECT_EQ(icons(), 1);
+    EXPECT_EQ(shown()->toolTip(), "two");
+}
+
+TEST_F(QtTrayTest, AnEmbeddedIconIsShownAndRemovedAtOnceWhileTheBusHangs) {
+    embedding = true;
+    ASSERT_TRUE(addAndShow(1, "one"));
+    bus.freeze();
+    EXPECT_TRUE(tray.remove(1));
+    EXPECT_FALSE(shown());
+    EXPECT_TRUE(tray.add({1, &form, "two"}));
+    EXPECT_TRUE(shown());
+    EXPECT_TRUE(tray.hostPresent());
 }
 
 // --- the icon's sizes -----------------------------------------------------------------------

@@ -20,6 +20,9 @@ constexpr QLatin1String watcherPath("/StatusNotifierWatcher");
 
 constexpr int pollMilliseconds = 1000;
 
+/// How long a bus or a watcher may take to reply. On a busy machine a reply takes some 10 ms.
+constexpr int patienceMilliseconds = 1000;
+
 } // namespace
 
 TrayHosts::Sources TrayHosts::desktop() {
@@ -32,6 +35,13 @@ TrayHosts::TrayHosts(Sources sources) : sources_(std::move(sources)) {
     connect(&recheck_, &QTimer::timeout, this, [this] { ask(); });
     poll_.setInterval(pollMilliseconds);
     connect(&poll_, &QTimer::timeout, this, [this] { checkEmbedding(); });
+    patience_.setSingleShot(true);
+    patience_.setInterval(patienceMilliseconds);
+    connect(&patience_, &QTimer::timeout, this, [this] {
+        if (!std::exchange(hangs_, true)) {
+            changed.emit();
+        }
+    });
 }
 
 void TrayHosts::watchBus() {
@@ -65,11 +75,23 @@ void TrayHosts::followOwner(const QString& former, const QString& present) {
     }
 }
 
+void TrayHosts::requestReply() {
+    if (!bus_) {
+        watchBus();
+    } else if (!replyPending_) {
+        ask();
+    }
+}
+
 void TrayHosts::ask() {
     const unsigned question = ++lastQuestion_;
     if (!bus_->isConnected()) {
-        setStatusNotifier(false);
+        acceptReply(false);
         return;
+    }
+    replyPending_ = true;
+    if (!patience_.isActive()) {
+        patience_.start();
     }
     QDBusMessage call = QDBusMessage::createMethodCall(
         watcherName, watcherPath, QStringLiteral("org.freedesktop.DBus.Properties"),
@@ -80,14 +102,25 @@ void TrayHosts::ask() {
     connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply, question] {
         reply->deleteLater();
         const QDBusPendingReply<QDBusVariant> answer = *reply;
-        if (question == lastQuestion_) {
-            setStatusNotifier(answer.isValid() && answer.value().variant().toBool());
+        if (question != lastQuestion_) {
+            return;
+        }
+        if (answer.isError() && answer.error().type() == QDBusError::NoReply) {
+            // The query was lost: a later reply to it would be ignored.
+            ask();
+        } else {
+            acceptReply(answer.isValid() && answer.value().variant().toBool());
         }
     });
 }
 
-void TrayHosts::setStatusNotifier(bool present) {
-    if (std::exchange(statusNotifier_, present) != present) {
+void TrayHosts::acceptReply(bool present) {
+    replyPending_ = false;
+    patience_.stop();
+    const bool presenceChanged = std::exchange(statusNotifier_, present) != present;
+    const bool hangEnded = std::exchange(hangs_, false);
+    replied.emit();
+    if (presenceChanged || hangEnded) {
         changed.emit();
     }
 }

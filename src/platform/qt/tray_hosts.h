@@ -38,7 +38,17 @@ class TrayHosts : public QObject {
     [[nodiscard]] bool statusNotifier() const { return statusNotifier_; }
     [[nodiscard]] bool embedding() const { return sources_.embedding(); }
 
-    /// statusNotifier() has changed, or polling has detected a change of embedding().
+    /// Queries the watcher, unless a reply is pending; watches the bus from now on. `replied` is
+    /// emitted when the reply arrives, or within this call if there is no bus.
+    void requestReply();
+    /// Whether the bus or the watcher has not replied to a query for one second, and has not
+    /// replied since.
+    [[nodiscard]] bool hangs() const { return hangs_; }
+
+    /// The bus and the watcher have just replied, or are missing. Qt's functions that wait for them
+    /// do not block now.
+    Signal<> replied;
+    /// statusNotifier() or hangs() has changed, or polling has detected a change of embedding().
     Signal<> changed;
     /// The watcher (the registry of status notifiers) has passed from one process directly to
     /// another. Icons that were registered with the previous watcher are not registered with the
@@ -48,7 +58,7 @@ class TrayHosts : public QObject {
   private:
     void followOwner(const QString& former, const QString& present);
     void ask();
-    void setStatusNotifier(bool present);
+    void acceptReply(bool present);
     void checkEmbedding();
 
     Sources sources_;
@@ -56,7 +66,10 @@ class TrayHosts : public QObject {
     std::unique_ptr<QDBusServiceWatcher> owner_;
     QTimer recheck_; ///< started by signals from the bus; queries the watcher
     QTimer poll_;
+    QTimer patience_;           ///< runs while a reply is pending
     unsigned lastQuestion_ = 0; ///< number of the last query; replies to older ones are ignored
+    bool replyPending_ = false;
+    bool hangs_ = false;
     bool statusNotifier_ = false;
     bool embeddingSeen_ = false;
 };

@@ -37,8 +37,10 @@ class TrayHostsTest : public testing::Test {
                      }}};
     int changes = 0;
     int replacements = 0;
+    int replies = 0;
     Connection counted = hosts.changed.connect([this] { ++changes; });
     Connection countedToo = hosts.watcherReplaced.connect([this] { ++replacements; });
+    Connection countedReplies = hosts.replied.connect([this] { ++replies; });
 };
 
 TEST_F(TrayHostsTest, DetectsNoHostBeforeItWatchesTheBus) {
@@ -154,6 +156,56 @@ TEST_F(TrayHostsTest, DetectsNoHostWithoutABus) {
     QTest::qWait(quietMilliseconds);
     EXPECT_FALSE(hosts.statusNotifier());
     EXPECT_EQ(changes, 0);
+}
+
+TEST_F(TrayHostsTest, ABusThatHangsCountsAsHangingAfterASecondAndUntilItReplies) {
+    NotifierWatcher watcher(bus);
+    watcher.setHost(true);
+    hosts.watchBus();
+    ASSERT_TRUE(becomes(true));
+    ASSERT_EQ(replies, 1);
+    bus.freeze();
+    hosts.requestReply();
+    EXPECT_FALSE(hosts.hangs());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return hosts.hangs(); }, patienceMilliseconds));
+    EXPECT_EQ(changes, 2);
+    EXPECT_EQ(replies, 1);
+    bus.thaw();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return replies == 2; }, patienceMilliseconds));
+    EXPECT_FALSE(hosts.hangs());
+    EXPECT_TRUE(hosts.statusNotifier());
+    EXPECT_EQ(changes, 3);
+}
+
+TEST_F(TrayHostsTest, AQueryThatWasLostIsSentAgain) {
+    NotifierWatcher watcher(bus, NotifierWatcher::Manner::hangs);
+    watcher.setHost(true);
+    hosts.watchBus();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return watcher.questions() == 1; }, patienceMilliseconds));
+    watcher.wakeUpTooLate();
+    EXPECT_TRUE(changesTo(true));
+    EXPECT_EQ(watcher.questions(), 2);
+    EXPECT_EQ(replies, 1);
+}
+
+TEST_F(TrayHostsTest, SendsNoSecondQueryWhileAReplyIsPending) {
+    NotifierWatcher watcher(bus);
+    hosts.requestReply(); // watches the bus, which sends a query
+    hosts.requestReply();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return replies == 1; }, patienceMilliseconds));
+    QTest::qWait(quietMilliseconds);
+    EXPECT_EQ(watcher.questions(), 1);
+    hosts.requestReply();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return replies == 2; }, patienceMilliseconds));
+    EXPECT_EQ(watcher.questions(), 2);
+}
+
+TEST_F(TrayHostsTest, WithoutABusTheReplyIsReportedAtOnce) {
+    bus.kill();
+    hosts.watchBus();
+    replies = 0;
+    hosts.requestReply();
+    EXPECT_EQ(replies, 1);
 }
 
 TEST_F(TrayHostsTest, NotifiesOfAChangeOfTheEmbeddingTrayOnlyWhilePolling) {
