@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The composition root: creates the machine, the desktop's services, the application and its
 // windows, and runs them.
+#include <chrono>
 #include <memory>
 #include <string>
 #include <vector>
@@ -23,6 +24,7 @@
 #include "platform/qt/qt_shell.h"
 #include "platform/qt/qt_tray.h"
 #include "platform/qt/qt_waiting.h"
+#include "platform/qt/silent_bus.h"
 #include "playlist/playlist_entries.h"
 #include "ui/devices_window.h"
 #include "ui/finder_layout.h"
@@ -41,6 +43,9 @@ namespace {
 
 using namespace sonarith;
 
+/// How long the start waits for the session bus.
+constexpr std::chrono::seconds busPatience{1};
+
 std::vector<StoredPath> storedPaths(const SettingsStore& store) {
     std::vector<StoredPath> paths{{settingsSection, decodePathKey}};
     for (const std::string& key : playlistPathKeys(store)) {
@@ -49,7 +54,7 @@ std::vector<StoredPath> storedPaths(const SettingsStore& store) {
     return paths;
 }
 
-int runProgram() {
+int runProgram(bool busIsSilent) {
     QtEventLoop loop;
     QtWaiting waiting;
     // The board is never destroyed: threads that hang in a device may report to the board until
@@ -142,6 +147,11 @@ int runProgram() {
     loop.setSilence([&] { return machine.isSilent(); });
     const EndRequests requests([&] { form.unload(); }, [&] { form.Command8.click(); });
     application.start();
+    if (busIsSilent) {
+        notices.report({"The desktop's session bus does not respond. Until this program is started "
+                        "again, it shows no icon in the tray, sends no notifications and cannot be "
+                        "operated by assistive programs."});
+    }
     // The main window is complete: the following steps do not delay it.
     tray.watchHosts();
     loadDeviceLibraries();
@@ -156,11 +166,15 @@ int main(int argc, char** argv) {
     if (!instance.isFirst()) {
         return 0;
     }
+    const bool busIsSilent = sessionBusIsSilent(busPatience);
+    if (busIsSilent) {
+        doWithoutSessionBus();
+    }
     const BackgroundWork earlySteps = startEarlySteps();
     QApplication qt(argc, argv);
     QApplication::setApplicationName("sonarith");
     // Docks and the desktop's menu identify the windows by this name.
     QApplication::setDesktopFileName("org.sonarith.sonarith");
     QApplication::setStyle(new ProgramStyle);
-    return runProgram();
+    return runProgram(busIsSilent);
 }

@@ -45,7 +45,8 @@ LIBRARIES = {
     # The program loads these libraries at the first call of one of their functions. A direct call
     # from another folder would link the program to them.
     "platform/linux/late": r"(cdio|alsa|speex)/.*|(sndfile|mpg123|dlfcn)\.h",
-    "platform/qt": r"Q\w+|fontconfig/.*|xcb/xcb\.h|unistd\.h|fcntl\.h|sys/.*",
+    "platform/qt": (r"Q\w+|fontconfig/.*|xcb/xcb\.h|systemd/sd-bus\.h|"
+                    r"unistd\.h|fcntl\.h|sys/.*"),
     "ui": r"Q\w+",
     "main": r"Q\w+|unistd\.h",
 }

@@ -6,6 +6,7 @@ build_packages=(
   cmake ninja-build g++ pkg-config python3
   qt6-base-dev libfontconfig-dev libcdio-dev libcdio-cdda-dev libcdio-paranoia-dev libsndfile1-dev libasound2-dev
   libasound2-plugins libutf8proc-dev libmpg123-dev libspeexdsp-dev libxcb1-dev
+  libsystemd-dev
 )
 # Also needed to build the Debian package: to draw the icon in all sizes, and to find the libraries
 # that the program needs.

@@ -3,6 +3,7 @@
 programs on this screen, with a separate home folder. Simulates mouse and keyboard input."""
 
 import atexit
+import contextlib
 import ctypes
 import os
 import pathlib
@@ -66,6 +67,7 @@ class Desktop:
         self._processes = []
         self._programs = []
         self._window_manager = None
+        self._bus = None
         self._last_click = (None, 0.0)
         self.environment = {
             **{key: os.environ[key] for key in ("PATH",) if key in os.environ},
@@ -138,12 +140,22 @@ class Desktop:
         # the program under chroot, where the program cannot see this machine's /tmp. In that test,
         # self.folder, and so the runtime folder, is inside the new root (clean_root.py).
         place = pathlib.Path(self.environment["XDG_RUNTIME_DIR"]) / "bus"
-        bus = self._start("dbus-daemon", "--session", "--nofork", "--print-address=1",
+        bus = self._bus = self._start("dbus-daemon", "--session", "--nofork", "--print-address=1",
                           f"--address=unix:path={place}", stdout=subprocess.PIPE, text=True)
         address = bus.stdout.readline().strip()
         check(address, "the message bus did not start")
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = address
         self._start("/usr/libexec/at-spi-bus-launcher", "--launch-immediately")
+
+    @contextlib.contextmanager
+    def hanging_bus(self):
+        """In this context, the message bus accepts connections and messages but replies to none.
+        The accessibility services have a bus of their own, which does not hang."""
+        self._bus.send_signal(signal.SIGSTOP)
+        try:
+            yield
+        finally:
+            self._bus.send_signal(signal.SIGCONT)
 
     def _open_accessibility(self):
         # The accessibility library reads the bus address from this process's environment, and only

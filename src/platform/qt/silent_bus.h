@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Protects the program's start from a session bus that hangs. Qt waits without a limit until the
+// bus has accepted its connection, and shows no window before.
+#pragma once
+
+#include <chrono>
+
+namespace sonarith {
+
+/// Whether the session bus is silent: it exists, but does not accept a connection within `limit`.
+/// False if there is no bus, or if it refuses the connection: then Qt's attempt fails at once, too.
+/// Opens a connection of its own and closes it; on a bus that replies, this takes about 0.5 ms.
+[[nodiscard]] bool sessionBusIsSilent(std::chrono::milliseconds limit);
+
+/// Makes this process and its children do without a session bus. To be called before another thread
+/// runs, since it changes the environment, and before Qt connects to the bus.
+void doWithoutSessionBus();
+
+} // namespace sonarith
