@@ -5,78 +5,16 @@
 #include <vector>
 
 #include <QApplication>
-#include <QTest>
 #include <gmock/gmock.h>
 
-#include "platform/controls/form.h"
+#include "platform/qt/qt_tray_fixture.h"
 #include "platform/qt/sized_icon.h"
-#include "support/private_bus.h"
 
 namespace sonarith {
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-constexpr int trayPatienceMilliseconds = 30'000;
-
-/// A form with a menu like that of the program's tray icon.
-struct MenuForm : Form {
-    MenuForm() : Form("frmpopup") {}
-    MenuItem stop{*this, "stop", "Stop & go"};
-    MenuItem restore{*this, "restore", "Restore"};
-    MenuItem line{*this, "line", "-"};
-    MenuItem end{*this, "end", "End"};
-    MenuItem menu{*this, "menu", "Popup", {&stop, &restore, &line, &end}};
-};
-
-QIcon redIcon() {
-    QPixmap red(64, 64);
-    red.fill(Qt::red);
-    return QIcon(red);
-}
-
-/// A host is a panel that shows tray icons. A watcher is the service on the session bus with which
-/// hosts register.
-class QtTrayTest : public testing::Test {
-  protected:
-    QtTrayTest() {
-        tray.setMenu(form.menu);
-        hosts_ = tray.hostChanged.connect([this] { hosts.push_back(tray.hostPresent()); });
-    }
-    [[nodiscard]] QSystemTrayIcon* shown() const { return tray.findChild<QSystemTrayIcon*>(); }
-    [[nodiscard]] QAction* action(const char* name) const {
-        return shown()->contextMenu()->findChild<QAction*>(QString::fromLatin1(name));
-    }
-    /// Adds an icon, which appears only after the bus has replied.
-    bool addAndShow(std::uint32_t identifier, const char* tip) {
-        const qsizetype before = icons();
-        return tray.add({identifier, &form, tip}) &&
-               QTest::qWaitFor([&] { return icons() == before + 1; }, trayPatienceMilliseconds);
-    }
-    [[nodiscard]] qsizetype icons() const { return tray.findChildren<QSystemTrayIcon*>().size(); }
-    bool hostBecomes(bool present) {
-        return QTest::qWaitFor([&] { return tray.hostPresent() == present; },
-                               trayPatienceMilliseconds);
-    }
-
-    test::PrivateBus bus;
-    bool embedding = false; ///< whether a panel embeds tray icons as windows
-    MenuForm form;
-    int iconsDrawn = 0;
-    QtTray tray{[this] {
-                    ++iconsDrawn;
-                    return redIcon();
-                },
-                {[this] { return bus.connect(); },
-                 [this] {
-                     return embedding;
-                 }}};
-    std::vector<bool> hosts;
-
-  private:
-    Connection hosts_;
-};
 
 // --- icons ----------------------------------------------------------------------------------
 
@@ -359,65 +297,6 @@ TEST_F(QtTrayTest, AnIconCanBeModifiedRemovedAndAddedAfterTheBusConnectionIsLost
     EXPECT_TRUE(tray.add({1, &form, "three"}));
     EXPECT_FALSE(tray.hostPresent());
     EXPECT_TRUE(tray.remove(1));
-}
-
-// --- a bus that hangs ------------------------------------------------------------------------
-
-TEST_F(QtTrayTest, AnIconThatIsAddedWhileTheBusHangsIsShownAfterTheHang) {
-    test::NotifierWatcher watcher(bus);
-    watcher.setHost(true);
-    tray.watchHosts();
-    ASSERT_TRUE(hostBecomes(true));
-    bus.freeze();
-    EXPECT_TRUE(tray.add({1, &form, "one"}));
-    ASSERT_TRUE(hostBecomes(false));
-    EXPECT_FALSE(shown());
-    bus.thaw();
-    ASSERT_TRUE(hostBecomes(true));
-    EXPECT_TRUE(shown());
-    EXPECT_THAT(hosts, ElementsAre(true, false, true));
-}
-
-TEST_F(QtTrayTest, WhileTheBusHangsAnEmbeddingPanelCountsAsNoHostBeforeTheFirstIcon) {
-    tray.watchHosts();
-    embedding = true;
-    bus.freeze();
-    EXPECT_TRUE(tray.add({1, &form, "one"}));
-    ASSERT_TRUE(hostBecomes(false));
-    EXPECT_FALSE(shown());
-    bus.thaw();
-    ASSERT_TRUE(hostBecomes(true));
-    EXPECT_TRUE(shown());
-}
-
-TEST_F(QtTrayTest, AnIconThatIsRemovedWhileTheBusHangsIsDestroyedAfterTheHang) {
-    test::NotifierWatcher watcher(bus);
-    watcher.setHost(true);
-    tray.watchHosts();
-    ASSERT_TRUE(hostBecomes(true));
-    ASSERT_TRUE(addAndShow(1, "one"));
-    bus.freeze();
-    EXPECT_TRUE(tray.remove(1));
-    EXPECT_FALSE(tray.remove(1));
-    EXPECT_TRUE(tray.add({1, &form, "two"}));
-    ASSERT_TRUE(hostBecomes(false));
-    EXPECT_EQ(icons(), 1);
-    EXPECT_EQ(shown()->toolTip(), "one");
-    bus.thaw();
-    ASSERT_TRUE(hostBecomes(true));
-    EXPECT_EQ(icons(), 1);
-    EXPECT_EQ(shown()->toolTip(), "two");
-}
-
-TEST_F(QtTrayTest, AnEmbeddedIconIsShownAndRemovedAtOnceWhileTheBusHangs) {
-    embedding = true;
-    ASSERT_TRUE(addAndShow(1, "one"));
-    bus.freeze();
-    EXPECT_TRUE(tray.remove(1));
-    EXPECT_FALSE(shown());
-    EXPECT_TRUE(tray.add({1, &form, "two"}));
-    EXPECT_TRUE(shown());
-    EXPECT_TRUE(tray.hostPresent());
 }
 
 // --- the icon's sizes -----------------------------------------------------------------------
