@@ -338,7 +338,7 @@ class Desktop:
         return next(iter(self.xdotool("getactivewindow")), None)
 
     def ask_to_close(self, window):
-        """Asks the window manager to close a window, as the window's close button does."""
+        """Makes the window manager ask a window to close, as a click on its close button does."""
         x11 = ctypes.CDLL("libX11.so.6")
         x11.XOpenDisplay.restype = ctypes.c_void_p
         x11.XDefaultRootWindow.restype = ctypes.c_ulong

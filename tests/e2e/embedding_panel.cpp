@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A test panel, which embeds tray icons (freedesktop.org, System Tray Protocol 0.4). The icons
 // are side by side in the screen's upper left corner, each 24 pixels wide. The panel prints "ready"
-// when it has started, "docked ID" when it has embedded the icon with window ID, and "left ID" when
-// that window was destroyed. It runs until it is killed.
+// when it has started, "docked ID" when it has embedded an icon, and "left ID" when the icon's
+// window was destroyed. ID is the number of that window. The panel runs until it is killed.
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>

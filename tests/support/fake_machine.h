@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Creates a fake for each interface of a Platform, and the Platform that refers to them. Base class
-// of the fixtures in this folder (..._world.h, ..._bench.h).
+// of most fixtures in this folder (..._world.h, ..._bench.h).
 #pragma once
 
 #include "platform/platform.h"
@@ -43,8 +43,8 @@ struct FakeMachine {
     FakeTray tray;
     FakeSystemInformation system;
 
-    /// Objects that a Platform refers to instead of the fakes. For a null pointer, it refers to the
-    /// fake.
+    /// The objects to which a Platform refers instead of the fakes. For each null pointer, the
+    /// Platform refers to the fake.
     struct OtherParts {
         EventLoop* loop = nullptr;
         MediaControl* media = nullptr;

@@ -105,7 +105,7 @@ class FakeTransport : public mci::Transport {
 /// its device.
 struct RecorderState {
     std::int64_t bytes = 0; ///< number of bytes recorded; set by the test
-    int channels = 0;       ///< argument of the latest start
+    int channels = 0;       ///< argument of the latest successful start()
     int living = 0;         ///< number of recorders that exist
     bool recording = false;
     bool busy = false;       ///< makes start() fail as if another recorder were recording

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Message boxes for tests. Every box is recorded and closed at once. A box with only an OK button
-// needs no answer; for other boxes, the test puts the answers into `answers` in the order of the
-// boxes. `whileUp` runs while a box is open, for example to yield or to stop a job.
+// Message boxes for tests. When a box opens, it is recorded, `whileUp` runs (for example to yield
+// or to stop a job), and then the box closes. A box with only an OK button needs no answer; for
+// other boxes, the test puts the answers into `answers`.
 #pragma once
 
 #include <deque>
@@ -33,8 +33,8 @@ class FakeMessageBoxes final : public MessageBoxes {
   public:
     /// All boxes, oldest first. A box is added when it opens.
     std::vector<ShownBox> shown;
-    /// Answers for the boxes with more than an OK button, in the order of the boxes. If no answer
-    /// is left, show() throws.
+    /// Answers for the boxes with more than an OK button, in the order in which the boxes close. If
+    /// no answer is left for such a box, show() throws.
     std::deque<BoxAnswer> answers;
     /// Runs while a box is open, before its answer is taken from `answers`. May itself show boxes.
     std::function<void(const ShownBox&)> whileUp;

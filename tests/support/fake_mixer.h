@@ -44,9 +44,9 @@ class FakeMixer final : public Mixer {
     bool present = true;
     /// If true, every read or write of a control's value fails.
     bool detailsFail = false;
-    /// The operations, oldest first: "open", "line 4", "control 4 50030001", "get 4 50030001", "set
-    /// 4 50030001 65535". The type of a line is decimal, that of a control hexadecimal. "none"
-    /// replaces both for an unknown control: "set none 65535".
+    /// The operations, oldest first: "open", "line 4", "control 4 50030001", "get 4 50030001",
+    /// "set 4 50030001 65535". The type of a line is decimal, that of a control hexadecimal. In
+    /// "get" and "set", "none" replaces both types if the identifier is unknown: "set none 65535".
     std::vector<std::string> log;
     /// Called with each entry of the log.
     std::function<void(const std::string&)> onOperation;

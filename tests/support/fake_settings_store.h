@@ -31,9 +31,9 @@ class FakeSettingsStore final : public SettingsStore {
     mutable std::vector<std::string> readKeys;
     /// The writes through SaveSetting(), oldest first.
     std::vector<StoreWrite> writes;
-    /// How often the store's file would have been written: once for each change outside a
-    /// transaction, and once for each outermost transaction with a change. The count includes
-    /// calls that change no stored value, for which a real store does not write.
+    /// How often a real store would write its file at most: once for each call of SaveSetting() or
+    /// DeleteSetting() outside a transaction, and once for each outermost transaction with such a
+    /// call. If no stored value changes, a real store does not write, but this count grows.
     int fileWrites = 0;
 
     /// Sets a value without logging it.

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Runs a function in a child process. Use it if the function changes the whole process (limits,
-// mounts, refused system calls) or if the function is to be interrupted by a kill. The parent does
+// Runs a function in a child process. Use a child for a function that changes the whole process
+// (limits, mounts, refused system calls) or that is to be interrupted by a kill. The parent does
 // not see what the function changes in memory.
 //
 // A child contains only the thread that forked, but inherits the locks that other threads held at
@@ -56,8 +56,8 @@ namespace sonarith::test {
     return child;
 }
 
-/// Runs `step` in a child process. Returns its result (0 to 255), or -1 if the child did not end by
-/// returning from `step`.
+/// Runs `step` in a child process. Returns the result of `step` (0 to 255), or -1 if a signal ended
+/// the child.
 [[nodiscard]] inline int runInChild(const std::function<int()>& step) {
     const pid_t child = forkWhenOthersSleep();
     if (child == 0) {

@@ -7,8 +7,8 @@
 //     EXPECT_TRUE(disk.waitForCall());                // an fsync is held
 //     disk.release();
 //
-// Only the threads that `run` creates, and the threads that these start, can be held. The test's
-// own thread continues, so it can detect that a function does not return.
+// Only calls of the threads that `run` creates, and of the threads that these start, can be held.
+// The test's own thread continues, so it can detect that a function does not return.
 #pragma once
 
 #include <atomic>
@@ -40,7 +40,8 @@ class HeldCalls {
 
     explicit HeldCalls(std::vector<std::uint32_t> numbers, Choice choice = nullptr)
         : numbers_(std::move(numbers)), choice_(std::move(choice)) {}
-    /// Releases all calls, and waits until every thread that can be held has ended.
+    /// Releases all calls, and waits until every thread whose calls can be held has
+    /// ended.
     ~HeldCalls() {
         release();
         for (const auto& done : done_) {
@@ -58,9 +59,9 @@ class HeldCalls {
     HeldCalls(const HeldCalls&) = delete;
     HeldCalls& operator=(const HeldCalls&) = delete;
 
-    /// Runs `body` on a thread whose calls can be held, and waits for half a minute at most.
-    /// Returns whether `body` has finished. If it has not, it continues to run and the destructor
-    /// waits for it.
+    /// Runs `body` on a thread whose calls can be held, and waits for the end of `body`, for half a
+    /// minute at most. Returns whether `body` has finished. If not, `body` continues to run and the
+    /// destructor waits for it.
     bool run(std::function<void()> body) {
         const auto done = std::make_shared<std::atomic<bool>>(false);
         done_.push_back(done);

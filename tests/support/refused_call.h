@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Makes a system call fail until the process ends, to simulate a file system that is damaged or
-// lacks a feature. Use it in a child process, since the failure cannot be switched off.
+// lacks a feature. Call these functions in a child process, since the failure cannot be switched
+// off.
 #pragma once
 
 #include <cerrno>
@@ -44,7 +45,8 @@ namespace sonarith::test {
     return refuseCall(SYS_read, EIO) && refuseCall(SYS_pread64, EIO);
 }
 
-/// Simulates a damaged disk on which files cannot be renamed.
+/// Simulates a damaged disk on which files cannot be renamed: renameat() and renameat2() fail. On
+/// some architectures, rename() still succeeds.
 [[nodiscard]] inline bool refuseRenames() {
     bool refused = refuseCall(SYS_renameat2, EIO);
 #ifdef SYS_renameat // some architectures have no such call

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Simulates a disc and a recorder that are controlled by device commands, in the time of an event
-// loop: the disc's position advances while it plays, and the number of recorded bytes grows while
-// the recorder runs. Each save of a recording is logged. The test assigns the result of device() to
-// ScriptedMediaControl::device. The commands that the player, the extraction and the inspection of
-// a disc send to these two devices are supported; all other commands fail.
+// Simulates a disc and a recorder that are controlled by device commands. In the time of an event
+// loop, the disc's position advances while the disc plays, and the number of recorded bytes grows
+// while the recorder runs. Each save of a recording is logged. The test assigns the result of
+// device() to ScriptedMediaControl::device. The commands that the player, the extraction and the
+// inspection of a disc send to these two devices are supported; most other commands fail.
 //
 //     SimulatedDisc disc(loop, {185000, 240000});
 //     media.device = disc.device();

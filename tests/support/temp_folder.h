@@ -26,8 +26,8 @@ class TempFolder {
     TempFolder(const TempFolder&) = delete;
     TempFolder& operator=(const TempFolder&) = delete;
 
-    /// An empty path if no folder could be created. operator/ then returns paths relative to the
-    /// current folder of the process.
+    /// Empty if no folder could be created: operator/ then returns paths relative to the current
+    /// folder of the process.
     [[nodiscard]] const std::filesystem::path& path() const { return path_; }
     [[nodiscard]] std::filesystem::path operator/(const std::string& name) const {
         return path_ / name;

@@ -30,9 +30,8 @@ namespace sonarith::test {
 struct ProgramEnded {};
 
 /// Thrown for a wait that would never end on the real loop: the wait's condition is still true
-/// although no event can become due, or the condition has been true for longer than any job of the
-/// program takes. Also thrown if yield() is called more than 1,000,000 times without an
-/// advance of the time.
+/// although no event can become due, or the wait would last longer than `longestWait`. Also thrown
+/// if yield() is called more than 1,000,000 times without an advance of the time.
 class WaitNeverEnds : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
@@ -72,10 +71,10 @@ class VirtualEventLoop final : public EventLoop {
             }
             const auto next = nextEntry();
             if (!next) {
-                throw WaitNeverEnds("nothing is due and the wait's condition still holds");
+                throw WaitNeverEnds("the wait's condition holds, but no event can become due");
             }
             if (next->due > deadline) {
-                throw WaitNeverEnds("the wait's condition held for longer than longestWait");
+                throw WaitNeverEnds("the wait would last longer than longestWait");
             }
             moveTo(next->due);
             run(next);
@@ -168,9 +167,9 @@ class VirtualEventLoop final : public EventLoop {
         EntryPointer entry_;
     };
 
-    /// The maximum number of yields without an advance of the time; the next such yield throws
-    /// WaitNeverEnds. Every loop of the program makes far fewer; a test that makes more fails
-    /// within a second.
+    /// The maximum number of calls of yield() without an advance of the time; the next such call
+    /// throws WaitNeverEnds. Every loop of the program makes far fewer; a test that makes more
+    /// fails within a second.
     static constexpr int maximumYieldsWithoutTime = 1'000'000;
 
     /// Counts the yield and runs the actions that the test has set for it. Returns false after the
@@ -216,8 +215,8 @@ class VirtualEventLoop final : public EventLoop {
         return found;
     }
 
-    /// The entry with the earliest due time; among several entries with that time, the entry that
-    /// was added first. Null if there is no entry, or if every entry is running.
+    /// Of the entries that are not running, the entry with the earliest due time; if several have
+    /// that time, the one that was added first. Null if there is no such entry.
     [[nodiscard]] EntryPointer nextEntry() {
         removeInactive();
         EntryPointer next;
