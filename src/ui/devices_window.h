@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The Devices window. It shows the drive or disc image, the sound output and the recording source
-// that are in use, lets the user choose others, and reports problems with the disc. It accesses
+// The Devices window. It shows the chosen drive or disc image, sound output and recording source,
+// lets the user choose others, and shows problems with the disc and all notices. It accesses
 // devices only through DeviceChoice.
 #pragma once
 
@@ -22,10 +22,10 @@ namespace sonarith {
 /// The functions of the program that the window calls, except for those of the devices
 /// (DeviceChoice).
 struct DevicesWindowCalls {
-    /// Whether an action is using the drive. Until the action ends, no other drive can be chosen.
+    /// Whether an action is using the drive. Until the action ends, no drive can be chosen.
     std::function<bool()> driveInUse;
-    /// Reads the chosen disc: runs "Refresh List", and a player that is on opens the disc. May
-    /// yield.
+    /// Reads the chosen disc: runs "Refresh List". Then the player, if it is on, opens the disc.
+    /// May yield.
     std::function<void()> refreshList;
     /// The notices to the user so far, oldest first.
     std::function<std::vector<std::string>()> notices;
@@ -43,9 +43,9 @@ class DevicesWindow : public QDialog {
 
     /// Searches for the devices that exist now, and shows the window.
     void open() override;
-    /// Stores a drive (a device node or the path of an image) and calls refreshList. While an
-    /// action is using the current drive, shows the window with a message instead. Also called for
-    /// an image that is dropped on the main window.
+    /// Stores a drive (as DeviceChoice::drive() returns it) and calls refreshList. While an action
+    /// is using the current drive, shows the window with a message instead. Also called for an
+    /// image that is dropped on the main window.
     void chooseDrive(const std::string& drive);
 
   protected:

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Lays out the file finder's window: at the left, the controls that say what to search for and
-// where; at the right, the results.
+// Lays out the file finder's window: the search options and the buttons at the left, the results at
+// the right, and texts about the search below.
 #pragma once
 
 #include "forms/frm_search.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Connects a Form to the window that shows it: visibility, enabled state, caption, position
-// (relative to the primary screen's corner), size, region, and close requests of the window
-// manager. Other classes create the contents of the window.
+// (relative to the primary screen's upper left corner), size, region, and close requests of the
+// window manager. Other classes create the contents of the window.
 #pragma once
 
 #include <functional>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows a Label as a line of text, and shortens the text if it does not fit.
+// Shows the text of a Label. Except with Cut::never, shortens a text that does not fit.
 #pragma once
 
 #include <QLabel>
@@ -19,8 +19,8 @@ class LabelView : public QLabel {
     /// nor a tool tip.
     LabelView(Label& model, QString label, Cut cut, QWidget* parent, Pace pace = Pace::atOnce);
 
-    /// Paints the text paler, so that it looks less important than the texts beside it. Has no
-    /// effect with Cut::never.
+    /// Paints the text paler, so that it looks less important than other texts. Has no effect with
+    /// Cut::never.
     void setSecondary();
 
     [[nodiscard]] QSize sizeHint() const override;

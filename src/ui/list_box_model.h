@@ -21,8 +21,9 @@ class ListBoxModel : public QAbstractListModel {
     /// Which changes are gathered and announced together. All other changes are announced
     /// immediately.
     enum class Gathered {
-        additions, ///< lines added at the end; announced at the next event, at most once in 30 ms
-        changes,   ///< lines added and removed near each other in the list; announced after 100 ms
+        /// Lines added at the end; announced when the event loop next runs, at most once in 30 ms.
+        additions,
+        changes, ///< lines added and removed near each other in the list; announced after 100 ms
     };
 
     /// `list` must outlive this object.

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows a PictureBox either as a bar that contains other widgets or as one of the program's
-// pictures.
+// Shows a PictureBox as a bar (BarView), as one of the program's pictures, or without a picture as
+// an area for other widgets (PictureView).
 #pragma once
 
 #include <optional>

@@ -17,7 +17,7 @@ struct DragState {
     /// The NodeLevel of DragNode when the mouse last moved with only its left button down, even if
     /// no drag started, or when the popup last opened; 0 after a drop.
     std::int32_t DragLevel = 0;
-    /// The last node that a drag passed over, or the target group of the last move.
+    /// The node of the last drag event (empty: no node), or the target group of a later move.
     NodeRef DropTarget;
     /// Tested before a drag starts. Nothing sets it.
     bool InDrag = false;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Checks whether a node's text names a file that may be renamed or removed. Looks only at the text:
-// checks neither the level of the node in the tree nor whether the file exists.
+// Checks whether a node's text names a file that may be renamed, or removed from the tree without
+// being deleted. Looks only at the text, not at the level of the node or at the disk.
 #pragma once
 
 #include <string>

@@ -14,12 +14,13 @@ namespace sonarith {
 class FolderScanner {
   public:
     virtual ~FolderScanner() = default;
-    /// Sets the folder in which searches start (the finder's `Dir1`). Errors, which keep the old
-    /// folder: pathNotFound and any other failure to enter the folder.
+    /// Sets the folder in which searches start (the finder's `Dir1`). Error: pathNotFound, which
+    /// keeps the old folder.
     virtual Status setFolder(const std::string& path) = 0;
-    /// Runs a complete search for files with an extension such as "wav" and replaces the previous
-    /// result: sets the finder's box `zFileExt` and clicks its button `Command1`. Yields while it
-    /// runs. If a search is already running, the click only stops that search.
+    /// Searches for files with an extension such as "wav" and replaces the previous result: sets
+    /// the finder's box `zFileExt` and clicks its button `Command1`. The name in the finder's box
+    /// `Text1` also limits the search. Yields until the search ends. If a search is already
+    /// running, the click only stops that search.
     virtual void search(const std::string& extension) = 0;
     /// The list of the paths found; its current line is the finder's selection.
     [[nodiscard]] virtual const ListBox& lstfiles() const = 0;

@@ -24,8 +24,8 @@ class LabelEdit {
     /// or ".MP3".
     void TreeView1_BeforeLabelEdit(bool& cancel) const;
     /// Renames the selected node's file and its list entry. If the file cannot be renamed, the old
-    /// label stays (`cancel`) and the editor opens again. If the ending of the new name does not
-    /// match the node's file type, no file is renamed, but the label changes.
+    /// label stays (`cancel`) and the editor opens again. If the new name differs only in case, or
+    /// if its ending does not match the node's file type, only the label changes.
     void TreeView1_AfterLabelEdit(bool& cancel, const std::string& newText);
 
   private:

@@ -19,8 +19,8 @@ class OpenFile {
     OpenFile(const OpenFile&) = delete;
     OpenFile& operator=(const OpenFile&) = delete;
 
-    /// Lets the user choose a file and adds it. Yields while the dialog is open and during
-    /// FileAdder::Cmaddfile2.
+    /// Lets the user choose a file and adds it. After a cancel, adds the file that was chosen last,
+    /// if any. Yields while the dialog is open and during FileAdder::Cmaddfile2.
     void mnuOpenfile_Click();
 
   private:

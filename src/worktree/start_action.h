@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Starts the action for the selected node and resets the main window to idle when the action has
 // ended. The handlers of the buttons cmdStart and CmdDecoder perform the actions; this class clicks
-// one of these buttons.
+// one of these buttons, or none if the node has no action.
 #pragma once
 
 #include <string>

@@ -36,7 +36,7 @@ class CallJudge {
     /// Runs `body` on a thread of its own. Intercepts the calls with these numbers (SYS_...) that
     /// this thread or a thread started by it makes. Calls that are still held when `body` returns
     /// are released. Returns when the last of these threads has ended. Returns false, without
-    /// running `body`, if the kernel does not support such filters.
+    /// running `body`, if the kernel does not support the interception.
     [[nodiscard]] static bool run(const std::vector<std::uint32_t>& numbers, Verdict verdict,
                                   const std::function<void(CallJudge&)>& body) {
         CallJudge judge(std::move(verdict));

@@ -110,8 +110,8 @@ class FakeFileSystem final : public FileSystem {
         const Entry* entry = find(absolute(path));
         return entry != nullptr && !entry->folder ? std::optional(*entry->content) : std::nullopt;
     }
-    /// The full path of a file or folder, with the case of its letters as it was created; empty if
-    /// neither exists.
+    /// The full path of a file or folder, in the case in which it was created or last renamed;
+    /// empty if nothing has this path.
     [[nodiscard]] std::string pathAsMade(const std::string& path) const {
         const Entry* entry = find(absolute(path));
         return entry != nullptr ? entry->path : std::string();
