@@ -153,7 +153,7 @@ int main(int argc, char** argv) {
     setenv("QT_QPA_PLATFORM", "offscreen", 0);
     QApplication qt(argc, argv);
     QApplication::setStyle(new ProgramStyle);
-    // The search finds no file below a folder with a dot in its name; the path of a TempFolder
+    // The search finds no file below a folder with a dot in its name. The name of a TempFolder
     // contains no dot.
     const fakes::TempFolder tree;
     const fakes::TempFolder output;

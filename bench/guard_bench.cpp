@@ -2,10 +2,10 @@
 // Measures the processor time that all threads together use for one tick of the disk guard, which
 // checks during an action whether the disk is nearly full. The time includes the repainting of the
 // list of drives. Limit for the median: 2 ms. The benchmark mounts disks so that there are at least
-// ten drives. The settings store, the query of the drives' sizes and the preferences' window, which
-// is open (off screen), are real. Also counts how often the store's file is replaced: a tick must
-// not replace it; the load step of the preferences' window and the change of a check box must
-// replace it once each. Needs the permission to mount.
+// ten drives. The settings store, the query of the drives' sizes and the open preferences' window
+// (off screen) are real. Also counts how often the store's file is replaced: a tick must not
+// replace it; the load step of the preferences' window and the change of a check box must replace
+// it once each. Needs the permission to mount.
 #include <sys/inotify.h>
 #include <sys/mount.h>
 #include <unistd.h>
@@ -181,8 +181,8 @@ void measure(const fs::path& folder) {
 
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    // Called before any other thread exists: the calling thread and the threads that are created
-    // later get mounts of their own, but threads that already exist do not.
+    // leaveSharedMounts() must be called before any other thread exists: only the calling thread,
+    // and the threads that it creates later, get mounts of their own.
     if (!test::leaveSharedMounts()) {
         fail("this user has no permission to mount");
     }

@@ -76,8 +76,8 @@ int walkAlone(Directories& directories, const std::string& root) {
 } // namespace
 
 int main() {
-    // The tree must be below a path without a dot, because the engine finds no file below a folder
-    // with a dot in its name. TempFolder adds no dot.
+    // The engine finds no file below a folder with a dot in its name. The name of a TempFolder
+    // contains no dot.
     const fakes::TempFolder tree;
     const fakes::TempFolder output;
     bench::makeMusicTree(tree.path());

@@ -64,7 +64,7 @@ def without_server(desktop, program):
     started, _, _ = start_with_disc(desktop, program, TRACK_SECONDS, "none", SIGNAL)
     panel = PlayerPanel(started)
     window = started.activate(TITLE)
-    report("off, panel in sight", [share_of(started) for _ in range(ROUNDS)],
+    report("off, panel visible", [share_of(started) for _ in range(ROUNDS)],
            f"{LIMIT_OFF} %: no measurable time")
     panel.switch_on()
     time.sleep(1)
@@ -74,7 +74,7 @@ def without_server(desktop, program):
         show_panel(desktop, window, False)
         silent_hidden.append(share_of(started))
         show_panel(desktop, window, True)
-    report("on, nothing playing, panel in sight", silent,
+    report("on, nothing playing, panel visible", silent,
            "none: this share is the sum of the next two, which have limits")
     report("on, nothing playing, panel hidden", silent_hidden, f"{LIMIT_SILENT} %")
     report("the panel's own share in silence", [a - b for a, b in zip(silent, silent_hidden)],
@@ -87,7 +87,7 @@ def without_server(desktop, program):
         show_panel(desktop, window, False)
         hidden.append(share_of(started))
         show_panel(desktop, window, True)
-    report("playing, output none, panel in sight", seen, f"{LIMIT_PLAYING} %")
+    report("playing, output none, panel visible", seen, f"{LIMIT_PLAYING} %")
     report("playing, output none, panel hidden", hidden, f"{LIMIT_PLAYING} %")
     report("the panel's own share while playing", [a - b for a, b in zip(seen, hidden)],
            f"{LIMIT_METER} %")

@@ -2,12 +2,12 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Checks every #include below src/ against the layers of the program (docs/architecture.md).
 
-A file may include files of its own layer and of lower layers. The folders of one layer may include
-each other, but not in a cycle; NEIGHBOURS restricts these includes further on layer 4. Layers 0 to
-3 may use only the standard library and utf8proc. Tests and fixtures may also include
-tests/support/, the test libraries, and some headers of Qt, fontconfig and the system. Prints each
-include that breaks a rule and each folder in a cycle. Exits with 1 if there are any, if the
-self-test fails or if no include was found. Cycles on layer 0 are not checked.
+A file may include files of its own layer and of lower layers; on layer 4, NEIGHBOURS and
+BELOW_ONLY_PLATFORM allow less. The folders of one layer may include each other, but not in a cycle;
+cycles on layer 0 are not checked. Layers 0 to 3 may use only the standard library and utf8proc.
+Tests and fixtures may also include tests/support/, the test libraries, the headers of Qt and
+fontconfig, and some headers of the system. Prints each include that breaks a rule and each folder
+in a cycle. Exits with 1 if there are any, if the self-test fails or if no include was found.
 """
 import pathlib
 import re

@@ -117,7 +117,7 @@ TEST_F(SystemOfThisMachine, ReturnsTheVersionNumberOfTheKernelAsThatOfWindowsNt)
               test::outputOf("uname -r | grep -o '^[0-9]*\\.[0-9]*'"));
 }
 
-TEST_F(SystemOfThisMachine, ReturnsTheTypeAndTheFunctionKeysOfTheKeyboardIfOneIsPresent) {
+TEST_F(SystemOfThisMachine, ReturnsTheTypeOfTheKeyboardAndTheNumberOfItsFunctionKeys) {
     std::ifstream devices("/proc/bus/input/devices");
     const auto keyboard =
         system_information::keyboardIn((std::stringstream() << devices.rdbuf()).str());

@@ -95,7 +95,8 @@ TEST_P(TheMeterOnTheSoftwareCard, ShowsAtEachTickTheLargestSampleSinceThePreviou
     std::vector<int> levels;
     for (int tick = 0; tick < 150; ++tick) {
         SCOPED_TRACE("tick " + std::to_string(tick));
-        // Before most ticks one block is played, before some ticks four, as if the window was busy.
+        // Usually one block is played before a tick. Before every seventh tick, four blocks are
+        // played, as if the window had been busy.
         ASSERT_NO_FATAL_FAILURE(pass(tick % 7 == 6 ? 4 : 1));
         const std::size_t end = kept_->frames.size();
         ASSERT_LE(end, samples_.size());
