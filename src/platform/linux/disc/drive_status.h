@@ -33,7 +33,8 @@ struct DriveStatus {
 /// Queries the drive `device`, a device node. Cheap enough to be called each second.
 [[nodiscard]] DriveStatus statusOf(const std::string& device);
 
-/// Why a drive cannot be used, with a message for the user. `error` is DriveStatus::error.
+/// Why a drive cannot be used, with a message for the user. `error` is an errno value, for example
+/// DriveStatus::error.
 [[nodiscard]] DriveReport problemOf(const std::string& device, int error);
 
 /// The names ("sr0") of the optical drives in the kernel's list, in the order of their numbers.

@@ -22,8 +22,7 @@ class ImageDisc final : public Disc {
     /// lower case, determines the kind of sheet; with any other extension, the text of the sheet
     /// does. An error's message contains the file, the cause and, if the cause is in a line of the
     /// sheet, that line's number. The error number is fileNotFound if the sheet or a file that it
-    /// names is missing, and permissionDenied if this user may not read one of them; all other
-    /// causes have other numbers.
+    /// names is missing, and permissionDenied if this user may not read one of them.
     [[nodiscard]] static Result<std::shared_ptr<ImageDisc>> open(const std::filesystem::path& path);
 
     [[nodiscard]] const Table& table() const override { return line_.table; }
@@ -34,8 +33,7 @@ class ImageDisc final : public Disc {
     /// Whether the sheet and its files are unchanged since they were opened. May be called while
     /// another thread reads.
     [[nodiscard]] bool unchanged() const;
-    /// Removes the disc: all later reads return `gone`. May be called on another thread than
-    /// `read`.
+    /// Removes the disc: all later reads return `gone`. May be called while another thread reads.
     void eject() { ejected_ = true; }
 
   private:

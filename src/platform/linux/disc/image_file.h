@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reads stereo frames from one file of a disc image, whatever the file's format. Offsets are in
-// bytes and count from the first sample. image_timeline.h computes where those frames are on the
-// disc.
+// Reads stereo frames from one file of a disc image, whatever the file's format. An offset is in
+// bytes: from the first sample of a WAVE file, or from the beginning of any other file.
+// image_timeline.h computes where those frames are on the disc.
 #pragma once
 
 #include <cstdint>
@@ -18,7 +18,7 @@ namespace sonarith::disc {
 class ImageFile {
   public:
     virtual ~ImageFile() = default;
-    /// Length of the samples in bytes (4 per frame) when the file was opened.
+    /// Length in bytes when the file was opened; for a WAVE file, the length of its samples.
     [[nodiscard]] virtual std::int64_t bytes() const = 0;
     /// Whether the file is still at its path and has not been written to since it was opened. May
     /// be called while another thread reads.

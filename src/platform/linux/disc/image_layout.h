@@ -58,7 +58,7 @@ struct LayoutTrack {
 };
 
 struct ImageLayout {
-    std::vector<LayoutFile> files; ///< each is used by a segment or an INDEX line
+    std::vector<LayoutFile> files; ///< all files that the sheet names
     std::vector<LayoutTrack> tracks;
 };
 

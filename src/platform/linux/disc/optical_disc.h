@@ -43,8 +43,8 @@ class OpticalDisc : public Disc {
     /// Returns the time of any monotonic clock.
     using Clock = std::function<ReadEffort::Duration()>;
 
-    /// `damage` receives the sectors that are delivered as a guess or as silence, in addition to
-    /// its existing entries.
+    /// `damage` records how each sector is delivered. It may already have entries, from an earlier
+    /// load of the same disc.
     OpticalDisc(OpticalLayout layout, std::unique_ptr<AudioSectors> sectors, Clock clock,
                 std::shared_ptr<DamageRecord> damage = std::make_shared<DamageRecord>());
 

@@ -61,8 +61,9 @@ class ParanoiaSectors : public AudioSectors {
     std::int64_t next_ = 0;
     std::int64_t end_ = 0;
     Clock::time_point deadline_;
-    std::stop_token stop_;                 ///< of the current call of next()
-    bool failed_ = false;                  ///< a command has failed in this call of next()
+    std::stop_token stop_; ///< of the current call of next()
+    /// A command has failed: in this call of next(), or earlier for the sector of this call.
+    bool failed_ = false;
     std::map<std::int64_t, int> failures_; ///< failed reads of each sector, since the last seek
     std::set<std::int64_t> bad_; ///< unreadable sectors; the library's range excludes them
     std::int64_t limit_ = 0;     ///< end of the library's range: the next sector of bad_, or end_

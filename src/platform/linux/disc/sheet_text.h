@@ -36,7 +36,7 @@ inline constexpr std::int64_t maxDiscFrames = maxDiscSectors * framesPerSector;
 [[nodiscard]] Error sheetError(std::string_view sheet, int line, std::string_view cause);
 /// The same message, with the text and the error number of `cause`.
 [[nodiscard]] Error sheetError(std::string_view sheet, int line, const Error& cause);
-/// `text` in quotation marks, safe to display: valid UTF-8, no control characters, bounded in
+/// `text` in quotation marks, safe to display: valid UTF-8, no ASCII control characters, bounded in
 /// length.
 [[nodiscard]] std::string shown(std::string_view text);
 /// A length as mm:ss:ff.
@@ -54,18 +54,17 @@ inline constexpr std::int64_t maxDiscFrames = maxDiscSectors * framesPerSector;
 /// Equality that ignores the case of ASCII letters.
 [[nodiscard]] bool sameWord(std::string_view a, std::string_view b);
 
-/// Reads a whole number from 0 to `most` that consists of digits only. Errors state the cause
-/// without sheet and line.
+/// Reads a whole number from 0 to `most` that consists of digits only. The errors of this function
+/// and of those below state the cause without sheet and line.
 [[nodiscard]] Result<std::int64_t> parseNumber(std::string_view word, std::int64_t most);
-/// Reads a time mm:ss:ff and returns it in sectors. Errors as with parseNumber.
+/// Reads a time mm:ss:ff and returns it in sectors.
 [[nodiscard]] Result<std::int64_t> parseMsf(std::string_view word);
 
-/// Refuses names that are empty or absolute, or that contain a NUL or the folder "..". Errors as
-/// with parseNumber.
+/// Refuses names that are empty or absolute, or that contain a NUL or the folder "..".
 [[nodiscard]] Status checkImageName(std::string_view name);
 
-/// Returns the index of `file` in `files`; appends `file` if it is not in the list yet. Errors as
-/// with parseNumber.
+/// Returns the index of the entry of `files` that has the name and format of `file`; appends `file`
+/// if there is no such entry.
 [[nodiscard]] Result<std::size_t> fileIndex(std::vector<LayoutFile>& files, LayoutFile file);
 
 } // namespace sonarith::disc

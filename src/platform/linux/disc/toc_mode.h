@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Looks up a mode by the name that a TRACK or ZERO statement of a cdrdao TOC contains. A mode is
-// the kind of track and the size of a sector in the image's data file. Nothing here parses a
-// statement.
+// Looks up a mode by the name that a TRACK or ZERO statement of a cdrdao TOC contains. A mode
+// defines the kind of a track and the size of its sectors in the image's file. Nothing here parses
+// a statement.
 #pragma once
 
 #include <string_view>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Loads shared libraries when a function of theirs is first called, and not when the program
-// starts. The headers with the names of libraries (alsa.h, cdio.h and so on) declare the functions.
+// Loads shared libraries after the start of the program: by LateLibrary::load(), or at the latest
+// when one of their functions is first called. The headers with the names of libraries (alsa.h,
+// cdio.h and so on) declare the functions.
 #pragma once
 
 #include <atomic>

@@ -34,8 +34,8 @@ struct RecordingInput {
 /// The folders for recordings that have no name yet, the best one first.
 using RecordingFolders = std::function<std::vector<std::filesystem::path>()>;
 
-/// The card must outlive the object. No member waits for a disk longer than sound::RecordingTiming
-/// defines.
+/// The card must outlive the object. Apart from start(), which calls `folders` once, no member
+/// waits for a disk longer than sound::RecordingTiming defines.
 class CardRecorder : public Recorder {
   public:
     CardRecorder(sound::SoundCard& card, Clock now, RecordingFolders folders,
@@ -54,7 +54,7 @@ class CardRecorder : public Recorder {
     Clock now_;
     RecordingFolders folders_;
     std::shared_ptr<RecordingInput> input_;
-    std::unique_ptr<sound::Recording> recording_; ///< empty before the first start
+    std::unique_ptr<sound::Recording> recording_; ///< null until start() has succeeded
     bool finished_ = false;                       ///< a save was tried, so no sound can be added
 };
 

@@ -75,7 +75,7 @@ class CdMedium {
     void release();
     bool followChoice();
     void reportVanished();
-    /// Created on first use: reading a table alone must not prepare the drive for reading sound.
+    /// Created on first use: only play() and seek() need a transport.
     [[nodiscard]] Transport& transport();
 
     const std::function<std::shared_ptr<disc::Drive>()> chosenDrive_;

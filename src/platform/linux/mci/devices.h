@@ -62,12 +62,12 @@ class Recorder {
 
 struct Devices {
     /// The drive that is chosen at the time of the call; a null pointer if the machine has no
-    /// drive. Returns the same object as long as the choice is the same.
+    /// drive. Returns the same object as long as the chosen drive is the same.
     std::function<std::shared_ptr<disc::Drive>()> drive;
     std::function<std::unique_ptr<Transport>(std::shared_ptr<disc::Disc>)> transport;
     std::function<std::unique_ptr<Recorder>()> recorder;
     /// Translates a path of the logic ("c:\music\a.wav") to one of the machine. Returns an empty
-    /// path if the path of the logic is not valid.
+    /// path if the path of the logic is invalid or its disk does not respond.
     std::function<std::filesystem::path(const std::string&)> path;
     /// Receives messages that the replies to commands do not contain. Must outlive the devices.
     Notices* notices = &silentNotices();

@@ -49,8 +49,9 @@ class MachineSession {
         }));
     }
 
-    /// Sends the commands of one whole capture in the order in which the logic sends them. `from`
-    /// is the rest of the play command: " from 2000" (milliseconds), or empty for the disc's start.
+    /// Sends the commands that begin and end a capture, in the order in which the logic sends them.
+    /// `from` is the rest of the play command: " from 2000" (milliseconds), or empty for the disc's
+    /// start.
     void capture(const std::string& from, int endMilliseconds, const std::string& path) {
         EXPECT_EQ(send("open new type waveaudio alias capture"), fakes::fine());
         EXPECT_EQ(send(stereo), fakes::fine());

@@ -33,7 +33,7 @@ void setTone(const FrameHeader& header, std::span<std::uint8_t> frame);
 
 class BitReservoir {
   public:
-    /// Empties the reservoir. Called when the frames before the next one are missing.
+    /// Empties the reservoir. Must be called before a frame that follows a gap in the stream.
     void clear() { available_ = 0; }
     /// Adds the next frame. If the frame refers to more bytes than are available, returns how many
     /// are available; otherwise returns nothing. Has no effect for Layers I and II, which have no

@@ -29,8 +29,8 @@ class BrokenFrameCheck {
     /// check. Precondition: pass() was called for all earlier frames.
     [[nodiscard]] bool isBroken(const Frame& frame, Bytes bytes,
                                 std::span<const std::int16_t> samples);
-    /// Must be called for every frame, in order. If a frame is passed to isBroken(), isBroken()
-    /// must be called before pass().
+    /// Must be called for every frame, in order; for the same frame, isBroken() must be called
+    /// first.
     void pass(const Frame& frame, Bytes bytes);
 
   private:

@@ -14,7 +14,7 @@ enum class DecodeOutcome {
     none,      ///< no decoding was started, or it has not ended yet
     completed, ///< the WAV is complete
     stopped,   ///< the WAV contains the samples before the stop; without samples, no WAV is saved
-    noFrames,  ///< no frame with sound was found, and nothing was written
+    noFrames,  ///< the file contains no sound, and no WAV is saved
     failed,    ///< the WAV, if one is saved, contains the samples before the failure
 };
 

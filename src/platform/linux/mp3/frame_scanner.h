@@ -22,7 +22,7 @@ struct Frame {
 
 /// Counts what a scan found that is not part of the sound.
 struct ScanLoss {
-    std::int64_t bytesSkipped = 0;  ///< junk and truncated frames; a tag counts only after these
+    std::int64_t bytesSkipped = 0;  ///< junk, truncated frames, and tags directly after them
     std::int64_t framesDropped = 0; ///< whole frames of another format than the stream's
     /// Places between two frames of the stream where bytes were skipped. Junk before the first
     /// frame and after the last one is common in good files and does not count.
@@ -61,8 +61,8 @@ class FrameScanner {
     [[nodiscard]] const std::optional<Error>& failure() const { return window_.failure(); }
     /// Everything before this offset in the source has been examined.
     [[nodiscard]] std::int64_t position() const { return position_; }
-    /// How many times any offset was tried so far as the beginning of a row of frames: a measure of
-    /// the work that hostile data can cause.
+    /// The number of tries so far: each try examines whether a row of frames begins at an offset.
+    /// The number measures the work that hostile data can cause.
     [[nodiscard]] std::int64_t placesTried() const {
         return placesTried_ + rowsAhead_.placesTried();
     }

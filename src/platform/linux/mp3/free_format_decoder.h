@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Decodes MP3 streams in free format, in one pass over the whole stream. The size of their frames
-// must be guessed. Only libmpg123 ("the library") can do this, so the library must also find the
-// frames. Not for other streams.
+// Decodes MP3 streams in free format, in one pass over the whole stream. libmpg123 ("the library")
+// determines the size of their frames, so the library must also find the frames. Not for other
+// streams.
 #pragma once
 
 #include <cstdint>

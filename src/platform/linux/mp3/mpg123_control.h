@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The real MP3 control: decodes on all cores and plays files on the sound card's wave line. It
-// decides when a decoding or the playing of a file begins and stops; decode_job.h and
-// mp3_player_source.h do the work.
+// The real MP3 control: decodes on all cores and plays files on the sound card's wave line. This
+// class starts and stops the work; decode_job.h and mp3_player_source.h do it.
 #pragma once
 
 #include <filesystem>
@@ -29,7 +28,8 @@ namespace sonarith::mp3 {
 /// For use on the logic thread only; `mapPath` is called on no other thread. The waits for a disk
 /// are short, but long enough for a working disk: Play, Stop and the destructor wait at most 10 ms
 /// for the end of the playing, Stop and the destructor at most 40 ms more for the end of a
-/// decoding, and DecodeToWav at most 20 ms. No other member waits for a disk.
+/// decoding, and DecodeToWav at most 20 ms. Play and DecodeToWav also call `mapPath`, which may
+/// wait longer. No other member waits for a disk.
 ///
 /// The states of a decoding as the caller sees them (for all states, see decode_job.h):
 ///
