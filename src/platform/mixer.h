@@ -89,8 +89,8 @@ class Mixer {
     virtual ~Mixer() = default;
     /// Opens the first mixer. Error: badDevice, which leaves `mixer` unchanged.
     virtual MixerResult open(MixerHandle& mixer) = 0;
-    /// Finds a line by its component type and fills `line`. Errors: invalidHandle,
-    /// invalidParameter, invalidLine; they leave `line` unchanged.
+    /// Finds the line of the type `line.dwComponentType` and sets `line.dwLineID`. Errors:
+    /// invalidHandle, invalidParameter, invalidLine; they leave `line` unchanged.
     virtual MixerResult getLineInfo(MixerHandle mixer, MixerLine& line) = 0;
     /// Finds the line's control of the type `controls.dwControlType` and fills
     /// `*controls.pamxctrl`. Errors: invalidHandle, invalidParameter, invalidLine, invalidControl;

@@ -4,12 +4,13 @@
 //
 // Life cycle: open the device; prepare and add each buffer; start. While the device runs, it fills
 // the buffers in the order in which they were added and marks them done; a done buffer may be added
-// again. stop ends the run and marks a partly filled buffer done; the empty buffers stay queued.
-// reset ends the run, marks all queued buffers done and empties the queue. At the end, unprepare
-// each buffer, then close. Any member may be called at any time: a call that does not fit the state
-// returns an error and changes nothing. All members are called on the logic thread. Four members
-// may wait for the device: open 40 ms at most; stop, reset and close 150 ms at most. The others
-// return at once. The device writes to added buffers and to their flags on its own thread.
+// again. stop() ends the run and marks a partly filled buffer done; the empty buffers stay queued.
+// reset() ends the run, marks all queued buffers done and empties the queue. At the end, unprepare
+// each buffer, then close the device. Any member may be called at any time: a call that does not
+// fit the state returns an error and changes nothing. All members are called on the logic thread.
+// Four members may wait for the device: open() 40 ms at most; stop(), reset() and close() 150 ms at
+// most. The others return at once. The device writes to added buffers and to their flags on its own
+// thread.
 #pragma once
 
 #include <atomic>
@@ -54,7 +55,7 @@ inline constexpr std::uint32_t prepared = 2;
 inline constexpr std::uint32_t inQueue = 16;
 } // namespace wave_header
 
-/// A buffer. It must not be moved or destroyed between add and done.
+/// A buffer. From addBuffer() until the flag `done` is set, it must not be moved or destroyed.
 struct WaveHeader {
     std::byte* lpData = nullptr;
     std::uint32_t dwBufferLength = 0;

@@ -35,7 +35,7 @@ struct ProcessState {
     bool PlayerOpen = false;
     /// True from a click on the player's "pause" until the next click on its "play".
     bool CDPaused = false;
-    /// Result of the last read or write of a mixer control; only the code that sets it reads it.
+    /// Result of MixerAccess's last read or write of a value; only MixerAccess uses it.
     MixerResult mixerLastError = MixerResult::noError;
     /// The last region that was built from a picture.
     std::optional<sonarith::WindowRegion> WindowRegion;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Sends desktop notifications (freedesktop.org, Desktop Notifications Specification 1.2) for events
-// that occur while no window is visible. Without a notification service nothing is shown.
+// Sends desktop notifications (freedesktop.org, Desktop Notifications Specification 1.2). Without a
+// notification service nothing is shown. ui/notice_center.h decides which notices are sent.
 #pragma once
 
 #include <memory>

@@ -8,9 +8,9 @@
 
 namespace sonarith {
 
-/// Starts both steps below on another thread: first the fonts, which the main window needs first,
-/// and then the bus. To be called on the main thread, before the QApplication is created. The
-/// destructor of the result waits until the steps are done.
+/// Starts both steps below, one after the other, each on a thread of its own: first the fonts,
+/// which the main window needs first, then the bus. To be called on the main thread, before the
+/// QApplication is created. The destructor of the result waits until the steps are done.
 [[nodiscard]] BackgroundWork startEarlySteps();
 
 /// Reads the desktop's font configuration, which the font library stores once per process. Neither

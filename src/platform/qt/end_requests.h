@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Calls a function of the caller when the system or another process sends a signal to end the
-// program, and another function when the desktop session is about to end. These functions decide
-// what to do.
+// Calls one function of the caller when the system or another process sends a signal to end the
+// program, and another one when the desktop's session manager asks all programs to save. These
+// functions decide what to do.
 #pragma once
 
 #include <functional>

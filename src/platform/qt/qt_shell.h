@@ -32,9 +32,9 @@ class QtShell : public Shell {
 
     [[nodiscard]] Twips screenWidth() const override;
     [[nodiscard]] Twips screenHeight() const override;
-    /// If the file exists, opens it with the OpenFile function; if the desktop has no viewer, the
-    /// desktop reports that. If the file does not exist, shows the help that ships with the
-    /// program; if that help is missing, too, reports a notice.
+    /// If the file exists, opens it with the OpenFile function; a failure to open it is not
+    /// reported. If the file does not exist, shows the help that ships with the program; if that
+    /// help is missing, too, reports a notice.
     void showHelp(const std::string& path) override;
     /// Returns when the user has closed the box.
     void showAboutBox() override;

@@ -5,7 +5,7 @@
 // tray icons (a host) exists; the protocol of that panel then stays in use.
 //
 // Qt waits for the bus without a limit when it creates an icon on the bus, and for 25 s when it
-// removes one. So this class does both only when the bus and the panel have just replied: an icon
+// removes one. So this class does both only when TrayHosts::replied is emitted: such an icon
 // appears and disappears a few milliseconds after add() and remove(), or when a hang has ended.
 #pragma once
 
@@ -47,7 +47,7 @@ class QtTray : public QObject, public Tray {
     enum class Way { statusNotifier, embedding };
     struct Entry {
         QString tip;
-        std::unique_ptr<QSystemTrayIcon> shown; ///< null until a panel exists and has replied
+        std::unique_ptr<QSystemTrayIcon> shown; ///< null until updateIcons() creates it
     };
 
     void followHosts();

@@ -12,7 +12,7 @@ namespace sonarith {
 
 /// The program has one QtWaiting. Use it only on the thread of the QApplication.
 ///
-/// A wait first only blocks the thread, for at most Waiting::plainMoment. If the work has not
+/// At first, a wait only blocks the thread, for at most Waiting::plainMoment. If the work has not
 /// completed by then, the windows are painted and the mouse pointer is an hourglass until the wait
 /// ends. No handler runs during a wait: timers do not fire (due timers fire afterwards, as after
 /// any long handler), and input is held back (HeldEvents). Closing a window, or a signal to end the

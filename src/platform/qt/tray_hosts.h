@@ -41,8 +41,7 @@ class TrayHosts : public QObject {
     /// Queries the watcher, unless a reply is pending; watches the bus from now on. `replied` is
     /// emitted when the reply arrives, or within this call if there is no bus.
     void requestReply();
-    /// Whether the bus or the watcher has not replied to a query for one second, and has not
-    /// replied since.
+    /// Whether a reply has been pending for one second or longer.
     [[nodiscard]] bool hangs() const { return hangs_; }
 
     /// The bus and the watcher have just replied, or are missing. Qt's functions that wait for them
@@ -66,7 +65,7 @@ class TrayHosts : public QObject {
     std::unique_ptr<QDBusServiceWatcher> owner_;
     QTimer recheck_; ///< started by signals from the bus; queries the watcher
     QTimer poll_;
-    QTimer patience_;           ///< runs while a reply is pending
+    QTimer patience_;           ///< sets hangs_ if a reply is pending for too long
     unsigned lastQuestion_ = 0; ///< number of the last query; replies to older ones are ignored
     bool replyPending_ = false;
     bool hangs_ = false;

@@ -17,8 +17,7 @@ namespace sonarith {
 ///   `[]` the empty text;  `[!]` an exclamation mark.
 /// `-` stands for itself if it is the first or the last character of a list. `*`, `?`, `#` and `[`
 /// stand for themselves in a list, and so do `]` and `!` outside a list.
-/// A pattern with an unclosed `[` or a reversed range matches no text, not even
-/// the empty text.
+/// A pattern with an unclosed `[` or a reversed range matches no text, not even the empty text.
 /// For any pattern, the time is at most proportional to the product of the lengths of `text` and
 /// `pattern`.
 [[nodiscard]] bool matches(std::string_view text, std::string_view pattern);

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Monitors the free space of the destination's drive while an action runs: warns below one limit
-// and stops the action below another. The warning is a label of the main window, not a message box.
-// Also fills the preferences' list of drives. This class does not start its timer tmrWarning; the
-// start of an action does, if the warning is switched on.
+// Monitors the free space of the destination's drive while the timer tmrWarning runs: warns below
+// one limit and stops the action below another. The warning is a label of the main window, not a
+// message box. Also fills the preferences' list of drives. Other classes control tmrWarning: the
+// start of an action starts the timer if the warning is switched on; the end of the action, or of
+// the first captured track, stops it.
 #pragma once
 
 #include "desktop/system.h"

@@ -17,7 +17,7 @@ namespace sonarith::system_information {
 
 struct OnlineProcessors {
     int count = 0;
-    std::uint64_t mask = 0; ///< a bit for each of the first 64 processors
+    std::uint64_t mask = 0; ///< bit n is set if the list contains processor n; n is below 64
 };
 /// Parses a list like that in /sys/devices/system/cpu/online: "0-3,5". Parsing ends at the first
 /// part that is neither a number nor an ascending range, or that exceeds 65535. This part is not
