@@ -37,8 +37,9 @@ class MainWindow {
     /// Exit: ends the process.
     void Command5_Click();
     void Cmdhelp_Click();
-    /// Opens a help file in the help viewer. `path` is a path of the logic (drive letter,
-    /// backslashes). Always returns an empty text, even if the viewer fails.
+    /// Shows the help file `path`, or the program's own help if there is no such file. `path` is a
+    /// path of the logic (drive letter, backslashes). Always returns an empty text, even if no help
+    /// could be shown.
     std::string ShowHelpFile(const std::string& path);
     void mnuStart_Click();
     void mnuMinimize_Click();

@@ -23,7 +23,7 @@ class DecodingDriver {
 
     /// Yields. Returns when all files are done or a stop was requested, and leaves stopRequested
     /// set in both cases. If the list of files to convert is empty, only shows a message. If a file
-    /// no longer exists, no worker starts that would clear workerBusy: this function waits until a
+    /// no longer exists, no worker starts, and workerBusy stays true: this function waits until a
     /// decoding that the user starts in the meantime has ended, or until the program ends.
     /// Exception: if Form6 is still loaded for an earlier file, this function unloads Form6, which
     /// clears workerBusy, and skips the missing file.

@@ -28,9 +28,9 @@ class WavHeadReader {
 
     /// Returns whether the file begins with "RIFF". Length, channels and bits are stored for every
     /// file, the other fields only for a file that begins with "RIFF". A field that cannot be read
-    /// keeps its value. The sample rate is an exception: only the low byte of its field is read.
-    /// A missing byte counts as 0, which is the low byte of 32000 (0x7D00), so the rate is then
-    /// 32000 Hz. If the file does not exist, an empty file is created.
+    /// keeps its value, with one exception: only the low byte of the sample rate is read, and a
+    /// missing byte counts as 0, the low byte of 32000 (0x7D00). So the rate is then 32000 Hz. If
+    /// the file does not exist, an empty file is created.
     bool wHeadInfo(const std::string& path);
 
     [[nodiscard]] const WavHead& head() const { return head_; }

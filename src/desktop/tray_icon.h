@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Adds, changes and deletes the program's icon in the notification area. The class ControlPanel
+// Adds, changes and deletes the program's icon in the desktop's tray. The class ControlPanel
 // decides when this happens, and handles the icon's menu.
 #pragma once
 

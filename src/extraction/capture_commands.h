@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Defines the capture formats, and builds and sends the device commands that several extraction
-// jobs use. The jobs decide when to call these functions.
+// Defines the capture formats, and builds and sends device commands for the extraction. The callers
+// decide when the commands are sent.
 #pragma once
 
 #include <cstdint>

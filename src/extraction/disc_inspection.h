@@ -20,7 +20,7 @@ class DiscInspection {
     /// Fills lblCDID, lblNumTracks, lstTracks and trackLengthMs (milliseconds) and clears
     /// lstRecord. If the disc cannot be opened, clears the labels and lists and shows no message.
     /// If the reported number of tracks is less than two, fills only the labels, clears the lists,
-    /// and leaves the disc open; it then shows one message for the number 0, another message for 1,
+    /// and leaves the disc open. Then shows one message for the number 0, another message for 1,
     /// and no message for any other number (an invalid reply may be negative or a fraction).
     /// trackLengthMs is unchanged if the disc cannot be opened or has fewer than two tracks. Yields
     /// once; twice for fewer than two tracks; not at all if the disc cannot be opened.

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Lets the work tree search with the file finder: fills the finder's boxes and clicks its button as
-// a user would, without showing the window. SearchEngine does the search.
+// Lets the work tree search with the file finder: sets the finder's folder and extension and clicks
+// its button as a user would, without showing the window. SearchEngine does the search.
 #pragma once
 
 #include <string>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Analyses one MP3 file: its first frame header, the frame count if the bit rate is variable, and
-// the tag at its end. Reads the first 5,047 bytes and the last 256 bytes. Only the two sync bytes
-// are checked, so meaningless values may be stored for a file that is no MP3.
+// the tag at its end. Reads the first 5,047 bytes and the last 256 bytes. Of a header, only the
+// first two bytes are checked, so meaningless values may be stored for a file that is no MP3.
 #pragma once
 
 #include <string>

@@ -65,7 +65,7 @@ class Form1 : public Form {
     PictureBox Picture6{*this, "Picture6"}; ///< area for the activity clip
 
     // CD bar. lblCDID and lblNumTracks also store values: code reads them as numbers.
-    CommandButton Command11{*this, "Command11"}; ///< plays the current track
+    CommandButton Command11{*this, "Command11"}; ///< plays the disc from the current track on
     CommandButton Command12{*this, "Command12"}; ///< stops playing
     Label Label5{*this, "Label5", "Low Drive space"};
     Label lblCDID{*this, "lblCDID"};

@@ -76,7 +76,7 @@ class Form4 : public Form {
     CommandButton Command3{*this, "Command3"};
     CommandButton Command4{*this, "Command4"};
     CommandButton Command5{*this, "Command5"};
-    CommandButton Command6{*this, "Command6"}; ///< switches the whole panel off
+    CommandButton Command6{*this, "Command6"}; ///< switches the player off
 
     // Level meter, and surfaces with which the user drags the panel.
     PictureBox picPeakVol{*this, "picPeakVol"}; ///< the trace of the level over time

@@ -3,7 +3,7 @@
 // threads. It raises no events.
 //
 // Life cycle: a form owns one control at all times; each unload of the form replaces the control
-// with a new one (ActiveMp3Host). All members are called on the logic thread and wait at most 40 ms
+// with a new one (ActiveMp3Host). All members are called on the logic thread and wait at most 50 ms
 // for a disk. The destructor stops the control.
 #pragma once
 

@@ -14,7 +14,8 @@ struct FileDialogRequest {
     std::string title = {};
     /// Pairs of a caption and its patterns: "WAV, MP3|*.wav;*.mp3|All files|*.*". Empty: all files.
     std::string filter = {};
-    /// Appended, after a dot, if the user types a name without an extension: "wav", not ".wav".
+    /// For example "wav", without the dot. Appended, after a dot, to a typed name that has no
+    /// extension.
     std::string defaultExtension = {};
     /// The folder in which the dialog opens, or the path of a file in that folder. If this path
     /// is empty or invalid, or its disk does not respond, the dialog opens in the folder where it

@@ -35,7 +35,7 @@ enum class Property : std::uint8_t {
     locked,
     fontSize,
     path,   ///< of a drive list or a folder list
-    region, ///< the mask of a window
+    region, ///< the visible part of a window
 };
 
 class Control : public FormPart {

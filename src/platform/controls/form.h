@@ -51,7 +51,7 @@ class Form : public ControlWith<FormState> {
     void show();
     void hide() { setVisible(false); }
     /// Runs onQueryUnload and onUnload, then stops the timers and hides the form. Does nothing for
-    /// a form that is not loaded; runs onUnloadAgain if the unload has already started.
+    /// a form that is not loaded. While an earlier unload() is running, only runs onUnloadAgain.
     void unload();
 
     /// Sets the present size and the designed size, which each later load restores. Called by the

@@ -16,7 +16,7 @@ namespace sonarith::disc {
 enum class Delivery {
     whole,   ///< without an error
     guess,   ///< as the drive's best guess
-    silence, ///< nothing could be read
+    silence, ///< as silence: nothing could be read, or no read was attempted
 };
 
 /// Thread-safe.

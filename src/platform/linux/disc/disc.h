@@ -62,7 +62,8 @@ enum class ReadOutcome {
 
 /// How many sectors were not delivered exactly as on the disc.
 struct Damage {
-    std::int64_t silent = 0;  ///< sectors delivered as silence, because nothing could be read
+    /// Sectors delivered as silence: nothing could be read, or no read was attempted.
+    std::int64_t silent = 0;
     std::int64_t guessed = 0; ///< sectors delivered as the drive's best guess
     friend bool operator==(const Damage&, const Damage&) = default;
 };
