@@ -37,8 +37,8 @@ struct Decoded {
     /// The WAV contains this many samples per channel from the beginning, without a gap.
     std::int64_t samples = 0;
     bool complete = false; ///< whether these are all samples of the stream
-    /// The first frame of the part that a single decoder decoded sequentially; empty if there was
-    /// no such part.
+    /// The number of the frame from which SegmentWorkers continued with a single decoder; empty if
+    /// it did not.
     std::optional<std::int64_t> sequentialFrom;
     /// Why the result is not complete; empty if it is complete or the decoding was stopped. The
     /// samples before the failure are in the WAV.

@@ -14,7 +14,7 @@ namespace sonarith::mp3 {
 
 class SequentialDecoder : public PcmReader {
   public:
-    /// Reads `frames`, which must not have returned a frame yet.
+    /// Creates a decoder of `frames`, which must not have returned a frame yet.
     [[nodiscard]] static Result<std::unique_ptr<PcmReader>> create(FrameSequence frames);
 
     [[nodiscard]] PcmFormat format() const override;

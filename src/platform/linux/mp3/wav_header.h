@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Creates the header of a 16-bit WAV, in the plain and in the RF64 form. The samples are written
+// Creates the header of a 16-bit WAV, in the plain or the RF64 form. The samples are written
 // elsewhere, by many threads; libsndfile cannot be used, because it writes a header only together
 // with sequential samples.
 #pragma once

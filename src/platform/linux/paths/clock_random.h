@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Generates random fractions, seeded from the clock. For file names, not for secrets.
+// Generates random fractions; the clock provides the seed. For file names, not for secrets.
 #pragma once
 
 #include <cstdint>

@@ -146,7 +146,7 @@ class GateWaiting final : public Waiting {
     int late_ = 0; ///< number of hanging calls that were already reported as late
 };
 
-/// The machine's files; each access first passes the gate of its mount.
+/// The machine's files; each access passes the gate of its mount.
 class HangingMachine final : public MachineFiles {
   public:
     HangingMachine(const SharedPaths& shared, std::shared_ptr<HangingMounts> mounts)

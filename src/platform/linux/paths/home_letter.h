@@ -18,7 +18,7 @@ struct StoredPath {
     std::string key;
 };
 
-/// Step 1: If the store assigned H: to a mount other than the home folder, that mount gets another
+/// Step 1: If the store assigns H: to a mount other than the home folder, that mount gets another
 /// letter, in section "Drives" and in the values of the keys `paths`. If no letter is free, these
 /// values use the path of the mount point on C: instead.
 /// Step 2: Each value of the keys `paths` that names a file or folder in the home folder by another

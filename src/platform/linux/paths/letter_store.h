@@ -20,7 +20,7 @@ class LetterStore final : public SettingsStore {
     void writeTo(SettingsStore& store);
 
     // The following functions are thread-safe and support only the section `drivesSection`
-    // (drive_table.h).
+    // (drive_table.h). DeleteSetting() does nothing: DriveTable deletes no letter.
     [[nodiscard]] std::string GetSetting(const std::string& application, const std::string& section,
                                          const std::string& key,
                                          const std::string& fallback) const override;

@@ -4,13 +4,13 @@
 //
 // The logic converts its paths to lower case, so a path may match several names on the disk. In
 // addition, a folder that may be entered but not listed cannot be searched for a match. So PathMap
-// remembers, while the program runs, the spellings of the paths that were chosen or listed. A name
-// in lower case, which the logic may have converted, is matched by the first of the following
+// remembers, while the program runs, the spellings of chosen paths and of listed folders. A name in
+// lower case, which the logic may have converted, is matched by the first of the following
 // spellings that exists:
 //   1. the chosen spelling: that of a folder created or entered, of a file picked in a dialog, or
 //      of the new name in a rename (the most recent of several);
 //   2. the exact name;
-//   3. the spelling that was listed by a walk through the folders;
+//   3. the spelling of a folder that a walk has listed;
 //   4. any case variant in the folder, the first in byte order.
 // A name with capitals, which was not converted, and the name of a folder to create or enter are
 // matched by the exact name first, then by 1, 3 and 4.

@@ -59,7 +59,7 @@ class PatientWalk final : public DirectoryWalk {
     PatientPaths& paths_;
     const MachineWalk::Duration longestReadAhead_;
     std::shared_ptr<WalkedFolders> walked_ = std::make_shared<WalkedFolders>();
-    /// Replaced by a new object when a call times out.
+    /// Replaced by a new object when PatientPaths returns no result for a call.
     std::shared_ptr<MachineWalk> machine_ = makeMachineWalk();
     /// Folders that were read but not listed yet, by their path in lower case.
     std::map<std::string, Listing> ahead_;

@@ -25,11 +25,11 @@ class RecordingPaths {
     /// The machine path of a recording's folder; `folder` is a path of the logic. Empty if the path
     /// is invalid or its disk does not respond.
     [[nodiscard]] std::filesystem::path beginIn(const std::string& folder);
-    /// The machine path of a recording's file; `file` is a path of the logic. A file in any other
-    /// folder than that of the last successful beginIn() is translated as by beginIn(). For a file
-    /// in that folder, the wait for the disk is shorter (saveBound). If the disk does not respond
-    /// in time, the name is used as given, even if the folder contains a file whose name differs
-    /// from it only in upper and lower case.
+    /// The machine path of a recording's file; `file` is a path of the logic. For a file in the
+    /// folder of the last successful beginIn(), the wait for the disk is shorter (saveBound). If
+    /// this disk does not respond in time, the file's name is used as given, even if the folder
+    /// contains a file whose name differs only in case. A file in another folder is translated as
+    /// by beginIn().
     [[nodiscard]] std::filesystem::path saveAs(const std::string& file) const;
 
   private:

@@ -16,6 +16,7 @@ namespace sonarith::sound {
 class AbandonableThread {
   public:
     AbandonableThread() = default;
+    /// Calls leave(0 ms).
     ~AbandonableThread();
     AbandonableThread(const AbandonableThread&) = delete;
     AbandonableThread& operator=(const AbandonableThread&) = delete;
@@ -29,7 +30,7 @@ class AbandonableThread {
     [[nodiscard]] bool started() const { return state_ != nullptr; }
 
     /// Waits at most `patience` for the body to return; if it does not, the thread is detached.
-    /// Before this call, the caller must ask the body to end. No effect if no thread was started.
+    /// Does not ask the body to end. No effect if no thread was started or at a second call.
     void leave(std::chrono::milliseconds patience);
 
   private:

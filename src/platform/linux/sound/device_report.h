@@ -12,7 +12,7 @@ enum class DeviceState {
     /// The device cannot be opened or has failed; the pump will try to open it again. Also reported
     /// if no thread can be started for the pump.
     lost,
-    unused, ///< the pump has ended and does not use the device any more
+    unused, ///< the pump is being destroyed, so the program no longer needs the device
 };
 
 /// Called on the pump's thread, or on a thread that is calling a member of the pump. The function

@@ -20,11 +20,11 @@ class ExternalInput {
                   CaptureTiming timing = {});
 
     [[nodiscard]] const std::string& name() const { return name_; }
-    /// Returns the running input, or starts it. The device is closed when the last owner releases
-    /// the input. Returns at once: the device is opened on a separate thread, and the input is
-    /// silent while it has no data.
+    /// Returns the running pump, or starts one. The device is closed when the last owner releases
+    /// the pump. Returns at once: the device is opened on a separate thread, and the pump delivers
+    /// silence while it has no data.
     [[nodiscard]] std::shared_ptr<CapturePump> acquire();
-    /// Whether `source` is the running input, which acquire() would return now.
+    /// Whether `source` is the running pump.
     [[nodiscard]] bool isRunning(const SampleSource& source);
 
   private:

@@ -19,7 +19,7 @@ struct WideFrame {
     std::int32_t right = 0;
 };
 
-/// Returns `value` * `level` / fullVolume, rounded half away from zero: the level is a linear
+/// Returns `value` * `level` / fullVolume, rounded to the nearest integer: the level is a linear
 /// factor, and fullVolume does not change `value`. `value` is a sample of one line or the sum of
 /// the samples of several lines; it fits into 24 bits.
 [[nodiscard]] constexpr std::int32_t atLevel(std::int32_t value, int level) {

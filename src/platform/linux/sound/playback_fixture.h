@@ -35,9 +35,9 @@ struct PlaybackDevice {
     std::size_t refuseFrom = 0;         ///< the refusals begin after this many frames
     std::vector<std::size_t> startedAt; ///< for each start: number of frames written before it
     std::vector<std::size_t> offered;   ///< number of frames passed to each write, accepted or not
-    std::function<void()> onStop;       ///< called when it is stopped
+    std::function<void()> onStop;       ///< called when the device is stopped
     bool hangs = false;                 ///< writes do not return
-    bool full = false;                  ///< it accepts no frames
+    bool full = false;                  ///< the device accepts no frames
     std::atomic<int> opened = 0;
     std::atomic<int> closed = 0;
     std::atomic<int> prepared = 0;
@@ -80,7 +80,7 @@ class FakePlayback : public PcmPlayback {
             device_->refusals.pop_front();
             return answer;
         }
-        // Accepts only a part of the frames, as real devices do.
+        // Like a real device, may accept only a part of the frames.
         const std::size_t count = std::min<std::size_t>(frames.size(), 300);
         device_->played.insert(device_->played.end(), frames.begin(),
                                frames.begin() + static_cast<std::ptrdiff_t>(count));

@@ -58,10 +58,10 @@ struct RecordingJob;
 class Recording {
   public:
     /// Creates the file in the first of `folders` that allows it. The first folder should be the
-    /// one in which the file will be saved, since no copy is needed then. Fails if no folder
-    /// allows it (with the error of the last folder) or if no thread can be started, and notifies
-    /// the user of both failures. If the disk does not respond within RecordingTiming::command,
-    /// begin() succeeds, and the sound is queued until a file can be created.
+    /// one in which the file will be saved, since no copy is needed then. Fails, and notifies the
+    /// user, if no folder allows it (with the error of the last folder) or if no thread can be
+    /// started. If the disk does not respond within RecordingTiming::command, begin() succeeds, and
+    /// the sound is queued until a file can be created.
     [[nodiscard]] static Result<std::unique_ptr<Recording>>
     begin(Channels channels, std::vector<std::filesystem::path> folders, RecordingContext context);
     /// Drops unsaved sound; a running save continues without this object.

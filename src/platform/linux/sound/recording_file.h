@@ -27,9 +27,9 @@ class RecordingFile {
            std::int64_t longestWavBytes = maxWavSampleBytes,
            files::Concealment concealment = files::Concealment::noName);
 
-    /// Returns false if not all frames were written. All later calls then return false too, so that
-    /// nothing is appended after a gap. After the first call of save() nothing is appended; the
-    /// result is then false only if a failure has occurred.
+    /// Appends `frames`; returns whether failure() is 0 then. After a failure nothing more is
+    /// appended, so that the file has no gap. After the first call of save() nothing is appended
+    /// either.
     [[nodiscard]] bool append(std::span<const StereoFrame> frames);
 
     /// The number of whole frames that are kept: all appended frames, or fewer after a failure.

@@ -31,7 +31,7 @@ class RecordingNotices {
     /// a file is created.
     void cannotBegin(const Error& error);
     void begun(const std::filesystem::path& folder);
-    /// The folder has not responded, and the recording is created in the next folder.
+    /// The folder has not responded, and the next folder is tried.
     void folderSkipped(const std::filesystem::path& folder);
     /// The disk does not respond; the recorded sound waits for it.
     void stalled(const std::filesystem::path& folder);

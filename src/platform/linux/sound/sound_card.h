@@ -166,8 +166,9 @@ class SoundCard {
   private:
     using Block = std::array<StereoFrame, blockFrames>;
 
-    /// One line. `waiting` holds frames that were pulled while another line stopped the card; they
-    /// are played first, even if their source is removed. The disc's line never holds any.
+    /// One line. Frames are pulled into `waiting`. If another line stops the card, frames stay
+    /// there; they are played first, even if their source is removed. In the disc's line, which is
+    /// pulled last, none stay.
     struct Channel {
         std::shared_ptr<SampleSource> source;
         Block waiting;

@@ -44,8 +44,8 @@ class ToneControl {
     // One thread at a time; never allocates.
 
     /// Filters `frames` in place. After a slider was moved, the gain changes gradually. Filtered
-    /// samples fit into 16 bits. With neutral sliders, samples are not filtered: those that exceed
-    /// 16 bits still do so afterwards, and the caller clips them.
+    /// samples fit into 16 bits. While both sliders are neutral and the gain has reached 0 dB,
+    /// samples are not filtered, and the caller clips those that exceed 16 bits.
     void apply(std::span<WideFrame> frames);
     /// Called before a new sound: applies the sliders' positions at once, without a ramp.
     void restart();
