@@ -27,8 +27,8 @@ endfunction()
 
 # sonarith_unit_tests(MODULE FOLDERS folder...) Adds the test "MODULE.tests", which runs all tests
 # of the program MODULE_test in one process, because starting a process for each test would take
-# longer than the tests. The labels of "MODULE.tests" are "unit" and the module's folders below
-# src/.
+# longer than the tests. The labels of "MODULE.tests" are "unit" and the module's folders, relative
+# to src/ or tests/.
 function(sonarith_unit_tests module)
   cmake_parse_arguments(PARSE_ARGV 1 T "" "" "FOLDERS")
   # The scripts in tools/ are inputs, since the test programs create their data with them.
