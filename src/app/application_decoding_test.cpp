@@ -126,7 +126,7 @@ TEST(Decoding, DecodesOneFileThenAllFilesThenTheSelectedFiles) {
     EXPECT_TRUE(bench.decodingIdle());
 }
 
-TEST(Decoding, ReportsAnEmptyListOfSelectedFilesAndEnablesTheButtonsAndMenusAgain) {
+TEST(Decoding, ReportsAnEmptyListOfSelectedFilesAndLeavesTheButtonsAndMenusEnabled) {
     DecodingBench bench;
     bench.start("Selected MP3 Files");
     EXPECT_THAT(bench.boxes.texts(), ElementsAre("No files selected"));
@@ -254,13 +254,13 @@ TEST(EndDuringADecodingAction, AtEveryYieldEndsTheProgram) {
     }
 }
 
-TEST(EndDuringADecodingAction, AfterAMissingFileTheCloseEndsTheWaitAndCancelDoesNotEndIt) {
+TEST(EndDuringADecodingAction, IsPossibleByClosingTheWindowIfAFileIsMissing) {
     DecodingBench bench;
     for (const std::string& path : bench.lines(bench.form.List2)) {
         bench.files.removeFile(path).passOver();
     }
     // If the file is missing, no decoding starts, but the driver waits until a decoding ends. The
-    // button "Cancel" (Command2) does not end this wait. Closing the window ends it.
+    // button "Cancel" (Command2) does not end this wait. Closing the window ends the program.
     bench.loop.after(1h, [&] { bench.form.Command2.click(); });
     bench.loop.after(2h, [&] { bench.form.unload(); });
     const auto start = bench.loop.now();

@@ -64,7 +64,7 @@ TEST_F(PlayerInApplication, AChosenDiscIsReadByTheMainWindowAndByThePlayerThatIs
     EXPECT_TRUE(bench.boxes.shown.empty());
 
     // If the drive is empty, the main window leaves the CD device open and shows a message box. The
-    // player must notice the missing disc while the box is shown, and later read the next disc.
+    // player must show "No CD" while the box is shown, and later read the next disc.
     bench.disc.remove();
     bench.boxes.whileUp = [&](const test::ShownBox&) {
         bench.loop.advance(3s);

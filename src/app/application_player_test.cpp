@@ -34,7 +34,8 @@ TEST_F(PlayerInApplication, IsLoadedInvisiblyBetweenReadingTheSettingsAndReading
         steps.emplace_back(command);
     };
     bench.application.start();
-    // The load of the panel reads four levels and sets three; then the disc is muted.
+    // The load of the panel reads four levels, sets two of them to the highest value, and tries to
+    // set a control that does not exist ("none"). Then the disc is muted.
     ASSERT_GE(steps.size(), 21U);
     EXPECT_EQ(steps[0], "open");
     EXPECT_THAT(std::vector(steps.begin() + 13, steps.begin() + 19),

@@ -198,9 +198,8 @@ void MainWindow::Form_Unload() {
 
 void MainWindow::Command5_Click() {
     windows_.Form4.unload();
-    // This call ends the process and does not return. Exception: if this window is not loaded, or
-    // an earlier unload of it is still running, this call returns, and the next line ends the
-    // process.
+    // This call returns only if this window is not loaded, or if an earlier unload of it is still
+    // running; the next line then ends the process. Otherwise this call ends the process.
     form_.unload();
     platform_.loop.endProgram();
 }
