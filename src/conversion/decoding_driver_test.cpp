@@ -62,7 +62,7 @@ TEST_F(DriverTest, AnEmptyListOfAllFilesShowsAMessageAndStartsNothing) {
     EXPECT_TRUE(form.mnuFile.enabled());
 }
 
-TEST_F(DriverTest, DecodingAllFilesYieldsBeforeEachFileAndDecodingSelectedFilesDoesNot) {
+TEST_F(DriverTest, DecodingAllFilesYieldsBeforeTheFirstFileAndDecodingSelectedFilesDoesNot) {
     fill(form.List2, {"c:\\mp3\\b.mp3"});
     fill(form.List4, {"c:\\mp3\\b.mp3"});
     for (const auto& [group, yields] :
