@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Tests the rules by which a search finds or skips a file. The type of a search is the wanted
-// extension (zFileExt); the name of a search is the wanted file name (Text1).
+// extension (zFileExt); the name of a search is the wanted file name without extension (Text1).
 #include <gmock/gmock.h>
 
 #include "support/finder_world.h"
@@ -45,7 +45,7 @@ TEST_F(SearchMatchingTest, FindsNothingBelowAFolderWithADotInItsName) {
     EXPECT_THAT(disk.listed, SizeIs(2));
 }
 
-TEST_F(SearchMatchingTest, AddsADotToATypeWithoutADot) {
+TEST_F(SearchMatchingTest, AddsADotToATypeWithoutALeadingDot) {
     disk.addFile("c:\\music\\a.mp3");
     disk.addFile("c:\\music\\b.wav");
     search("c:\\music", "mp3");
@@ -87,7 +87,7 @@ TEST_F(SearchMatchingTest, AnEmptyTypeBecomesALoneDotAndFindsANameWhoseOnlyDotIs
 }
 
 TEST_F(SearchMatchingTest, AcceptsEveryFileWhileTheTypeIsStarDotStar) {
-    // The type can be "*.*" only if code sets it during the search: the start of a search changes
+    // The type can be "*.*" only if it is set during the search: the start of a search changes
     // "*.*" to ".*.*".
     disk.addFile("c:\\music\\a.txt");
     disk.addFile("c:\\music\\b.c.d");

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests what happens if the user, at a yield of a search, stops or restarts the search, closes its
-// window or changes its lists.
+// Tests what happens if, at a yield of a search, the user stops or restarts the search, closes the
+// window, changes the lists or ends the program.
 #include <gmock/gmock.h>
 
 #include <memory>
@@ -19,8 +19,8 @@ using testing::IsEmpty;
 using testing::IsSupersetOf;
 using testing::SizeIs;
 
-/// The step that a search takes after a yield: the next entry of a folder, or the folder's end. The
-/// entry ".." and the end have neither a file nor isFolder.
+/// The step that a search takes after a yield: the next entry of a folder, or the folder's end. For
+/// the entry ".." and for the end, `file` is empty and `isFolder` is false.
 struct Step {
     int folder; ///< the number of the folder in the walk
     std::string file = {};
@@ -206,7 +206,7 @@ TEST_F(SearchStopsTest, ClosingTheWindowAtAnyYieldEndsTheSearchAtOnce) {
         EXPECT_EQ(finder.zFileExt.text(), ".wav");
         EXPECT_EQ(finder.lbltime.caption(), "Time taken: 0 second(s)");
         EXPECT_EQ(finder.Label1.caption(), "");
-        // The counters of the new window start at 0, too.
+        // The next search counts from 0.
         world->search("c:\\m", ".wav");
         EXPECT_EQ(finder.Label1.caption(), "Directories: 4   Files:  5");
     }
@@ -224,7 +224,7 @@ TEST_F(SearchStopsTest, AWindowReopenedDuringASearchIsIndependentOfThatSearch) {
             world->search("c:\\other", ".mp3");
         });
         world->search("c:\\m", ".wav");
-        // The search of the closed window has not changed the new window's result.
+        // The earlier search has not changed the result in the reopened window.
         EXPECT_THAT(world->lines(finder.lstfiles), ElementsAre("c:\\other\\o.mp3"));
         EXPECT_THAT(world->lines(finder.List1), ElementsAre("c:\\other\\"));
         EXPECT_EQ(finder.Label1.caption(), "Directories: 0   Files:  1");

@@ -69,7 +69,7 @@ TEST_F(SharedListsTest, AScanReplacesTheUsersResultInTheOpenWindow) {
     expectIdle();
 }
 
-TEST_F(SharedListsTest, TheOptionToHideTheListsDuringASearchDoesNotAffectTheScan) {
+TEST_F(SharedListsTest, HidingTheListsDuringASearchDoesNotChangeTheResultOfAScan) {
     windows.frmsearch.show();
     EXPECT_TRUE(finder.chkhidelist.setValue(1).ok());
     tree.showfiles();
