@@ -63,7 +63,7 @@ TEST(ReadId3v1Tag, AcceptsTheMarkInUpperLowerAndMixedCase) {
     }
 }
 
-TEST(ReadId3v1Tag, WithoutAMarkAllFieldsAreEmptyAndTheGenreIs255) {
+TEST(ReadId3v1Tag, WithoutAMarkAllTextsAreEmptyAndTheGenreIs255) {
     const Mp3Info before =
         reading(withTagAt(129, tagOf("T", "A", "B", "1999", padded("C", 30, '7'), 17)));
     ASSERT_EQ(before.Track, "7");

@@ -13,7 +13,7 @@ using testing::IsEmpty;
 
 // --- the search ------------------------------------------------------------------------------
 
-TEST_F(Mp3AnalysisTest, FindsAFrameThatStartsAtByte1To5000ButNoLaterFrame) {
+TEST_F(Mp3AnalysisTest, FindsAFrameOnlyIfItStartsAtByte1To5000) {
     for (const std::size_t position : {1U, 2U, 36U, 255U, 4999U, 5000U}) {
         info = {};
         EXPECT_TRUE(analyse(Mp3Bytes(10'000).header(position, commonHeader)).ok());
@@ -40,7 +40,7 @@ TEST_F(Mp3AnalysisTest, AcceptsOnlyTwoValuesOfTheSecondSyncByte) {
     }
 }
 
-TEST_F(Mp3AnalysisTest, FindsASyncThatFollowsAnotherByteFF) {
+TEST_F(Mp3AnalysisTest, FindsAFrameAfterAnExtraByteFF) {
     EXPECT_TRUE(analyse(Mp3Bytes(600).at(299, "\xff").header(300, commonHeader)).ok());
     EXPECT_EQ(info.Bitrate, 128);
 }
@@ -172,8 +172,7 @@ TEST_F(Mp3AnalysisTest, FailsAndStoresNothingIfTheFileCannotBeOpenedOrItsLengthO
     }
 }
 
-TEST_F(Mp3AnalysisTest,
-       KeepsThePreviousFilesHeaderBesideTheNewTagIfTheLengthQueryAfterTheTagFails) {
+TEST_F(Mp3AnalysisTest, KeepsThePreviousFilesHeaderBesideTheNewTagIfFileLengthFails) {
     fillRecord();
     disk.failWith(FakeFileSystem::Operation::fileLength, path, ErrorNumber::fileNotFound);
     const Status status = analyse(Mp3Bytes(4000).header(1, commonHeader).end(tagOf("new")));

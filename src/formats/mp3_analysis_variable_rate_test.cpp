@@ -57,7 +57,7 @@ TEST_F(Mp3AnalysisTest, KeepsThePreviousFilesFrameCountIfTheBitRateIsConstant) {
     EXPECT_EQ(info.Bitrate, 128);
 }
 
-TEST_F(Mp3AnalysisTest, AFrameCountAbove32767StopsTheAnalysisBeforeHeaderAndTag) {
+TEST_F(Mp3AnalysisTest, AFrameCountAbove32767EndsTheAnalysisBeforeHeaderAndTagAreStored) {
     for (const std::uint32_t count : {32768U, 65536U, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU}) {
         fillRecord();
         const Status status = analyse(

@@ -14,8 +14,8 @@ namespace sonarith {
 
 namespace {
 
-// Tables of the standard (ISO/IEC 11172-3). The first six are indexed by the value of a field of
-// the frame header.
+// Tables for MPEG 1 (ISO/IEC 11172-3) and MPEG 2. The first six are indexed by the value of a field
+// of the frame header.
 
 constexpr std::array<std::int16_t, 4> versions = {25, 0, 2, 1};
 constexpr std::array<std::int16_t, 4> layers = {0, 3, 2, 1};

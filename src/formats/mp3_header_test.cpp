@@ -146,8 +146,8 @@ TEST(Mp3Header, DecodesOrRejectsEachOfThe131072HeadersOfMpeg1Layer3) {
             ASSERT_EQ(info.MpegLayer, 3);
         }
     }
-    // The number of valid bit rates (14) times that of valid sampling rates (3) times the values of
-    // the other bits: 2 bits of the third byte, 8 bits of the fourth, and the protection bit.
+    // 14 valid bit rates, 3 valid sampling rates, and each value of the other bits: 2 bits of the
+    // third byte (4 values), 8 bits of the fourth byte (256) and the protection bit (2).
     EXPECT_EQ(stored, 14 * 3 * 4 * 256 * 2);
 }
 
@@ -242,7 +242,7 @@ TEST(Mp3Header, IgnoresTheBitRateDigitsForAVariableRate) {
     }
 }
 
-TEST(Mp3Header, ComputesTheAverageRateWithTheFrameSizeCoefficientOfTheLayer) {
+TEST(Mp3Header, ComputesTheAverageRateWithTheCoefficientOfTheLayer) {
     Mp3Info one = variable(30000);
     ASSERT_TRUE(decodeMp3Header(digitsOf(0xFFFF9000), fourMillion, one).ok());
     EXPECT_EQ(one.Bitrate, 490);
@@ -256,13 +256,13 @@ TEST(Mp3Header, FailsForAFrameCountOfZeroAndForAnAverageRateAbove32767KilobitsPe
     EXPECT_EQ(failureOf(0xFFFB9000, 200'000'000, variable(1)), ErrorNumber::overflow);
 }
 
-TEST(Mp3Header, FailsForAReservedSamplingRateAlsoWithAVariableBitRate) {
+TEST(Mp3Header, FailsForAReservedSamplingRateEvenIfTheBitRateIsVariable) {
     EXPECT_EQ(failureOf(0xFFFB9C00, fourMillion, variable(6000)), ErrorNumber::subscriptOutOfRange);
 }
 
 // --- short texts -----------------------------------------------------------------------------
 
-TEST(Mp3Header, TreatsMissingDigitsOfAShortTextAsZeros) {
+TEST(Mp3Header, AFieldMissingFromAShortTextHasTheValue0) {
     // Digits 12 to 15 mean version 1, layer 3; 17 to 20 mean 128 kbit/s; the text ends there.
     Mp3Info info = untouched();
     ASSERT_TRUE(decodeMp3Header("11111111111110111001", fourMillion, info).ok());
@@ -272,7 +272,7 @@ TEST(Mp3Header, TreatsMissingDigitsOfAShortTextAsZeros) {
     EXPECT_EQ(info.Padding, "no");
     EXPECT_EQ(info.CRC, "no");
     info = untouched();
-    // As zeros, digits 12 and 13 mean version 2.5, of which no field is stored.
+    // The value 0 of the version field means version 2.5, of which no field is stored.
     EXPECT_TRUE(decodeMp3Header("", fourMillion, info).ok());
     expectUntouched(info);
 }
