@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The composition root: creates the machine, the desktop's services, the application and its
-// windows, and runs them.
+// windows, and runs the event loop.
 #include <chrono>
 #include <memory>
 #include <string>

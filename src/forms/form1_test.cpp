@@ -94,7 +94,7 @@ TEST_F(Form1Test, HasTheDesignedCaptionsOnButtonsAndDiskWarning) {
     EXPECT_EQ(form.Label5.caption(), "Low Drive space");
 }
 
-TEST_F(Form1Test, HasToolTipsOnThreePicturesAndFourButtons) {
+TEST_F(Form1Test, HasToolTipsOnPicturesAndButtons) {
     const std::pair<const Control*, const char*> tips[] = {
         {&form.Command11, "Play Selected track"},
         {&form.Command12, "Stop playing CD"},
