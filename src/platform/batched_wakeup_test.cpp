@@ -179,7 +179,7 @@ TEST_F(BatchedWakeupTest, AHandlerThatWaitsIsNotReentered) {
     int deepest = 0;
     duringCall = [&] {
         deepest = std::max(deepest, ++depth);
-        // Sound begins while the handler runs, as if the user had clicked a button.
+        // endSilence() must not start a wake-up here: it would call the handler a second time.
         soundBegins();
         loop.waitFor(30ms);
         --depth;

@@ -184,7 +184,7 @@ TEST(TextBox, RunsItsHandlerOnlyWhenTheTextChanges) {
     EXPECT_EQ(changes, 1);
 }
 
-TEST(TextBox, AcceptsLongerTextsFromCodeThanCanBeTyped) {
+TEST(TextBox, TheTypingLimitDoesNotApplyToTextsSetByCode) {
     Form form("Form1");
     TextBox box(form, "Text1");
     box.setTypingLimit(2);

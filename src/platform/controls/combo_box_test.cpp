@@ -46,7 +46,7 @@ TEST_F(ComboBoxTest, SelectingAnIndexOutsideTheListFailsAndChangesNothing) {
     EXPECT_EQ(clicks, 1);
 }
 
-TEST_F(ComboBoxTest, AUserWhoChoosesTheSelectedEntryRunsTheClickHandlerAgain) {
+TEST_F(ComboBoxTest, ChoosingTheSelectedEntryRunsTheClickHandlerAgain) {
     box.choose(0);
     box.choose(0);
     EXPECT_EQ(clicks, 2);

@@ -73,7 +73,7 @@ TEST_F(FolderControlsTest, SettingThePathToADriveAloneOpensTheMostRecentFolderOf
     EXPECT_EQ(folder.path(), "d:\\albums");
 }
 
-TEST_F(FolderControlsTest, SettingThePathToADriveWhoseMostRecentFolderWasRemovedOpensItsRoot) {
+TEST_F(FolderControlsTest, SettingThePathToADriveOpensItsRootIfItsMostRecentFolderWasRemoved) {
     EXPECT_TRUE(folder.setPath("d:\\albums").ok());
     EXPECT_TRUE(folder.setPath("c:\\music").ok());
     disk.removeFolder("d:\\albums");

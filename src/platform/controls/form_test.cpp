@@ -274,7 +274,7 @@ TEST_F(DesignTest, ResettingTheControlsAtALoadRunsNoHandler) {
     EXPECT_EQ(ran, 0);
 }
 
-TEST_F(DesignTest, ResettingAControlAtALoadNotifiesItsViewOnce) {
+TEST_F(DesignTest, ResettingACheckBoxAtALoadNotifiesItsViewOnce) {
     form.load();
     changeTheState();
     form.unload();
@@ -308,7 +308,7 @@ TEST_F(DesignTest, TimersAreStillEnabledDuringTheUnloadStep) {
     EXPECT_TRUE(enabled);
 }
 
-TEST_F(DesignTest, ACallOfTouchedLoadsTheFormOnceWithoutShowingIt) {
+TEST_F(DesignTest, RepeatedCallsOfTouchedLoadTheFormOnceAndDoNotShowIt) {
     EXPECT_EQ(touched(form).text.text(), "100");
     EXPECT_TRUE(form.loaded());
     EXPECT_FALSE(form.visible());

@@ -106,7 +106,7 @@ TEST_F(ListBoxTest, SetListIndexRunsTheClickHandlerOnlyIfTheCurrentLineChanges) 
     EXPECT_EQ(clicks, 2);
 }
 
-TEST_F(ListBoxTest, TheCurrentIndexIsAdjustedWhenOtherLinesAreAddedOrRemoved) {
+TEST_F(ListBoxTest, TheSameLineStaysCurrentWhenOtherLinesAreAddedOrRemoved) {
     list.setListIndex(1).passOver();
     list.addItem("before", 0).passOver();
     EXPECT_EQ(list.text(), "b");
@@ -170,7 +170,7 @@ TEST_F(ListBoxTest, CanAppendTheTextOfOneOfItsOwnLines) {
     EXPECT_EQ(list.list(102), "a");
 }
 
-TEST_F(ListBoxTest, AUsersClickRunsTheClickHandlerAlsoOnTheCurrentLineButNotOutsideTheList) {
+TEST_F(ListBoxTest, ChoosingALineAlwaysRunsTheClickHandlerAndChoosingOutsideTheListDoesNothing) {
     list.choose(1);
     list.choose(1);
     EXPECT_EQ(clicks, 2);
