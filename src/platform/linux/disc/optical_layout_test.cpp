@@ -56,7 +56,7 @@ TEST(OpticalLayout, AssumesNoGapBeforeADataTrackInsideTheLastSession) {
                 testing::ElementsAre(8600, 40000, 10000));
 }
 
-TEST(OpticalLayout, DetectsTheGapBeforeTheFirstOfSeveralDataSessions) {
+TEST(OpticalLayout, DetectsTheGapBeforeEachOfTwoDataSessions) {
     RawToc toc = enhanced(90000);
     toc.tracks.push_back({data, 90000});
     toc.leadOut = 95000;

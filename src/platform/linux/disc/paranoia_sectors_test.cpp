@@ -46,8 +46,8 @@ class ParanoiaSectorsTest : public testing::Test {
 
     CdioHandle openDisc() const { return openCdio((folder_ / "disc.cue").string(), DRIVER_BINCUE); }
 
-    /// A reader whose commands fail if they read a sector of `bad_`. Each of these sectors makes
-    /// `failuresPerSector_` commands fail; later commands read it.
+    /// A reader of the disc. Each sector of `bad_` makes `failuresPerSector_` commands fail; later
+    /// commands can read the sector. While `gone_` is true, every command fails.
     std::unique_ptr<ParanoiaSectors> makeReader() {
         CdioHandle cdio = openDisc();
         CdIo_t* const raw = cdio.get();
@@ -132,8 +132,8 @@ TEST_F(ParanoiaSectorsTest, DeliversTheRightSectorsAfterSeeksAndSingleReads) {
 TEST_F(ParanoiaSectorsTest, RepairsSectorsThatCanBeReadEventually) {
     bad_ = {60, 61, 90};
     // Commands of three sizes are tried one after the other: 25 sectors, 8 sectors, one sector.
-    // With three failures, the first damaged sector fails once in a command of each size. After
-    // that, no more commands of 25 sectors are issued.
+    // With three failures, the first damaged sector fails once in a command of each size. No
+    // command of 25 sectors is issued after the first failure.
     failuresPerSector_ = 3;
     const auto reader = makeReader();
     reader->seek(40, endOfSound);

@@ -177,7 +177,7 @@ TEST_F(PatientDriveTest, KeepsTheKnownStateOfTheMediumWhileTheDriveHangs) {
     EXPECT_TRUE(fakes::eventually([&] { return !drive->mediaPresent(); }));
 }
 
-TEST_F(PatientDriveTest, MediaPresentReturnsFalseAfterOpenTrayEvenBeforeAHangingDriveOpensTheTray) {
+TEST_F(PatientDriveTest, MediaPresentReturnsFalseAfterOpenTrayEvenIfTheDriveHangs) {
     const auto drive = driveWith(1ms);
     EXPECT_TRUE(fakes::eventually([&] { return drive->mediaPresent(); }));
     device->hang();

@@ -170,8 +170,8 @@ Status TocParser::readTrackStatement(const TocToken& word) {
     return readFlag(word);
 }
 
-/// Skips a statement that describes the disc or a track and does not affect the sound. Other words
-/// are errors.
+/// Skips a statement that describes the disc or a track and does not change the samples. Other
+/// words are errors.
 Status TocParser::readFlag(const TocToken& word) {
     for (const std::string_view code : {"ISRC", "CATALOG"}) {
         if (sameWord(word.text, code)) {

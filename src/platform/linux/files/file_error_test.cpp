@@ -43,7 +43,7 @@ TEST(FileErrorOfSystem, TreatsAReadOnlyDiskAsAMissingPermission) {
     EXPECT_EQ(fileErrorOfSystem(EROFS).number, ErrorNumber::permissionDenied);
 }
 
-TEST(FileErrorOfSystem, TreatsEveryOtherFailureAsAnAccessError) {
+TEST(FileErrorOfSystem, TreatsAnUnlistedErrnoValueAsAnAccessError) {
     EXPECT_EQ(fileErrorOfSystem(EXDEV).number, ErrorNumber::pathFileAccess);
     EXPECT_EQ(systemError(EXDEV, "/a").number, ErrorNumber::pathFileAccess);
 }

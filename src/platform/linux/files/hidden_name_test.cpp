@@ -134,7 +134,7 @@ TEST_F(HiddenNameTest, RemoveLeftoversKeepsFilesWithoutAHiddenNameOfThisMachine)
     }
 }
 
-TEST_F(HiddenNameTest, RemoveLeftoversDeletesOnlyRegularFiles) {
+TEST_F(HiddenNameTest, RemoveLeftoversKeepsFoldersPipesAndSymbolicLinks) {
     const fs::path subfolder = folder / newHiddenName();
     const fs::path pipe = folder / newHiddenName();
     const fs::path link = folder / newHiddenName();

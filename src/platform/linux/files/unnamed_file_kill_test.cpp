@@ -31,7 +31,8 @@ enum class Method { itself, copy };
 
 class KilledSaveTest : public testing::TestWithParam<std::tuple<Concealment, Target, Method>> {
   protected:
-    /// Runs one save in `folder` in a child process, which is killed at system call number `call`.
+    /// Runs one save in `folder` in a child process, which is killed at system call number `call`
+    /// of the save.
     KillOutcome save(const fs::path& folder, int call) const {
         std::optional<UnnamedFile> file;
         return test::killAtCall(
@@ -76,7 +77,7 @@ TEST_P(KilledSaveTest, LeavesTheTargetUnchangedOrCompleteAndTheNextCreateDeletes
         EXPECT_EQ(contentOf(folder / "target.wav"), after) << "call " << call;
     }
     EXPECT_GT(call, 5)
-        << "the save must make at least the calls that its flushes and the naming need";
+        << "a save needs more system calls: it flushes the file, names it and flushes the folder";
     EXPECT_EQ(leftovers > 0, usesHiddenNames)
         << "if hidden names are used, some kill must leave a hidden file; if not, no kill may "
            "leave a hidden file";

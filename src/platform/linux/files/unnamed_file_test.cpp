@@ -170,7 +170,7 @@ TEST_P(UnnamedFileTest, CanStillBePublishedAfterAFailure) {
     EXPECT_EQ(entriesIn(folder.path()), 2);
 }
 
-TEST_P(UnnamedFileTest, IsCopiedIfItsHiddenNameWasRemoved) {
+TEST_P(UnnamedFileTest, CanBePublishedAfterItsHiddenNameWasRemoved) {
     UnnamedFile file = unnamed("new");
     for (const auto& entry : fs::directory_iterator(folder.path())) {
         fs::remove(entry.path());

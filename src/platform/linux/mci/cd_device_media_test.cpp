@@ -290,7 +290,7 @@ TEST(EachOpenCommand, ReadsTheDriveAgain) {
     EXPECT_EQ(session.machine.drive->loads, 2);
 }
 
-TEST(AnUnreadableDisc, CountsAsMissingAndIsNotReadAgainAfterThreeTries) {
+TEST(AnUnreadableDisc, CountsAsMissingAndIsReadAtMostThreeTimesUntilItIsRemoved) {
     MciSession session(threeTracks());
     session.machine.drive->unreadable = true;
     session.send("open cdaudio alias cd");
