@@ -38,7 +38,7 @@ TEST(NamesADevice, IsTrueForEachBlockDevice) {
         }
     }
     if (found == 0) {
-        GTEST_SKIP() << "this machine has no block device";
+        GTEST_SKIP() << "there is no block device directly in /dev";
     }
 }
 

@@ -63,7 +63,7 @@ Status TreeView::remove(int index) {
 }
 
 Status TreeView::remove(const NodeRef& node) {
-    // A copy, because the caller may have passed a member that this removal clears.
+    // A copy, because the caller may have passed an element of a list that changes here.
     const NodeRef leaving = node; // NOLINT(performance-unnecessary-copy-initialization)
     if (Status status = usable(leaving); !status.ok()) {
         return status;
@@ -254,7 +254,7 @@ Status TreeView::startLabelEdit() {
     return {};
 }
 
-// By value: the handler may change the text that the caller refers to.
+// By value, because the handler may change the string that the caller passed.
 // NOLINTNEXTLINE(performance-unnecessary-value-param)
 void TreeView::finishLabelEdit(std::string text) {
     const NodeRef finished = std::exchange(edited_, nullptr);

@@ -74,7 +74,7 @@ TEST_F(TreeViewTest, AddingAnExistingKeyFailsAndChangesNothing) {
     EXPECT_THAT(observer.log, IsEmpty());
 }
 
-TEST_F(TreeViewTest, KeysThatDifferInCaseOrInAnyByteAreDifferent) {
+TEST_F(TreeViewTest, KeysThatDifferOnlyInCaseOrInATrailingNulAreDifferent) {
     EXPECT_TRUE(tree.add(A, "KEY A1", "x", 1, 1).ok());
     EXPECT_TRUE(tree.add(A, std::string("key a1\0", 7), "x", 1, 1).ok());
 }

@@ -12,9 +12,9 @@ namespace sonarith::disc {
 
 namespace {
 
-/// Removes the file's name from `rest` and returns it; `rest` then contains only the type. A name
-/// without quotation marks may contain blanks too, because the type is the last word. Errors state
-/// the cause without sheet and line.
+/// Removes the file's name from `rest` and returns the name; `rest` then contains the text after
+/// it. Even a name without quotation marks may contain blanks: the last word is the type. Errors
+/// state the cause without sheet and line.
 Result<std::string_view> takeFileName(std::string_view& rest) {
     if (rest.starts_with('"')) {
         const auto mark = rest.find('"', 1);
@@ -315,8 +315,8 @@ Status CueParser::closeTrack() const {
     return {};
 }
 
-/// Stores the segment that begins at open_. It ends at `nextSector` if the next segment begins in
-/// the same file (`nextFile`), otherwise at the end of its own file.
+/// Stores the segment that begins at open_. The segment ends at `nextSector` if `nextFile` is its
+/// own file, otherwise at the end of its file.
 void CueParser::closePoint(std::size_t nextFile, std::int64_t nextSector) {
     if (!open_) {
         return;

@@ -167,7 +167,7 @@ TEST(CueParser, AcceptsNamesWithAndWithoutQuotationMarks) {
     EXPECT_EQ(nameIn("FILE \" a \"WAVE"), " a ");
 }
 
-TEST(CueParser, SkipsDescriptions) {
+TEST(CueParser, SkipsDescriptionsAndComments) {
     const auto layout = accepted("REM GENRE Rock\nREM\nREM SESSION x\nCATALOG 1234567890123\n"
                                  "CDTEXTFILE \"a.cdt\"\nPERFORMER \"P\"\nTITLE \"A \"\" title\"\n"
                                  "SONGWRITER s\nFILE a.bin BINARY\nTRACK 01 AUDIO\nTITLE \"x\n"

@@ -47,8 +47,8 @@ std::int64_t playableEnd(const Table& table, std::int64_t sector, std::int64_t e
 
 // Contains everything that the reader's thread accesses, because that thread may outlive the
 // player. One mutex protects all state. The mutex is not locked while the disc is read; it is
-// locked at most while some kilobytes are copied, so the sound card's thread never waits long for
-// it.
+// locked at most while the result of one read (59 KB) is copied, so the sound card's thread never
+// waits long for it.
 class DiscPlayer::Reader {
   public:
     explicit Reader(std::shared_ptr<Disc> disc)
@@ -221,7 +221,7 @@ class DiscPlayer::Reader {
     bool reading_ = false;        ///< the thread is inside disc_->read, so it needs no notification
     Clock::time_point readBegan_; ///< valid while reading_
     bool gone_ = false;
-    std::stop_source quit_; ///< requested to stop when the player is destroyed
+    std::stop_source quit_; ///< stops the current read and the thread
 };
 
 DiscPlayer::DiscPlayer(std::shared_ptr<Disc> disc, ThreadStarter starter)

@@ -86,7 +86,7 @@ TEST(DiscPlayer, CountsThePositionInPulledFrames) {
     EXPECT_EQ(player.mode(), PlayerMode::playing);
 }
 
-TEST(DiscPlayer, ReadsNoSectorPastTheEndOfARangeOfAnyLength) {
+TEST(DiscPlayer, ReadsExactlyToTheEndOfARangeWhateverItsLength) {
     for (std::int64_t length = 1; length <= 60; ++length) {
         const auto disc = longDisc();
         DiscPlayer player(disc);
@@ -100,7 +100,7 @@ TEST(DiscPlayer, NeverReadsFurtherAheadThanFourSeconds) {
     const auto disc = longDisc();
     DiscPlayer player(disc);
     ASSERT_TRUE(player.play(0, 10000).ok());
-    // Waits until the reader has read 4 s, before the first frame is pulled.
+    // Waits until the reader has requested 4 s of sound, before the first frame is pulled.
     constexpr std::int64_t ahead = 4 * sectorsPerSecond;
     while (disc->furthest() < ahead) {
         std::this_thread::yield();
@@ -154,7 +154,7 @@ TEST(DiscPlayer, StarvesDuringTheFirstRead) {
     EXPECT_EQ(playToItsEnd(player), framesAt(0, 100 * framesPerSector));
 }
 
-TEST(DiscPlayer, DeliversNoFrameOfAPreviousPositionThatIsStillBeingRead) {
+TEST(DiscPlayer, ANewPlayDiscardsTheResultOfTheRunningRead) {
     const auto disc = longDisc();
     disc->hold();
     DiscPlayer player(disc);
@@ -166,7 +166,7 @@ TEST(DiscPlayer, DeliversNoFrameOfAPreviousPositionThatIsStillBeingRead) {
     EXPECT_EQ(playToItsEnd(player), framesAt(5000 * framesPerSector, 100 * framesPerSector));
 }
 
-TEST(DiscPlayer, DeliversNoFrameOfAPreviousPositionThatWasReadAhead) {
+TEST(DiscPlayer, ANewPlayDiscardsTheSoundThatWasReadAhead) {
     const auto disc = longDisc();
     DiscPlayer player(disc);
     ASSERT_TRUE(player.play(0, 1000).ok());

@@ -39,11 +39,12 @@ DriveMakers realDriveMakers(waiting::Services services) {
             }};
 }
 
-/// The messages of the last load; they are kept even after the loaded disc has been destroyed.
+/// The messages for report(): the problem of the last openDrive() or load, and the remark of the
+/// last loaded disc, which is kept after the disc was destroyed.
 struct DriveSlot::Reports {
     class ReportedDisc;
 
-    /// Called when the drive is empty, since the messages of an earlier disc no longer apply.
+    /// Called when the drive was found empty: the remark of an earlier disc no longer applies.
     void clearDisc() {
         const std::lock_guard lock(mutex);
         disc = nullptr;
@@ -52,7 +53,8 @@ struct DriveSlot::Reports {
 
     DriveReport problem;
     std::mutex mutex; ///< protects the members below, since any thread may destroy a disc
-    /// The last loaded disc, until it is destroyed. Its remark may change while the disc is read.
+    /// The last loaded disc, whose remark may change while the disc is read. Null after the disc
+    /// was destroyed or the drive was found empty.
     const ReportedDisc* disc = nullptr;
     std::string lastRemark; ///< of the last loaded disc, after that disc was destroyed
 };

@@ -165,7 +165,7 @@ TEST(ImageDisc, IgnoresTheLetterCaseOfFileNamesAndDetectsTheKindOfASheetByItsTex
     EXPECT_THAT(refused(folder.path("Disc.Bin")), StartsWith("Disc.Bin"));
 }
 
-TEST(ImageDisc, ABinFileShorterThanStatedPlaysItsContentAndReportsTheMissingRest) {
+TEST(ImageDisc, PlaysABinFileThatIsShorterThanStatedAndReportsTheMissingRest) {
     const ImageFolder folder;
     std::string bytes(17 * 2352 + 1000, '\x42');
     folder.write("a.bin", bytes);

@@ -31,8 +31,8 @@ Extent extentOf(const Segment& segment, ImageFormat format, std::int64_t fileByt
         return {segment.frames, whole ? segment.frames : wholeSectors * framesPerSector};
     }
     if (format == ImageFormat::wave || segment.roundedTo == 1) {
-        // A sound file may have any length. The segment's length is rounded up to a multiple of
-        // `roundedTo`; the frames beyond the file's end are silent.
+        // WAVE files and the sound files of a TOC may have any length. The segment's length is
+        // rounded up to a multiple of `roundedTo`; the frames beyond the file's end are silent.
         const std::int64_t frames =
             bytes / segment.sectorBytes * framesPerSector +
             bytes % segment.sectorBytes * framesPerSector / segment.sectorBytes;
@@ -43,7 +43,7 @@ Extent extentOf(const Segment& segment, ImageFormat format, std::int64_t fileByt
     return {wholeSectors * framesPerSector, wholeSectors * framesPerSector};
 }
 
-/// One or more consecutive tracks of which the file contains less than the sheet states.
+/// One or more consecutive tracks whose file is too short.
 struct Shortage {
     enum class Kind { truncated, missing, lengthUnknown };
     Kind kind = Kind::truncated;

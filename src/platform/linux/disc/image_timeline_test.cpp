@@ -49,7 +49,7 @@ TEST(Timeline, TheLastTrackEndsWithTheLastWholeSectorOfTheFile) {
     EXPECT_EQ(soundFrames(line.value()), 1000 * 588);
 }
 
-TEST(Timeline, TheLastSectorOfASoundFileIsPadded) {
+TEST(Timeline, TheLastSectorOfAWaveFileIsPadded) {
     const auto line = timelineOfCue("FILE 1.wav WAVE\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"
                                     "FILE 2.wav WAVE\nTRACK 02 AUDIO\nINDEX 01 00:00:00\n",
                                     {(300 * 588 + 1) * 4, 300 * 588 * 4});
@@ -123,8 +123,8 @@ TEST(Timeline, CountsTheLostSectorsOfARange) {
     EXPECT_EQ(lostSectors(truncated, 0, 400), 0);
     EXPECT_EQ(lostSectors(truncated, 399, 401), 1);
     EXPECT_EQ(lostSectors(truncated, 600, 500), 0);
-    // The silence of a SILENCE statement and the padding of a sound file are intended, so they do
-    // not count as lost.
+    // The silence of a SILENCE statement and the padding of a.bin's last sector are intended, so
+    // they do not count as lost.
     const ImageTimeline whole =
         timelineOfToc("TRACK AUDIO\nFILE \"a.bin\" 0\nTRACK AUDIO\nSILENCE 9\n", {10 * 2352 + 4})
             .value();
