@@ -111,7 +111,7 @@ TEST_F(CapturePumpTest, DropsTheOldestFramesIfNoFramesArePulled) {
     EXPECT_THAT(block, IsSound(pattern(3 * frameRate - frameRate / 2, 441)));
 }
 
-TEST_F(CapturePumpTest, ItsDestructorIsNotDelayedByAHangingDevice) {
+TEST_F(CapturePumpTest, ItsDestructorReturnsWhileTheDeviceHangs) {
     device->hangs = true;
     timing.patience = 1ms;
     {
@@ -134,7 +134,7 @@ TEST_F(CapturePumpTest, OpeningReturnsTheResultOfTheLastAttemptToOpenTheDevice) 
     EXPECT_TRUE(eventually([&] { return pump.opening(0ms) == CapturePump::Opening::open; }));
 }
 
-TEST_F(CapturePumpTest, DoesNotWaitForADeviceWhoseOpeningHangs) {
+TEST_F(CapturePumpTest, IsSilentAndCanBeDestroyedWhileTheOpeningOfTheDeviceHangs) {
     device->openHangs = true;
     timing.patience = 1ms;
     {

@@ -97,9 +97,9 @@ INSTANTIATE_TEST_SUITE_P(BassAndTreble, CardMixerTone,
                          testing::Values(ToneCase{mixer_control::bass, 200, 1},
                                          ToneCase{mixer_control::treble, 5000, -1}));
 
-TEST_F(CardMixerTest, BassAndTrebleHaveTheDocumentedGains) {
-    // Checks only that the formula shelfDb() has the gains that tone_control.h states.
-    // CardMixerTone checks that the sound has the gains of shelfDb().
+TEST_F(CardMixerTest, ShelfDbHasTheDocumentedGains) {
+    // tone_control.h states the gains. CardMixerTone checks that the sound has the gains of
+    // shelfDb().
     EXPECT_NEAR(shelfDb(100, ToneControl::bassCornerHz, 12, 1), 11, 0.5);
     EXPECT_NEAR(shelfDb(10'000, ToneControl::trebleCornerHz, 12, -1), 11, 0.5);
     EXPECT_LT(shelfDb(1000, ToneControl::bassCornerHz, 12, 1), 0.1);
@@ -181,7 +181,7 @@ TEST_F(CardMixerTest, ABoostedLoudSoundIsAttenuatedAndNotClipped) {
     EXPECT_LT(decibels(amplitudeAt(played, 5 * hz, frameRate) / whole), -50);
 }
 
-TEST_F(CardMixerTest, ASoundAfterAnAttenuatedLoudPassageIsNoLongerAttenuated) {
+TEST_F(CardMixerTest, TheAttenuationEndsAfterALoudPassage) {
     EXPECT_EQ(set(4, mixer_control::bass, 65535), MixerResult::noError);
     play(Line::compactDisc, std::make_shared<ToneSource>(60, 32'700));
     hear(1s);

@@ -37,7 +37,7 @@ class CardWaveInputExternal : public CardWaveInputTest {
 };
 
 TEST_F(CardWaveInputExternal, TheDeviceIsOpenedByOpenOrStartAndClosedByStopResetOrClose) {
-    EXPECT_EQ(device->opened, 0) << "the device must not be opened without a listener";
+    EXPECT_EQ(device->opened, 0) << "the device must not be opened before open() is called";
     open(cardFormat);
     EXPECT_TRUE(becomesOpen());
     EXPECT_EQ(input.start(handle), WaveResult::noError);
@@ -97,7 +97,7 @@ TEST_F(CardWaveInputExternal, ReportsTheNameOfADeviceThatCannotBeOpened) {
     open(cardFormat);
 }
 
-TEST_F(CardWaveInputExternal, DoesNotWaitForADeviceWhoseOpeningHangs) {
+TEST_F(CardWaveInputExternal, DeliversSilenceWhileTheOpeningOfTheDeviceHangs) {
     device->openHangs = true;
     card.setRecordingSource(RecordingSource::externalInput,
                             std::make_shared<ExternalInput>("hung", openerOf(device), nullptr,

@@ -101,7 +101,7 @@ class AnyOrder {
     bool running_ = false;
 };
 
-TEST(CardWaveInput, MatchesTheModelForEverySequenceOfThreeOperationsFromEachState) {
+TEST(CardWaveInput, MatchesTheModelForEverySequenceOfThreeOperationsFromSixStates) {
     const std::vector<std::vector<int>> beginnings{{},        {0},          {0, 1},
                                                    {0, 1, 3}, {0, 1, 3, 4}, {0, 1, 3, 4, 8}};
     for (const std::vector<int>& beginning : beginnings) {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests a pump whose device or thread is lost or missing, and what the pump reports.
+// Tests a pump whose device is lost or missing, or whose thread cannot be started, and what the
+// pump reports.
 #include <thread>
 
 #include "platform/linux/sound/playback_fixture.h"
@@ -57,7 +58,7 @@ TEST_F(PlaybackPumpTest, ClosesADeviceThatAcceptsNothing) {
     EXPECT_TRUE(eventually([&] { return device->closed == 1; }));
 }
 
-TEST_F(PlaybackPumpTest, ReportsThatTheDeviceIsLostAndThatItPlaysAgain) {
+TEST_F(PlaybackPumpTest, ReportsWhenTheDeviceIsLostAndWhenItWorks) {
     fakes::DeviceReports reports;
     std::atomic<bool> missing = true;
     patient.retryAfter = 1ms;

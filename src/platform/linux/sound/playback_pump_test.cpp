@@ -135,7 +135,7 @@ TEST_F(PlaybackPumpTest, PlaysASecondSoundOnTheDeviceThatIsStillOpen) {
     EXPECT_EQ(device->prepared, 1);
 }
 
-TEST_F(PlaybackPumpTest, NeitherPlayNorTheDestructorIsBlockedByAHangingDevice) {
+TEST_F(PlaybackPumpTest, PlayAndTheDestructorReturnWhileTheDeviceHangs) {
     device->hangs = true;
     patient.patience = 1ms;
     {

@@ -18,8 +18,8 @@ using Clock = std::chrono::steady_clock;
 /// the beginning of a sound without a gap, and does not underrun if the software sound card's next
 /// frames are up to PlaybackTiming::dryAfter late.
 constexpr std::size_t prefillFrames = frameRate / 10;
-/// The silence that is written after the end of a sound: 50 ms. A device that repeats its buffer
-/// after an underrun then repeats silence.
+/// The silence that is written after the end of a sound: 50 ms. The device is stopped while it
+/// plays this silence, that is, after the sound's last frame and before an underrun.
 constexpr std::size_t paddingFrames = frameRate / 20;
 /// A device that has accepted half a second of sound has certainly played some of it, because its
 /// buffer is shorter.
@@ -34,7 +34,7 @@ constexpr std::size_t batchFrames = 3 * blockFrames;
 /// The delay between two checks of how much of a sound's end is still to be played, and the delay
 /// after two consecutive waits for space that both reported space.
 constexpr std::chrono::milliseconds shortRest{10};
-/// A device with more consecutive underruns or suspends than this, without an accepted frame in
+/// A device with more consecutive underruns or suspensions than this, without an accepted frame in
 /// between, counts as lost.
 constexpr int maxFruitlessRecoveries = 3;
 
@@ -74,7 +74,7 @@ bool PlaybackSession::playBlock(std::span<const StereoFrame> frames) {
 /// lost or the thread is asked to end.
 bool PlaybackSession::goOnDry() {
     switch (phase_) {
-    case Phase::filling: // the sound is shorter than the prefill
+    case Phase::filling: // fewer frames than the prefill were written
     case Phase::running:
         if (!writeAll(std::vector<StereoFrame>(paddingFrames)) || !startIfFilling()) {
             return false;
@@ -83,8 +83,7 @@ bool PlaybackSession::goOnDry() {
         drainingSince_ = Clock::now();
         return true;
     case Phase::draining:
-        // queued() is negative after an error (most likely an underrun): then, too, everything has
-        // been played.
+        // A negative result of queued() most likely means an underrun: everything has been played.
         if (device_.queued() <= static_cast<long>(paddingFrames) / 2 ||
             Clock::now() - drainingSince_ > timing_.stallLimit) {
             device_.stop();
@@ -171,7 +170,7 @@ bool PlaybackSession::awaitRoom(Clock::time_point stalledSince) {
     } else if (room <= 0) {
         hadRoom_ = false;
     }
-    // An underrun or a suspend is handled after the next write, which reports it again.
+    // An underrun or a suspension is handled after the next write, which reports it again.
     return room >= 0 || room == -EPIPE || room == -ESTRPIPE || room == -EINTR;
 }
 

@@ -73,7 +73,7 @@ TEST(RateConverter, RemovesFrequenciesThatTheNewRateCannotRepresent) {
               0.001 * amplitude);
 }
 
-TEST(RateConverter, FillsTheOutputAndContinuesInTheNextCallWithoutAGap) {
+TEST(RateConverter, ContinuesInTheNextCallWithoutAGapIfTheOutputIsFull) {
     const std::vector<std::int16_t> input = tone(440, 48'000, 2000); // 1000 frames
     Result<RateConverter> whole = RateConverter::create(2, 48'000, 44'100, RateQuality::listening);
     Result<RateConverter> parts = RateConverter::create(2, 48'000, 44'100, RateQuality::listening);

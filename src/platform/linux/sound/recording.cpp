@@ -69,7 +69,7 @@ Status Recording::save(const fs::path& target) {
         [watchSave, lateAfter = job_->context.timing.lateSave] { watchSave(lateAfter); },
         job_->context.starter);
     if (!watched.ok()) {
-        // Without the thread, the late save can only be reported now.
+        // Without the thread, the late save must be reported now.
         watchSave(std::chrono::milliseconds{0});
     }
     return {ErrorNumber::deviceInputOutput,

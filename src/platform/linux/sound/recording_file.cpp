@@ -68,7 +68,7 @@ bool RecordingFile::append(std::span<const StereoFrame> frames) {
     return failure_ == 0;
 }
 
-/// Writes `frames`, at most framesPerWrite.
+/// Precondition: `frames` has at most framesPerWrite frames.
 bool RecordingFile::write(std::span<const StereoFrame> frames) {
     std::array<std::int16_t, 2 * framesPerWrite> samples;
     std::size_t count = 0;
@@ -171,7 +171,7 @@ int RecordingFile::truncateToKeptFrames() {
     return writer_.writeHeader(bytes()) ? 0 : writer_.errorNumber();
 }
 
-/// Copies the kept frames to a new file with a header of `form`. Recordings of more than 4 GiB (6.7
+/// Copies the kept frames to a new file with a header of `form`. Recordings of more than 4 GiB (6.8
 /// hours of stereo) need a larger header. No file reserves space for that header from the start,
 /// because small files would then lack the plain header that all other programs read.
 Status RecordingFile::rewrite(WavForm form, const fs::path& target) {

@@ -168,7 +168,7 @@ TEST_F(FailingDiskTest, KeepsTheOldFileIfNoFrameIsKept) {
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
 
-TEST_F(FailingDiskTest, AllowsNoRecordingAndKeepsNoFileIfNoByteCanBeWritten) {
+TEST_F(FailingDiskTest, CreateFailsAndLeavesNoFileIfNoByteCanBeWritten) {
     intercepted(
         [](const seccomp_data& call) {
             return isHeader(call) || isSamples(call) ? ENOSPC : CallJudge::letThrough;

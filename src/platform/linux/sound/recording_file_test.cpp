@@ -155,7 +155,7 @@ TEST_F(RecordingFileTest, SavesPlainWavAndRf64FromAFileWithAHiddenName) {
 }
 
 /// Saves one recording after the other, each longer than the previous one, until the process is
-/// killed. Reports before and after each save. Returns if a call fails.
+/// killed. Reports before and after each save. Returns if append() or save() fails.
 void recordForEver(const fs::path& folder, files::Concealment concealment,
                    const test::ReportingChild::Report& report) {
     for (std::size_t frames = 1000;; frames += 1000) {

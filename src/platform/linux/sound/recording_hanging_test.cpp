@@ -58,7 +58,7 @@ bool hitsSamples(const seccomp_data& call) {
     return RecordingFixture::isSamples(call);
 }
 
-TEST_F(HangingDiskTest, BlocksNeitherTheCardNorTheSpeakersNorQueriesOfTheRecording) {
+TEST_F(HangingDiskTest, DoesNotBlockTheCardTheSpeakersOrQueriesOfTheRecording) {
     const auto speakers = std::make_shared<fakes::MemorySink>();
     intercepted([](const seccomp_data& call) { return hitsSamples(call) ? CallJudge::hold : 0; },
                 [&](CallJudge& judge) {
@@ -77,7 +77,7 @@ TEST_F(HangingDiskTest, BlocksNeitherTheCardNorTheSpeakersNorQueriesOfTheRecordi
                 });
 }
 
-TEST_F(HangingDiskTest, ChangesNeitherTheLengthNorTheSamplesOfATrack) {
+TEST_F(HangingDiskTest, DoesNotChangeTheLengthOrTheSamplesOfATrack) {
     std::atomic<bool> hanging = false;
     intercepted(
         [&](const seccomp_data& call) {
@@ -337,7 +337,7 @@ TEST_F(HangingDiskTest, IsWaitedForIfNoThreadCanBeStartedToWatchIt) {
     expectPlainWav(target, played());
 }
 
-TEST_F(HangingDiskTest, IsReportedAtOnceIfNoThreadCanBeStartedToReportItLater) {
+TEST_F(HangingDiskTest, ALateSaveIsReportedAtOnceIfNoThreadCanBeStartedToWatchIt) {
     const fakes::LimitedThreads threads(1);
     context.starter = threads.starter();
     intercepted(&holdNaming, [&](CallJudge& judge) {

@@ -23,7 +23,7 @@ class RecordingNoticesTest : public testing::Test {
     const std::int64_t kept = std::int64_t{42} * 44100;
 };
 
-TEST_F(RecordingNoticesTest, ReportsThePartThatCanBeSavedAfterAnEarlyEndAndLaterItsSave) {
+TEST_F(RecordingNoticesTest, ReportsAnEarlyEndWithTheKeptLengthAndLaterTheSave) {
     notices.endedEarly(first, "/music", ENOSPC, kept);
     notices.saved(first, "/music/1234-3.wav", ENOSPC, kept);
     notices.closed(first, "/music", "/music/1234-3.wav");

@@ -89,7 +89,7 @@ TEST_F(RecordingTest, FailsWithANoticeIfNoFileCanBeCreatedInAnyFolder) {
     EXPECT_EQ(shown.texts().size(), 2U) << "the cause must be settled when a file can be created";
 }
 
-TEST_F(RecordingTest, LeavesNoFileUnlessTheRecordingIsSaved) {
+TEST_F(RecordingTest, LeavesNoFileIfItIsNotSaved) {
     for (const std::size_t frames : {0U, 100U, 100'000U}) {
         begin()->sink()->record(pattern(0, frames));
         EXPECT_EQ(entriesIn(folder.path()), 0);
@@ -217,8 +217,8 @@ TEST_F(RecordingTest, NeedsConstantMemory) {
     recordSeconds(600);
     EXPECT_GT(recording->bytes(), 100'000'000);
     EXPECT_LT(test::memoryInKibibytes() - before, 1024)
-        << "a recording of 100,000 KiB must use less than 1024 KiB of memory (a full queue alone "
-           "would need 1,700 KiB, but here the writer keeps up with the card)";
+        << "100,000 KiB of sound must increase the memory use by less than 1024 KiB (a full queue "
+           "alone would use 1,700 KiB, but here the writer keeps up with the card)";
 }
 
 TEST_F(RecordingTest, FailsWithANoticeIfNoThreadCanBeStarted) {

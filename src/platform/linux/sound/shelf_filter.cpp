@@ -12,8 +12,8 @@ namespace sonarith::sound {
 
 namespace {
 
-/// While the gain changes, coefficients are computed for every 32nd frame (every 0.7 ms, in which
-/// the gain changes by 0.17 dB at most) and interpolated for the frames in between. An
+/// While the gain changes, coefficients are computed once for each piece of at most 32 frames
+/// (0.7 ms, in which the gain changes by 0.17 dB at most) and interpolated within the piece. An
 /// interpolation between two stable filters is stable, too.
 constexpr std::size_t pieceFrames = 32;
 
