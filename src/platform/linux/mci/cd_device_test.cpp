@@ -34,7 +34,7 @@ TEST(InspectingADisc, GivesTheRepliesThatTheLogicExpects) {
     EXPECT_EQ(session.send("status cd length track 2"), said("60133"));
     EXPECT_EQ(session.send("status cd length track 3"), said("10000"));
     EXPECT_EQ(session.send("close cd"), fine());
-    // These commands do not prepare the drive for reading sound.
+    // No transport is created, since none of these commands plays or seeks.
     EXPECT_EQ(session.machine.transport, nullptr);
 }
 
@@ -196,7 +196,7 @@ TEST(Seeking, MovesToThePositionAndStopsPlaying) {
     EXPECT_EQ(session.send("status cd position"), said("0"));
 }
 
-TEST(AStatusCommandWithATrackNumber, ReturnsTheStartTheLengthAndTheTypeOfTheTrack) {
+TEST(AStatusCommandWithATrackNumber, ReturnsTheStartTheLengthOrTheTypeOfTheTrack) {
     CdSession session(enhancedDisc());
     session.send("set cd time format milliseconds");
     EXPECT_EQ(session.send("status cd position track 1"), said("0"));

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests captures (recordings of a played track) whose destination hangs or is full: each command
-// must return nevertheless, and the sound that reached the disk must be kept. The tests send the
-// commands of a capture to the real player, sound card and recording.
+// Tests captures (recordings of a played track) whose destination hangs or becomes full. Each
+// command must return nevertheless. After a hang, the whole recording must be saved; on a full
+// disk, the part that fits. The disc player, the sound card and the recording are those of the
+// program.
 #include <gmock/gmock.h>
 
 #include <fcntl.h>

@@ -101,7 +101,7 @@ TEST_F(ACapture, CountsItsBytesUntilItIsStopped) {
     EXPECT_EQ(send("status capture length"), said("352800"));
 }
 
-TEST_F(ACapture, KeepsItsSamplesAndRecordsNothingMoreWhenTheDiscIsRemoved) {
+TEST_F(ACapture, KeepsItsSamplesAndRecordsNoSilenceAfterTheDiscIsRemoved) {
     EXPECT_EQ(send("open new type waveaudio alias capture"), fine());
     EXPECT_EQ(send(stereo), fine());
     EXPECT_EQ(send("open cdaudio alias cd"), fine());

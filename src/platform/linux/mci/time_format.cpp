@@ -39,8 +39,8 @@ std::string msfText(std::int64_t sectors) {
     return joined({sectors / perMinute, sectors / perSecond % 60, sectors % perSecond});
 }
 
-/// Parses up to `count` numbers separated by colons; missing numbers are 0. Fails if there are
-/// more.
+/// Parses up to `count` numbers separated by colons; numbers missing at the end are 0. Fails if
+/// there are more than `count`.
 Outcome<Fields> split(std::string_view text, std::size_t count) {
     Fields fields{};
     for (std::size_t i = 0; i < count; ++i) {
@@ -140,8 +140,7 @@ std::string_view nameOf(TimeFormat format) {
     return "tmsf";
 }
 
-// A sector lasts 40/3 ms. Thirds are never halfway between integers, so adding 1 before the
-// division rounds to the nearest.
+// A sector lasts 40/3 ms. Adding 1 before the division rounds one third down and two thirds up.
 std::int64_t millisecondsOfSector(std::int64_t sector) {
     return (sector * 40 + 1) / 3;
 }

@@ -107,7 +107,7 @@ Reply WaveRecorder::set(const Command& command) {
     return done();
 }
 
-/// Applies the given fields if they form a format that the card records.
+/// Applies the given fields if a Recorder can record the format.
 MciError WaveRecorder::setFormat(const Arguments& arguments) {
     int channels = channels_;
     if (const std::string* text = arguments.value("channels")) {

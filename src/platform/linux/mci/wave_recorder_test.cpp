@@ -131,7 +131,7 @@ TEST(TheUnitOfTheRecordedLength, IsOneOfThreeTimeFormats) {
 TEST(Recording, CanContinueAfterAStop) {
     Opened session;
     EXPECT_EQ(session.send("record capture overwrite"), fine());
-    EXPECT_EQ(session.send("record capture insert"), fine()); // the device records already
+    EXPECT_EQ(session.send("record capture insert"), fine()); // already recording
     session.send("stop capture");
     EXPECT_EQ(session.send("status capture mode"), said("stopped"));
     EXPECT_EQ(session.send("record capture insert wait"), fine());
@@ -194,7 +194,7 @@ TEST(ClosingARecorder, DropsUnsavedSound) {
 
 TEST(CommandsToARecorder, SucceedOrReturnTheErrorOfTheirMistake) {
     Opened session;
-    EXPECT_EQ(session.send("stop capture"), fine()); // already stopped
+    EXPECT_EQ(session.send("stop capture"), fine()); // nothing has been recorded yet
     EXPECT_EQ(session.send("play capture"), refused(MciError::unsupportedFunction));
     EXPECT_EQ(session.send("seek capture to start"), refused(MciError::unsupportedFunction));
     EXPECT_EQ(session.send("info capture identity"), refused(MciError::unsupportedFunction));
