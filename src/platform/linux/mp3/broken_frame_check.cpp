@@ -34,8 +34,8 @@ bool BrokenFrameCheck::isBroken(const Frame& frame, Bytes bytes,
     }
     // `frame` is broken or silent. It is decoded again, this time after a frame with sound: unless
     // the library gives `frame` up, the end of that sound overlaps into the samples of `frame`.
-    // Whether the library gives `frame` up depends only on the data of `frame`, so both decodings
-    // agree in this.
+    // Whether the library gives `frame` up depends only on the data of `frame`, so it is the same
+    // in both decodings.
     if (!decoder_) {
         Result<FrameDecoder<float>> made = FrameDecoder<float>::create();
         if (!made.ok()) {

@@ -28,8 +28,9 @@ int brokenFrames(const Data& data) {
     return broken;
 }
 
-TEST(BrokenFrameCheckTest, TreatsNoUndamagedFrameAsBroken) {
-    // At 8 kbit/s many frames contain data but no sound, so they are as silent as broken frames.
+TEST(BrokenFrameCheckTest, TreatsNoIntactFrameAsBroken) {
+    // At 8 kbit/s many frames contain data but no sound. Their samples end in silence, like those
+    // of broken frames.
     for (const char* options : {"-b 128", "-V 2", "-b 8 --resample 24", "-p -b 8 --resample 24",
                                 "-b 8 --resample 8", "-b 64 --resample 22.05"}) {
         EXPECT_EQ(brokenFrames(fixture::encoded(44100, 2, options, 1.5)), 0) << options;

@@ -53,7 +53,7 @@ Result<std::unique_ptr<FileSource>> FileSource::open(const fs::path& path,
     if (path.native().find('\0') != std::string::npos) {
         return {ErrorNumber::badFileName, "a file name cannot contain a NUL byte"};
     }
-    // Non-blocking, since opening a pipe without a writer would not return.
+    // Non-blocking: otherwise, the opening of a pipe without a writer would not return.
     files::FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     struct stat found {};
     if (!file.valid() || ::fstat(file.get(), &found) != 0) {

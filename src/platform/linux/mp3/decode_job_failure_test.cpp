@@ -90,7 +90,7 @@ TEST_F(DecodeJobTest, KeepsThePartBeforeAnUnreadableOffset) {
     }
 }
 
-constexpr int room = 480'000; ///< the free space for the WAV, in bytes
+constexpr int room = 480'000; ///< the maximum size of the WAV, in bytes
 
 /// Decodes with space for two thirds of the sound. For a child process. Returns 0 if the part that
 /// fits was kept, and otherwise the number of the check that failed.

@@ -21,7 +21,7 @@ using fixture::readFile;
 using fixture::text;
 using fixture::writeFile;
 
-TEST_F(DecodeJobTest, DecodesTheWholeFileOnOneThreadAndOnSeveral) {
+TEST_F(DecodeJobTest, DecodesTheWholeFileOnOneOrSeveralThreads) {
     const fixture::DecodedSound whole = fixture::sequentially(ordinary());
     for (const Division& division : {Division{1, 16}, Division{2, 16}, Division{}}) {
         const DecodeResult result = decode(ordinary(), division);

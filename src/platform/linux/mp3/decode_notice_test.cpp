@@ -76,7 +76,7 @@ TEST(DecodeNoticeTest, ReportsOmittedParts) {
 
 TEST(DecodeNoticeTest, IsEmptyIfNoSoundWasOmittedOrIfTheUserStoppedTheDecoding) {
     EXPECT_EQ(decodeNotice(names, lossyResult(0, 0)), "")
-        << "skipped bytes must not be reported: many intact files have other data at their ends";
+        << "skipped bytes must not be reported: many intact files begin or end with junk";
     DecodeResult stopped = lossyResult(3, 2);
     stopped.outcome = DecodeOutcome::stopped;
     EXPECT_EQ(decodeNotice(names, stopped), "");

@@ -69,7 +69,8 @@ std::optional<Frame> FrameScanner::take(const FrameHeader& header) {
     return Frame{offset, header, std::exchange(gap_, false)};
 }
 
-/// Whether the beginning of `bytes` is a whole frame and not a chance match.
+/// Whether `bytes` begins with a whole frame that has the format only_ or current_, or begins a
+/// row.
 bool FrameScanner::belongs(const FrameHeader& header, Bytes bytes) {
     if (header.bytes == 0 || bytes.size() < static_cast<std::size_t>(header.bytes)) {
         return false;
@@ -77,8 +78,8 @@ bool FrameScanner::belongs(const FrameHeader& header, Bytes bytes) {
     return header.format == only_ || header.format == current_ || verified(header, bytes, 0);
 }
 
-/// Whether another row of frames begins inside the frame at position_, because the end of this
-/// frame is missing.
+/// Whether the end of the frame at position_ is missing: after the frame, there is no other frame,
+/// no tag and no end of the source, and another row of its format begins inside it.
 bool FrameScanner::isTorn(const FrameHeader& header, Bytes bytes) {
     const auto end = static_cast<std::size_t>(header.bytes);
     if (rowEndsAt(bytes, end)) {

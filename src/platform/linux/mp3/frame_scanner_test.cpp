@@ -275,7 +275,7 @@ TEST(FrameScannerTest, TerminatesOnHostileData) {
         headers = headers.size() < 4096 ? headers + Data{0xFF, 0xFB, 0, 0, 0xFF, 0xF3, 4, 0}
                                         : headers + headers;
     }
-    Data tags; // tags with false lengths, with space for a frame between them
+    Data tags; // tags with a false length, each followed by zeros
     while (tags.size() < 400'000) {
         tags = tags.size() < 40 ? fixture::text("ID3") + Data{4, 0, 0, 0, 0x7F, 0, 0} + Data(30, 0)
                                 : tags + tags;
