@@ -50,9 +50,8 @@ TEST_F(MoveToHomeLetterTest, APathInTheHomeFolderGetsTheHomeLetter) {
     EXPECT_EQ(moved("e:\\music"), "H:\\music");
 }
 
-// The text after the last backslash of a stored path is the name of the destination folder, even if
-// it is empty (destination_folder.h). "C:\home\jane" would become "H:", which contains no
-// backslash, so this path is not changed.
+// destination_folder.h splits a stored path at its last backslash. "C:\home\jane" would become
+// "H:", which contains no backslash, so this path is not changed.
 TEST_F(MoveToHomeLetterTest, KeepsTheSplitOfAPathIntoParentFolderAndName) {
     EXPECT_EQ(moved("C:\\home\\jane"), "C:\\home\\jane");
     EXPECT_EQ(moved("C:\\home\\jane\\"), "H:\\");

@@ -89,7 +89,8 @@ Result<std::size_t> LinuxBinaryFile::read(std::int64_t offset, std::span<std::by
     if (access_ == FileAccess::write) {
         return fileError(ErrorNumber::badFileMode);
     }
-    // The system refuses a read that would end beyond the largest offset; no file is that long.
+    // The system refuses a read that would end beyond the largest offset, so such a read is
+    // shortened. No byte is missed, because no file is that long.
     const auto wanted = static_cast<std::size_t>(
         std::min<std::uint64_t>(into.size(), static_cast<std::uint64_t>(largestOffset - offset)));
     std::size_t done = 0;

@@ -52,8 +52,8 @@ class LinuxDirectoryWalk final : public DirectoryWalk {
     FindHandle lastHandle_ = 0;
     const std::shared_ptr<WalkedFolders> walked_;
     /// The machine paths of folders that FindNext() has returned and FindFirst() has not opened
-    /// yet. FindFirst() needs no PathMap::locate() for such a folder. The key is the logic's path
-    /// in lower case with a trailing backslash.
+    /// yet. The key is the logic's path in lower case with a trailing backslash. The file search
+    /// passes paths in lower case to FindFirst(), which then needs no PathMap::locate().
     std::unordered_map<std::string, std::string> met_;
 };
 

@@ -56,8 +56,9 @@ class LinuxFileSystemTest : public ::testing::TestWithParam<test::Reach> {
         return (folder_ / "mounts").string();
     }
 
-    /// Null if the machine is accessed directly. A forked process creates its own object, since it
-    /// does not inherit the threads of its parent.
+    /// Creates objects of the patient classes; returns null if the test accesses the machine
+    /// directly. A forked process calls this function again, since it does not inherit its parent's
+    /// threads.
     std::unique_ptr<test::PatientMachine> reach() {
         return GetParam() == test::Reach::patiently
                    ? std::make_unique<test::PatientMachine>(store_, (folder_ / "mounts").string(),
@@ -155,14 +156,14 @@ TEST_P(LinuxFileSystemTest, CreatesAMissingFileByTouching) {
     EXPECT_EQ(numberOf(files_.touchForWriting("d:\\none\\a.wav")), ErrorNumber::pathNotFound);
 }
 
-TEST_P(LinuxFileSystemTest, TouchesNeitherFoldersNorPipes) {
+TEST_P(LinuxFileSystemTest, RefusesToTouchFoldersAndPipes) {
     fs::create_directory(disk_ + "/music");
     ASSERT_EQ(::mkfifo((disk_ + "/pipe").c_str(), 0666), 0);
     EXPECT_EQ(numberOf(files_.touchForWriting("d:\\music")), ErrorNumber::pathFileAccess);
     EXPECT_EQ(numberOf(files_.touchForWriting("d:\\pipe")), ErrorNumber::permissionDenied);
 }
 
-TEST_P(LinuxFileSystemTest, TouchesNoFileThatMayNotBeWritten) {
+TEST_P(LinuxFileSystemTest, RefusesToTouchAReadOnlyFile) {
     write("a.wav");
     fs::permissions(disk_ + "/a.wav", fs::perms::owner_read | fs::perms::others_read);
     fs::permissions(folder_.path(), fs::perms::all);
@@ -183,7 +184,7 @@ TEST_P(LinuxFileSystemTest, RemovesNoFolder) {
     EXPECT_TRUE(fs::is_directory(disk_ + "/music"));
 }
 
-TEST_P(LinuxFileSystemTest, RemovesNothingFromAFolderThatMayNotBeChanged) {
+TEST_P(LinuxFileSystemTest, RefusesToRemoveAFileFromAFolderWithoutWritePermission) {
     write("music/a.wav");
     fs::permissions(folder_.path(), fs::perms::all);
     fs::permissions(disk_ + "/music",

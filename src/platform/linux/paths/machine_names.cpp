@@ -17,7 +17,7 @@ constexpr std::array<Sign, 4> signs{{{'\\', "\u2216", "\uf05c"},
                                      {':', "\u02d0", "\uf03a"},
                                      {'*', "\u2217", "\uf02a"},
                                      {'?', "\u0294", "\uf03f"}}};
-/// The escape character: the next character is literal.
+/// The escape character: a special character (see specialBytesAt()) after it is literal.
 constexpr std::string_view mark = "\u00ac";
 constexpr unsigned char firstBeyondAscii = 0x80;
 
@@ -87,8 +87,8 @@ std::string machineName(std::string_view logicName) {
     name.reserve(logicName.size());
     while (!logicName.empty()) {
         if (logicName.starts_with(mark)) {
-            // A mark that precedes no special character is literal: logicName() does not write such
-            // marks.
+            // logicName() writes a mark only before a special character, so any other mark is
+            // literal.
             const std::size_t marked = specialBytesAt(logicName.substr(mark.size()));
             name.append(marked > 0 ? logicName.substr(mark.size(), marked) : mark);
             logicName.remove_prefix(mark.size() + marked);

@@ -45,7 +45,8 @@ TEST(ProgramFolder, IsInTheUsersMusicFolderIfTheExecutablesFolderIsNotWritable) 
     EXPECT_TRUE(fs::is_directory(music + "/Sonarith"));
 }
 
-TEST(ProgramFolder, IsInTheUsersMusicFolderForAnInstalledProgramEvenInAWritableFolder) {
+TEST(ProgramFolder,
+     OfAnInstalledProgramIsInTheUsersMusicFolderEvenIfTheExecutablesFolderIsWritable) {
     const fakes::TempFolder folder;
     fs::create_directories(folder / "share/sonarith");
     fs::create_directory(folder / "bin"); // the user who runs the test can write to it

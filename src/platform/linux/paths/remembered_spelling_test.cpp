@@ -37,7 +37,7 @@ class RememberedSpellingTest : public testing::Test {
         std::ofstream(home_ + "/" + name) << name;
     }
     void makeFolder(const std::string& name) { fs::create_directories(home_ + "/" + name); }
-    /// Takes from all users the permission to list the folder. They may still enter the folder. The
+    /// Removes the permission to list the folder for all users. All users may enter the folder. The
     /// owner may create entries in it; `more` can give this permission to others.
     void hideEntriesOf(const std::string& name, fs::perms more = fs::perms::none) {
         using fs::perms;

@@ -63,7 +63,7 @@ TEST(SingleInstance, FollowsNoLinkInPlaceOfTheLockFile) {
     EXPECT_FALSE(fs::exists(folder / "victim"));
 }
 
-TEST(SingleInstance, UsesTheNextFolderIfOneCannotContainTheLock) {
+TEST(SingleInstance, UsesTheNextFolderIfTheFirstFolderCannotContainTheLock) {
     const fakes::TempFolder folder;
     const std::vector<std::string> folders{"/no/such/folder", folder.path().string()};
     const SingleInstance first(folders);

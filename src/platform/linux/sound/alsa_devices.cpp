@@ -13,8 +13,8 @@ namespace sonarith::sound {
 
 namespace {
 
-/// The length of the device's buffer: 200 ms, twice the time by which the software card may be
-/// late.
+/// The length of the device's buffer: 200 ms, twice the sound that is written before playback
+/// starts (PlaybackSession).
 constexpr unsigned int bufferMicroseconds = 200'000;
 
 // ALSA requires a variadic function here.
@@ -25,7 +25,7 @@ void silenceMessages() {
     std::call_once(once, [] { snd_lib_error_set_handler(ignoreMessage); });
 }
 
-/// Disables ALSA's automatic start, which would occur at the first frame or at a full buffer.
+/// Disables ALSA's automatic start, which would occur when the buffer is full or nearly full.
 int startOnDemand(snd_pcm_t* pcm) {
     snd_pcm_sw_params_t* params = nullptr;
     snd_pcm_sw_params_alloca(&params);
@@ -63,14 +63,15 @@ bool namesCardDevice(std::string_view name) {
 }
 
 /// Whether `hint` is a device that ALSA itself implements, not a real device or a sound server.
-/// Plug-ins are recognised by their description ("Rate Converter Plugin Using ...") and not by
-/// their name, because a user's own device may have any name.
+/// Plug-ins are recognised by their description ("Rate Converter Plugin Using ..."), because a
+/// user's own device may have any name. Only "null" and "oss", whose descriptions do not say that
+/// they are plug-ins, are recognised by their names.
 bool isPlugIn(const DeviceHint& hint) {
     std::string words = hint.description;
     std::transform(words.begin(), words.end(), words.begin(),
                    [](unsigned char letter) { return std::tolower(letter); });
     // "null" discards all sound; for this purpose, choosable() adds the entry "None" to the
-    // outputs. "oss" uses an interface that was removed from Linux, so it cannot be opened.
+    // outputs. "oss" uses an old kernel interface that most systems no longer offer.
     return words.find("plugin") != std::string::npos ||
            words.find("plug-in") != std::string::npos || hint.name == "null" || hint.name == "oss";
 }

@@ -122,7 +122,7 @@ TEST(AlsaOutput, PlaysAgainWhenTheServerRunsAgain) {
     playing.expectWholeCapture();
 }
 
-TEST(AlsaOutput, BlocksNeitherTheCardNorTheOutputsDestructorIfTheServerHangs) {
+TEST(AlsaOutput, DoesNotBlockTheCardAndCanBeDestroyedIfTheServerHangs) {
     fakes::PulseServer server;
     ASSERT_TRUE(server.start());
     {
@@ -154,7 +154,7 @@ TEST(AlsaOutput, IsANullOutputForAnEmptyNameAndForTheNameNone) {
     EXPECT_EQ(std::dynamic_pointer_cast<NullOutput>(makeOutput("default")), nullptr);
 }
 
-TEST(AlsaOutput, ListsTheConfiguredDevicesBetweenTheDefaultDeviceAndTheNameNone) {
+TEST(AlsaOutput, ListsTheConfiguredDevicesBetweenTheDefaultDeviceAndTheEntryNone) {
     const fakes::PulseServer server; // only its ALSA configuration is needed
     const std::vector<DeviceEntry> outputs = listOutputs();
     ASSERT_GE(outputs.size(), 3U);

@@ -25,9 +25,8 @@ constexpr std::size_t cushionFrames = frameRate * 60 / 1000;
 /// The longest single wait for frames, and so the longest time until the thread notices that it
 /// must end.
 constexpr std::chrono::milliseconds frameWait{20};
-/// The delay before the next read, after a read that returned no frames and a wait that then
-/// reported frames. Some waits report frames although there are none: without the delay the thread
-/// would loop without a pause.
+/// The delay between a wait that reports frames and the next read. Some waits report frames
+/// although there are none: without the delay the thread would loop without a pause.
 constexpr std::chrono::milliseconds emptyReadRest{10};
 /// If a device stops again after this many restarts without a frame, it is closed and opened again.
 constexpr int maxFruitlessRestarts = 3;
