@@ -93,7 +93,7 @@ TEST_F(WavHeadTest, ReportsAKnownRateForOtherRatesWithTheSameLowByte) {
     EXPECT_EQ(head().wavSampleRate, "44100");
 }
 
-TEST_F(WavHeadTest, WithoutTheRiffMarkLengthAndChannelsAndBitsChangeAndNoOtherField) {
+TEST_F(WavHeadTest, AFileWithoutTheRiffMarkChangesOnlyTheLengthTheChannelsAndTheBits) {
     EXPECT_TRUE(read(wav(705'600, 2, 16, 44100)));
     const WavHead before = head();
     for (const char* mark : {"RIFX", "riff", "RF64", "\0\0\0\0"}) {
@@ -142,7 +142,8 @@ TEST_F(WavHeadTest, RoundsTheLastHalfSecondOfAMinuteIntoTheNextMinute) {
         return head().wavDuration;
     };
     EXPECT_EQ(duration(59'400), "00:59");
-    // Deliberate for 59.5 s to 60 s: one minute too many, and seconds below 0.
+    // Deliberate: in the last half second of a minute, the minutes are one too high, and the
+    // seconds are negative.
     EXPECT_EQ(duration(59'700), "01:-00");
     EXPECT_EQ(duration(59'500), "01:-01");
     EXPECT_EQ(duration(60'400), "01:00");
@@ -179,7 +180,7 @@ TEST_F(WavHeadTest, ABitRateBeyond32BitsIsNotStored) {
     EXPECT_EQ(head().wavDuration, "00:-01");
 }
 
-TEST_F(WavHeadTest, AFieldBeyondTheEndOfAShortFileKeepsThePreviousFilesValueExceptTheRate) {
+TEST_F(WavHeadTest, InAShortFileMissingFieldsKeepThePreviousValuesButAMissingRateBecomes32000) {
     EXPECT_TRUE(read(wav(8000 + 1000, 2, 16, 8000)));
     for (const std::size_t length : {0U, 1U, 3U}) {
         EXPECT_FALSE(read(wav(100, 1, 8, 44100).substr(0, length)));

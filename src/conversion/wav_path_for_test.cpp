@@ -11,7 +11,7 @@ struct WavPathTest : testing::Test {
     WavPathTest() { process.settings.decodePath = "c:\\wavfiles"; }
 };
 
-TEST_F(WavPathTest, IsTheBaseNameInTheDestinationFolder) {
+TEST_F(WavPathTest, ConsistsOfTheDestinationFolderTheBaseNameAndTheExtensionWav) {
     EXPECT_EQ(wavPathFor("d:\\music\\Song.MP3", process).value(), "c:\\wavfiles\\Song.wav");
 }
 
