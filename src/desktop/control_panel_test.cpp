@@ -207,7 +207,7 @@ TEST_F(ControlPanelTest, StopConversionShowsTheMainWindowThenClicksCancelAndThen
     EXPECT_FALSE(popup.loaded());
 }
 
-TEST_F(ControlPanelTest, StopConversionClicksCancelEvenIfThisButtonIsDisabledAndNoActionRuns) {
+TEST_F(ControlPanelTest, StopConversionClicksCancelEvenIfTheCancelButtonIsDisabled) {
     goToTray();
     form.Command2.setEnabled(false);
     form.Command2.onClick = [this] {

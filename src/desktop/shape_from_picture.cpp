@@ -7,7 +7,7 @@ namespace sonarith {
 
 void ShapeFromPicture(Form1& form, ProcessState& process) {
     process.WindowRegion.reset();
-    // Deliberate: computed twice, although the second time changes nothing.
+    // Deliberate: computes the region twice, although the second time changes nothing.
     for (int time = 0; time < 2; ++time) {
         process.WindowRegion = RegionFromBitmap(form.picture().get(), whitePixel);
         form.setWindowRegion(process.WindowRegion);

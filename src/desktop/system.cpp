@@ -210,7 +210,7 @@ std::string System::fromBuffer(const std::optional<std::string>& text) {
         return {};
     }
     // Removes the trailing blanks first, and only then the NUL with all that follows it, because
-    // blanks directly before the NUL are part of the name.
+    // blanks directly before the NUL are part of the text.
     const std::size_t last = text->find_last_not_of(' ');
     const std::string stripped =
         StripNul(text->substr(0, last == std::string::npos ? 0 : last + 1));

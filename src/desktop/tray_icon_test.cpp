@@ -23,7 +23,7 @@ class TrayIconTest : public testing::Test {
     TrayIconCalls icons{tray};
 };
 
-TEST_F(TrayIconTest, AddsModifiesAndDeletesByTheIdentifier) {
+TEST_F(TrayIconTest, AddsModifiesAndDeletesAnIconByItsIdentifier) {
     icons.AddTrayIcon(7, form, "Sonarith");
     EXPECT_THAT(tray.icons, ElementsAre(Pair(7, "Sonarith")));
     icons.ModifyTrayIcon(7, form, "Extracting Track 1");
