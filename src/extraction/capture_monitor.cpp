@@ -145,8 +145,8 @@ void CaptureMonitor::endByStop() {
 void CaptureMonitor::stopTimers() {
     form_.Check9.setValue(0).passOver();
     form_.tmrRecord.setEnabled(false);
-    // Only the start of an action enables tmrWarning, so this timer runs only during a queue's
-    // first track.
+    // Only the start of an action enables tmrWarning, so this timer does not run during the later
+    // tracks of a queue.
     form_.tmrWarning.setEnabled(false);
 }
 
@@ -167,7 +167,7 @@ void CaptureMonitor::Command8_Click() {
     process_.stopRequested = true;
     form_.Timer1.setEnabled(true);
     form_.Enablem();
-    // Check9 stays at 1 until stopTimers() in a tick, or the start of the next queue, resets it.
+    // Check9 stays at 1 until stopTimers() in a tick, or the next cmdStart_Click(), resets it.
     form_.Check9.setValue(1).passOver();
     capture_.trackEndMs = 0;
     if (!form_.tmrRecord.enabled()) {

@@ -25,7 +25,7 @@ const std::vector<std::string> tickCommands = {"set capture time format bytes",
                                                "status capture length", "status cd position",
                                                "status cd current track"};
 
-// --- extractions that no user stops --------------------------------------------------------
+// --- extractions without a stop by the user ------------------------------------------------
 
 TEST(CaptureMonitor, SendsTheSameFourCommandsAtEachTickOfATrackOfOneHour) {
     constexpr std::int32_t hourMs = 3'600'000;
@@ -161,14 +161,14 @@ TEST(CaptureMonitor, EndsATrackOnTheFirstTickAtOrAfterItsEnd) {
     EXPECT_EQ(bench.timesSent("status cd position"), 10);
 }
 
-TEST(CaptureMonitor, StopsTheQueueAtATrackThatIsNotOnTheDisc) {
+TEST(CaptureMonitor, EndsTheQueueAtATrackThatIsNotOnTheDisc) {
     QueueBench bench(2);
     ASSERT_TRUE(bench.form.lstRecord.setList(1, "Track 99 - 00:00:01").ok());
     bench.form.cmdStart.click();
     EXPECT_EQ(bench.disc.saved.size(), 1U);
     EXPECT_TRUE(bench.idle());
-    // After such a stop, CaptureMonitor leaves the window's commands disabled. ActionStarter
-    // enables them when the action has ended.
+    // The commands were disabled for the first track. In the program, ActionStarter enables them
+    // when the action has ended.
     EXPECT_FALSE(bench.commandsOpen());
 }
 

@@ -43,7 +43,7 @@ TEST(StopEverything, SavesTheCapturedPartAndAddsItToTheTree) {
     EXPECT_THAT(linesOf(bench.form.List1), ElementsAre(savedAs(2)));
     EXPECT_TRUE(bench.treeHolds(savedAs(2)));
     EXPECT_TRUE(bench.idle());
-    // After a stop outside a tick, Check9 stays at 1 until the next queue starts.
+    // After a stop outside a tick, Check9 stays at 1 until the next extraction starts.
     EXPECT_EQ(bench.form.Check9.value(), 1);
 }
 
@@ -117,7 +117,7 @@ TEST(StopEverything, StopsTheQueueBetweenTwoTracks) {
                     joined(endCommands(savedAs(1)), endCommands(savedAs(1))));
         EXPECT_EQ(bench.disc.saved.size(), 1U);
         // The monitor's timer was not running, so Command8 did not make the last line of lstRecord
-        // the current line. The current line is unchanged, and endByStop() selects it.
+        // the current line. The current line is unchanged, and endByStop() marks it.
         EXPECT_EQ(bench.form.lstRecord.listIndex(), 0);
         EXPECT_TRUE(bench.form.lstRecord.selected(0));
         EXPECT_TRUE(bench.treeHolds(savedAs(1)));
@@ -275,7 +275,7 @@ TEST(StopPlaying, LosesARunningCaptureAndLetsItsTimerRunUntilCommand8IsClicked) 
     EXPECT_TRUE(bench.commandsOpen());
 }
 
-TEST(EndOfAQueue, ClearsOnlyTheDisplaysIfNoCaptureIsRunningAndNoStopIsRequested) {
+TEST(EndOfAQueue, WithoutACaptureOrAStopRequestResetsTheDisplaysAndLeavesTheCommandsDisabled) {
     QueueBench bench(1 + 1);
     bench.form.Disablem();
     bench.form.lstRecord.setListIndex(1).passOver();

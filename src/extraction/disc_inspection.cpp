@@ -29,7 +29,7 @@ void DiscInspection::InspectCD() {
     if (platform_.media.sendString("open cdaudio alias cd") != mciSuccess) {
         return;
     }
-    // One buffer for all replies; it is not cleared between them.
+    // All replies use one buffer. It need not be cleared, because ask() reads only up to the NUL.
     ReplyBuffer reply(replySize);
     form_.lblCDID.setCaption(ask(platform_.media, "info cd identity", reply));
     // Deliberate: neither the new seed nor the random number has an effect, because
@@ -57,8 +57,8 @@ void DiscInspection::clearDisc() {
 
 void DiscInspection::showUnusable(double trackCount) {
     platform_.loop.yield();
-    // Deliberate: only the number of tracks is tested, so a music disc with one track is refused,
-    // too.
+    // Deliberate: only the number of tracks is tested, so even a music disc is refused if it has
+    // one track.
     if (trackCount == 1) {
         platform_.boxes.show(
             "The current CD is not a music CD. If you wish to use your CD as a source, "

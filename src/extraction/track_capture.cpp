@@ -106,8 +106,8 @@ void TrackCapture::nameFile(std::int32_t track) {
     platform_.random.reseedFromClock();
     const float fraction = platform_.random.fraction();
     const std::int32_t number = fileNumber(form_.lblCDID.caption(), fraction);
-    // Deliberate: does not check whether the file exists. Two captures of the same track to the
-    // same folder get different names only by the random number.
+    // Deliberate: does not check whether the file exists. Only the random number distinguishes the
+    // names of two captures of the same track.
     process_.currentFile = process_.settings.decodePath + "\\" + std::to_string(number) + "-" +
                            std::to_string(track) + ".wav";
 }
@@ -142,7 +142,7 @@ void TrackCapture::startDevices(const CaptureFormat& format) {
     if (capture_.trackEndMs != 0) {
         playAndRecord();
     }
-    // The window's commands (buttons and menus) are disabled after a disc failure, too. Only a
+    // The window's commands (buttons and menus) are disabled even if the disc failed. Only a
     // recorder failure leaves them unchanged.
     if (recorderReady) {
         form_.Disablem();

@@ -23,7 +23,7 @@ TEST(TrackLine, EndsWithTheLengthExactlyAsTheDeviceReportsIt) {
 TEST(TrackLine, ReadsTheNumberFromTheSixthToTheEighthCharacter) {
     EXPECT_EQ(trackNumberIn("Track  1 - 00:03:05").valueOr(-1), 1);
     EXPECT_EQ(trackNumberIn("Track 12 - 00:03:05").valueOr(-1), 12);
-    // trackNumberIn() reads three characters, although trackLine() writes only two.
+    // trackNumberIn() reads three characters, although trackLine() writes the number in two.
     EXPECT_EQ(trackNumberIn("Track123 - 00:03:05").valueOr(-1), 123);
     EXPECT_EQ(trackNumberIn("Track1234").valueOr(-1), 123);
 }
