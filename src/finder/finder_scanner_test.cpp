@@ -71,7 +71,7 @@ TEST_F(FinderScannerTest, ASecondSearchOnlyStopsTheRunningSearch) {
     EXPECT_THAT(disk.listed, ElementsAre("c:\\Music\\*.*"));
 }
 
-TEST_F(FinderScannerTest, TheTreeIsBuiltFromTheFoundFiles) {
+TEST_F(FinderScannerTest, ARefreshOfTheTreeFillsTheListsOfWavAndMp3Files) {
     process.settings.decodePath = "c:\\Music";
     process.settings.showFullPath = 1;
     tree.showfiles();

@@ -123,7 +123,7 @@ TEST_F(FoundFilesTest, DeleteRemovesFileAndLine) {
     EXPECT_THAT(boxes.shown, SizeIs(1));
 }
 
-TEST_F(FoundFilesTest, ADeletionThatFailsStillRemovesTheLine) {
+TEST_F(FoundFilesTest, DeleteRemovesTheLineEvenIfTheFileCannotBeDeleted) {
     files.addFile("c:\\a.wav");
     files.failWith(test::FakeFileSystem::Operation::removeFile, "c:\\a.wav",
                    ErrorNumber::permissionDenied);

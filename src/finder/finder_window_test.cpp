@@ -137,7 +137,7 @@ TEST_F(FinderWindowTest, AFolderOfMoreThan200CharactersIsShownWholeWithAnEllipsi
     EXPECT_EQ(finder.lbltime.caption(), std::string(300, 'x') + "...");
 }
 
-TEST_F(FinderWindowTest, ALongCaptionWithoutAFolderToScanBecomesAnEllipsis) {
+TEST_F(FinderWindowTest, ALongCaptionBecomesAnEllipsisIfNoFolderIsLeftToScan) {
     finder.lbltime.setCaption(std::string(201, 'y'));
     EXPECT_EQ(finder.lbltime.caption(), "...");
 }

@@ -101,7 +101,7 @@ void SearchEngine::findfilesapi(DirectoryWalk& walk, std::string& path,
     path = folderPath(path);
     FindRecord entry;
     const FindHandle handle = walk.FindFirst(path + pattern, entry);
-    // The handle of an unreadable folder is not 0; the first FindNext() ends the loop.
+    // `handle` is not 0 even if FindFirst() failed; the first FindNext() then ends the loop.
     if (handle != 0) {
         takeFirstEntry(path, entry);
         std::string ext;
@@ -143,7 +143,7 @@ void SearchEngine::takeFirstEntry(const std::string& path, const FindRecord& ent
         return;
     }
     if (entry.name.empty()) {
-        return; // the folder cannot be read
+        return; // FindFirst() failed
     }
     const std::string full = path + entry.name;
     if (const auto dot = full.find('.'); dot != std::string::npos) {
@@ -158,8 +158,8 @@ void SearchEngine::takeFile(const std::string& path, const std::string& name, st
     const std::string full = path + name;
     // Deliberate: the extension starts at the first dot of the whole path, not at the last dot of
     // the name. So a search for ".mp3" finds neither "a.b.mp3", whose extension is ".b.mp3", nor
-    // any file in a folder whose name has a dot. If there is no dot, the extension of the previous
-    // file is kept.
+    // any file in a folder whose name has a dot. If the path has no dot, the extension of the
+    // previous file in this folder is kept.
     if (const auto dot = full.find('.'); dot != std::string::npos) {
         ext = full.substr(dot);
     }

@@ -118,7 +118,7 @@ TEST_F(SearchEngineTest, AFolderThatIsDeletedBeforeItsScanAddsNothing) {
     EXPECT_THAT(disk.listed, ElementsAre("c:\\m\\*.*", "c:\\m\\gone\\*.*"));
 }
 
-TEST_F(SearchEngineTest, YieldsAtTheEndAndBeforeEachEntryExceptTheFirst) {
+TEST_F(SearchEngineTest, YieldsAtTheEndOfAFolderAndBeforeEachEntryExceptTheFirst) {
     for (int i = 0; i < 10; ++i) {
         disk.addFile("c:\\m\\" + std::to_string(i) + ".wav");
     }
@@ -251,7 +251,7 @@ TEST_F(SearchEngineTest, TheCountOfFoldersStopsAtItsMaximum) {
     EXPECT_EQ(finder.Label1.caption(), "Directories: 32767   Files:  0");
 }
 
-TEST_F(SearchEngineTest, TheFileCountStaysZeroIfMoreFilesAreFoundThanItCanCount) {
+TEST_F(SearchEngineTest, TheFileCountStaysZeroIfMoreThan32767FilesAreFound) {
     constexpr int tooMany = std::numeric_limits<std::int16_t>::max() + 1;
     for (int i = 0; i < tooMany; ++i) {
         disk.addFile("c:\\m\\" + std::to_string(i) + ".wav");
