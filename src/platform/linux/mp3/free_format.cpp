@@ -12,8 +12,8 @@ bool isFreeHeader(const std::optional<FrameHeader>& header, const StreamFormat& 
 }
 
 /// The minimum size of a frame with sound. In Layer III: its header and side information. In the
-/// other layers: the size of a Layer II frame at 48 kHz and 8 kbit/s, the lowest bit rate of
-/// encoders.
+/// other layers: the size of a Layer II frame at 48 kHz and 8 kbit/s, the lowest bit rate that
+/// encoders use.
 std::size_t smallestFrame(const FrameHeader& header) {
     constexpr std::size_t otherLayers = 24;
     return header.format.layer == 3 ? header.sideInfoOffset() + header.sideInfoBytes()

@@ -75,7 +75,7 @@ FreeFormatDecoder::create(const ByteSource& source, std::int64_t offset, std::in
 }
 
 std::optional<PcmFormat> FreeFormatDecoder::formatOf(const DecoderHandle& handle) {
-    constexpr int forget = 1; // so that the next frame is not reported as a new format again
+    constexpr int forget = 1; // so that the library does not report the same format again
     long rate = 0;
     int channels = 0;
     int encoding = 0;

@@ -89,9 +89,8 @@ TEST(FreeFormatDecoderTest, ReplacesItsDecoderRepeatedlyInAStreamOfUndecodableFr
     }
     int renewals = 0;
     EXPECT_EQ(decodeWith(data, 1000, renewals).size(), 200U * 2304);
-    // The n-th frame of a decoder adds n to a sum. When the sum reaches the patience, 1000 here, a
-    // new decoder replaces this one. That happens after about 45 frames: the numbers 1 to 45 add up
-    // to 1035.
+    // The n-th frame of a decoder adds n to a sum. When the sum reaches the patience (1000 here),
+    // the decoder is replaced. So a decoder decodes about 45 frames: 1 + 2 + ... + 45 = 1035.
     EXPECT_GE(renewals, 3);
     EXPECT_LE(renewals, 5);
 }

@@ -66,7 +66,7 @@ class HangingDiskTest : public testing::Test {
     std::unique_ptr<Mpg123Control> control;
 };
 
-TEST_F(HangingDiskTest, StopReturnsAtOnceAndTheWavGetsItsNameWhenTheDiskRespondsAgain) {
+TEST_F(HangingDiskTest, StopReturnsWhileTheDiskHangsAndTheWavIsNamedLater) {
     for (const std::uint32_t call : {SYS_pwrite64, SYS_ftruncate, SYS_fsync}) {
         HeldCalls disk({call}, test::ofPath("/slow/"));
         hangIn(disk, slow / "out.wav");
@@ -173,7 +173,7 @@ TEST_F(HangingDiskTest, AStopDuringTheWaitForThePreviousDecodingKeepsThatDecodin
     EXPECT_EQ(samplesIn(wav), allSamples);
 }
 
-TEST_F(HangingDiskTest, ASecondDecodeToWavReturnsWhileTheCheckWhetherItsFilesChangedHangs) {
+TEST_F(HangingDiskTest, ASecondDecodeToWavReturnsEvenIfTheCheckOfItsFilesHangs) {
     HeldCalls disk({SYS_newfstatat}, test::ofPath("in.mp3"));
     ASSERT_TRUE(disk.run([&] {
         control = makeControl();

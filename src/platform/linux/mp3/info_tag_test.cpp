@@ -16,7 +16,7 @@ std::optional<GaplessTrim> tagOf(const Data& data) {
     return parseInfoTag(*header, Bytes(data).first(static_cast<std::size_t>(header->bytes)));
 }
 
-TEST(InfoTagTest, KeepsExactlyTheSamplesThatWereEncoded) {
+TEST(InfoTagTest, KeepsExactlyAsManySamplesAsWereEncoded) {
     constexpr double seconds = 1;
     for (const char* options : {"-b 128", "-V 2", "--abr 140", "-p -b 128"}) {
         for (const int channels : {1, 2}) {
@@ -49,7 +49,7 @@ TEST(InfoTagTest, IsDetectedByItsIdentifierButTrimsNothingIfItIsTruncated) {
     }
 }
 
-TEST(InfoTagTest, TrimsNothingIfTheEncoderDoesNotStateWhatItAdded) {
+TEST(InfoTagTest, TrimsNothingIfTheEncodersNameOrTheNumberOfFramesIsMissing) {
     Data data = fixture::ordinary();
     // The first byte of the encoder's name. The tag begins at offset 36 with its identifier and its
     // flags (4 bytes each), followed by the numbers of frames and of bytes (4 bytes each), the seek

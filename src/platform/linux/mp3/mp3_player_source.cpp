@@ -16,7 +16,7 @@
 namespace sonarith::mp3 {
 
 /// Holds everything that the decoding thread accesses, since that thread may outlive the
-/// Mp3PlayerSource. The mutex is held only while samples are copied, never while the file is read.
+/// Mp3PlayerSource. The mutex is never held while the file is read or decoded.
 class Mp3PlayerSource::Decoder {
   public:
     explicit Decoder(std::filesystem::path path) : path_(std::move(path)) {}
@@ -52,7 +52,7 @@ class Mp3PlayerSource::Decoder {
     }
 
   private:
-    /// The decoding thread is woken only when the queue has this much space: a wake-up for each
+    /// pull() wakes the decoding thread only when the queue has this much space: a wake-up for each
     /// block of the card would cost more than the decoding.
     static constexpr std::size_t refillFrames = sound::frameRate / 4;
 
@@ -61,8 +61,8 @@ class Mp3PlayerSource::Decoder {
         if (!file.ok()) {
             return;
         }
-        // Only the first part of the file is surveyed, half a minute of sound at the highest bit
-        // rate: playing must start at once, also from slow disks.
+        // Only this many bytes are surveyed (26 seconds of sound at 320 kbit/s): playing must start
+        // at once, even from a slow disk.
         constexpr std::int64_t surveyedBytes = 1024 * 1024;
         const Result<std::unique_ptr<PcmReader>> reader =
             openPcmReader(*file.value(), surveyStream(*file.value(), surveyedBytes));

@@ -115,7 +115,7 @@ TEST_F(Mp3PlayerSourceTest, StarvesOnlyBrieflyWhileTheDiskHangsAndThenDeliversSi
     }));
 }
 
-TEST_F(Mp3PlayerSourceTest, IsDestroyedAtOnceWhileTheDiskHangs) {
+TEST_F(Mp3PlayerSourceTest, CanBeDestroyedWhileTheDiskHangs) {
     fixture::writeFile(folder / "a.mp3", fixture::ordinary());
     for (const std::uint32_t call : {SYS_openat, SYS_pread64}) {
         std::shared_ptr<Mp3PlayerSource> player;

@@ -80,7 +80,7 @@ class Mpg123PlayingTest : public testing::Test {
                           {2, 16}};
 };
 
-TEST_F(Mpg123PlayingTest, PlayDuringPlayingStartsTheNewFileAtItsBeginning) {
+TEST_F(Mpg123PlayingTest, PlayDuringPlayingStartsTheSourceFileAtItsBeginning) {
     const Frames first = beginningOf(encoded(44100, 2, "-b 128"));
     const Frames second = beginningOf(encoded(44100, 2, "-b 192"));
     ASSERT_NE(first, second);
@@ -92,7 +92,7 @@ TEST_F(Mpg123PlayingTest, PlayDuringPlayingStartsTheNewFileAtItsBeginning) {
     EXPECT_EQ(heard(), second);
 }
 
-TEST_F(Mpg123PlayingTest, ThePositionOfAStoppedFileIsForgotten) {
+TEST_F(Mpg123PlayingTest, PlayAfterStopStartsTheFileAtItsBeginning) {
     const Frames beginning = beginningOf(encoded(44100, 2, "-b 128"));
     for (int round = 0; round < 2; ++round) {
         play(one);

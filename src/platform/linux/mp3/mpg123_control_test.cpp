@@ -142,7 +142,7 @@ TEST_F(Mpg123ControlTest, DecodesAgainAfterAStopAndAfterAFailure) {
     EXPECT_EQ(control.lastResult().outcome, DecodeOutcome::completed);
 }
 
-TEST_F(Mpg123ControlTest, ASecondTargetStopsTheFirstDecodingAndGetsTheWholeSound) {
+TEST_F(Mpg123ControlTest, ADecodingToASecondTargetStopsTheFirstDecodingAndIsComplete) {
     const fs::path second = folder / "second.wav";
     writeFile(source, encoded(44100, 2, "-b 320"));
     decode();
@@ -282,7 +282,7 @@ TEST_F(Mpg123ControlTest, OneControlDecodesWhileAnotherPlays) {
     card.stopRecording(now);
 }
 
-TEST_F(Mpg123ControlTest, TwoControlsDecodeToOneTargetOneAfterTheOther) {
+TEST_F(Mpg123ControlTest, TwoControlsCompleteTheirDecodingsToTheSameTarget) {
     writeFile(folder / "short.mp3", encoded(22050, 1, "-b 32"));
     decode();
     EXPECT_TRUE(other.setSourceFile(folder / "short.mp3").ok());

@@ -18,9 +18,9 @@ constexpr std::int64_t leastFrames = 24;
 constexpr std::int64_t soundFrames = 8;
 /// The number of frames that are kept: enough for any stream. A stream of the smallest frames (24
 /// bytes: MPEG-2, 24 kHz, 8 kbit/s, stereo, checksum) needs the most. Each of these frames has one
-/// byte of main data and may refer to the 255 bytes of main data before it. So 255 frames before
-/// the last soundFrames frames are needed. Up to windowTurn - 1 further frames are needed, because
-/// decoding starts at a multiple of windowTurn.
+/// byte of main data and may refer to the 255 bytes of main data before it. So the last
+/// soundFrames frames and the 255 frames before them are needed. Up to windowTurn - 1 further
+/// frames are needed, because decoding starts at a multiple of windowTurn.
 constexpr std::size_t capacity = 256 + soundFrames + windowTurn + 1;
 
 } // namespace

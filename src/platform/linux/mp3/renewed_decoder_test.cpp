@@ -79,8 +79,8 @@ void breakFrame(Data& data, std::size_t number) {
             byte = static_cast<std::uint8_t>(set ? byte | mask : byte & ~mask);
         }
     };
-    constexpr std::size_t share = 12; // where the bits begin that select the shared scale factors
-    constexpr std::size_t granule = 20 + 2 * 59; // where the bits of the second granule begin
+    constexpr std::size_t share = 12; // the first of the bits that select shared scale factors
+    constexpr std::size_t granule = 20 + 2 * 59; // the first bit of the second granule
     setBits(share, 8, 0);
     setBits(granule, 12, 1);       // the number of bits of data
     setBits(granule + 29, 4, 0xF); // the largest scale factors

@@ -18,8 +18,8 @@ using fixture::ordinary;
 using fixture::part;
 
 /// Expects that decoding in segments, for several numbers of frames per segment, yields the same
-/// samples as decoding the whole stream in one pass. A decoding in which a segment is broken (a
-/// frame cannot be decoded) is not compared. Returns false if a segment was broken.
+/// samples as decoding the whole stream in one pass. A decoding in which a segment is broken (the
+/// decoder library gave up a frame) is not compared. Returns false if a segment was broken.
 bool expectSame(const Data& data, const std::string& name) {
     const DecodedSound whole = fixture::sequentially(data);
     EXPECT_FALSE(whole.samples.empty()) << name;
@@ -49,7 +49,7 @@ TEST(SegmentDecoderTest, MatchesOnePassForStreamsOfMpeg1) {
     }
 }
 
-TEST(SegmentDecoderTest, MatchesOnePassForStreamsOfLowSamplingRates) {
+TEST(SegmentDecoderTest, MatchesOnePassForStreamsOfLowSampleRates) {
     for (const double rate : {24.0, 22.05, 16.0, 12.0, 11.025, 8.0}) {
         for (const char* options : {"-b 8", "-b 64", "-V 5"}) {
             const std::string all = std::string(options) + " --resample " + std::to_string(rate);

@@ -91,10 +91,10 @@ bool SegmentWorkers::makeRoomBehind(const DecodeFailure& failure, std::int64_t f
            target_.cutTo(trim_.keptBefore(frames * format_.samplesPerFrame())).ok();
 }
 
-/// Continues from segment `rest` to the end with one decoder. Everything before the segment is
-/// complete and without broken frames, so a new decoder reaches the segment in the same state as a
-/// decoder that began at the first frame. All frames with numbers below the returned number
-/// are in the WAV.
+/// Continues from segment `rest` to the end of the stream with one decoder. Everything before the
+/// segment is complete and without broken frames, so a new decoder reaches the segment in the same
+/// state as a decoder that began at the first frame. All frames with numbers below the returned
+/// number are in the WAV.
 std::int64_t SegmentWorkers::decodeRest(const Segment& rest, Decoded& decoded) {
     std::int64_t frames = rest.firstFrame;
     decoded.sequentialFrom = frames;

@@ -192,7 +192,7 @@ TEST_F(SegmentWorkersTest, LeaveAPrefixWithoutGapsIfTheWorkerThatContinuesAloneI
            "after the broken frame";
 }
 
-TEST_F(SegmentWorkersTest, DoAllWorkEvenIfNotAllThreadsCanBeStarted) {
+TEST_F(SegmentWorkersTest, DoAllWorkEvenIfAThreadCannotBeStarted) {
     const Data& data = encoded(44100, 2, "-V 2");
     const fixture::DecodedSound whole = fixture::sequentially(data);
     for (const int left : {0, 1, 2}) {
