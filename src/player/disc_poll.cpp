@@ -56,8 +56,8 @@ DiscPoll::Found DiscPoll::readDisc() {
     readTrackCount(commands_.ask("status cd number of tracks wait"), disc_);
     form_.CD.setText("Cd Ready");
     if (disc_.NumTracks == 1) {
-        // Treated as a data disc, whatever the track contains. CDLoaded stays false, so that the
-        // disc is read again at each poll.
+        // A disc of one track counts as a data disc, whatever the track contains. CDLoaded stays
+        // false, so that each poll reads the disc again.
         form_.CD.setText("Not audio");
         return Found::otherDisc;
     }

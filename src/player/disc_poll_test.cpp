@@ -44,7 +44,7 @@ TEST_F(DiscPollTest, PollsOnceASecond) {
     EXPECT_EQ(std::count(observed.begin(), observed.end(), "status cd media present"), 5);
 }
 
-TEST_F(DiscPollTest, Timer1IsNeverEnabledAndHasTheSameHandlerAsTimer6) {
+TEST_F(DiscPollTest, Timer1IsOffAndHasTheSameHandlerAsTimer6) {
     poll();
     EXPECT_EQ(commandsOf([&] { form.Timer1.fire(); }), shortPoll);
     EXPECT_EQ(commandsOf([&] { form.Timer6.fire(); }), shortPoll);
@@ -110,7 +110,7 @@ TEST_F(DiscPollTest, APollWhoseSeekFailsContinuesWithPositionAndMode) {
     EXPECT_TRUE(state.CDLoaded);
 }
 
-TEST_F(DiscPollTest, EveryQueryHasAReplyBufferOf30Characters) {
+TEST_F(DiscPollTest, EveryQueryHasAReplyBufferOf30Bytes) {
     media.replySizes.clear();
     media.log.clear();
     poll();

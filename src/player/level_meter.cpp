@@ -63,8 +63,8 @@ void LevelMeter::readLevel(const MixerControl& control) {
     MeterDetails.dwControlID = control.dwControlID;
     MeterDetails.cMultipleItems = control.cMultipleItems;
     state_.mixerResult = platform_.mixer.getControlDetails(state_.hMixer, MeterDetails);
-    // Volume is set after a failed read, too: the meter then shows its last reading again, not a
-    // value that a slider has stored in Volume.
+    // Volume is set even if the read has failed: the meter then shows its last reading, not a value
+    // that a slider has stored in Volume.
     state_.Volume = reading_;
 }
 
@@ -80,8 +80,8 @@ void LevelMeter::draw(const Variant& variant) {
         form_.picPeakVol.line({static_cast<double>(TraceX - variant.step), PrevTraceY},
                               {static_cast<double>(TraceX), TraceY});
     }
-    // The next line starts at TraceY. With Drawing::apart, it starts at the height at which this
-    // line started.
+    // The height at which the next line starts: TraceY; with Drawing::apart, the height at which
+    // this line started.
     if (variant.drawing != Drawing::apart) {
         PrevTraceY = TraceY;
     }

@@ -197,7 +197,7 @@ TEST(LevelMeterWithoutMixer, DrawsSilence) {
 
 // --- the input's buffers -------------------------------------------------------------------
 
-TEST_F(LevelMeterTest, EachStepQueuesFilledBuffersAgainBeforeItReads) {
+TEST_F(LevelMeterTest, EachStepQueuesFilledBuffersAgainBeforeItReadsTheLevel) {
     player.capture.StartMeter();
     waveInput.fill(8192);
     EXPECT_THAT(operationsOf([&] { form.Timer3.fire(); }),

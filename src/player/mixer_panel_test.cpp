@@ -253,7 +253,7 @@ TEST_F(MixerPanelTest, ANumberChangesBeforeItsLevelIsWritten) {
                                      "set 4 50030003 0: 000"));
 }
 
-TEST_F(MixerPanelTest, ThePanSliderAndTheThreeCheckBoxesDoNothing) {
+TEST_F(MixerPanelTest, ThePanSliderAndTheThreeHiddenCheckBoxesDoNothing) {
     EXPECT_THAT(operationsOf([&] {
                     form.Slider2.moveTo(1);
                     for (CheckBox* box : {&form.Check1, &form.Check2, &form.Check6}) {

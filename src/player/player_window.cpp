@@ -109,8 +109,8 @@ void PlayerWindow::Form_Unload() {
     process_.PlayerOpen = false;
     commands_.closeAll(CommandCheck::unchecked);
     if (meterCapture_.running()) {
-        // The meter's wave input may have been started in one of the yields during the close. A
-        // closed panel must not keep it running.
+        // The meter's wave input may have been started in a yield of the unload. A closed panel
+        // must not keep the input running.
         meterCapture_.StopMeter();
     }
 }

@@ -11,7 +11,7 @@ namespace {
 constexpr std::string_view openCommand = "open cdaudio alias cd wait shareable";
 constexpr std::string_view formatCommand = "set cd time format tmsf wait";
 
-/// Counts a procedure as running as long as this object exists. The destructor also runs when the
+/// While this object exists, its procedure is counted as running. The destructor also runs when the
 /// fake EventLoop::endProgram of the tests ends the procedure by an exception.
 class UnderWay {
   public:

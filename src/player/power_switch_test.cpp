@@ -69,7 +69,7 @@ TEST_F(PowerSwitchTest, SwitchingOnRunsItsStepsInOrder) {
     EXPECT_FALSE(form.Timer1.enabled());
     EXPECT_FALSE(form.Timer2.enabled());
     EXPECT_FALSE(form.Timer4.enabled());
-    // The text "OFF" stays until the first poll.
+    // The text "OFF" stays until the first poll that finds a disc.
     EXPECT_EQ(form.CD.text(), "OFF");
     EXPECT_THAT(boxes.shown, IsEmpty());
 }

@@ -37,7 +37,8 @@ TEST(PowerSwitchWithoutMixer, SwitchingOnSkipsTheResetAndReadsTheDisc) {
 }
 
 TEST(PowerSwitchWithoutMixer, SwitchingOnASecondTimeStopsThePollBeforeTheDiscIsOpened) {
-    // ResetPlayer() would stop the poll too, but without a mixer it returns before that step.
+    // Without a mixer, ResetPlayer() returns before it stops the poll, so OptCD_Click() itself must
+    // stop the poll.
     test::PlayerBench bench;
     bench.switchOn();
     bench.mixer.present = false;

@@ -117,7 +117,7 @@ std::vector<Event> events() {
              bench.mixer.put(mixer_line::waveIn, mixer_control::peakMeter, 30000);
              bench.loop.advance(1s);
          }},
-        {"mixer read",
+        {"mixer read and a slider moved",
          [](PlayerBench& bench) {
              bench.form.Command2.click();
              bench.form.Slider1.moveTo(5);
@@ -145,7 +145,7 @@ std::vector<SwitchOff> switchOffs() {
     };
 }
 
-/// Runs `event` inside the n-th yield of `switchOff`. Returns whether there was such a yield.
+/// Runs `switchOff`, and `event` inside its n-th yield. Returns whether there was such a yield.
 bool runWith(PlayerBench& bench, const SwitchOff& switchOff, const Event& event, int n) {
     struct Progress {
         bool over = false;
@@ -202,7 +202,7 @@ void expectThatThePlayerWorksAgain(PlayerBench& bench) {
     EXPECT_TRUE(bench.discMuted());
 }
 
-TEST(EverySwitchOff, WithAnyEventAtAnyYieldEndsInSilenceAndThePlayerWorksAgain) {
+TEST(EverySwitchOff, WithAnyEventInAnyYieldLeavesThePlayerOffAndUsable) {
     for (const SwitchOff& switchOff : switchOffs()) {
         for (const Event& event : events()) {
             int n = 1;
@@ -226,7 +226,7 @@ TEST(EverySwitchOff, WithAnyEventAtAnyYieldEndsInSilenceAndThePlayerWorksAgain) 
     }
 }
 
-TEST(EverySwitchOff, WithCheck3TickedAtAnyYieldLeavesTheInputOpenOnlyIfMeterCaptureRuns) {
+TEST(EverySwitchOff, WithCheck3TickedInAnyYieldLeavesTheInputOpenOnlyIfMeterCaptureRuns) {
     const Event tick{"input", [](PlayerBench& bench) {
                          bench.form.Check3.setValue(1).passOver();
                      }};
@@ -253,7 +253,7 @@ TEST(EverySwitchOff, WithCheck3TickedAtAnyYieldLeavesTheInputOpenOnlyIfMeterCapt
     }
 }
 
-TEST(EverySwitchOff, WithAnEmptyDriveAndAnyEventEndsInSilenceWhetherOrNotThePlayerWasOn) {
+TEST(EverySwitchOff, WithAnEmptyDriveAndAnyEventLeavesThePlayerOffAndUsable) {
     for (const SwitchOff& switchOff : switchOffs()) {
         for (const Event& event : events()) {
             for (int n = 1; n <= switchOff.yields; ++n) {

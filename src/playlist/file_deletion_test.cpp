@@ -111,7 +111,7 @@ TEST_F(FileDeletionTest, AMissingFileIsReportedAsDeletedAndKeepsItsEntry) {
     EXPECT_THAT(disk.log, IsEmpty());
 }
 
-TEST_F(FileDeletionTest, AFileRecreatedDuringTheReportIsDelisted) {
+TEST_F(FileDeletionTest, AMissingFileThatIsRecreatedDuringTheReportLosesItsEntry) {
     openThree();
     choose(1);
     EXPECT_TRUE(disk.removeFile(pathB).ok());

@@ -124,9 +124,9 @@ TEST_F(FileDeletionTest, TheDeletedFileIsNotAddedToTheWorkTree) {
     openThree();
     choose(0);
     ASSERT_TRUE(editor.Check11.setValue(1).ok());
-    // While Check11 is on, the click handler of an entry also adds the entry's file to the work
-    // tree. The deletion selects the entry of pathB, which runs this handler. At that time
-    // the file no longer exists: reading its header shows noDataBox, and nothing is added.
+    // If Check11 is ticked, a click on an entry reads the header of the entry's file and then adds
+    // the file to the work tree. The deletion selects the entry of pathB, which runs the click
+    // handler. The file no longer exists, so noDataBox is shown and nothing is added.
     remove(pathB);
     EXPECT_THAT(boxes.shown, ElementsAre(deletionQuestion, deleted(pathB), noDataBox));
     EXPECT_THAT(lines(mainForm.List2), IsEmpty());

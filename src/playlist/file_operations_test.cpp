@@ -101,7 +101,7 @@ TEST_F(FileRenameTest, ABlankBeforeThePathPreventsAMatchSoAnEntryIsAdded) {
     EXPECT_THAT(inStore(), ElementsAre(pathA, target));
 }
 
-TEST_F(FileRenameTest, DoesNothingForABlankPathACancelledDialogOrAnEmptyName) {
+TEST_F(FileRenameTest, ABlankPathOrACancelledDialogOrAnEmptyNameChangesNothing) {
     addMp3(pathA, "Title A");
     open({pathA});
     for (const char* nothing : {"", "  "}) {

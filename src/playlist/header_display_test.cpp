@@ -88,7 +88,7 @@ TEST_F(HeaderDisplayTest, DoesNothingForAPathThatIsEmptyOrBlank) {
     }
 }
 
-TEST_F(HeaderDisplayTest, ClearsTheLinesAndTheFirstSixBoxesBeforeItReadsTheFile) {
+TEST_F(HeaderDisplayTest, ClearsTheLinesAndTheFirstSixBoxesBeforeItShowsTheNoDataMessage) {
     addMp3(pathA, "Title");
     read(pathA);
     boxes.whileUp = [&](const ShownBox&) {
@@ -123,7 +123,7 @@ TEST_F(HeaderDisplayTest, AFileThatCannotBeReadOrIsTooShortIsReportedToContainNo
     }
 }
 
-TEST_F(HeaderDisplayTest, AFileOf100To255BytesShowsThePreviousFilesHeader) {
+TEST_F(HeaderDisplayTest, AFileOf100To255BytesShowsThePreviousFilesHeaderAndTag) {
     addMp3(pathA, "Title A");
     read(pathA);
     const auto header = lines(editor.List1);
@@ -137,7 +137,7 @@ TEST_F(HeaderDisplayTest, AFileOf100To255BytesShowsThePreviousFilesHeader) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(HeaderDisplayTest, AFileOf256BytesOrMoreShowsItsOwnHeader) {
+TEST_F(HeaderDisplayTest, AFileOf256BytesOrMoreShowsItsOwnHeaderAndTag) {
     for (const std::size_t length : {256U, 257U}) {
         addMp3(pathA, "Title A");
         read(pathA);
@@ -215,7 +215,7 @@ TEST_F(HeaderDisplayTest, ReadsOnlyTheHeadAndTheTailOfTheFile) {
     disk.log.clear();
     read(pathA);
     EXPECT_THAT(disk.log,
-                ElementsAre("openBinary c:\\music\\a.mp3 read", // tests whether it is readable
+                ElementsAre("openBinary c:\\music\\a.mp3 read", // is the file readable?
                             "openBinary c:\\music\\a.mp3 read",
                             "readBinary c:\\music\\a.mp3 0 5047",
                             "readBinary c:\\music\\a.mp3 47744 256"));
@@ -223,7 +223,7 @@ TEST_F(HeaderDisplayTest, ReadsOnlyTheHeadAndTheTailOfTheFile) {
 
 // --- a file that changes between two steps ----------------------------------------------------
 
-TEST_F(HeaderDisplayTest, AFileRemovedAfterItsLengthIsReadShowsThePreviousFilesHeader) {
+TEST_F(HeaderDisplayTest, AFileRemovedAfterItsLengthIsReadShowsThePreviousFilesHeaderAndTag) {
     addMp3(pathA, "Title A");
     read(pathA);
     const auto header = lines(editor.List1);
@@ -259,7 +259,7 @@ TEST_F(HeaderDisplayTest, AFileThatShrinksAfterItsHeaderIsReadShowsNoTag) {
     EXPECT_THAT(boxes4(), ElementsAre("", "", "", "", "", "255", "False", "48000 bytes"));
 }
 
-TEST_F(HeaderDisplayTest, AFileRemovedWhileItsTagIsReadShowsThePreviousFilesHeader) {
+TEST_F(HeaderDisplayTest, AFileRemovedWhileItsTagIsReadShowsThePreviousFilesHeaderBesideItsOwnTag) {
     addMp3(pathA, "Title A");
     disk.addFile(pathB, Mp3Bytes(2000).header(1, 0xFFFBB000).end(tagOf("Title B")).content);
     read(pathB);
