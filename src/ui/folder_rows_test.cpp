@@ -31,7 +31,7 @@ TEST(FolderRows, AreEmptyWithoutAPath) {
     EXPECT_EQ(made.current, -1);
 }
 
-TEST(FolderRows, AreSortedIgnoringCaseEvenForNonAsciiLetters) {
+TEST(FolderRows, SortSubfoldersIgnoringCaseEvenForNonAsciiLetters) {
     std::vector<std::string> names;
     for (const FolderRow& row : folderRows("c:\\", {"\xC3\x96"
                                                     "c",

@@ -142,8 +142,8 @@ void FormAdapter::followSize() {
     agreedHeight_ = form_.height();
 }
 
-/// While the window has no frame yet, returns expectedFrame_, which is 0 by 0 if the window manager
-/// announced no size of the frame.
+/// While the window has no frame yet, returns expectedFrame_. It is 0 by 0 if designSize() was not
+/// called, or if the window manager announced no size.
 QSize FormAdapter::frameSize() const {
     const QSize added = window_.frameGeometry().size() - window_.size();
     return added.isNull() ? expectedFrame_ : added;
@@ -160,9 +160,8 @@ void FormAdapter::takeFrame() {
         frameIsPending_ = false;
         window_.resize(window_.size() - frame);
     }
-    // The form's size may differ from the window's: the form's size was too small for the contents,
-    // or the window was resized for an expected frame (expectedFrame_) whose size differs from that
-    // of the actual frame.
+    // The form's size may differ from the window's size, because the contents need more space, or
+    // because the actual frame differs in size from expectedFrame_.
     followSize();
 }
 
@@ -181,7 +180,7 @@ bool FormAdapter::eventFilter(QObject* watched, QEvent* event) {
         QTimer::singleShot(0, this, [this] { takeFrame(); });
         break;
     case QEvent::Move:
-        // A window that is not on the screen yet has no position to report.
+        // A window that is minimized or not yet on the screen has no position to report.
         if (watched == &window_ && window_.isVisible() && !window_.isMinimized()) {
             followPlace();
             takeFrame();
@@ -196,7 +195,8 @@ bool FormAdapter::eventFilter(QObject* watched, QEvent* event) {
         }
         break;
     case QEvent::MouseButtonPress:
-        // Widgets pass on presses that they do not handle; only presses on the bare surface count.
+        // Only presses outside of the controls are reported. Presses that a control does not handle
+        // arrive here, too.
         if (const auto& press = *static_cast<QMouseEvent*>(event);
             watched == &client_ && !client_.childAt(press.position().toPoint())) {
             const PopupPlace place(press.globalPosition().toPoint());

@@ -48,7 +48,7 @@ TEST_F(FormAdapterTest, ACloseRequestOfTheWindowManagerUnloadsTheForm) {
     EXPECT_FALSE(window.isVisible());
 }
 
-TEST_F(FormAdapterTest, ACloseRequestDuringAnUnloadDoesNothing) {
+TEST_F(FormAdapterTest, ACloseRequestDuringAnUnloadStartsNoSecondUnload) {
     int unloads = 0;
     form.onQueryUnload = [&] {
         ++unloads;

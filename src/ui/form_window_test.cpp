@@ -28,8 +28,7 @@ class FormWindowTest : public testing::Test {
             open->close();
         }
     }
-    /// What a window's layout file defines: the description of the window with the function that
-    /// lays it out.
+    /// Describes the window, as the function of a layout file does.
     WindowLayout layout() {
         return {.form = form,
                 .icon = Symbol::search,

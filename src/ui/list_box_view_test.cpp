@@ -223,7 +223,7 @@ TEST_F(ListBoxViewTest, AChangedTextIsAnnouncedForItsRowOnly) {
     EXPECT_EQ(view.model()->index(1, 0).data().toString(), "2");
 }
 
-TEST_F(ListBoxViewTest, MarkedLinesArePaintedAsSelected) {
+TEST_F(ListBoxViewTest, AMarkedLineIsPaintedDifferentlyAndDoesNotBecomeCurrent) {
     const QImage before =
         view.viewport()->grab(view.visualRect(view.model()->index(1, 0))).toImage();
     model.setSelected(1, true).passOver();

@@ -67,8 +67,9 @@ class MainWindowFit : public testing::Test {
             EXPECT_TRUE(child->parentWidget()->rect().contains(child->geometry())) << name;
         }
     }
-    /// Each visible text has enough height. The texts of the buttons and of the menu bar also have
-    /// enough width. The widths of labels are not checked here: some labels may cut their text.
+    /// Each visible label and button has enough height for its text. The buttons and the headings
+    /// of the menu bar have enough width for it. The widths of labels are not checked here, because
+    /// some labels may cut their text.
     void expectWholeTexts() {
         for (const auto* label : view.findChildren<QLabel*>()) {
             if (label->isVisible()) {

@@ -312,7 +312,7 @@ Offered dropOn(QWidget& window, const char* uri, const std::function<void()>& be
     QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction, &data, Qt::LeftButton, {});
     QDragMoveEvent move(QPoint(51, 50), Qt::CopyAction, &data, Qt::LeftButton, {});
     QDropEvent drop(QPointF(51, 50), Qt::CopyAction, &data, Qt::LeftButton, {});
-    // Like the events that the desktop sends, these events are not accepted at first.
+    // As on a desktop, the enter event and the drop event are not accepted at first.
     enter.ignore();
     drop.ignore();
     QCoreApplication::sendEvent(&window, &enter);
@@ -340,7 +340,7 @@ TEST_F(MainWindowViewTest, NotifiesOfADroppedDiscImage) {
     EXPECT_THAT(dropped, IsEmpty());
     QCoreApplication::processEvents();
     EXPECT_THAT(dropped, ElementsAre("/m/disc.cue"));
-    // The tree must leave dropped files to its window.
+    // The tree must accept no drops, so that the window receives them.
     EXPECT_FALSE(static_cast<QAbstractScrollArea&>(widget("TreeView1")).viewport()->acceptDrops());
 }
 

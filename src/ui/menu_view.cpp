@@ -23,8 +23,8 @@ QStringList captionsOf(const std::vector<MenuItem*>& items) {
 
 /// Puts the menu bars of the program inside their windows on every desktop, because a menu bar is
 /// part of the layout of its window. Returns `window`, so that the constructor of MenuBarView can
-/// call this function before the constructor of QMenuBar. Otherwise the constructor of QMenuBar
-/// would ask the session bus whether the desktop shows menu bars, and would wait for the reply.
+/// call this function before the constructor of QMenuBar. Without the attribute, QMenuBar would
+/// ask the session bus whether the desktop shows menu bars, and wait for the reply.
 QWidget* withBarsInside(QWidget* window) {
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeMenuBar);
     return window;
@@ -65,8 +65,8 @@ MenuItemView::MenuItemView(MenuItem& model, QAction& action, Ticks ticks)
     action_.setCheckable(ticks == Ticks::yes);
     if (!action_.menu()) {
         connect(&action_, &QAction::triggered, this, [this] {
-            // Only the model sets a tick. Qt has toggled the tick of the action, which is corrected
-            // here.
+            // Qt has toggled the tick of a checkable action. This is undone, because only the model
+            // sets and removes ticks.
             showTick();
             model_.click();
         });

@@ -70,13 +70,13 @@ TEST_F(MenuViewTest, ATriggeredEntryClicksItsModel) {
     EXPECT_EQ(clicks, 1);
 }
 
-TEST_F(MenuViewTest, OnlyTheModelChangesCheckMarks) {
+TEST_F(MenuViewTest, OnlyTheModelChangesTheTickOfAnEntry) {
     EXPECT_TRUE(action("mnuToolbar").isChecked());
     EXPECT_TRUE(action("mnuCDbar").isCheckable());
     EXPECT_FALSE(action("mnuOpenfile").isCheckable());
     action("mnuToolbar").trigger();
     EXPECT_TRUE(action("mnuToolbar").isChecked())
-        << "the check mark must not change if the model does not";
+        << "the tick must not change while the model is unchanged";
     cd.onClick = [&] {
         cd.setChecked(!cd.checked());
     };

@@ -4,8 +4,7 @@
 namespace sonarith {
 namespace {
 
-/// The index of the letter that becomes the mnemonic of the caption; -1 if all letters of the
-/// caption are taken.
+/// The index of the letter or digit that becomes the mnemonic of the caption; -1 if none is free.
 qsizetype findFreeLetter(const QString& caption, const QString& taken) {
     const auto isFree = [&](qsizetype i) {
         return caption[i].isLetterOrNumber() && !taken.contains(caption[i].toLower());

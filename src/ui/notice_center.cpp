@@ -12,7 +12,7 @@ NoticeCenter::NoticeCenter(NoticeBoard& board, QWidget& window, NoticeBar& bar,
     : board_(board), window_(window), bar_(bar), notify_(std::move(notify)) {
     board_.setOnPosted([this](const std::string& text) {
         // The board may call this function on any thread. So show() is queued: it runs on the
-        // thread of this object, and never within the step that reports the notice.
+        // thread of this object, and never inside the call that reports the notice.
         QMetaObject::invokeMethod(
             this, [this, shown = toQString(text)] { show(shown); }, Qt::QueuedConnection);
     });

@@ -84,7 +84,7 @@ TEST_F(OptionButtonViewTest, ArrowKeysSelectTheNextButtonOfTheGroupAndWrapAround
     EXPECT_FALSE(apart.selected());
 }
 
-TEST_F(OptionButtonViewTest, ArrowKeysSkipADisabledButton) {
+TEST_F(OptionButtonViewTest, ArrowKeysDoNotSelectADisabledButton) {
     off.setEnabled(false);
     onView.setFocus();
     QTest::keyClick(&onView, Qt::Key_Down);

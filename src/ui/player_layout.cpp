@@ -62,7 +62,8 @@ QWidget* makeDisplay(Form4& form, QWidget* parent) {
 }
 
 /// Creates the level meter. Its trace and the area of its bar have their designed positions and
-/// sizes, because the logic of the meter computes with the sizes.
+/// sizes, because the logic of the meter computes with the sizes. TraceView::sizeHint() adds the
+/// width of a line to the size of the trace.
 QWidget* makeMeter(Form4& form, QWidget* parent) {
     auto* meter = new PlayerDisplay(form.Picture3, QObject::tr("Level meter"), parent);
     auto* trace = new TraceView(form.picPeakVol, QObject::tr("Sound Level Meter"),

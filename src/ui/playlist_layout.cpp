@@ -21,7 +21,7 @@ constexpr int listWidth = 300; ///< device-independent pixels
 /// for this many characters of average width.
 constexpr int charactersOfABox = 30;
 constexpr int headerLines = 12;
-constexpr int lineSpace = 4; ///< device-independent pixels that a style adds to a line, at most
+constexpr int lineSpace = 4; ///< the most that a style adds to a line, in device-independent pixels
 
 QWidget* makeList(FrmPlayList& form, FormWindow& window, QWidget* parent) {
     auto* frame = new FrameView(form.Playlist, parent);

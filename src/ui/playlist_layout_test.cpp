@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Tests what the playlist editor shows at its first size, what its boxes accept, and how it aligns
-// the lines about the header of an MP3 file.
-// window_layouts_test.cpp tests the requirements for the layout of every window.
+// the lines about the header of an MP3 file. window_layouts_test.cpp tests the requirements that
+// are the same for all layouts.
 #include "ui/playlist_layout.h"
 
 #include <array>
