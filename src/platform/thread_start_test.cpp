@@ -42,7 +42,7 @@ int withoutThreads() {
 }
 
 TEST(StartThread, ReturnsAnErrorIfTheSystemAllowsNoFurtherThread) {
-    // The limit does not end the child process, but keeps it from starting a second thread.
+    // The child process keeps its only thread in spite of the limit, but cannot start another.
     EXPECT_EQ(test::runInChild(&withoutThreads), 0);
 }
 

@@ -11,8 +11,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// After this time, restFor() starts no further yield but sleeps. After a long yield it sleeps
-/// earlier.
+/// After this time, restFor() stops yielding and sleeps; after a long yield, it sleeps earlier.
 constexpr std::chrono::microseconds timeAwake{100};
 /// A yield that takes at least this long has let another process run for a time slice of the
 /// scheduler, which is about 3 ms: the processor is busy.

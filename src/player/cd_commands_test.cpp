@@ -140,10 +140,10 @@ TEST_F(CaptureDuringPlayerTest, IsSavedEvenIfItBeginsWhileThePanelCloses) {
     EXPECT_EQ(operations[operations.size() - 2], "stop everything");
 }
 
-TEST_F(CaptureDuringPlayerTest, IsNotStoppedWhenAnActionSwitchesThePlayerOff) {
+TEST_F(CaptureDuringPlayerTest, IsNotStoppedWhenThePlayerIsSwitchedOff) {
     // While the panel is open, a click on "Start " in the main window first clicks Command6, which
-    // switches the player off. So a second click on "Start " during a capture closes the capture's
-    // disc.
+    // switches the player off. So a second click on "Start " during a capture closes the CD
+    // device that the capture uses.
     form.Command6.click();
     EXPECT_THAT(operations, testing::Not(Contains("stop everything")));
     EXPECT_THAT(operations, Contains("close cd"));

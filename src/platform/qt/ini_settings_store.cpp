@@ -23,8 +23,8 @@ QString settingName(const std::pair<std::string, std::string>& key) {
 }
 
 /// The content of the file, at most longestStoreFileBytes + 1 bytes; empty optional if the file
-/// cannot be read. For anything but a regular file, returns a single NUL, which checkStoreFile()
-/// treats as foreign.
+/// cannot be opened or read. If the file opens but is not a regular file, returns a single NUL,
+/// which checkStoreFile() treats as foreign.
 std::optional<QByteArray> bytesOf(const QString& path) {
     // O_NONBLOCK is set because open() on a pipe would otherwise wait for a writer.
     const int opened =
@@ -138,7 +138,7 @@ void IniSettingsStore::saveChanges() {
     changesWait_ = false;
     if (state_ == State::untouchable || !(stampNow() == stamp_)) {
         // Another program has written or removed the file, or the file was untouchable and may now
-        // be readable.
+        // be usable.
         read();
     } else if (state_ == State::written && withChanges() == onDisk_) {
         return; // already on disk; each start saves many unchanged values

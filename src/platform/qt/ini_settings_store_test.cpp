@@ -255,7 +255,7 @@ TEST_F(IniSettingsStoreTest, NeverReplacesAnUnreadableFileAndKeepsNewValuesForTh
     EXPECT_EQ(test::entriesIn(file().parent_path()), 1);
 }
 
-TEST_F(IniSettingsStoreTest, NeverReplacesAFileThatCanBeOpenedButWhoseReadFails) {
+TEST_F(IniSettingsStoreTest, NeverReplacesAFileThatOpensButCannotBeRead) {
     write("[Settings]\nHDWarning=1\n");
     letEverybodyWrite();
     fs::permissions(file(), fs::perms::all);

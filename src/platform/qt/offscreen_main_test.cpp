@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The main function of the test program: the tests need a QApplication and no display.
+// The main function of the test program: the tests need a QApplication, but no display.
 #include <QApplication>
 #include <gmock/gmock.h>
 

@@ -103,7 +103,7 @@ void QtEventLoop::waitWhile(const std::function<bool()>& condition) {
             }
         });
     while (condition()) {
-        // Sleeps until an event arrives, and returns after that event has been handled.
+        // Handles events and returns. Sleeps while there are no events.
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
     QObject::disconnect(beforeRest);

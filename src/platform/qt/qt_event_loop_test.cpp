@@ -214,7 +214,7 @@ TEST_F(QtEventLoopTest, ACancelledTimerNeverFires) {
 /// two sleeps of the thread. The constructor sets a silence function, without which everyInSound()
 /// would make each call alone. With it, everyInSound() makes two calls at a time while there is
 /// sound (BatchedWakeup::callsInSound). In silence it first makes ten calls
-/// (BatchedWakeup::callsBeforeSilence) two at a time, and then calls five at a time
+/// (BatchedWakeup::callsBeforeSilence) two at a time. Then it makes five calls at a time
 /// (BatchedWakeup::callsInSilence).
 struct CallGroups {
     QtEventLoop& loop;

@@ -11,8 +11,8 @@
 namespace sonarith {
 namespace {
 
-/// Converts each pair of a filter to Qt's notation: "WAV, MP3|*.wav;*.mp3" becomes
-/// "WAV, MP3 (*.wav *.mp3)".
+/// Converts each pair of a caption and its patterns to Qt's notation: "WAV, MP3|*.wav;*.mp3"
+/// becomes "WAV, MP3 (*.wav *.mp3)".
 QStringList nameFilters(const std::string& filter) {
     const QStringList parts = toQString(filter).split(QLatin1Char('|'));
     QStringList filters;
@@ -51,8 +51,8 @@ Result<std::string> QtFileDialog::show(QFileDialog& dialog, const FileDialogRequ
     }
     dialog.setObjectName(QStringLiteral("fileDialog"));
     dialog.setAccessibleName(dialog.windowTitle());
-    // Qt's own dialog is used on every desktop: the filter of a desktop's dialog may be
-    // case-sensitive, and that dialog may not support the keys of this program.
+    // Qt's own dialog is used on every desktop, because a desktop's dialog may have a
+    // case-sensitive filter and use other keys.
     dialog.setOption(QFileDialog::DontUseNativeDialog);
     if (!request.filter.empty()) {
         dialog.setNameFilters(nameFilters(request.filter));
@@ -81,7 +81,7 @@ void QtFileDialog::openIn(QFileDialog& dialog, const FileDialogRequest& request)
         request.initialFolder.empty() ? std::string() : toMachine_(request.initialFolder);
     if (!start.empty()) {
         const QFileInfo initial(machineText(start));
-        // For the path of a file, the folder that contains the file is used.
+        // If the path is not that of a folder, the folder that contains it is used.
         dialog.setDirectory(initial.isDir() ? initial.absoluteFilePath() : initial.absolutePath());
     }
     if (request.fileName.empty()) {

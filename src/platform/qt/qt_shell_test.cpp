@@ -80,7 +80,7 @@ TEST_F(QtShellTest, WithoutHelpPagesAMissingFileAndAFolderAreReportedAndNotOpene
                             "The help file does not exist: " + there + "/."));
 }
 
-TEST_F(QtShellTest, AControlHasTheHandleOfItsWindowOrZeroWithoutAWindow) {
+TEST_F(QtShellTest, AControlHasTheHandleOfItsWindowOrZeroWithoutAView) {
     Form form("Form1");
     const PictureBox clip(form, "Picture6");
     EXPECT_EQ(shell.windowHandle(clip), 0U);

@@ -86,7 +86,8 @@ bool QtTray::hostPresent() const {
     if (way_ == Way::embedding) {
         return hosts_.embedding();
     }
-    // Even if a panel embeds icons, Qt asks the bus when it chooses the protocol.
+    // Creating an icon now would block, even if a panel embeds icons: Qt asks the bus before it
+    // chooses the protocol.
     if (hosts_.hangs()) {
         return false;
     }
@@ -127,8 +128,9 @@ void QtTray::updateIcons() {
     }
 }
 
-/// Registers the icons with a watcher (the registry of status notifiers) that has replaced another
-/// watcher. Qt itself registers icons only with a watcher that appears when there was none.
+/// Discards the icons, so that they are created again and registered with the new watcher (the
+/// registry of status notifiers). Qt registers an existing icon only with a watcher that appears
+/// when there was none.
 void QtTray::registerAnew() {
     if (way_ != Way::statusNotifier) {
         return;

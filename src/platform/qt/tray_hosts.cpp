@@ -106,7 +106,7 @@ void TrayHosts::ask() {
             return;
         }
         if (answer.isError() && answer.error().type() == QDBusError::NoReply) {
-            // The query was lost: a later reply to it would be ignored.
+            // The query has failed: a later reply to it would be ignored, so a new query is sent.
             ask();
         } else {
             acceptReply(answer.isValid() && answer.value().variant().toBool());

@@ -158,7 +158,7 @@ TEST_F(TrayHostsTest, DetectsNoHostWithoutABus) {
     EXPECT_EQ(changes, 0);
 }
 
-TEST_F(TrayHostsTest, ABusThatHangsCountsAsHangingAfterASecondAndUntilItReplies) {
+TEST_F(TrayHostsTest, ABusThatDoesNotReplyCountsAsHangingUntilItReplies) {
     NotifierWatcher watcher(bus);
     watcher.setHost(true);
     hosts.watchBus();
@@ -190,7 +190,7 @@ TEST_F(TrayHostsTest, AQueryThatWasLostIsSentAgain) {
 
 TEST_F(TrayHostsTest, SendsNoSecondQueryWhileAReplyIsPending) {
     NotifierWatcher watcher(bus);
-    hosts.requestReply(); // watches the bus, which sends a query
+    hosts.requestReply(); // starts to watch the bus, and so sends a query
     hosts.requestReply();
     ASSERT_TRUE(QTest::qWaitFor([&] { return replies == 1; }, patienceMilliseconds));
     QTest::qWait(quietMilliseconds);
@@ -200,7 +200,7 @@ TEST_F(TrayHostsTest, SendsNoSecondQueryWhileAReplyIsPending) {
     EXPECT_EQ(watcher.questions(), 2);
 }
 
-TEST_F(TrayHostsTest, WithoutABusTheReplyIsReportedAtOnce) {
+TEST_F(TrayHostsTest, WithoutABusRequestReplyEmitsRepliedAtOnce) {
     bus.kill();
     hosts.watchBus();
     replies = 0;

@@ -18,12 +18,12 @@ TEST(NumberOf, ReadsTheNumberAtTheStartOfTheText) {
     EXPECT_EQ(numberOf("1.2.3"), 1.2);
 }
 
-TEST(NumberOf, SkipsBlanksBeforeAndInsideTheNumber) {
+TEST(NumberOf, SkipsBlanksTabsAndLineEndsBeforeAndInsideTheNumber) {
     EXPECT_EQ(numberOf("  12 34 Main"), 1234);
     EXPECT_EQ(numberOf("\t- 1\n2"), -12);
 }
 
-TEST(NumberOf, AcceptsAnExponentOnlyWithDigits) {
+TEST(NumberOf, ReadsAnExponentThatHasDigits) {
     EXPECT_EQ(numberOf("1e3"), 1000);
     EXPECT_EQ(numberOf("1E-2x"), 0.01);
     EXPECT_EQ(numberOf("1e"), 1);

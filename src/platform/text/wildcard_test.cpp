@@ -90,14 +90,14 @@ TEST(Matches, AnEmptyListMatchesTheEmptyText) {
     EXPECT_FALSE(matches("a", "[]"));
 }
 
-TEST(Matches, AnUnclosedListMatchesNothing) {
+TEST(Matches, APatternWithAnUnclosedListMatchesNoText) {
     EXPECT_FALSE(matches("[", "["));
     EXPECT_FALSE(matches("a", "[a"));
     EXPECT_FALSE(matches("", "*["));
     EXPECT_FALSE(matches("song [live", "song [live"));
 }
 
-TEST(Matches, AReversedRangeMatchesNothing) {
+TEST(Matches, APatternWithAReversedRangeMatchesNoText) {
     EXPECT_FALSE(matches("b", "[z-a]"));
     EXPECT_FALSE(matches("b", "[!z-a]"));
 }
