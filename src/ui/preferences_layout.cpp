@@ -26,8 +26,8 @@ namespace {
 constexpr int limitWidth = 70;
 constexpr int folderListHeight = 120;
 
-/// Shows a label whose text never changes. For screen readers, the text is the name of the widget
-/// `named` (may be null).
+/// Shows a label whose text never changes. If `named` is not null, screen readers read the text as
+/// the label of that widget.
 QLabel* makeText(const Label& label, QWidget* named, QWidget* parent) {
     return makeFixedText(toQString(label.caption()), named, parent);
 }

@@ -271,8 +271,8 @@ void RowList::dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomR
     QAbstractItemView::dataChanged(topLeft, bottomRight, roles);
 }
 
-// Selection. QListView would report the selection to screen readers with the row positions of its
-// own layout.
+// Selection. QListView would take the row numbers that it reports to screen readers from its own
+// layout.
 
 void RowList::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
     if (QAccessible::isActive() && current.isValid() && hasFocus()) {

@@ -19,17 +19,17 @@ class Pencils {
   public:
     Pencils(QPainter& painter, QIcon::Mode mode) : painter_(painter), mode_(mode) {}
 
-    /// From now on, draws lines in the colour of texts, without filling.
+    /// Makes the painter draw lines in the colour of texts, without filling.
     void line(qreal width = 1.7) {
         painter_.setPen(QPen(ink(), width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
         painter_.setBrush(Qt::NoBrush);
     }
-    /// From now on, draws areas in the colour of texts, without an outline.
+    /// Makes the painter draw areas in the colour of texts, without an outline.
     void area() {
         painter_.setPen(Qt::NoPen);
         painter_.setBrush(ink());
     }
-    /// From now on, draws areas in `color`, with an outline in a darker shade of that colour. A
+    /// Makes the painter draw areas in `color`, with an outline in a darker shade of that colour. A
     /// disabled symbol is grey; the outline of a selected symbol has the colour of selected texts.
     void paint(QColor color, qreal outline = 1.2) {
         if (mode_ == QIcon::Disabled) {

@@ -27,7 +27,7 @@ TextBoxView::TextBoxView(TextBox& box, QString label, QWidget* parent)
     : QLineEdit(parent),
       box_(box),
       view_(box, *this, {}, std::move(label), [this](Property which) { apply(which); }) {
-    // Not textEdited(), which Qt does not emit for a text set through the accessibility tree.
+    // Qt does not emit textEdited() for a text that is set through the accessibility tree.
     connect(this, &QLineEdit::textChanged, this, [this](const QString& text) { take(text); });
 }
 

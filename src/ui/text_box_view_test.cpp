@@ -44,7 +44,7 @@ TEST_F(TextBoxViewTest, AKeyPressIsReportedBeforeItChangesTheText) {
     EXPECT_THAT(log, ElementsAre("key 100", "change 1005"));
 }
 
-TEST_F(TextBoxViewTest, ATextSetByCodeMovesTheCaretOnlyIfTheCaretWasAtTheEnd) {
+TEST_F(TextBoxViewTest, ALongerTextSetByCodeMovesTheCaretOnlyIfTheCaretWasAtTheEnd) {
     view.setCursorPosition(1);
     model.setText("100 MB");
     EXPECT_EQ(view.text(), "100 MB");
@@ -115,7 +115,7 @@ TEST_F(TextBoxViewTest, TheFontSizeOfTheControlIsUsedUnlessItIsZero) {
     EXPECT_EQ(view.font().pointSizeF(), own);
 }
 
-TEST_F(TextBoxViewTest, AMousePressOnALockedBoxIsReportedAndSelectsNoText) {
+TEST_F(TextBoxViewTest, ADragOnALockedBoxRunsItsPressHandlerAndSelectsNoText) {
     std::vector<std::string> presses;
     model.onMouseDown = [&](MouseButtons buttons) {
         presses.emplace_back(buttons.left ? "left" : "right");

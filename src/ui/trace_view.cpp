@@ -46,7 +46,7 @@ TraceView::TraceView(PictureBox& model, QString label, const Colors& colors, QWi
 }
 
 /// Requests no repaint while the window is not on the screen, for example minimized: for each
-/// request, Qt would start a timer without painting.
+/// request, Qt would start a timer and paint nothing.
 void TraceView::showLine(const PictureLine& line) {
     const QWindow* handle = window()->windowHandle();
     if (!handle || !handle->isExposed()) {

@@ -27,8 +27,8 @@ class TreeKeyDragTest : public TreeFixture {
     QImage rowOf(const NodeRef& node) {
         return widget().viewport()->grab(widget().visualRect(indexOf(node))).toImage();
     }
-    /// Whether the row of `first` looks different from its picture `before`. The row is made
-    /// current before it is compared, because the current row is painted differently.
+    /// Whether the row of `first` differs from `before`, the image of this row without a drag. The
+    /// row is made current for the comparison, because the current row is painted differently.
     bool isMarked() {
         const QPersistentModelIndex current = widget().currentIndex();
         goTo(first);
@@ -94,7 +94,7 @@ TEST_F(TreeKeyDragTest, ControlXClicksANodeThatCannotBeDragged) {
     EXPECT_THAT(log, IsEmpty());
 }
 
-TEST_F(TreeKeyDragTest, ControlXStartsADragAndClosesTheEditorThatItsDownEventOpened) {
+TEST_F(TreeKeyDragTest, ControlXStartsADragAndClosesTheEditorThatOnMouseDownOpened) {
     editOnPress();
     key(Qt::Key_X, Qt::ControlModifier);
     EXPECT_EQ(editor(), nullptr);

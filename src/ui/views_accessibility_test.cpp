@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests what a screen reader reads from each kind of control: its role, its name and its value or
-// state.
+// Tests what a screen reader reads from most kinds of controls: their roles, names, and values or
+// states.
 #include <QAccessible>
 #include <QMetaEnum>
 #include <QTabBar>

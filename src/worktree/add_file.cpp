@@ -31,8 +31,7 @@ void FileAdder::Cmaddfile2(std::string path) {
     }
     TreeView& tree = form_.TreeView1;
     const std::string name = SplitPath(path, process_);
-    // Compares with the nodes of all groups: a name that exists anywhere in the tree is a
-    // duplicate.
+    // The file is a duplicate if its path or name is the text of any node in the tree.
     for (int i = 1; i <= tree.count(); ++i) {
         const std::string& text = tree.node(i)->text();
         if (text == path || text == name) {

@@ -9,7 +9,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Fills the tree with files, which it shows by their names without the folders.
+/// Fills the tree with files, which the tree shows by their names without the folders.
 struct LabelEditTest : test::WorkTreeWorld {
     LabelEditTest() {
         process.settings.showFullPath = 0;
@@ -173,7 +173,7 @@ TEST_F(LabelEditTest, ANewNameWithAMixedCaseEndingRenamesTheFileButDoesNotSetDra
     EXPECT_NE(node("n.Wav"), nullptr);
 }
 
-TEST_F(LabelEditTest, ANewNameThatAnotherFileHasChangesNothingAndOpensTheEditorAgain) {
+TEST_F(LabelEditTest, ATakenNameChangesNothingAndOpensTheEditorAgain) {
     const NodeRef file = node("a.wav");
     relabel("a.wav", "taken.wav");
     EXPECT_EQ(contentOf("c:\\music\\taken.wav"), "c:\\music\\taken.wav");
