@@ -18,14 +18,14 @@ TEST(DesktopNotifications, TryToStartTheirThreadAtEachTextUntilTheThreadRuns) {
             }
             return std::thread([] {});
         });
-    EXPECT_EQ(starts, 0) << "no thread must be started before the first text";
+    EXPECT_EQ(starts, 0) << "no thread may be started before the first text";
     notifications.send(QStringLiteral("first"));
     notifications.send(QStringLiteral("second"));
     EXPECT_EQ(starts, 2);
     hasThreads = true;
     notifications.send(QStringLiteral("third"));
     notifications.send(QStringLiteral("fourth"));
-    EXPECT_EQ(starts, 3) << "no second thread must be started: one thread sends all texts";
+    EXPECT_EQ(starts, 3) << "no second thread may be started: one thread sends all texts";
 }
 
 } // namespace

@@ -37,7 +37,7 @@ bool isInput(QEvent::Type type) {
     }
 }
 
-/// Whether the user expects a reaction to this event.
+/// Whether the user has pressed a mouse button or a key, or touched the screen.
 bool isPress(QEvent::Type type) {
     switch (type) {
     case QEvent::MouseButtonPress:

@@ -9,19 +9,18 @@
 namespace sonarith {
 namespace {
 
-/// By how much the nice value of the thread that reads the font configuration is raised. While this
-/// thread runs, the main thread and the X server work in turn, mostly on another core. With the
-/// usual priority, one of them often waits on the core of this thread for a whole time slice of 3
-/// ms, while the other core is idle. Measured on two cores: the program's start takes 1 ms less
-/// with 5 than with 0, and 2 ms less with 8 to 19. But on a busy machine the main window waits for
-/// the fonts: with two busy processes, 8 hardly delays the start, 12 delays it by 5 ms, 19 by
-/// 150 ms.
+/// Added to the nice value of the thread that reads the font configuration. While this thread runs,
+/// the main thread and the X server work in turn, mostly on another core. With the usual priority,
+/// one of them often waits on the core of this thread for a whole time slice of 3 ms, while the
+/// other core is idle. Measured on two cores: the program's start takes 1 ms less with 5 than with
+/// 0, and 2 ms less with 8 to 19. But on a busy machine the main window waits for the fonts: with
+/// two busy processes, 8 hardly delays the start, 12 delays it by 5 ms, 19 by 150 ms.
 constexpr int niceIncrement = 8;
 
 void carryOutSteps() {
-    // A separate thread reads the fonts, because a thread that has lowered its priority cannot
-    // raise it again: Qt's thread for the bus, and a bus that Qt starts, would inherit the low
-    // priority.
+    // A separate thread reads the font configuration, because a thread that has lowered its
+    // priority cannot raise it again: Qt's thread for the bus, and a bus that Qt starts, would
+    // inherit the low priority.
     { const BackgroundWork fonts(readFontConfiguration); }
     connectToSessionBus();
 }
@@ -40,12 +39,12 @@ void readFontConfiguration() {
     // later.
     const int now = ::getpriority(PRIO_PROCESS, 0);
     static_cast<void>(::setpriority(PRIO_PROCESS, 0, now + niceIncrement));
-    // A failure is ignored here: Qt reports it when it looks for fonts.
+    // A failure is ignored here: Qt calls FcInit() again when it looks for fonts.
     static_cast<void>(FcInit());
 }
 
 void connectToSessionBus() {
-    // A failure is ignored here: all code that uses the bus checks the connection.
+    // A failure is ignored here: code that uses this connection checks it.
     static_cast<void>(QDBusConnection::sessionBus());
 }
 

@@ -118,8 +118,8 @@ TEST_F(IniFileTest, KeepsTheOldValuesIfTheDiskIsFull) {
     const auto whole = static_cast<int>(fs::file_size(path));
     fs::permissions(folder.path(), fs::perms(0777));
     int failures = 0;
-    // The limits of the file's size, in bytes, lie within a line or between two lines, in the
-    // first, a middle or the last flushed block. At the last limit, the whole file fits.
+    // Every limit (of the file's size, in bytes) except the last cuts the file within a line, in
+    // the first, a middle or the last flushed block. At the last limit, the whole file fits.
     for (const int limit : {100, 1000, 16384, 16385, 20000, 32768, whole - 25, whole - 1, whole}) {
         write("[S]\nold=1\n");
         fs::permissions(path, fs::perms(0666));
@@ -138,7 +138,7 @@ TEST_F(IniFileTest, KeepsTheOldValuesIfTheDiskIsFull) {
     EXPECT_EQ(failures, 8);
 }
 
-TEST_F(IniFileTest, ContainsOnlyTheNewValuesAfterAWriteThatFollowsAFailedWrite) {
+TEST_F(IniFileTest, AWriteStoresNothingOfAnEarlierFailedWrite) {
     fs::permissions(folder.path(), fs::perms(0777));
     for (const rlim_t limit : {10, 1000}) { // 10 bytes do not suffice even for QSettings' lock file
         EXPECT_EQ(test::runUnprivileged([&] {

@@ -141,7 +141,7 @@ void SoundCard::followInput() {
 }
 
 void SoundCard::setSpeakers(std::shared_ptr<SpeakerSink> sink) {
-    // The parameter receives the previous sink and destroys it after the unlock, because a
+    // The parameter receives the previous sink and releases it after the unlock, because a
     // parameter outlives the locals.
     const std::lock_guard lock(mutex_);
     std::swap(speakers_, sink);

@@ -59,7 +59,7 @@ TEST_F(StarvingSoundCardTest, RecordsNothingUntilTheLostSourceOfARecordedLineIsR
     }
 }
 
-TEST_F(StarvingSoundCardTest, RecordsSilenceAfterALostSourceWasDetached) {
+TEST_F(StarvingSoundCardTest, RecordsSilenceAfterTheLineOfALostSourceWasDetached) {
     card.attach(Line::compactDisc, std::make_shared<PatternSource>(441, Supply::lost), 0s);
     card.startRecording(recorder, 0s);
     card.advance(1s);
@@ -160,8 +160,8 @@ TEST_F(StarvingSoundCardTest, RecordsPulledFramesOfALineEvenAfterTheLineWasDetac
     EXPECT_THAT(recorder->frames(), IsSound(expected));
 }
 
-/// The disc and another line are attached. The other line delivers 100 frames and then starves for
-/// more than one block, which stops the card and so the disc.
+/// The disc and a file are attached. The file delivers 100 frames and then starves for several
+/// blocks, which stops the card.
 class DiscWithAStarvingLineTest : public StarvingSoundCardTest {
   protected:
     void SetUp() override {

@@ -89,7 +89,7 @@ TEST_F(SoundCardTest, RecordsATrackBitForBitHoweverIrregularlyTheCardIsCalled) {
     }
 }
 
-TEST_F(SoundCardTest, CatchesUpAfterALateCall) {
+TEST_F(SoundCardTest, CatchesUpInALateCall) {
     card.attach(Line::compactDisc, disc, 0ns);
     card.advance(10ms);
     card.advance(3s);
@@ -314,7 +314,7 @@ TEST_F(SoundCardTest, SwitchesToTheNextRecordingWithoutAGap) {
     EXPECT_THAT(next->frames(), IsSound(pattern(882, 441)));
 }
 
-TEST_F(SoundCardTest, RecordsTheRightFramesWhenCallsAreMadeInRandomOrder) {
+TEST_F(SoundCardTest, RecordsTheExpectedFramesWhenCallsAreMadeInRandomOrder) {
     constexpr std::size_t slice = 441; // 10 ms
     for (unsigned seed = 0; seed < 500; ++seed) {
         std::mt19937 random(seed);

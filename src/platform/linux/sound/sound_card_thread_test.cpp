@@ -82,8 +82,7 @@ bool isOneRun(const std::vector<StereoFrame>& frames) {
             continue;
         }
         if (next < 0) {
-            // The frames end before the pattern repeats, so the left sample determines the
-            // position.
+            // No left sample repeats in these frames, so it determines the position.
             next = frame.left - 1;
         }
         if (frame != fakes::patternFrame(next)) {

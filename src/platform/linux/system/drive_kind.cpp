@@ -16,8 +16,8 @@ bool isOneOf(const std::array<std::string_view, Count>& types, const std::string
 
 bool isOptical(const MountPoint& mount) {
     // 11 is the kernel's major device number of optical drives (devices.txt in its documentation).
-    // The type "udf" is not checked: memory sticks may have it, too, but only discs and their
-    // images have "iso9660".
+    // Only discs and their images have the type "iso9660". The type "udf" is not checked, because
+    // memory sticks may have it.
     return mount.device.starts_with("11:") || mount.fileSystemType == "iso9660";
 }
 
@@ -48,7 +48,7 @@ DriveKind driveKindOf(const MountPoint& mount, const BlockDevices& devices) {
     }
     const auto device = devices.nameOf(mount);
     if (!device) {
-        // The mount has no device of its own: it is a folder of a server, a pool of disks, a folder
+        // The mount has no block device: it is a folder of a server, a pool of disks, a folder
         // that a program encrypts, or a tmpfs. A tmpfs counts as fixed and not as a RAM disk (a
         // block device in memory): the logic monitors the free space of fixed drives only, and may
         // treat a destination on any other drive as full.

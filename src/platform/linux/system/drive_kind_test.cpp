@@ -63,7 +63,7 @@ TEST_F(DriveKindTest, ToleratesACycleOfMappedDevices) {
     EXPECT_EQ(kindOf("ext4", "253:8"), DriveKind::fixed);
 }
 
-TEST_F(DriveKindTest, IsTheKindOfTheSourceDeviceIfNoBlockDeviceHasTheDeviceNumberOfTheMount) {
+TEST_F(DriveKindTest, IsTheKindOfTheSourceIfTheDeviceNumberIsUnknown) {
     std::filesystem::create_directories(sys / "dev");
     // A source below /dev that does not exist is ignored.
     EXPECT_EQ(kindOf("btrfs", "0:42", "/dev/no-such-disk"), DriveKind::fixed);

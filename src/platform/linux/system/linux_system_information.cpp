@@ -32,7 +32,7 @@ std::string textOfFile(const std::string& path) {
     return (std::stringstream() << file.rdbuf()).str();
 }
 
-/// Appends a terminating NUL, which the texts of SystemInformation contain.
+/// Appends the NUL that SystemInformation requires after names, folders and the list of drives.
 std::string withNul(std::string text) {
     text.push_back('\0');
     return text;
