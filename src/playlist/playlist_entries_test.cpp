@@ -180,7 +180,7 @@ TEST_F(PlaylistEntriesTest, DoesNotAddAPathThatMatchesAnEntryUsedAsAPattern) {
     EXPECT_EQ(editor.List2.listCount(), 4);
 }
 
-TEST_F(PlaylistEntriesTest, APathWithABracketCanBeAddedTwice) {
+TEST_F(PlaylistEntriesTest, APathWithAnOpeningSquareBracketCanBeAddedTwice) {
     open({});
     add("c:\\[x.mp3");
     add("c:\\[x.mp3");

@@ -23,7 +23,7 @@ void LoadSettings(const SettingsStore& store, const std::string& programFolder,
     number(hdWarningNoKey, "100", settings.hdWarningNo);
     number(hdStopDecodingKey, "1", settings.hdStopDecoding);
     number(hdStopNoKey, "50", settings.hdStopNo);
-    // This does not check whether the folder exists: the preferences create it later.
+    // The folder may be missing at this point: the preferences create it later.
     settings.decodePath = read(decodePathKey, programFolder);
     number(desktopIconKey, "0", settings.desktopIcon);
     number(minimizeOnStartKey, "0", settings.minimizeOnStart);

@@ -17,7 +17,7 @@ AppSettings loadedFrom(const FakeSettingsStore& store) {
     return settings;
 }
 
-TEST(LoadSettings, ReturnsTheDefaultsForAnEmptyStore) {
+TEST(LoadSettings, SetsTheDefaultsIfTheStoreIsEmpty) {
     const AppSettings settings = loadedFrom(FakeSettingsStore());
     EXPECT_EQ(settings.audioFormat, 1);
     EXPECT_EQ(settings.encodingQuality, 5);

@@ -18,8 +18,8 @@ bool makeChain(const std::string& path, FileSystem& fileSystem) {
          end = path.find('\\', start + 1)) {
         const std::string name = path.substr(start + 1, end - start - 1);
         const Status made = fileSystem.makeFolder(name);
-        // The error "path/file access" is ignored: it means that the name exists. If it is the name
-        // of a file, changeFolder() fails.
+        // The error "path/file access" is ignored: it means that the name exists. If a file has
+        // this name, changeFolder() fails.
         if (!made.ok() && made.error().number != ErrorNumber::pathFileAccess) {
             return false;
         }

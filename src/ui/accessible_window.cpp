@@ -35,8 +35,8 @@ class AccessibleWindow : public QAccessibleWidget {
     }
 
   private:
-    /// The popup menus of the window, without the menus of the menu bar, which are children of the
-    /// bar.
+    /// The popup menus that are children of the window. The menus of the menu bar are children of
+    /// the bar.
     [[nodiscard]] QList<QMenu*> popups() const {
         return widget()->findChildren<QMenu*>(QString(), Qt::FindDirectChildrenOnly);
     }

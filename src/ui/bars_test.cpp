@@ -19,7 +19,7 @@ class BarsTest : public testing::Test {
     QWidget window;
 };
 
-TEST_F(BarsTest, EachBarFitsIntoTheNarrowestWindow) {
+TEST_F(BarsTest, EachBarFitsIntoTheDesignedWidthOfTheWindow) {
     form.Command2.setVisible(true);
     form.Label5.setVisible(true);
     form.lblCDID.setCaption("1234567890");
@@ -30,7 +30,7 @@ TEST_F(BarsTest, EachBarFitsIntoTheNarrowestWindow) {
     }
 }
 
-TEST_F(BarsTest, TheStatusBarKeepsItsHeightWhenItsLabelsAreCleared) {
+TEST_F(BarsTest, TheStatusBarKeepsItsHeightWhenTheActivityIsCleared) {
     const BarView* bar = makeStatusBar(form, &window);
     const int before = bar->sizeHint().height();
     form.ClearActivity();

@@ -8,8 +8,8 @@
 namespace sonarith {
 namespace {
 
-/// The side of a tool bar's pictures, in device-independent pixels: six such pictures fit beside
-/// each other into the main window at its least width.
+/// The default side of a picture, in device-independent pixels. The tool bar's five buttons with
+/// this side and the area of the clip fit beside each other into the main window's designed width.
 constexpr int iconSide = 22;
 
 } // namespace

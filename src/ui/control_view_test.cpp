@@ -44,8 +44,8 @@ TEST_F(ControlViewTest, TheAccessibleNameIsTheCaptionOrElseTheToolTipOrElseTheLa
     EXPECT_EQ(widget.toolTip(), "What came so far");
 }
 
-/// Qt asks the factories for a widget's accessible object when the widget's name is set, unless the
-/// object exists already.
+/// When a widget's accessible name is set, Qt queries the factories for the widget's accessible
+/// object, unless the object exists already.
 int queries = 0;
 QAccessibleInterface* countQuery(const QString& /*className*/, QObject* /*asked*/) {
     ++queries;

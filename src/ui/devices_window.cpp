@@ -78,7 +78,7 @@ DevicesWindow::DevicesWindow(DeviceChoice& devices, DevicesWindowCalls calls)
     setAccessibleName(tr("Devices"));
     setModal(false);
     buildLayout();
-    // Device-independent pixels. At a smaller height, not all controls would be visible.
+    // Device-independent pixels. If the layout needs more, it enlarges the window.
     resize(330, 430);
 
     const auto chooseItem = [this](const QListWidgetItem* item) {

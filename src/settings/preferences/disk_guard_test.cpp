@@ -37,7 +37,7 @@ TEST_F(DiskGuardTest, ListsEachFixedDriveWithItsFreeMegabytes) {
     EXPECT_EQ(form.Text6.text(), "C:\\ - 1500 MB available\r\nD:\\ - 0 MB available\r\n");
 }
 
-TEST_F(DiskGuardTest, RefreshingRemovesDrivesThatNoLongerExistFromTheList) {
+TEST_F(DiskGuardTest, RefreshingTheListRemovesDrivesThatNoLongerExist) {
     freeOn("D:\\", 1'000'000);
     preferences.guard.RefreshDriveSpace();
     system.drives.clear();
@@ -215,7 +215,7 @@ TEST_F(DiskGuardTest, DoesNotShowTheWarningAgainAfterTheYieldOfAStop) {
     EXPECT_FALSE(Form1.Label5.visible());
 }
 
-TEST_F(DiskGuardTest, WarnsOnlyIfTheWarningIsOnAndStopsOnlyIfTheStopIsOn) {
+TEST_F(DiskGuardTest, ObeysTheWarningSwitchAndTheStopSwitch) {
     freeOn("C:\\", 0);
     settings.hdStopDecoding = 0;
     tick();

@@ -167,8 +167,7 @@ TEST_F(PreferencesDestination, IsChosenInTheListsOfDrivesAndFolders) {
     EXPECT_EQ(held("DecodePath"), "d:\\");
     form.Dir2.setPath("d:\\music").passOver();
     EXPECT_EQ(form.Text9.text(), "d:\\music");
-    // Each choice is saved at once, without an access to the folder. Running actions continue with
-    // the old folder.
+    // Each choice is saved at once, but actions use the previous folder until Co111_Click() runs.
     EXPECT_THAT(written(), ElementsAre("DecodePath=d:\\", "DecodePath=d:\\music"));
     EXPECT_EQ(settings.decodePath, "c:\\sonarith\\wavfiles");
 }

@@ -190,7 +190,7 @@ TEST_F(PreferencesLoad, WritesTheStoreBeforeThePlayersLoadStepCanYield) {
     EXPECT_FALSE(Form4.visible());
 }
 
-TEST_F(PreferencesLoad, LeavesNoWritePendingIfAStoredValueEndsItEarly) {
+TEST_F(PreferencesLoad, LeavesNoWritePendingIfAStoredValueEndsTheLoadStepEarly) {
     store.put("Settings", "show full path", "7");
     start();
     EXPECT_EQ(store.fileWrites, 1);
@@ -265,7 +265,7 @@ TEST_F(PreferencesLoad, EndsAtAQualityOutsideItsList) {
         EXPECT_EQ(run.form.Combo1.listIndex(), -1);
         EXPECT_EQ(run.form.Combo2.listCount(), 14);
         EXPECT_EQ(run.form.Combo2.listIndex(), -1);
-        EXPECT_EQ(run.form.Text7.text(), "100"); // the initial text of the form
+        EXPECT_EQ(run.form.Text7.text(), "100"); // the initial text of the box
         EXPECT_EQ(run.form.Text9.text(), "");
         EXPECT_THAT(run.store.writes, IsEmpty());
         EXPECT_THAT(run.files.log, IsEmpty());

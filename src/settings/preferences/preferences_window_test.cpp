@@ -130,7 +130,7 @@ TEST_F(PreferencesControls, LoadTheClosedPlayerWindowWithoutShowingItWhenTheMute
     EXPECT_TRUE(Form4.Option13.selected());
 }
 
-TEST_F(PreferencesControls, HideOnlyTheirOwnWindowWhileTheTraySwitchIsOn) {
+TEST_F(PreferencesControls, HideAndShowOnlyTheirOwnWindowWhenTheTrayBoxIsClicked) {
     startWithAllOff();
     Form1.show();
     form.show();
