@@ -142,7 +142,7 @@ void ListMoves::returnMp3(const std::string& s) {
 
 /// Deliberate, since users rely on it: the index advances after a removal, too, so the entry that
 /// moves into the place of a removed entry is skipped. The bound is read before the loop; beyond
-/// the new end of the list a removal fails, and the failure is ignored.
+/// the new end of the list, list() returns an empty text, which is never removed.
 void ListMoves::removeEntries(ListBox& list, const Test& leaves) {
     const int bound = list.listCount();
     for (int i = 0; i < bound; ++i) {

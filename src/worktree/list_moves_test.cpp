@@ -252,7 +252,7 @@ TEST_F(ListMovesTest, InAGroupOfFilesAFileNamedLikeATrackMovesAsAFile) {
     EXPECT_THAT(lines(form.lstRecord), IsEmpty());
 }
 
-TEST_F(ListMovesTest, WithNeitherADraggedNorASelectedNodeNothingMoves) {
+TEST_F(ListMovesTest, NothingMovesIfDragNodeIsEmptyAndNothingIsSelected) {
     fill(form.lstTracks, {"Track_1"});
     drag.DragNode = nullptr;
     lists.moveEntry("Track_1", MovedBy::doubleClick);

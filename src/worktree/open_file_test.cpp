@@ -54,7 +54,7 @@ TEST_F(OpenFileTest, CancellingTheFirstDialogReturnsAtOnceAndDoesNothing) {
     EXPECT_EQ(loop.now(), start);
 }
 
-TEST_F(OpenFileTest, CancellingALaterDialogTriesToAddThePreviousFileAgainWhichIsRejected) {
+TEST_F(OpenFileTest, AfterALaterCancelTheAdderGetsThePreviousFileAgainAndIgnoresIt) {
     dialog.choices = {"d:\\New.wav", std::nullopt};
     form.mnuOpenfile.click();
     const auto before = outline();
@@ -65,7 +65,7 @@ TEST_F(OpenFileTest, CancellingALaterDialogTriesToAddThePreviousFileAgainWhichIs
     EXPECT_THAT(lines(form.List1), ElementsAre("d:\\new.wav"));
 }
 
-TEST_F(OpenFileTest, AFileOfAnotherTypeIsPassedToTheAdderButGetsNeitherNodeNorEntry) {
+TEST_F(OpenFileTest, AFileOfAnotherTypeIsPassedToTheAdderButNotAdded) {
     dialog.choices = {"d:\\c.ogg"};
     const auto before = outline();
     const auto start = loop.now();

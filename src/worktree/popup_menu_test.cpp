@@ -173,7 +173,7 @@ TEST_F(PopupMenuTest, RemoveYieldsBeforeItRemovesTheNode) {
     EXPECT_TRUE(nodeExisted);
 }
 
-TEST_F(PopupMenuTest, OfTwoNodesWithTheSameTextTheFirstIsRemovedWhicheverWasClicked) {
+TEST_F(PopupMenuTest, OfTwoNodesWithTheSameTextTheFirstIsRemovedEvenIfTheSecondWasClicked) {
     const NodeRef first = node(wavFile);
     drag.DragNode = addItem(view, node("MP3 Files"), "p second", wavFile).value();
     form.mnuFileRemove.click();
@@ -296,7 +296,7 @@ struct EventDuringDeletion {
     bool fileIsDeletedAtFirstYield;
 };
 
-TEST_F(PopupMenuTest, TreeAndListsAgreeAfterEachListedEventInsideADeletion) {
+TEST_F(PopupMenuTest, AfterAnEventInsideADeletionTheFilesNodeAndEntryAreGone) {
     const EventDuringDeletion cases[] = {
         {"the tree is emptied", [](PopupMenuTest& t) { t.view.clear(); }, true},
         {"the same command", [](PopupMenuTest& t) { t.form.mnuRemoveDelete.click(); }, true},

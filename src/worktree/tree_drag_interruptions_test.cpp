@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests what other handlers do inside the yields of a move.
+// Tests events that occur inside the yields of a move during a drag.
 #include <functional>
 #include <string>
 #include <vector>

@@ -29,7 +29,7 @@ TEST_F(TreeDragTest, GroupsAreNotDragged) {
     EXPECT_EQ(drag.DragLevel, 2);
 }
 
-TEST_F(TreeDragTest, OnlyTheLeftButtonAloneDrags) {
+TEST_F(TreeDragTest, ADragStartsOnlyIfTheLeftButtonAloneIsDown) {
     press(node(t1));
     for (const MouseButtons down :
          {MouseButtons{}, MouseButtons{.right = true}, MouseButtons{.left = true, .right = true}}) {

@@ -7,8 +7,8 @@ namespace sonarith {
 
 namespace {
 
-/// Indices of the two groups of tracks after the first build of the tree. After a later build other
-/// nodes have these indices, and a track is moved under one of those nodes (for example "WAV
+/// Indices of the two groups of tracks after the first build of the tree. A later build can give
+/// these indices to other nodes; a track is then moved under one of those nodes (for example "WAV
 /// Files").
 constexpr int selectedTracksIndex = 2;
 constexpr int availableTracksIndex = 3;

@@ -270,7 +270,7 @@ TEST_F(TreeMovesTest, MoveDraggedNodeWithAnEmptyTextMovesNothingAndDoesNotYield)
     expectListsUnchanged();
 }
 
-// --- what other handlers do inside the yields ------------------------------------------------
+// --- events inside the yields ----------------------------------------------------------------
 
 TEST_F(TreeMovesTest, APressInAYieldBeforeTheNodeMovesDeterminesWhichNodeMoves) {
     press(node(mp3));

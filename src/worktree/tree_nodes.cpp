@@ -14,7 +14,7 @@ constexpr Images collectionImages = {1, 4};
 constexpr Images groupImages = {2, 5};
 constexpr Images itemImages = {3, 6};
 
-/// Without a parent this fails: a group or an item never becomes a root.
+/// Fails without a parent, so that a group or an item never becomes a root.
 Result<NodeRef> addBelow(TreeView& tree, const NodeRef& parent, const std::string& key,
                          const std::string& text, Images images) {
     if (!parent) {

@@ -8,8 +8,8 @@ namespace sonarith {
 
 namespace {
 
-/// The name of the file, without its folder, as the text of a node. `ending`, which is in lower
-/// case, replaces the extension.
+/// The name of the file, without its folder, as the text of a node. `ending` (".wav" or ".mp3")
+/// replaces the last four characters of the name.
 Result<std::string> baseWithEnding(const std::string& path, const std::string& ending) {
     Result<std::string> base = FileBaseName(path);
     return base.ok() ? Result<std::string>(base.value() + ending) : base;
