@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""If the machine has no optical drive and the user has not chosen a drive: creates the image of a
-small demo disc, and selects this image as the drive in the settings store. Nothing else in the
-store is changed. Otherwise does nothing."""
+"""Does nothing if the machine has an optical drive or the user has chosen a drive. Otherwise
+creates the image of a small demo disc, unless the image exists, and selects it as the drive in the
+settings store. Nothing else in the store is changed."""
 import glob
 import os
 import pathlib

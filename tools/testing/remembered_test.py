@@ -64,7 +64,7 @@ class Remembered(unittest.TestCase):
     def test_a_command_that_exits_with_the_code_for_cached_has_failed(self):
         self.assertEqual(self.run_command(f"exit {CACHED}"), 1)
 
-    def test_a_command_that_a_signal_ends_has_failed(self):
+    def test_a_killed_command_has_failed(self):
         self.assertNotIn(self.run_command("kill -9 $$"), (0, CACHED))
         self.assertNotIn(self.run_command("kill -9 $$"), (0, CACHED))
 

@@ -59,8 +59,8 @@ def usage():
              "", "Stages:"]
     lines += [f"  {stage.name:{width}}  {stage.about}" for stage in STAGES]
     lines += ["", "Names are modules or folders below src/ (unit, tsan, core), scripts (e2e),",
-              "targets (fuzz) and checks (lint). Without arguments, tests that have passed are not",
-              "repeated while their inputs are unchanged; they count as cached."]
+              "targets (fuzz) and checks (lint, package). Without arguments, tests that have",
+              "passed are not repeated while their inputs are unchanged; they count as cached."]
     return "\n".join(lines)
 
 
@@ -258,8 +258,8 @@ class Run:
         return 1
 
     def _count_single_tests(self):
-        """Prints the totals of all stages in the form of CTest's last lines. Each unit test is
-        counted separately."""
+        """Prints the totals of all stages in the form of CTest's last lines. Each unit test counts
+        as one test, and so does a cached unit-test program."""
         failed = len(self.single_failed)
         total = self.single_passed + failed
         if not total:

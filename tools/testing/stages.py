@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Defines the stages of ./test: for each stage its build folder, the targets to build, and the
-CTest tests to run. A new stage is added to STAGES. A check by a script, without a test program, is
-added as a CTest test (`add_test` with the script)."""
+CTest tests to run. To add a stage, extend STAGES. To add a check that is a script, define a CTest
+test that runs the script (`add_test`)."""
 
 import dataclasses
 import json
@@ -14,7 +14,8 @@ PROCESSORS = len(os.sched_getaffinity(0))
 
 
 class UnknownName(Exception):
-    """Raised for a name that a stage does not have. The message lists the existing names."""
+    """Raised for an unknown stage, or for a name that a stage does not have. The message lists the
+    existing names."""
 
 
 @dataclasses.dataclass(frozen=True)
@@ -38,8 +39,8 @@ class Stage:
     jobs: int = PROCESSORS  # number of tests run at the same time
     # Runs in the background, at idle priority, unless it is the only requested stage.
     in_background: bool = False
-    # The tests of the stage only check source texts, so the same text always has the same result.
-    # So the cached results of the stage are used even if the stage is requested by name.
+    # The tests of the stage do not run the program, so the same inputs always have the same result.
+    # Their cached results are used even if the stage is requested by name.
     checks_texts: bool = False
     # Compiles eight files of a module as one: if they were compiled separately, the compiler would
     # spend most of the time on headers that these files share.
@@ -82,7 +83,8 @@ class Stage:
 
     def names(self):
         """Reads the stage's names from its build folder, which must be configured. Returns a dict:
-        name -> folders of the module, relative to src/ (empty if the names are not modules)."""
+        name -> folders of the module, relative to src/ or tests/ (empty if the names are not
+        modules)."""
         listed = subprocess.run(["ctest", "--test-dir", str(self.folder), "--show-only=json-v1"],
                                 check=True, capture_output=True, text=True).stdout
         found = {}
@@ -115,7 +117,7 @@ class Stage:
         return found
 
 
-# The stages in the order in which they run.
+# The stages in the order in which they start.
 STAGES = (
     Stage("lint", "format, clang-tidy, the include check, and the tests of the test scripts",
           preset="lint", jobs=1, in_background=True, checks_texts=True,

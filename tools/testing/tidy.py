@@ -43,7 +43,7 @@ def tool_identity():
 
 
 class Sources:
-    """Knows which sources are clean, and the state on which each result depends."""
+    """Stores which sources are clean, and the state on which each result depends."""
 
     def __init__(self, build):
         self._tool = tool_identity()

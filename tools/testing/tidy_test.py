@@ -111,8 +111,8 @@ class Tidy(unittest.TestCase):
             self.assertEqual(self.run_tidy(), (0, 1))
 
     def test_a_check_during_which_a_header_changes_is_not_cached(self):
-        # A later time than the mocked start of the check (2.0), as if the header were saved during
-        # the check.
+        # The header gets a later time than the mocked start of the check (2.0), as if it were saved
+        # during the check.
         os.utime(self.root / "src/a/used.h")
         with mock.patch.object(tidy.time, "time", lambda: 2.0):
             self.assertEqual(self.run_tidy(), (0, 1))

@@ -57,8 +57,8 @@ class Outcome:
 
 
 class Watchdog:
-    """Kills a process group if the current test runs for too long, or if processes of the group
-    still run after their leader has ended."""
+    """Kills a process group if the current test runs for too long, or if other processes keep the
+    program's output open for SECONDS_FOR_ORPHANS after the program has ended."""
 
     def __init__(self, process, hangs_after):
         self.fired = False

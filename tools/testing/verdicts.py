@@ -17,7 +17,7 @@ import time
 
 # An installed, upgraded or removed package may change the result of a test.
 PACKAGES = pathlib.Path("/var/lib/dpkg/status")
-# Environment variables that Qt, ALSA, PulseAudio and the sanitizers read.
+# Environment variables on which the result of a check may depend.
 READ_BY_TESTS = re.compile(r"LANG|LC_\w+|TZ|QT_\w+|XDG_\w+|ALSA_\w+|PULSE_\w+|\w*SAN_OPTIONS|"
                            r"DISPLAY|WAYLAND_DISPLAY|HOME|PATH|USER")
 
