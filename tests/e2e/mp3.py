@@ -47,11 +47,12 @@ def make_mp3(path, seconds=2, hertz=440):
 
 def make_long_mp3(path, hours):
     """Creates a long MP3 file quickly, by repeating the frames of 20 seconds of noise. Of all
-    sounds, noise takes a decoder the most time, and no two parts of the 20 seconds are equal."""
+    sounds, noise takes a decoder the most time. No two parts of these 20 seconds are equal, so
+    check_beginning() detects missing or exchanged parts."""
     seconds = 20
     noise = array.array("h", random.Random(1).randbytes(seconds * FRAME_RATE * BYTES_PER_FRAME))
-    # The options omit the information frame ("-t") and make all frames independent of each other
-    # ("--nores"), so that the frames can be repeated.
+    # The options omit the information frame ("-t") and the bit reservoir ("--nores"), so that the
+    # frames can be repeated.
     _encode(noise, path, "-t", "--nores")
     frames = path.read_bytes()
     with open(path, "ab") as target:

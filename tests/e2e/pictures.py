@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Runs the program on a virtual screen and takes pictures of its windows. Stores the pictures in
-docs/pictures/, for README.md and the package. Stores copies for the help pages, at most PAGE_WIDTH
-pixels wide, in share/help/pictures/.
+docs/pictures/, for README.md and the metainfo file. Stores copies for the help pages, at most
+PAGE_WIDTH pixels wide, in share/help/pictures/.
 
     pictures.py PROGRAM"""
 

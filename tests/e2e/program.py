@@ -173,7 +173,7 @@ class Program:
 
     def tab_to(self, name, role=None, most=40, within=None):
         """Presses the tab key until the element `name` of the active window has the focus. With
-        `within`, searches for the element only in that window."""
+        `within`, searches for the element only in `within`."""
         for _ in range(most):
             if self.has_focus(name, role, within):
                 return
@@ -215,7 +215,7 @@ class Program:
         return self._tolerant(read, [])
 
     def click_line(self, box, line, button=1, times=1):
-        """Clicks on a line of a list box with button 1 (left) or 3 (right)."""
+        """Clicks on a line of a list box; `button` is 1 (left) or 3 (right)."""
         def centre():
             within = self.find(box, "list")
             element = within and self.find(line, within=within)
@@ -292,7 +292,7 @@ class Program:
         self.desktop.click_at(*self._settled_centre(name, role, within), times)
 
     def choose_menu(self, *names):
-        """Clicks on a menu of the menu bar, then on one entry of this menu and of each submenu."""
+        """Clicks on a menu of the menu bar, then on an entry of each menu that opens."""
         for name in names:
             self.click(name, "menu item")
 
@@ -331,7 +331,7 @@ class Program:
                 None if progress is None else int(progress))
 
     def rows(self):
-        """The texts of the visible rows of the work tree, from top to bottom."""
+        """The texts of the work tree's rows, except those below a collapsed row, top to bottom."""
         def read():
             tree = self.find("Work tree")
             return [] if tree is None else [row.get_name() for row in self._children(tree)
@@ -397,7 +397,7 @@ class Program:
                           self._settled_centre(target, "table cell"))
 
     def open_popup(self, name):
-        """Opens the popup menu of a row with the right mouse button."""
+        """Opens the popup menu of a row by a right click."""
         self.desktop.click_at(*self._settled_centre(name, "table cell"), button=3)
         wait_for("the popup menu", lambda: self.find("Remove from List", "menu item"))
 

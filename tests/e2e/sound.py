@@ -75,7 +75,7 @@ def check_run(path, disc, number, seconds):
 
 
 def check_track(path, disc, number, seconds):
-    """Like check_run(), and also checks that few frames are before and after the track."""
+    """Checks the same as check_run(), and that few frames are before and after the track."""
     lead_in, tail = check_run(path, disc, number, seconds)
     check(lead_in <= MOST_LEAD_IN_FRAMES,
           f"{path.name}: {lead_in} frames before the track, limit {MOST_LEAD_IN_FRAMES}")

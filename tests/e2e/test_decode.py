@@ -50,7 +50,7 @@ def watch_decoding(started, row):
     """Starts the action of a row and reads the window until the decoding has ended. Returns three
     lists, each without repetitions and in order of appearance:
     - the captions of the window while the activity bar showed "Decoding ...";
-    - the texts of the activity bar in the same time, each state as a tuple of its label texts;
+    - the texts of the activity bar during this time, each state as a tuple of its label texts;
     - the texts of the status bar without its first label, each state as a tuple."""
     captions, actions, status = [], [], []
     were_disabled = False
@@ -159,7 +159,7 @@ def selected_mp3s_become_wav_files(desktop, program):
     close(started)
 
 
-def a_broken_mp3_keeps_the_older_wav_and_the_next_file_is_decoded(desktop, program):
+def a_broken_mp3_is_skipped_and_its_older_wav_is_kept(desktop, program):
     started, destination = start_with_tones(desktop, program)
     (destination / "first.mp3").write_bytes(bytes(5000))
     older = b"an older one of that name" * 100
@@ -262,6 +262,6 @@ def closing_keeps_the_decoded_part(desktop, program):
 
 if __name__ == "__main__":
     run(one_mp3_becomes_a_wav_file, all_mp3s_become_wav_files, selected_mp3s_become_wav_files,
-        a_broken_mp3_keeps_the_older_wav_and_the_next_file_is_decoded,
+        a_broken_mp3_is_skipped_and_its_older_wav_is_kept,
         closing_ends_a_wait_for_a_vanished_file, cancelling_keeps_the_decoded_part,
         cancelling_the_first_of_two_files_skips_the_second, closing_keeps_the_decoded_part)

@@ -100,7 +100,7 @@ def an_incomplete_sheet_counts_as_an_empty_drive(desktop, program):
     close(started)
 
 
-def a_truncated_image_is_reported_and_its_tracks_extracted(desktop, program):
+def a_truncated_image_is_reported_and_its_tracks_are_extracted(desktop, program):
     seconds = 3
     sheet = make_disc(desktop.home / "discs", name="short", tracks=3, seconds=seconds,
                       signal="ramp")
@@ -140,4 +140,4 @@ if __name__ == "__main__":
     run(a_chosen_image_is_read_and_the_choice_is_stored,
         the_chosen_output_and_recording_source_are_stored,
         an_incomplete_sheet_counts_as_an_empty_drive,
-        a_truncated_image_is_reported_and_its_tracks_extracted)
+        a_truncated_image_is_reported_and_its_tracks_are_extracted)

@@ -150,7 +150,7 @@ def two_mp3s_are_selected_by_keys_alone(desktop, program):
     close(started)
 
 
-def neither_dragging_an_mp3_to_the_tracks_nor_dragging_a_group_changes_anything(desktop, program):
+def dragging_an_mp3_to_the_tracks_and_dragging_a_group_have_no_effect(desktop, program):
     started, destination, content = start_with_mp3s(desktop, program, "one.mp3", "two.mp3")
     before = started.rows()
     started.drag_row("one.mp3", "Selected Tracks")
@@ -230,7 +230,7 @@ def removing_from_the_list_keeps_the_file(desktop, program):
     close(started)
 
 
-def removing_and_deleting_deletes_the_file(desktop, program):
+def remove_and_delete_deletes_a_renamed_file(desktop, program):
     started, destination, content = start_with_mp3s(desktop, program, "one.mp3", "two.mp3")
     # The file is renamed first, to test that the list then contains its new name.
     edit_label(desktop, started, "one.mp3")
@@ -296,9 +296,9 @@ if __name__ == "__main__":
         an_mp3_is_dragged_to_the_selected_files_and_back,
         dragging_all_mp3s_to_the_selected_files_empties_the_list_of_available_files,
         two_mp3s_are_selected_by_keys_alone,
-        neither_dragging_an_mp3_to_the_tracks_nor_dragging_a_group_changes_anything,
+        dragging_an_mp3_to_the_tracks_and_dragging_a_group_have_no_effect,
         editing_a_label_renames_the_file, keys_rename_a_file,
         a_refused_rename_opens_the_editor_again, removing_from_the_list_keeps_the_file,
-        removing_and_deleting_deletes_the_file,
+        remove_and_delete_deletes_a_renamed_file,
         the_popup_menu_enables_only_commands_that_apply_to_its_row,
         files_are_added_by_the_file_dialog)

@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Tests the program with disks and drives that respond late or never: its window stays usable, no
-captured sample is lost, and the program ends when the user closes the window."""
+captured sample is lost if the disk responds again, and the program ends when the user closes the
+window."""
 
 import contextlib
 import os

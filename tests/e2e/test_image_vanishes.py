@@ -12,7 +12,7 @@ from waiting import check, check_equal, wait_for
 SECONDS = 90
 
 
-def the_position_stops_and_the_captured_part_is_saved(desktop, program):
+def the_figures_stop_and_cancel_saves_the_captured_part(desktop, program):
     started, sheet, destination = start_with_disc(desktop, program, SECONDS)
     samples = disc_samples(sheet)
     start_track(started, "Track  1 - 00:01:30")
@@ -42,4 +42,4 @@ def the_position_stops_and_the_captured_part_is_saved(desktop, program):
 
 
 if __name__ == "__main__":
-    run(the_position_stops_and_the_captured_part_is_saved)
+    run(the_figures_stop_and_cancel_saves_the_captured_part)

@@ -54,8 +54,9 @@ def keys_in_menus_refresh_the_list_and_end_the_program(desktop, program):
     desktop.press("alt+a")
     wait_for("the menu", lambda: started.find("Refresh List", "menu item"))
     desktop.press("r")
-    # The tree is rebuilt with its groups collapsed.
-    wait_for("the rebuilt tree", lambda: started.rows() and
+    # The refresh removes the collection "CD Tracks" and adds it again as the last collection, with
+    # its groups collapsed.
+    wait_for("the collapsed group at the end", lambda: started.rows() and
              started.rows()[-1] == "Available Tracks")
     go_to_row(desktop, started, "Available Tracks")
     desktop.press("Right")

@@ -203,7 +203,7 @@ def the_panel_is_operated_by_keyboard(desktop, program):
     close(started)
 
 
-def the_playing_disc_is_removed(desktop, program):
+def removal_and_return_of_the_playing_disc_are_detected(desktop, program):
     server = SoundServer(desktop)
     started, panel, sheet, _ = start_playing(desktop, program)
     server.wait_for_sound("playing")
@@ -287,4 +287,4 @@ if __name__ == "__main__":
     run(a_disc_is_played_and_heard, the_menus_resize_and_close_the_panel,
         the_panel_is_dragged_by_its_display, the_panel_is_operated_by_keyboard,
         an_ejected_disc_is_detected, a_capture_switches_the_player_off_and_is_silent,
-        another_disc_replaces_the_playing_disc, the_playing_disc_is_removed)
+        another_disc_replaces_the_playing_disc, removal_and_return_of_the_playing_disc_are_detected)

@@ -10,7 +10,7 @@ from sound_server import SoundServer
 from waiting import check, check_equal, wait_for
 
 
-def the_keyboard_alone_operates_the_editor(desktop, program):
+def the_editor_is_operated_by_keyboard_alone(desktop, program):
     server = SoundServer(desktop)
     destination = music_folder(desktop)
     one, two = (desktop.home / "Else Where" / name for name in ("One.mp3", "Two.mp3"))
@@ -95,7 +95,7 @@ def the_keyboard_alone_operates_the_editor(desktop, program):
     close(started)
 
 
-def the_accessibility_tree_alone_operates_the_editor(desktop, program):
+def the_editor_is_operated_through_the_accessibility_tree_alone(desktop, program):
     destination = music_folder(desktop)
     one, two = destination / "One.mp3", destination / "Two.mp3"
     make_tagged(one, "Morning", "The Larks", "Birds", "1999", "first take", 17)
@@ -143,4 +143,5 @@ def the_accessibility_tree_alone_operates_the_editor(desktop, program):
 
 
 if __name__ == "__main__":
-    run(the_keyboard_alone_operates_the_editor, the_accessibility_tree_alone_operates_the_editor)
+    run(the_editor_is_operated_by_keyboard_alone,
+        the_editor_is_operated_through_the_accessibility_tree_alone)

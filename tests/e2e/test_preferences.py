@@ -107,13 +107,13 @@ def check_boxes_are_stored_at_once(desktop, program, show_page, press):
     close(again)
 
 
-def check_boxes_changed_by_mouse_are_stored_at_once(desktop, program):
+def ticks_changed_by_mouse_are_stored_at_once(desktop, program):
     check_boxes_are_stored_at_once(
         desktop, program, open_tab,
         lambda started, name, role: started.click(name, role, within=started.window(TITLE)))
 
 
-def check_boxes_changed_by_keys_are_stored_at_once(desktop, program):
+def ticks_changed_by_keys_are_stored_at_once(desktop, program):
     check_boxes_are_stored_at_once(
         desktop, program,
         lambda started, name: next_page_by_keys(desktop, started, name),
@@ -170,7 +170,7 @@ def limits_and_choices_are_kept(desktop, program, type_limit, press, choose):
     close(again)
 
 
-def limits_and_choices_by_keys_are_kept(desktop, program):
+def limits_and_choices_set_by_keys_are_kept(desktop, program):
     def type_limit(started, name, text):
         started.tab_to(name, "text")
         desktop.press("ctrl+a")
@@ -180,7 +180,7 @@ def limits_and_choices_by_keys_are_kept(desktop, program):
         lambda started, name, role: press_by_keys(desktop, started, name, role), choose_by_keys)
 
 
-def limits_and_choices_by_mouse_are_kept(desktop, program):
+def limits_and_choices_set_by_mouse_are_kept(desktop, program):
     limits_and_choices_are_kept(
         desktop, program, lambda started, name, text: started.type_into(name, text),
         lambda started, name, role: started.click(name, role), choose_by_mouse)
@@ -387,9 +387,9 @@ def a_disk_that_fills_causes_a_warning_and_stops_a_capture(desktop, program):
 
 
 if __name__ == "__main__":
-    run(check_boxes_changed_by_mouse_are_stored_at_once,
-        check_boxes_changed_by_keys_are_stored_at_once,
-        limits_and_choices_by_keys_are_kept, limits_and_choices_by_mouse_are_kept,
+    run(ticks_changed_by_mouse_are_stored_at_once,
+        ticks_changed_by_keys_are_stored_at_once,
+        limits_and_choices_set_by_keys_are_kept, limits_and_choices_set_by_mouse_are_kept,
         a_new_destination_is_created, a_new_destination_is_created_by_keys,
         destinations_with_unusual_names_are_created,
         destinations_that_cannot_be_created_are_reported,

@@ -22,9 +22,9 @@ _WATCHER_XML = f"""<node><interface name="{WATCHER}">
 
 
 class TrayHost:
-    """A simulated panel. Use as a context manager. It replies on a thread of its own, as another
-    process would. If `is_queued`, another panel owns the watcher's bus name at the start, and this
-    panel takes over as soon as the other panel ends."""
+    """A simulated panel. Use as a context manager. It replies on a thread of its own, so that it
+    replies even while the test waits. If `is_queued`, another panel owns the watcher's bus name at
+    the start, and this panel takes over as soon as the other panel ends."""
 
     def __init__(self, address, is_queued=False):
         self._address = address
