@@ -236,7 +236,7 @@ TEST(CmdStart, CapturesOneTrackIfNothingIsSelected) {
     bench.insertDisc();
     bench.state.currentTrack = 2;
     bench.form.cmdStart.click();
-    EXPECT_EQ(bench.disc.saved.size(), 1U);
+    EXPECT_THAT(bench.disc.saved, ElementsAre(test::SavedCapture{savedAs(2), 176400}));
 }
 
 TEST(CmdStart, ResetsTheEndOfTheCurrentTrackOnlyForAGroupOfTracks) {

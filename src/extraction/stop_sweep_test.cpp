@@ -303,14 +303,16 @@ TEST(EveryStop, InsideAMessageBoxOfALaterTrackEndsTheCapture) {
 
 TEST(EveryStop, OfOneTrackWithoutAQueueReturnsToIdle) {
     for (const StopKind& kind : stopKinds()) {
-        for (int n = 1; n < 20; ++n) {
+        bool reached = true;
+        for (int n = 1; reached; ++n) {
             SCOPED_TRACE(kind.name + " at yield " + std::to_string(n));
             ExtractionBench bench({200, 200});
             bench.insertDisc();
             bench.select("Track  2 - 00:00:00");
             StopAtYield stop(bench, kind, n);
             bench.form.cmdStart.click();
-            stop.ended();
+            reached = stop.ended();
+            EXPECT_TRUE(reached || n > 3) << "the capture of a track must yield several times";
             EXPECT_TRUE(bench.idle());
             EXPECT_TRUE(bench.commandsOpen());
             EXPECT_LE(bench.disc.saved.size(), 1U);

@@ -114,7 +114,7 @@ TEST_F(EntryClicksTest, AFileInTheMainListIsNotAdded) {
 
 TEST_F(EntryClicksTest, DoesNotAddAFileThatMatchesAPatternInTheMainList) {
     addMp3(pathA, "Title A");
-    open({" " + pathA});
+    open({pathA});
     mainForm.List2.addItem("c:\\*.mp3");
     tickCheck11();
     choose(0);

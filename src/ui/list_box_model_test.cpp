@@ -117,6 +117,18 @@ TEST_F(ListBoxModelTest, AChangeCloseToPendingChangesIsAnnouncedWithThem) {
     EXPECT_THAT(announced.counts(), ElementsAre(0, 1, 1));
 }
 
+TEST_F(ListBoxModelTest, AChangeTwoLinesFromPendingChangesIsAnnouncedWithThem) {
+    fill({"a", "b", "c", "d", "e", "f", "g", "h"});
+    ListBoxModel model(list, Gathered::changes);
+    const Announced announced(model);
+    list.addItem("new", 4).passOver();
+    list.removeItem(7).passOver(); // "e" and "f" are between the changes
+    EXPECT_THAT(announced.counts(), ElementsAre(0, 0, 0));
+    model.showAll();
+    EXPECT_THAT(announced.counts(), ElementsAre(0, 0, 1));
+    EXPECT_THAT(rowsOf(model), ElementsAre("a", "b", "c", "d", "new", "e", "f", "h"));
+}
+
 TEST_F(ListBoxModelTest, AChangeMoreThanTwoLinesFromPendingChangesIsAnnouncedAtOnce) {
     fill({"a", "b", "c", "d", "e", "f", "g", "h"});
     ListBoxModel model(list, Gathered::changes);

@@ -125,9 +125,8 @@ def finder(camera):
     window = started.open_window("Search for Files", "File Finder")
     started.type_into("File Type", ".mp3")
     started.click("Search !", "push button")
-    wait_for("the found files", lambda: len(started.lines("Files found")) >= len(SONGS) or
+    wait_for("the found files", lambda: len(started.lines("Files found")) >= len(SONGS) and
              started.find("Search !", "push button"))
-    time.sleep(2)
     camera.take("finder", window)
     started.close_other("File Finder")
 

@@ -259,6 +259,7 @@ TEST_F(PreferencesLoad, EndsAtAQualityOutsideItsList) {
         SCOPED_TRACE(bad);
         PreferencesLoad run;
         run.store.put("Settings", "Encoding quality", bad);
+        run.store.put("Settings", "HDWarningNo", "7");
         run.start();
         EXPECT_TRUE(run.form.loaded());
         EXPECT_EQ(run.form.Combo1.listCount(), 9);
@@ -320,8 +321,9 @@ TEST_F(PreferencesLoad, EndsAtASwitchThatIsNeitherOnNorOff) {
 
 TEST_F(PreferencesLoad, EndsAtEachInvalidSwitchOfTheDiskGuardAndKeepsTheValuesSetBefore) {
     store.put("Settings", "HDWarning", "-1");
+    store.put("Settings", "HDWarningNo", "7");
     start();
-    EXPECT_EQ(form.Text7.text(), "100");
+    EXPECT_EQ(form.Text7.text(), "100"); // the initial text of the form
     PreferencesLoad second;
     second.store.put("Settings", "HDWarningNo", "7");
     second.store.put("Settings", "HDstopdecoding", "70");

@@ -188,9 +188,8 @@ TEST_F(ParanoiaSectorsTest, EndsRepairsAtTheTimeLimit) {
         EXPECT_EQ(reader->next({Effort::repair, 0s}, out, {}), SectorOutcome::silent) << i;
     }
     // The first failed command for a sector ends its repair, because the time limit of 0 s has
-    // passed. One more command is then issued for the sector alone (see attemptOnce()). The test
-    // allows four commands for each sector.
-    EXPECT_LE(commands_, 4 * 20);
+    // passed. One more command is then issued for the sector alone (see attemptOnce()).
+    EXPECT_LE(commands_, 2 * 20);
     // The library's cache must not contain the silence that replaced the sectors.
     failuresPerSector_ = 0;
     for (std::int64_t i = 80; i < 120; ++i) {
