@@ -218,7 +218,7 @@ std::int64_t ParanoiaSectors::readForRepair(std::int64_t first, std::int64_t cou
         (++failures_[first + done] >= maxRetries || Clock::now() >= deadline_)) {
         bad_.insert(first + done);
     }
-    if (isOver() || bad_.contains(first + done)) {
+    if (isOver() || (!whole && bad_.contains(first + done))) {
         errno = ENOMEDIUM; // makes the library return at once
         return -1;
     }

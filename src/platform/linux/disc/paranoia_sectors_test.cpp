@@ -176,6 +176,26 @@ TEST_F(ParanoiaSectorsTest, DeliversSilenceForAFailedSingleRead) {
     EXPECT_EQ(out, sector(61));
 }
 
+TEST_F(ParanoiaSectorsTest, TheSectorsBeforeAKnownUnreadableSectorAreReadAheadAndNotRepaired) {
+    bad_ = {60};
+    failuresPerSector_ = INT_MAX;
+    const auto reader = makeReader();
+    reader->seek(20, endOfSound);
+    std::vector<StereoFrame> out(framesPerSector);
+    // The commands for these sectors read ahead and find sector 60.
+    for (std::int64_t i = 20; i < 30; ++i) {
+        ASSERT_NE(reader->next(patient, out, {}), SectorOutcome::silent) << i;
+        ASSERT_EQ(out, sector(i)) << i;
+    }
+    const int commands = commands_;
+    for (std::int64_t i = 30; i < 60; ++i) {
+        ASSERT_EQ(reader->next(patient, out, {}), SectorOutcome::ok) << i;
+        ASSERT_EQ(out, sector(i)) << i;
+    }
+    EXPECT_EQ(commands_, commands);
+    EXPECT_EQ(reader->next(patient, out, {}), SectorOutcome::silent);
+}
+
 TEST_F(ParanoiaSectorsTest, EndsRepairsAtTheTimeLimit) {
     for (std::int64_t i = 60; i < 80; ++i) {
         bad_.insert(i);
