@@ -164,9 +164,12 @@ Status CueParser::readFile(std::string_view rest) {
     }
     const auto typeName = takeWord(rest);
     const auto format = cueFileFormat(typeName);
-    if (!format || !rest.empty()) {
-        return fail("the type of the file is " + shown(format ? rest : typeName) +
+    if (!format) {
+        return fail("the type of the file is " + shown(typeName) +
                     "; it must be BINARY, MOTOROLA or WAVE");
+    }
+    if (!rest.empty()) {
+        return fail("unexpected text " + shown(rest) + " after the type of the file");
     }
     const auto index = fileIndex(files_, {std::string(name.value()), *format, line_});
     if (!index.ok()) {
@@ -197,8 +200,11 @@ Status CueParser::readTrack(std::string_view rest) {
     }
     const auto modeName = takeWord(rest);
     const auto mode = cueTrackMode(modeName);
-    if (!mode || !rest.empty()) {
-        return fail("the track's mode " + shown(mode ? rest : modeName) + " is not supported");
+    if (!mode) {
+        return fail("the track's mode " + shown(modeName) + " is not supported");
+    }
+    if (!rest.empty()) {
+        return fail("unexpected text " + shown(rest) + " after the track's mode");
     }
     Track track;
     track.sectorBytes = mode->sectorBytes;

@@ -262,6 +262,10 @@ TEST(CueParser, ReportsMisplacedStatements) {
 
 TEST(CueParser, RefusesUnknownFileTypesAndDataInAWaveFile) {
     EXPECT_THAT(refused("FILE a.mp3 MP3\n"), HasSubstr("the type of the file is \"MP3\""));
+    EXPECT_THAT(refused("FILE \"a.bin\" BINARY x\n"),
+                HasSubstr("unexpected text \"x\" after the type of the file"));
+    EXPECT_THAT(refused("FILE a.bin BINARY\nTRACK 01 AUDIO x\n"),
+                HasSubstr("unexpected text \"x\" after the track's mode"));
     EXPECT_THAT(refused("FILE a.wav WAVE\nTRACK 01 MODE1/2352\nINDEX 01 00:00:00\n"),
                 HasSubstr("data track cannot be in a WAVE file"));
 }

@@ -9,23 +9,21 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "platform/linux/files/file_error.h"
-
 namespace sonarith::disc {
 
 namespace {
 
 /// The end of an error message; the caller of open() puts the file's name before it.
 Error causeOf(int systemError) {
-    const ErrorNumber number = fileErrorOfSystem(systemError).number;
-    switch (number) {
-    case ErrorNumber::fileNotFound:
-    case ErrorNumber::pathNotFound:
+    switch (systemError) {
+    case ENOENT:
+    case ENOTDIR:
         return {ErrorNumber::fileNotFound, "the file does not exist"};
-    case ErrorNumber::permissionDenied:
-        return {number, "you have no permission to read it"};
-    case ErrorNumber::badFileName:
-        return {number, "the name is too long for the file system"};
+    case EACCES:
+    case EPERM:
+        return {ErrorNumber::permissionDenied, "you have no permission to read it"};
+    case ENAMETOOLONG:
+        return {ErrorNumber::badFileName, "the name is too long for the file system"};
     default:
         return {ErrorNumber::deviceInputOutput, std::generic_category().message(systemError)};
     }

@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 
 #include <array>
+#include <cerrno>
+#include <system_error>
 
 #include <sys/stat.h>
 
@@ -40,6 +42,13 @@ TEST(FileHandle, DetectsThatItsFileWasReplaced) {
     folder.write("b", "x");
     std::filesystem::rename(folder.path("b"), path);
     EXPECT_FALSE(handle.value().stillThere());
+}
+
+TEST(FileHandle, RefusesALinkThatRefersToItselfWithTheSystemsMessage) {
+    const ImageFolder folder;
+    std::filesystem::create_symlink(folder.path("loop"), folder.path("loop"));
+    EXPECT_EQ(FileHandle::open(folder.path("loop")).error().text,
+              std::generic_category().message(ELOOP));
 }
 
 TEST(FileHandle, RefusesAPathThatNamesNoRegularFile) {

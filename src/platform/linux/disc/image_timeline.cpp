@@ -45,12 +45,12 @@ Extent extentOf(const Segment& segment, ImageFormat format, std::int64_t fileByt
 
 /// One or more consecutive tracks whose file is too short.
 struct Shortage {
-    enum class Kind { truncated, missing, lengthUnknown };
+    enum class Kind { truncated, interrupted, missing, lengthUnknown };
     Kind kind = Kind::truncated;
     std::size_t file = 0;
     int firstTrack = 0;
     int lastTrack = 0;
-    std::int64_t wholeFrames = 0; ///< of a truncated track: the frames before its first shortage
+    std::int64_t wholeFrames = 0; ///< the frames of the track before its first missing part
 };
 
 std::string describe(const Shortage& shortage) {
@@ -62,6 +62,9 @@ std::string describe(const Shortage& shortage) {
     case Shortage::Kind::truncated:
         return text + " is truncated and reads as silence from " +
                msfText(shortage.wholeFrames / framesPerSector) + " on";
+    case Shortage::Kind::interrupted:
+        return text + " lacks a part, which reads as silence, from " +
+               msfText(shortage.wholeFrames / framesPerSector) + " on; later parts are present";
     case Shortage::Kind::missing:
         return text +
                (several ? " are missing and read as silence" : " is missing and reads as silence");
@@ -99,6 +102,7 @@ class LineBuilder {
     // The first shortage of the track being added, if any: its position in frames from the track's
     // beginning, and the index of its file.
     std::optional<std::pair<std::int64_t, std::size_t>> shortFrom_;
+    bool contentAfterShortage_ = false; ///< in the track being added
 };
 
 Result<ImageTimeline> LineBuilder::build() {
@@ -121,6 +125,7 @@ Result<ImageTimeline> LineBuilder::build() {
 void LineBuilder::addTrack(const LayoutTrack& track) {
     trackStart_ = at_;
     shortFrom_.reset();
+    contentAfterShortage_ = false;
     for (const Segment& segment : track.segments) {
         addSegment(segment);
     }
@@ -139,8 +144,13 @@ void LineBuilder::addTrack(const LayoutTrack& track) {
         noteShortage(Shortage::Kind::lengthUnknown, track.segments.front().file, 0);
     } else if (shortFrom_) {
         const auto [wholeFrames, file] = *shortFrom_;
-        noteShortage(wholeFrames == 0 ? Shortage::Kind::missing : Shortage::Kind::truncated, file,
-                     wholeFrames);
+        Shortage::Kind kind = Shortage::Kind::truncated;
+        if (contentAfterShortage_) {
+            kind = Shortage::Kind::interrupted;
+        } else if (wholeFrames == 0) {
+            kind = Shortage::Kind::missing;
+        }
+        noteShortage(kind, file, wholeFrames);
     }
 }
 
@@ -158,6 +168,7 @@ void LineBuilder::addSegment(const Segment& segment) {
     // length of such a pause open (toFileEnd); the pause may then be empty. The beginning of a
     // track must not be empty.
     const bool beginsBeyond = extent.stated == 0 && (segment.offset > bytes || at_ == trackStart_);
+    contentAfterShortage_ = contentAfterShortage_ || (shortFrom_ && extent.present > 0);
     if (!shortFrom_ &&
         (beginsBeyond || (segment.frames != toFileEnd && extent.present < extent.stated))) {
         shortFrom_ = {at_ - trackStart_ + extent.present, segment.file};

@@ -115,6 +115,18 @@ TEST(Timeline, ATruncatedTrackKeepsItsStatedLengthAndATrackOfUnknownLengthGetsFo
                           "of its file"));
 }
 
+TEST(Timeline, ATrackThatLacksAFileBeforeAnotherFileIsNotCalledTruncatedOrMissing) {
+    const std::string text = "TRACK AUDIO\nFILE \"a.bin\" 0 1176\nFILE \"b.bin\" 0 1176\n";
+    EXPECT_THAT(timelineOfToc(text, {2352, 4704}).value().remark,
+                HasSubstr("track 1 lacks a part, which reads as silence, from 00:00:01 on; later "
+                          "parts are present"));
+    EXPECT_THAT(timelineOfToc(text, {0, 4704}).value().remark,
+                HasSubstr("track 1 lacks a part, which reads as silence, from 00:00:00 on; later "
+                          "parts are present"));
+    EXPECT_THAT(timelineOfToc(text, {4704, 2352}).value().remark,
+                HasSubstr("track 1 is truncated and reads as silence from 00:00:03 on"));
+}
+
 TEST(Timeline, CountsTheLostSectorsOfARange) {
     const ImageTimeline truncated = timelineOfCue(threeTrackSheet, {400 * 2352 + 100}).value();
     EXPECT_EQ(lostSectors(truncated, 0, 900), 500)
