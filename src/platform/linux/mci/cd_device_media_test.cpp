@@ -213,6 +213,20 @@ TEST(APlayingDiscThatDoesNotRespond, IsReportedOnceAndSettledWhenItRespondsAgain
               "settled [the drive /dev/fake]: Responding again: the drive /dev/fake.");
 }
 
+TEST(APlayingDiscThatDoesNotRespond, IsNotReportedAsRespondingWhenItIsOnlyPaused) {
+    CdSession session(threeTracks());
+    session.send("play cd");
+    session.machine.transport->reading = CdMedium::longestRead;
+    session.send("status cd position");
+    session.send("pause cd");
+    session.send("status cd position");
+    EXPECT_EQ(session.machine.notices.texts().size(), 1U);
+    session.machine.transport->reading = {};
+    session.send("status cd position");
+    EXPECT_EQ(session.machine.notices.texts().back(),
+              "settled [the drive /dev/fake]: Responding again: the drive /dev/fake.");
+}
+
 TEST(APlayingDiscThatDoesNotRespond, HasItsReportSettledByCloseAndIsNotReportedAfterStop) {
     CdSession session(threeTracks());
     session.send("play cd");

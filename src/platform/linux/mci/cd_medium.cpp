@@ -176,14 +176,14 @@ void CdMedium::watch() {
     if (!transport_) {
         return;
     }
-    const bool isInterrupted =
-        mode() == PlayerMode::playing && transport_->readingFor() >= longestRead;
-    if (isInterrupted && !interruptionReported_) {
+    const bool hangs = transport_->readingFor() >= longestRead;
+    if (hangs && !interruptionReported_ && mode() == PlayerMode::playing) {
         notices_.report(playingIsInterrupted(drive_->name(), longestRead));
-    } else if (!isInterrupted && interruptionReported_) {
+        interruptionReported_ = true;
+    } else if (!hangs && interruptionReported_) {
         notices_.settled(drive_->name(), "Responding again: " + drive_->name() + ".");
+        interruptionReported_ = false;
     }
-    interruptionReported_ = isInterrupted;
     if (transport_->gone()) {
         reportVanished();
     }
