@@ -9,6 +9,7 @@
 #include <QMouseEvent>
 #include <QToolTip>
 
+#include "platform/qt/run_later.h"
 #include "platform/qt/text.h"
 #include "ui/mouse.h"
 #include "ui/popup_place.h"
@@ -82,15 +83,12 @@ void ListBoxView::selectionChanged(const QItemSelection& selected,
     // A screen reader has selected the row. This counts as a click on the line. The click runs
     // after this call has returned, because its handler may yield.
     const QPersistentModelIndex chosen = selected.indexes().value(0);
-    QMetaObject::invokeMethod(
-        this,
-        [this, chosen] {
-            showCurrent();
-            if (chosen.isValid()) {
-                list_.choose(model_.lineOf(chosen.row()));
-            }
-        },
-        Qt::QueuedConnection);
+    runLater(*this, [this, chosen] {
+        showCurrent();
+        if (chosen.isValid()) {
+            list_.choose(model_.lineOf(chosen.row()));
+        }
+    });
 }
 
 bool ListBoxView::isMarked(const QModelIndex& index) const {

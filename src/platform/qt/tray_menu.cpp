@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/qt/tray_menu.h"
 
+#include "platform/qt/run_later.h"
 #include "platform/qt/text.h"
 
 namespace sonarith {
@@ -22,8 +23,8 @@ void TrayMenu::add(MenuItem& entry) {
     QAction* action =
         addAction(toQString(entry.caption()).replace(QLatin1Char('&'), QLatin1String("&&")));
     action->setObjectName(toQString(entry.name()));
-    connect(
-        action, &QAction::triggered, this, [&entry] { entry.click(); }, Qt::QueuedConnection);
+    connect(action, &QAction::triggered, this,
+            [this, &entry] { runLater(*this, [&entry] { entry.click(); }); });
     const auto reflect = [&entry, action] {
         action->setEnabled(entry.enabled());
         action->setVisible(entry.visible());
