@@ -29,7 +29,12 @@ TEST_F(HangingBusTest, AnIconThatIsAddedWhileTheBusHangsIsShownAfterTheHang) {
 }
 
 TEST_F(HangingBusTest, WhileTheBusHangsAnEmbeddingPanelCountsAsNoHostBeforeTheFirstIcon) {
+    test::NotifierWatcher watcher(bus);
+    watcher.setHost(true);
     tray.watchHosts();
+    ASSERT_TRUE(hostBecomes(true));
+    watcher.setHost(false);
+    ASSERT_TRUE(hostBecomes(false));
     embedding = true;
     bus.freeze();
     EXPECT_TRUE(tray.add({1, &form, "one"}));
