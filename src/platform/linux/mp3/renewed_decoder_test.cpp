@@ -60,7 +60,7 @@ TEST(RenewedDecoderTest, ReturnsTheSameSamplesAsASingleDecoder) {
 }
 
 TEST(RenewedDecoderTest, NoDecoderReceivesMoreFramesThanThePeriodPlusTheLead) {
-    EXPECT_LE(decodeFrom(song("-b 128", 9), shortPeriod).mostFrames,
+    EXPECT_LE(decodeFrom(song("-b 128", 30), shortPeriod).mostFrames,
               shortPeriod + RenewedDecoder::lead);
 }
 

@@ -209,10 +209,10 @@ TEST_F(CardMixerTest, ABoostDoesNotChangeSilence) {
 }
 
 TEST_F(CardMixerTest, ASoundAfterAnIdleTimeStartsWithTheCurrentTrebleSetting) {
-    play(Line::compactDisc, std::make_shared<PatternSource>(441));
-    hear(20ms);
-    EXPECT_FALSE(card.active());
     EXPECT_EQ(set(4, mixer_control::treble, 65535), MixerResult::noError);
+    play(Line::compactDisc, std::make_shared<PatternSource>(44'100));
+    hear(2s);
+    EXPECT_FALSE(card.active());
     EXPECT_EQ(set(4, mixer_control::treble, 32768), MixerResult::noError);
     play(Line::compactDisc, std::make_shared<PatternSource>());
     EXPECT_THAT(hear(100ms), IsSound(pattern(0, 4410)))
