@@ -202,7 +202,7 @@ TEST_F(MainWindowViewTest, F1ClicksTheHelpButtonWhileTheButtonIsEnabled) {
     EXPECT_EQ(calls, 1);
 }
 
-TEST_F(MainWindowViewTest, TheToolTipsOfStartAndCancelNameTheirActions) {
+TEST_F(MainWindowViewTest, TheToolTipsOfTheStartAndCancelButtonsNameTheirActions) {
     EXPECT_EQ(widget("CmdSelectAction").toolTip(), "Start the next action");
     EXPECT_EQ(widget("Command2").toolTip(), "Cancel the action that is running");
 }
@@ -241,7 +241,7 @@ TEST_F(MainWindowViewTest, TheStartButtonHasAMnemonicThatNoMenuUses) {
     EXPECT_EQ(widget("CmdSelectAction").accessibleName(), "Start ");
 }
 
-TEST_F(MainWindowViewTest, TheMenuKeyOnANodeOpensThePopupMenuAndRunsItsOnOpenHandler) {
+TEST_F(MainWindowViewTest, TheMenuKeyOnANodeOpensThePopupMenuAndRunsTheHandlerOfTheMenu) {
     show();
     TreeView& tree = form.TreeView1;
     const NodeRef node = tree.add(nullptr, "f", "CD Tracks", 1, 4).value();

@@ -65,7 +65,7 @@ class WaveFile final : public ImageFile {
     [[nodiscard]] bool read(std::int64_t offset, std::span<sound::StereoFrame> out) override {
         const auto first = static_cast<sf_count_t>(offset / bytesPerFrame);
         const auto count = static_cast<sf_count_t>(out.size());
-        // The library stores frames as pairs of samples, which is the layout of StereoFrame.
+        // sf_readf_short() writes each frame as a pair of samples: the layout of StereoFrame.
         auto* samples = reinterpret_cast<short*>(out.data());
         return handle_.stillThere() && sf_seek(file_, first, SEEK_SET) == first &&
                sf_readf_short(file_, samples, count) == count;

@@ -85,9 +85,10 @@ TEST_F(UserFoldersTest, TheMusicFolderIsTheOneThatTheDesktopDefines) {
     EXPECT_EQ(musicFolder(), homePath_ + "/Musik");
 }
 
-// The search for audio files takes the text after the first dot of a file's path as the extension.
-// So it would find no file in a music folder with a dot in its path. A dot in the path of the home
-// folder does no harm: the paths that the search uses contain H: in place of the home folder.
+// In the search for audio files, the extension of a file begins at the first dot of its whole path.
+// So the search would find no file in a music folder with a dot in its path. A dot in the path of
+// the home folder does no harm: the paths that the search uses contain H: in place of the home
+// folder.
 TEST_F(UserFoldersTest, AMusicFolderWithADotInItsPathIsIgnored) {
     const std::string home = homePath_ + "/jane.doe";
     ::setenv("HOME", home.c_str(), 1);

@@ -11,8 +11,8 @@ namespace sonarith::system_information {
 
 namespace {
 
-/// Removes and returns the number at the start of `text`. Without a number, returns nothing and
-/// leaves `text` unchanged.
+/// Removes and returns the number at the start of `text`. If `text` begins with no number, or with
+/// one that is too large for `Number`, returns nothing and leaves `text` unchanged.
 template <typename Number>
 std::optional<Number> takeNumber(std::string_view& text, int base = 10) {
     Number number = 0;
