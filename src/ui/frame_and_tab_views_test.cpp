@@ -11,7 +11,7 @@
 namespace sonarith {
 namespace {
 
-TEST(FrameView, ShowsItsCaptionAndDisablesItsContentsIfTheFrameIsDisabled) {
+TEST(FrameView, TheCaptionIsShownAndADisabledFrameDisablesItsContents) {
     Form form("FrmPrefs");
     Frame model(form, "DriveSpace", "Drives & Space");
     QWidget parent;

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A test panel, which embeds tray icons (freedesktop.org, System Tray Protocol 0.4). The icons
-// are side by side in the screen's upper left corner, each 24 pixels wide. The panel prints "ready"
-// when it has started, "docked ID" when it has embedded an icon, and "left ID" when the icon's
-// window was destroyed. ID is the number of that window. The panel runs until it is killed.
+// A test panel, which embeds tray icons (freedesktop.org, System Tray Protocol 0.4). The icons are
+// placed from left to right, beginning in the screen's upper left corner, each 24 pixels wide. If
+// an icon other than the rightmost one leaves, the next icon covers the rightmost one. The panel
+// prints "ready" when it has started, "docked ID" when it has embedded an icon, and "left ID" when
+// the icon's window was destroyed. ID is the number of that window. The panel runs until it is
+// killed.
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>

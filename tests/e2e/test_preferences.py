@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Tests the preferences: which settings are stored at which time, the choice of the destination
-folder, the free space, and the guard that warns and stops a capture when the disk is nearly
-full."""
+folder, the display of the free space, and the guard of the disk space. The guard has two limits of
+free space: below the first it shows a warning, and below the second it stops a capture."""
 
 import contextlib
 import os

@@ -76,7 +76,7 @@ class QtTray : public QObject, public Tray {
     std::unique_ptr<TrayMenu> menu_;
     std::unique_ptr<TrayMenu> drawnHere_;
     std::map<std::uint32_t, Entry> entries_;
-    std::vector<std::unique_ptr<QSystemTrayIcon>> discarded_; ///< destroyed at the next reply
+    std::vector<std::unique_ptr<QSystemTrayIcon>> discarded_; ///< updateIcons() destroys them
 };
 
 } // namespace sonarith

@@ -121,7 +121,8 @@ class HangingMounts {
 
 /// wait() returns Outcome::late as soon as a call hangs at a gate, unless an earlier wait() has
 /// already returned Outcome::late because of the same call. So no test waits for a long timeout. If
-/// the bound is at most plainMoment, wait() also returns Outcome::late after plainMoment.
+/// there is no such call, wait() returns Outcome::late after plainMoment if the bound is at most
+/// plainMoment, otherwise after the bound, but not before 30 s have passed.
 class GateWaiting final : public Waiting {
   public:
     explicit GateWaiting(const HangingMounts& mounts) : mounts_(mounts) {}
@@ -146,7 +147,9 @@ class GateWaiting final : public Waiting {
     int late_ = 0; ///< number of hanging calls that were already reported as late
 };
 
-/// The machine's files; each access passes the gate of its mount.
+/// The machine's files. A call that accesses a mount passes the gate of that mount, with two
+/// exceptions: rename() passes only the gate of the old path, and closing a file or a walk's handle
+/// passes no gate.
 class HangingMachine final : public MachineFiles {
   public:
     HangingMachine(const SharedPaths& shared, std::shared_ptr<HangingMounts> mounts)

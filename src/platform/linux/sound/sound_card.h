@@ -152,10 +152,10 @@ class SoundCard {
     /// What the card has to do; decides how far the calls of advance may be apart.
     enum class Work {
         none,    ///< no calls are needed
-        silence, ///< serves only a listener (a level meter), without sound: may be late
+        silence, ///< serves only a listener (a level meter), without sound: calls may be late
         files,   ///< plays only Line::waveOut, of which no position is read
         playing, ///< plays a disc, or plays to a listener; records nothing
-        all,     ///< anything else: each block when it is due
+        all,     ///< anything else: a call for each block, when the block is due
     };
     [[nodiscard]] Work work() const;
 
@@ -176,7 +176,7 @@ class SoundCard {
         std::atomic<int> volume = fullVolume;
         std::atomic<bool> muted = false;
         PeakMeter peak;
-        bool lost = false; ///< its last source was lost, until the next attach or detach
+        bool lost = false; ///< true from the loss of its source until the next attach or detach
     };
     /// Objects that a member function releases. They are kept until mutex_ is unlocked.
     using Released = std::vector<std::shared_ptr<void>>;
