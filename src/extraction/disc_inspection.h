@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reads the disc's table of contents: identity, track count and one line for each track into the
-// main window, one length for each track into CaptureState. Does not notice a later change of the
-// disc. Extracts nothing.
+// Reads the disc's identity and table of contents. Stores the identity, the number of tracks and
+// one line for each track in controls of the main window, and the length of each track in
+// CaptureState. Does not notice a later change of the disc. Extracts nothing.
 #pragma once
 
 #include "extraction/capture_state.h"

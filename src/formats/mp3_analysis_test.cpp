@@ -62,7 +62,8 @@ TEST_F(Mp3AnalysisTest, TreatsBytesBeyondTheEndOfAShortFileAsZeros) {
     // If FF is the file's last byte, the next byte counts as zero, which is no second sync byte, so
     // no frame is found.
     EXPECT_EQ(digitsOf(Mp3Bytes(300).at(300, "\xff").content), "");
-    // If the two sync bytes are the file's last, the missing header bytes count as zeros.
+    // If the two sync bytes are the last bytes of the file, the missing header bytes count as
+    // zeros.
     EXPECT_EQ(digitsOf(Mp3Bytes(300).at(299, "\xff\xfb").content),
               "11111111111110110000000000000000");
 }
@@ -172,7 +173,7 @@ TEST_F(Mp3AnalysisTest, FailsAndStoresNothingIfTheFileCannotBeOpenedOrItsLengthO
     }
 }
 
-TEST_F(Mp3AnalysisTest, KeepsThePreviousFilesHeaderBesideTheNewTagIfFileLengthFails) {
+TEST_F(Mp3AnalysisTest, KeepsThePreviousFilesBitRateButStoresTheNewTagIfFileLengthFails) {
     fillRecord();
     disk.failWith(FakeFileSystem::Operation::fileLength, path, ErrorNumber::fileNotFound);
     const Status status = analyse(Mp3Bytes(4000).header(1, commonHeader).end(tagOf("new")));
@@ -181,7 +182,7 @@ TEST_F(Mp3AnalysisTest, KeepsThePreviousFilesHeaderBesideTheNewTagIfFileLengthFa
     EXPECT_EQ(info.Bitrate, 204);
 }
 
-TEST_F(Mp3AnalysisTest, KeepsThePreviousFilesHeaderBesideTheNewTagIfTheNewBitRateIs0) {
+TEST_F(Mp3AnalysisTest, KeepsThePreviousFilesBitRateButStoresTheNewTagIfTheNewBitRateIs0) {
     fillRecord();
     const Status status = analyse(Mp3Bytes(4000).header(1, 0xFFFB0000).end(tagOf("new")));
     EXPECT_EQ(status.error().number, ErrorNumber::divisionByZero);

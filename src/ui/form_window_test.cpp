@@ -28,7 +28,7 @@ class FormWindowTest : public testing::Test {
             open->close();
         }
     }
-    /// Describes the window, as the function of a layout file does.
+    /// Returns the description of the window, like the function in a file ui/<name>_layout.cpp.
     WindowLayout layout() {
         return {.form = form,
                 .icon = Symbol::search,

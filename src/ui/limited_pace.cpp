@@ -7,10 +7,11 @@ namespace sonarith {
 
 namespace {
 
-/// If show_ has already run in the present interval, a request starts the timer. The timer runs
-/// show_ this long after the end of that interval, unless a later request runs show_ earlier. While
-/// there is sound, the level meter's requests arrive every 20 ms, which is less than this delay: so
-/// the meter's next request usually arrives first, and the timer need not wake up the processor.
+/// The time from the end of an interval until the timer runs show_. A request starts the timer if
+/// show_ has already run in the present interval. The timer is stopped if a later request runs
+/// show_ earlier. While there is sound, the level meter's requests arrive every 20 ms, which is
+/// less than this delay: so the meter's next request usually arrives first, and the timer need not
+/// wake up the processor.
 constexpr std::chrono::milliseconds tailDelay{30};
 
 } // namespace

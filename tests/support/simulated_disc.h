@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Simulates a disc and a recorder that are controlled by device commands. In the time of an event
-// loop, the disc's position advances while the disc plays, and the number of recorded bytes grows
-// while the recorder runs. Each save of a recording is logged. The test assigns the result of
+// Simulates a disc and a recorder that are controlled by device commands. The time is read from an
+// event loop: the disc's position advances while the disc plays, and the number of recorded bytes
+// grows while the recorder runs. Each save of a recording is logged. The test assigns the result of
 // device() to ScriptedMediaControl::device. The commands that the player, the extraction and the
 // inspection of a disc send to these two devices are supported; most other commands fail.
 //
@@ -217,14 +217,16 @@ class SimulatedDisc {
         return text;
     }
 
-    /// Start of track number `track` in milliseconds. For the last number plus 1: end of the disc.
+    /// Start of track number `track` in milliseconds. If `track` is one more than the number of
+    /// tracks: end of the disc.
     [[nodiscard]] std::int64_t startOf(std::size_t track) const {
         return std::accumulate(lengthsMs_.begin(),
                                lengthsMs_.begin() + static_cast<std::ptrdiff_t>(track - 1),
                                std::int64_t{0});
     }
-    /// The position in milliseconds that a number in a command means in the current time format. In
-    /// tmsf the number is that of a track. No value if this track does not exist.
+    /// Converts the number in a command to a position in milliseconds. In the time format tmsf, it
+    /// is the number of a track; in the other formats, it is taken as milliseconds. No value if the
+    /// track does not exist.
     [[nodiscard]] std::optional<std::int64_t> placeOf(std::int64_t number) const {
         if (format_ != Format::tmsf) {
             return number;

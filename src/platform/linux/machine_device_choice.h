@@ -17,9 +17,10 @@ namespace sonarith {
 class MachineDeviceChoice final : public DeviceChoice {
   public:
     /// Applies the stored choice to the card. Reports lost sound devices to `notices`. All
-    /// arguments must outlive this object. `slot` calls its function `configured` to read the
-    /// chosen drive, so this function must return drive() of this object. Since `slot` is created
-    /// first, it must not call `configured` until this object exists.
+    /// arguments must outlive this object. `slot` reads the chosen drive by calling the function
+    /// `configured` that was passed to its constructor, so this function must return drive() of
+    /// this object. Since `slot` is created before this object, it must not call the function until
+    /// this object exists.
     MachineDeviceChoice(SettingsStore& store, disc::DriveSlot& slot, sound::SoundCard& card,
                         Notices& notices);
     ~MachineDeviceChoice() override;

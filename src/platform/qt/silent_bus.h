@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Protects the program's start from a session bus that hangs. Qt waits without a limit until the
-// bus has accepted its connection, and shows no window before.
+// Protects the program's start from a session bus that hangs. Until the bus has accepted Qt's
+// connection, Qt waits without a limit and shows no window.
 #pragma once
 
 #include <chrono>

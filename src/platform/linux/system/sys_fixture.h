@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Simulates the trees /sys and /dev/disk in a temporary folder, and queries the space of a drive
-// with retries for a busy machine. For tests only.
+// Simulates the trees /sys and /dev/disk in a temporary folder. Also queries the space of a drive,
+// and repeats a query that returned nothing because the machine was busy. For tests only.
 //
 //     FakeSys sys;
 //     sys.addDisk("sda", "8:0", RemovableFlag::set);
