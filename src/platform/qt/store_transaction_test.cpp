@@ -135,7 +135,7 @@ TEST_F(StoreTransactionTest, WritesAtTheEndOfTheOutermostTransaction) {
     EXPECT_THAT(fileText(), HasSubstr("outside=1"));
 }
 
-TEST_F(StoreTransactionTest, WritesNothingIfAllValuesAreOnDisk) {
+TEST_F(StoreTransactionTest, WritesNothingIfATransactionLeavesAllValuesAsTheyWere) {
     IniSettingsStore store(folder());
     { const StoreTransaction empty(store); }
     EXPECT_FALSE(fs::exists(file()));

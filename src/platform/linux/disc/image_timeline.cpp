@@ -31,8 +31,9 @@ Extent extentOf(const Segment& segment, ImageFormat format, std::int64_t fileByt
         return {segment.frames, whole ? segment.frames : wholeSectors * framesPerSector};
     }
     if (format == ImageFormat::wave || segment.roundedTo == 1) {
-        // WAVE files and the sound files of a TOC may have any length. The segment's length is
-        // rounded up to a multiple of `roundedTo`; the frames beyond the file's end are silent.
+        // WAVE files and the sound files of a TOC may have any length. In a CUE sheet, the length
+        // of the segment is rounded up to whole sectors (`roundedTo`), and the frames beyond the
+        // file's end are silent. In a TOC, `roundedTo` is 1, so no frames are added.
         const std::int64_t frames =
             bytes / segment.sectorBytes * framesPerSector +
             bytes % segment.sectorBytes * framesPerSector / segment.sectorBytes;
@@ -63,8 +64,9 @@ std::string describe(const Shortage& shortage) {
         return text + " is truncated and reads as silence from " +
                msfText(shortage.wholeFrames / framesPerSector) + " on";
     case Shortage::Kind::interrupted:
-        return text + " lacks a part, which reads as silence, from " +
-               msfText(shortage.wholeFrames / framesPerSector) + " on; later parts are present";
+        return text + " lacks a part, which begins at " +
+               msfText(shortage.wholeFrames / framesPerSector) +
+               " and reads as silence; later parts are present";
     case Shortage::Kind::missing:
         return text +
                (several ? " are missing and read as silence" : " is missing and reads as silence");
@@ -165,8 +167,9 @@ void LineBuilder::addSegment(const Segment& segment) {
     const std::int64_t bytes = fileBytes_[segment.file];
     const Extent extent = extentOf(segment, layout_.files[segment.file].format, bytes);
     // The last segments of a track may be the pause before the next track. The sheet may leave the
-    // length of such a pause open (toFileEnd); the pause may then be empty. The beginning of a
-    // track must not be empty.
+    // length of such a pause open (toFileEnd). If such a pause is then empty, that alone is no
+    // shortage. An empty segment is a shortage if it begins beyond the end of its file, or if it is
+    // at the beginning of the track.
     const bool beginsBeyond = extent.stated == 0 && (segment.offset > bytes || at_ == trackStart_);
     contentAfterShortage_ = contentAfterShortage_ || (shortFrom_ && extent.present > 0);
     if (!shortFrom_ &&

@@ -118,11 +118,11 @@ TEST(Timeline, ATruncatedTrackKeepsItsStatedLengthAndATrackOfUnknownLengthGetsFo
 TEST(Timeline, ATrackThatLacksAFileBeforeAnotherFileIsNotCalledTruncatedOrMissing) {
     const std::string text = "TRACK AUDIO\nFILE \"a.bin\" 0 1176\nFILE \"b.bin\" 0 1176\n";
     EXPECT_THAT(timelineOfToc(text, {2352, 4704}).value().remark,
-                HasSubstr("track 1 lacks a part, which reads as silence, from 00:00:01 on; later "
-                          "parts are present"));
+                HasSubstr("track 1 lacks a part, which begins at 00:00:01 and reads as silence; "
+                          "later parts are present"));
     EXPECT_THAT(timelineOfToc(text, {0, 4704}).value().remark,
-                HasSubstr("track 1 lacks a part, which reads as silence, from 00:00:00 on; later "
-                          "parts are present"));
+                HasSubstr("track 1 lacks a part, which begins at 00:00:00 and reads as silence; "
+                          "later parts are present"));
     EXPECT_THAT(timelineOfToc(text, {4704, 2352}).value().remark,
                 HasSubstr("track 1 is truncated and reads as silence from 00:00:03 on"));
 }

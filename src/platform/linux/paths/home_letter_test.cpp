@@ -46,7 +46,7 @@ TEST_F(MoveToHomeLetterTest, APathInTheHomeFolderGetsTheHomeLetter) {
               "H:\\.local\\WAVFiles");
     store_.put("Drives", "D", "/home");
     EXPECT_EQ(moved("d:\\jane\\music"), "H:\\music");
-    store_.put("Drives", "E", "/home/jane"); // a mount on the home folder
+    store_.put("Drives", "E", "/home/jane"); // the home folder is a mount point
     EXPECT_EQ(moved("e:\\music"), "H:\\music");
 }
 
@@ -82,7 +82,9 @@ TEST_F(MoveToHomeLetterTest, AMountAndItsPathsMoveFromTheLetterHToAFreeLetter) {
 }
 
 TEST_F(MoveToHomeLetterTest, AnInterruptedMigrationIsCompleted) {
-    store_.put("Drives", "E", "/media/b"); // the migration was interrupted after this step
+    // The interrupted migration has assigned E: to the mount, but has not yet changed the path or
+    // deleted the entry for H:.
+    store_.put("Drives", "E", "/media/b");
     store_.put("Drives", "H", "/media/b");
     EXPECT_EQ(moved("h:\\music"), "E:\\music");
     EXPECT_EQ(store_.held("Drives", "H"), std::nullopt);
@@ -95,7 +97,7 @@ TEST_F(MoveToHomeLetterTest, PathsOnAMountWithTheLetterHGetTheRootsLetterIfNoLet
     EXPECT_EQ(moved("H:\\music"), "C:\\media\\H\u02d0\\music");
 }
 
-TEST_F(MoveToHomeLetterTest, PathsOnAMountOnTheHomeFolderKeepTheLetterH) {
+TEST_F(MoveToHomeLetterTest, PathsKeepTheLetterHIfItIsAssignedToAMountAtTheHomeFolder) {
     store_.put("Drives", "H", "/home/jane");
     EXPECT_EQ(moved("H:\\music"), "H:\\music");
     EXPECT_EQ(store_.held("Drives", "H"), std::nullopt);

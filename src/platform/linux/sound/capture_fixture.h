@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A capture device for tests: it delivers the sound that a test provides, and can be made to fail,
-// to hang or to be missing.
+// A capture device for tests: it delivers as many frames of a fixed pattern as a test provides. A
+// test can make the device fail, hang or be missing.
 #pragma once
 
 #include <algorithm>
@@ -38,6 +38,7 @@ struct CaptureDevice {
     std::atomic<int> closed = 0;
     std::atomic<int> restarts = 0;
 
+    /// Makes `frames` more frames of the pattern available to reads.
     void provide(std::int64_t frames) {
         const std::lock_guard lock(mutex);
         available += frames;
@@ -50,7 +51,7 @@ struct CaptureDevice {
         openHangs = false;
         changed.notify_all();
     }
-    /// Whether all sound that the test provided has been read, and a further read found no more.
+    /// Whether all frames that the test provided have been read, and a further read found no more.
     bool isDrained() {
         const std::lock_guard lock(mutex);
         return drained;
