@@ -46,8 +46,8 @@ TEST_F(PlayersOtherDiscTest, IsShownByTheFirstPollAfterThePlayerOpensTheDeviceAg
 
 TEST_F(PlayersOtherDiscTest, IsNotPolledWhileTheMainWindowReadsIt) {
     player.power.releaseDisc();
-    // Opens the device as the main window does. The player cannot read the main window's time
-    // formats.
+    // Opens the device as the main window does. A poll would query this device, and the player
+    // cannot read the time formats that the main window sets.
     ASSERT_EQ(media.sendString("open cdaudio alias cd"), mciSuccess);
     EXPECT_THAT(commandsOf([&] { loop.advance(5s); }), IsEmpty());
     EXPECT_EQ(form.CD.text(), "No CD");

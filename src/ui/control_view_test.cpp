@@ -44,8 +44,9 @@ TEST_F(ControlViewTest, TheAccessibleNameIsTheCaptionOrElseTheToolTipOrElseTheLa
     EXPECT_EQ(widget.toolTip(), "What came so far");
 }
 
-/// When a widget's accessible name is set, Qt queries the factories for the widget's accessible
-/// object, unless the object exists already.
+/// How often Qt has queried the factories for a widget's accessible object. Setting the accessible
+/// name of a widget causes such a query, unless the object exists already. So the next test detects
+/// by a query that a name was set.
 int queries = 0;
 QAccessibleInterface* countQuery(const QString& /*className*/, QObject* /*asked*/) {
     ++queries;

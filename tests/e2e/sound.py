@@ -29,7 +29,8 @@ def samples_of(path):
 
 
 def disc_samples(sheet):
-    """The bytes of all samples of a disc image, whose sheet must use one BINARY file."""
+    """The bytes of all samples of a disc image. Its sheet must use one BINARY file, which has the
+    name of the sheet and the suffix .bin."""
     return pathlib.Path(sheet).with_suffix(".bin").read_bytes()
 
 
@@ -85,8 +86,8 @@ def check_track(path, disc, number, seconds):
 
 def beginning_of_track(path, disc, number, seconds):
     """Checks the WAV file of a track whose capture was stopped in the middle: silence, the track
-    from its first sample on, then only silence. Returns two numbers of bytes: those of the track
-    and those of the silence after it."""
+    from its first sample on, then only silence. Returns two lengths in bytes: that of the captured
+    part of the track, and that of the silence after it."""
     samples = samples_of(path)
     track = track_samples(disc, number, seconds)
     start = find_run(samples, track[:bytes_of(1) // 10])

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Tests the positions at which the program places the main window and the player's panel. All other
-positions of these windows are set by desktop.place()."""
+"""Tests the positions at which the program places the main window and the player's panel. In place
+of the user, the tests move these windows with desktop.place()."""
 
 from desktop import SCREEN
 from driver import run

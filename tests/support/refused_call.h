@@ -46,7 +46,7 @@ namespace sonarith::test {
 }
 
 /// Simulates a damaged disk on which files cannot be renamed: renameat() and renameat2() fail. On
-/// some architectures, rename() still succeeds.
+/// an architecture on which rename() is a separate system call, rename() still succeeds.
 [[nodiscard]] inline bool refuseRenames() {
     bool refused = refuseCall(SYS_renameat2, EIO);
 #ifdef SYS_renameat // some architectures have no such call

@@ -22,9 +22,10 @@ class DiskGuard {
     DiskGuard(const DiskGuard&) = delete;
     DiskGuard& operator=(const DiskGuard&) = delete;
 
-    /// Writes the fixed drives to Text6 of the preferences' window, and the destination's drive to
-    /// Label3 and its free MB (1,000,000 bytes) to Label4. The two labels do not change if the
-    /// destination is not on a fixed drive. Loads this window if it is not loaded; the load yields.
+    /// Writes each fixed drive and its free MB (1 MB is 1,000,000 bytes) to Text6 of the
+    /// preferences' window, except drive A and drives without a size. Writes the destination's
+    /// drive to Label3 and its free MB to Label4; the two labels do not change if the destination
+    /// is not on such a drive. Loads the preferences' window if it is not loaded; the load yields.
     void RefreshDriveSpace();
     /// Calls RefreshDriveSpace(), then compares the free space with each limit that is switched
     /// on. Below the warning limit, shows the warning. Below the stop limit, shows the warning,

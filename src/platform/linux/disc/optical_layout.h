@@ -36,7 +36,7 @@ struct RawToc {
     friend bool operator==(const RawToc&, const RawToc&) = default;
 };
 
-/// The sectors of the disc that contain a part of the time line.
+/// Consecutive sectors of one kind. A part of the time line is mapped to them.
 struct Stretch {
     TrackKind kind = TrackKind::audio;
     std::int64_t first = 0;   ///< the drive's number of the first sector

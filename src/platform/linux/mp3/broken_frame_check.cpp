@@ -32,10 +32,10 @@ bool BrokenFrameCheck::isBroken(const Frame& frame, Bytes bytes,
     if (!endsInSilence(frame.header.format, samples) || isEmptySideInfo(frame.header, bytes)) {
         return false;
     }
-    // `frame` is broken or silent. It is decoded again, this time after a frame with sound: unless
-    // the library gives `frame` up, the end of that sound overlaps into the samples of `frame`.
-    // Whether the library gives `frame` up depends only on the data of `frame`, so it is the same
-    // in both decodings.
+    // `frame` is broken or silent. It is decoded again, this time after a frame with sound. If the
+    // library does not give `frame` up, the end of that sound overlaps into the samples of `frame`.
+    // Whether the library gives `frame` up depends only on the data of `frame`, so the library does
+    // the same in both decodings.
     if (!decoder_) {
         Result<FrameDecoder<float>> made = FrameDecoder<float>::create();
         if (!made.ok()) {

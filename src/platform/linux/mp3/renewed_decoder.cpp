@@ -33,7 +33,7 @@ void RenewedDecoder::prepareNext(const NumberedFrame& frame, Bytes bytes) {
     if (frame.number % period_ == period_ - lead) {
         // If there is no memory for another decoder, the current decoder continues. It may become
         // slow: the more frames it has decoded, the more time it needs for each frame that the
-        // library gives up.
+        // library gives up (stops decoding half-way).
         if (Result<FrameDecoder<std::int16_t>> made = FrameDecoder<std::int16_t>::create();
             made.ok()) {
             next_.emplace(std::move(made.value()));
