@@ -79,7 +79,7 @@ TEST(StopEverything, KeepsTheLastPercentageVisibleForFiveSeconds) {
     EXPECT_FALSE(bench.form.Timer1.enabled());
 }
 
-TEST(StopEverything, DuringATickSendsTheEndCommandsTwiceAndAddsTheWavAndAnMp3OfTheSameName) {
+TEST(StopEverything, SendsTheEndCommandsTwiceAndAddsWavAndMp3OfTheSameNameIfClickedDuringATick) {
     QueueBench bench(3);
     bench.files.addFile("c:\\wavfiles\\12053477-1.mp3", std::string(200, 'm'));
     // Yields 1 and 2 occur while the capture starts, yield 3 while cmdStart waits for the end of
@@ -175,7 +175,7 @@ TEST(StopEverything, ListsTheFileInLowerCaseAndAgainInItsOwnCase) {
                 ElementsAre("c:\\wavfiles\\12053477-1.wav", "C:\\WavFiles\\12053477-1.wav"));
 }
 
-TEST(StopEverything, ForAFileThatWasNotSavedAddsAListEntryButNoNode) {
+TEST(StopEverything, AddsAListEntryButNoNodeForAFileThatWasNotSaved) {
     QueueBench bench(2);
     bench.media.answerPrefix("save capture", {.status = 300});
     bench.loop.after(550ms, [&] { bench.form.Command8.click(); });
@@ -275,7 +275,7 @@ TEST(StopPlaying, LosesARunningCaptureAndLetsItsTimerRunUntilCommand8IsClicked) 
     EXPECT_TRUE(bench.commandsOpen());
 }
 
-TEST(EndOfAQueue, WithoutACaptureOrAStopRequestResetsTheDisplaysAndLeavesTheCommandsDisabled) {
+TEST(EndOfAQueue, ResetsTheDisplaysAndLeavesTheCommandsDisabledIfThereIsNoCaptureAndNoStopRequest) {
     QueueBench bench(1 + 1);
     bench.form.Disablem();
     bench.form.lstRecord.setListIndex(1).passOver();

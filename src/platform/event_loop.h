@@ -49,7 +49,7 @@ class EventLoop {
     /// silence. Several calls may be held back and then made in one batch, without the interval
     /// between them, so there are as many calls as with every(). The batches may be larger in
     /// silence than in sound. When sound begins, the calls that are already held back are made
-    /// without a wait for the rest of their batch. This default implementation holds back no call.
+    /// although their batch is not complete. This default implementation holds back no call.
     [[nodiscard]] virtual std::unique_ptr<Wakeup> everyInSound(Duration interval,
                                                                std::function<void()> handler) {
         return every(interval, std::move(handler));

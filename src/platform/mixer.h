@@ -3,8 +3,9 @@
 // component type and a control of that line by its control type, then reads or writes the control's
 // value. Samples do not pass through this interface.
 //
-// Life cycle: open() returns a handle, which is never closed; any number may be open. All other
-// members take such a handle. Used on the logic thread only; no member waits for the card.
+// Life cycle: open() stores a handle in its parameter. A handle is never closed, and any number of
+// handles may be open. All other members take such a handle. Mixer is used on the logic thread
+// only; no member waits for the card.
 #pragma once
 
 #include <cstdint>

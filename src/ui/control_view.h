@@ -26,10 +26,11 @@ template <typename... Properties>
 /// or the control (`byControl`).
 enum class Placement { elsewhere, byControl };
 
-/// Which changes are shown at a limited pace: changes of captions at most ten times a second, of
-/// positions at most 20 times a second. For example, a caption that changes a thousand times a
-/// second is laid out, painted and sent to screen readers only ten times a second. All other
-/// changes are shown at once.
+/// Which changes are shown at a limited pace: no changes (`atOnce`), those of the caption
+/// (`captions`: at most ten times a second), or those of the position (`positions`: at most 20
+/// times a second). All other changes are shown at once. For example, with `captions`, a caption
+/// that changes a thousand times a second is laid out, painted and sent to screen readers only ten
+/// times a second.
 enum class Pace { atOnce, captions, positions };
 
 /// Updates a widget when its control changes. This object must be destroyed before the widget.

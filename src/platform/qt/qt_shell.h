@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Implements Shell with Qt: the screen size, the help, the about box and the number of a window.
+// Implements Shell with Qt: the screen size, the help, the about box, and the number that the
+// window system gives a window.
 #pragma once
 
 #include <functional>

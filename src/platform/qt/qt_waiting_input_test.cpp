@@ -182,7 +182,7 @@ TEST_F(QtWaitingTest, ARequestToCloseIsDeliveredBeforeOtherHeldInput) {
     EXPECT_THAT(log, ElementsAre("close", "press"));
 }
 
-TEST_F(QtWaitingTest, AfterARequestToCloseFurtherWaitsEndEarlyUntilTheLoopContinues) {
+TEST_F(QtWaitingTest, FurtherWaitsEndEarlyAfterARequestToCloseUntilTheLoopContinues) {
     NotingWindow window(log);
     (void)waitAnd([&] { window.close(); }, 1h);
     const auto begin = loop.now();

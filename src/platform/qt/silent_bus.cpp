@@ -23,7 +23,8 @@ using Bus = std::unique_ptr<sd_bus, CloseBus>;
 bool sessionBusIsSilent(std::chrono::milliseconds limit) {
     const Clock::time_point end = Clock::now() + limit;
     sd_bus* opened = nullptr;
-    // This call does not wait. With EAGAIN, more programs wait for the bus than its socket permits.
+    // This call does not wait. The error EAGAIN means that the bus is silent: more programs wait
+    // for a connection than the socket of the bus permits.
     if (const int error = sd_bus_open_user(&opened); error < 0) {
         return error == -EAGAIN;
     }
@@ -47,8 +48,8 @@ bool sessionBusIsSilent(std::chrono::milliseconds limit) {
 }
 
 void doWithoutSessionBus() {
-    // The libraries for D-Bus know no transport of this name, so each connection fails at once. An
-    // empty address would make them look for a bus in other places.
+    // The libraries for D-Bus know no transport named "disabled", so each connection fails at once.
+    // An empty address would make them look for a bus in other places.
     static_cast<void>(::setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", 1));
 }
 
