@@ -23,8 +23,8 @@ QStringList captionsOf(const std::vector<MenuItem*>& items) {
 
 /// Puts the menu bars of the program inside their windows on every desktop, because a menu bar is
 /// part of the layout of its window. Returns `window`, so that the constructor of MenuBarView can
-/// call this function before the constructor of QMenuBar. Without the attribute, QMenuBar would
-/// ask the session bus whether the desktop shows menu bars, and wait for the reply.
+/// call this function before the constructor of QMenuBar. Without AA_DontUseNativeMenuBar, QMenuBar
+/// would ask the session bus whether the desktop shows menu bars, and wait for the reply.
 QWidget* withBarsInside(QWidget* window) {
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeMenuBar);
     return window;

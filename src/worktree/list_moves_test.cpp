@@ -78,7 +78,7 @@ TEST_F(ListMovesTest, MovingATrackThatIsInNoListChangesNothing) {
     EXPECT_THAT(lines(form.List7), ElementsAre("left over"));
 }
 
-TEST_F(ListMovesTest, ATrackFoundByWildcardMovesUnchanged) {
+TEST_F(ListMovesTest, ATrackThatMatchesAPatternMovesWithItsOwnText) {
     fill(form.lstTracks, {"Track_1", "Track_2"});
     move("Track_#", "Available Tracks");
     EXPECT_THAT(all(), ElementsAre("lstTracks: Track_2", "lstRecord: Track_1"));

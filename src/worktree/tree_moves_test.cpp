@@ -34,7 +34,8 @@ struct TreeMovesTest : test::WorkTreeWorld {
     }
 };
 
-TEST_F(TreeMovesTest, ATrackMovedToSelectedTracksBecomesTheGroupsLastNodeAndLstRecordsFirstLine) {
+TEST_F(TreeMovesTest,
+       ATrackMovedToSelectedTracksBecomesTheLastNodeOfTheGroupAndTheFirstLineOfLstRecord) {
     doubleClick(t2);
     doubleClick(t1);
     EXPECT_THAT(lines(form.lstRecord), ElementsAre(t1, t2));
@@ -120,7 +121,7 @@ TEST_F(TreeMovesTest, AfterARefreshATrackMovesUnderTheNodeThatNowHasTheOldIndexO
     EXPECT_THAT(childrenOf("Selected Tracks"), IsEmpty());
 }
 
-TEST_F(TreeMovesTest, AWavsEntryMovesButItsNodeStaysBecauseTheNodesGroupHasNoSibling) {
+TEST_F(TreeMovesTest, TheEntryOfAWavMovesButItsNodeStaysBecauseItsGroupHasNoSibling) {
     const auto before = outline();
     doubleClick(wav);
     EXPECT_EQ(outline(), before);
@@ -205,7 +206,7 @@ TEST_F(TreeMovesTest, NothingMovesIfNothingIsSelected) {
     expectListsUnchanged();
 }
 
-TEST_F(TreeMovesTest, ADoubleClickOutsideTheNodesMovesOnlyTheSelectedWavsEntry) {
+TEST_F(TreeMovesTest, ADoubleClickOutsideTheNodesMovesOnlyTheEntryOfTheWavWhoseNodeIsSelected) {
     click(wav);
     const auto before = outline();
     doubleClick(NodeRef());
@@ -214,7 +215,7 @@ TEST_F(TreeMovesTest, ADoubleClickOutsideTheNodesMovesOnlyTheSelectedWavsEntry) 
     EXPECT_THAT(lines(form.List5), ElementsAre(wav));
 }
 
-TEST_F(TreeMovesTest, MoveSelectedMovesTheNodeDragNodeAndTheEntryOfTheSelectedNode) {
+TEST_F(TreeMovesTest, MoveSelectedMovesDragNodeAndTheEntryOfTheSelectedNode) {
     view.setSelectedItem(node(t1)).passOver();
     drag.DragNode = node(t3);
     moves.moveSelected();

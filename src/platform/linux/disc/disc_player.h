@@ -54,10 +54,10 @@ class DiscPlayer : public sound::SampleSource {
     /// True once a read has reported that the medium is gone.
     [[nodiscard]] bool gone() const;
 
-    /// The supply is `starving` while too little has been read and while paused, and `ended` while
-    /// stopped. It is `lost` once the medium is gone and all sound that was read before has been
-    /// pulled; the mode is then still `playing`. After a full block the supply is always
-    /// `flowing`, even if that block is the last one.
+    /// While the player is stopped, the supply is `ended`; while it is paused, `starving`. While it
+    /// plays, the supply is `starving` if too little has been read, and `lost` once the medium is
+    /// gone and all sound that was read before has been pulled. After a full block the supply is
+    /// always `flowing`, even if that block is the last one.
     [[nodiscard]] sound::Pulled pull(std::span<sound::StereoFrame> block) override;
 
   private:

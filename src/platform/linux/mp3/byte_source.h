@@ -21,8 +21,9 @@ namespace sonarith::mp3 {
 
 /// The number of bytes that a read returned, and the failure if the read was short.
 struct Reading {
-    std::size_t bytes = 0; ///< valid at the beginning of the buffer: all that was requested, or
-                           ///< fewer after a failure
+    /// The read has filled this many bytes at the beginning of the buffer: all that were requested,
+    /// or fewer after a failure.
+    std::size_t bytes = 0;
     std::optional<Error> failure;
 };
 
@@ -50,8 +51,9 @@ class MemorySource : public ByteSource {
     Bytes bytes_;
 };
 
-/// Identifies a file and its state: if the identities at two times are equal, the file was not
-/// changed between these times.
+/// Identifies a file and its state: if the identities at two times are equal, the file counts as
+/// unchanged between these times. A change that keeps the length and the time of modification is
+/// not noticed.
 struct FileIdentity {
     std::uint64_t device = 0;
     std::uint64_t inode = 0;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests walks through folders that contain links. linux_directory_walk_test.cpp instantiates the
+// Tests of walks through folders that contain links. linux_directory_walk_test.cpp instantiates the
 // suite.
 #include <gmock/gmock.h>
 

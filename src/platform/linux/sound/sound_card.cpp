@@ -21,7 +21,8 @@ std::int64_t framesIn(SoundCard::Time span) {
 
 /// The disc is pulled last: only then is it known how many frames the other lines can deliver, and
 /// no more frames than that are requested from the disc. The disc player counts each pulled frame
-/// as played. Because all of them are played, a track ends at its exact position.
+/// as played. Because each of them is played in the same block, the player's position agrees with
+/// the sound, also at the end of a track.
 constexpr std::array<Line, lineCount> pullOrder{Line::externalInput, Line::waveOut,
                                                 Line::compactDisc};
 

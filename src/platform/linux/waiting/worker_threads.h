@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Starts threads for calls that may block or never return, and reuses an idle thread.
-// blocking_calls.h decides which calls may run concurrently and which thread waits for them.
+// blocking_calls.h decides which calls may run concurrently, and waits for them on the logic
+// thread.
 #pragma once
 
 #include <functional>
