@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The tray of a Linux desktop, based on Qt's tray icon, which supports two protocols: status
-// notifiers on the session bus and embedded windows under X11. Qt chooses the protocol once per
-// process, when its first icon is created. So this class creates no icon before a panel that shows
-// tray icons (a host) exists; the protocol of that panel then stays in use.
+// The tray of a Linux desktop, based on Qt's tray icon. Qt supports two protocols: status notifiers
+// on the session bus, and embedded windows under X11. Qt chooses the protocol once per process,
+// when its first icon is created. So this class creates no icon before a host exists, which is a
+// panel that shows tray icons. The protocol of that host then stays in use.
 //
-// Qt waits for the bus without a limit when it creates an icon on the bus, and for 25 s when it
-// removes one. So this class does both only when TrayHosts::replied is emitted: such an icon
-// appears and disappears a few milliseconds after add() and remove(), or when a hang has ended.
+// When Qt creates an icon on the bus, it waits for the bus without a limit. When Qt removes such an
+// icon, it waits up to 25 s. So this class does both only when TrayHosts::replied is emitted: a few
+// milliseconds after add() or remove(), or after the bus has stopped hanging.
 #pragma once
 
 #include <cstdint>
@@ -27,13 +27,13 @@ namespace sonarith {
 
 class QtTray : public QObject, public Tray {
   public:
-    /// `icon` returns the picture that every icon of the tray shows and that can be drawn at any
-    /// size. It is called once for each QSystemTrayIcon that is created.
+    /// `icon` returns the picture of every tray icon. The picture must be drawable at any size.
+    /// `icon` is called once for each QSystemTrayIcon.
     explicit QtTray(std::function<QIcon()> icon, TrayHosts::Sources hosts = TrayHosts::desktop());
     ~QtTray() override;
 
-    /// Connects to the session bus and starts to look for panels on the bus. Without this call, the
-    /// first add() does so. Before the bus has replied, hostPresent() detects no panel on the bus.
+    /// Connects to the session bus and watches it for panels. The first add() does so, too. Before
+    /// the bus has replied, hostPresent() detects no panel on the bus.
     void watchHosts() { hosts_.watchBus(); }
 
     bool add(const TrayIcon& icon) override;

@@ -48,7 +48,7 @@ class QtTrayTest : public testing::Test {
     [[nodiscard]] QAction* action(const char* name) const {
         return shown()->contextMenu()->findChild<QAction*>(QString::fromLatin1(name));
     }
-    /// Adds an icon, which appears only after the bus has replied.
+    /// Adds an icon and waits until it appears.
     bool addAndShow(std::uint32_t identifier, const char* tip) {
         const qsizetype before = icons();
         return tray.add({identifier, &form, tip}) &&

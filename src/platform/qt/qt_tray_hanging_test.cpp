@@ -13,7 +13,7 @@ using testing::ElementsAre;
 
 using HangingBusTest = QtTrayTest;
 
-TEST_F(HangingBusTest, AnIconThatIsAddedWhileTheBusHangsIsShownAfterTheHang) {
+TEST_F(HangingBusTest, AnAddedIconIsShownAfterTheHang) {
     test::NotifierWatcher watcher(bus);
     watcher.setHost(true);
     tray.watchHosts();
@@ -28,7 +28,7 @@ TEST_F(HangingBusTest, AnIconThatIsAddedWhileTheBusHangsIsShownAfterTheHang) {
     EXPECT_THAT(hosts, ElementsAre(true, false, true));
 }
 
-TEST_F(HangingBusTest, WhileTheBusHangsAnEmbeddingPanelCountsAsNoHostBeforeTheFirstIcon) {
+TEST_F(HangingBusTest, AnEmbeddingPanelCountsAsNoHostBeforeTheFirstIcon) {
     test::NotifierWatcher watcher(bus);
     watcher.setHost(true);
     tray.watchHosts();
@@ -45,7 +45,7 @@ TEST_F(HangingBusTest, WhileTheBusHangsAnEmbeddingPanelCountsAsNoHostBeforeTheFi
     EXPECT_TRUE(shown());
 }
 
-TEST_F(HangingBusTest, AnIconThatIsRemovedWhileTheBusHangsIsDestroyedAfterTheHang) {
+TEST_F(HangingBusTest, ARemovedIconIsDestroyedAfterTheHang) {
     test::NotifierWatcher watcher(bus);
     watcher.setHost(true);
     tray.watchHosts();
@@ -64,7 +64,7 @@ TEST_F(HangingBusTest, AnIconThatIsRemovedWhileTheBusHangsIsDestroyedAfterTheHan
     EXPECT_EQ(shown()->toolTip(), "two");
 }
 
-TEST_F(HangingBusTest, AnEmbeddedIconIsShownAndRemovedAtOnceWhileTheBusHangs) {
+TEST_F(HangingBusTest, AnEmbeddedIconAppearsAndDisappearsAtOnce) {
     embedding = true;
     ASSERT_TRUE(addAndShow(1, "one"));
     bus.freeze();

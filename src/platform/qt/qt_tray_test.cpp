@@ -18,7 +18,7 @@ using testing::IsEmpty;
 
 // --- icons ----------------------------------------------------------------------------------
 
-TEST_F(QtTrayTest, AddFailsForAnExistingIconAndModifyAndRemoveFailForAMissingIcon) {
+TEST_F(QtTrayTest, RefusesToAddAnExistingIconAndToRemoveAMissingIcon) {
     embedding = true;
     EXPECT_FALSE(tray.modify({1, &form, "x"}));
     EXPECT_FALSE(tray.remove(1));
@@ -47,7 +47,7 @@ TEST_F(QtTrayTest, EachIdentifierHasItsOwnIcon) {
 TEST_F(QtTrayTest, AnUnchangedTipIsNotSentAgain) {
     embedding = true;
     ASSERT_TRUE(addAndShow(1, "one"));
-    // QtTray does not know this tip. If it set its own tip again, it would replace this one.
+    // QtTray does not know this tip, and would replace it by setting its own tip again.
     shown()->setToolTip("set by the test");
     EXPECT_TRUE(tray.modify({1, &form, "one"}));
     EXPECT_EQ(shown()->toolTip(), "set by the test");

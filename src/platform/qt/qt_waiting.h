@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Waits for work on another thread while the windows are painted and can be closed. It starts no
-// work itself; the code in linux/waiting/ starts the work.
+// Waits for work on another thread while the windows are painted and can be closed. The code in
+// linux/waiting/ starts the work.
 #pragma once
 
 #include <chrono>
@@ -12,17 +12,18 @@ namespace sonarith {
 
 /// The program has one QtWaiting. Use it only on the thread of the QApplication.
 ///
-/// At first, a wait only blocks the thread, for at most Waiting::plainMoment. If the work has not
-/// completed by then, the windows are painted and the mouse pointer is an hourglass until the wait
-/// ends. No handler runs during a wait: timers do not fire (due timers fire afterwards, as after
-/// any long handler), and input is held back (HeldEvents). Closing a window, or a signal to end the
-/// program, ends the wait. Queued calls (Qt::QueuedConnection) run even during a wait. Therefore,
-/// calls to the logic must not be queued: runLater() makes them after the wait.
+/// A wait first blocks the thread for at most Waiting::plainMoment. If the work has not completed
+/// by then, the windows are painted and the mouse pointer is an hourglass until the wait ends. No
+/// handler runs during a wait: due timers fire afterwards, and input is held back (HeldEvents). A
+/// request to close a window, or a signal to end the program, ends the wait.
+///
+/// Queued calls (Qt::QueuedConnection) run even during a wait. So calls to the logic must not be
+/// queued: runLater() makes them after the wait.
 class QtWaiting final : public Waiting {
   public:
-    /// After a request to close a window, or a signal to end the program, has ended a wait: the
-    /// longest time that all further waits together take until control is back in an event loop. So
-    /// short work still completes, but work that hangs cannot delay the end of the program.
+    /// After a request to close or a signal has ended a wait, all further waits together take at
+    /// most this time. The limit applies until control is back in an event loop. So short work
+    /// still completes, but work that hangs cannot delay the end of the program.
     static constexpr Duration haste{200};
 
     [[nodiscard]] Outcome wait(const Completion& completion, Duration bound) override;

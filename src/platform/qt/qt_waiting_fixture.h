@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// For tests of QtWaiting only: a fixture with a QtWaiting and an event loop; a class of windows
-// that log their input; functions that simulate input.
+// For tests of QtWaiting only: a fixture, a window that logs its input, and functions that simulate
+// input.
 #pragma once
 
 #include <chrono>
@@ -109,8 +109,8 @@ class QtWaitingTest : public testing::Test {
         const Completion never;
         return waiting.wait(never, bound);
     }
-    /// Handles events long enough for all events that `waiting` has held back (held_events.h) to be
-    /// delivered, even if the handlers of these events wait, too.
+    /// Handles events long enough to deliver all held events (held_events.h), even if their
+    /// handlers wait, too.
     void handleHeldEvents() {
         for (int i = 0; i < 50; ++i) {
             loop.waitFor(std::chrono::milliseconds(1));

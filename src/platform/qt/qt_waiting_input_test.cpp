@@ -160,7 +160,7 @@ TEST_F(QtWaitingTest, AHandlerOfHeldInputMayWaitAgain) {
     EXPECT_THAT(log, ElementsAre("press", "handler returns", "key a", "key b"));
 }
 
-TEST_F(QtWaitingTest, ARequestToCloseAWindowEndsTheWaitAndIsDeliveredWhenTheLoopContinues) {
+TEST_F(QtWaitingTest, ARequestToCloseEndsTheWaitAndIsDeliveredAfterwards) {
     NotingWindow window(log);
     const auto begin = loop.now();
     EXPECT_EQ(waitAnd([&] { window.close(); }, 1h), Outcome::ended);
@@ -182,7 +182,7 @@ TEST_F(QtWaitingTest, ARequestToCloseIsDeliveredBeforeOtherHeldInput) {
     EXPECT_THAT(log, ElementsAre("close", "press"));
 }
 
-TEST_F(QtWaitingTest, FurtherWaitsEndEarlyAfterARequestToCloseUntilTheLoopContinues) {
+TEST_F(QtWaitingTest, FurtherWaitsEndEarlyAfterARequestToClose) {
     NotingWindow window(log);
     (void)waitAnd([&] { window.close(); }, 1h);
     const auto begin = loop.now();

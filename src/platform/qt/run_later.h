@@ -10,9 +10,8 @@ class QObject;
 
 namespace sonarith {
 
-/// Runs `work` one time, as soon as control is back in an event loop. If the current handler
-/// yields, `work` can run in that yield, before the handler ends. If `context` is destroyed before
-/// `work` begins, `work` never runs.
+/// Runs `work` one time, as soon as control is back in an event loop. `work` can run in a yield of
+/// the current handler. If `context` is destroyed first, `work` never runs.
 void runLater(QObject& context, std::function<void()> work);
 
 } // namespace sonarith

@@ -23,8 +23,8 @@ using Bus = std::unique_ptr<sd_bus, CloseBus>;
 bool sessionBusIsSilent(std::chrono::milliseconds limit) {
     const Clock::time_point end = Clock::now() + limit;
     sd_bus* opened = nullptr;
-    // This call does not wait. The error EAGAIN means that the bus is silent: more programs wait
-    // for a connection than the socket of the bus permits.
+    // This call does not wait. It fails with EAGAIN if the socket's queue of connections is full:
+    // then the bus is silent.
     if (const int error = sd_bus_open_user(&opened); error < 0) {
         return error == -EAGAIN;
     }
@@ -49,7 +49,7 @@ bool sessionBusIsSilent(std::chrono::milliseconds limit) {
 
 void doWithoutSessionBus() {
     // The libraries for D-Bus know no transport named "disabled", so each connection fails at once.
-    // An empty address would make them look for a bus in other places.
+    // With an empty address, they would look for a bus in other places.
     static_cast<void>(::setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", 1));
 }
 

@@ -8,12 +8,12 @@
 namespace sonarith {
 
 /// Whether the session bus is silent: it exists, but does not accept a connection within `limit`.
-/// False if there is no bus, or if it refuses the connection: then Qt's attempt fails at once, too.
-/// Opens a connection of its own and closes it; on a bus that replies, this takes about 0.5 ms.
+/// False if there is no bus, or if the bus refuses the connection: Qt's attempt then fails at once,
+/// too. On a bus that replies, the call takes about 0.5 ms.
 [[nodiscard]] bool sessionBusIsSilent(std::chrono::milliseconds limit);
 
-/// Makes this process and its children do without a session bus. To be called before another thread
-/// runs, since it changes the environment, and before Qt connects to the bus.
+/// Makes this process and its children do without a session bus. Call it before Qt connects to the
+/// bus, and before another thread runs, since it changes the environment.
 void doWithoutSessionBus();
 
 } // namespace sonarith

@@ -23,7 +23,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// For a bus that replies or fails: no test waits so long.
+/// No test waits so long: the bus replies or fails at once.
 constexpr auto longLimit = 60s;
 constexpr auto shortLimit = 100ms;
 
@@ -34,7 +34,7 @@ class BusSocket {
   public:
     BusSocket() : socket_(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
         const sockaddr_un place = this->place();
-        constexpr int oneWaiting = 0; // the kernel permits one waiting connection more
+        constexpr int oneWaiting = 0; // the kernel adds one to this number
         if (::bind(socket_, reinterpret_cast<const sockaddr*>(&place), sizeof(place)) != 0 ||
             ::listen(socket_, oneWaiting) != 0) {
             throw std::runtime_error("no socket");
@@ -48,7 +48,7 @@ class BusSocket {
     BusSocket& operator=(const BusSocket&) = delete;
 
     [[nodiscard]] QString address() const { return "unix:path=" + path(); }
-    /// Connects, so that no other connection can wait.
+    /// Takes the only place for a waiting connection.
     void fill() {
         client_ = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
         const sockaddr_un place = this->place();
@@ -73,7 +73,7 @@ class BusSocket {
     int client_ = -1;
 };
 
-/// Each test sets the address of the session bus for itself.
+/// Restores the address of the session bus after each test.
 class SessionBusTest : public testing::Test {
   protected:
     ~SessionBusTest() override { qputenv(addressVariable, former_); }
@@ -124,7 +124,7 @@ TEST_F(SessionBusTest, AMissingBusIsNotSilent) {
     }
 }
 
-/// Ends the process; its exit code is 0 if Qt connects to no session bus, though one is running.
+/// Ends the process. The exit code is 0 if Qt does not connect to the running session bus.
 [[noreturn]] void exitAfterConnecting() {
     test::PrivateBus bus;
     qputenv(addressVariable, bus.address().toLocal8Bit());
