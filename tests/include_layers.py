@@ -2,12 +2,12 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Checks every #include below src/ against the layers of the program (docs/architecture.md).
 
-A file may include files of its own layer and of lower layers; on layer 4, NEIGHBOURS and
-BELOW_ONLY_PLATFORM allow less. The folders of one layer may include each other, but not in a cycle;
-cycles on layer 0 are not checked. Layers 0 to 3 may use only the standard library and utf8proc.
-Tests and fixtures may also include tests/support/, the test libraries, the headers of Qt and
-fontconfig, and some headers of the system. Prints each include that breaks a rule and each folder
-in a cycle. Exits with 1 if there are any, if the self-test fails or if no include was found.
+A file may include files of its own layer and of lower layers. NEIGHBOURS and BELOW_ONLY_PLATFORM
+restrict layer 4 further. The folders of one layer may include each other, but not in a cycle.
+Cycles on layer 0 are not checked. Layers 0 to 3 may use only the standard library and utf8proc.
+Tests and fixtures may also include tests/support/ and the libraries listed in broken_rule(). Prints
+each include that breaks a rule and each folder in a cycle. Exits with 1 if there are any, if the
+self-test fails or if no include was found.
 """
 import pathlib
 import re
@@ -106,8 +106,8 @@ def includes(root):
 
 
 def peers(path, target):
-    """Returns the folders of `path` and `target` if they are two folders of the same layer, and
-    that layer is not layer 0; otherwise None."""
+    """The folders of `path` and `target` if they differ and both are on the same layer above
+    layer 0; otherwise None."""
     layer, folders = layer_of(path), [p.rpartition("/")[0] for p in (path, target)]
     return folders if layer and layer == layer_of(target) and folders[0] != folders[1] else None
 

@@ -1,8 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# make_package.sh BUILD_FOLDER PACKAGE_FOLDER: builds in the first folder, deletes the packages in
-# the second folder, and writes the new packages there. Both paths are relative to the project's
-# folder.
+# make_package.sh BUILD_FOLDER PACKAGE_FOLDER: builds in BUILD_FOLDER, and replaces the packages in
+# PACKAGE_FOLDER. Both paths are relative to the project's folder.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 build=$1 packages=$PWD/$2
@@ -17,8 +16,7 @@ export CCACHE_DISABLE=1
 
 echo "Building the package ..."
 # Two packages of one commit are equal byte for byte only if both builds combine the sources in the
-# same way and use no compiler cache. So these options are set here, whatever the build folder was
-# configured with.
+# same way and use no compiler cache. So these options replace those of the build folder.
 cmake --preset release -B "$build" -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=8 \
   -DCMAKE_CXX_COMPILER_LAUNCHER= >/dev/null
 cmake --build "$build" --parallel "$(nproc)"

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Does nothing if the machine has an optical drive or the user has chosen a drive. Otherwise
-creates the image of a small demo disc, unless the image exists, and selects it as the drive in the
-settings store. Nothing else in the store is changed."""
+"""Selects the image of a small demo disc as the drive in the settings store, and changes nothing
+else in the store. Creates the image if it does not exist. Does nothing if the machine has an
+optical drive or the user has chosen a drive."""
 import glob
 import os
 import pathlib

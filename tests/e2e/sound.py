@@ -60,9 +60,8 @@ def check_silence(samples, start, name):
 
 def check_run(path, disc, number, seconds):
     """Checks that a WAV file contains silence, then the whole track `number` without a gap, then
-    the samples that follow on the disc, and silence after the end of the disc. `disc` are the
-    samples of the disc, whose tracks have equal lengths. Returns the numbers of frames before and
-    after the track."""
+    what follows on the disc. `disc` contains the samples of a disc whose tracks have equal lengths.
+    Returns the numbers of frames before and after the track."""
     samples = samples_of(path)
     track = track_samples(disc, number, seconds)
     start = find_run(samples, track)
@@ -86,8 +85,8 @@ def check_track(path, disc, number, seconds):
 
 def beginning_of_track(path, disc, number, seconds):
     """Checks the WAV file of a track whose capture was stopped in the middle: silence, the track
-    from its first sample on, then only silence. Returns two lengths in bytes: that of the captured
-    part of the track, and that of the silence after it."""
+    from its first sample on, then only silence. Returns the lengths in bytes of the captured part
+    and of the silence after it."""
     samples = samples_of(path)
     track = track_samples(disc, number, seconds)
     start = find_run(samples, track[:bytes_of(1) // 10])

@@ -11,8 +11,8 @@ SINK = "sonarith"
 
 
 class SoundServer:
-    """The sound server is the ALSA device "default" of the programs that `desktop` starts after the
-    creation of this object. Desktop.end_programs() kills the server."""
+    """The ALSA device "default" of all programs that `desktop` starts after the creation of this
+    object. Desktop.end_programs() kills the server."""
 
     def __init__(self, desktop):
         self._folder = desktop.home / "sound"

@@ -12,7 +12,7 @@ from test_tray import minimize, panel, wait_for_state
 from waiting import check, wait_for
 
 SECONDS = 60
-# The program waits one second for the bus at its start, and is designed to end within a second.
+# At its start, the program waits one second for the bus. It is designed to end within a second.
 # These limits are longer because of sanitizers and a busy machine.
 SECONDS_TO_OPEN = 15
 SECONDS_TO_END = 6
@@ -36,7 +36,7 @@ def activate(desktop, started, window):
     desktop.xdotool("windowactivate", window)
     wait_for("the window", lambda: window in desktop.windows_of(started.process.pid))
     wait_for("the focus", lambda: desktop.active_window() == window)
-    time.sleep(0.5)  # until the window is above the screen's background for clicks, too
+    time.sleep(0.5)  # until clicks reach the window instead of the background
 
 
 def an_icon_is_shown_after_the_hang(desktop, program):
@@ -54,7 +54,7 @@ def an_icon_is_shown_after_the_hang(desktop, program):
         close(started)
 
 
-def an_icon_is_removed_after_the_hang(desktop, program):
+def the_window_can_be_closed_after_the_panel_has_ended(desktop, program):
     with panel(desktop) as host:
         started, _, _ = start_with_disc(desktop, program, SECONDS)
         window = minimize(started)
@@ -83,4 +83,4 @@ def a_signal_ends_the_hidden_program(desktop, program):
 
 if __name__ == "__main__":
     run(the_window_opens_and_can_be_closed, an_icon_is_shown_after_the_hang,
-        an_icon_is_removed_after_the_hang, a_signal_ends_the_hidden_program)
+        the_window_can_be_closed_after_the_panel_has_ended, a_signal_ends_the_hidden_program)

@@ -28,8 +28,9 @@ SECONDS_OF_A_WAIT = 25
 
 @contextlib.contextmanager
 def files_that_stall(desktop, folder):
-    """Yields a path. While a file with this path exists, programs that were started in this context
-    wait when they open, read or write a file or folder below `folder` (stalling_files.cpp)."""
+    """Yields the path of a switch. While a file with this path exists, the programs started in this
+    context hang when they open, read or write files or folders below `folder`
+    (stalling_files.cpp)."""
     switch = desktop.home / "stalled"
     switch.unlink(missing_ok=True)
     before = dict(desktop.environment)

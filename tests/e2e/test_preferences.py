@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Tests the preferences: which settings are stored at which time, the choice of the destination
-folder, the display of the free space, and the guard of the disk space. The guard has two limits of
-free space: below the first it shows a warning, and below the second it stops a capture."""
+"""Tests the preferences: when each setting is stored, the choice of the destination folder, the
+display of the free space, and the guard of the disk space. Below one limit of free space, the guard
+shows a warning; below another limit, it stops a capture."""
 
 import contextlib
 import os
@@ -107,13 +107,13 @@ def check_boxes_are_stored_at_once(desktop, program, show_page, press):
     close(again)
 
 
-def ticks_changed_by_mouse_are_stored_at_once(desktop, program):
+def boxes_changed_by_mouse_are_stored_at_once(desktop, program):
     check_boxes_are_stored_at_once(
         desktop, program, open_tab,
         lambda started, name, role: started.click(name, role, within=started.window(TITLE)))
 
 
-def ticks_changed_by_keys_are_stored_at_once(desktop, program):
+def boxes_changed_by_keys_are_stored_at_once(desktop, program):
     check_boxes_are_stored_at_once(
         desktop, program,
         lambda started, name: next_page_by_keys(desktop, started, name),
@@ -387,8 +387,8 @@ def a_disk_that_fills_causes_a_warning_and_stops_a_capture(desktop, program):
 
 
 if __name__ == "__main__":
-    run(ticks_changed_by_mouse_are_stored_at_once,
-        ticks_changed_by_keys_are_stored_at_once,
+    run(boxes_changed_by_mouse_are_stored_at_once,
+        boxes_changed_by_keys_are_stored_at_once,
         limits_and_choices_set_by_keys_are_kept, limits_and_choices_set_by_mouse_are_kept,
         a_new_destination_is_created, a_new_destination_is_created_by_keys,
         destinations_with_unusual_names_are_created,

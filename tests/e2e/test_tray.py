@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Tests the program's tray icon: its tool tip and its menu, how it follows panels (tray hosts) that
-appear and disappear, and that the window stays reachable if no panel runs."""
+"""Tests the program's tray icon, its tool tip and its menu. Panels (tray hosts) appear and
+disappear. If no panel runs, the window stays reachable."""
 
 import signal
 import subprocess

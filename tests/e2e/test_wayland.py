@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Tests the program under a Wayland compositor, without an X server: an extraction, each window, a
-file dialog and the about box, dragging the panel and a row, the tray, and dropping a disc image."""
+"""Tests the program under a Wayland compositor, without an X server: an extraction, the windows and
+dialogs, drag and drop, and the tray."""
 
 import sys
 

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Tests the positions at which the program places the main window and the player's panel. In place
-of the user, the tests move these windows with desktop.place()."""
+"""Tests the positions at which the program places the main window and the player's panel. The
+tests call desktop.place() where a user would move a window."""
 
 from desktop import SCREEN
 from driver import run

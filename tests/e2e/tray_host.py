@@ -23,8 +23,8 @@ _WATCHER_XML = f"""<node><interface name="{WATCHER}">
 
 class TrayHost:
     """A simulated panel. Use as a context manager. It replies on a thread of its own, so that it
-    replies even while the test waits. If `is_queued`, another panel owns the watcher's bus name at
-    the start, and this panel takes over as soon as the other panel ends."""
+    replies even while the test waits. If `is_queued`, it gets the watcher's bus name only when the
+    panel that owns the name ends."""
 
     def __init__(self, address, is_queued=False):
         self._address = address
@@ -133,8 +133,8 @@ class TrayHost:
         return layout[2]
 
     def entries(self):
-        """The captions of the entries of the icon's menu, "-" for a separator. First informs the
-        program that the menu opens."""
+        """Informs the program that the icon's menu opens. Returns the captions of the menu's
+        entries, "-" for a separator."""
         self._call(self.read("Menu"), MENU, "AboutToShow", GLib.Variant("(i)", (0,)))
         return ["-" if values.get("type") == "separator" else values.get("label", "")
                 for _, values, _ in self._entries()]

@@ -15,7 +15,7 @@ class Failure(Exception):
 
 def wait_for(what, condition, patience=PATIENCE):
     """Polls until `condition()` returns a true value, and returns this value. After `patience`
-    seconds, raises a Failure whose text begins with `what`, the description of the condition."""
+    seconds, raises a Failure. Its text begins with `what`, the description of the condition."""
     end = time.monotonic() + patience
     while True:
         value = condition()

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Starts a Wayland compositor, which needs no screen, and operates the program on it. Unlike the
-class Desktop, starts no X server, so all programs use Wayland."""
+"""Starts a Wayland compositor, which needs no screen, and operates the program on it. No X server
+is started, so all programs use Wayland."""
 
 import json
 import os

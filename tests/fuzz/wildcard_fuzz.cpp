@@ -15,7 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string_view text =
         end == std::string_view::npos ? std::string_view() : input.substr(end + 1);
     static_cast<void>(sonarith::matches(text, pattern));
-    // A text without wildcard characters matches if it is also the pattern. Every text matches "*".
+    // A pattern without wildcard characters matches itself. Every text matches "*".
     if (text.find_first_of("*?#[") == std::string_view::npos && !sonarith::matches(text, text)) {
         std::abort();
     }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Creates the playlist editor's logic on a given file system and settings store, of which usually
-// one is real; all other interfaces are fakes. For tests and benchmarks. playlist_world.h in
-// tests/support/ creates the editor on files and settings in memory.
+// Creates the playlist editor's logic on a given file system and settings store. All other
+// interfaces are fakes. For tests and benchmarks. playlist_world.h in tests/support/ creates the
+// editor on files and settings in memory.
 #pragma once
 
 #include <string>

@@ -214,7 +214,7 @@ TEST_F(HeaderAnalysisTest, MistakesATitleInALeadingTagForTheFirstFrame) {
 }
 
 // The file repeats the sound of a shorter file and lasts for about 14 minutes.
-TEST_F(HeaderAnalysisTest, StoresOnlyIsVbrForAVariableRateFileWithMoreThan32767Frames) {
+TEST_F(HeaderAnalysisTest, FailsForAVariableRateFileWithMoreThan32767Frames) {
     encode(44100, 2, "-V 9 --resample 44.1 -f");
     const std::string content = world.content("a.mp3").value();
     const auto informationFrame = static_cast<std::size_t>(opinion->first.framesize);

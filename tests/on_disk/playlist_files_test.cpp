@@ -73,7 +73,7 @@ TEST_F(PlaylistFilesTest, AKillAtAnySystemCallOfATagWriteLeavesTheOldOrTheNewTag
         ++(left == old ? leftOld : leftWritten);
     }
     EXPECT_GT(leftOld, 1) << "at least two kills must come before the write";
-    // The last run, in which the child is not killed, counts as well.
+    // The last run counts, too, although it has no kill.
     EXPECT_GT(leftWritten, 1) << "at least one kill must come after the write";
 }
 

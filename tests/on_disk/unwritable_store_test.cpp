@@ -85,8 +85,7 @@ TEST_F(UnwritableStoreTest, InAReadOnlyFolderTheListIsChangedOnlyForThisRun) {
     EXPECT_EQ(stored(), before);
 }
 
-TEST_F(UnwritableStoreTest,
-       OnAFullDiskTheListIsChangedAtOnceAndStoredByTheNextChangeWithFreeSpace) {
+TEST_F(UnwritableStoreTest, AChangeOnAFullDiskIsStoredByALaterChange) {
     const int answer = test::runInChild([&] {
         if (!test::mountSmallDisk(folder.path().string())) {
             return test::mayNotMount;

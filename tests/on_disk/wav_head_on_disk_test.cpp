@@ -75,7 +75,7 @@ TEST_F(WavHeadOnDiskTest, PipesFoldersAndDevicesAreNotReadAndDoNotBlock) {
     EXPECT_TRUE(fs::is_empty(world.disk() / "folder.wav"));
 }
 
-TEST_F(WavHeadOnDiskTest, AMissingFileIsCreatedEmptyIfAndOnlyIfItsFolderExists) {
+TEST_F(WavHeadOnDiskTest, AMissingFileIsCreatedEmptyIfItsFolderExists) {
     EXPECT_FALSE(read("new.wav"));
     EXPECT_EQ(world.content("new.wav"), "");
     EXPECT_FALSE(read("none\\new.wav"));

@@ -20,7 +20,7 @@ namespace sonarith::test {
 
 class ApplicationBench : public FakeMachine {
   public:
-    /// The destination folder if the settings store contains none, as a path of the logic.
+    /// The default destination folder, as a path of the logic.
     inline static const std::string destination = "c:\\sonarith\\wavfiles";
     /// Path of a saved track. The number 24106954 is the disc's identity 48213906 times the random
     /// fraction 0.5 (which FakeRandom returns), plus 1.

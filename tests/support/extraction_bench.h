@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Creates the forms, a FileAdder and the extraction jobs, and connects them as the program does,
-// with a simulated disc, in virtual time. The rest of the application is not created.
+// Creates the forms, a FileAdder and the extraction jobs, and connects them as the program does.
+// The disc is simulated, and time is virtual. The rest of the application is not created.
 //
 //     ExtractionBench bench({60000, 30000});
 //     bench.insertDisc();                     // fills the lists of tracks and lengths

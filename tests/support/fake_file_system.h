@@ -91,10 +91,12 @@ class FakeFileSystem final : public FileSystem {
 
     // --- read by the test ------------------------------------------------------------------
 
-    /// The calls that change something, oldest first: the operation's name, a blank, its arguments.
-    /// The log also contains the calls that open a file ("openBinary PATH read", or "write" or
-    /// "readWrite" at the end), and the reads and writes of an open file ("readBinary PATH OFFSET
-    /// BYTES", "writeBinary PATH OFFSET BYTES", with the path that was passed to openBinary()).
+    /// The calls that change something, and the calls that open or read a file, oldest first. Each
+    /// entry is the operation's name and its arguments, separated by blanks:
+    ///     openBinary PATH read|write|readWrite
+    ///     readBinary PATH OFFSET BYTES
+    ///     writeBinary PATH OFFSET BYTES
+    /// In these entries, PATH is the path that was passed to openBinary().
     std::vector<std::string> log;
     /// Runs with the log entry of each logged call, before the call has an effect: simulates
     /// another program that changes files between two steps.
@@ -110,8 +112,8 @@ class FakeFileSystem final : public FileSystem {
         const Entry* entry = find(absolute(path));
         return entry != nullptr && !entry->folder ? std::optional(*entry->content) : std::nullopt;
     }
-    /// The full path of a file or folder, in the case in which it was created or last renamed;
-    /// empty if nothing has this path.
+    /// The full path of a file or folder, spelled as when it was created or last renamed. Empty if
+    /// nothing has this path.
     [[nodiscard]] std::string pathAsMade(const std::string& path) const {
         const Entry* entry = find(absolute(path));
         return entry != nullptr ? entry->path : std::string();

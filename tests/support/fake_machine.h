@@ -43,8 +43,7 @@ struct FakeMachine {
     FakeTray tray;
     FakeSystemInformation system;
 
-    /// The objects to which a Platform refers instead of the fakes. For each null pointer, the
-    /// Platform refers to the fake.
+    /// Objects that replace fakes in a Platform. A null pointer keeps the fake.
     struct OtherParts {
         EventLoop* loop = nullptr;
         MediaControl* media = nullptr;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Message boxes for tests. When a box opens, it is recorded, `whileUp` runs (for example to yield
-// or to stop a job), and then the box closes. A box with only an OK button needs no answer; for
-// other boxes, the test puts the answers into `answers`.
+// Message boxes for tests. Every box is recorded, and closes as soon as `whileUp` has run (for
+// example to yield or to stop a job). A box with only an OK button needs no answer. The test puts
+// the answers for other boxes into `answers`.
 #pragma once
 
 #include <deque>
@@ -34,7 +34,7 @@ class FakeMessageBoxes final : public MessageBoxes {
     /// All boxes, oldest first. A box is added when it opens.
     std::vector<ShownBox> shown;
     /// Answers for the boxes with more than an OK button, in the order in which the boxes close. If
-    /// no answer is left for such a box, show() throws.
+    /// no answer is left, show() throws.
     std::deque<BoxAnswer> answers;
     /// Runs while a box is open, before its answer is taken from `answers`. May itself show boxes.
     std::function<void(const ShownBox&)> whileUp;

@@ -31,9 +31,8 @@ class FakeSettingsStore final : public SettingsStore {
     mutable std::vector<std::string> readKeys;
     /// The writes through SaveSetting(), oldest first.
     std::vector<StoreWrite> writes;
-    /// How often a real store would write its file at most: once for each call of SaveSetting() or
-    /// DeleteSetting() outside a transaction, and once for each outermost transaction with such a
-    /// call. If no stored value changes, a real store does not write, but this count grows.
+    /// How often a real store would write its file at most. Each SaveSetting() or DeleteSetting()
+    /// outside a transaction counts once. So does each outermost transaction with such a call.
     int fileWrites = 0;
 
     /// Sets a value without logging it.

@@ -7,8 +7,8 @@
 //     EXPECT_TRUE(disk.waitForCall());                // an fsync is held
 //     disk.release();
 //
-// Only calls of the threads that `run` creates, and of the threads that these start, can be held.
-// The test's own thread continues, so it can detect that a function does not return.
+// Only the threads that `run` creates, and the threads started by them, can be held. The
+// test's own thread continues, so it can detect that a function does not return.
 #pragma once
 
 #include <atomic>
@@ -40,8 +40,7 @@ class HeldCalls {
 
     explicit HeldCalls(std::vector<std::uint32_t> numbers, Choice choice = nullptr)
         : numbers_(std::move(numbers)), choice_(std::move(choice)) {}
-    /// Releases all calls, and waits until every thread whose calls can be held has
-    /// ended.
+    /// Releases all calls, and waits until every thread that can be held has ended.
     ~HeldCalls() {
         release();
         for (const auto& done : done_) {
@@ -59,9 +58,8 @@ class HeldCalls {
     HeldCalls(const HeldCalls&) = delete;
     HeldCalls& operator=(const HeldCalls&) = delete;
 
-    /// Runs `body` on a thread whose calls can be held, and waits for the end of `body`, for half a
-    /// minute at most. Returns whether `body` has finished. If not, `body` continues to run and the
-    /// destructor waits for it.
+    /// Runs `body` on a thread that can be held. Returns true when `body` has finished, or false
+    /// after half a minute. `body` then continues, and the destructor waits for it.
     bool run(std::function<void()> body) {
         const auto done = std::make_shared<std::atomic<bool>>(false);
         done_.push_back(done);
@@ -85,12 +83,10 @@ class HeldCalls {
         return fakes::eventually([&] { return done->load(); });
     }
     /// Sets a function that the destructor calls after all bodies have finished. Use it to destroy
-    /// objects whose threads would otherwise not end. Declare the variables that hold such
-    /// objects before this HeldCalls: while its destructor waits for a body that has not finished
-    /// in time, the body may still assign to these variables.
+    /// objects whose threads would otherwise not end. Declare the variables of such objects before
+    /// this HeldCalls: a body that has not finished in time may still assign to the variables.
     void atEnd(std::function<void()> step) { atEnd_ = std::move(step); }
-    /// Waits until a call has been held, for half a minute at most. Returns whether a call has been
-    /// held.
+    /// Returns true as soon as a call has been held, or false after half a minute.
     bool waitForCall() {
         return fakes::eventually([this] { return held_ > 0; });
     }
@@ -141,8 +137,7 @@ class HeldCalls {
 }
 
 /// The text at `address`, to which an argument of an intercepted call points. The kernel copies the
-/// text, because the thread sanitizer would report a direct read as a data race: the sanitizer does
-/// not know that the calling thread waits in the call.
+/// text, because the thread sanitizer would report a direct read as a data race.
 [[nodiscard]] inline std::string textAt(std::uint64_t address) {
     std::string text(4096, '\0');
     const iovec to{text.data(), text.size()};

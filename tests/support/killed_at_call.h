@@ -21,10 +21,9 @@ enum class KillOutcome {
     failed    ///< the child could not be traced, or it ended in an unexpected way
 };
 
-/// Runs `prepare` and then `step` in a child process, which is killed (SIGKILL) when `step` is
-/// about to make its system call number `call`, counted from 0. The exit of the child after `step`
-/// counts as a call, too. A child that is not killed ends with _exit(): it destroys no object of
-/// the caller.
+/// Runs `prepare` and then `step` in a child process. Kills the child (SIGKILL) just before system
+/// call number `call` of `step`, counted from 0. The exit of the child after `step` counts as a
+/// call, too. A child that is not killed ends with _exit(): it destroys no object of the caller.
 inline KillOutcome killAtCall(int call, const std::function<void()>& prepare,
                               const std::function<void()>& step) {
     const pid_t child = forkWhenOthersSleep();

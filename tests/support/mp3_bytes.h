@@ -28,8 +28,8 @@ struct Mp3Bytes {
     Mp3Bytes& header(std::size_t position, std::uint32_t value) {
         return at(position, bigEndian(value));
     }
-    /// Writes the marker "Xing" (variable bit rate) and the number of frames, at their places in an
-    /// MPEG 1 stereo frame that starts at `position`.
+    /// Writes the marker "Xing" (variable bit rate) and the number of frames into the MPEG 1 stereo
+    /// frame that starts at `position`.
     Mp3Bytes& variableRate(std::size_t position, std::uint32_t frames) {
         return at(position + 36, "Xing").at(position + 44, bigEndian(frames));
     }

@@ -54,8 +54,7 @@ struct PreferencesWorld : testing::Test, FakeMachine {
         form.load();
     }
     /// Stores "0" (off) for each switch that is on by default, so that no switch is on. Then calls
-    /// start() and clears the log of the store's writes, so that the log has only writes of later
-    /// steps.
+    /// start(), and clears the log of the store's writes.
     void startWithAllOff() {
         for (const char* key : {hdWarningKey, hdStopDecodingKey, deleteWavKey, showFullPathKey,
                                 encodeAfterExtractingKey, muteButtonKey}) {

@@ -60,7 +60,7 @@ class PrivateBus {
         names_ += QStringLiteral("private-bus-%1").arg(++count);
         return QDBusConnection::connectToBus(address_, names_.back());
     }
-    /// Suspends the bus: connections are accepted, but nothing is replied until thaw().
+    /// Suspends the bus: it accepts connections, but does not reply until thaw().
     void freeze() { signal(SIGSTOP); }
     void thaw() { signal(SIGCONT); }
     void kill() {
@@ -109,8 +109,8 @@ class NotifierWatcher final : public QDBusVirtualObject {
     void comeBack() {
         bus_.interface()->registerService(name, QDBusConnectionInterface::QueueService);
     }
-    /// Ends a hang after the bus's time limit: the queries that arrived during the hang are lost,
-    /// and the bus replies to them with an error.
+    /// Ends a hang after the bus's time limit: the queries that arrived during the hang get an
+    /// error as reply.
     void wakeUpTooLate() {
         manner_ = Manner::answers;
         for (const QDBusMessage& question : std::exchange(unanswered_, {})) {

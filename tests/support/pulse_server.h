@@ -100,8 +100,7 @@ class PulseServer {
     PulseServer(const PulseServer&) = delete;
     PulseServer& operator=(const PulseServer&) = delete;
 
-    /// Starts the server and waits until its socket exists, for half a minute at most. Returns
-    /// whether the socket exists.
+    /// Starts the server. Returns true when its socket exists, or false after half a minute.
     bool start() {
         std::filesystem::remove(file("native"));
         // "norewinds": when a stream begins, a sink that rewinds renders the next moments again,
@@ -123,8 +122,8 @@ class PulseServer {
     /// Stops the server's process, so that the server does not respond, as if it hung.
     void freeze() { server_->signal(SIGSTOP); }
 
-    /// Starts to record what the sink plays, and waits for the first samples, for half a minute at
-    /// most. Returns whether samples have arrived.
+    /// Starts to record what the sink plays. Returns true when the first samples have arrived, or
+    /// false after half a minute.
     bool listen() {
         listener_ = std::make_unique<ChildProcess>(
             std::vector<std::string>{"parec", "--server=" + address(), "--raw", "--format=s16le",

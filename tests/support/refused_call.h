@@ -45,8 +45,8 @@ namespace sonarith::test {
     return refuseCall(SYS_read, EIO) && refuseCall(SYS_pread64, EIO);
 }
 
-/// Simulates a damaged disk on which files cannot be renamed: renameat() and renameat2() fail. On
-/// an architecture on which rename() is a separate system call, rename() still succeeds.
+/// Simulates a damaged disk on which files cannot be renamed: renameat() and renameat2() fail. The
+/// system call rename(), which some architectures have, still succeeds.
 [[nodiscard]] inline bool refuseRenames() {
     bool refused = refuseCall(SYS_renameat2, EIO);
 #ifdef SYS_renameat // some architectures have no such call

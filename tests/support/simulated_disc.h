@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Simulates a disc and a recorder that are controlled by device commands. The time is read from an
-// event loop: the disc's position advances while the disc plays, and the number of recorded bytes
-// grows while the recorder runs. Each save of a recording is logged. The test assigns the result of
-// device() to ScriptedMediaControl::device. The commands that the player, the extraction and the
-// inspection of a disc send to these two devices are supported; most other commands fail.
+// Simulates a disc and a recorder that are controlled by device commands. While they run,
+// the disc's position and the number of recorded bytes grow with the time of an event loop. Each
+// save of a recording is logged. The test assigns device() to ScriptedMediaControl::device.
+// Supports the commands that the player, the extraction and the inspection of a disc send. Most
+// other commands fail.
 //
 //     SimulatedDisc disc(loop, {185000, 240000});
 //     media.device = disc.device();
@@ -224,9 +224,9 @@ class SimulatedDisc {
                                lengthsMs_.begin() + static_cast<std::ptrdiff_t>(track - 1),
                                std::int64_t{0});
     }
-    /// Converts the number in a command to a position in milliseconds. In the time format tmsf, it
-    /// is the number of a track; in the other formats, it is taken as milliseconds. No value if the
-    /// track does not exist.
+    /// Converts the number in a command to a position in milliseconds. In the time format tmsf, the
+    /// number is that of a track; no value if the track does not exist. In the other formats, the
+    /// number is taken as milliseconds.
     [[nodiscard]] std::optional<std::int64_t> placeOf(std::int64_t number) const {
         if (format_ != Format::tmsf) {
             return number;

@@ -17,9 +17,8 @@ inline constexpr int smallDiskBytes = 1024 * 1024;
 /// disk; the test is then skipped.
 inline constexpr int mayNotMount = 77;
 
-/// Gives the process its own mount namespace. Only the superuser may create a mount namespace, so
-/// for any other user the process also gets its own user namespace, in which this user is the
-/// superuser.
+/// Gives the process its own mount namespace, which only the superuser may create. For any other
+/// user, also creates a user namespace, in which this user is the superuser.
 [[nodiscard]] inline bool leaveSharedMounts() {
     const uid_t user = ::geteuid();
     const gid_t group = ::getegid();

@@ -29,9 +29,9 @@ namespace sonarith::test {
 /// no `catch (const std::exception&)` treats it as a failure.
 struct ProgramEnded {};
 
-/// Thrown for a wait that would never end on the real loop: the wait's condition is still true
-/// although no event can become due, or the wait would last longer than `longestWait`. Also thrown
-/// if yield() is called more than 1,000,000 times without an advance of the time.
+/// Thrown for a wait that would never end on the real loop: no event can become due, or the wait
+/// would last longer than `longestWait`. Also thrown if yield() is called more than 1,000,000 times
+/// without an advance of the time.
 class WaitNeverEnds : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
@@ -51,7 +51,7 @@ class VirtualEventLoop final : public EventLoop {
             throw WaitNeverEnds("yield() was called more than 1,000,000 times while the time did "
                                 "not advance; wait with waitWhile or waitFor instead");
         }
-        // Events that become due while this round runs are handled by the next yield.
+        // The next yield handles the events that become due during this round.
         const auto round = due(now_);
         for (const auto& entry : round) {
             run(entry);
@@ -215,8 +215,8 @@ class VirtualEventLoop final : public EventLoop {
         return found;
     }
 
-    /// Of the entries that are not running, the entry with the earliest due time; if several have
-    /// that time, the one that was added first. Null if there is no such entry.
+    /// The entry that is due first, of equal ones the entry that was added first. Skips entries
+    /// that are running. Null if no entry is left.
     [[nodiscard]] EntryPointer nextEntry() {
         removeInactive();
         EntryPointer next;

@@ -4,9 +4,9 @@
 
     remembered.py --verdicts FOLDER --name NAME [--inputs FILE...] -- COMMAND...
 
-Exits with the exit code of the command (1 if that code is 77), or with 77 if the command was not
-run: CTest then reports the test as skipped, and the script ./test reports it as cached. This
-script, child.py and verdicts.py count as inputs, too.
+Exits with the exit code of the command, or with 1 if that code is 77. Exits with 77 if the command
+was not run: CTest then reports the test as skipped, and the script ./test reports it as cached.
+This script, child.py and verdicts.py count as inputs, too.
 """
 
 import argparse

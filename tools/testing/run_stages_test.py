@@ -23,7 +23,7 @@ def asked(*words):
 
 
 class Arguments(unittest.TestCase):
-    def test_without_arguments_all_stages_run_in_order_except_those_that_must_be_named(self):
+    def test_without_arguments_stages_run_in_order_unless_they_must_be_named(self):
         self.assertEqual(list(asked()), [stage.name for stage in STAGES if not stage.named_only])
 
     def test_arguments_after_a_stage_select_parts_of_that_stage(self):
@@ -157,7 +157,7 @@ class Summary(unittest.TestCase):
         self.assertIn("99% tests passed, 1 tests failed out of 200\n", text)
         self.assertTrue(text.endswith("The following tests FAILED:\n\tui.A.B (Failed)\n"))
 
-    def test_an_error_code_of_ctest_fails_the_stage_even_if_all_tests_passed(self):
+    def test_an_error_code_of_ctest_fails_the_stage(self):
         self.assertEqual(self.evaluate(8, report.Report(passed=2))[0], 1)
 
     def test_ctest_without_a_report_is_a_failure(self):

@@ -42,8 +42,8 @@ class Stage:
     # The tests of the stage do not run the program, so the same inputs always have the same result.
     # Their cached results are used even if the stage is requested by name.
     checks_texts: bool = False
-    # Compiles eight files of a module as one: if they were compiled separately, the compiler would
-    # spend most of the time on headers that these files share.
+    # Compiles eight files of a module as one. Otherwise, the compiler would spend most of the time
+    # on headers that these files share.
     unity: bool = True
     # Runs only if the command line names the stage: for a stage that takes long and is not possible
     # on every machine.

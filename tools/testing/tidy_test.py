@@ -110,7 +110,7 @@ class Tidy(unittest.TestCase):
         with mock.patch.object(tidy, "tool_identity", lambda: "another"):
             self.assertEqual(self.run_tidy(), (0, 1))
 
-    def test_a_check_during_which_a_header_changes_is_not_cached(self):
+    def test_a_check_is_not_cached_if_a_header_changes_meanwhile(self):
         # The header gets a later time than the mocked start of the check (2.0), as if it were saved
         # during the check.
         os.utime(self.root / "src/a/used.h")

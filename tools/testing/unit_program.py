@@ -38,8 +38,7 @@ CHATTER = re.compile(r"\[[-=]{10}\] |\[  (?:PASSED|FAILED)  \] |Note: |Running m
 
 # The maximum number of runs, so that a program is not run once for each of many tests that crash.
 MOST_RUNS = 10
-# By how much the time limit is longer until the first test begins: a busy machine may start the
-# program slowly.
+# Extra time until the first test begins: a busy machine may start the program slowly.
 SECONDS_FOR_THE_START = 60
 # How long processes that the program has left behind may keep its output open after the program
 # has ended.
@@ -57,8 +56,8 @@ class Outcome:
 
 
 class Watchdog:
-    """Kills a process group if the current test runs for too long, or if other processes keep the
-    program's output open for SECONDS_FOR_ORPHANS after the program has ended."""
+    """Kills a process group if the current test runs for too long. Also kills the group if other
+    processes keep the output open for SECONDS_FOR_ORPHANS after the program has ended."""
 
     def __init__(self, process, hangs_after):
         self.fired = False

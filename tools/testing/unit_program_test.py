@@ -86,7 +86,7 @@ class UnitProgram(unittest.TestCase):
         self.assertIn("A.b ended the process: SIGABRT", output)
         self.assertIn("FAILED  it_test: A.b\n2 tests passed, 1 failed", output)
 
-    def test_a_test_that_ends_the_process_with_exit_code_0_has_failed(self):
+    def test_an_early_exit_with_success_is_a_failure(self):
         code, output = self.run_with({"A.a": "os._exit(0)", "A.b": GOOD})
         self.assertEqual(code, 1)
         self.assertIn("FAILED  it_test: A.a\n1 tests passed, 1 failed", output)
