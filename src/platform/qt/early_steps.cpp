@@ -9,18 +9,17 @@
 namespace sonarith {
 namespace {
 
-/// Added to the nice value of the thread that reads the font configuration. While this thread runs,
-/// the main thread and the X server work in turn, mostly on another core. With the usual priority,
-/// one of them often waits on the core of this thread for a whole time slice of 3 ms, while the
-/// other core is idle. Measured on two cores: the program's start takes 1 ms less with 5 than with
-/// 0, and 2 ms less with 8 to 19. But on a busy machine the main window waits for the fonts: with
-/// two busy processes, 8 hardly delays the start, 12 delays it by 5 ms, 19 by 150 ms.
+/// Added to the nice value of the thread that reads the font configuration. With the usual
+/// priority, the main thread or the X server often waits for the core of this thread. The wait
+/// takes a time slice of 3 ms, while another core is idle. Measured on two cores: with 5, the
+/// program's start takes 1 ms less than with 0; with 8 to 19, it takes 2 ms less. But on a busy
+/// machine the main window waits for the fonts. With two busy processes, 8 hardly delays the start,
+/// 12 delays it by 5 ms, 19 by 150 ms.
 constexpr int niceIncrement = 8;
 
 void carryOutSteps() {
-    // A separate thread reads the font configuration, because a thread that has lowered its
-    // priority cannot raise it again: Qt's thread for the bus, and a bus that Qt starts, would
-    // inherit the low priority.
+    // A separate thread reads the font configuration, because a thread cannot raise its priority
+    // again. Qt's thread for the bus, and a bus that Qt starts, would inherit the low priority.
     { const BackgroundWork fonts(readFontConfiguration); }
     connectToSessionBus();
 }
@@ -29,7 +28,7 @@ void carryOutSteps() {
 
 BackgroundWork startEarlySteps() {
     // Qt treats the first thread that uses an object of Qt as the main thread. So the calling
-    // thread must use one before the thread of carryOutSteps() does.
+    // thread must use an object of Qt before the thread of carryOutSteps() starts.
     static_cast<void>(QThread::currentThread());
     return BackgroundWork(carryOutSteps);
 }

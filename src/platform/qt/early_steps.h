@@ -8,15 +8,15 @@
 
 namespace sonarith {
 
-/// Starts both steps below, one after the other, each on a thread of its own: first the fonts,
-/// which the main window needs first, then the bus. To be called on the main thread, before the
-/// QApplication is created. The destructor of the result waits until the steps are done.
+/// Runs both steps below in the background: first the fonts, which the main window needs first,
+/// then the bus. Must be called on the main thread, before the QApplication is created. The
+/// destructor of the result waits until the steps are done.
 [[nodiscard]] BackgroundWork startEarlySteps();
 
-/// Reads the desktop's font configuration, which the font library stores once per process. Neither
-/// chooses nor loads fonts. Without this function, Qt reads the configuration when it first
-/// measures a text. This reading is then half of the CPU instructions that create the main window.
-/// Lowers the priority of the calling thread for the rest of the thread's life.
+/// Reads the desktop's font configuration; the font library stores it for the whole process.
+/// Neither chooses nor loads fonts. Without this function, Qt reads the configuration when it first
+/// measures a text. Half of the CPU instructions that create the main window are then for this
+/// reading. Lowers the priority of the calling thread for the rest of the thread's life.
 void readFontConfiguration();
 
 /// Connects to the session bus; Qt stores the connection for the whole process. Uses no service on

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Calls one function of the caller when the system or another process sends a signal to end the
-// program, and another one when the desktop's session manager asks all programs to save. These
-// functions decide what to do.
+// Calls a function when a signal to end the program arrives. Calls another function when the
+// desktop's session manager asks all programs to save. These functions decide what to do.
 #pragma once
 
 #include <functional>

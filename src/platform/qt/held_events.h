@@ -30,11 +30,11 @@ class HeldEvents final : private QObject {
     ~HeldEvents() override;
 
     /// From now on windows and widgets receive no input by mouse, keyboard, wheel or touch, no
-    /// drops, and no requests to close, move, resize or activate a window. Touches become mouse
-    /// input and are held as such. A drop is accepted on behalf of the window, and only texts and
-    /// file names of the drop's data are kept. Two kinds of events are dropped, not held: calls
-    /// over D-Bus (from assistive programs or panels), which get no reply, and notifications of
-    /// sockets, which repeat until the socket is read.
+    /// drops, and no requests to close, move, resize or activate a window. Touches are held as
+    /// mouse input. A drop is accepted on behalf of the window; only texts and file names of its
+    /// data are kept. Calls over D-Bus (from assistive programs or panels) are not held: they get
+    /// no reply. Notifications of sockets are not held either: they repeat until the socket is
+    /// read.
     void hold();
 
     /// Ends the holding that hold() began. The next event loop that runs, including that of a

@@ -24,9 +24,9 @@ class QtEventLoop : public EventLoop {
     /// end the program.
     void run();
 
-    /// Asks the system for input and timers at most once in a quarter of a millisecond: a search
-    /// yields for each file, and asking the system takes as much time as a short step of the logic.
-    /// Events that are queued in the program are handled at each yield.
+    /// Handles the events that are queued in the program. Asks the system for input and timers at
+    /// most once in a quarter of a millisecond, because asking takes as long as a short step of the
+    /// logic. A search, for example, yields for each file.
     void yield() override;
     void waitWhile(const std::function<bool()>& condition) override;
     [[nodiscard]] Time now() const override;
@@ -37,9 +37,9 @@ class QtEventLoop : public EventLoop {
     /// in silence than in sound (batched_wakeup.h).
     [[nodiscard]] std::unique_ptr<Wakeup> everyInSound(Duration interval,
                                                        std::function<void()> handler) override;
-    /// `isSilent` returns whether the machine neither plays nor records anything. It is called
-    /// after each batch and, in silence, before the thread sleeps, so it must be quick. Without it,
-    /// there are no batches. Applies to later calls of everyInSound().
+    /// `isSilent` returns whether the machine neither plays nor records anything. The function must
+    /// be quick, because it is called often. Without such a function, there are no batches. Applies
+    /// to later calls of everyInSound().
     void setSilence(std::function<bool()> isSilent) { isSilent_ = std::move(isSilent); }
 
     [[noreturn]] void endProgram() override;

@@ -37,8 +37,8 @@ class RememberedSpellingTest : public testing::Test {
         std::ofstream(home_ + "/" + name) << name;
     }
     void makeFolder(const std::string& name) { fs::create_directories(home_ + "/" + name); }
-    /// Removes the permission to list the folder for all users. All users may enter the folder. The
-    /// owner may create entries in it; `more` can give this permission to others.
+    /// Removes the permission to list the folder. All users may still enter the folder. `more` adds
+    /// permissions.
     void hideEntriesOf(const std::string& name, fs::perms more = fs::perms::none) {
         using fs::perms;
         fs::permissions(home_ + "/" + name, perms::owner_write | perms::owner_exec |

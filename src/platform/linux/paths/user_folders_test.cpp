@@ -85,10 +85,9 @@ TEST_F(UserFoldersTest, TheMusicFolderIsTheOneThatTheDesktopDefines) {
     EXPECT_EQ(musicFolder(), homePath_ + "/Musik");
 }
 
-// In the search for audio files, the extension of a file begins at the first dot of its whole path.
-// So the search would find no file in a music folder with a dot in its path. A dot in the path of
-// the home folder does no harm: the paths that the search uses contain H: in place of the home
-// folder.
+// The search for audio files takes the text after the first dot of a path as the extension. So it
+// would find no file in a music folder whose path contains a dot. The path of the home folder may
+// contain a dot: in the paths of the search, H: replaces the home folder.
 TEST_F(UserFoldersTest, AMusicFolderWithADotInItsPathIsIgnored) {
     const std::string home = homePath_ + "/jane.doe";
     ::setenv("HOME", home.c_str(), 1);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A thread for calls that may never return, for example calls to a sound server or a disk that
-// hangs. The owner waits a limited time for the thread's end. A thread that has not ended by then
-// is detached, and the end of the process may interrupt its work.
+// hangs. The owner waits a limited time for the thread's end, and detaches a thread that has not
+// ended by then. The end of the process may interrupt the work of a detached thread.
 #pragma once
 
 #include <chrono>
@@ -30,7 +30,8 @@ class AbandonableThread {
     [[nodiscard]] bool started() const { return state_ != nullptr; }
 
     /// Waits at most `patience` for the body to return; if it does not, the thread is detached.
-    /// Does not ask the body to end. No effect if no thread was started or at a second call.
+    /// Does not ask the body to end. A call has no effect if no thread was started. A second call
+    /// has no effect either.
     void leave(std::chrono::milliseconds patience);
 
   private:

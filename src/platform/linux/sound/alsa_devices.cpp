@@ -54,8 +54,8 @@ std::string onOneLine(std::string text) {
 }
 
 /// Whether the part before ":CARD=..." names a device that can be chosen: one that plays or
-/// captures in stereo. Other names are, for example, for mixing in ALSA itself (dmix, dsnoop) or
-/// for more than two channels (surround51).
+/// captures in stereo. Other names are for other purposes, such as mixing in ALSA itself (dmix,
+/// dsnoop) or more than two channels (surround51).
 bool namesCardDevice(std::string_view name) {
     constexpr std::string_view kinds[] = {"sysdefault", "front", "hw", "plughw", "hdmi", "iec958"};
     const std::string_view kind = name.substr(0, name.find(':'));
@@ -64,14 +64,14 @@ bool namesCardDevice(std::string_view name) {
 
 /// Whether `hint` is a device that ALSA itself implements, not a real device or a sound server.
 /// Plug-ins are recognised by their description ("Rate Converter Plugin Using ..."), because a
-/// user's own device may have any name. Only "null" and "oss", whose descriptions do not say that
-/// they are plug-ins, are recognised by their names.
+/// user's own device may have any name. "null" and "oss" are recognised by their names, because
+/// their descriptions do not contain "plugin".
 bool isPlugIn(const DeviceHint& hint) {
     std::string words = hint.description;
     std::transform(words.begin(), words.end(), words.begin(),
                    [](unsigned char letter) { return std::tolower(letter); });
-    // "null" discards all sound; for this purpose, choosable() adds the entry "None" to the
-    // outputs. "oss" uses an old kernel interface that most systems no longer offer.
+    // "null" discards all sound; choosable() adds the entry "None" to the outputs instead. "oss"
+    // uses an old kernel interface that most systems no longer offer.
     return words.find("plugin") != std::string::npos ||
            words.find("plug-in") != std::string::npos || hint.name == "null" || hint.name == "oss";
 }

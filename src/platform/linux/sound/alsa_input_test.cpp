@@ -25,8 +25,7 @@ using fakes::silence;
 
 using Frames = std::vector<StereoFrame>;
 
-/// The length of the longest run in `frames` in which each frame continues the test sound
-/// (PatternSource) from the frame before it.
+/// The length of the longest unbroken part of the test sound (PatternSource) in `frames`.
 int longestRun(const Frames& frames) {
     int longest = 0;
     int run = 0;
@@ -73,7 +72,7 @@ TEST(AlsaInput, IsSilentIfThereIsNoDevice) {
     EXPECT_EQ(input->opening(30s), CapturePump::Opening::failed);
 }
 
-TEST(AlsaInput, ListsTheDefaultDeviceFirstAndDoesNotAddTheEntryNone) {
+TEST(AlsaInput, ListsTheDefaultDeviceFirstAndHasNoEntryNone) {
     const fakes::PulseServer server; // only its ALSA configuration is needed
     std::vector<std::string> names;
     for (const DeviceEntry& entry : listInputs()) {

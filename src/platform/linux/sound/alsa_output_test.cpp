@@ -12,8 +12,8 @@
 #include "support/waiting.h"
 
 #if defined(__SANITIZE_THREAD__)
-/// The sound server's client library and ALSA's plugins are not built with the thread sanitizer,
-/// which therefore does not detect how their threads synchronise. The function suppresses only
+/// The sound server's client library and ALSA's plugins are not built with the thread sanitizer. So
+/// the sanitizer does not detect how their threads synchronise. The function suppresses only
 /// reports that involve the library or a plugin.
 extern "C" const char* __tsan_default_suppressions() {
     return "race:libpulse\nrace:libasound_module\nmutex:libpulse\nthread:libpulse\n";

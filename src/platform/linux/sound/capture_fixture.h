@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A capture device for tests: it delivers as many frames of a fixed pattern as a test provides. A
-// test can make the device fail, hang or be missing.
+// A capture device for tests, which delivers a fixed pattern. A test determines how many frames are
+// available, and can make the device fail, hang or be missing.
 #pragma once
 
 #include <algorithm>

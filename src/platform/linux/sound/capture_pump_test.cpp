@@ -146,7 +146,7 @@ TEST_F(CapturePumpTest, IsSilentAndCanBeDestroyedWhileTheOpeningOfTheDeviceHangs
     EXPECT_TRUE(eventually([&] { return device.use_count() == 1; }));
 }
 
-TEST_F(CapturePumpTest, ReportsTheLossOfADeviceAndIsSilentUntilTheDeviceIsPluggedInAgain) {
+TEST_F(CapturePumpTest, ReportsALostDeviceAndIsSilentUntilTheDeviceReturns) {
     fakes::DeviceReports reports;
     device->provide(441 * 20);
     {

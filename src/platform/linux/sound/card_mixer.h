@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Implements the mixer interface for the software sound card: provides the card's lines and mixer
-// controls. Each of them is found by one of the type numbers that mixer.h defines. The card holds
-// the levels (sound_card.h). kept_tone.h saves bass and treble in the settings store.
+// Implements the mixer interface for the software sound card. Callers find the card's lines and
+// controls by the type numbers that mixer.h defines. The card holds the levels (sound_card.h).
+// kept_tone.h saves bass and treble in the settings store.
 #pragma once
 
 #include <cstdint>

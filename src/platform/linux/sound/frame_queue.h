@@ -16,9 +16,9 @@ namespace sonarith::sound {
 
 class FrameQueue {
   public:
-    /// Has space for `capacity` frames; `capacity` must not be 0. The system provides a memory page
-    /// only when a frame is first stored in it, and an empty queue starts at the beginning of the
-    /// buffer again. So a queue that is often empty uses only the first pages of a large buffer.
+    /// Has space for `capacity` frames; `capacity` must not be 0. A queue that is often empty uses
+    /// only the first memory pages of a large buffer: an empty queue starts at the beginning of the
+    /// buffer again, and the system provides a page only when it is first used.
     explicit FrameQueue(std::size_t capacity)
         : capacity_(capacity),
           store_(static_cast<StereoFrame*>(::operator new(capacity * sizeof(StereoFrame)))) {}

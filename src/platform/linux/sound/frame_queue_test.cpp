@@ -14,7 +14,7 @@ using fakes::IsSound;
 
 TEST(FrameQueue, ReturnsFramesInOrderAcrossTheEndOfItsBuffer) {
     FrameQueue queue(10);
-    // One frame always remains, because an empty queue begins at the start of its buffer.
+    // One frame always remains: an empty queue would begin at the start of its buffer again.
     ASSERT_EQ(queue.push(fakes::pattern(0, 1)), 1U);
     std::int64_t in = 1;
     std::int64_t out = 0;

@@ -19,9 +19,8 @@ struct WideFrame {
     std::int32_t right = 0;
 };
 
-/// Returns `value` * `level` / fullVolume, rounded to the nearest integer: the level is a linear
-/// factor, and fullVolume does not change `value`. `value` is a sample of one line or the sum of
-/// the samples of several lines; it fits into 24 bits.
+/// Returns `value` * `level` / fullVolume, rounded to the nearest integer. `value` is a sample or a
+/// sum of samples, and fits into 24 bits.
 [[nodiscard]] constexpr std::int32_t atLevel(std::int32_t value, int level) {
     const std::int64_t scaled = std::int64_t{value} * level;
     const std::int64_t half = fullVolume / 2;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests a pump whose device is lost or missing, or whose thread cannot be started, and what the
-// pump reports.
+// Tests a pump whose device is lost or missing, or whose thread cannot be started. Also tests the
+// reports of the pump.
 #include <thread>
 
 #include "platform/linux/sound/playback_fixture.h"

@@ -14,12 +14,11 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// The number of frames that are written before the device is started: 100 ms. So the device plays
-/// the beginning of a sound without a gap, and does not underrun if the software sound card's next
-/// frames are up to PlaybackTiming::dryAfter late.
+/// The number of frames that are written before the device is started: 100 ms. So the device does
+/// not underrun if the card's next frames are up to PlaybackTiming::dryAfter late.
 constexpr std::size_t prefillFrames = frameRate / 10;
 /// The silence that is written after the end of a sound: 50 ms. The device is stopped while it
-/// plays this silence, that is, after the sound's last frame and before an underrun.
+/// plays this silence, so that the sound is complete and the device does not underrun.
 constexpr std::size_t paddingFrames = frameRate / 20;
 /// A device that has accepted half a second of sound has certainly played some of it, because its
 /// buffer is shorter.
@@ -27,15 +26,14 @@ constexpr std::size_t certainFrames = frameRate / 2;
 /// The longest single wait for space in the device's buffer, and so the longest time until the
 /// thread notices that it must end.
 constexpr std::chrono::milliseconds roomWait{100};
-/// The most frames of the card in one write: 30 ms. Smaller writes would be more frequent, and
-/// every write wakes the sound server, which is a separate process. A batch is far shorter than the
-/// device's buffer.
+/// The most frames of the card in one write: 30 ms, far less than the device's buffer contains.
+/// Smaller writes would wake the sound server, a separate process, more often.
 constexpr std::size_t batchFrames = 3 * blockFrames;
-/// The delay between two checks of how much of a sound's end is still to be played, and the delay
-/// after two consecutive waits for space that both reported space.
+/// The delay between two checks of whether the end of a sound has been played. Also the delay if
+/// two consecutive waits report space (awaitRoom).
 constexpr std::chrono::milliseconds shortRest{10};
-/// A device with more consecutive underruns or suspensions than this, without an accepted frame in
-/// between, counts as lost.
+/// The most underruns or suspensions in a row without an accepted frame. After one more, the device
+/// counts as lost.
 constexpr int maxFruitlessRecoveries = 3;
 
 } // namespace

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Plays on one open device, from the first frames until the device is closed. Writes the beginning
-// of a sound to the device's buffer before it starts the device, plays each sound to its end, and
-// recovers from underruns.
+// Plays on one open device, from the first frames until the device is closed. Starts the device
+// when its buffer contains the beginning of a sound, plays each sound to its end, and recovers from
+// underruns.
 #pragma once
 
 #include <chrono>

@@ -11,9 +11,9 @@ struct PlaybackTiming {
     /// After this time without frames the sound counts as ended. The time is longer than
     /// the delay with which the software sound card's thread adds frames under load.
     std::chrono::milliseconds dryAfter{60};
-    /// A batch is the most frames of the card that the pump offers to the device in one write. Once
-    /// the pump has some frames, it waits at most this long for a full batch. The time is longer
-    /// than the playing time of a batch, so that the pump's thread wakes once per batch.
+    /// Once the pump has some frames, it waits at most this long for a full batch. A batch is the
+    /// most frames in one write to the device. This time is longer than the playing time of a
+    /// batch, so that the pump's thread wakes once per batch.
     std::chrono::milliseconds batchWait{40};
     /// After this time of silence or without frames, the device is closed.
     std::chrono::milliseconds closeAfter{3000};

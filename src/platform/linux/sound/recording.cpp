@@ -27,7 +27,7 @@ Recording::begin(Channels channels, std::vector<fs::path> folders, RecordingCont
     if (!begun) {
         recording->slow_ = true;
         AbandonableThread watch;
-        // Without this thread, the writer's wait for a folder that hangs has no limit.
+        // If this thread cannot be started, the writer's wait for a hanging folder has no limit.
         watch.start([job] { replaceHangingWriters(job); }, job->context.starter).passOver();
     }
     return recording;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Writes the sound of the software sound card's recorder to a file (recording_file.h). The card
-// never waits for the disk, and the logic's thread waits only for a limited time. The caller
+// never waits for the disk, and the logic thread waits only for a limited time. The caller
 // chooses where the recording is saved.
 #pragma once
 
@@ -22,14 +22,14 @@ namespace sonarith::sound {
 
 /// The time limits of a recording. The values are estimates and not based on measurements.
 struct RecordingTiming {
-    /// The longest wait of the logic's thread for the disk in each of `begin`, `save` and the
+    /// The longest wait of the logic thread for the disk in each of `begin`, `save` and the
     /// destructor. The destructor does not wait if an earlier wait timed out: if the disk hangs, a
     /// save and the destruction after it together take less than 100 ms, which the user does not
     /// notice.
     std::chrono::milliseconds command{80};
-    /// If a folder does not respond within this time, the next folder is tried, if there is one.
-    /// The program passes four folders, so the last one is tried after about 6 s at the latest;
-    /// the queue has space for 10 s of sound. The wait for the last folder has no limit.
+    /// If a folder does not respond within this time, the next folder is tried. The wait for the
+    /// last folder has no limit. The program passes four folders, so the last one is tried after
+    /// about 6 s at the latest; the queue has space for 10 s of sound.
     std::chrono::milliseconds folder{2000};
     /// A save that takes longer is reported to the user.
     std::chrono::milliseconds lateSave{3000};
@@ -45,7 +45,7 @@ struct RecordingContext {
 
 struct RecordingJob;
 
-/// Created, used and destroyed on the logic's thread; a separate thread writes the file.
+/// Created, used and destroyed on the logic thread; a separate thread writes the file.
 ///
 /// The amount of sound that waits for a slow disk is limited, and the card stops at that limit: see
 /// RecordingQueue. Sound that was written before the disk became full or failed is kept and can be
@@ -59,9 +59,9 @@ class Recording {
   public:
     /// Creates the file in the first of `folders` that allows it. The first folder should be the
     /// one in which the file will be saved, since no copy is needed then. Fails, and notifies the
-    /// user, if no folder allows it (with the error of the last folder) or if no thread can be
-    /// started. If the disk does not respond within RecordingTiming::command, begin() succeeds, and
-    /// the sound is queued until a file can be created.
+    /// user, if no folder allows the file or no thread can be started. If the disk does not respond
+    /// within RecordingTiming::command, begin() succeeds, and the sound is queued until a file can
+    /// be created.
     [[nodiscard]] static Result<std::unique_ptr<Recording>>
     begin(Channels channels, std::vector<std::filesystem::path> folders, RecordingContext context);
     /// Drops unsaved sound; a running save continues without this object.
@@ -75,16 +75,16 @@ class Recording {
     /// number that is kept. Never blocks.
     [[nodiscard]] std::int64_t bytes() const;
     /// Saves the recording as `target`. No more sound is accepted from then on. After a timeout the
-    /// call fails with deviceInputOutput, but the save continues in the background: another call
-    /// with the same name waits for that save, and a call with another name fails until that save
-    /// has ended. For calls after that see RecordingFile::save.
+    /// call fails with deviceInputOutput, but the save continues in the background. While the save
+    /// runs, a further call with the same name waits for it, and a call with another name fails.
+    /// For later calls see RecordingFile::save.
     [[nodiscard]] Status save(const std::filesystem::path& target);
 
   private:
     explicit Recording(std::shared_ptr<RecordingJob> job);
 
     std::shared_ptr<RecordingJob> job_; ///< shared with the threads
-    bool slow_ = false;                 ///< a wait of the logic's thread has timed out
+    bool slow_ = false;                 ///< a wait of the logic thread has timed out
     AbandonableThread thread_;
 };
 

@@ -27,9 +27,8 @@ class RecordingFile {
            std::int64_t longestWavBytes = maxWavSampleBytes,
            files::Concealment concealment = files::Concealment::noName);
 
-    /// Appends `frames`; returns whether failure() is 0 then. After a failure nothing more is
-    /// appended, so that the file has no gap. After the first call of save() nothing is appended
-    /// either.
+    /// Appends `frames`; returns whether failure() is still 0. After a failure nothing more is
+    /// appended, so that the file has no gap. After save() nothing is appended either.
     [[nodiscard]] bool append(std::span<const StereoFrame> frames);
 
     /// The number of whole frames that are kept: all appended frames, or fewer after a failure.

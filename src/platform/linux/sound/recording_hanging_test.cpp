@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests recordings on disks that do not respond, for a while or forever: neither the card nor the
-// logic is blocked, and the recording is complete if the disk responds again.
+// Tests recordings on disks that do not respond, for a while or forever. Such a disk blocks neither
+// the card nor the logic. If the disk responds again, the recording is complete.
 #include "platform/linux/sound/recording.h"
 
 #include <gmock/gmock.h>
@@ -337,7 +337,7 @@ TEST_F(HangingDiskTest, IsWaitedForIfNoThreadCanBeStartedToWatchIt) {
     expectPlainWav(target, played());
 }
 
-TEST_F(HangingDiskTest, ALateSaveIsReportedAtOnceIfNoThreadCanBeStartedToWatchIt) {
+TEST_F(HangingDiskTest, ALateSaveIsReportedAtOnceIfNoThreadCanWatchIt) {
     const fakes::LimitedThreads threads(1);
     context.starter = threads.starter();
     intercepted(&holdNaming, [&](CallJudge& judge) {

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The work of a recording's threads, and the state that these threads share with the logic's
-// thread. One thread, the writer, creates the file, writes and saves; if a folder blocks the
-// writer, another thread becomes the writer. The waits of the logic's thread are in
-// recording_orders.h.
+// The work of a recording's threads, and the state that these threads share with the logic thread.
+// One thread, the writer, creates, writes and saves the file. If a folder blocks the writer,
+// another thread becomes the writer. The waits of the logic thread are in recording_orders.h.
 #pragma once
 
 #include <cstddef>
@@ -34,8 +33,8 @@ struct RecordingJob {
 /// then executes orders to save until no more follow.
 void writeRecording(RecordingJob& job, RecordingOrders::Turn turn, std::size_t candidate);
 
-/// Called on the logic's thread if the first writer cannot be started: notifies the user, and
-/// records the failure in `job.orders`, so that no thread waits for a writer.
+/// Called on the logic thread if the first writer cannot be started. Notifies the user, and passes
+/// the failure to `job.orders`, so that no thread waits for a writer.
 void failRecording(RecordingJob& job, const Error& error);
 
 /// If the writer hangs in a folder for longer than RecordingTiming::folder, starts a new writer for

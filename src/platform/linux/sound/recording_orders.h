@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Passes the logic's orders (save, end) to a recording's writer, and the results (of creating the
-// file and of each save) back to the logic. The logic waits for a result only for a limited time;
-// its order remains valid after a timeout. This class handles no frames and no files.
+// Passes the logic's orders (save, end) to a recording's writer. Passes the results (of creating
+// the file and of each save) to the logic. The logic waits for a result only for a limited time; an
+// order remains valid after a timeout. This class handles no frames and no files.
 #pragma once
 
 #include <chrono>
@@ -54,9 +54,10 @@ class RecordingOrders {
         Turn turn;
         std::size_t hanging; ///< the index of the folder in which the writer hangs
     };
-    /// Waits while the writer tries folders. If it tries one folder for longer than `patience`,
-    /// ends its turn and returns the replacement. Returns empty as soon as the file exists, all
-    /// folders have failed, the writer tries the last folder, or no file is wanted any more.
+    /// Waits while the writer tries folders. If the writer tries one folder for longer than
+    /// `patience`, ends the writer's turn and returns the replacement. Returns empty as soon as the
+    /// file exists, all folders have failed, the writer tries the last folder, or no file is wanted
+    /// any more.
     [[nodiscard]] std::optional<Replacement> replaceWithin(Patience patience);
     /// Calls `onLate` if the running save is not complete within `patience`.
     void watchSave(Patience patience, const Call& onLate);

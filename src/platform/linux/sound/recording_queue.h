@@ -34,9 +34,8 @@ class RecordingQueue : public RecordingSink {
     static constexpr std::size_t stallFrames = std::size_t{3} * frameRate;
 
     enum class Flow { stalled, flowing };
-    /// `onFlow` is called when a stall begins, on the thread that calls `record`, and when the
-    /// stall ends, on the thread that calls `take`. It must return at once and must not call this
-    /// object.
+    /// record() calls `onFlow` when a stall begins. take() calls `onFlow` when the stall ends.
+    /// `onFlow` must return at once and must not call this object.
     explicit RecordingQueue(std::function<void(Flow)> onFlow) : onFlow_(std::move(onFlow)) {}
 
     // The card's side.

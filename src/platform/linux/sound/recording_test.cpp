@@ -167,8 +167,7 @@ TEST_F(RecordingTest, KeepsOnlyThePreviouslyFlushedPartIfTheFlushDuringTheSaveFa
             const auto recording = begin();
             for (std::int64_t second = 0; second < 7; ++second) {
                 recording->sink()->record(pattern(second * 44'100, 44'100));
-                // The last part of this second may not have been written yet; all sound before this
-                // second has been written.
+                // After this, only the last part of this second may still be unwritten.
                 ASSERT_TRUE(eventually([&] { return isWritten(*recording); }));
             }
             loses = true;
@@ -218,7 +217,7 @@ TEST_F(RecordingTest, NeedsConstantMemory) {
     EXPECT_GT(recording->bytes(), 100'000'000);
     EXPECT_LT(test::memoryInKibibytes() - before, 1024)
         << "100,000 KiB of sound must increase the memory use by less than 1024 KiB (a full queue "
-           "alone would use 1,700 KiB, but here the writer keeps up with the card)";
+           "would use 1,700 KiB)";
 }
 
 TEST_F(RecordingTest, FailsWithANoticeIfNoThreadCanBeStarted) {

@@ -12,9 +12,9 @@ namespace sonarith::sound {
 
 namespace {
 
-/// While the gain changes, coefficients are computed once for each piece of at most 32 frames
-/// (0.7 ms, in which the gain changes by 0.17 dB at most) and interpolated within the piece. An
-/// interpolation between two stable filters is stable, too.
+/// While the gain changes, coefficients are computed once for each piece and interpolated within
+/// the piece. A piece has at most 32 frames: 0.7 ms, in which the gain changes by 0.17 dB at most.
+/// An interpolation between two stable filters is stable, too.
 constexpr std::size_t pieceFrames = 32;
 
 /// A filter state below this, in steps of a 16-bit sample, has no audible effect.

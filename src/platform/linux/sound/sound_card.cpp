@@ -19,10 +19,9 @@ std::int64_t framesIn(SoundCard::Time span) {
     return seconds * frameRate + rest * frameRate / nanosecondsPerSecond;
 }
 
-/// The disc is pulled last: only then is it known how many frames the other lines can deliver, and
-/// no more frames than that are requested from the disc. The disc player counts each pulled frame
-/// as played. Because each of them is played in the same block, the player's position agrees with
-/// the sound, also at the end of a track.
+/// The disc is pulled last, so that no more frames are requested from it than the other lines can
+/// deliver. The disc player counts each pulled frame as played. The frame is played in the same
+/// block, so the player's position agrees with the sound.
 constexpr std::array<Line, lineCount> pullOrder{Line::externalInput, Line::waveOut,
                                                 Line::compactDisc};
 

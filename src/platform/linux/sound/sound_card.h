@@ -139,12 +139,12 @@ class SoundCard {
     [[nodiscard]] int recorderPeak(Time now) { return recorderPeak_.read(now); }
     [[nodiscard]] int linePeak(Line line, Time now) { return channel(line).peak.read(now); }
 
-    /// Produces every frame that is due at `now`, in blocks. A late call catches up; a starving
-    /// line, or a recording sink without space, stops the whole card until the line has frames or
-    /// the sink has space, and that time is not caught up: no frame is skipped and no silence is
-    /// inserted. A source that has ended is released, and its line becomes silent. After a source
-    /// was lost, a recorder that uses its line records nothing until attach() or detach() is
-    /// called for that line. A `now` before that of an earlier call has no effect.
+    /// Produces every frame that is due at `now`, in blocks; a late call catches up. A starving
+    /// line, or a recording sink without space, stops the whole card: no frame is skipped and no
+    /// silence is inserted. The time of the stop is not caught up. A source that has ended is
+    /// released, and its line becomes silent. After a source was lost, a recorder that uses its
+    /// line records nothing until attach() or detach() is called for the line. A `now` before that
+    /// of an earlier call has no effect.
     void advance(Time now);
     /// Whether there is any work: a recording, a listener, or a line with a source or with frames
     /// that were pulled and are not played yet. While false, the card needs no calls of advance.
@@ -166,9 +166,9 @@ class SoundCard {
   private:
     using Block = std::array<StereoFrame, blockFrames>;
 
-    /// One line. Frames are pulled into `waiting`. If another line stops the card, frames stay
-    /// there; they are played first, even if their source is removed. In the disc's line, which is
-    /// pulled last, none stay.
+    /// One line. Frames are pulled into `waiting`, and stay there if another line stops the card.
+    /// They are played first, even if their source is removed. The disc's line is pulled last, so
+    /// its frames never stay.
     struct Channel {
         std::shared_ptr<SampleSource> source;
         Block waiting;

@@ -9,7 +9,7 @@ namespace sonarith::sound {
 namespace {
 
 /// The interval while the card records or uses an external input (Work::all): one block of the
-/// card. It is so long that the wake-ups cost very little, and short compared with the output's
+/// card. The wake-ups cost very little, and the interval is short compared with the output's
 /// buffer.
 constexpr std::chrono::milliseconds blockInterval{10};
 /// The interval while only files play (Work::files): the duration of the sound in the largest

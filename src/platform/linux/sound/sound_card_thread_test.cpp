@@ -83,7 +83,7 @@ bool isOneRun(const std::vector<StereoFrame>& frames) {
             continue;
         }
         if (next < 0) {
-            // No left sample repeats in these frames, so it determines the position.
+            // A left sample determines its position: none repeats in these frames.
             next = frame.left - 1;
         }
         if (frame != fakes::patternFrame(next)) {

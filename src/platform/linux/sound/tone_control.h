@@ -45,7 +45,7 @@ class ToneControl {
 
     /// Filters `frames` in place. After a slider was moved, the gain changes gradually. Filtered
     /// samples fit into 16 bits. While both sliders are neutral and the gain has reached 0 dB,
-    /// samples are not filtered, and the caller clips those that exceed 16 bits.
+    /// samples are not filtered. The caller then clips samples that exceed 16 bits.
     void apply(std::span<WideFrame> frames);
     /// Called before a new sound: applies the sliders' positions at once, without a ramp.
     void restart();

@@ -26,9 +26,8 @@ class WaveConverter {
     /// Converts `frames`, at most blockFrames of the card, to whole frames of the format; the
     /// result is valid until the next call. Samples of 16 bits are little-endian; samples of 8 bits
     /// are unsigned, 128 is silence. Mono is the mean of both channels. Resampled sound is
-    /// band-limited and a few milliseconds late. While the resampler's filter contains only
-    /// silence, silent frames bypass the resampler: convert() writes silence. In both cases, the
-    /// number of frames matches the rate on average. Never allocates.
+    /// band-limited and a few milliseconds late. On average, the number of frames matches the rate.
+    /// Never allocates.
     [[nodiscard]] std::span<const std::byte> convert(std::span<const StereoFrame> frames);
 
     /// Bytes of one frame of the format.

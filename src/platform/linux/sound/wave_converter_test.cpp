@@ -150,7 +150,7 @@ TEST(WaveConverter, ASoundBecomesTheSameBytesAfterAShortAndAfterALongSilence) {
     }
 }
 
-TEST(WaveConverter, DeliversTheEndOfAToneInOneOrManySilentBlocks) {
+TEST(WaveConverter, DeliversTheSameEndOfAToneInOneOrManySilentBlocks) {
     // The end of the tone is still in the converter's filter when the silence begins. This test
     // uses the lowest rate, 4000 Hz, because the filter is longest at this rate.
     const auto endOfTone = [](std::size_t silentBlock) {

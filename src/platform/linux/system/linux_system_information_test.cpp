@@ -256,7 +256,7 @@ struct HangingReader {
     }
 };
 
-TEST_F(SimulatedMachine, AHangingMountBlocksOneThreadAndIsNotQueriedAgainUntilItResponds) {
+TEST_F(SimulatedMachine, AHangingMountIsQueriedOnlyOnceUntilItResponds) {
     const auto reader = std::make_shared<HangingReader>();
     const LinuxSystemInformation information(
         threads, plain, [this] { return drives; }, unchanged, places,

@@ -47,8 +47,8 @@ class PatientCalls {
     waiting::WorkerThreads& threads_;
     Waiting& waiting_;
     Waiting::Duration patience_;
-    /// The objects whose call has not returned. An object whose call has returned stays here until
-    /// the next ask() or unanswered().
+    /// The objects whose call has not returned, and those that removeReturnedCalls() has not
+    /// removed yet.
     std::map<std::string, waiting::BlockingCalls> unanswered_;
 };
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Simulates the trees /sys and /dev/disk in a temporary folder. Also queries the space of a drive,
-// and repeats a query that returned nothing because the machine was busy. For tests only.
+// For tests: simulates the trees /sys and /dev/disk in a temporary folder. Also queries the space
+// of a drive, and repeats the query if a busy machine did not reply in time.
 //
 //     FakeSys sys;
 //     sys.addDisk("sda", "8:0", RemovableFlag::set);
