@@ -38,8 +38,7 @@ class Form4 : public Form {
     CommandButton eject{*this, "eject"};
 
     // Mixer. The sliders are inverted: a slider at 0 stands for the mixer's highest level. The text
-    // box beside a slider shows "32768" until the program first replaces this text with the level,
-    // a number from 0 to 10.
+    // box beside a slider shows "32768" at first, and later the level, a number from 0 to 10.
     Slider sliderMasterVolume{*this, "sliderMasterVolume", 0, 65535};
     Slider Slider1{*this, "Slider1", 0, 65535}; ///< volume of the disc's line
     Slider BassSlider{*this, "BassSlider", 0, 65535};

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Declares the controls of the preferences' window. Two of the labels store values: the root of the
-// destination's drive, which only tests read, and the free space of this drive. The folder
-// settings/preferences/ implements the behaviour.
+// Declares the controls of the preferences' window. The folder settings/preferences/ implements
+// their behaviour.
 #pragma once
 
 #include "platform/controls/basic_controls.h"
@@ -31,8 +30,8 @@ class FrmPrefs : public Form {
     CommandButton Command3{*this, "Command3", "Refresh data"};
     CommandButton Command1{*this, "Command1", "Set"};
     Label lblSpace{*this, "lblSpace", "Available space in hard drive(s):"}; ///< above Text6
-    // Label3 and Label4 are never visible; they only store values. Until a value is stored, the
-    // caption of each is its name, and the caption of Label4 counts as 0 MB.
+    // Label3 and Label4 are never visible; they only store values. Only tests read Label3. Until a
+    // value is stored, the caption of each is its name, and the caption of Label4 counts as 0 MB.
     Label Label3{*this, "Label3", "Label3"}; ///< root of the destination's drive
     Label Label4{*this, "Label4", "Label4"}; ///< free space of that drive in MB
 

@@ -30,10 +30,10 @@ class ActiveMP3 {
     virtual Status Play() = 0;
     /// Ends playing or decoding; does nothing when idle.
     virtual Status Stop() = 0;
-    /// Starts to decode the source file to a 16-bit WAV file at `path`, on another thread. Does
-    /// nothing if a decoding of the same source to the same target is running. Also does nothing if
-    /// the last decoding had this source and target and was completed, and neither file has changed
-    /// since. Otherwise first stops a running decoding.
+    /// Starts to decode the source file to a 16-bit WAV file at `path`, on another thread. First
+    /// stops a decoding of another source or to another target. Does nothing if the same decoding
+    /// is running. Also does nothing if the same decoding was the last one and was completed, and
+    /// neither file has changed since.
     virtual Status DecodeToWav(const std::string& path) = 0;
 };
 

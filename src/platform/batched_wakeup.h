@@ -22,8 +22,8 @@ class BatchedWakeup : public Wakeup {
     /// In silence the meter's batches come every 50 ms, often enough for its trace to move
     /// smoothly.
     static constexpr int callsInSilence = 5;
-    /// The batches of silence begin after this many silent calls. By then the meter has shown the
-    /// end of the sound, although the mixer still reports the last level for some 50 ms after that
+    /// The batches of silence begin after this many silent calls. The mixer still reports the last
+    /// level for some 50 ms after the end of the sound, so the meter needs these calls to show the
     /// end.
     static constexpr int callsBeforeSilence = 10;
 

@@ -28,10 +28,9 @@ class BinaryFile {
     /// negative offset, badFileMode (54) without read access, deviceInputOutput and others.
     [[nodiscard]] virtual Result<std::size_t> read(std::int64_t offset,
                                                    std::span<std::byte> into) = 0;
-    /// Writes all bytes at `offset` and grows the file if needed. Does not divide bytes that a
-    /// single system call can write, so that no other process reads half of a tag. An empty span
-    /// changes nothing. Errors: badRecordNumber, badFileMode without write access, diskFull and
-    /// others.
+    /// Writes all bytes at `offset` and grows the file if needed. Uses one system call if possible,
+    /// so that no other process reads half of a tag. An empty span changes nothing. Errors:
+    /// badRecordNumber, badFileMode without write access, diskFull and others.
     virtual Status write(std::int64_t offset, std::span<const std::byte> bytes) = 0;
 };
 

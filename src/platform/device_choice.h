@@ -29,8 +29,8 @@ class DeviceChoice {
     [[nodiscard]] virtual std::string drive() const = 0;
     [[nodiscard]] virtual std::string output() const = 0;
     [[nodiscard]] virtual std::string source() const = 0;
-    /// Each setter stores the choice. A new output or source is used at once, a new drive when the
-    /// CD device is opened or polled next.
+    /// Each setter stores the choice. A new output or source is used at once. A new drive is used
+    /// when the CD device is next opened or polled.
     virtual void setDrive(const std::string& drive) = 0;
     virtual void setOutput(const std::string& name) = 0;
     virtual void setSource(const std::string& name) = 0;

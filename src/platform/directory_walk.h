@@ -40,10 +40,10 @@ class DirectoryWalk {
     virtual ~DirectoryWalk() = default;
 
     /// Starts the listing of a folder and writes the first entry to `record`. `pattern` is the path
-    /// of the folder, a backslash and "*.*", which means all files and folders, including hidden
-    /// ones; pipes, sockets and devices are not listed. The first entries are "." and "..". Returns
-    /// invalidFindHandle and leaves `record` unchanged if the folder does not exist, cannot be read
-    /// or was listed before in this walk, and for any other pattern.
+    /// of the folder, a backslash and "*.*". The listing consists of "." and "..", then all files
+    /// and folders, including hidden ones. Pipes, sockets and devices are not listed. Fails if the
+    /// folder does not exist, cannot be read or was listed before in this walk. Any other pattern
+    /// also fails. A failure returns invalidFindHandle and leaves `record` unchanged.
     virtual FindHandle FindFirst(const std::string& pattern, FindRecord& record) = 0;
     /// Reads the next entry. Returns false and leaves `record` unchanged if no entry is left or if
     /// `handle` is not open. After the folder was removed, only entries that had already been read

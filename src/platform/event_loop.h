@@ -26,12 +26,11 @@ class EventLoop {
     virtual ~EventLoop() = default;
 
     /// Handles the events that are due (input, timers, painting), then returns. Cheap enough to be
-    /// called at each small step of a job: it looks for new input and due timers at most once in
-    /// 0.25 ms, however often it is called.
+    /// called at each small step of a job: looks for input and due timers at most once in 0.25 ms.
     virtual void yield() = 0;
 
-    /// Yields while `condition` is true. The condition is evaluated before the first event
-    /// and again after events were handled; while no event is due, the thread sleeps.
+    /// Yields while `condition` is true. The condition is evaluated at the beginning and after
+    /// events. While no event is due, the thread sleeps.
     virtual void waitWhile(const std::function<bool()>& condition) = 0;
 
     [[nodiscard]] virtual Time now() const = 0;
@@ -47,9 +46,9 @@ class EventLoop {
 
     /// As every(), for a handler that shows the sound of the machine and has nothing new to show in
     /// silence. Several calls may be held back and then made in one batch, without the interval
-    /// between them, so there are as many calls as with every(). The batches may be larger in
-    /// silence than in sound. When sound begins, the calls that are already held back are made
-    /// although their batch is not complete. This default implementation holds back no call.
+    /// between them. There are as many calls as with every(). The batches may be larger in silence
+    /// than in sound. When sound begins, an incomplete batch does not wait for further calls. This
+    /// default implementation holds back no call.
     [[nodiscard]] virtual std::unique_ptr<Wakeup> everyInSound(Duration interval,
                                                                std::function<void()> handler) {
         return every(interval, std::move(handler));

@@ -14,15 +14,13 @@ struct FileDialogRequest {
     std::string title = {};
     /// Pairs of a caption and its patterns: "WAV, MP3|*.wav;*.mp3|All files|*.*". Empty: all files.
     std::string filter = {};
-    /// For example "wav", without the dot. Appended, after a dot, to a typed name that has no
-    /// extension.
+    /// For example "wav", without the dot. Appended to a typed name that has no extension.
     std::string defaultExtension = {};
-    /// The folder in which the dialog opens, or the path of a file in that folder. If this path
-    /// is empty or invalid, or its disk does not respond, the dialog opens in the folder where it
-    /// was last closed.
+    /// The folder in which the dialog opens, or the path of a file in that folder. If this path is
+    /// empty or cannot be used, the dialog opens in the folder where it was last closed.
     std::string initialFolder = {};
-    /// The file that is selected when the dialog opens: a name in the initial folder, or a path,
-    /// whose folder then replaces the initial folder. Empty: no file is selected.
+    /// The file that is selected when the dialog opens: a name in the initial folder, or a path.
+    /// The folder of a path replaces the initial folder. Empty: no file is selected.
     std::string fileName = {};
 };
 

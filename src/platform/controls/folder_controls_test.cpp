@@ -63,7 +63,7 @@ TEST_F(FolderControlsTest, SettingThePathThatIsAlreadySetRunsNoHandler) {
     EXPECT_EQ(folderChanges, 0);
 }
 
-TEST_F(FolderControlsTest, SettingThePathToADriveAloneOpensTheMostRecentFolderOfThatDrive) {
+TEST_F(FolderControlsTest, ADriveAloneOpensItsMostRecentFolder) {
     EXPECT_TRUE(folder.setPath("d:").ok());
     EXPECT_EQ(folder.path(), "d:\\");
     EXPECT_TRUE(folder.setPath("d:\\albums").ok());
@@ -73,7 +73,7 @@ TEST_F(FolderControlsTest, SettingThePathToADriveAloneOpensTheMostRecentFolderOf
     EXPECT_EQ(folder.path(), "d:\\albums");
 }
 
-TEST_F(FolderControlsTest, SettingThePathToADriveOpensItsRootIfItsMostRecentFolderWasRemoved) {
+TEST_F(FolderControlsTest, ADriveAloneOpensItsRootIfItsMostRecentFolderWasRemoved) {
     EXPECT_TRUE(folder.setPath("d:\\albums").ok());
     EXPECT_TRUE(folder.setPath("c:\\music").ok());
     disk.removeFolder("d:\\albums");

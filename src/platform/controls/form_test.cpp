@@ -308,7 +308,7 @@ TEST_F(DesignTest, TimersAreStillEnabledDuringTheUnloadStep) {
     EXPECT_TRUE(enabled);
 }
 
-TEST_F(DesignTest, RepeatedCallsOfTouchedLoadTheFormOnceAndDoNotShowIt) {
+TEST_F(DesignTest, TouchedLoadsTheFormOnceAndDoesNotShowIt) {
     EXPECT_EQ(touched(form).text.text(), "100");
     EXPECT_TRUE(form.loaded());
     EXPECT_FALSE(form.visible());

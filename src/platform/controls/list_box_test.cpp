@@ -45,7 +45,7 @@ TEST_F(ListBoxTest, KeepsTheOrderOfItsLinesAndStartsWithoutACurrentLine) {
     EXPECT_EQ(list.listIndex(), -1);
 }
 
-TEST_F(ListBoxTest, LinesOutsideTheListHaveNoTextAndNoMarkAndTheNumber0) {
+TEST_F(ListBoxTest, LinesOutsideTheListAreEmpty) {
     for (const int outside : {-2, -1, 3, 1000000}) {
         EXPECT_EQ(list.list(outside), "") << outside;
         EXPECT_FALSE(list.selected(outside));
@@ -91,9 +91,9 @@ TEST_F(ListBoxTest, SetListIndexOutsideTheListFailsAndKeepsTheCurrentLine) {
     EXPECT_EQ(clicks, 1);
 }
 
-TEST_F(ListBoxTest, InAnEmptyListSettingTheLastIndexSucceedsAndLeavesNoCurrentLine) {
+TEST_F(ListBoxTest, SettingTheLastIndexSucceedsIfTheListIsEmpty) {
     list.clear();
-    // The logic makes the last line current with the index "ListCount minus 1", which is -1 here.
+    // The logic uses the index "ListCount minus 1" for the last line. Here the index is -1.
     EXPECT_TRUE(list.setListIndex(list.listCount() - 1).ok());
     EXPECT_EQ(list.listIndex(), -1);
 }
@@ -170,7 +170,7 @@ TEST_F(ListBoxTest, CanAppendTheTextOfOneOfItsOwnLines) {
     EXPECT_EQ(list.list(102), "a");
 }
 
-TEST_F(ListBoxTest, ChoosingALineAlwaysRunsTheClickHandlerAndChoosingOutsideTheListDoesNothing) {
+TEST_F(ListBoxTest, ChoosingALineRunsTheClickHandlerEvenIfTheLineIsCurrent) {
     list.choose(1);
     list.choose(1);
     EXPECT_EQ(clicks, 2);

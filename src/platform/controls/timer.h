@@ -18,8 +18,8 @@ namespace sonarith {
 /// Whether a timer is enabled when its form loads.
 enum class TimerAtLoad { off, on };
 
-/// `always`: every tick must be in time. `inSound`: ticks may run in batches, and the batches may
-/// be larger in silence than in sound; see EventLoop::everyInSound().
+/// `always`: every tick must be in time. `inSound`: ticks may run in batches; see
+/// EventLoop::everyInSound().
 enum class TicksInTime { always, inSound };
 
 /// Unloading the form disables the timer.

@@ -94,12 +94,11 @@ class TreeView : public Control {
     /// keyNotUnique; elementRemoved for a parent that is no longer in the tree.
     Result<NodeRef> add(const NodeRef& parent, const std::string& key, const std::string& text,
                         int image, int selectedImage);
-    /// Removes a node and its subtree. The time is proportional to the number of the node's later
-    /// siblings plus the number of nodes whose index is above the lowest removed index. Clears the
-    /// selection if the selected node is in the subtree; the same applies to the drop highlight.
-    /// Closes an editor that is open in the subtree and discards its text. Errors: elementNotFound
-    /// for an index that no node has; objectNotSet for an empty node; elementRemoved for a node
-    /// that is no longer in the tree.
+    /// Removes a node and its subtree. The time grows with the number of the node's later siblings
+    /// and of the nodes whose index changes. A selection or drop highlight in the subtree is
+    /// cleared. An editor that is open in the subtree is closed and its text discarded. Errors:
+    /// elementNotFound for an index that no node has; objectNotSet for an empty node;
+    /// elementRemoved for a node that is no longer in the tree.
     Status remove(int index);
     Status remove(const NodeRef& node);
     void clear();
@@ -138,8 +137,8 @@ class TreeView : public Control {
     void cancelLabelEdit() { edited_.reset(); }
     void beginDrag();
 
-    // User input. A NodeRef argument is the node under the pointer, or, for input by keys, the node
-    // to which the key applies; empty if there is none.
+    // User input. A NodeRef argument is the node under the pointer, or the node to which a key
+    // applies. It is empty if there is no such node.
     Handler<MouseButtons, NodeRef> onMouseDown;
     Handler<MouseButtons, NodeRef> onMouseUp;
     Handler<MouseButtons, NodeRef> onMouseMove;

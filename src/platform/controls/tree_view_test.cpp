@@ -54,7 +54,7 @@ TEST_F(TreeViewTest, NumbersItsNodesInTheOrderOfCreation) {
     EXPECT_EQ(tree.node(7), nullptr);
 }
 
-TEST_F(TreeViewTest, AnAddedNodeIsTheLastChildAndHasTheGivenKeyTextAndImages) {
+TEST_F(TreeViewTest, AnAddedNodeIsTheLastChildAndHasTheGivenProperties) {
     EXPECT_THAT(textsOf(tree.roots()), ElementsAre("A", "B"));
     EXPECT_THAT(textsOf(a->children()), ElementsAre("a1", "a2"));
     EXPECT_EQ(a2->key(), "key a2");

@@ -17,10 +17,9 @@ namespace sonarith {
 class MachineDeviceChoice final : public DeviceChoice {
   public:
     /// Applies the stored choice to the card. Reports lost sound devices to `notices`. All
-    /// arguments must outlive this object. `slot` reads the chosen drive by calling the function
-    /// `configured` that was passed to its constructor, so this function must return drive() of
-    /// this object. Since `slot` is created before this object, it must not call the function until
-    /// this object exists.
+    /// arguments must outlive this object. The constructor of `slot` received a function
+    /// `configured`, which must return drive() of this object. `slot` must not call the function
+    /// before this object exists.
     MachineDeviceChoice(SettingsStore& store, disc::DriveSlot& slot, sound::SoundCard& card,
                         Notices& notices);
     ~MachineDeviceChoice() override;

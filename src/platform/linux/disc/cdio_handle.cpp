@@ -8,8 +8,7 @@ namespace sonarith::disc {
 namespace {
 
 // The time limit of one read command: longer than a drive's spin-up including the drive's own
-// retries, and far shorter than the library's default of three minutes, which would delay the end
-// of the program.
+// retries. The library's default of three minutes would delay the end of the program.
 constexpr std::uint32_t readTimeoutMs = 20000;
 
 void setUpLibrary() {

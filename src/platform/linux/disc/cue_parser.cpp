@@ -12,9 +12,9 @@ namespace sonarith::disc {
 
 namespace {
 
-/// Removes the file's name from `rest` and returns the name; `rest` then contains the text after
-/// it. Even a name without quotation marks may contain blanks: the last word is the type. Errors
-/// state the cause without sheet and line.
+/// Removes the file's name from the beginning of `rest` and returns the name. A name without
+/// quotation marks may contain blanks: only the last word is the type. Errors state the cause
+/// without sheet and line.
 Result<std::string_view> takeFileName(std::string_view& rest) {
     if (rest.starts_with('"')) {
         const auto mark = rest.find('"', 1);
@@ -57,8 +57,7 @@ class CueParser {
         std::int64_t byte = 0;
         int sectorBytes = 0; ///< of the track of the last INDEX; 0: no INDEX yet
     };
-    /// The most recently read INDEX that begins a segment. The segment's end is unknown until the
-    /// next such INDEX, or the end of the sheet, is read.
+    /// The last INDEX that begins a segment. The segment's end is not known yet.
     struct OpenPoint {
         std::size_t file;
         std::int64_t sector;

@@ -31,8 +31,7 @@ class DamageRecord {
 
   private:
     mutable std::mutex mutex_;
-    // Each vector is indexed by sector, up to the highest sector that was damaged: 56 KB each for
-    // the longest disc.
+    // Each vector is indexed by sector, up to the highest damaged one: at most 56 KB each.
     std::vector<bool> damaged_; ///< damaged in at least one read
     std::vector<bool> guessed_; ///< the sector was last delivered as a guess
     std::vector<bool> silent_;  ///< the sector was last delivered as silence

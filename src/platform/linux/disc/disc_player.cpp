@@ -20,7 +20,7 @@ using Clock = std::chrono::steady_clock;
 // How far the reader reads ahead: 4 s, enough for a drive that spins up again or reads a scratch
 // several times.
 constexpr int readAheadSectors = 4 * sectorsPerSecond;
-// The size of one read: a third of a second, which one command to a drive can read
+// The size of one read: a third of a second. One command to a drive can read as much
 // (SectorCommands::mostSectors).
 constexpr int sectorsPerRead = 25;
 // How long the destructor waits for the current read; a read of an image takes less time. This
@@ -46,9 +46,8 @@ std::int64_t playableEnd(const Table& table, std::int64_t sector, std::int64_t e
 } // namespace
 
 // Contains everything that the reader's thread accesses, because that thread may outlive the
-// player. One mutex protects all state. The mutex is not locked while the disc is read; it is
-// locked at most while the result of one read (59 KB) is copied, so the sound card's thread never
-// waits long for it.
+// player. One mutex protects all state. The mutex is not locked while the disc is read. So the
+// sound card's thread waits at most while the result of one read (59 KB) is copied.
 class DiscPlayer::Reader {
   public:
     explicit Reader(std::shared_ptr<Disc> disc)

@@ -54,10 +54,10 @@ class DiscPlayer : public sound::SampleSource {
     /// True once a read has reported that the medium is gone.
     [[nodiscard]] bool gone() const;
 
-    /// While the player is stopped, the supply is `ended`; while it is paused, `starving`. While it
-    /// plays, the supply is `starving` if too little has been read, and `lost` once the medium is
-    /// gone and all sound that was read before has been pulled. After a full block the supply is
-    /// always `flowing`, even if that block is the last one.
+    /// After a full block the supply is `flowing`, even if that block is the last one. Otherwise
+    /// the supply is `ended` while stopped, and `starving` while paused or if too little has been
+    /// read. Once the medium is gone and all sound that was read has been pulled, the supply of a
+    /// playing disc is `lost`.
     [[nodiscard]] sound::Pulled pull(std::span<sound::StereoFrame> block) override;
 
   private:

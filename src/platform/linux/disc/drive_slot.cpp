@@ -40,7 +40,7 @@ DriveMakers realDriveMakers(waiting::Services services) {
 }
 
 /// The messages for report(): the problem of the last openDrive() or load, and the remark of the
-/// last loaded disc, which is kept after the disc was destroyed.
+/// last loaded disc. The remark is kept after the disc was destroyed.
 struct DriveSlot::Reports {
     class ReportedDisc;
 

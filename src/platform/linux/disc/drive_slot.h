@@ -43,9 +43,9 @@ class DriveSlot {
     /// was ejected, it is inserted again. The tray of an optical drive is not moved.
     void choiceMade();
 
-    /// The problem of the last openDrive(), or of the last load of the drive that it returned, if
-    /// that problem has a message; otherwise the remark (Disc::remark) of the loaded disc, even
-    /// after the disc object was destroyed.
+    /// The problem of the last openDrive() or of the drive's last load. If this problem has no
+    /// message: the remark (Disc::remark) of the loaded disc, even after the disc object was
+    /// destroyed.
     [[nodiscard]] DriveReport report() const;
 
   private:

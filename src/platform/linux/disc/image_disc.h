@@ -20,9 +20,9 @@ class ImageDisc final : public Disc {
   public:
     /// Reads the sheet at `path` and opens its files. The extension ".cue" or ".toc", in upper or
     /// lower case, determines the kind of sheet; with any other extension, the text of the sheet
-    /// does. An error's message contains the file, the cause and, if the cause is in a line of the
-    /// sheet, that line's number. The error number is fileNotFound if the sheet or a file that it
-    /// names is missing, and permissionDenied if this user may not read one of them.
+    /// does. An error's message contains the file, the cause and, if there is one, the line of the
+    /// sheet. The error number is fileNotFound if the sheet or a file that it names is missing, and
+    /// permissionDenied if this user may not read one of them.
     [[nodiscard]] static Result<std::shared_ptr<ImageDisc>> open(const std::filesystem::path& path);
 
     [[nodiscard]] const Table& table() const override { return line_.table; }
@@ -37,8 +37,8 @@ class ImageDisc final : public Disc {
     void eject() { ejected_ = true; }
 
   private:
-    /// Returns `gone` if eject() was called, if the sheet is no longer at its path, or if one of
-    /// the required files is no longer at its path or does not deliver all requested frames.
+    /// Returns `gone` if eject() was called, if the sheet is no longer at its path, or if
+    /// ImageFile::read() fails.
     [[nodiscard]] ReadOutcome readSectors(std::int64_t first, std::span<sound::StereoFrame> out,
                                           const std::stop_token& stop) override;
 

@@ -47,7 +47,7 @@ TEST_F(ImageDriveTest, ADiscIsPresentWhileTheImageExists) {
     EXPECT_FALSE(drive_.mediaPresent());
 }
 
-TEST_F(ImageDriveTest, ADriveWhoseImageCannotBeReadHasNoDiscAndAnErrorMessage) {
+TEST_F(ImageDriveTest, AnUnreadableImageYieldsNoDiscAndAnErrorMessage) {
     std::filesystem::remove(folder_.path("a.bin"));
     const Loaded loaded = drive_.load();
     EXPECT_EQ(loaded.disc, nullptr);

@@ -23,8 +23,8 @@ class ImageFile {
     /// Whether the file is still at its path and has not been written to since it was opened. May
     /// be called while another thread reads.
     [[nodiscard]] virtual bool unchanged() const = 0;
-    /// Fills `out` from byte `offset` on. False if the file is no longer at its path, or if not all
-    /// of `out` can be filled, for example after the file was truncated; `out` is then unspecified.
+    /// Fills `out` from byte `offset` on. False if the file is no longer at its path, or if it does
+    /// not fill `out`, for example because it was truncated. `out` is then unspecified.
     [[nodiscard]] virtual bool read(std::int64_t offset, std::span<sound::StereoFrame> out) = 0;
 };
 

@@ -31,9 +31,8 @@ Extent extentOf(const Segment& segment, ImageFormat format, std::int64_t fileByt
         return {segment.frames, whole ? segment.frames : wholeSectors * framesPerSector};
     }
     if (format == ImageFormat::wave || segment.roundedTo == 1) {
-        // WAVE files and the sound files of a TOC may have any length. In a CUE sheet, the length
-        // of the segment is rounded up to whole sectors (`roundedTo`), and the frames beyond the
-        // file's end are silent. In a TOC, `roundedTo` is 1, so no frames are added.
+        // WAVE files and the sound files of a TOC may have any length. In a CUE sheet, silence
+        // completes the last sector. In a TOC, `roundedTo` is 1, so nothing is added.
         const std::int64_t frames =
             bytes / segment.sectorBytes * framesPerSector +
             bytes % segment.sectorBytes * framesPerSector / segment.sectorBytes;
@@ -166,10 +165,9 @@ void LineBuilder::addSegment(const Segment& segment) {
     }
     const std::int64_t bytes = fileBytes_[segment.file];
     const Extent extent = extentOf(segment, layout_.files[segment.file].format, bytes);
-    // The last segments of a track may be the pause before the next track. The sheet may leave the
-    // length of such a pause open (toFileEnd). If such a pause is then empty, that alone is no
-    // shortage. An empty segment is a shortage if it begins beyond the end of its file, or if it is
-    // at the beginning of the track.
+    // An empty segment is a shortage if it begins beyond the end of its file, or if it is at the
+    // beginning of the track. Elsewhere it may be the pause before the next track: the sheet may
+    // leave the length of a pause open (toFileEnd), and a pause may be empty.
     const bool beginsBeyond = extent.stated == 0 && (segment.offset > bytes || at_ == trackStart_);
     contentAfterShortage_ = contentAfterShortage_ || (shortFrom_ && extent.present > 0);
     if (!shortFrom_ &&

@@ -115,7 +115,7 @@ TEST(Timeline, ATruncatedTrackKeepsItsStatedLengthAndATrackOfUnknownLengthGetsFo
                           "of its file"));
 }
 
-TEST(Timeline, ATrackThatLacksAFileBeforeAnotherFileIsNotCalledTruncatedOrMissing) {
+TEST(Timeline, ReportsAMissingPartBeforeTheEndOfATrack) {
     const std::string text = "TRACK AUDIO\nFILE \"a.bin\" 0 1176\nFILE \"b.bin\" 0 1176\n";
     EXPECT_THAT(timelineOfToc(text, {2352, 4704}).value().remark,
                 HasSubstr("track 1 lacks a part, which begins at 00:00:01 and reads as silence; "

@@ -62,7 +62,7 @@ class OpticalDisc : public Disc {
     const std::unique_ptr<AudioSectors> sectors_;
     const Clock clock_;
     ReadEffort effort_;
-    /// How long the sectors with errors, including repaired ones, took in the current read().
+    /// Time spent on sectors with errors, repaired or not, in the current read().
     ReadEffort::Duration repairTime_{0};
     std::optional<std::int64_t>
         next_; ///< the sector that sectors_ delivers next, in the drive's numbering

@@ -48,8 +48,8 @@ class OpticalDrive : public Drive {
     [[nodiscard]] DriveKind kind() const override { return DriveKind::optical; }
     [[nodiscard]] std::string name() const override { return "the drive " + device_; }
     /// Waits at most `longestSpinUp` for a disc that spins up. A load that finds the last disc's
-    /// table again continues that disc's record of damaged sectors, unless a load in between has
-    /// found the drive empty or its tray open.
+    /// table again continues that disc's record of damaged sectors. A load that finds the drive
+    /// empty or its tray open ends the record.
     [[nodiscard]] Loaded load() override;
     [[nodiscard]] bool mediaPresent() override;
     /// openTray() and closeTray() report no failures. They have no effect on a drive that refuses

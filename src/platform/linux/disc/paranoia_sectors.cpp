@@ -11,10 +11,10 @@ namespace sonarith::disc {
 
 namespace {
 
-// How often a sector is read again before the best guess is delivered; after this number of failed
+// How often a sector is read again before the best guess is delivered. After this number of failed
 // reads, a sector counts as unreadable. The library's default of 20 is known to cost hours for one
-// scratch. The value must be a multiple of 5: the library compares its count with the limit only at
-// multiples of 5 and never stops at another limit (measured with version 10.2+2.0.1).
+// scratch. The value must be a multiple of 5, because the library never stops at another limit
+// (measured with version 10.2+2.0.1).
 constexpr int maxRetries = 10;
 
 // How many sectors the library reads before it delivers the first one, and how many sectors it

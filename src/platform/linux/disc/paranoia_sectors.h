@@ -62,7 +62,7 @@ class ParanoiaSectors : public AudioSectors {
     std::int64_t end_ = 0;
     Clock::time_point deadline_;
     std::stop_token stop_; ///< of the current call of next()
-    /// A command has failed: in this call of next(), or earlier for the sector of this call.
+    /// A command has failed in this call of next(), or earlier for the same sector.
     bool failed_ = false;
     std::map<std::int64_t, int> failures_; ///< failed reads of each sector, since the last seek
     std::set<std::int64_t> bad_; ///< unreadable sectors; the library's range excludes them

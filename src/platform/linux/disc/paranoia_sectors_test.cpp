@@ -46,9 +46,8 @@ class ParanoiaSectorsTest : public testing::Test {
 
     CdioHandle openDisc() const { return openCdio((folder_ / "disc.cue").string(), DRIVER_BINCUE); }
 
-    /// A reader of the disc. Each sector of `bad_` makes commands fail; `failuresPerSector_` is the
-    /// number of these commands. Later commands can read the sector. While `gone_` is true, every
-    /// command fails.
+    /// A reader of the disc. Each sector of `bad_` makes `failuresPerSector_` commands fail. Later
+    /// commands can read the sector. While `gone_` is true, every command fails.
     std::unique_ptr<ParanoiaSectors> makeReader() {
         CdioHandle cdio = openDisc();
         CdIo_t* const raw = cdio.get();
@@ -133,9 +132,7 @@ TEST_F(ParanoiaSectorsTest, DeliversTheRightSectorsAfterSeeksAndSingleReads) {
 TEST_F(ParanoiaSectorsTest, RepairsSectorsThatCanBeReadEventually) {
     bad_ = {60, 61, 90};
     // Commands of three sizes are tried one after the other: 25 sectors, 8 sectors, one sector.
-    // With three failures, the first damaged sector fails once in a command of each size. The other
-    // damaged sectors fail only in the smaller commands, because no command of 25 sectors is issued
-    // after the first failure.
+    // With three failures, the first damaged sector fails once in a command of each size.
     failuresPerSector_ = 3;
     const auto reader = makeReader();
     reader->seek(40, endOfSound);
@@ -178,7 +175,7 @@ TEST_F(ParanoiaSectorsTest, DeliversSilenceForAFailedSingleRead) {
     EXPECT_EQ(out, sector(61));
 }
 
-TEST_F(ParanoiaSectorsTest, TheSectorsBeforeAKnownUnreadableSectorHaveBeenReadAheadAndCountAsOk) {
+TEST_F(ParanoiaSectorsTest, SectorsReadAheadBeforeAnUnreadableSectorCountAsOk) {
     bad_ = {60};
     failuresPerSector_ = INT_MAX;
     const auto reader = makeReader();

@@ -48,7 +48,7 @@ class PatientDrive final : public Drive {
     /// another call is running. A late result is returned by later calls.
     [[nodiscard]] bool mediaPresent() override;
     /// openTray() and closeTray() may return before the drive has executed the command. Commands
-    /// are queued and executed in order; if the queue is full, a command is dropped.
+    /// are queued and executed in order. A command for which the queue has no room is dropped.
     void openTray() override;
     void closeTray() override;
 

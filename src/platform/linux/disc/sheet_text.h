@@ -63,8 +63,8 @@ inline constexpr std::int64_t maxDiscFrames = maxDiscSectors * framesPerSector;
 /// Refuses names that are empty or absolute, or that contain a NUL or the folder "..".
 [[nodiscard]] Status checkImageName(std::string_view name);
 
-/// Returns the index of the entry of `files` that has the name and format of `file`; appends `file`
-/// if there is no such entry.
+/// Returns the index in `files` of the entry with the name and format of `file`. Appends `file` if
+/// there is no such entry.
 [[nodiscard]] Result<std::size_t> fileIndex(std::vector<LayoutFile>& files, LayoutFile file);
 
 } // namespace sonarith::disc

@@ -19,7 +19,7 @@ TEST(SheetLines, IncludeEmptyLinesSoThatLineNumbersAreRight) {
     EXPECT_THAT(linesOf("a.cue", "\r\n\r\nx\n\n").value(), ElementsAre("", "", "x", ""));
 }
 
-TEST(SheetLines, ExcludeAByteOrderMarkAndAnEmptyTextHasNoLine) {
+TEST(SheetLines, DoNotContainTheByteOrderMark) {
     EXPECT_THAT(linesOf("a.cue", "\xEF\xBB\xBFREM\n").value(), ElementsAre("REM"));
     EXPECT_THAT(linesOf("a.cue", "").value(), IsEmpty());
 }
@@ -112,7 +112,7 @@ TEST(ImageNames, MustNotBeEmptyOrAbsoluteAndMustContainNoNulAndNoDotDotFolder) {
     EXPECT_FALSE(checkImageName(std::string_view("a\0b", 3)).ok());
 }
 
-TEST(ShownText, IsQuotedAndSafeToDisplayAndTruncatedAfterAHundredBytes) {
+TEST(ShownText, IsQuotedTruncatedAndSafeToDisplay) {
     EXPECT_EQ(shown("Größe 音"), "\"Größe 音\"");
     EXPECT_EQ(shown("a\tb\x1b[31m\x7f"), "\"a?b?[31m?\"");
     EXPECT_EQ(shown("\xff\xc3"), "\"??\"");

@@ -71,7 +71,7 @@ TEST(TocParser, ALengthOfSilenceIsANumberOfFramesOrATime) {
                 ElementsAre(silentFrames(100), silentFrames(44100), soundFrames(0, 0, toFileEnd)));
 }
 
-TEST(TocParser, ContentBeforeTheStartOfATrackBelongsToThePrecedingTrackIfOneExists) {
+TEST(TocParser, ContentBeforeAStartBelongsToThePrecedingTrackIfOneExists) {
     const auto layout = acceptedToc("TRACK AUDIO\nSILENCE 00:02:00\nSTART\nFILE \"a.bin\" 0 588\n"
                                     "TRACK AUDIO\nSILENCE 00:02:00\nSTART\nFILE \"a.bin\" 588 588\n"
                                     "TRACK AUDIO\nFILE \"a.bin\" 1176 1764\nSTART 00:00:01\n");

@@ -117,8 +117,7 @@ void unclaim(const FileDescriptor& file) {
 void removeLeftovers(const FileDescriptor& folder) {
     for (const std::string& name : hiddenNamesIn(folder)) {
         // O_RDWR, because some network file systems lock only files that are open for writing.
-        // O_NONBLOCK, because opening a device, or a file on which another program has a lease,
-        // could block.
+        // O_NONBLOCK, because opening a device, or a file with a lease, could block.
         const FileDescriptor file(
             ::openat(folder.get(), name.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
         struct stat found {};

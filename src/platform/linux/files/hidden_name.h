@@ -33,10 +33,10 @@ class HiddenName {
 };
 
 /// Marks `file` as owned by a live process until `unclaim` is called, or until `file` and its
-/// duplicates are closed. Returns false if a descriptor that is no duplicate of `file` has claimed
-/// the file, or if another process has taken the file for a leftover and is deleting it. On a file
-/// system without file locks, claim() returns true, and removeLeftovers() deletes nothing, because
-/// it cannot detect claims.
+/// duplicates are closed. Returns false if the file is claimed through a separately opened
+/// descriptor, or if another process is deleting the file as a leftover. On a file system without
+/// file locks, claim() returns true. There removeLeftovers() deletes nothing, because it cannot
+/// detect claims.
 [[nodiscard]] bool claim(const FileDescriptor& file);
 void unclaim(const FileDescriptor& file);
 

@@ -60,7 +60,7 @@ TEST_F(HiddenNameTest, TheDestructorDeletesTheFile) {
     EXPECT_FALSE(fs::exists(path));
 }
 
-TEST_F(HiddenNameTest, ARenameReplacesAnExistingFileAndAFailedRenameKeepsTheHiddenFile) {
+TEST_F(HiddenNameTest, ARenameReplacesAnExistingFile) {
     fs::create_directory(folder / "other");
     std::ofstream(folder / "other/a.wav") << "old";
     const fs::path path = leftover();

@@ -74,7 +74,7 @@ TEST_F(SavePlaceTest, ReportsWhyATargetCannotBeUsed) {
     EXPECT_EQ(failure(folder / std::string(256, 'n')), ErrorNumber::badFileName);
 }
 
-TEST_F(SavePlaceTest, OpensAFolderThatCannotBeListedAndIgnoresThatItCannotBeFlushed) {
+TEST_F(SavePlaceTest, AcceptsAFolderThatCannotBeListedOrFlushed) {
     fs::permissions(folder.path(), fs::perms(0333));
     EXPECT_EQ(test::runUnprivileged([&] {
                   const FileDescriptor opened = openFolder(folder.path());

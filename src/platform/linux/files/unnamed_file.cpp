@@ -76,8 +76,7 @@ ErrorCode copyBytes(const FileDescriptor& from, const FileDescriptor& to) {
 
 /// Whether copying the file avoids `error`, which occurred when the file was to get its name.
 /// Copying avoids the error if the target is on another file system, if the file system has no
-/// links, or if the file can no longer be linked or renamed, for example because its hidden name
-/// was removed.
+/// links, or if the file's hidden name was removed.
 bool copyingHelps(ErrorCode error) {
     return error == EXDEV || error == EPERM || error == EOPNOTSUPP || error == ENOENT ||
            error == EMLINK;

@@ -33,10 +33,10 @@ class UnnamedFile {
 
     /// Gives the file the name `target` and flushes the file to the disk before returning. An
     /// existing file of that name is replaced in one step, and its mode is kept; a symbolic link is
-    /// followed. The contents are copied only if this file was published before, or if it cannot
-    /// itself get the name, for example on another file system. After a failure this file can
-    /// still be published, and `target` is unchanged. Exception: if the last step, the flush of the
-    /// folder, fails, `target` already names the new file. Fails if `target` is a folder, another
+    /// followed. The contents are copied if this file was published before, or if it cannot get the
+    /// name itself, for example on another file system. After a failure this file can still be
+    /// published, and `target` is unchanged. Exception: after a failed flush of the folder, the
+    /// last step, `target` already names the new file. Fails if `target` is a folder, another
     /// non-regular file or a file without write permission.
     [[nodiscard]] Status publish(const std::filesystem::path& target);
 

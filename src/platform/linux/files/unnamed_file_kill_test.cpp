@@ -79,8 +79,7 @@ TEST_P(KilledSaveTest, LeavesTheTargetUnchangedOrCompleteAndTheNextCreateDeletes
     EXPECT_GT(call, 5)
         << "a save needs more system calls: it flushes the file, names it and flushes the folder";
     EXPECT_EQ(leftovers > 0, usesHiddenNames)
-        << "if hidden names are used, some kill must leave a hidden file; if not, no kill may "
-           "leave a hidden file";
+        << "some kill must leave a hidden file if and only if hidden names are used";
 }
 
 INSTANTIATE_TEST_SUITE_P(WithEveryMethod, KilledSaveTest,

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Loads shared libraries after the start of the program: by LateLibrary::load(), or at the latest
-// when one of their functions or variables is first used. The headers that are named after
-// libraries (alsa.h, cdio.h and so on) declare these functions and variables.
+// Loads shared libraries after the start of the program: by LateLibrary::load(), or at the first
+// use of a function or variable. The headers that are named after libraries (alsa.h, cdio.h and so
+// on) declare the functions and variables.
 #pragma once
 
 #include <atomic>

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Declares libsndfile functions for the program and its tests.
-// Each is looked up on its first call.
+// Declares libsndfile functions for the program and its tests. Each is looked up on its first call.
 #pragma once
 
 #include <sndfile.h>

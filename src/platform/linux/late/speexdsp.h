@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Declares the libspeexdsp functions that this program calls.
-// Each is looked up on its first call.
+// Declares the libspeexdsp functions that this program calls. Each is looked up on its first call.
 #pragma once
 
 #include <speex/speex_resampler.h>
