@@ -16,8 +16,8 @@ class SettingsStore {
     [[nodiscard]] virtual std::string GetSetting(const std::string& application,
                                                  const std::string& section, const std::string& key,
                                                  const std::string& fallback) const = 0;
-    /// Writes the value to the disk before the call returns or, within a transaction, when the
-    /// outermost transaction ends. A failure to write is not reported to the caller.
+    /// Outside a transaction, writes the value to the disk before the call returns. A failure to
+    /// write is not reported to the caller.
     virtual void SaveSetting(const std::string& application, const std::string& section,
                              const std::string& key, const std::string& value) = 0;
     virtual void DeleteSetting(const std::string& application, const std::string& section,

@@ -10,9 +10,9 @@
 
 namespace sonarith {
 
-/// Thread-safe. Fails with deviceUnavailable if the system cannot create a thread: `body` is then
-/// never called, and the objects that it owns are destroyed before this function returns. The
-/// caller joins or detaches the thread.
+/// Thread-safe. The caller joins or detaches the thread. Fails with deviceUnavailable if the system
+/// cannot create a thread. In this case `body` is not called, and the objects that it owns are
+/// destroyed before this function returns.
 [[nodiscard]] Result<std::thread> startThread(std::function<void()> body);
 
 /// A function with the contract of startThread(). Tests pass a function that fails.

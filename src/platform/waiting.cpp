@@ -13,12 +13,11 @@ using Clock = std::chrono::steady_clock;
 
 /// After this time, restFor() stops yielding and sleeps; after a long yield, it sleeps earlier.
 constexpr std::chrono::microseconds timeAwake{100};
-/// A yield that takes at least this long has let another process run for a time slice of the
-/// scheduler, which is about 3 ms: the processor is busy.
+/// A yield that takes at least this long shows that the processor is busy: another process has run
+/// for a time slice of the scheduler, which is about 3 ms.
 constexpr std::chrono::milliseconds longYield{1};
-/// For this time after a long yield, calls of restFor() on the same thread sleep at once, without a
-/// yield: on a busy processor, the program's start took twice as long when each wait began with a
-/// yield.
+/// For this time after a long yield, restFor() sleeps at once on the same thread. When each wait on
+/// a busy processor began with a yield, the program's start took twice as long.
 constexpr std::chrono::milliseconds timeWithoutYields{500};
 
 /// Yields the processor until `complete` is true, timeAwake has passed or a yield was long. Does

@@ -17,10 +17,10 @@ class Completion {
     void complete();
     [[nodiscard]] bool isComplete() const;
     /// Blocks until complete() has been called, for `bound` at most. Returns whether complete() has
-    /// been called. Handles no input or timers meanwhile. Yields the processor for about 0.1 ms
-    /// before it sleeps: a call to a local disk usually returns within this time, and a
-    /// sleeping thread wakes up only about 0.05 ms after complete(). On a busy processor, the
-    /// calling thread sleeps earlier or immediately.
+    /// been called. Handles no input or timers meanwhile. Before it sleeps, the calling thread
+    /// yields the processor for about 0.1 ms, or for less on a busy processor. A call to a local
+    /// disk usually returns within this time. A sleeping thread wakes up only about 0.05 ms after
+    /// complete().
     [[nodiscard]] bool restFor(std::chrono::milliseconds bound) const;
 
   private:

@@ -2,15 +2,17 @@
 // The interface through which the logic uses wave input: a device that fills buffers with samples.
 // Interface only.
 //
-// Life cycle: open the device; prepare and add each buffer; start. While the device runs, it fills
-// the buffers in the order in which they were added and marks them done; a done buffer may be added
-// again. stop() ends the run and marks a partly filled buffer done; the empty buffers stay queued.
-// reset() ends the run, marks all queued buffers done and empties the queue. At the end, unprepare
-// each buffer, then close the device. Any member may be called at any time: a call that does not
-// fit the state returns an error and changes nothing. All members are called on the logic thread.
-// Four members may wait for the device: open() 40 ms at most; stop(), reset() and close() 150 ms at
-// most. The others return at once. The device writes to added buffers and to their flags on its own
-// thread.
+// Life cycle: open the device; prepare and add each buffer; start. At the end, unprepare each
+// buffer, then close the device.
+//
+// While the device runs, it fills the buffers in the order in which they were added, and marks them
+// done. A done buffer may be added again. stop() ends the run and marks a partly filled buffer
+// done; the empty buffers stay queued. reset() ends the run, marks all queued buffers done and
+// empties the queue. A call that does not fit the state returns an error and changes nothing.
+//
+// All members are called on the logic thread. open() may wait for the device for 40 ms at most;
+// stop(), reset() and close() for 150 ms at most. The other members return at once. The device
+// writes to added buffers and to their flags on its own thread.
 #pragma once
 
 #include <atomic>

@@ -39,9 +39,8 @@ class CdCommands {
     bool closeAll(CommandCheck check);
 
     /// If a capture is running, stops and saves it, and yields. Called before all devices are
-    /// closed, before the panel is unloaded, and before the player is switched on: otherwise the
-    /// recording would be lost, or would continue without its disc. Switching the player off
-    /// without closing the panel does not call this function.
+    /// closed, before the panel is unloaded, and before the player is switched on. Without this
+    /// call, the recording would be lost, or would continue without its disc.
     void saveRunningCapture();
 
   private:

@@ -61,7 +61,7 @@ TEST_F(CdCommandsTest, AFailedCloseAllAfterAFailedCommandCausesNoFurtherCommand)
     EXPECT_FALSE(form.loaded());
 }
 
-TEST_F(CdCommandsTest, AQueryReturnsOnlyItsOwnReplyAndAnEmptyTextIfItFails) {
+TEST_F(CdCommandsTest, AQueryReturnsItsReplyAndAFailedQueryAnEmptyText) {
     media.answer("status cd mode", {.reply = "playing"});
     process.fileIndex = 77;
     EXPECT_EQ(commands.ask("status cd mode"), "playing");
@@ -142,8 +142,8 @@ TEST_F(CaptureDuringPlayerTest, IsSavedEvenIfItBeginsWhileThePanelCloses) {
 
 TEST_F(CaptureDuringPlayerTest, IsNotStoppedWhenThePlayerIsSwitchedOff) {
     // While the panel is open, a click on "Start " in the main window first clicks Command6, which
-    // switches the player off. So a second click on "Start " during a capture closes the CD
-    // device that the capture uses.
+    // switches the player off. So a second click on "Start " closes the CD device of a running
+    // capture.
     form.Command6.click();
     EXPECT_THAT(operations, testing::Not(Contains("stop everything")));
     EXPECT_THAT(operations, Contains("close cd"));

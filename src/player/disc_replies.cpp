@@ -11,8 +11,8 @@ namespace sonarith {
 
 namespace {
 
-/// Reads at most two characters of `reply`, from index `at` on. If they are a number, stores it in
-/// `target`.
+/// Reads at most two characters of `reply`, from index `at` on. If they are a number, stores the
+/// number in `target`.
 void readTwoCharacters(std::string_view reply, std::size_t at, std::int16_t& target) {
     if (at < reply.size()) {
         toInteger16(reply.substr(at, 2)).storeIn(target);

@@ -10,11 +10,9 @@
 namespace sonarith {
 
 struct DiscState {
-    /// Whether the mode that was last read or commanded is "playing". If true, a skip plays the new
-    /// track, except from the last track to the first. If false, the skip only seeks.
+    /// Whether the mode that was last read or commanded is "playing". If false, a skip only seeks.
     bool Playing = false;
-    /// Whether an audio disc has been read. Reading it enables the buttons that need a disc.
-    /// Switching the player off disables these buttons but keeps this value.
+    /// Whether an audio disc has been read. Switching the player off does not change this value.
     bool CDLoaded = false;
     std::int16_t NumTracks = 0;
     /// The length of each track as returned by the device; [0] is for track 1.

@@ -80,8 +80,8 @@ void LevelMeter::draw(const Variant& variant) {
         form_.picPeakVol.line({static_cast<double>(TraceX - variant.step), PrevTraceY},
                               {static_cast<double>(TraceX), TraceY});
     }
-    // The height at which the next line starts: TraceY; with Drawing::apart, the height at which
-    // this line started.
+    // With Drawing::apart, the height at which the next line starts does not change. Otherwise the
+    // next line starts at the height of this step.
     if (variant.drawing != Drawing::apart) {
         PrevTraceY = TraceY;
     }

@@ -5,8 +5,7 @@ namespace sonarith {
 
 namespace {
 
-/// One channel, 8000 samples a second, 8 bits for each sample: few bytes, since the samples are not
-/// used.
+/// A format with few bytes a second, since the samples are not used.
 constexpr WaveFormat MeterFormat = {.wFormatTag = 1,
                                     .nChannels = 1,
                                     .nSamplesPerSec = 8000,

@@ -58,14 +58,14 @@ TEST_F(MeterCaptureTest, ASecondStartDoesNotOpenTheDeviceAgain) {
     EXPECT_EQ(waveInput.opened, 1);
 }
 
-TEST_F(MeterCaptureTest, StopResetsAndStopsTheInputAndUnpreparesTheBuffersAndClosesTheDevice) {
+TEST_F(MeterCaptureTest, StopResetsStopsAndClosesTheInput) {
     capture.StartMeter();
     EXPECT_EQ(operationsOf([&] { capture.StopMeter(); }), stopped);
     EXPECT_FALSE(capture.running());
     EXPECT_FALSE(waveInput.isOpen);
 }
 
-TEST_F(MeterCaptureTest, StoppingRepeatedlyWithoutAStartShowsNoMessageAndAllowsAStart) {
+TEST_F(MeterCaptureTest, RepeatedStopsWithoutAStartShowNoMessage) {
     for (int i = 0; i < 2; ++i) {
         EXPECT_THAT(operationsOf([&] { capture.StopMeter(); }),
                     ElementsAre("wave reset 5", "wave stop 5", "wave unprepare 5",

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests the choice of another disc or drive while the player is on. The main window then reads the
-// new disc and opens the device "cd" itself, so the player first closes the device, and opens it
-// again afterwards. disc_poll_test.cpp tests a disc that is changed in the drive.
+// Tests the choice of another disc or drive while the player is on. The main window reads the new
+// disc through a device "cd" that it opens itself. So the player first closes its own device, and
+// opens it again afterwards. disc_poll_test.cpp tests a disc that is changed in the drive.
 #include "player/power_switch.h"
 
 #include "support/player_world.h"
@@ -46,8 +46,8 @@ TEST_F(PlayersOtherDiscTest, IsShownByTheFirstPollAfterThePlayerOpensTheDeviceAg
 
 TEST_F(PlayersOtherDiscTest, IsNotPolledWhileTheMainWindowReadsIt) {
     player.power.releaseDisc();
-    // Opens the device as the main window does. A poll would query this device, and the player
-    // cannot read the time formats that the main window sets.
+    // Opens the device as the main window does. The main window sets time formats that the player's
+    // poll cannot read.
     ASSERT_EQ(media.sendString("open cdaudio alias cd"), mciSuccess);
     EXPECT_THAT(commandsOf([&] { loop.advance(5s); }), IsEmpty());
     EXPECT_EQ(form.CD.text(), "No CD");

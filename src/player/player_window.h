@@ -21,7 +21,7 @@ class PlayerWindow {
     PlayerWindow(const PlayerWindow&) = delete;
     PlayerWindow& operator=(const PlayerWindow&) = delete;
 
-    /// Places the panel at the main window's right edge, shows the mixer's levels, then sets the
+    /// Places the panel at the main window's right edge and shows the mixer's levels. Then sets the
     /// volumes of master and disc to the maximum. Yields only while the message about a missing
     /// mixer is shown.
     void Form_Load();

@@ -23,12 +23,12 @@ class PowerSwitch {
     PowerSwitch(const PowerSwitch&) = delete;
     PowerSwitch& operator=(const PowerSwitch&) = delete;
 
-    /// Stops and saves a running capture, then switches the player on. Asks no other instance of
-    /// the program to release the disc, because only one instance runs per user. If the disc device
-    /// cannot be opened or its time format cannot be set, shows no message and unloads the panel,
-    /// which yields. Also yields while a message box is open and while a capture is saved. While
-    /// the player is being switched off, only deselects OptCD. Ends early if the player is switched
-    /// off during a yield.
+    /// Stops and saves a running capture, then switches the player on. While the player is being
+    /// switched off, only deselects OptCD. Ends early if the player is switched off during a yield.
+    /// If the disc device cannot be opened or its time format cannot be set, unloads the panel
+    /// without a message. Yields while a capture is saved, a message box is open or the panel is
+    /// unloaded. Asks no other instance of the program to release the disc, because only one
+    /// instance runs per user.
     void OptCD_Click();
     /// Switches the player off and mutes the disc's line. Yields once.
     void optNoCD_Click();
@@ -44,9 +44,9 @@ class PowerSwitch {
     /// the player was switched on or off since releaseDisc().
     void openDiscAgain();
 
-    /// Called before the disc is opened: opens the mixer, prepares the meter, stops polling, closes
+    /// Called before the disc is opened. Opens the mixer, prepares the meter, stops polling, closes
     /// the device, disables the transport buttons and clears the display. If the mixer cannot be
-    /// opened, does none of the rest.
+    /// opened, does nothing else.
     void ResetPlayer();
 
   private:

@@ -45,8 +45,7 @@ TEST_F(PowerSwitchOrderTest, TheMeterStartsAndEjectIsEnabledAfterTheTimeFormatIs
     }
 }
 
-TEST_F(PowerSwitchOrderTest,
-       SwitchingOnASecondTimeStopsThePollButNotTheMeterAndKeepsTheStatusText) {
+TEST_F(PowerSwitchOrderTest, SwitchingOnASecondTimeStopsThePollButNotTheMeter) {
     switchOn();
     EXPECT_EQ(lookAt("open cdaudio alias cd wait shareable",
                      [&] {

@@ -226,7 +226,7 @@ TEST(EverySwitchOff, WithAnyEventInAnyYieldLeavesThePlayerOffAndUsable) {
     }
 }
 
-TEST(EverySwitchOff, WithCheck3TickedInAnyYieldLeavesTheInputOpenOnlyIfMeterCaptureRuns) {
+TEST(EverySwitchOff, WithCheck3TickedInAnyYieldLeavesNoUnusedInputOpen) {
     const Event tick{"input", [](PlayerBench& bench) {
                          bench.form.Check3.setValue(1).passOver();
                      }};

@@ -24,9 +24,9 @@ class Transport {
     // Deliberate: if a command sent with CommandCheck::checked fails, SendMCI closes all devices,
     // unloads the panel and yields. The handler then continues, and its remaining commands fail.
 
-    /// Continues after a pause. Otherwise plays the track ProcessState::currentTrack, which is set
-    /// by a click in the work tree and by an extraction; if it is 0, plays the track at the disc's
-    /// position. Deliberate: if the track to play is the last one, no play command is sent.
+    /// Continues after a pause. Otherwise plays the track ProcessState::currentTrack, or the track
+    /// at the disc's position if currentTrack is 0. Deliberate: no play command is sent for the
+    /// last track.
     void play_Click();
     void pause_Click();
     /// Stops and seeks to the current track's start. Enables "Eject".
@@ -34,7 +34,8 @@ class Transport {
     /// Skips to the next track; on the last track seeks to the first track without playing it.
     void ftrack_Click();
     /// Skips to the start of the current track. In the track's first second (shown time 00:00),
-    /// skips to the previous track instead, and from the first track to the last.
+    /// skips to the previous track instead. The last track counts as the previous track of the
+    /// first.
     void btrack_Click();
     void eject_Click();
 

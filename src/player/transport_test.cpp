@@ -75,7 +75,7 @@ TEST_F(TransportTest, EachButtonSendsTheCommandsForTheCurrentState) {
         {form.ftrack, 3, 0, 30, false, {"seek cd to 1"}},
         {form.ftrack, 3, 0, 30, true, {"seek cd to 1"}},
         // Previous: skips to the current track's start. In the track's first second (shown time
-        // 00:00), skips to the previous track, and from the first track to the last.
+        // 00:00), skips to the previous track instead.
         {form.btrack, 1, 0, 0, false, {"seek cd to 3"}},
         {form.btrack, 1, 0, 0, true, {"play cd from 3"}},
         {form.btrack, 1, 0, 1, false, {"seek cd to 1"}},

@@ -257,7 +257,7 @@ TEST_F(EntryClicksTest, TheEditorHasAnMp3ControlOfItsOwn) {
     const int before = mp3.created;
     open({pathA});
     EXPECT_NE(&*editor.ActiveMP31, &*windows.Form6.ActiveMP31);
-    // An unload of the editor replaces its MP3 control with a new one. This ends playback.
+    // An unload of the editor ends playback, because it replaces the editor's MP3 control.
     editor.unload();
     EXPECT_EQ(mp3.created, before + 1);
 }

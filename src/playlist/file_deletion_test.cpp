@@ -85,7 +85,7 @@ TEST_F(FileDeletionTest, AnEmptyFileThatCannotBeDeletedIsReportedAsDeletedAndLos
     EXPECT_THAT(boxes4(), Each(""));
 }
 
-TEST_F(FileDeletionTest, AFailedDeletionOfAnEmptyFileClearsNoTextBoxIfNoEntryMatchesOrIsSelected) {
+TEST_F(FileDeletionTest, AnEmptyFileThatCannotBeDeletedKeepsItsPathIfNoEntryIsRemoved) {
     openThree();
     disk.addFile("c:\\other.mp3", "");
     disk.failWith(FakeFileSystem::Operation::removeFile, "c:\\other.mp3",

@@ -19,8 +19,7 @@ using test::noDataBox;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST_F(FileDeletionTest,
-       AnEntryClickedDuringADeletionIsReportedAndDelistedInsteadOfTheDeletedFile) {
+TEST_F(FileDeletionTest, AClickDuringADeletionDelistsTheClickedEntryInstead) {
     openThree();
     choose(0);
     loop.after(100ms, [&] { choose(2); });
@@ -85,7 +84,7 @@ TEST_F(FileDeletionTest, AfterAnyButtonInAnyYieldTheListMatchesTheStore) {
             });
             remove(pathA);
             // This deletion may have one yield fewer than yieldsOfADeletion() has counted. If the
-            // yield for the press was not reached, the button is pressed after the deletion.
+            // chosen yield does not occur, the button is pressed after the deletion.
             while (!pressed) {
                 loop.yield();
             }
@@ -124,9 +123,9 @@ TEST_F(FileDeletionTest, TheDeletedFileIsNotAddedToTheWorkTree) {
     openThree();
     choose(0);
     ASSERT_TRUE(editor.Check11.setValue(1).ok());
-    // If Check11 is ticked, a click on an entry reads the header of the entry's file and then adds
-    // the file to the work tree. The deletion selects the entry of pathB, which runs the click
-    // handler. The file no longer exists, so noDataBox is shown and nothing is added.
+    // If Check11 is ticked, a click on an entry adds the entry's file to the work tree. The
+    // deletion selects the entry of pathB, which runs the click handler. The file no longer exists,
+    // so the handler shows noDataBox and adds nothing.
     remove(pathB);
     EXPECT_THAT(boxes.shown, ElementsAre(deletionQuestion, deleted(pathB), noDataBox));
     EXPECT_THAT(lines(mainForm.List2), IsEmpty());

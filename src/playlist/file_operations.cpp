@@ -150,9 +150,9 @@ Status FileOperations::showLength() {
     return {};
 }
 
-/// Selects the first entry that, used as a pattern, matches the edited path. If another entry or
-/// none was selected before, List2's click handler runs: it makes the entry's file the edited file
-/// and tries to read that file, which may already be deleted.
+/// Selects the first entry that, used as a pattern, matches the edited path. If the selection
+/// changes, List2's click handler runs and tries to read the entry's file, which may already be
+/// deleted.
 void FileOperations::selectEntry() {
     for (int i = 0; i < form_.List2.listCount(); ++i) {
         if (matches(form_.Text5.text(), form_.List2.list(i))) {

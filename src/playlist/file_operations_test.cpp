@@ -217,9 +217,9 @@ TEST_F(FileRenameTest, ARenameEndsIfItsDialogFails) {
     EXPECT_EQ(editor.Text5.text(), pathA);
 }
 
-// At its end, a rename clicks the button "Add to PlayList". This adds the new path unless an entry,
-// used as a pattern, matches it. In a pattern, "[live]" matches only one character, so the renamed
-// entry does not match its own path, and the path is added a second time.
+// At its end, a rename clicks the button "Add to PlayList", which adds the new path unless an entry
+// matches it. Entries are wildcard patterns: "[live]" matches only one character, so the renamed
+// entry does not match its own path. The path is added a second time.
 TEST_F(FileRenameTest, ATargetWithABracketGetsASecondEntry) {
     const std::string bracketed = "c:\\music\\a [live].mp3";
     addMp3(pathA, "Title A");
@@ -230,8 +230,8 @@ TEST_F(FileRenameTest, ATargetWithABracketGetsASecondEntry) {
     EXPECT_EQ(editor.Text5.text(), "");
 }
 
-// An entry with "[live]", used as a pattern, does not match its own path. So a rename of its file
-// leaves the entry unchanged and adds an entry for the new path.
+// As a pattern, an entry with "[live]" does not match its own path. So a rename of its file leaves
+// the entry unchanged and adds an entry for the new path.
 TEST_F(FileRenameTest, AnEntryWithABracketIsNotReplaced) {
     const std::string bracketed = "c:\\music\\a [live].mp3";
     addMp3(bracketed, "Title A");

@@ -26,8 +26,8 @@ class HeaderDisplay {
     void cmdHdr1_Click();
     /// The button "Read header": analyses the edited file, stores the values for info(), yields,
     /// and shows the values. A value that the analysis cannot read keeps its content from an
-    /// earlier file. If the file is too short or cannot be read, clears Text5, the header's lines
-    /// and the tag's six fields, and shows a message with noDataText.
+    /// earlier file. For a file that is too short or cannot be read, shows a message with
+    /// noDataText. Text5, the header's lines and the tag's six fields are then empty.
     void cmdHdr2_Click();
 
     /// The values that were read last, kept as long as the program runs.

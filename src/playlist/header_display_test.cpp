@@ -88,7 +88,7 @@ TEST_F(HeaderDisplayTest, DoesNothingForAPathThatIsEmptyOrBlank) {
     }
 }
 
-TEST_F(HeaderDisplayTest, ClearsTheLinesAndTheFirstSixBoxesBeforeItShowsTheNoDataMessage) {
+TEST_F(HeaderDisplayTest, ClearsHeaderAndTagBeforeItShowsTheNoDataMessage) {
     addMp3(pathA, "Title");
     read(pathA);
     boxes.whileUp = [&](const ShownBox&) {
@@ -157,7 +157,7 @@ TEST_F(HeaderDisplayTest, AnInvalidHeaderShowsThePreviousFilesHeaderBesideTheNew
     EXPECT_EQ(editor.Text4(2).text(), "Title B");
 }
 
-TEST_F(HeaderDisplayTest, HeaderAndTagAreZeroOrEmptyIfTheFirstFileIsShorterThan256Bytes) {
+TEST_F(HeaderDisplayTest, AFirstFileUnder256BytesShowsZerosAndEmptyTexts) {
     disk.addFile(pathA, std::string(100, 'x'));
     read(pathA);
     EXPECT_EQ(line(0), "Bitrate            0");
@@ -223,7 +223,7 @@ TEST_F(HeaderDisplayTest, ReadsOnlyTheHeadAndTheTailOfTheFile) {
 
 // --- a file that changes between two steps ----------------------------------------------------
 
-TEST_F(HeaderDisplayTest, AFileRemovedAfterItsLengthIsReadShowsThePreviousFilesHeaderAndTag) {
+TEST_F(HeaderDisplayTest, AFileRemovedAfterItsLengthIsReadShowsThePreviousFilesHeader) {
     addMp3(pathA, "Title A");
     read(pathA);
     const auto header = lines(editor.List1);
@@ -259,7 +259,7 @@ TEST_F(HeaderDisplayTest, AFileThatShrinksAfterItsHeaderIsReadShowsNoTag) {
     EXPECT_THAT(boxes4(), ElementsAre("", "", "", "", "", "255", "False", "48000 bytes"));
 }
 
-TEST_F(HeaderDisplayTest, AFileRemovedWhileItsTagIsReadShowsThePreviousFilesHeaderBesideItsOwnTag) {
+TEST_F(HeaderDisplayTest, AFileRemovedWhileItsTagIsReadShowsThePreviousFilesHeader) {
     addMp3(pathA, "Title A");
     disk.addFile(pathB, Mp3Bytes(2000).header(1, 0xFFFBB000).end(tagOf("Title B")).content);
     read(pathB);

@@ -27,8 +27,7 @@ std::string readText(const SettingsStore& store, const std::string& key) {
 }
 
 /// Calls `take` with the key and the value of each entry, from 1 to the stored count. The value of
-/// a missing entry is `missing`. A stored count that is not a number, or does not fit 32 bits,
-/// counts as 0.
+/// a missing entry is `missing`. A stored count that is not a 32-bit number counts as 0.
 template <typename Take>
 void forEachEntry(const SettingsStore& store, Take take) {
     const std::int32_t count = toInteger32(readText(store, countKey)).valueOr(0);
@@ -84,8 +83,7 @@ void PlaylistEntries::Command20_Click() {
     }
     ListBox& list = form_.List2;
     for (int i = 0; i < list.listCount(); ++i) {
-        // The entry is the pattern, so an entry that contains "[" possibly does not match an equal
-        // path.
+        // The entry is the pattern, so an entry with "[" may not match an equal path.
         if (matches(path, list.list(i))) {
             return;
         }
@@ -119,9 +117,9 @@ Status PlaylistEntries::CompactPlayList() {
 Status PlaylistEntries::removeSelected() {
     const int selected = form_.List2.listIndex();
     // Deliberate: the index counts from 0 and the keys from 1, so this empties the key of the entry
-    // before the selected one. If the first entry is selected, the emptied key is "0", and without
-    // a selection "-1"; no entry has these keys. Later, moveEntriesBack() writes each remaining
-    // entry to its key.
+    // before the selected one. For the first entry, the emptied key is "0", and without a selection
+    // "-1"; no entry has these keys. moveEntriesBack() later writes the keys of all remaining
+    // entries.
     save(std::to_string(selected), "");
     return form_.List2.removeItem(selected);
 }

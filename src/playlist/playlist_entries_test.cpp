@@ -284,7 +284,7 @@ TEST_F(PlaylistEntriesTest, CompactPlayListFailsWithoutASelection) {
     EXPECT_THAT(inStore(), ElementsAre(pathA, "Empty", pathB));
 }
 
-TEST_F(PlaylistEntriesTest, CompactPlayListStoresTheCountAfterEachMoveOfARemainingEntry) {
+TEST_F(PlaylistEntriesTest, CompactPlayListStoresTheCountAfterEachMove) {
     open({pathA, pathB, pathC});
     select(0);
     EXPECT_TRUE(playlist.entries.CompactPlayList().ok());

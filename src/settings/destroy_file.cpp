@@ -18,8 +18,8 @@ void pause(EventLoop& loop) {
     constexpr double pauseSeconds = 0.2;
     constexpr double secondsOfADay = 86400.0;
     const double start = loop.secondsSinceMidnight();
-    // waitWhile() repeats the test of its condition only after an event, so a timer provides
-    // events. The pause can be too long by at most the timer's interval, a tenth of the pause.
+    // waitWhile() tests its condition again only after an event, so a timer provides events. The
+    // timer can prolong the pause by its interval, a tenth of the pause.
     const auto wakeup = loop.every(std::chrono::milliseconds(20), [] {});
     loop.waitWhile([&] {
         double passed = loop.secondsSinceMidnight() - start;

@@ -36,7 +36,7 @@ TEST(SplitPath, ReturnsTheNameAndStoresTheFolderWithItsBackslash) {
     EXPECT_EQ(process.SplitDir, "c:\\music\\");
 }
 
-TEST(SplitPath, ReturnsTheWholePathAndStoresAnEmptyFolderIfThereIsNoBackslash) {
+TEST(SplitPath, ReturnsAPathWithoutABackslashAndStoresAnEmptyFolder) {
     ProcessState process;
     process.SplitDir = "from before";
     EXPECT_EQ(SplitPath("track1.wav", process), "track1.wav");

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Converts between the logic's texts (UTF-8 bytes) and Qt's texts (QString). File names are bytes
-// that need not be UTF-8; a conversion to QString and back preserves these bytes. ui/mnemonics.h
+// Converts between the logic's texts (UTF-8 bytes) and Qt's texts (QString). File names may contain
+// bytes that are not UTF-8; a conversion to QString and back preserves these bytes. ui/mnemonics.h
 // prepares captions for display.
 #pragma once
 

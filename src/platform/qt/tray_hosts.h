@@ -16,7 +16,8 @@
 namespace sonarith {
 
 /// Never waits for a reply from the bus: statusNotifier() keeps its value until the reply arrives.
-/// Use it only on the logic thread.
+/// The "watcher" is the registry of status notifiers on the bus. Use this class only on the logic
+/// thread.
 class TrayHosts : public QObject {
   public:
     struct Sources {
@@ -49,9 +50,8 @@ class TrayHosts : public QObject {
     Signal<> replied;
     /// statusNotifier() or hangs() has changed, or polling has detected a change of embedding().
     Signal<> changed;
-    /// The watcher (the registry of status notifiers) has passed from one process directly to
-    /// another. Icons that were registered with the previous watcher are not registered with the
-    /// new watcher.
+    /// The watcher has passed from one process directly to another. Icons that were registered with
+    /// the previous watcher are not registered with the new watcher.
     Signal<> watcherReplaced;
 
   private:

@@ -18,8 +18,8 @@ inline constexpr int twipsPerPixel = 1440 / 96;
 /// Rounded to the nearest pixel. There are no ties, since twipsPerPixel is odd.
 [[nodiscard]] constexpr int toPixels(Twips twips) {
     const int raised = twips.count() + twipsPerPixel / 2;
-    // A negative `raised` (for example, of a position left of the screen) has a formula of its own,
-    // because integer division rounds towards zero.
+    // Positions left of the screen are negative. They have a formula of their own, because integer
+    // division rounds towards zero.
     return raised >= 0 ? raised / twipsPerPixel : -((-raised + twipsPerPixel - 1) / twipsPerPixel);
 }
 

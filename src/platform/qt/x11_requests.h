@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Requests to the X server for which Qt has no functions: atoms, properties and the root window. If
-// the X server replies with an error, or the connection is lost, AtomRequest::reply() and
-// propertyOf() return the values that are described for a failure.
+// Requests to the X server for which Qt has no functions: atoms, properties and the root window. A
+// request fails if the X server replies with an error or the connection is lost.
 #pragma once
 
 #include <cstdint>
@@ -42,8 +41,8 @@ class AtomRequest {
 /// no such screen.
 [[nodiscard]] xcb_window_t rootWindow(xcb_connection_t* connection);
 
-/// The first values of a property whose values have 32 bits, at most `most` of them. Empty if the
-/// request fails, the window does not have the property, or the values have another size.
+/// At most `most` values of a property, from its first value on. Empty if the request fails, the
+/// window has no such property, or its values do not have 32 bits.
 [[nodiscard]] std::vector<std::uint32_t>
 propertyOf(xcb_connection_t* connection, xcb_window_t window, xcb_atom_t name, std::uint32_t most);
 

@@ -57,9 +57,8 @@ std::size_t numberLength(std::string_view text) {
     return end;
 }
 
-/// Whether the absolute value of the number is less than 1. If the number is written as 0.d...
-/// times 10^n, with a first digit d that is not 0, it is less than 1 if and only if n <= 0.
-/// Precondition: the number is not 0.
+/// Whether the absolute value of the number is less than 1. Writes the number as 0.d... times 10^n,
+/// where the digit d is not 0, and tests whether n <= 0. Precondition: the number is not 0.
 bool isBelowOne(std::string_view number) {
     const std::size_t mantissaEnd = std::min(number.find_first_of("eE"), number.size());
     const std::string_view mantissa = number.substr(0, mantissaEnd);
@@ -87,8 +86,8 @@ bool isBelowOne(std::string_view number) {
     return power + exponent <= 0;
 }
 
-/// The value of a text that numberLength() accepts as a whole; 0 if the value is too close to 0 for
-/// a double, empty if it is too large.
+/// The value of the number; 0 if it is too close to 0 for a double, empty if it is too large.
+/// Precondition: numberLength() accepts the whole text.
 std::optional<double> valueOf(std::string_view number) {
     if (number.front() == '+') {
         number.remove_prefix(1); // from_chars does not accept a plus sign

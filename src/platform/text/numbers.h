@@ -13,14 +13,14 @@
 
 namespace sonarith {
 
-/// The number at the start of `text`, 0 if there is none: "12abc" is 12, " 1 2" is 12 (blanks, tabs
-/// and line ends are skipped everywhere). The number may have a sign, decimals and an exponent.
-/// Returns 0 for a number that is too large, or too close to 0, for a double.
+/// The number at the start of `text`: "12abc" is 12. It may have a sign, decimals and an exponent.
+/// Blanks, tabs and line ends are skipped everywhere: " 1 2" is 12. Returns 0 if there is no
+/// number, or if the number is outside the range of double.
 [[nodiscard]] double numberOf(std::string_view text);
 
-/// The number that the whole text represents, ignoring blanks, tabs and line ends around it; 0 for
-/// a number that is too close to 0 for a double. Errors: typeMismatch (the text is empty or is not
-/// a number), overflow (the number is too large for a double).
+/// The number that the whole text represents, ignoring blanks, tabs and line ends around it. A
+/// number that is too close to 0 for a double becomes 0. Errors: typeMismatch if the text is empty
+/// or not a number; overflow if the number is too large for a double.
 [[nodiscard]] Result<double> toDouble(std::string_view text);
 
 /// As toDouble(), but rounded to an integer (halves to even). Errors: typeMismatch; overflow if the
@@ -29,7 +29,7 @@ namespace sonarith {
 [[nodiscard]] Result<std::int32_t> toInteger32(std::string_view text);
 
 /// Rounds a number to an integer, halves to even. Error: overflow if the rounded number does not
-/// fit, and for infinity and NaN (the results of a division by zero).
+/// fit. Infinity and NaN never fit.
 [[nodiscard]] Result<std::int16_t> roundedToInteger16(double number);
 [[nodiscard]] Result<std::int32_t> roundedToInteger32(double number);
 

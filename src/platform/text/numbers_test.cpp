@@ -102,7 +102,7 @@ TEST(ToInteger32, OverflowsOnlyIfTheRoundedNumberDoesNotFit) {
     EXPECT_EQ(toInteger32("2147483648").error().number, ErrorNumber::overflow);
 }
 
-TEST(RoundedToInteger16, RoundsHalvesToTheEvenNumberAndOverflowsIfTheResultDoesNotFit) {
+TEST(RoundedToInteger16, RoundsHalvesToEvenAndReportsAnOverflow) {
     EXPECT_EQ(roundedToInteger16(12.5).value(), 12);
     EXPECT_EQ(roundedToInteger16(37.5).value(), 38);
     EXPECT_EQ(roundedToInteger16(-32768.5).value(), -32768);
@@ -117,7 +117,7 @@ TEST(RoundedToInteger16, OverflowsForInfinityAndNaN) {
               ErrorNumber::overflow);
 }
 
-TEST(RoundedToInteger32, RoundsHalvesToTheEvenNumberAndOverflowsIfTheResultDoesNotFit) {
+TEST(RoundedToInteger32, RoundsHalvesToEvenAndReportsAnOverflow) {
     EXPECT_EQ(roundedToInteger32(2.5).value(), 2);
     EXPECT_EQ(roundedToInteger32(1e10).error().number, ErrorNumber::overflow);
     EXPECT_EQ(roundedToInteger32(std::numeric_limits<double>::quiet_NaN()).error().number,

@@ -19,11 +19,11 @@ enum class StoreFileState {
 /// playlist's window is designed.
 inline constexpr std::size_t longestStoreFileBytes = 64 * 1024 * 1024;
 
-/// The format: UTF-8 without NUL; each line ends with a line feed and is one of these: a blank
-/// line; a comment, which starts with ';' (not with '#', which QSettings reads as the start of a
-/// key); a section in brackets; or a key, '=' and a value. The quotes of a value are balanced, and
-/// a value does not end within an escape sequence, which is a backslash and the character after it.
-/// An empty file is complete.
+/// The format is UTF-8 without NUL. Each line ends with a line feed. A line is blank, a comment, a
+/// section in brackets, or a key, '=' and a value. A comment starts with ';', not with '#', which
+/// QSettings reads as the start of a key. The quotes of a value are balanced. A value does not end
+/// within an escape sequence, which is a backslash and the character after it. An empty file is
+/// complete.
 [[nodiscard]] StoreFileState checkStoreFile(std::string_view bytes);
 
 } // namespace sonarith

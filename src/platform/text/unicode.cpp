@@ -69,8 +69,8 @@ std::vector<std::int32_t> charactersOf(std::string_view text) {
 std::string lowerCase(std::string_view text) {
     std::string lower;
     lower.reserve(text.size());
-    // The ASCII characters at the start are converted here, because this is faster: hundreds of
-    // thousands of file paths are lower-cased, and most of them are ASCII.
+    // This loop is faster for the ASCII characters at the start. Hundreds of thousands of file
+    // paths are lower-cased, and most of them are ASCII.
     std::size_t plain = 0;
     while (plain < text.size() && static_cast<unsigned char>(text[plain]) < 0x80) {
         const char c = text[plain++];

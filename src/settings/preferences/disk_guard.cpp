@@ -70,8 +70,7 @@ void DiskGuard::tmrWarning_Timer() {
     RefreshDriveSpace();
     const AppSettings& settings = process_.settings;
     // Deliberate: for a destination that is not on a fixed drive, Label4 keeps its previous text.
-    // The initial text does not begin with a number and is read as 0, so such a destination counts
-    // as full, unless Label4 was set for an earlier destination.
+    // The initial text is read as 0, so such a destination counts as full at first.
     const double freeMegabytes = numberOf(touched(windows_.FrmPrefs).Label4.caption());
     if (settings.hdStopDecoding == 1 && freeMegabytes < settings.hdStopNo) {
         process_.stopRequested = true;

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Creates the objects that handle the preferences' window, guard the disk space, and read system
-// information for the disk guard. The guard also fills a part of the window. This struct adds no
-// behaviour.
+// Creates the handler of the preferences' window, the disk guard, and the system information that
+// the guard reads. The guard also fills a part of the window. This struct adds no behaviour.
 #pragma once
 
 #include "desktop/system.h"
