@@ -1,8 +1,9 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Sets the compiler and linker options of the released program: Debian's default hardening and
-# more; debug symbols, which serve backtraces and become a package of their own; and no paths of
-# the machine that builds the program, so that two builds of one commit are identical. Only for
-# Release: the presets with sanitizers do not use these options.
+# Sets the compiler and linker options of the released program:
+# - Debian's default hardening and more;
+# - debug symbols for backtraces, which become a package of their own;
+# - no paths of the machine that builds the program, so that two builds of one commit are identical.
+# Only for Release: the presets with sanitizers do not use these options.
 
 include(CheckPIESupported)
 check_pie_supported(LANGUAGES CXX)

@@ -14,8 +14,8 @@ list(JOIN SONARITH_EXCLUDED_TESTS ":" SONARITH_EXCLUDED_TESTS)
 
 # sonarith_remembered_test(NAME INPUTS file... COMMAND argument...) Adds a test that is skipped if
 # it has already passed with the same command and the same content of the inputs. The stored results
-# are in the build folder. If the command line of ./test names a stage or some of its tests, ./test
-# first deletes the results of these tests, except those of the stage lint.
+# are in the build folder. ./test first deletes the results of the tests that its command line
+# names, except lint tests.
 function(sonarith_remembered_test name)
   cmake_parse_arguments(PARSE_ARGV 1 T "" "" "INPUTS;COMMAND")
   add_test(NAME ${name}

@@ -126,7 +126,7 @@ TEST(Decoding, DecodesOneFileThenAllFilesThenTheSelectedFiles) {
     EXPECT_TRUE(bench.decodingIdle());
 }
 
-TEST(Decoding, ReportsAnEmptyListOfSelectedFilesAndLeavesTheButtonsAndMenusEnabled) {
+TEST(Decoding, ReportsAnEmptyListOfSelectedFilesAndReturnsToIdle) {
     DecodingBench bench;
     bench.start("Selected MP3 Files");
     EXPECT_THAT(bench.boxes.texts(), ElementsAre("No files selected"));
@@ -259,7 +259,7 @@ TEST(EndDuringADecodingAction, IsPossibleByClosingTheWindowIfAFileIsMissing) {
     for (const std::string& path : bench.lines(bench.form.List2)) {
         bench.files.removeFile(path).passOver();
     }
-    // If the file is missing, no decoding starts, but the driver waits until a decoding ends. The
+    // The file is missing, so no decoding starts, but the driver waits until a decoding ends. The
     // button "Cancel" (Command2) does not end this wait. Closing the window ends the program.
     bench.loop.after(1h, [&] { bench.form.Command2.click(); });
     bench.loop.after(2h, [&] { bench.form.unload(); });

@@ -198,8 +198,8 @@ void MainWindow::Form_Unload() {
 
 void MainWindow::Command5_Click() {
     windows_.Form4.unload();
-    // This call returns only if this window is not loaded, or if an earlier unload of it is still
-    // running; the next line then ends the process. Otherwise this call ends the process.
+    // Usually this call ends the process. It returns if this window is not loaded, or is already
+    // being unloaded.
     form_.unload();
     platform_.loop.endProgram();
 }

@@ -26,10 +26,9 @@ class MainWindow {
     /// places the window, reads settings, disc and destination folder, and shows the window and the
     /// player's panel. The mouse pointer has its normal shape afterwards in both cases. Yields.
     void Form_Load();
-    /// Saves a running capture and requests every other job to end; never refuses the close. Yields
-    /// while the capture is saved. A job that the user starts in that yield runs inside it and
-    /// blocks this close until the job ends. If the user closes the window again while that job
-    /// runs, this function is called again, inside the first call, and stops the job.
+    /// Saves a running capture and requests every other job to end. Never refuses the close. Yields
+    /// while the capture is saved. A job that the user starts in that yield delays this close until
+    /// the job ends. A second close stops that job.
     void Form_QueryUnload();
     /// Ends the process.
     void Form_Unload();

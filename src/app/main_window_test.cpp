@@ -195,7 +195,7 @@ TEST(ShapeFromPicture, ShapesTheMainWindowButIsNotCalledWhenTheWindowLoads) {
 
 // --- the end -------------------------------------------------------------------------------
 
-TEST(Close, StopsJobsAndDevicesThenUnloadsThePlayerAndTheTrayIconAndEndsTheProgram) {
+TEST(Close, StopsTheDevicesAndUnloadsThePlayerAndTheTrayIcon) {
     ApplicationBench bench({1000, 1000});
     bench.application.start();
     bench.windows.Form4.load();

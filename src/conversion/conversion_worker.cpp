@@ -84,9 +84,9 @@ Status ConversionWorker::start() {
     if (!length.ok()) {
         return length.error();
     }
-    // For a file that is too short, Timer2 stays disabled, so no tick unloads Form6. If the second
-    // start (Timer1) fails in the same way, the main window shows "Decoding" until other code
-    // unloads Form6, for example the main window's Cancel (Form1.Command2).
+    // For a file that is too short, Timer2 stays disabled, so no tick unloads Form6. The main
+    // window may show "Decoding" until other code unloads Form6, for example Cancel
+    // (Form1.Command2).
     if (length.value() < leastFileLength) {
         return tooShort();
     }

@@ -51,8 +51,8 @@ class ConversionWorker {
     /// Decodes the file at currentWavFile, not at currentFile, to a WAV in the same folder and
     /// waits for the end. Only tests call this function.
     void StartDecoding();
-    /// For each selected line of List4, sets the list's index and calls StartMP3, which starts to
-    /// decode currentFile each time: the text of the line is not used. Only tests call this
+    /// Calls StartMP3 once for each selected line of List4, and sets the list's index to the line.
+    /// Each call decodes currentFile; the text of the line is not used. Only tests call this
     /// function.
     void DecodeCheckedFiles();
 

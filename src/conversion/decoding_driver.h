@@ -22,11 +22,11 @@ class DecodingDriver {
     DecodingDriver& operator=(const DecodingDriver&) = delete;
 
     /// Yields. Returns when all files are done or a stop was requested, and leaves stopRequested
-    /// set in both cases. If the list of files to convert is empty, only shows a message. If a file
-    /// no longer exists, no worker starts, and workerBusy stays true: this function waits until a
-    /// decoding that the user starts in the meantime has ended, or until the program ends.
-    /// Exception: if Form6 is still loaded for an earlier file, this function unloads Form6, which
-    /// clears workerBusy, and skips the missing file.
+    /// set in both cases. If the list of files to convert is empty, only shows a message.
+    ///
+    /// If a file no longer exists, no worker starts for it, and workerBusy stays true. The function
+    /// then waits until another decoding or the program ends. If Form6 is still loaded for an
+    /// earlier file, the function skips the missing file instead.
     void CmdDecoder_Click();
 
     /// Loads Form6 if the file `path` exists; otherwise does nothing. `path` is only checked: the

@@ -62,7 +62,7 @@ TEST_F(DriverTest, AnEmptyListOfAllFilesShowsAMessageAndStartsNothing) {
     EXPECT_TRUE(form.mnuFile.enabled());
 }
 
-TEST_F(DriverTest, DecodingAllFilesYieldsBeforeTheFirstFileAndDecodingSelectedFilesDoesNot) {
+TEST_F(DriverTest, OnlyTheDecodingOfAllFilesYieldsBeforeTheFirstFile) {
     fill(form.List2, {"c:\\mp3\\b.mp3"});
     fill(form.List4, {"c:\\mp3\\b.mp3"});
     for (const auto& [group, yields] :
@@ -78,7 +78,7 @@ TEST_F(DriverTest, DecodingAllFilesYieldsBeforeTheFirstFileAndDecodingSelectedFi
     }
 }
 
-TEST_F(DriverTest, DuringADecodingTheFileMenuIsDisabledAndTheFinderIsClosedAndCancelIsVisible) {
+TEST_F(DriverTest, TheFileMenuIsDisabledAndCancelIsVisibleDuringADecoding) {
     fill(form.List2, {"c:\\mp3\\b.mp3"});
     windows.frmsearch.load();
     bool seen = false;
@@ -200,7 +200,7 @@ TEST_F(DriverTest, ANameFoundInList4DecodesTheLineOfList2AtTheSameIndex) {
     EXPECT_THAT(lines(form.List1), IsEmpty());
 }
 
-TEST_F(DriverTest, ForANameFoundInList4AtAnIndexBeyondList2TheDriverWaitsUntilTheProgramEnds) {
+TEST_F(DriverTest, WaitsUntilTheProgramEndsIfTheIndexInList4IsBeyondList2) {
     fill(form.List4, {"c:\\mp3\\b.mp3"});
     loop.after(1h, [this] {
         EXPECT_EQ(process.currentFile, "");

@@ -101,8 +101,8 @@ TEST(StopOfADecoding, AtAnyYieldLeavesTheProgramIdleAndTheNextDecodingWorks) {
                 EXPECT_TRUE(run.process.stopRequested);
                 EXPECT_TRUE(run.form.Timer1.enabled());
                 if (reached && kind.ends) {
-                    // At most one more file is completed: if Form6 is not unloaded, the decoding
-                    // continues until the next tick, and may end before it.
+                    // If a stop does not unload Form6, the decoding continues until the next tick,
+                    // and may complete one more file.
                     EXPECT_LE(run.mp3.finished.size(), whole + 1);
                 }
                 // Every completed file is in the tree.

@@ -12,10 +12,10 @@
 namespace sonarith {
 
 /// Converts the number `NumIn` in base `BaseIn` (2 to 36, letters in either case) to base `BaseOut`
-/// (2 to 36). Returns the text "Error" if a base is not supported, if `NumIn` is not a number in
-/// base `BaseIn` or is beyond the range of double, or if rounding errors, which occur above 2^53,
-/// produce a digit without a character. A `BaseOut` of 1 is accepted, too, but then the function
-/// never returns for a number above 0.
+/// (2 to 36). Returns the text "Error" if a base is not supported, or if `NumIn` is not a number in
+/// base `BaseIn` or is beyond the range of double. Above 2^53, rounding errors may also cause
+/// "Error". A `BaseOut` of 1 is accepted, too, but then the function never returns for a number
+/// above 0.
 [[nodiscard]] std::string ConvertBase(std::string_view NumIn, std::int16_t BaseIn,
                                       std::int16_t BaseOut);
 

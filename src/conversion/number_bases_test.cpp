@@ -27,7 +27,7 @@ TEST(ConvertBase, AcceptsLettersOfEitherCase) {
     EXPECT_EQ(ConvertBase("z", 36, 10), "35");
 }
 
-TEST(ConvertBase, NumbersUpTo255AreTheSameAfterARoundTripThroughEachBase) {
+TEST(ConvertBase, ConvertsNumbersUpTo255ToEachBaseAndBack) {
     for (std::int16_t base = 2; base <= 36; ++base) {
         for (int byte = 0; byte < 256; ++byte) {
             const std::string digits = ConvertBase(std::to_string(byte), 10, base);

@@ -28,9 +28,8 @@ class WavHeadReader {
 
     /// Returns whether the file begins with "RIFF". Length, channels and bits are stored for every
     /// file, the other fields only for a file that begins with "RIFF". A field that cannot be read
-    /// keeps its value, with one exception: only the low byte of the sample rate is read, and a
-    /// missing byte counts as 0, the low byte of 32000 (0x7D00). So the rate is then 32000 Hz. If
-    /// the file does not exist, an empty file is created.
+    /// keeps its value, except the sample rate. Only the rate's low byte is read; if this byte is
+    /// missing, the rate becomes 32000 Hz. If the file does not exist, an empty file is created.
     bool wHeadInfo(const std::string& path);
 
     [[nodiscard]] const WavHead& head() const { return head_; }

@@ -51,7 +51,7 @@ TEST_F(WavHeadTest, ReadsTheFieldsOfAMonoFile) {
     EXPECT_EQ(head().wavDuration, "00:30");
 }
 
-TEST_F(WavHeadTest, ReadsTheRiffMarkThenTheChannelsThenTheBitsThenTheRate) {
+TEST_F(WavHeadTest, ReadsMarkChannelsBitsAndRateInThisOrder) {
     read(wav(100, 1, 16, 44100));
     EXPECT_THAT(disk.log, ElementsAre("openBinary c:\\a.wav readWrite", "readBinary c:\\a.wav 0 4",
                                       "readBinary c:\\a.wav 22 2", "readBinary c:\\a.wav 34 2",
@@ -93,7 +93,7 @@ TEST_F(WavHeadTest, ReportsAKnownRateForOtherRatesWithTheSameLowByte) {
     EXPECT_EQ(head().wavSampleRate, "44100");
 }
 
-TEST_F(WavHeadTest, AFileWithoutTheRiffMarkChangesOnlyTheLengthTheChannelsAndTheBits) {
+TEST_F(WavHeadTest, WithoutTheRiffMarkOnlyLengthChannelsAndBitsChange) {
     EXPECT_TRUE(read(wav(705'600, 2, 16, 44100)));
     const WavHead before = head();
     for (const char* mark : {"RIFX", "riff", "RF64", "\0\0\0\0"}) {
@@ -180,7 +180,7 @@ TEST_F(WavHeadTest, ABitRateBeyond32BitsIsNotStored) {
     EXPECT_EQ(head().wavDuration, "00:-01");
 }
 
-TEST_F(WavHeadTest, InAShortFileMissingFieldsKeepThePreviousValuesButAMissingRateBecomes32000) {
+TEST_F(WavHeadTest, KeepsThePreviousValuesOfMissingFieldsExceptTheRate) {
     EXPECT_TRUE(read(wav(8000 + 1000, 2, 16, 8000)));
     for (const std::size_t length : {0U, 1U, 3U}) {
         EXPECT_FALSE(read(wav(100, 1, 8, 44100).substr(0, length)));

@@ -101,8 +101,8 @@ void ControlPanel::Exit_Click() {
 void ControlPanel::mnuEnd_Click() {
     windows_.Form6.unload();
     windows_.Form4.unload();
-    // This call ends the process. Exception: it returns if Form1 is not loaded, or if an earlier
-    // unload of Form1 is still running.
+    // Usually this call ends the process. It returns if Form1 is not loaded, or is already being
+    // unloaded.
     windows_.Form1.unload();
     form_.unload();
     platform_.loop.endProgram();

@@ -207,7 +207,7 @@ TEST_F(ControlPanelTest, StopConversionShowsTheMainWindowThenClicksCancelAndThen
     EXPECT_FALSE(popup.loaded());
 }
 
-TEST_F(ControlPanelTest, StopConversionClicksCancelEvenIfTheCancelButtonIsDisabled) {
+TEST_F(ControlPanelTest, StopConversionClicksEvenADisabledCancelButton) {
     goToTray();
     form.Command2.setEnabled(false);
     form.Command2.onClick = [this] {

@@ -209,8 +209,8 @@ std::string System::fromBuffer(const std::optional<std::string>& text) {
     if (!text) {
         return {};
     }
-    // Removes the trailing blanks first, and then the NUL and all that follows it. Blanks directly
-    // before the NUL are part of the text; in the other order they would be removed, too.
+    // Removes the trailing blanks first, and then the NUL and all that follows it. In this order,
+    // blanks directly before the NUL are kept: they are part of the text.
     const std::size_t last = text->find_last_not_of(' ');
     const std::string stripped =
         StripNul(text->substr(0, last == std::string::npos ? 0 : last + 1));

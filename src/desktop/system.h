@@ -65,9 +65,8 @@ class System {
     /// For a processor type without a name, the previous text of `type` is kept.
     void SystemInfo(Processors& processors) const;
 
-    // TempDir(), SystemDir() and WinDir() return folders with a trailing backslash. These three and
-    // the two functions after them return an empty text on failure. They also do so if the
-    // machine's text does not fit into a buffer of 50 characters including the NUL.
+    // These five functions return an empty text on failure. A text of more than 49 characters from
+    // the machine counts as a failure. The first three return folders with a trailing backslash.
     [[nodiscard]] std::string TempDir() const;
     [[nodiscard]] std::string SystemDir() const;
     [[nodiscard]] std::string WinDir() const;

@@ -47,10 +47,8 @@ struct CaptureState {
     TrackLengths trackLengthMs;
     /// Start of the current track on the disc.
     std::int32_t trackStartMs = 0;
-    /// End of the current track. 0 means that no capture is running: no track is located yet, the
-    /// capture was stopped or cancelled, or it could not be started. When a capture reaches the end
-    /// of its track, the value remains. So a value other than 0 does not mean that a capture is
-    /// running.
+    /// End of the current track. 0 means that no capture is running. Another value does not mean
+    /// that a capture is running: the value remains when a capture reaches the end of its track.
     std::int32_t trackEndMs = 0;
 };
 

@@ -79,7 +79,7 @@ TEST(StopEverything, KeepsTheLastPercentageVisibleForFiveSeconds) {
     EXPECT_FALSE(bench.form.Timer1.enabled());
 }
 
-TEST(StopEverything, SendsTheEndCommandsTwiceAndAddsWavAndMp3OfTheSameNameIfClickedDuringATick) {
+TEST(StopEverything, SendsTheEndCommandsTwiceIfClickedDuringATick) {
     QueueBench bench(3);
     bench.files.addFile("c:\\wavfiles\\12053477-1.mp3", std::string(200, 'm'));
     // Yields 1 and 2 occur while the capture starts, yield 3 while cmdStart waits for the end of
@@ -116,8 +116,8 @@ TEST(StopEverything, StopsTheQueueBetweenTwoTracks) {
         EXPECT_THAT(std::vector(bench.media.log.end() - 10, bench.media.log.end()),
                     joined(endCommands(savedAs(1)), endCommands(savedAs(1))));
         EXPECT_EQ(bench.disc.saved.size(), 1U);
-        // The monitor's timer was not running, so Command8 did not make the last line of lstRecord
-        // the current line. The current line is unchanged, and endByStop() marks it.
+        // The monitor's timer was not running, so Command8 left the current line of lstRecord
+        // unchanged. endByStop() marks this line.
         EXPECT_EQ(bench.form.lstRecord.listIndex(), 0);
         EXPECT_TRUE(bench.form.lstRecord.selected(0));
         EXPECT_TRUE(bench.treeHolds(savedAs(1)));
@@ -260,7 +260,7 @@ TEST(DeviceFailure, EndsTheQueueAndLeavesTheButtonsAndMenusOfTheWindowDisabled) 
     EXPECT_FALSE(bench.form.Timer1.enabled());
 }
 
-TEST(StopPlaying, LosesARunningCaptureAndLetsItsTimerRunUntilCommand8IsClicked) {
+TEST(StopPlaying, LosesARunningCaptureAndLeavesItsTimerRunning) {
     QueueBench bench(2);
     bench.loop.after(550ms, [&] { bench.form.Command12.click(); });
     bench.loop.after(10min, [&] {
@@ -275,7 +275,7 @@ TEST(StopPlaying, LosesARunningCaptureAndLetsItsTimerRunUntilCommand8IsClicked) 
     EXPECT_TRUE(bench.commandsOpen());
 }
 
-TEST(EndOfAQueue, ResetsTheDisplaysAndLeavesTheCommandsDisabledIfThereIsNoCaptureAndNoStopRequest) {
+TEST(EndOfAQueue, ResetsTheDisplaysButNotTheCommandsIfNoStopIsRequested) {
     QueueBench bench(1 + 1);
     bench.form.Disablem();
     bench.form.lstRecord.setListIndex(1).passOver();

@@ -17,13 +17,12 @@ class DiscInspection {
     DiscInspection(const Platform& platform, Form1& form, CaptureState& capture)
         : platform_(platform), form_(form), capture_(capture) {}
 
-    /// Fills lblCDID, lblNumTracks, lstTracks and trackLengthMs (milliseconds) and clears
-    /// lstRecord. If the disc cannot be opened, clears the labels and lists and shows no message.
-    /// If the reported number of tracks is less than two, fills only the labels, clears the lists,
-    /// and leaves the disc open. Then shows one message for the number 0, another message for 1,
-    /// and no message for any other number (an invalid reply may be negative or a fraction).
-    /// trackLengthMs is unchanged if the disc cannot be opened or has fewer than two tracks. Yields
-    /// once; twice for fewer than two tracks; not at all if the disc cannot be opened.
+    /// Clears lblCDID, lblNumTracks, lstTracks and lstRecord, and reads the disc.
+    /// - With two or more tracks, fills lblCDID, lblNumTracks, lstTracks and trackLengthMs
+    ///   (milliseconds). Yields once.
+    /// - With fewer than two tracks, fills only the labels and leaves the disc open. Shows a
+    ///   message if the reported number is 0 or 1. Yields twice.
+    /// - If the disc cannot be opened, fills nothing and shows no message. Does not yield.
     void InspectCD();
 
   private:

@@ -168,8 +168,8 @@ TEST(InspectCD, ReadsTheTrackCountFromItsLabelAfterTheYield) {
 }
 
 TEST(InspectCD, CanRunWithinItsOwnYield) {
-    // The user chooses "Refresh List" while a refresh yields: the inner refresh closes the disc, so
-    // the outer refresh's queries of the lengths fail. The next refresh reads all lengths.
+    // The inner inspection closes the disc, so the outer inspection cannot read the lengths. The
+    // next inspection reads all lengths.
     ExtractionBench bench({1000, 2000});
     bench.loop.atYield(1, [&] { bench.inspection.InspectCD(); });
     bench.inspection.InspectCD();

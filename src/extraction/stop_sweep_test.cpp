@@ -181,11 +181,9 @@ TEST(EveryStop, InsideEveryMessageBoxEndsTheCapture) {
                     bench.form.cmdStart.click();
                     EXPECT_EQ(boxes, 1);
                     EXPECT_TRUE(bench.idle());
-                    // startDevices() ends by disabling the window's commands, unless the recorder
-                    // could not be opened or its format could not be set. So the commands are
-                    // disabled here after a failed disc command. In the program, ActionStarter
-                    // enables them again at the end of the action. This bench has no ActionStarter,
-                    // so the test itself calls Enablem().
+                    // After a failed disc command, startDevices() disables the window's commands;
+                    // after a recorder failure, it does not. In the program, ActionStarter enables
+                    // the commands again. This bench has no ActionStarter, so the test does it.
                     const bool discFailed = std::string(failing).find("cd") != std::string::npos;
                     EXPECT_EQ(bench.commandsOpen(), !discFailed);
                     bench.form.Enablem();

@@ -27,17 +27,17 @@ class TrackCapture {
     /// Captures the track that is selected in the tree or, if the group "Available Tracks" or
     /// "Selected Tracks" is selected, all tracks of that group. If another node or none is
     /// selected, captures the track ProcessState::currentTrack. A single track is not added to the
-    /// queue (lstRecord), which keeps its lines and its current line. After the single track, the
-    /// lines that follow the current line (without a current line: all lines) are captured, too,
-    /// unless the queue has only one line. Yields, and returns when all these captures have ended.
+    /// queue (lstRecord), which keeps its lines and its current line. If the queue has several
+    /// lines, the lines after its current line (without a current line: all lines) are captured
+    /// after the single track. Yields, and returns when all these captures have ended.
     void cmdStart_Click();
-    /// Whether an extraction is running, of a queue or of a single track. Stays true between two
-    /// tracks of a queue, although the commands "close capture" and "close cd" have then been sent.
+    /// Whether an extraction is running, of a queue or of a single track. Also true between two
+    /// tracks of a queue, while the recorder and the disc are closed.
     [[nodiscard]] bool running() const { return running_ > 0; }
 
-    /// Starts the capture of one track. On return the capture is running, or a device has failed
-    /// and a message was shown, or no command was sent because the track does not exist, ends
-    /// before 1 ms or ends beyond 32 bits. Yields once, and while a message is shown.
+    /// Starts the capture of one track. Shows a message if a device fails. Sends no command if the
+    /// track does not exist or its end is not in 1 ms to 2^31 - 1 ms. Yields once, and while a
+    /// message is shown.
     void StartTrackRecording2(std::int32_t TrackNum);
 
     /// A variant of StartTrackRecording2. The track is the ItemData of the current line of

@@ -174,8 +174,7 @@ TEST_F(FoundFilesTest, IfTheSelectionChangesDuringTheQuestionTheNewlySelectedFil
 }
 
 /// Chooses a menu entry for the only result, and closes the window in the n-th yield. Returns
-/// whether there was such a yield. Expects that the file exists afterwards if `keepsFile` is true,
-/// and that it is deleted if `keepsFile` is false.
+/// whether there was such a yield. `keepsFile`: whether the file must exist afterwards.
 bool closesInYield(int n, MenuItem FrmSearch::*entry, bool keepsFile) {
     test::FinderWorld world;
     const std::string path = "c:\\m\\a.mp3";

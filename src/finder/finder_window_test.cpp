@@ -53,7 +53,7 @@ TEST_F(FinderWindowTest, TheSearchButtonIsDisabledWhileItsCaptionChangesToStop) 
                                     "Search !"));
 }
 
-TEST_F(FinderWindowTest, ASearchHidesTwoListsUntilItsEndIfTheHideListsBoxIsTicked) {
+TEST_F(FinderWindowTest, ASearchHidesTwoListsIfTheHideListsBoxIsTicked) {
     disk.addFolder("c:\\m");
     finder.chkhidelist.setValue(1).passOver();
     bool seen = false;
@@ -78,7 +78,7 @@ TEST_F(FinderWindowTest, AClickOnTheSearchButtonDoesNothingIfItsCaptionIsUnknown
     EXPECT_THAT(lines(finder.lstfiles), ElementsAre("kept"));
 }
 
-TEST_F(FinderWindowTest, TheSearchButtonSearchesAndKeepsTheFoundFoldersIfItsCaptionIsContinue) {
+TEST_F(FinderWindowTest, ASearchKeepsTheFoundFoldersIfTheButtonsCaptionIsContinue) {
     disk.addFolder("c:\\m");
     EXPECT_TRUE(finder.Dir1.setPath("c:\\m").ok());
     finder.List1.addItem("kept");

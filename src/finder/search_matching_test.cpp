@@ -78,7 +78,7 @@ TEST_F(SearchMatchingTest, TakesWildcardsAndOtherCharactersOfATypeLiterally) {
     EXPECT_THAT(found(), ElementsAre("c:\\music\\a.a*b["));
 }
 
-TEST_F(SearchMatchingTest, AnEmptyTypeBecomesALoneDotAndFindsANameWhoseOnlyDotIsAtItsEnd) {
+TEST_F(SearchMatchingTest, AnEmptyTypeFindsANameWhoseOnlyDotIsAtItsEnd) {
     disk.addFile("c:\\music\\a.wav");
     disk.addFile("c:\\music\\b.");
     search("c:\\music", "");

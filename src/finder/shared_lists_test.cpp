@@ -69,7 +69,7 @@ TEST_F(SharedListsTest, AScanReplacesTheUsersResultInTheOpenWindow) {
     expectIdle();
 }
 
-TEST_F(SharedListsTest, HidingTheListsDuringASearchDoesNotChangeTheResultOfAScan) {
+TEST_F(SharedListsTest, TheOptionToHideTheListsDoesNotAffectTheScan) {
     windows.frmsearch.show();
     EXPECT_TRUE(finder.chkhidelist.setValue(1).ok());
     tree.showfiles();
@@ -92,7 +92,7 @@ TEST_F(SharedListsTest, OpeningTheWindowAtAnyYieldDoesNotAffectTheScan) {
     }
 }
 
-TEST_F(SharedListsTest, ClosingTheWindowDuringAScanLosesTheResultsOfItsCurrentAndLaterSearches) {
+TEST_F(SharedListsTest, ClosingTheWindowDuringAScanLosesTheRestOfItsResults) {
     tree.showfiles();
     const int yields = loop.yieldCount();
     for (int n = 1; n <= yields; ++n) {

@@ -27,9 +27,10 @@ Result<Mp3Info> GetMp3Info(FileSystem& files, const std::string& path, TagReadin
 /// frame, returns the digits of a zero byte and the file's first three bytes. With
 /// HeaderReading::no, returns an empty text. With TagReading::yes, stores the tag's fields.
 ///
-/// Errors: those of FileSystem::openBinary(), of BinaryFile::length() and of reading the file's
-/// head; invalidProcedureCall for a file below 256 bytes (nothing is stored); overflow for a frame
-/// count above 32767 (IsVbr is stored).
+/// Errors:
+/// - those of opening the file, querying its length and reading its head;
+/// - invalidProcedureCall for a file below 256 bytes (nothing is stored);
+/// - overflow for a frame count above 32767 (IsVbr is stored).
 Result<std::string> ReadMp3Bits(FileSystem& files, const std::string& path, TagReading readTag,
                                 HeaderReading readHeader, Mp3Info& info);
 

@@ -30,8 +30,7 @@ class Mp3AnalysisTest : public testing::Test {
         disk.addFile(path, content);
         return ReadMp3Bits(disk, path, TagReading::yes, HeaderReading::yes, info).valueOr("failed");
     }
-    /// Analyses an MP3 file that has a header, the additional header of a variable bit rate, and a
-    /// tag. So before the next analysis, `info` contains the values of a previous file.
+    /// Fills `info` with the values of a previous file.
     void fillRecord() {
         ASSERT_TRUE(analyse(test::Mp3Bytes(4'000'000)
                                 .header(1, 0xFFFAB3C9)

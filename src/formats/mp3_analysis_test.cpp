@@ -158,7 +158,7 @@ TEST_F(Mp3AnalysisTest, ReadsOnlyTheHeadAndTheTailOfALongFile) {
 
 // --- failures --------------------------------------------------------------------------------
 
-TEST_F(Mp3AnalysisTest, FailsAndStoresNothingIfTheFileCannotBeOpenedOrItsLengthOrHeadCannotBeRead) {
+TEST_F(Mp3AnalysisTest, StoresNothingIfOpeningTheFileOrReadingItsHeadFails) {
     EXPECT_EQ(
         GetMp3Info(disk, "c:\\none.mp3", TagReading::yes, HeaderReading::yes, info).error().number,
         ErrorNumber::fileNotFound);
@@ -173,7 +173,7 @@ TEST_F(Mp3AnalysisTest, FailsAndStoresNothingIfTheFileCannotBeOpenedOrItsLengthO
     }
 }
 
-TEST_F(Mp3AnalysisTest, KeepsThePreviousFilesBitRateButStoresTheNewTagIfFileLengthFails) {
+TEST_F(Mp3AnalysisTest, KeepsThePreviousBitRateAndStoresTheTagIfFileLengthFails) {
     fillRecord();
     disk.failWith(FakeFileSystem::Operation::fileLength, path, ErrorNumber::fileNotFound);
     const Status status = analyse(Mp3Bytes(4000).header(1, commonHeader).end(tagOf("new")));
@@ -182,7 +182,7 @@ TEST_F(Mp3AnalysisTest, KeepsThePreviousFilesBitRateButStoresTheNewTagIfFileLeng
     EXPECT_EQ(info.Bitrate, 204);
 }
 
-TEST_F(Mp3AnalysisTest, KeepsThePreviousFilesBitRateButStoresTheNewTagIfTheNewBitRateIs0) {
+TEST_F(Mp3AnalysisTest, KeepsThePreviousBitRateAndStoresTheTagIfTheBitRateIs0) {
     fillRecord();
     const Status status = analyse(Mp3Bytes(4000).header(1, 0xFFFB0000).end(tagOf("new")));
     EXPECT_EQ(status.error().number, ErrorNumber::divisionByZero);
@@ -250,7 +250,7 @@ TEST_F(Mp3AnalysisTest, AFileWhoseTailCannotBeReadHasAHeaderAndNoTag) {
     EXPECT_EQ(info.Genre, 255);
 }
 
-TEST_F(Mp3AnalysisTest, KeepsThePreviousFilesGenreIfTheTagLosesItsEndDuringTheAnalysis) {
+TEST_F(Mp3AnalysisTest, KeepsThePreviousGenreIfTheFileLosesItsLastByte) {
     fillRecord();
     const std::string whole = Mp3Bytes(4000).header(1, commonHeader).end(tagOf("new")).content;
     disk.meanwhile = [&](const std::string& entry) {

@@ -49,7 +49,7 @@ TEST_F(Mp3AnalysisTest, AcceptsTheXingMarkOnlyInOneSpellingAndAtOneOffset) {
     EXPECT_EQ(info.Bitrate, 64);
 }
 
-TEST_F(Mp3AnalysisTest, KeepsThePreviousFilesFrameCountIfTheBitRateIsConstant) {
+TEST_F(Mp3AnalysisTest, KeepsThePreviousFrameCountIfTheBitRateIsConstant) {
     fillRecord();
     EXPECT_TRUE(analyse(Mp3Bytes(4000).header(1, commonHeader)).ok());
     EXPECT_FALSE(info.IsVbr);
@@ -57,7 +57,7 @@ TEST_F(Mp3AnalysisTest, KeepsThePreviousFilesFrameCountIfTheBitRateIsConstant) {
     EXPECT_EQ(info.Bitrate, 128);
 }
 
-TEST_F(Mp3AnalysisTest, AFrameCountAbove32767EndsTheAnalysisBeforeHeaderAndTagAreStored) {
+TEST_F(Mp3AnalysisTest, StoresNoHeaderAndNoTagIfTheFrameCountIsAbove32767) {
     for (const std::uint32_t count : {32768U, 65536U, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU}) {
         fillRecord();
         const Status status = analyse(

@@ -15,8 +15,8 @@ namespace sonarith {
 /// Four bytes in elements 1 to 4; element 0 is not used.
 using FourBytes = std::array<std::uint8_t, 5>;
 
-/// The digits of elements 1 to 4, highest bit first, without leading zeros: 32 digits only if the
-/// first byte is above 127, an empty text if all four bytes are 0. Sets these elements to 0.
+/// The digits of elements 1 to 4, highest bit first, without leading zeros; an empty text if all
+/// four bytes are 0. Sets these elements to 0.
 [[nodiscard]] std::string BytesToBits(FourBytes& bytes);
 
 /// The value of the digits; any character but "1" counts as zero. Error: overflow if the value

@@ -13,10 +13,10 @@ namespace sonarith {
 
 /// Stores the header's fields in `info`, all or none. `digits` is the result of BytesToBits() for
 /// the four header bytes. BytesToBits() omits leading zeros: with fewer than 32 digits, the fields
-/// are read at wrong positions. A field that is cut off has the value of its remaining digits, or 0
-/// if there are none. `fileLength` is the length of the whole file in bytes, including tags. The
-/// duration is computed from `fileLength`. If `info.IsVbr` is true, the bit rate is computed from
-/// `fileLength` and `info.Frames`.
+/// are read at wrong positions, and the last fields lose digits; a field without digits is 0.
+/// `fileLength` is the length of the whole file in bytes, including tags. The duration is computed
+/// from `fileLength`. If `info.IsVbr` is true, the bit rate is computed from `fileLength` and
+/// `info.Frames`.
 ///
 /// For MPEG 2, 2.5 and reserved versions, and for the reserved layer with a constant bit rate, the
 /// function stores nothing and reports no error. Errors: subscriptOutOfRange (a reserved sampling
