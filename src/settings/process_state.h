@@ -25,11 +25,11 @@ struct ProcessState {
     std::string currentFile;
     /// The WAV file that a decoding writes.
     std::string currentWavFile;
-    /// The number of the track whose capture began last, or of a track clicked in the tree since
-    /// then; 0 at first. The "play" buttons of the player and of the CD bar play from this track.
+    /// The number of the track that was last captured or clicked in the tree; 0 at first. The
+    /// "play" buttons of the player and of the CD bar play from this track.
     std::int32_t currentTrack = 0;
-    /// The counter of DecodingDriver's loops. The player also stores the status of its commands
-    /// with CommandCheck::unchecked here, and so may change the counter while a loop yields.
+    /// The counter of DecodingDriver's loops. The player also stores the status of each unchecked
+    /// command (CommandCheck::unchecked) here, even while a loop yields.
     std::int32_t fileIndex = 0;
     /// Whether the player's window is loaded.
     bool PlayerOpen = false;

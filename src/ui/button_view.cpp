@@ -8,8 +8,8 @@
 namespace sonarith {
 namespace {
 
-/// The default side of a picture, in device-independent pixels. The tool bar's five buttons with
-/// this side and the area of the clip fit beside each other into the main window's designed width.
+/// The default side of a picture, in device-independent pixels. With this side, the tool bar fits
+/// into the designed width of the main window.
 constexpr int iconSide = 22;
 
 } // namespace

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Shows a CommandButton as a picture with a tool tip or as a text. A click by mouse or key clicks
-// the control. A double click counts as one click: a user who double-clicks intends one action, and
-// the second click may arrive while the handler of the first click runs.
+// the control. A double click counts as one click, because a user who double-clicks intends one
+// action.
 #pragma once
 
 #include <QPushButton>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows in a widget the properties that all controls have: name, visibility, enabled state, tool
-// tip and, with Placement::byControl, position and size. Sets the accessible name of the widget.
-// The view class of each kind of control shows the other properties.
+// Shows in a widget the properties that all controls have: name, visibility, enabled state and tool
+// tip. With Placement::byControl, also shows position and size. Sets the accessible name of the
+// widget. The view class of each kind of control shows the other properties.
 #pragma once
 
 #include <functional>
@@ -26,11 +26,10 @@ template <typename... Properties>
 /// or the control (`byControl`).
 enum class Placement { elsewhere, byControl };
 
-/// Which changes are shown at a limited pace: no changes (`atOnce`), those of the caption
-/// (`captions`: at most ten times a second), or those of the position (`positions`: at most 20
-/// times a second). All other changes are shown at once. For example, with `captions`, a caption
-/// that changes a thousand times a second is laid out, painted and sent to screen readers only ten
-/// times a second.
+/// Which changes are shown at a limited pace. `atOnce`: none. `captions`: changes of the caption,
+/// at most ten times a second. `positions`: changes of the position, at most 20 times a second. All
+/// other changes are shown at once. The limit saves time, because each caption that is shown is
+/// laid out, painted and sent to screen readers.
 enum class Pace { atOnce, captions, positions };
 
 /// Updates a widget when its control changes. This object must be destroyed before the widget.

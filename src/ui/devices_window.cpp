@@ -217,9 +217,9 @@ void DevicesWindow::showReport() {
     }
 }
 
-/// If the user chooses the current drive again, the drive is read again, with two exceptions: while
-/// calls_.refreshList() runs, and within the double-click interval after the last choice was
-/// handled. So a double click, or a click and Return in quick succession, reads the drive once.
+/// A drive that is chosen again is read again, but not during a refresh or within the double-click
+/// interval after the last choice. So a double click, or a click and Return in quick succession,
+/// reads the drive once.
 void DevicesWindow::choose(const QListWidgetItem& item) {
     const std::string name = nameIn(item.data(nameRole));
     const bool chosenJustNow =

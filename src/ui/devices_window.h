@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The Devices window. It shows the chosen drive or disc image, sound output and recording source,
-// lets the user choose others, and shows problems with the disc and all notices. It accesses
-// devices only through DeviceChoice.
+// and lets the user choose others. It also shows problems with the disc and all notices. It
+// accesses devices only through DeviceChoice.
 #pragma once
 
 #include <functional>

@@ -71,9 +71,8 @@ void FolderListView::enter(const QModelIndex& index) {
     }
     const std::string path = model_.rows().rows[static_cast<std::size_t>(index.row())].path;
     const bool wasThere = path == folders_.path();
-    // A folder that was removed or cannot be reached is not entered, and entering the current
-    // folder changes nothing. In both cases the path stays the same, so the handler that calls
-    // read() after a change of the path does not run.
+    // A change of the path calls read(). The path stays the same for the current folder and for a
+    // folder that cannot be entered.
     if (!folders_.setPath(path).ok() || wasThere) {
         read();
     }

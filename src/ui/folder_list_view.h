@@ -2,7 +2,7 @@
 // Shows a DirListBox as a list of the folders from the drive to the current folder, followed by the
 // subfolders of the current folder. A double click or the enter key makes a folder the current one;
 // a click or a cursor key only selects a row. Folders are read when the list is shown, when the
-// current folder changes, after each double click or enter key on a folder, and at F5.
+// current folder changes, and when the user enters a folder or presses F5.
 #pragma once
 
 #include <QAbstractListModel>

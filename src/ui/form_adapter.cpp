@@ -142,8 +142,7 @@ void FormAdapter::followSize() {
     agreedHeight_ = form_.height();
 }
 
-/// While the window has no frame yet, returns expectedFrame_. It is 0 by 0 if designSize() was not
-/// called, or if the window manager announced no size.
+/// Returns expectedFrame_ while the window has no frame yet.
 QSize FormAdapter::frameSize() const {
     const QSize added = window_.frameGeometry().size() - window_.size();
     return added.isNull() ? expectedFrame_ : added;
@@ -160,8 +159,8 @@ void FormAdapter::takeFrame() {
         frameIsPending_ = false;
         window_.resize(window_.size() - frame);
     }
-    // The form's size may differ from the window's size, because the contents need more space, or
-    // because the actual frame differs in size from expectedFrame_.
+    // The form's size may differ from the window's size: the contents may need more space, and the
+    // frame may differ from expectedFrame_.
     followSize();
 }
 

@@ -54,8 +54,8 @@ class FormAdapter : public QObject {
     /// The last size, including the window's frame, that was the same in the window and the form.
     Twips agreedWidth_;
     Twips agreedHeight_;
-    /// The form is being set to the window's position or size. Until the form has both coordinates
-    /// or both dimensions, its changes must not move or resize the window.
+    /// The form is being set to the window's position or size, so its changes must not move or
+    /// resize the window.
     bool following_ = false;
     /// The size of the window's frame, as the window manager announced it before it added the
     /// frame; 0 by 0 if no size was announced.

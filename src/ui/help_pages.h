@@ -18,8 +18,8 @@ struct HelpPage {
 /// All pages, in the order of the table of contents.
 [[nodiscard]] const std::vector<HelpPage>& helpPages();
 
-/// The file of the page about a window; the file of the first page if no page is about this window.
-/// `window` is the name of the window's form or dialog.
+/// The file of the page about a window. Without such a page, the file of the first page. `window`
+/// is the name of the window's form or dialog.
 [[nodiscard]] QString helpPageOf(const std::string& window);
 
 /// The folder of the pages: the folder that is installed with the program, or, if that is missing,

@@ -215,7 +215,7 @@ TEST_F(HelpWindowTest, F3FindsTheNextMatch) {
                 child<QTextBrowser>("text").textCursor().position() > first);
 }
 
-TEST_F(HelpWindowTest, EachPartHasAnAccessibleNameAndTheFontSizeOfTheTextIsAtLeast11Points) {
+TEST_F(HelpWindowTest, EachPartHasAnAccessibleNameAndTheFontHasAtLeast11Points) {
     for (const char* name : {"contents", "text", "search", "back", "forward"}) {
         EXPECT_FALSE(child<QWidget>(name).accessibleName().isEmpty()) << name;
     }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Returns the program's pictures as icons. The pictures are drawn on demand and not read from
-// files, so they are sharp at every scale. Their colours are the text colour of the desktop's
-// palette and some fixed colours that are visible on light and on dark backgrounds.
+// files, so they are sharp at every scale. They have the text colour of the desktop's palette and
+// some fixed colours. The fixed colours are visible on light and on dark backgrounds.
 #pragma once
 
 #include <QIcon>

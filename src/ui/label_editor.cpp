@@ -51,8 +51,8 @@ void LabelEditor::keyPressEvent(QKeyEvent* event) {
         break;
     default:
         QLineEdit::keyPressEvent(event);
-        // Keys that the editor does not use (such as up and down) must have no effect during an
-        // edit, so they are not passed to the parent widget.
+        // A key that the editor does not use (such as up or down) must have no effect. So the key
+        // is not passed to the parent widget.
         event->accept();
     }
 }

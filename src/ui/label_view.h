@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows the text of a Label. Except with Cut::never, shortens a text that does not fit.
+// Shows the text of a Label. Shortens a text that does not fit, except with Cut::never.
 #pragma once
 
 #include <QLabel>

@@ -7,11 +7,9 @@ namespace sonarith {
 
 namespace {
 
-/// The time from the end of an interval until the timer runs show_. A request starts the timer if
-/// show_ has already run in the present interval. The timer is stopped if a later request runs
-/// show_ earlier. While there is sound, the level meter's requests arrive every 20 ms, which is
-/// less than this delay: so the meter's next request usually arrives first, and the timer need not
-/// wake up the processor.
+/// The time from the end of an interval until the timer runs show_. The delay is longer than the
+/// time between two requests of the level meter (20 ms while there is sound). So the next request
+/// usually runs show_, and the timer need not wake up the processor.
 constexpr std::chrono::milliseconds tailDelay{30};
 
 } // namespace

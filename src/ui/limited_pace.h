@@ -35,8 +35,8 @@ class LimitedPace {
     std::function<void()> show_;
     Clock now_;
     std::chrono::nanoseconds::rep lastShown_ = -1; ///< number of the interval when show_ last ran
-    /// Started by a request that does not run show_ at once; runs show_ if no other request arrives
-    /// soon after the end of the interval.
+    /// Started by a request that does not run show_ at once. Runs show_ if no request arrives soon
+    /// after the end of the interval.
     QTimer tail_;
 };
 

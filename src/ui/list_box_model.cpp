@@ -11,8 +11,8 @@ namespace {
 
 /// A delay that the user does not notice.
 constexpr std::chrono::milliseconds shortWait{30};
-/// Gathered changes are announced after this time, which is short enough to show that a search is
-/// running. Painting them takes some milliseconds, less than a tenth of this time.
+/// A delay that is short enough to show that a search is running. Painting the gathered changes
+/// takes less than a tenth of this time.
 constexpr std::chrono::milliseconds longWait{100};
 
 } // namespace
@@ -115,8 +115,8 @@ void ListBoxModel::follow(const ListChange& change) {
 
 /// If `line` is close to the range of pending lines, extends the range to `line` and returns true.
 /// `end` is the first line after the range. The unchanged lines between the range and `line` become
-/// part of the range. For example, a search removes the first folder and then inserts subfolders
-/// behind the next folder, which has become the first; one range includes all these changes.
+/// part of the range. For example, a search removes the first folder, then inserts the subfolders
+/// of the next folder behind that folder. One range includes all these changes.
 bool ListBoxModel::reaches(int line, int end) {
     constexpr int closeBy = 2;
     const int before = std::max(0, pending_.first - line);

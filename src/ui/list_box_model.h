@@ -33,8 +33,8 @@ class ListBoxModel : public QAbstractListModel {
     void showAll();
     std::function<void()> onShown;
 
-    /// The row of a line. Returns -1 for a line in the range of the pending changes, even if the
-    /// line itself was announced, and for the argument -1.
+    /// The row of a line. Returns -1 for a line in the range of the pending changes, and for the
+    /// argument -1.
     [[nodiscard]] int rowOf(int line) const;
     /// The line of a row. Returns -1 for a row that showAll() will remove, and for the argument -1.
     [[nodiscard]] int lineOf(int row) const;
@@ -43,9 +43,9 @@ class ListBoxModel : public QAbstractListModel {
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
 
   private:
-    /// The range of the pending changes: `rows` announced rows, beginning with row `first`, will be
-    /// replaced by `lines` lines of the list, beginning with line `first`. Before and after the
-    /// range, each row shows one line.
+    /// The range of the pending changes. The `rows` announced rows from row `first` on will be
+    /// replaced by the `lines` lines from line `first` on. Outside of the range, each row shows one
+    /// line.
     struct Pending {
         int first = 0;
         int rows = 0;

@@ -67,10 +67,9 @@ class MainWindowFit : public testing::Test {
             EXPECT_TRUE(child->parentWidget()->rect().contains(child->geometry())) << name;
         }
     }
-    /// Each visible label has enough height for a line of text. The two buttons with a text, if
-    /// they are visible, have enough height and width for their texts. The headings of the menu bar
-    /// have enough width for their texts and lie inside the bar. The widths of labels are not
-    /// checked here, because some labels may cut their text.
+    /// Each visible label is high enough for a line of text. Each visible button with a text is
+    /// large enough for its text. The headings of the menu bar are wide enough and lie inside the
+    /// bar. The widths of labels are not checked, because some labels may cut their text.
     void expectWholeTexts() {
         for (const auto* label : view.findChildren<QLabel*>()) {
             if (label->isVisible()) {

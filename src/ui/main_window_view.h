@@ -22,11 +22,11 @@ namespace sonarith {
 
 class MainWindowView : public QMainWindow {
   public:
-    /// Prepares the form, so that it can be loaded next: sets the heights of the bars, the form's
-    /// inner size and its designed size. The inner size is the size in form1.h, or larger if the
-    /// menu bar, the bars and the tree at its minimum height need more space. The designed size,
-    /// which each load restores, also includes the menu bar and the window's frame. May wait for
-    /// the window manager. Does not show the window, which is shown when the form becomes visible.
+    /// Prepares the form for its first load: sets the heights of the bars, the inner size and the
+    /// designed size. The inner size is the size in form1.h, or larger if the contents need more
+    /// space. The designed size also includes the menu bar and the window's frame. Each load
+    /// restores the designed size. May wait for the window manager. Does not show the window. The
+    /// window is shown when the form becomes visible.
     explicit MainWindowView(Form1& form);
 
     /// The bar with the last notice, below the client area.

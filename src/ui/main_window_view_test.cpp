@@ -146,7 +146,7 @@ TEST_F(MainWindowViewTest, ControlsThatCanBeVisibleHaveAWidgetWithAnAccessibleNa
     EXPECT_EQ(widget("lblCDID").accessibleName(), "CD ID:");
 }
 
-TEST_F(MainWindowViewTest, InTheInitialStateTheCancelButtonTheWarningAndTheCdBarAreHidden) {
+TEST_F(MainWindowViewTest, TheCancelButtonTheWarningAndTheCdBarAreHiddenAtFirst) {
     show();
     for (const char* name : {"Command2", "Label5", "Command11", "Command12"}) {
         EXPECT_FALSE(widget(name).isVisible()) << name;
@@ -241,7 +241,7 @@ TEST_F(MainWindowViewTest, TheStartButtonHasAMnemonicThatNoMenuUses) {
     EXPECT_EQ(widget("CmdSelectAction").accessibleName(), "Start ");
 }
 
-TEST_F(MainWindowViewTest, TheMenuKeyOnANodeOpensThePopupMenuAndRunsTheHandlerOfTheMenu) {
+TEST_F(MainWindowViewTest, TheMenuKeyOnANodeRunsOnOpenAndShowsThePopupMenu) {
     show();
     TreeView& tree = form.TreeView1;
     const NodeRef node = tree.add(nullptr, "f", "CD Tracks", 1, 4).value();

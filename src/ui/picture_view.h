@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows a PictureBox as a bar (BarView), as one of the program's pictures, or without a picture as
-// an area for other widgets (PictureView).
+// Shows a PictureBox. BarView shows a bar. PictureView shows one of the program's pictures or an
+// area for other widgets.
 #pragma once
 
 #include <optional>

@@ -61,9 +61,8 @@ QWidget* makeDisplay(Form4& form, QWidget* parent) {
     return display;
 }
 
-/// Creates the level meter. Its trace and the area of its bar have their designed positions and
-/// sizes, because the logic of the meter computes with the sizes. TraceView::sizeHint() adds the
-/// width of a line to the size of the trace.
+/// Creates the level meter. Its trace and the area of its bar have their designed sizes, because
+/// the logic of the meter computes with these sizes.
 QWidget* makeMeter(Form4& form, QWidget* parent) {
     auto* meter = new PlayerDisplay(form.Picture3, QObject::tr("Level meter"), parent);
     auto* trace = new TraceView(form.picPeakVol, QObject::tr("Sound Level Meter"),
@@ -170,8 +169,7 @@ void layOut(Form4& form, FormWindow& window) {
     auto* rows = new QVBoxLayout(&client);
     rows->setContentsMargins(panelMargin, panelMargin, panelMargin, panelMargin);
     rows->setSpacing(panelGap);
-    // A window that is smaller than the minimum size of the contents clips them instead of
-    // compressing them.
+    // A window that is too small for the contents clips them instead of compressing them.
     rows->setSizeConstraint(QLayout::SetMinimumSize);
     rows->addWidget(makeDisplay(form, &client));
     auto* second = new QHBoxLayout;

@@ -10,8 +10,8 @@
 namespace sonarith {
 
 /// While an object of this class exists, menus open at its position. If several objects exist,
-/// menus open at the position of the newest. A view creates an object before it runs an onMouseDown
-/// handler, or the handler of the menu key, and destroys the object when that handler has returned.
+/// menus open at the position of the newest. A view keeps such an object while it runs onMouseDown
+/// or the handler of the menu key.
 class PopupPlace {
   public:
     /// `global` is a position on the screen.

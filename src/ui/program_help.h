@@ -21,12 +21,11 @@ class ProgramHelp {
     /// Runs `press`, which clicks the help button. If `press` calls show(), the page about
     /// `window` (the name of a form or dialog) is shown.
     void askFrom(const std::string& window, const std::function<void()>& press);
-    /// Shows the page about the window that was passed to askFrom() if askFrom() is running,
-    /// otherwise the page about the main window. If no page is about that window, shows the first
+    /// While askFrom() runs, shows the page about the window that was passed to askFrom().
+    /// Otherwise shows the page about the main window. For a window without a page, shows the first
     /// page of helpPages(). Returns false if the file of the page is missing.
     bool show();
-    /// Null before the first call of show(). Never null after that call, even if show() returned
-    /// false.
+    /// Null only before the first call of show().
     [[nodiscard]] HelpWindow* window() const { return window_.get(); }
 
   private:

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A list whose rows all have the same height, so that the time for adding rows, scrolling and
-// painting does not depend on the length of the list. RowList derives from QListView to inherit its
-// support of screen readers. RowList does not use the layout of QListView, which visits every row
-// again when a row is added.
+// A list whose rows all have the same height. So adding rows, scrolling and painting take no longer
+// in a longer list. RowList derives from QListView to inherit its support of screen readers.
+// RowList does not use the layout of QListView, which visits every row again when a row is added.
 // Subclasses define the meaning of the rows.
 #pragma once
 

@@ -14,8 +14,7 @@ namespace sonarith {
 inline constexpr qreal symbolGrid = 24;
 
 /// Draws a symbol: lines in the text colours of the application's palette, areas mostly in fixed
-/// colours. Both depend on `mode`. The caller must have scaled the painter so that one unit of the
-/// painter is one unit of the grid.
+/// colours. Both depend on `mode`. One unit of the painter must be one unit of the grid.
 void drawSymbol(QPainter& painter, Symbol symbol, QIcon::Mode mode);
 
 } // namespace sonarith

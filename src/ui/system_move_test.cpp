@@ -80,8 +80,8 @@ TEST_F(SystemMoveTest, EachPressOfTheLeftButtonStartsAMove) {
     release({10, 10});
     press({10, 10});
     EXPECT_EQ(started, 2);
-    // The next press follows without a release: some desktops do not send the window the release
-    // that ends a move.
+    // The next press follows without a release: some desktops do not send the release that ends a
+    // move.
     press({10, 10});
     EXPECT_EQ(started, 3);
     release({10, 10});

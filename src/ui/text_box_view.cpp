@@ -100,8 +100,8 @@ void TextBoxView::keyPressEvent(QKeyEvent* event) {
 }
 
 void TextBoxView::mousePressEvent(QMouseEvent* event) {
-    // The user drags the window by pressing a read-only box that has a handler for presses, so the
-    // press must not select text.
+    // A press on a read-only box with a press handler drags the window, so the press must not
+    // select text.
     if (!box_.locked() || !box_.onMouseDown) {
         QLineEdit::mousePressEvent(event);
     }

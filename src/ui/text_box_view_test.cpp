@@ -44,7 +44,7 @@ TEST_F(TextBoxViewTest, AKeyPressIsReportedBeforeItChangesTheText) {
     EXPECT_THAT(log, ElementsAre("key 100", "change 1005"));
 }
 
-TEST_F(TextBoxViewTest, ALongerTextSetByCodeMovesTheCaretOnlyIfTheCaretWasAtTheEnd) {
+TEST_F(TextBoxViewTest, ALongerTextSetByCodeMovesOnlyACaretAtTheEnd) {
     view.setCursorPosition(1);
     model.setText("100 MB");
     EXPECT_EQ(view.text(), "100 MB");

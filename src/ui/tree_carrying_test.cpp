@@ -148,7 +148,7 @@ TEST_F(TreeCarryingTest, TwoMp3FilesCanBeSelectedByKeysAlone) {
     expectTreeAndListsAgree();
 }
 
-TEST_F(TreeCarryingTest, TreeAndListsAgreeAfterADragByKeysOfEachKindOfItemToAnyRow) {
+TEST_F(TreeCarryingTest, TreeAndListsAgreeAfterADragByKeysToAnyRow) {
     for (const std::string& target : places()) {
         for (const std::string& text :
              std::vector<std::string>{"a.mp3", "b.mp3", "a.wav", t1, t2}) {

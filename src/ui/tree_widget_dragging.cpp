@@ -65,8 +65,7 @@ void TreeWidget::dragOver(const NodeRef& node) {
     const std::optional<NodeRef> former = std::exchange(over_, node);
     // A pointer that moves within one row causes repeated events over the same node. Over a group,
     // the handler needs up to two events until its state is stable. Over a collection or no node,
-    // the handler's state would never become stable, and the dragged node would move back and
-    // forth. So over a collection or no node, only the first event is reported.
+    // the dragged node would move back and forth, so only the first event is reported.
     if (former == over_ && NodeLevel(node) < groupLevel) {
         return;
     }
@@ -143,11 +142,9 @@ void TreeWidget::keyWhileDragging(QKeyEvent& event) {
 
 void TreeWidget::dropByKeys() {
     const NodeRef target = model_.nodeAt(currentIndex());
-    // Reports the dragged node before the target, as if a pointer left the dragged node's row. If
-    // the previous drag has ended at the same target, the handler would otherwise ignore the
-    // target: it accepts the same node again only after another node was reported. A group is
-    // reported twice, as if a pointer moved within its row, because the handler's state may be
-    // stable only after the second event.
+    // Reports the dragged node before the target, as if a pointer left the dragged node's row.
+    // Otherwise the handler would ignore the target if the previous drag has ended there. A group
+    // is reported twice, because the handler's state may be stable only after the second event.
     std::vector<NodeRef> way{delegate_->carried(), target};
     if (NodeLevel(target) == groupLevel) {
         way.push_back(target);

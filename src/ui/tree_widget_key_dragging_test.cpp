@@ -60,7 +60,7 @@ TEST_F(TreeKeyDragTest, ControlXPicksUpTheCurrentNodeAndReturnDropsItAtTheCurren
     EXPECT_THAT(log, ElementsAre("down left MP3 Files", "up left MP3 Files"));
 }
 
-TEST_F(TreeKeyDragTest, ControlVReportsAnItemOrACollectionOnceAndThenDropsTheNodeThere) {
+TEST_F(TreeKeyDragTest, ControlVReportsAnItemOrACollectionOnceAndDropsTheNode) {
     for (const NodeRef& target : {second, collection}) {
         goTo(first);
         takeUp();

@@ -128,7 +128,7 @@ TEST_F(TreeWidgetTest, ControlReturnIsADoubleClickEvenIfItsFirstClickOpensTheEdi
     EXPECT_EQ(editor(), nullptr);
 }
 
-TEST_F(TreeWidgetTest, F2ClicksTheCurrentNodeAndSoOpensTheEditor) {
+TEST_F(TreeWidgetTest, F2ClicksTheCurrentNodeAndOpensTheEditor) {
     tree.setSelectedItem(wav).passOver();
     editOnPress();
     key(Qt::Key_Down);

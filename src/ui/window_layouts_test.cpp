@@ -48,8 +48,8 @@ class WindowLayouts : public testing::Test {
         const auto labels = accessible->relations(QAccessible::Label);
         return labels.isEmpty() ? QString() : labels.first().first->text(QAccessible::Name);
     }
-    /// Describes each drop-down list without a label, and each visible widget without an accessible
-    /// name or with less space than it needs.
+    /// Describes drop-down lists without a label. Also describes visible widgets that have no
+    /// accessible name or too little space.
     static std::vector<std::string> faults(FormWindow& window) {
         std::vector<std::string> found;
         for (const QWidget* child : window.findChildren<QWidget*>()) {

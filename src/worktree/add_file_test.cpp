@@ -105,7 +105,7 @@ TEST_F(Cmaddfile2Test, AFileBelowAHundredBytesIsIgnored) {
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\enough.wav"));
 }
 
-TEST_F(Cmaddfile2Test, APathWhoseFileLengthCannotBeDeterminedIsIgnored) {
+TEST_F(Cmaddfile2Test, APathIsIgnoredIfItsFileLengthIsUnknown) {
     const auto before = outline();
     put("c:\\music\\locked.wav");
     disk.failWith(test::FakeFileSystem::Operation::fileLength, "c:\\music\\locked.wav",

@@ -14,8 +14,8 @@ struct DragState {
     /// The node under the pointer at the last mouse press, or the node of a file that was renamed
     /// since then. Empty if the pointer was over no node, and after a drop.
     NodeRef DragNode;
-    /// The NodeLevel of DragNode when the mouse last moved with only its left button down, even if
-    /// no drag started, or when the popup last opened; 0 after a drop.
+    /// The NodeLevel of DragNode at the last mouse move with only the left button down, or at the
+    /// last opening of the popup. 0 after a drop.
     std::int32_t DragLevel = 0;
     /// The node of the last drag event (empty: no node), or the target group of a later move.
     NodeRef DropTarget;

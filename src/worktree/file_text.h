@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Checks whether a node's text names a file that may be renamed, or removed from the tree without
-// being deleted. Looks only at the text, not at the level of the node or at the disk.
+// Checks whether a node's text names a file that may be renamed, or removed only from the tree.
+// Looks only at the text, not at the level of the node or at the disk.
 #pragma once
 
 #include <string>

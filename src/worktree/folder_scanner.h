@@ -17,7 +17,7 @@ class FolderScanner {
     /// Sets the folder in which searches start (the finder's `Dir1`). Error: pathNotFound, which
     /// keeps the old folder.
     virtual Status setFolder(const std::string& path) = 0;
-    /// Searches for files with an extension such as "wav" and replaces the previous result: sets
+    /// Searches for files with an extension such as "wav" and replaces the previous result. Sets
     /// the finder's box `zFileExt` and clicks its button `Command1`. The name in the finder's box
     /// `Text1` also limits the search. Yields until the search ends. If a search is already
     /// running, the click only stops that search.

@@ -9,7 +9,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Fills the tree with files, which the tree shows by their names without the folders.
+/// Fills the tree with files, shown without their folders.
 struct LabelEditTest : test::WorkTreeWorld {
     LabelEditTest() {
         process.settings.showFullPath = 0;

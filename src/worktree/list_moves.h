@@ -14,11 +14,10 @@
 namespace sonarith {
 
 /// The trigger of a move. For a file, the trigger determines which entry is moved. On a double
-/// click, the entry is the text that is passed to moveEntry(), even if no list contains this text.
-/// On a drag, it is the first entry whose file name matches that of the text; if there is none, the
-/// text itself. If a drag moves an MP3 file to the list of selected files, only the entry of this
-/// file moves. If a double click does so, it also empties the list of available MP3 files and
-/// duplicates the entries that the list of selected MP3 files already had.
+/// click, the entry is the text that is passed to moveEntry(). On a drag, the entry is the first
+/// entry with the file name of this text. A drag that selects an MP3 file moves only the entry of
+/// this file. A double click that selects an MP3 file also empties the list of available MP3 files
+/// and duplicates the entries that were selected before.
 enum class MovedBy { doubleClick, drag };
 
 class ListMoves {
@@ -28,10 +27,9 @@ class ListMoves {
         : loop_(loop), process_(process), form_(form), drag_(drag) {}
 
     /// Moves the entry that `text` names. There is one rule for each kind of entry and each
-    /// direction. The kind depends on `text`. The direction depends on the parent of a node: of
-    /// DragNode for a track or an MP3 file, of the tree's selected node for a WAV file. The first
-    /// rule that fits is applied; if no rule fits, nothing moves. Yields after each entry that it
-    /// removes from a file list.
+    /// direction. The kind depends on `text`. The direction depends on the parent of DragNode; for
+    /// a WAV file, on the parent of the tree's selected node. If no rule fits, nothing moves.
+    /// Yields after each entry that it removes from a file list.
     void moveEntry(const std::string& text, MovedBy movedBy);
 
   private:

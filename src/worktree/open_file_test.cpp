@@ -54,7 +54,7 @@ TEST_F(OpenFileTest, CancellingTheFirstDialogReturnsAtOnceAndDoesNothing) {
     EXPECT_EQ(loop.now(), start);
 }
 
-TEST_F(OpenFileTest, AfterALaterCancelTheAdderGetsThePreviousFileAgainAndIgnoresIt) {
+TEST_F(OpenFileTest, ALaterCancelPassesThePreviousFileToTheAdderAgain) {
     dialog.choices = {"d:\\New.wav", std::nullopt};
     form.mnuOpenfile.click();
     const auto before = outline();

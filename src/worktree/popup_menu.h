@@ -25,18 +25,16 @@ class PopupMenu {
     /// opens (DragState::DragNode). For a group from which no action can start ("WAV Files"), the
     /// entries keep their previous state.
     void mnupopup_Open();
-    /// Does nothing if hasFileEnding() is false for DragNode's text. Otherwise removes from the
-    /// tree the first node that has the same text as DragNode, but keeps the file on disk. If this
-    /// text is the file's whole path, also removes the path from the list box that contains it
-    /// (List1, List2, List4 or List5). If the text is only the file's name, the path stays in the
-    /// list box. Yields once.
+    /// Removes from the tree the first node that has the same text as DragNode, but keeps the file
+    /// on disk. Does nothing if hasFileEnding() is false for this text. If the text is a whole
+    /// path, also removes the path from its list box (List1, List2, List4 or List5). If the text is
+    /// only a file name, the path stays in the list box. Yields once.
     void mnuFileRemove_Click();
-    /// Does nothing unless DragNode's text ends in ".wav" or ".mp3", in upper, lower or mixed case.
-    /// Otherwise removes from the tree the first node that has the same text as DragNode. Also
-    /// removes the file's path from the list box that contains it (List1, List2, List4 or List5),
-    /// and deletes the file from the disk without asking the user. A file whose path is in none of
-    /// these list boxes stays on disk. Yields once; after it has deleted a file, also yields for
-    /// 0.2 s.
+    /// Removes from the tree the first node that has the same text as DragNode. Does nothing unless
+    /// this text ends in ".wav" or ".mp3", in upper, lower or mixed case. Also removes the file's
+    /// path from its list box (List1, List2, List4 or List5), and deletes the file without asking
+    /// the user. A file whose path is in none of these list boxes stays on disk. Yields once, and
+    /// for 0.2 s after it has deleted a file.
     void mnuRemoveDelete_Click();
 
   private:

@@ -97,7 +97,7 @@ TEST_F(PopupMenuTest, ForAGroupOfWavFilesTheEntriesKeepTheirState) {
     EXPECT_EQ(open(node("WAV Files")), "---");
 }
 
-TEST_F(PopupMenuTest, ForARootNodeOrANullNodeAllEntriesExceptMinimizeAndExitAreDisabled) {
+TEST_F(PopupMenuTest, OnlyMinimizeAndExitAreEnabledForARootNodeOrANullNode) {
     for (const NodeRef& at : {node("CD Tracks"), node("MP3 Files Folder"), NodeRef()}) {
         setAll(true);
         EXPECT_EQ(open(at), "---");
@@ -173,7 +173,7 @@ TEST_F(PopupMenuTest, RemoveYieldsBeforeItRemovesTheNode) {
     EXPECT_TRUE(nodeExisted);
 }
 
-TEST_F(PopupMenuTest, OfTwoNodesWithTheSameTextTheFirstIsRemovedEvenIfTheSecondWasClicked) {
+TEST_F(PopupMenuTest, OfTwoNodesWithTheSameTextTheFirstIsRemoved) {
     const NodeRef first = node(wavFile);
     drag.DragNode = addItem(view, node("MP3 Files"), "p second", wavFile).value();
     form.mnuFileRemove.click();
@@ -227,7 +227,7 @@ TEST_F(PopupMenuTest, DeleteIgnoresNodesThatAreNotFiles) {
     EXPECT_THAT(disk.log, IsEmpty());
 }
 
-TEST_F(PopupMenuTest, DeleteRemovesTheNodeAndTheListEntryEvenIfTheFileCannotBeDeleted) {
+TEST_F(PopupMenuTest, DeleteRemovesNodeAndEntryEvenIfTheFileCannotBeDeleted) {
     disk.failWith(test::FakeFileSystem::Operation::touchForWriting, wavFile,
                   ErrorNumber::permissionDenied);
     press(node(wavFile), {.right = true});

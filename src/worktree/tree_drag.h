@@ -22,10 +22,10 @@ class TreeDrag {
 
     /// Starts to drag DragNode if only the left button is down. Groups cannot be dragged.
     void TreeView1_MouseMove(MouseButtons down);
-    /// The pointer drags DragNode over `target` (empty: no node). DragNode does not move if
-    /// `target` equals DragState::DropTarget, or if `target` is a group or an item that refuses
-    /// DragNode's kind. Otherwise TreeMoves moves DragNode from the "available" to the "selected"
-    /// side of its collection (the root above it), or back, and yields.
+    /// The pointer drags DragNode over `target` (empty: no node). Moves DragNode from the
+    /// "available" to the "selected" side of its collection (the root above it), or back, and
+    /// yields. DragNode does not move if `target` equals DragState::DropTarget, or is a group or
+    /// item that refuses DragNode's kind.
     void TreeView1_DragOver(const NodeRef& target);
     /// If a node is highlighted, makes DragNode its child, even if TreeMoves has moved DragNode
     /// elsewhere during the drag. Ends the drag.

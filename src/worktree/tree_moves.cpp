@@ -8,8 +8,7 @@ namespace sonarith {
 namespace {
 
 /// Indices of the two groups of tracks after the first build of the tree. A later build can give
-/// these indices to other nodes; a track is then moved under one of those nodes (for example "WAV
-/// Files").
+/// these indices to other nodes, for example "WAV Files". A track is then moved under such a node.
 constexpr int selectedTracksIndex = 2;
 constexpr int availableTracksIndex = 3;
 

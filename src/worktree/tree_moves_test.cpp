@@ -34,8 +34,7 @@ struct TreeMovesTest : test::WorkTreeWorld {
     }
 };
 
-TEST_F(TreeMovesTest,
-       ATrackMovedToSelectedTracksBecomesTheLastNodeOfTheGroupAndTheFirstLineOfLstRecord) {
+TEST_F(TreeMovesTest, ASelectedTrackBecomesTheLastNodeAndTheFirstEntry) {
     doubleClick(t2);
     doubleClick(t1);
     EXPECT_THAT(lines(form.lstRecord), ElementsAre(t1, t2));
@@ -121,7 +120,7 @@ TEST_F(TreeMovesTest, AfterARefreshATrackMovesUnderTheNodeThatNowHasTheOldIndexO
     EXPECT_THAT(childrenOf("Selected Tracks"), IsEmpty());
 }
 
-TEST_F(TreeMovesTest, TheEntryOfAWavMovesButItsNodeStaysBecauseItsGroupHasNoSibling) {
+TEST_F(TreeMovesTest, TheEntryOfAWavMovesButItsNodeStays) {
     const auto before = outline();
     doubleClick(wav);
     EXPECT_EQ(outline(), before);
@@ -206,7 +205,7 @@ TEST_F(TreeMovesTest, NothingMovesIfNothingIsSelected) {
     expectListsUnchanged();
 }
 
-TEST_F(TreeMovesTest, ADoubleClickOutsideTheNodesMovesOnlyTheEntryOfTheWavWhoseNodeIsSelected) {
+TEST_F(TreeMovesTest, ADoubleClickOutsideTheNodesMovesOnlyTheEntryOfASelectedWav) {
     click(wav);
     const auto before = outline();
     doubleClick(NodeRef());

@@ -24,8 +24,8 @@ class TreeSelection {
     /// Selects the node under the pointer, then opens the popup (right button) or starts label
     /// editing. Returns after the first step that fails.
     void TreeView1_MouseDown(MouseButtons buttons, const NodeRef& at);
-    /// Shows the next action for the selected node, then selects the highlighted node, if any. If
-    /// the node that is then selected is a track, also sets the current track number.
+    /// Shows the next action for the selected node. Then selects the highlighted node, if any. If
+    /// the selected node is now a track, sets the current track number.
     void TreeView1_MouseUp();
     /// Moves the double-clicked item from the "available" to the "selected" side of its
     /// collection, or back.

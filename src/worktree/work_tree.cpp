@@ -28,9 +28,8 @@ void WorkTree::showfiles() {
     form_.show();
 
     // Adding a node fails if the tree contains the node's key; `collection_` or `group_` then keeps
-    // its value. So in a later call, `group_` is the group that was added last, by this call or an
-    // earlier call. New files are added under this group, even if it is a group for another kind of
-    // file or for tracks.
+    // its value. So a later call adds new files under the group that was added last, even if this
+    // is a group for tracks or for another kind of file.
     addCollection(tree, "f Collection 1", "CD Tracks").storeIn(collection_);
     addGroup(tree, collection_, "g Selected Tracks", selectedTracksText).storeIn(group_);
     tree.ensureVisible(group_).passOver();

@@ -20,9 +20,8 @@ class WorkTree {
         : process_(process), form_(form), finder_(finder), adder_(adder) {}
 
     /// Shows the window, scans the destination folder into the file lists and builds the tree. A
-    /// later build first removes two nodes with their subtrees: the node with the index 2, usually
-    /// the first group of the topmost collection, and then the node with the index 1, usually this
-    /// collection itself (a root with its groups). All other nodes stay, including nodes of files
+    /// later build first removes the nodes with the indices 2 and 1 and their subtrees: usually the
+    /// whole topmost collection (a root with its groups). All other nodes stay, even those of files
     /// that no longer exist. Then the build adds only the nodes whose keys the tree lacks. Yields
     /// while the finder searches.
     void showfiles();

@@ -73,7 +73,7 @@ TEST_F(Showfiles3Test, AddsNothingForAFileOfAnotherTypeOrWithoutASelection) {
     EXPECT_THAT(lines(form.List2), IsEmpty());
 }
 
-TEST_F(Showfiles3Test, PassesTheIndexOfTheSelectedLineToFileAdderInsteadOfThePath) {
+TEST_F(Showfiles3Test, PassesTheIndexOfTheLineToFileAdderInsteadOfThePath) {
     choose(2);
     const auto before = outline();
     EXPECT_EQ(timeOfShowfiles3(), 300ms);

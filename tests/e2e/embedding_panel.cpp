@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A test panel, which embeds tray icons (freedesktop.org, System Tray Protocol 0.4). The icons are
-// placed from left to right, beginning in the screen's upper left corner, each 24 pixels wide. If
-// an icon other than the rightmost one leaves, the next icon covers the rightmost one. The panel
-// prints "ready" when it has started, "docked ID" when it has embedded an icon, and "left ID" when
-// the icon's window was destroyed. ID is the number of that window. The panel runs until it is
-// killed.
+// side by side from the screen's upper left corner to the right, each 24 pixels wide. After an icon
+// has left, a new icon may cover another one. The panel prints "ready" when it has started. It
+// prints "docked ID" when it has embedded the icon with the window number ID, and "left ID" when
+// this window was destroyed. The panel runs until it is killed.
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Operates the player's panel by mouse and keyboard. Reads its contents from the accessibility tree
-and, for the meter's trace, from the screen."""
+"""Operates the player's panel by mouse and keyboard. Reads the meter's trace from the
+screen, and the other contents from the accessibility tree."""
 
 import re
 import subprocess

@@ -172,8 +172,8 @@ class Program:
         return self._has_state(element, self._atspi.StateType.CHECKED)
 
     def tab_to(self, name, role=None, most=40, within=None):
-        """Presses the tab key until the element `name` of the active window has the focus. With
-        `within`, searches for the element only in `within`."""
+        """Presses the tab key until the element `name` of the active window has the focus. If
+        `within` is set, searches for the element only inside it."""
         for _ in range(most):
             if self.has_focus(name, role, within):
                 return
@@ -331,7 +331,7 @@ class Program:
                 None if progress is None else int(progress))
 
     def rows(self):
-        """The texts of the work tree's rows, except those below a collapsed row, top to bottom."""
+        """The texts of the work tree's rows that no collapsed row hides, from top to bottom."""
         def read():
             tree = self.find("Work tree")
             return [] if tree is None else [row.get_name() for row in self._children(tree)

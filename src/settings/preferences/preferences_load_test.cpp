@@ -190,7 +190,7 @@ TEST_F(PreferencesLoad, WritesTheStoreBeforeThePlayersLoadStepCanYield) {
     EXPECT_FALSE(Form4.visible());
 }
 
-TEST_F(PreferencesLoad, LeavesNoWritePendingIfAStoredValueEndsTheLoadStepEarly) {
+TEST_F(PreferencesLoad, LeavesNoWritePendingAfterAnEarlyEnd) {
     store.put("Settings", "show full path", "7");
     start();
     EXPECT_EQ(store.fileWrites, 1);
@@ -323,7 +323,7 @@ TEST_F(PreferencesLoad, EndsAtEachInvalidSwitchOfTheDiskGuardAndKeepsTheValuesSe
     store.put("Settings", "HDWarning", "-1");
     store.put("Settings", "HDWarningNo", "7");
     start();
-    EXPECT_EQ(form.Text7.text(), "100"); // the initial text of the form
+    EXPECT_EQ(form.Text7.text(), "100"); // the initial text of the box
     PreferencesLoad second;
     second.store.put("Settings", "HDWarningNo", "7");
     second.store.put("Settings", "HDstopdecoding", "70");

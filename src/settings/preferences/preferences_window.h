@@ -25,7 +25,7 @@ class PreferencesWindow {
     PreferencesWindow& operator=(const PreferencesWindow&) = delete;
 
     /// Ends early if a control does not accept its stored value; the window is loaded nevertheless.
-    /// All settings that are saved before the first step that may yield reach the disk in one
+    /// Before the first step that may yield, writes the settings saved so far to the disk in one
     /// write.
     void Form_Load();
     /// Saves quality, bit rate and capture format, which are saved only here.
@@ -36,13 +36,12 @@ class PreferencesWindow {
     void Check4_Click();
     void Check10_Click();
     /// Saves the disk guard's two switches, then the texts of its two limits. A text that is not a
-    /// number is saved, too; but the second limit is saved only if the first one is a number that
-    /// fits 16 bits.
+    /// number is saved, too. The second limit is saved only if the first limit is a 16-bit number.
     void Command1_Click();
-    /// Creates the destination folder: if Check2 is ticked, the folder that the user has entered,
-    /// otherwise the stored folder. Then saves its path and yields once. If Check2 is ticked and
-    /// the user has entered no name (Text10 is empty), creates and saves nothing and shows one
-    /// message. If the folder cannot be created, saves no path and shows two messages.
+    /// Creates the destination folder, saves its path and yields once. If Check2 is ticked, creates
+    /// the folder that the user has entered, otherwise the stored folder. If Check2 is ticked and
+    /// the name (Text10) is empty, only shows one message. If the folder cannot be created, saves
+    /// no path and shows two messages.
     void Co111_Click();
     void Drive2_Change();
     void Dir2_Change();

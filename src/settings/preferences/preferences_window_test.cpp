@@ -121,7 +121,7 @@ TEST_F(PreferencesControls, ApplyTheMuteBeforeSavingIt) {
     EXPECT_EQ(held("mute button"), "1");
 }
 
-TEST_F(PreferencesControls, LoadTheClosedPlayerWindowWithoutShowingItWhenTheMuteBoxIsTicked) {
+TEST_F(PreferencesControls, LoadAClosedPlayerWindowWithoutShowingItWhenMuteIsTicked) {
     startWithAllOff();
     Form4.unload();
     tick(form.Check1);
