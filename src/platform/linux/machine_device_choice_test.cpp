@@ -64,7 +64,7 @@ TEST_F(MachineDeviceChoiceTest, UsesAStoredInputFromTheStartAndDoesNotPlayIt) {
     EXPECT_TRUE(card.muted(sound::Line::externalInput));
 }
 
-TEST_F(MachineDeviceChoiceTest, ReportsAnUnusableOutputOnceAndSettlesTheReportWhenAnotherIsChosen) {
+TEST_F(MachineDeviceChoiceTest, SettlesTheReportOfAnUnusableOutputWhenAnotherIsChosen) {
     store.put("Devices", "Output", "no-such-device");
     MachineDeviceChoice devices(store, slot, card, notices);
     const sound::SoundCardThread thread(card);

@@ -34,8 +34,8 @@ struct RecordingInput {
 /// The folders for recordings that have no name yet, the best one first.
 using RecordingFolders = std::function<std::vector<std::filesystem::path>()>;
 
-/// The card must outlive the object. start() may call `folders`, which may wait for a disk. Apart
-/// from that, no member waits for a disk longer than sound::RecordingTiming defines.
+/// The card must outlive the object. start() may call `folders`, which may wait for a disk.
+/// sound::RecordingTiming limits all other waits for a disk.
 class CardRecorder : public Recorder {
   public:
     CardRecorder(sound::SoundCard& card, Clock now, RecordingFolders folders,

@@ -113,7 +113,7 @@ TEST_F(ARecorder, CannotStartWhileAnotherRecorderRecords) {
     EXPECT_TRUE(second->start(2).ok());
 }
 
-TEST_F(ARecorder, CannotSaveBeforeItsStartAndStartsOnlyIfOneOfTheFoldersExists) {
+TEST_F(ARecorder, NeedsAnExistingFolderToStartAndARecordingToSave) {
     const auto recorder = make();
     EXPECT_FALSE(recorder->save(folder / "a.wav").ok());
     folders = {folder / "missing"};

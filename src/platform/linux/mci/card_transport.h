@@ -15,8 +15,8 @@ namespace sonarith::mci {
 /// The clock of the sound card's thread.
 using Clock = std::function<sound::SoundCard::Time()>;
 
-/// The card must outlive the transport. The disc player is the line's source only while it plays:
-/// as a source, a paused player would keep the card active and would block a recording.
+/// The card must outlive the transport. The disc player is the line's source only while the disc
+/// plays. A paused source would keep the card active and block a recording.
 class CardTransport : public Transport {
   public:
     CardTransport(std::shared_ptr<disc::Disc> disc, sound::SoundCard& card, Clock now,

@@ -20,14 +20,17 @@ namespace sonarith::mci {
 /// position, type); set (time format, door); play (from, to); pause; resume; stop; seek (to).
 ///
 /// "status media present" does not wait until the table of an inserted disc has been read: until
-/// then, it reports no medium. If the user chooses another drive while the device is open, the next
-/// such query reports no medium, and later ones report the medium of the other drive.
+/// then, it reports no medium. After the user has chosen another drive, the first query reports no
+/// medium. Later queries report the medium of the other drive.
 ///
-/// Errors in addition to those of parsing: deviceNotReady without a disc or a drive, or if playing
-/// cannot be started; outOfRange if "from" is after "to", or for a track that does not exist;
-/// dataTrack if playing would begin in a data track; nonapplicableFunction for "resume" while the
-/// disc is stopped. Playing ends at "to", at the end of the disc's time line (see disc.h), or where
-/// a data track begins.
+/// Errors in addition to those of parsing:
+/// - deviceNotReady: no disc or no drive, or playing cannot be started;
+/// - outOfRange: "from" is after "to", or the track does not exist;
+/// - dataTrack: playing would begin in a data track;
+/// - nonapplicableFunction: "resume" while the disc is stopped.
+///
+/// Playing ends at "to", at the end of the disc's time line (see disc.h), or where a data track
+/// begins.
 class CdDevice : public Device {
   public:
     /// Reads the drive. If it contains no disc, the device is not ready.

@@ -304,7 +304,7 @@ TEST(EachOpenCommand, ReadsTheDriveAgain) {
     EXPECT_EQ(session.machine.drive->loads, 2);
 }
 
-TEST(AnUnreadableDisc, CountsAsMissingAndIsReadAtMostThreeTimesUntilItIsRemoved) {
+TEST(AnUnreadableDisc, IsReadAtMostThreeTimesUntilItIsRemoved) {
     MciSession session(threeTracks());
     session.machine.drive->unreadable = true;
     session.send("open cdaudio alias cd");

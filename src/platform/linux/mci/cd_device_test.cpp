@@ -38,7 +38,7 @@ TEST(InspectingADisc, GivesTheRepliesThatTheLogicExpects) {
     EXPECT_EQ(session.machine.transport, nullptr);
 }
 
-TEST(TheIdentity, IsTheSameIntegerForEqualDiscsAndAnotherForADifferentDisc) {
+TEST(TheIdentity, IsAnIntegerAndDiffersForADifferentDisc) {
     CdSession one(threeTracks());
     CdSession same(threeTracks());
     CdSession other(enhancedDisc());

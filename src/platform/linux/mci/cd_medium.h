@@ -23,21 +23,21 @@ class CdMedium {
     /// disc/read_effort.h).
     static constexpr std::chrono::seconds longestRead{15};
 
-    /// Loads the disc in `drive`, which may wait for the drive.
+    /// Loads the disc in `drive`. May wait for the drive.
     CdMedium(std::shared_ptr<disc::Drive> drive, const Devices& devices);
     ~CdMedium();
     CdMedium(const CdMedium&) = delete;
     CdMedium& operator=(const CdMedium&) = delete;
 
-    /// The disc, or a null pointer if there is none. If no disc is loaded, reads the drive first,
-    /// which may wait for the drive.
+    /// The disc, or a null pointer if there is none. If no disc is loaded, reads the drive first
+    /// and may wait for it.
     [[nodiscard]] disc::Disc* disc();
     /// Whether a disc is in the drive and its table has been read. Waits for the drive for at
     /// most about 45 ms (disc/patient_drive.h): the table of an inserted disc is read in the
     /// background.
-    /// Returns false if a loaded disc was released since the previous call or is released by this
-    /// call, or if this call switches to a newly chosen drive. So the caller drops the previous
-    /// disc before it sees the next one, however quickly the next disc is inserted.
+    /// Returns false at the first call after a loaded disc was removed, and at a call that switches
+    /// to a newly chosen drive. So the caller drops the previous disc before it sees the next one,
+    /// however quickly the next disc is inserted.
     [[nodiscard]] bool present();
     /// Whether a disc has been read and not released since. Does not query the drive.
     [[nodiscard]] bool loaded() const { return disc_ != nullptr; }
@@ -63,8 +63,8 @@ class CdMedium {
     void resume();
     void stop();
 
-    /// Notifies the user if the playing disc could not be read for `longestRead`, if it can be read
-    /// again after that, and if the disc is an image and has vanished.
+    /// Notifies the user of three events: the playing disc could not be read for `longestRead`, the
+    /// disc can be read again, or the disc is an image and has vanished.
     void watch();
     /// Returns, for each damaged track, how many sectors were delivered as silence and how many as
     /// a guess, since playing began or since the previous call, whichever is later.

@@ -76,9 +76,9 @@ class Arguments {
 };
 
 /// Finds `keywords` in `words`, case-insensitive; where several keywords match, the longest counts.
-/// "wait" and "notify" are always accepted and ignored: even with "wait", playing and recording
-/// continue in the background after the command has returned, and there is no window to notify.
-/// Errors: unrecognizedKeyword, missingParameter (a keyword without its value), duplicateFlags.
+/// "wait" and "notify" are always accepted and ignored. Even with "wait", a command returns before
+/// playing or recording has ended. There is no window to notify. Errors: unrecognizedKeyword,
+/// missingParameter (a keyword without its value), duplicateFlags.
 [[nodiscard]] Outcome<Arguments> parseArguments(std::span<const Word> words,
                                                 std::span<const Keyword> keywords);
 

@@ -109,7 +109,7 @@ TEST_P(ADestinationThatHangs, DoesNotBlockTheNextCaptureAfterAnUnsavedCaptureWas
         judge.release();
         EXPECT_TRUE(session.saves->noneWithin(std::chrono::seconds(30)));
         EXPECT_EQ(session.send("save capture 1.wav"), fine())
-            << "the second save command must report that the first save has succeeded meanwhile";
+            << "the second save command must report the success of the first save";
         EXPECT_EQ(session.send("close all"), fine());
         expectStartOfDisc(session.folder / "1.wav", count);
     });

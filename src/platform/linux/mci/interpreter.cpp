@@ -65,7 +65,7 @@ Reply Interpreter::open(const Command& command) {
     // command.device is the word after "open": a type ("cdaudio"), or a type and a file with "!"
     // between them ("avivideo!c:\a.avi"). If the command has the keyword "type", that keyword's
     // value is the type, and command.device is only "new" or a file. An unquoted path is cut at its
-    // first blank, and its rest is in command.words, where parseArguments() would report it as an
+    // first blank, and its rest is in command.words. parseArguments() would report this rest as an
     // unrecognized keyword. So "avivideo" is refused before the words are parsed.
     const std::size_t mark = command.device.find('!');
     std::string type = command.device.substr(0, mark);

@@ -18,13 +18,13 @@ namespace sonarith::mci {
 
 /// For the logic's thread only.
 ///
-/// Opens devices of two types: "cdaudio", and "waveaudio", which records a new sound and opens no
-/// existing file. An open "cdaudio" can be opened again only if each "open" has the keyword
-/// "shareable"; all aliases then name the same device. Closing a device (for a shared device: its
-/// last alias) stops it and drops its unsaved sound. No command waits until sound has been played
-/// or recorded, even if the command has the keyword "wait". But a command may wait until a disc's
-/// table has been read (platform/waiting.h). When a recording is saved, the user is notified of the
-/// parts of the played disc that could not be read.
+/// Opens devices of the types "cdaudio" and "waveaudio". A "waveaudio" records a new sound and
+/// opens no existing file. An open "cdaudio" can be opened again only if each "open" has the
+/// keyword "shareable"; all aliases then name the same device. Closing a device (for a shared
+/// device: its last alias) stops it and drops its unsaved sound. No command waits for the end of
+/// playing or recording, even with the keyword "wait". A command may wait until a disc's table has
+/// been read (platform/waiting.h). When a recording is saved, the user is notified of the parts of
+/// the played disc that could not be read.
 class Interpreter : public MediaControl {
   public:
     explicit Interpreter(Devices devices) : devices_(std::move(devices)) {}

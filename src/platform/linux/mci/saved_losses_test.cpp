@@ -86,7 +86,7 @@ TEST_F(LossNotice, IsReportedOnceAndOnlyAfterASuccessfulSave) {
     EXPECT_EQ(notices().size(), 1u);
 }
 
-TEST_F(LossNotice, IsReportedNeitherBeforeNorAfterTheDeviceIsClosedIfTheDiscWasRemoved) {
+TEST_F(LossNotice, IsNotReportedIfTheDiscWasRemoved) {
     disc->silentSectors = {13880};
     play("2", 100);
     session.machine.drive->disc = nullptr;

@@ -21,9 +21,9 @@ namespace sonarith::mp3 {
 [[nodiscard]] bool isEmptySideInfo(const FrameHeader& header, Bytes frame);
 
 /// Silences a frame that refers to missing data: in place of these data, a decoder would decode
-/// whatever its memory contains. Afterwards the frame's main data is empty, but the frame's
-/// mainDataBegin() is `begin` (in bytes), not 0: a decoder may drop all bytes before the beginning
-/// of a frame's main data, and later frames may need these bytes.
+/// whatever its memory contains. Afterwards the frame's main data is empty, and the frame's
+/// mainDataBegin() is `begin`, in bytes. With 0 instead, a decoder might drop all earlier bytes,
+/// which later frames may need.
 void silence(const FrameHeader& header, std::span<std::uint8_t> frame, int begin);
 
 /// Fills the empty side information of a frame so that each granule and channel has two spectral

@@ -58,7 +58,7 @@ TEST(BitReservoirTest, AdmitsTruncatedFramesAndFramesOfLayer2) {
     EXPECT_EQ(reservoir.admit(*parseHeader(frame), Bytes(frame).first(20)), std::nullopt);
 }
 
-TEST(BitReservoirTest, SilencingAFrameSetsItsMainDataBeginAndEmptiesTheRestOfItsSideInformation) {
+TEST(BitReservoirTest, SilencingAFrameSetsMainDataBeginAndEmptiesTheSideInformation) {
     for (const int begin : {0, 1, 255, 511}) {
         Data frame = frameReaching(400);
         const FrameHeader header = *parseHeader(frame);

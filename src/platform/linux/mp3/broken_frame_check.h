@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Distinguishes broken frames, which the decoder library gives up (stops decoding half-way), from
-// silent frames. For the rest of the stream after a broken frame, the library's synthesis window is
-// at another position than if that frame were intact, and the rounding of the samples depends on
-// the window's position (see preroll_history.cpp). So the later segments, if decoded separately,
-// would differ in the last bit from the result of one pass over the whole stream. This class only
-// checks frames; the caller chooses how to continue.
+// silent frames. A broken frame changes the position of the library's synthesis window for the rest
+// of the stream. The rounding of the samples depends on this position (see preroll_history.cpp). So
+// later segments that are decoded separately would differ in the last bit from one pass over the
+// whole stream. This class only checks frames; the caller chooses how to continue.
 #pragma once
 
 #include <cstdint>
@@ -29,8 +28,8 @@ class BrokenFrameCheck {
     /// check. Precondition: pass() was called for all earlier frames.
     [[nodiscard]] bool isBroken(const Frame& frame, Bytes bytes,
                                 std::span<const std::int16_t> samples);
-    /// Must be called for every frame, in order; for the same frame, isBroken() must be called
-    /// first.
+    /// Must be called for every frame, in order, and only after a call of isBroken() for that
+    /// frame, if there is one.
     void pass(const Frame& frame, Bytes bytes);
 
   private:

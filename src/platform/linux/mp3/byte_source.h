@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Reads the bytes of MP3 streams from a file or from memory. Several threads can read a ByteSource
-// at once, at any offset; a SourceWindow buffers its bytes for one thread, which reads mostly
+// at once, at any offset. A SourceWindow buffers the bytes for one thread that reads mostly
 // sequentially. Nothing here parses the bytes.
 #pragma once
 
@@ -21,8 +21,8 @@ namespace sonarith::mp3 {
 
 /// The number of bytes that a read returned, and the failure if the read was short.
 struct Reading {
-    /// The read has filled this many bytes at the beginning of the buffer: all that were requested,
-    /// or fewer after a failure.
+    /// The number of bytes that were read into the beginning of the buffer. Smaller than requested
+    /// only after a failure.
     std::size_t bytes = 0;
     std::optional<Error> failure;
 };

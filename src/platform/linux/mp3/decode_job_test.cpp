@@ -205,7 +205,7 @@ TEST_F(DecodeJobTest, ReusesACompletedDecodingOnlyIfBothFilesAreUnchanged) {
     EXPECT_FALSE(reused(former));
 }
 
-TEST_F(DecodeJobTest, AJobForAFileWithoutFramesIsNotCompletedAndMatchesOnlyItsOwnTwoFiles) {
+TEST_F(DecodeJobTest, IsNotCompletedWithoutFramesAndMatchesOnlyItsOwnFiles) {
     writeFile(source, fixture::junk(5000));
     const auto job = start(target);
     EXPECT_TRUE(waitFor(*job));

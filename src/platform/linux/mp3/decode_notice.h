@@ -18,8 +18,7 @@ struct DecodeNames {
     std::filesystem::path folder; ///< of the target
 };
 
-/// Empty if there is nothing to report: the decoding was completed without an omitted frame or a
-/// damaged place, or it was stopped.
+/// Empty if the decoding was stopped, or was completed without an omitted frame or a damaged place.
 [[nodiscard]] std::string decodeNotice(const DecodeNames& names, const DecodeResult& result);
 
 /// The duration of `samples` per channel at `rate` samples per second, as "3:12" or "1:03:12";

@@ -69,8 +69,7 @@ std::optional<Frame> FrameScanner::take(const FrameHeader& header) {
     return Frame{offset, header, std::exchange(gap_, false)};
 }
 
-/// Whether `bytes` begins with a whole frame that has the format only_ or current_, or begins a
-/// row.
+/// Whether `bytes` begins with a whole frame of the format only_ or current_, or with a row.
 bool FrameScanner::belongs(const FrameHeader& header, Bytes bytes) {
     if (header.bytes == 0 || bytes.size() < static_cast<std::size_t>(header.bytes)) {
         return false;
@@ -78,8 +77,8 @@ bool FrameScanner::belongs(const FrameHeader& header, Bytes bytes) {
     return header.format == only_ || header.format == current_ || verified(header, bytes, 0);
 }
 
-/// Whether the end of the frame at position_ is missing: after the frame, there is no other frame,
-/// no tag and no end of the source, and another row of its format begins inside it.
+/// Whether the end of the frame at position_ is missing. This is so if no frame, tag or end of the
+/// source follows the frame, and a row of the same format begins inside the frame.
 bool FrameScanner::isTorn(const FrameHeader& header, Bytes bytes) {
     const auto end = static_cast<std::size_t>(header.bytes);
     if (rowEndsAt(bytes, end)) {
@@ -139,9 +138,9 @@ void FrameScanner::skipJunk() {
             freeFormat_ = position_;
             return;
         }
-        // Tries each offset from which on the window contains at least lookAhead bytes, and leaves
-        // later offsets to the next iteration. Exception: if fewer than lookAhead bytes can be
-        // read, or if the source ends at the window's end, all offsets are tried now.
+        // Tries each offset from which on the window contains at least lookAhead bytes. The next
+        // iteration tries the later offsets. If the window is shorter than lookAhead or ends with
+        // the source, all offsets are tried now.
         const bool last = bytes.size() < SourceWindow::lookAhead ||
                           position_ + static_cast<std::int64_t>(bytes.size()) == source_->size();
         const std::size_t limit = last ? bytes.size() : bytes.size() - SourceWindow::lookAhead + 1;

@@ -30,13 +30,14 @@ struct ScanLoss {
     friend bool operator==(const ScanLoss&, const ScanLoss&) = default;
 };
 
-/// Bytes that look like a frame are accepted as a frame if they begin a row: two more frames of the
-/// format follow them, or fewer frames and then a tag or the end of the source. Bytes that directly
-/// follow an accepted frame or a tag, or begin the scan, need not begin a row if they have the
-/// requested format or that of the preceding accepted frame. A frame whose end is missing, because
-/// another row of its format begins inside it, is not accepted. A scan that starts at any frame
-/// that `next` has returned finds the same following frames as a scan for the same format from the
-/// beginning. An offset that cannot be read counts as the end of the source.
+/// A frame is accepted if it begins a row: two more frames of its format follow, or fewer frames
+/// and then a tag or the end of the source. Directly after an accepted frame or a tag, and at the
+/// start of the scan, no row is needed. There, the frame needs only the requested format or the
+/// format of the preceding accepted frame. A truncated frame, inside which another row of its
+/// format begins, is not accepted. An offset that cannot be read counts as the end of the source.
+///
+/// A scan may begin at any frame that `next` has returned. It finds the same later frames as a scan
+/// for the same format from the beginning.
 ///
 /// The time of a scan is linear in the number of bytes for any data: each offset is tried a bounded
 /// number of times.
@@ -61,8 +62,8 @@ class FrameScanner {
     [[nodiscard]] const std::optional<Error>& failure() const { return window_.failure(); }
     /// Everything before this offset in the source has been examined.
     [[nodiscard]] std::int64_t position() const { return position_; }
-    /// The number of tries so far: each try examines whether a row of frames begins at an offset.
-    /// The number measures the work that hostile data can cause.
+    /// How often the scan has examined whether a row of frames begins at an offset. This number
+    /// measures the work that hostile data can cause.
     [[nodiscard]] std::int64_t placesTried() const {
         return placesTried_ + rowsAhead_.placesTried();
     }

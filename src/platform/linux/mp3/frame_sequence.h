@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Assigns numbers, from 0, to the frames that are to be decoded: all frames of one format that the
-// scanner finds in a stream, except the first one if it is an information frame. Stores the gapless
-// trim that the information frame states (info_tag.h). This class decodes nothing.
+// Assigns numbers, from 0, to the frames that are to be decoded: all frames of one format in a
+// stream. An information frame at the beginning gets no number. Stores the gapless trim that the
+// information frame states (info_tag.h). This class decodes nothing.
 #pragma once
 
 #include <cstdint>

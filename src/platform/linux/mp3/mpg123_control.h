@@ -20,24 +20,24 @@ namespace sonarith::mp3 {
 /// As many threads as the machine has cores, within limits.
 [[nodiscard]] Division divisionForThisMachine();
 
-/// Each window that needs an MP3 control has its own. Any number of MP3 controls may use one card:
-/// the card's wave line belongs to the control that played last, and Stop of another control does
-/// not affect that line. The controls decode concurrently; two decodings to the same target run one
+/// Each window that needs an MP3 control has its own. Any number of MP3 controls may use one card.
+/// The card's wave line belongs to the control that played last; Stop of another control does not
+/// affect that line. The controls decode concurrently; two decodings to the same target run one
 /// after the other.
 ///
-/// For use on the logic thread only; `mapPath` is called on no other thread. The waits for a disk
-/// are short, but long enough for a working disk: Play, Stop and the destructor wait at most 10 ms
-/// for the end of the playing, Stop and the destructor at most 40 ms more for the end of a
-/// decoding, and DecodeToWav at most 20 ms. Play and DecodeToWav also call `mapPath`, which may
-/// wait longer. No other member waits for a disk.
+/// For use on the logic thread only; `mapPath` is called on no other thread.
+///
+/// The waits for a disk are short, but long enough for a working disk. Play waits at most 10 ms,
+/// DecodeToWav at most 20 ms, Stop and the destructor at most 50 ms. Play and DecodeToWav also call
+/// `mapPath`, which may wait longer. No other member waits for a disk.
 ///
 /// The states of a decoding as the caller sees them (for all states, see decode_job.h):
 ///
 ///     DecodeToWav        Busy is true, also while the decoding waits for an earlier decoding to
 ///                        the same target
-///     end of decoding    Busy is false; the WAV has its name, or no WAV is saved (no sample was
-///                        decoded, or saving failed); after a failure a saved WAV contains
-///                        everything decoded before the failure
+///     end of decoding    Busy is false; the WAV has its name, unless no sample was decoded or
+///                        saving failed; after a failure the WAV contains everything decoded
+///                        before it
 ///     Stop               Busy is false at once; the WAV with the decoded part gets its name when
 ///                        the disk allows, possibly after the control is destroyed
 ///     DecodeToWav for other files

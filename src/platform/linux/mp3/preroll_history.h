@@ -22,8 +22,8 @@ class PrerollHistory {
     /// Must be called for every frame, in order.
     void add(const NumberedFrame& frame);
     /// Returns where a new decoder must start so that its samples are correct from `frame` on.
-    /// Preconditions: a frame was added; `frame` is the last added frame, the frame after it, or
-    /// one shortly before it, because the history keeps only the last frames.
+    /// Precondition: `frame` is the last added frame, the frame after it, or one shortly before it.
+    /// The history keeps only the last frames.
     [[nodiscard]] Preroll before(std::int64_t frame) const;
 
   private:

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tracks the progress of a job; thread-safe. The position runs from 0 to a constant for a job of
-// any size, so it always fits into 32 bits, and callers always divide it by the same number.
+// Tracks the progress of a job; thread-safe. The position runs from 0 to the same constant for a
+// job of any size. So it fits into 32 bits, and callers always divide it by the same number.
 #pragma once
 
 #include <algorithm>

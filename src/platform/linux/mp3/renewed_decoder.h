@@ -18,11 +18,11 @@
 
 namespace sonarith::mp3 {
 
-/// The decoder is replaced at each frame whose number is a multiple of the period, unless the pass
-/// over the stream began less than `lead` frames before that frame, or there is no memory for a
-/// second decoder. Two passes with the same period may begin at different frames. From the first
-/// frame at which both replace the decoder, they deliver the same samples, even after frames that
-/// the library gave up.
+/// The decoder is replaced at each frame whose number is a multiple of the period. There is no
+/// replacement if the pass over the stream began less than `lead` frames earlier, or if there is no
+/// memory for a second decoder. Two passes with the same period may begin at different frames. From
+/// the first frame at which both replace the decoder, they deliver the same samples, even after
+/// frames that the library gave up.
 class RenewedDecoder {
   public:
     /// Seven minutes of sound. With this period, 2 of 100 frames are decoded twice, and a frame

@@ -79,7 +79,7 @@ TEST_F(SegmentWorkersTest, WriteTheSamplesOfASequentialDecodingForAnyNumberOfWor
         EXPECT_EQ(decoded.count, whole.count);
         EXPECT_EQ(fixture::difference(written(decoded), whole.samples), std::nullopt)
             << threads << " threads";
-        if (threads == 0) { // `progress` adds up the progress of all decodings
+        if (threads == 0) { // the first decoding: `progress` adds up all decodings
             EXPECT_GT(progress.position(), Progress::length * 9 / 10);
         }
     }

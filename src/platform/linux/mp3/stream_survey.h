@@ -14,10 +14,10 @@ namespace sonarith::mp3 {
 
 /// A stream is decoded in its most frequent format (version, layer, rate and channels). An
 /// information frame does not count if it is the first frame of its format, since it contains no
-/// sound. If two or more formats have the highest number of frames, the one whose first frame is
-/// earliest is chosen. The decoders drop the frames of other formats and report the number of the
-/// dropped frames (ScanLoss::framesDropped). If the first frame of the chosen format is an
-/// information frame, the decoders apply the trimming that this frame states (info_tag.h).
+/// sound. If several formats are equally frequent, the format that begins first is chosen. The
+/// decoders drop the frames of other formats and count them in ScanLoss::framesDropped. If the
+/// first frame of the chosen format is an information frame, the decoders apply the trimming that
+/// this frame states (info_tag.h).
 ///
 /// A stream that begins in free format is read in free format to its end: the decoder library finds
 /// the frames (free_format_decoder.h), and only frames of the first frame's format are kept.

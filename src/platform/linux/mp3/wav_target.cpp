@@ -112,8 +112,8 @@ Status WavTarget::cut(std::int64_t bytes) {
                : Status(files::systemError(errno, target_));
 }
 
-/// How many of `samples` can be moved by `distance` bytes towards the end of the file: all, or, if
-/// the disk has no space for a longer file, those that stay within the file's present length.
+/// How many of `samples` can be moved by `distance` bytes towards the end of the file. If the disk
+/// has no space for a longer file, the samples must stay within the file's present length.
 std::int64_t WavTarget::roomFor(std::int64_t samples, std::int64_t distance) {
     const std::vector<std::uint8_t> beyond(static_cast<std::size_t>(distance));
     const bool hasRoom = write(sound::wavHeaderBytes + samples * bytesPerFrame(), beyond).ok();

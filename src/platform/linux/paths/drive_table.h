@@ -39,7 +39,7 @@ class DriveTable {
 
     /// Updates the drives to the current mounts. A mount point seen for the first time is assigned
     /// a letter, which is stored. No mount is assigned H:, whatever the store contains. A mount on
-    /// the home folder is reached as H: without an assignment; if the store already contains a
+    /// the home folder is reached as H: without an assignment. If the store already contains a
     /// letter for that mount, the mount also keeps that letter, since stored paths may use it. When
     /// all letters are assigned, a further mount belongs to the drive that contains its mount
     /// point.

@@ -29,7 +29,7 @@ TEST(DriveTable, GivesTheRootTheLetterCAndDoesNotStoreThisLetter) {
     EXPECT_THAT(store.writes, IsEmpty());
 }
 
-TEST(DriveTable, MountsExceptTheRootGetLettersInTheirOrderAndTheLettersAreStored) {
+TEST(DriveTable, AssignsLettersInTheOrderOfTheMountsAndStoresThem) {
     FakeSettingsStore store;
     DriveTable table(store);
     table.update(mountsOn({"/", "/home", "/media/a"}));

@@ -12,10 +12,9 @@ namespace sonarith {
 [[nodiscard]] int renameExclusively(const std::string& from, const std::string& to);
 
 /// The fallback of renameExclusively() if the kernel or the file system does not support exclusive
-/// renames. It creates `to` as a second hard link and removes `from`. If such a link is not
-/// possible (for example, for a folder), it calls rename(); `to` does not exist then, since
-/// otherwise link() would have failed with EEXIST. Only in this case can a file be lost: if another
-/// process creates `to` between link() and rename(), rename() replaces that file.
+/// renames. It creates `to` as a second hard link and removes `from`. If no link is possible (for
+/// example, for a folder), it calls rename(). Only then can a file be lost: if another process
+/// creates `to` between link() and rename(), rename() replaces that file.
 [[nodiscard]] int renameByLink(const std::string& from, const std::string& to);
 
 } // namespace sonarith

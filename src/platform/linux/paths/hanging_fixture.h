@@ -119,10 +119,10 @@ class HangingMounts {
     std::map<std::string, Gate> gates_; ///< by mount point
 };
 
-/// wait() returns Outcome::late as soon as a call hangs at a gate, unless an earlier wait() has
-/// already returned Outcome::late because of the same call. So no test waits for a long timeout. If
-/// there is no such call, wait() returns Outcome::late after plainMoment if the bound is at most
-/// plainMoment, otherwise after the bound, but not before 30 s have passed.
+/// wait() returns Outcome::late as soon as a call hangs at a gate, so no test waits for a long
+/// timeout. Each hanging call makes only one wait() late. If no other call hangs, wait() returns
+/// Outcome::late after plainMoment for a bound up to plainMoment. For a longer bound it waits for
+/// the bound, but at least for 30 s.
 class GateWaiting final : public Waiting {
   public:
     explicit GateWaiting(const HangingMounts& mounts) : mounts_(mounts) {}
@@ -147,9 +147,8 @@ class GateWaiting final : public Waiting {
     int late_ = 0; ///< number of hanging calls that were already reported as late
 };
 
-/// The machine's files. A call that accesses a mount passes the gate of that mount, with two
-/// exceptions: rename() passes only the gate of the old path, and closing a file or a walk's handle
-/// passes no gate.
+/// The machine's files. A call that accesses a mount passes the gate of that mount. rename() passes
+/// only the gate of the old path. Closing a file or a walk's handle passes no gate.
 class HangingMachine final : public MachineFiles {
   public:
     HangingMachine(const SharedPaths& shared, std::shared_ptr<HangingMounts> mounts)

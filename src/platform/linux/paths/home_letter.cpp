@@ -55,9 +55,8 @@ std::string mountPointOf(const SettingsStore& store, char letter) {
 }
 
 /// The path on H: of the file or folder that `path` names by another letter. Empty if `path`
-/// already uses H:, if the letter of `path` stands for no mount that contains the home folder, if
-/// `path` is outside the home folder, or if `path` is the home folder itself without a backslash at
-/// the end.
+/// already uses H:, or a letter whose mount does not contain the home folder. Also empty if `path`
+/// is outside the home folder, or is the home folder itself without a backslash at the end.
 std::optional<std::string> byHomeLetter(const SettingsStore& store, std::string_view home,
                                         std::string_view path) {
     const std::string mountPoint = hasDrive(path) ? mountPointOf(store, path[0]) : std::string();

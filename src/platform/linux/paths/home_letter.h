@@ -24,10 +24,11 @@ struct StoredPath {
 /// Step 2: Each value of the keys `paths` that names a file or folder in the home folder by another
 /// letter becomes a path on H:. The dialogs use H: for files in the home folder, so each file then
 /// has one path. Exception to step 2: the path of the home folder itself, without a backslash at
-/// the end, keeps its letter. Otherwise it would become "H:", which has no backslash, but the logic
-/// splits a path at its last backslash. A store that needs no change is not written to. Must be
-/// called before a LetterStore or a DriveTable of this store is created. If a call is interrupted,
-/// the next call completes the migration.
+/// the end, keeps its letter. It would become "H:", and the logic could not split "H:" at a
+/// backslash.
+/// A store that needs no change is not written to. Must be called before a LetterStore or a
+/// DriveTable of this store is created. If a call is interrupted, the next call completes the
+/// migration.
 void moveToHomeLetter(SettingsStore& store, std::string_view home,
                       const std::vector<StoredPath>& paths);
 

@@ -97,7 +97,7 @@ TEST_F(MoveToHomeLetterTest, PathsOnAMountWithTheLetterHGetTheRootsLetterIfNoLet
     EXPECT_EQ(moved("H:\\music"), "C:\\media\\H\u02d0\\music");
 }
 
-TEST_F(MoveToHomeLetterTest, PathsKeepTheLetterHIfItIsAssignedToAMountAtTheHomeFolder) {
+TEST_F(MoveToHomeLetterTest, PathsKeepTheLetterHIfItsMountIsTheHomeFolder) {
     store_.put("Drives", "H", "/home/jane");
     EXPECT_EQ(moved("H:\\music"), "H:\\music");
     EXPECT_EQ(store_.held("Drives", "H"), std::nullopt);

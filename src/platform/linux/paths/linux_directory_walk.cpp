@@ -59,10 +59,9 @@ class LinuxDirectoryWalk final : public DirectoryWalk {
 
 std::optional<std::string> LinuxDirectoryWalk::machinePathOf(const std::string& folder) {
     if (const auto known = met_.extract(folder)) {
-        // If a spelling of this folder was chosen (rememberChosen(), toLogic()), it has priority
-        // over the spelling that the walk listed. locate() would apply the chosen spelling, but is
-        // not called here. The files in the folder need no such step: PathMap::locate() translates
-        // their paths.
+        // A chosen spelling of this folder (rememberChosen(), toLogic()) has priority over the
+        // listed spelling. locate() would apply the chosen spelling, but is not called here.
+        // PathMap::locate() translates the paths of the files in the folder.
         auto chosen = paths_.hasChosen(known.mapped()) ? paths_.chosenFor(folder) : std::nullopt;
         return chosen ? chosen : known.mapped();
     }

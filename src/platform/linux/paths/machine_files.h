@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Accesses the machine's files; each object owns, alone or jointly, all state that its calls need.
-// A call that hangs is left behind together with its object: nothing waits for that call again, and
-// later calls use a new object. patient_paths.h runs each call on another thread and limits the
-// wait for it.
+// Accesses the machine's files. Each object owns, alone or jointly, all state that its calls need.
+// A call that hangs is left behind together with its object, and later calls use a new object.
+// patient_paths.h runs each call on another thread and limits the wait.
 #pragma once
 
 #include <functional>

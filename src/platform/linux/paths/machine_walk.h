@@ -66,10 +66,10 @@ class MachineWalk {
     MachineWalk(std::shared_ptr<WalkedFolders> folders, Duration longestReadAhead)
         : walked_(std::move(folders)), longestReadAhead_(longestReadAhead) {}
 
-    /// Reads the folder's first part. With ReadAhead::yes it then reads the folders below until the
-    /// call reaches its limit of time or of entries, or a folder does not fit into one part. Hidden
-    /// folders are not read ahead. Of the other folders that are found but not read yet, the one
-    /// found last is read next. The logic's walk skips and orders the folders in the same way.
+    /// Reads the folder's first part. With ReadAhead::yes it then reads the folders below, except
+    /// hidden ones. The folder found last is read next. This is the order of the logic's walk,
+    /// which also skips hidden folders. The call ends at its limit of time or of entries, or at a
+    /// folder that does not fit into one part.
     void read(MachineFiles& machine, const std::string& folder, ReadAhead ahead, ReadFolders& read);
     /// Reads and returns the next part of the folder that `part` belongs to. The returned part has
     /// no records if another MachineFiles object read `part`.

@@ -161,9 +161,9 @@ std::optional<std::vector<MountPoint>> MountInfo::changed() {
         return std::nullopt;
     }
     std::erase_if(*mounts, [](const MountPoint& mount) {
-        // A partial mount (see MountPoint::partial) that may be remote is kept without a check,
-        // because the check would hang if the mount's server did not respond. Any other partial
-        // mount is kept only if it is a folder: a mount of a single file is omitted.
+        // A partial mount (see MountPoint::partial) of a single file is omitted. A partial mount
+        // that may be remote is kept without a check: the check would hang if the server did not
+        // respond.
         std::error_code unknown;
         return !holdsUserFiles(mount) || (mount.partial && !mayBeRemote(mount) &&
                                           !std::filesystem::is_directory(mount.path, unknown));

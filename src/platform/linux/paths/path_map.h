@@ -4,9 +4,9 @@
 //
 // The logic converts its paths to lower case, so a path may match several names on the disk. In
 // addition, a folder that may be entered but not listed cannot be searched for a match. So PathMap
-// remembers, while the program runs, the spellings of chosen paths and of listed folders. A name in
-// lower case, which the logic may have converted, is matched by the first of the following
-// spellings that exists:
+// remembers the spellings of chosen paths and of listed folders while the program runs. A name in
+// lower case, which the logic may have converted, is matched by the first of these spellings that
+// exists:
 //   1. the chosen spelling: that of a folder created or entered, of a file picked in a dialog, or
 //      of the new name in a rename (the most recent of several);
 //   2. the exact name;

@@ -4,11 +4,11 @@
 // call that times out is left behind: nothing waits for it any more, and its MachineFiles object is
 // not used again. PatientPaths then searches for the mount that does not respond: a second call,
 // with its own short bound, follows the first call's paths step by step. Until the first call has
-// returned, no other call is made to that mount or with one of these paths. Refusing calls by
-// mount alone would not be enough: a call for a folder may hang at an entry of this folder, for
-// example at a link to a mount that does not respond. The search follows the folder's path but not
-// its entries, so it then finds no mount. The file calls themselves are in patient_file_system.h,
-// patient_directories.h and patient_walk.h.
+// returned, no other call is made to that mount or with one of these paths. Refusing calls by mount
+// alone would not be enough. A call for a folder may hang at an entry of this folder, for example
+// at a link to a mount that does not respond. The search does not follow entries, so it then finds
+// no mount. The file calls themselves are in patient_file_system.h, patient_directories.h and
+// patient_walk.h.
 #pragma once
 
 #include <functional>
@@ -64,10 +64,13 @@ class PatientPaths {
 
     /// Calls `question` with a MachineFiles& and returns its result. `paths` are the paths of the
     /// logic that the question accesses; each is an absolute path. The result is empty if the call
-    /// has not returned when the wait ends (see usualBound). It is also empty, and `question` is
-    /// not called, in four cases: a mount of one of the paths is known not to respond, an earlier
-    /// call with one of the paths has not returned, mostLeftBehind calls are left behind, or no
-    /// thread can be started. `question` must own all objects that it uses.
+    /// has not returned when the wait ends (see usualBound). `question` must own all objects that
+    /// it uses.
+    /// The result is also empty, and `question` is not called, in four cases:
+    /// - a mount of one of the paths is known not to respond;
+    /// - an earlier call with one of the paths has not returned;
+    /// - mostLeftBehind calls are left behind;
+    /// - no thread can be started.
     template <typename Question>
     [[nodiscard]] auto ask(const std::vector<std::string>& paths, Question question) {
         return askWithin(bound_, paths, std::move(question));

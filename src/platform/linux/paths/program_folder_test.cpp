@@ -45,8 +45,7 @@ TEST(ProgramFolder, IsInTheUsersMusicFolderIfTheExecutablesFolderIsNotWritable) 
     EXPECT_TRUE(fs::is_directory(music + "/Sonarith"));
 }
 
-TEST(ProgramFolder,
-     OfAnInstalledProgramIsInTheUsersMusicFolderEvenIfTheExecutablesFolderIsWritable) {
+TEST(ProgramFolder, IsInTheUsersMusicFolderForAnInstalledProgram) {
     const fakes::TempFolder folder;
     fs::create_directories(folder / "share/sonarith");
     fs::create_directory(folder / "bin"); // the user who runs the test can write to it
