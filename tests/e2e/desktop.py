@@ -140,9 +140,9 @@ class Desktop:
         # the program under chroot, where the program cannot see this machine's /tmp. In that test,
         # self.folder, and so the runtime folder, is inside the new root (clean_root.py).
         place = pathlib.Path(self.environment["XDG_RUNTIME_DIR"]) / "bus"
-        bus = self._bus = self._start("dbus-daemon", "--session", "--nofork", "--print-address=1",
-                          f"--address=unix:path={place}", stdout=subprocess.PIPE, text=True)
-        address = bus.stdout.readline().strip()
+        self._bus = self._start("dbus-daemon", "--session", "--nofork", "--print-address=1",
+                                f"--address=unix:path={place}", stdout=subprocess.PIPE, text=True)
+        address = self._bus.stdout.readline().strip()
         check(address, "the message bus did not start")
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = address
         self._start("/usr/libexec/at-spi-bus-launcher", "--launch-immediately")

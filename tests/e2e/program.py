@@ -134,9 +134,7 @@ class Program:
     def main_window_id(self):
         def read():
             for window in self.desktop.windows_of(self.process.pid):
-                name = subprocess.run(["xdotool", "getwindowname", window], check=False,
-                                      env=self.desktop.environment, capture_output=True, text=True)
-                if name.stdout.strip().startswith(
+                if self._caption(window).startswith(
                         ("Sonarith v2.0", "Extracting Track", "Decoding ")):
                     return window
             return None
@@ -144,12 +142,14 @@ class Program:
 
     def window_id(self, title):
         """The visible X window with this caption; None if there is none."""
-        for window in self.desktop.windows_of(self.process.pid):
-            name = subprocess.run(["xdotool", "getwindowname", window], check=False,
-                                  env=self.desktop.environment, capture_output=True, text=True)
-            if name.stdout.strip() == title:
-                return window
-        return None
+        return next((window for window in self.desktop.windows_of(self.process.pid)
+                     if self._caption(window) == title), None)
+
+    def _caption(self, window):
+        """The caption of an X window; empty if the window no longer exists."""
+        asked = subprocess.run(["xdotool", "getwindowname", window], check=False,
+                               env=self.desktop.environment, capture_output=True, text=True)
+        return asked.stdout.strip()
 
     def activate(self, title):
         """Activates a window and returns its X window."""
@@ -370,10 +370,7 @@ class Program:
     def close_panel(self):
         """Closes the player's panel, for scenarios that count windows or need the keyboard
         focus."""
-        found = subprocess.run(["xdotool", "search", "--onlyvisible", "--pid",
-                                str(self.process.pid), "--name", "^CD Player$"], check=False,
-                               env=self.desktop.environment, capture_output=True, text=True)
-        self.desktop.ask_to_close(found.stdout.split()[0])
+        self.desktop.ask_to_close(self.window_id("CD Player"))
         wait_for("the closing of the panel", lambda: self.window("CD Player") is None)
 
     def open_row(self, name):
