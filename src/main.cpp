@@ -103,7 +103,7 @@ int runProgram(bool busIsSilent) {
     calls.driveInUse = [&] {
         return application.driveInUse();
     };
-    calls.refreshList = [&] {
+    calls.readChosenDisc = [&] {
         application.readChosenDisc();
     };
     calls.notices = [&] {

@@ -183,7 +183,7 @@ TEST_F(ControlPanelTest, TheMenuContainsStopThenRestoreThenASeparatorThenShutdow
     EXPECT_THAT(entries,
                 ElementsAre("mnuStopencoding: Stop Conversion", "Exit: Restore Control panel",
                             "mnuspace1: -", "mnuEnd: Shutdown program"));
-    EXPECT_TRUE(popup.mnuspace1.isLine());
+    EXPECT_TRUE(popup.mnuspace1.isSeparator());
 }
 
 TEST_F(ControlPanelTest, OpeningTheMenuCopiesTheMainWindowsTitleToFrmPopup) {

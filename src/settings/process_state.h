@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Holds the process-wide variables of the logic. The program has one instance, which its classes
-// get by reference; each test creates a new instance. Not thread-safe: for the logic's thread only.
+// get by reference; each test creates a new instance. Not thread-safe: for the logic thread only.
 #pragma once
 
 #include <cstdint>

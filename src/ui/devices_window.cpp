@@ -254,7 +254,7 @@ void DevicesWindow::chooseDrive(const std::string& drive) {
     refreshing_ = true;
     do {
         refreshAgain_ = false;
-        calls_.refreshList();
+        calls_.readChosenDisc();
     } while (refreshAgain_);
     refreshing_ = false;
     showDrives();

@@ -26,7 +26,7 @@ struct DevicesWindowCalls {
     std::function<bool()> driveInUse;
     /// Reads the chosen disc: runs "Refresh List". Then the player, if it is on, opens the disc.
     /// May yield.
-    std::function<void()> refreshList;
+    std::function<void()> readChosenDisc;
     /// The notices to the user so far, oldest first.
     std::function<std::vector<std::string>()> notices;
     /// Lets the user pick a disc image; returns an empty text if none was picked. If this is not
@@ -43,9 +43,9 @@ class DevicesWindow : public QDialog {
 
     /// Searches for the devices that exist now, and shows the window.
     void open() override;
-    /// Stores a drive (as DeviceChoice::drive() returns it) and calls refreshList. While an action
-    /// is using the current drive, shows the window with a message instead. Also called for an
-    /// image that is dropped on the main window.
+    /// Stores a drive (as DeviceChoice::drive() returns it) and calls readChosenDisc. While an
+    /// action is using the current drive, shows the window with a message instead. Also called for
+    /// an image that is dropped on the main window.
     void chooseDrive(const std::string& drive);
 
   protected:

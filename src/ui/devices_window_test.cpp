@@ -39,7 +39,7 @@ class DevicesWindowTest : public testing::Test {
     DevicesWindowCalls calls() {
         return {
             .driveInUse = [this] { return inUse; },
-            .refreshList =
+            .readChosenDisc =
                 [this] {
                     log.push_back("refresh " + drive);
                     if (onRefresh) {

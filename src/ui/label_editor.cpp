@@ -75,13 +75,13 @@ void LabelEditor::focusOutEvent(QFocusEvent* event) {
 }
 
 void LabelEditor::mousePressEvent(QMouseEvent* event) {
-    if (!takesPress(*event)) {
+    if (!handlesPress(*event)) {
         QLineEdit::mousePressEvent(event);
     }
 }
 
 void LabelEditor::mouseDoubleClickEvent(QMouseEvent* event) {
-    if (!takesPress(*event)) {
+    if (!handlesPress(*event)) {
         QLineEdit::mouseDoubleClickEvent(event);
     }
 }

@@ -22,7 +22,7 @@ class LabelEditor : public QLineEdit {
     std::function<void()> onCancelled;
     /// Called for each press of a mouse button. If it returns true, the editor does not handle the
     /// press.
-    std::function<bool(QMouseEvent&)> takesPress;
+    std::function<bool(QMouseEvent&)> handlesPress;
 
   protected:
     void keyPressEvent(QKeyEvent* event) override;

@@ -20,8 +20,8 @@ class LabelEditorTest : public testing::Test {
         editor.onCancelled = [this] {
             log.push_back("cancelled");
         };
-        editor.takesPress = [this](QMouseEvent&) {
-            return takesPress;
+        editor.handlesPress = [this](QMouseEvent&) {
+            return handlesPress;
         };
         window.show();
     }
@@ -30,7 +30,7 @@ class LabelEditorTest : public testing::Test {
         QCoreApplication::sendEvent(&editor, &out);
     }
 
-    bool takesPress = false;
+    bool handlesPress = false;
     QWidget window;
     LabelEditor editor{QStringLiteral("one.wav"), &window};
     std::vector<std::string> log;
@@ -67,10 +67,10 @@ TEST_F(LabelEditorTest, TheDownKeyDoesNotReachTheParentWidget) {
 }
 
 TEST_F(LabelEditorTest, APressThatTheOwnerTakesDoesNotChangeTheSelection) {
-    takesPress = true;
+    handlesPress = true;
     QTest::mouseClick(&editor, Qt::LeftButton);
     EXPECT_EQ(editor.selectedText(), "one.wav");
-    takesPress = false;
+    handlesPress = false;
     QTest::mouseClick(&editor, Qt::LeftButton);
     EXPECT_EQ(editor.selectedText(), "");
 }

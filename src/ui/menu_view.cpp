@@ -39,7 +39,7 @@ void fill(QMenu& menu, const MenuItem& heading, MenusOfHeadings& made) {
     qsizetype i = 0;
     for (MenuItem* entry : heading.entries()) {
         const QString& caption = marked[i++];
-        if (entry->isLine()) {
+        if (entry->isSeparator()) {
             new MenuItemView(*entry, *menu.addSeparator(), MenuItemView::Ticks::no);
         } else if (entry->entries().empty()) {
             auto* action = new QAction(caption, &menu);

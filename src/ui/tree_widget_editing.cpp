@@ -40,7 +40,7 @@ void TreeWidget::openEditor(const NodeRef& node) {
         // Hiding a focused editor would move the focus to the next control, a button.
         closeEditor(Focus::toTree);
     };
-    editor_->takesPress = [this](QMouseEvent& event) {
+    editor_->handlesPress = [this](QMouseEvent& event) {
         return takesPressFromEditor(event);
     };
     updateEditorGeometries();

@@ -128,8 +128,7 @@ class Program:
     @property
     def title(self):
         """The main window's caption."""
-        done = self.desktop.xdotool("getwindowname", self.main_window_id())
-        return " ".join(done)
+        return self._caption(self.main_window_id())
 
     def main_window_id(self):
         def read():
@@ -368,8 +367,7 @@ class Program:
         self.desktop.xdotool("windowactivate", "--sync", main)
 
     def close_panel(self):
-        """Closes the player's panel, for scenarios that count windows or need the keyboard
-        focus."""
+        """Closes the player's panel: some scenarios count windows or need the keyboard focus."""
         self.desktop.ask_to_close(self.window_id("CD Player"))
         wait_for("the closing of the panel", lambda: self.window("CD Player") is None)
 

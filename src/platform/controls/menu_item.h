@@ -27,7 +27,7 @@ class MenuItem : public ControlWith<MenuItemState> {
     [[nodiscard]] bool checked() const { return state_.checked; }
     void setChecked(bool checked) { assign(state_.checked, checked, Property::checked); }
     [[nodiscard]] const std::vector<MenuItem*>& entries() const { return entries_; }
-    [[nodiscard]] bool isLine() const { return caption_ == "-"; }
+    [[nodiscard]] bool isSeparator() const { return caption_ == "-"; }
 
     Handler<> onClick;
     /// Runs before a menu with entries opens.

@@ -10,7 +10,7 @@ TrayMenu::TrayMenu(MenuItem& heading) {
     setObjectName(toQString(heading.name()));
     connect(this, &QMenu::aboutToShow, this, [&heading] { run(heading.onOpen); });
     for (MenuItem* entry : heading.entries()) {
-        if (entry->isLine()) {
+        if (entry->isSeparator()) {
             addSeparator()->setObjectName(toQString(entry->name()));
         } else {
             add(*entry);

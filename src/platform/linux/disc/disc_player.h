@@ -19,7 +19,7 @@ namespace sonarith::disc {
 
 enum class PlayerMode { stopped, playing, paused };
 
-/// pull() is for the sound card's thread, all other members are for the logic's thread.
+/// pull() is for the sound card's thread, all other members are for the logic thread.
 class DiscPlayer : public sound::SampleSource {
   public:
     explicit DiscPlayer(std::shared_ptr<Disc> disc, ThreadStarter starter = startThread);

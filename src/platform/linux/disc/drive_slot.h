@@ -24,7 +24,7 @@ struct DriveMakers {
 /// returned functions and the Drive objects that these functions create.
 [[nodiscard]] DriveMakers realDriveMakers(waiting::Services services);
 
-/// For the logic's thread only.
+/// For the logic thread only.
 class DriveSlot {
   public:
     /// `configured` returns the user's choice: empty for the first optical drive found, a device

@@ -67,7 +67,7 @@ class OpticalDisc : public Disc {
     std::optional<std::int64_t>
         next_; ///< the sector that sectors_ delivers next, in the drive's numbering
     bool gone_ = false;
-    const std::shared_ptr<DamageRecord> damage_; ///< also read on the logic's thread
+    const std::shared_ptr<DamageRecord> damage_; ///< also read on the logic thread
 };
 
 } // namespace sonarith::disc

@@ -80,16 +80,16 @@ Loaded PatientDrive::load() {
         const std::lock_guard lock(known_->mutex);
         underWay = known_->loading;
     }
-    bool answers = true;
+    bool responds = true;
     std::optional<Loaded> loaded;
     if (underWay) {
-        answers = !loadUnanswered_ && calls_.finish(patience_.load);
-        loaded = answers ? takeLoaded() : std::nullopt;
+        responds = !loadTimedOut_ && calls_.finish(patience_.load);
+        loaded = responds ? takeLoaded() : std::nullopt;
     }
-    if (answers && !loaded) {
+    if (responds && !loaded) {
         loaded = beginLoad(patience_.load) ? takeLoaded() : std::nullopt;
     }
-    loadUnanswered_ = !loaded;
+    loadTimedOut_ = !loaded;
     if (loaded) {
         return std::move(*loaded);
     }
@@ -111,7 +111,7 @@ std::optional<Loaded> PatientDrive::loadSoon() {
         begins = !known_->loading && !known_->loaded;
     }
     if (begins) {
-        loadUnanswered_ = false;
+        loadTimedOut_ = false;
         (void)beginLoad(tableMoment);
     }
     std::optional<Loaded> loaded = takeLoaded();

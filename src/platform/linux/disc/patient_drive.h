@@ -15,7 +15,7 @@
 
 namespace sonarith::disc {
 
-/// For the logic's thread only.
+/// For the logic thread only.
 class PatientDrive final : public Drive {
   public:
     /// The time limits of the calls.
@@ -68,7 +68,7 @@ class PatientDrive final : public Drive {
     const std::shared_ptr<Known> known_; ///< shared with the calls on the other thread
     waiting::BlockingCalls calls_;
     Clock::time_point loadBegan_;
-    bool loadUnanswered_ = false; ///< the last load has timed out
+    bool loadTimedOut_ = false; ///< the last load has timed out
     bool hangingReported_ = false;
 };
 

@@ -13,7 +13,7 @@ namespace {
 /// The exit status of the dynamic linker if a library is missing.
 constexpr int linkerFailed = 127;
 
-[[noreturn]] void endForWantOf(const char* name) {
+[[noreturn]] void endBecauseMissing(const char* name) {
     const char* reason = ::dlerror();
     std::fprintf(stderr, "sonarith: %s\n", reason != nullptr ? reason : name);
     std::_Exit(linkerFailed);
@@ -29,7 +29,7 @@ void LateLibrary::load() const {
     // never closed.
     void* const opened = ::dlopen(name_, RTLD_LAZY | RTLD_LOCAL);
     if (opened == nullptr) {
-        endForWantOf(name_);
+        endBecauseMissing(name_);
     }
     handle_.store(opened, std::memory_order_release);
 }
@@ -38,7 +38,7 @@ void* LateLibrary::symbol(const char* name) const {
     load();
     void* const found = ::dlsym(handle_.load(std::memory_order_acquire), name);
     if (found == nullptr) {
-        endForWantOf(name);
+        endBecauseMissing(name);
     }
     return found;
 }

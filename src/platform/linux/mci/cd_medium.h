@@ -15,7 +15,7 @@
 
 namespace sonarith::mci {
 
-/// For the thread of the logic.
+/// For the logic thread.
 class CdMedium {
   public:
     /// How long the reading of the next sound may take before the user is notified. Longer than 8

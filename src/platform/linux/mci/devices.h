@@ -20,7 +20,7 @@
 namespace sonarith::mci {
 
 /// Plays one disc to the output and to the recorder. The disc is initially stopped at sector 0; the
-/// destructor stops it. For the logic's thread only.
+/// destructor stops it. For the logic thread only.
 class Transport {
   public:
     virtual ~Transport() = default;
@@ -40,7 +40,7 @@ class Transport {
 };
 
 /// One recording of 16 bit samples at 44100 Hz. Its file is hidden until the recording is saved;
-/// unsaved sound is deleted with the object. For the logic's thread only.
+/// unsaved sound is deleted with the object. For the logic thread only.
 class Recorder {
   public:
     virtual ~Recorder() = default;

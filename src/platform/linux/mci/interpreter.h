@@ -16,7 +16,7 @@
 
 namespace sonarith::mci {
 
-/// For the logic's thread only.
+/// For the logic thread only.
 ///
 /// Opens devices of the types "cdaudio" and "waveaudio". A "waveaudio" records a new sound and
 /// opens no existing file. An open "cdaudio" can be opened again only if each "open" has the

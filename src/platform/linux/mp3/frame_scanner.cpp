@@ -102,10 +102,10 @@ bool FrameScanner::verified(const FrameHeader& header, Bytes bytes, std::size_t 
 /// source ends, or a frame header or another tag begins.
 std::int64_t FrameScanner::tagBytes(Bytes bytes) const {
     const std::int64_t claimed = claimedTagBytes(bytes);
-    return claimed > 0 && leadsOn(position_ + claimed) ? claimed : 0;
+    return claimed > 0 && mayTagEndAt(position_ + claimed) ? claimed : 0;
 }
 
-bool FrameScanner::leadsOn(std::int64_t offset) const {
+bool FrameScanner::mayTagEndAt(std::int64_t offset) const {
     // Read without the window, so that the window keeps its contents. If the tag's length is false,
     // the data at this offset are not needed, and there may be very many tags with a false length.
     std::array<std::uint8_t, 32> store{};

@@ -74,7 +74,7 @@ class FrameScanner {
     [[nodiscard]] bool isTorn(const FrameHeader& header, Bytes bytes);
     [[nodiscard]] bool verified(const FrameHeader& header, Bytes bytes, std::size_t offset);
     [[nodiscard]] std::int64_t tagBytes(Bytes bytes) const;
-    [[nodiscard]] bool leadsOn(std::int64_t offset) const;
+    [[nodiscard]] bool mayTagEndAt(std::int64_t offset) const;
     [[nodiscard]] bool beginsFreeFormat(Bytes bytes);
     void skipJunk();
     void skip(std::int64_t bytes);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Accesses the machine's folders for the thread of the logic: limits the wait for a call that may
+// Accesses the machine's folders for the logic thread: limits the wait for a call that may
 // hang, and repaints the windows during the wait. The accesses themselves are those of
 // LinuxDirectories (linux_directory_walk.h).
 #pragma once

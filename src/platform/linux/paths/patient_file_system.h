@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Accesses the machine's files for the thread of the logic: limits the wait for a call that may
+// Accesses the machine's files for the logic thread: limits the wait for a call that may
 // hang, and repaints the windows during the wait. The calls themselves are in linux_file_system.h.
 //
 // A new operation `op` that accesses the disk needs one statement in its function:

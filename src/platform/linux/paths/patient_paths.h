@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Runs file calls for the thread of the logic. A disk or server that does not respond must not
+// Runs file calls for the logic thread. A disk or server that does not respond must not
 // block this thread: each call runs on another thread, and the logic waits only a limited time. A
 // call that times out is left behind: nothing waits for it any more, and its MachineFiles object is
 // not used again. PatientPaths then searches for the mount that does not respond: a second call,
@@ -30,13 +30,13 @@ namespace sonarith {
 struct PathAccess {
     /// Creates a new MachineFiles object; called on any thread.
     std::function<std::shared_ptr<MachineFiles>()> make;
-    /// Writes the changed drive letters to the settings store. Called on the thread of the logic
+    /// Writes the changed drive letters to the settings store. Called on the logic thread
     /// after each call that returned in time.
     std::function<void()> afterCall;
     PlaceAccess places;
 };
 
-/// For the thread of the logic. A call that times out may still be carried out later.
+/// For the logic thread. A call that times out may still be carried out later.
 class PatientPaths {
   public:
     /// A sleeping disk takes up to ten seconds to spin up. During a wait the windows are repainted,

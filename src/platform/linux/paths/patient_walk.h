@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Walks through the machine's folders for the thread of the logic: limits the wait for each call,
+// Walks through the machine's folders for the logic thread: limits the wait for each call,
 // and skips folders that do not respond. machine_walk.h reads the folders.
 #pragma once
 

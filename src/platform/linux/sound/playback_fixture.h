@@ -44,11 +44,11 @@ struct PlaybackDevice {
     std::atomic<int> stopped = 0;
     std::atomic<bool> hanging = false; ///< a write is blocked
 
-    std::size_t heardFrames() {
+    std::size_t playedFrames() {
         const std::lock_guard lock(mutex);
         return played.size();
     }
-    std::vector<StereoFrame> firstHeard(std::size_t count) {
+    std::vector<StereoFrame> firstPlayed(std::size_t count) {
         const std::lock_guard lock(mutex);
         return {played.begin(),
                 played.begin() + static_cast<std::ptrdiff_t>(std::min(count, played.size()))};

@@ -21,7 +21,7 @@ TEST_F(PlaybackPumpTest, PlaysAShortSoundCompletely) {
     PlaybackPump pump(opener(), patient);
     play(pump, 0, 1000);
     EXPECT_TRUE(eventually([&] { return device->stopped == 1; }));
-    EXPECT_THAT(device->firstHeard(1000), IsSound(pattern(0, 1000)));
+    EXPECT_THAT(device->firstPlayed(1000), IsSound(pattern(0, 1000)));
     EXPECT_EQ(device->startedAt.size(), 1U);
 }
 
@@ -29,15 +29,15 @@ TEST_F(PlaybackPumpTest, OpensTheDeviceForTheFirstSoundAndNotForTheSilenceBefore
     PlaybackPump pump(opener(), endless);
     pump.play(silence(441));
     play(pump, 0, 5000);
-    EXPECT_TRUE(eventually([&] { return device->heardFrames() >= 5000; }));
+    EXPECT_TRUE(eventually([&] { return device->playedFrames() >= 5000; }));
     EXPECT_EQ(device->opened, 1);
-    EXPECT_THAT(device->firstHeard(5000), IsSound(pattern(0, 5000)));
+    EXPECT_THAT(device->firstPlayed(5000), IsSound(pattern(0, 5000)));
 }
 
 TEST_F(PlaybackPumpTest, StartsTheDeviceAfterWritingATenthOfASecondOfSound) {
     PlaybackPump pump(opener(), endless);
     play(pump, 0, 10'000);
-    EXPECT_TRUE(eventually([&] { return device->heardFrames() >= 10'000; }));
+    EXPECT_TRUE(eventually([&] { return device->playedFrames() >= 10'000; }));
     const std::lock_guard lock(device->mutex);
     ASSERT_EQ(device->startedAt.size(), 1U);
     EXPECT_GE(device->startedAt.front(), 4410U);
@@ -48,7 +48,7 @@ TEST_F(PlaybackPumpTest, WritesBatchesOfThreeBlocksOfTheCard) {
     endless.batchWait = 1h;
     PlaybackPump pump(opener(), endless);
     play(pump, 0, 21 * blockFrames);
-    EXPECT_TRUE(eventually([&] { return device->heardFrames() >= 21 * blockFrames; }));
+    EXPECT_TRUE(eventually([&] { return device->playedFrames() >= 21 * blockFrames; }));
     const std::lock_guard lock(device->mutex);
     // The device accepts at most 300 of the frames that a write offers, so a batch needs five
     // writes. Only the first of them offers the whole batch; each later one offers the frames that
@@ -63,8 +63,8 @@ TEST_F(PlaybackPumpTest, WritesAnIncompleteBatchAfterTheBatchWait) {
     endless.batchWait = 5ms;
     PlaybackPump pump(opener(), endless);
     play(pump, 0, 4 * blockFrames);
-    EXPECT_TRUE(eventually([&] { return device->heardFrames() >= 4 * blockFrames; }));
-    EXPECT_THAT(device->firstHeard(4 * blockFrames), IsSound(pattern(0, 4 * blockFrames)));
+    EXPECT_TRUE(eventually([&] { return device->playedFrames() >= 4 * blockFrames; }));
+    EXPECT_THAT(device->firstPlayed(4 * blockFrames), IsSound(pattern(0, 4 * blockFrames)));
 }
 
 class PlaybackPumpRecovery : public PlaybackPumpTest, public testing::WithParamInterface<long> {};
@@ -74,8 +74,8 @@ TEST_P(PlaybackPumpRecovery, PreparesTheDeviceAndWritesTheRejectedFramesAgain) {
     device->refusals = {GetParam(), GetParam()};
     PlaybackPump pump(opener(), endless);
     play(pump, 0, 11'000);
-    EXPECT_TRUE(eventually([&] { return device->heardFrames() >= 11'000; }));
-    EXPECT_THAT(device->firstHeard(11'000), IsSound(pattern(0, 11'000)));
+    EXPECT_TRUE(eventually([&] { return device->playedFrames() >= 11'000; }));
+    EXPECT_THAT(device->firstPlayed(11'000), IsSound(pattern(0, 11'000)));
     EXPECT_EQ(device->prepared, 2);
     EXPECT_EQ(device->opened, 1);
     EXPECT_TRUE(eventually([&] {
@@ -124,10 +124,10 @@ TEST_F(PlaybackPumpTest, PlaysASecondSoundOnTheDeviceThatIsStillOpen) {
     PlaybackPump pump(opener(), patient);
     play(pump, 0, 441);
     ASSERT_TRUE(eventually([&] { return device->stopped == 1; }));
-    const std::size_t before = device->heardFrames();
+    const std::size_t before = device->playedFrames();
     play(pump, 441, 441);
     ASSERT_TRUE(eventually([&] { return device->stopped == 2; }));
-    const Frames all = device->firstHeard(100'000);
+    const Frames all = device->firstPlayed(100'000);
     EXPECT_THAT(Frames(all.begin() + static_cast<std::ptrdiff_t>(before),
                        all.begin() + static_cast<std::ptrdiff_t>(before) + 441),
                 IsSound(pattern(441, 441)));
@@ -156,8 +156,8 @@ TEST_F(PlaybackPumpTest, DropsFramesThatDoNotFitIntoItsQueue) {
     device->release();
     ASSERT_TRUE(eventually([&] { return device->stopped == 1; }));
     // At most a quarter of a second was queued, and one batch was being written.
-    EXPECT_LE(device->heardFrames(), static_cast<std::size_t>(frameRate) / 2);
-    EXPECT_THAT(device->firstHeard(10'000), IsSound(pattern(0, 10'000)));
+    EXPECT_LE(device->playedFrames(), static_cast<std::size_t>(frameRate) / 2);
+    EXPECT_THAT(device->firstPlayed(10'000), IsSound(pattern(0, 10'000)));
 }
 
 TEST_F(PlaybackPumpTest, CanBeDestroyedIfTheDeviceCannotBeOpened) {
