@@ -85,8 +85,7 @@ class PatientPaths {
 
     /// Like askWithin(), but for a call of several steps. `concerned` returns the paths of the
     /// step that is running, or of the first step if the call has not begun. It is called on the
-    /// thread of the logic: once before the call (not before each step), and again if the call
-    /// times out.
+    /// logic thread: once before the call (not before each step), and again if the call times out.
     template <typename Question>
     [[nodiscard]] auto askInSteps(Waiting::Duration bound, const Concerned& concerned,
                                   Question question) {
