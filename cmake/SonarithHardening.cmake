@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Sets the compiler and linker options of the released program:
 # - Debian's default hardening and more;
-# - debug symbols for backtraces, which become a package of their own;
+# - debug symbols for backtraces; the symbols become a package of their own;
 # - no paths of the machine that builds the program, so that two builds of one commit are identical.
 # Only for Release: the presets with sanitizers do not use these options.
 

@@ -17,8 +17,9 @@ namespace sonarith {
 
 namespace {
 
-/// For each rate, the low byte of the rate field: its two hexadecimal digits, read as a decimal
-/// number (40 means 0x40). 16000 Hz has the same low byte as 48000 Hz and is reported as 48000.
+/// A sample rate, and the low byte of the header's rate field for this rate. `lowByteDigits` is the
+/// byte in hexadecimal digits without 0x: 40 stands for 0x40. 16000 Hz has the same low byte as
+/// 48000 Hz and is reported as 48000.
 struct SampleRate {
     int lowByteDigits;
     const char* hertz;

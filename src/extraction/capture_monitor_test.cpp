@@ -244,7 +244,7 @@ TEST(CaptureMonitor, OnlyAStopByTheUserEndsATrackIfThePositionQueryFails) {
     EXPECT_TRUE(bench.idle());
 }
 
-TEST(CaptureMonitor, KeepsTheShownNumberOfBytesIfTheReplyIsNoSigned32BitInteger) {
+TEST(CaptureMonitor, KeepsTheShownNumberOfBytesUnlessTheReplyIsASigned32BitInteger) {
     ExtractionBench bench({1000, 1000});
     bench.media.answer("status capture length", {.reply = "1234"});
     bench.monitor.ShowCaptureLength();

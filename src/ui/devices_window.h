@@ -71,7 +71,8 @@ class DevicesWindow : public QDialog {
     /// Updates the report while the window is open: during that time, a disc may be read and damage
     /// may be found.
     QTimer reportTimer_;
-    /// Time since the last choice of a drive from the list was handled.
+    /// Measures the time since choose() last called chooseDrive(). It starts when that call
+    /// returns.
     QElapsedTimer sinceChoice_;
     bool refused_ = false; ///< the last choice was refused because the drive was in use
     bool refreshing_ = false;

@@ -16,7 +16,7 @@ void DropDown::show(const QStringList& texts, int selected) {
     for (int i = 0; i < count(); ++i) {
         shown += itemText(i);
     }
-    // A signal of this class means an action of the user, so changes made here emit none.
+    // A signal of this class means an action of the user, so changes made here emit no signal.
     const QSignalBlocker quiet(this);
     if (shown != texts) {
         hidePopup();

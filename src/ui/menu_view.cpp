@@ -31,7 +31,7 @@ QWidget* withBarsInside(QWidget* window) {
 }
 
 void fill(QMenu& menu, const MenuItem& heading, MenusOfHeadings& made) {
-    // In a menu with a ticked entry, the other entries show empty tick boxes.
+    // In a menu with a ticked entry, the other entries without a submenu show empty tick boxes.
     const bool anyTick = std::any_of(heading.entries().begin(), heading.entries().end(),
                                      [](const MenuItem* entry) { return entry->checked(); });
     const auto ticks = anyTick ? MenuItemView::Ticks::yes : MenuItemView::Ticks::no;

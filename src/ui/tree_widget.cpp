@@ -14,7 +14,7 @@
 namespace sonarith {
 namespace {
 
-/// The side of the nodes' pictures, in device-independent pixels.
+/// The width and the height of a node's picture, in device-independent pixels.
 constexpr int nodeIconSide = 18;
 /// The indentation of each level, in device-independent pixels. It is small because the window is
 /// narrow.
@@ -254,8 +254,8 @@ bool TreeWidget::event(QEvent* event) {
         abandonPress();
         break;
     case QEvent::WindowDeactivate:
-        // A press without a drag does not end here: some desktops treat the menu that the press has
-        // opened as another window.
+        // A press without a drag does not end here. The press may have opened a menu, and some
+        // desktops treat a menu as another window.
         if (dragging()) {
             abandonPress();
         }

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Waits for conditions and checks values. Raises a Failure if a wait times out or a check fails.
 
-The default timeout is so long that only a hang reaches it; it is no requirement on speed.
+The default timeout is so long that only a hang reaches it; it does not test the speed.
 """
 
 import time

@@ -23,13 +23,14 @@ class IniSettingsStore final : public SettingsStore {
     [[nodiscard]] static QString defaultFolder();
 
     /// Opens `folder`/"Sonarith v2.0.ini", or creates this file at the first write. A file that
-    /// ends in the middle of a line or of a value, or that is no settings file, is renamed, and the
-    /// store is then empty. `notices` must outlive the store; if it is null, failures are not
+    /// ends in the middle of a line or of a value, or that is not a settings file, is renamed, and
+    /// the store is then empty. `notices` must outlive the store; if it is null, failures are not
     /// reported.
     explicit IniSettingsStore(const QString& folder = defaultFolder(), Notices* notices = nullptr);
 
-    // Sections are the file's groups. Names of sections and keys must not contain a slash or a
-    // backslash. Values may be any bytes. Only the application applicationName has keys.
+    // A section is stored as a [section] of the INI file. Names of sections and keys must not
+    // contain a slash or a backslash. Values may be any bytes. If `application` is not
+    // applicationName, GetSetting() returns `fallback`, and the other two functions do nothing.
     [[nodiscard]] std::string GetSetting(const std::string& application, const std::string& section,
                                          const std::string& key,
                                          const std::string& fallback) const override;
@@ -58,8 +59,8 @@ class IniSettingsStore final : public SettingsStore {
     };
 
     [[nodiscard]] Stamp stampNow() const;
-    /// Renames the file if it is damaged or is no settings file. Returns false if the path must not
-    /// be overwritten, because its file could not be read or renamed.
+    /// Renames the file if it is damaged or is not a settings file. Returns false if the path must
+    /// not be overwritten, because its file could not be read or renamed.
     [[nodiscard]] bool makeFileTrustworthy();
     void read();
     void change(const Key& key, const std::optional<std::string>& value);

@@ -166,8 +166,9 @@ void LineBuilder::addSegment(const Segment& segment) {
     const std::int64_t bytes = fileBytes_[segment.file];
     const Extent extent = extentOf(segment, layout_.files[segment.file].format, bytes);
     // An empty segment is a shortage if it begins beyond the end of its file, or if it is at the
-    // beginning of the track. Elsewhere it may be the pause before the next track: the sheet may
-    // leave the length of a pause open (toFileEnd), and a pause may be empty.
+    // beginning of the track. Later in the track, an empty segment may be the pause before the
+    // next track: the sheet may leave the length of a pause open (toFileEnd), and a pause may be
+    // empty.
     const bool beginsBeyond = extent.stated == 0 && (segment.offset > bytes || at_ == trackStart_);
     contentAfterShortage_ = contentAfterShortage_ || (shortFrom_ && extent.present > 0);
     if (!shortFrom_ &&

@@ -175,7 +175,7 @@ TEST_F(ParanoiaSectorsTest, DeliversSilenceForAFailedSingleRead) {
     EXPECT_EQ(out, sector(61));
 }
 
-TEST_F(ParanoiaSectorsTest, SectorsReadAheadBeforeAnUnreadableSectorCountAsOk) {
+TEST_F(ParanoiaSectorsTest, SectorsThatWereReadAheadAreOkEvenIfALaterSectorIsUnreadable) {
     bad_ = {60};
     failuresPerSector_ = INT_MAX;
     const auto reader = makeReader();

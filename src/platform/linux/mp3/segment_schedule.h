@@ -19,8 +19,8 @@ namespace sonarith::mp3 {
 /// (broken_frame_check.h), that segment and all later ones cannot be decoded in parallel: one
 /// decoder must decode them in one pass to the end of the stream. The segment with the broken frame
 /// "needs one pass". When a segment fails or needs one pass, the workers decode the segments before
-/// it to their end and abandon the segments after it. So the workers' result contains the complete
-/// stream before the first such segment.
+/// it to their end and abandon the segments after it. So the workers' result contains every frame
+/// before the first segment that failed or needs one pass.
 ///
 /// The members with a `worker` argument are called on the thread of that worker; the other members
 /// are called while no worker runs.
@@ -64,7 +64,8 @@ class SegmentSchedule {
     [[nodiscard]] const DecodeCount& count() const { return index_.count(); }
 
   private:
-    /// The segment that was last assigned to a worker; it has no frames if none was assigned.
+    /// The segment that was last assigned to a worker. Before the first assignment, `segment` has
+    /// no frames.
     struct Work {
         Segment segment;
         std::int64_t done = 0;

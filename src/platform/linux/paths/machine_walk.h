@@ -67,9 +67,9 @@ class MachineWalk {
         : walked_(std::move(folders)), longestReadAhead_(longestReadAhead) {}
 
     /// Reads the folder's first part. With ReadAhead::yes it then reads the folders below, except
-    /// hidden ones. The folder found last is read next. This is the order of the logic's walk,
-    /// which also skips hidden folders. The call ends at its limit of time or of entries, or at a
-    /// folder that does not fit into one part.
+    /// hidden ones. Of the folders that are not read yet, it always reads the one that it found
+    /// last. This is the order of the logic's walk, which also skips hidden folders. The call ends
+    /// at its limit of time or of entries, or at a folder that does not fit into one part.
     void read(MachineFiles& machine, const std::string& folder, ReadAhead ahead, ReadFolders& read);
     /// Reads and returns the next part of the folder that `part` belongs to. The returned part has
     /// no records if another MachineFiles object read `part`.

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests which file a lower-case path of the logic means if only a remembered spelling can decide
-// it: in folders that cannot be listed, and with names that differ only in case.
+// A lower-case path of the logic may not be enough to find a file: if a folder cannot be listed, or
+// if names differ only in case. The tests check that the remembered spelling then selects the file.
 #include <gmock/gmock.h>
 
 #include <filesystem>
@@ -286,8 +286,7 @@ TEST_F(RememberedSpellingTest, AWalkThatHasListedTheParentFolderListsTheDestinat
     EXPECT_THAT(names, ElementsAre("..", "Mine.wav"));
 }
 
-TEST_F(RememberedSpellingTest,
-       ASpellingFromAWalkIsPreferredToTheFirstCaseVariantInByteOrderButNotToAnExactMatch) {
+TEST_F(RememberedSpellingTest, ASpellingFromAWalkOverridesByteOrderButNotAnExactMatch) {
     write("Music/a.wav");
     EXPECT_THAT(filesIn("h:\\music"), ElementsAre("a.wav"));
     makeFolder("MUSIC"); // would be the first match in byte order
