@@ -71,8 +71,7 @@ class DevicesWindow : public QDialog {
     /// Updates the report while the window is open: during that time, a disc may be read and damage
     /// may be found.
     QTimer reportTimer_;
-    /// Measures the time since choose() last called chooseDrive(). It starts when that call
-    /// returns.
+    /// choose() restarts this clock whenever its call of chooseDrive() has returned.
     QElapsedTimer sinceChoice_;
     bool refused_ = false; ///< the last choice was refused because the drive was in use
     bool refreshing_ = false;
