@@ -30,7 +30,8 @@ void LabelEditor::cancel() {
 
 bool LabelEditor::event(QEvent* event) {
     if (event->type() == QEvent::ShortcutOverride) {
-        // Escape and return are keys of the editor, even if they are shortcuts of the window.
+        // The editor handles the Escape key and the Return key, even if they are shortcuts of the
+        // window.
         const auto* key = static_cast<QKeyEvent*>(event);
         if (key->key() == Qt::Key_Escape || key->key() == Qt::Key_Return) {
             event->accept();
@@ -51,7 +52,7 @@ void LabelEditor::keyPressEvent(QKeyEvent* event) {
         break;
     default:
         QLineEdit::keyPressEvent(event);
-        // A key that the editor does not use (such as up or down) must have no effect. So the key
+        // A key that the editor does not use (such as the Up key) must have no effect. So the key
         // is not passed to the parent widget.
         event->accept();
     }

@@ -122,7 +122,7 @@ void WorkTree::showfiles3() {
         form_.List1.addItem(chosen);
     }
     // Deliberate: the argument is the index of the selected line of the results, which is not the
-    // path of a file. So the call only waits for 0.3 s.
+    // path of a file. So the call waits for 0.3 s and adds no file.
     adder_.Cmaddfile2(std::to_string(found.listIndex()));
 }
 

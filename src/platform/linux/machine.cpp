@@ -12,12 +12,13 @@ namespace sonarith {
 
 namespace {
 
-/// The longest wait for pending saves at the end of the program. If an output and an input hang,
-/// closing them takes another 650 ms, so the end of the program takes less than a second.
+/// The longest wait for pending saves at the end of the program. If a sound output and a sound
+/// input hang, closing them takes another 650 ms. So the end of the program takes less than a
+/// second.
 constexpr std::chrono::milliseconds patienceWithSaves{300};
 
-/// Changes the stored paths below the user's home folder to the letter H: (home_letter.h). Returns
-/// the home folder.
+/// Replaces each stored path below the user's home folder by the path of the same file on H:
+/// (home_letter.h). Returns the home folder.
 std::string homeAfterMigration(SettingsStore& store, const std::vector<StoredPath>& storedPaths) {
     std::string home = homeFolder();
     moveToHomeLetter(store, home, storedPaths);

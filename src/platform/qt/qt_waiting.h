@@ -17,8 +17,8 @@ namespace sonarith {
 /// handler runs during a wait: due timers fire afterwards, and input is held back (HeldEvents). A
 /// request to close a window, or a signal to end the program, ends the wait.
 ///
-/// Queued calls (Qt::QueuedConnection) run even during a wait. So calls to the logic must not be
-/// queued: runLater() makes them after the wait.
+/// Queued calls (Qt::QueuedConnection) run even during a wait. So do not call the logic by a queued
+/// call. Use runLater() instead, which calls the logic after the wait.
 class QtWaiting final : public Waiting {
   public:
     /// After a request to close or a signal has ended a wait, all further waits together take at

@@ -16,7 +16,7 @@ TEST(DamageRecord, CountsEachDamagedSectorOnce) {
     EXPECT_EQ(damage.sectors(), 3);
 }
 
-TEST(DamageRecord, CountsTheDamagedSectorsOfARangeByTheirLastDelivery) {
+TEST(DamageRecord, TheLastDeliveryOfASectorDecidesWhetherItCountsAsSilentOrGuessed) {
     DamageRecord damage;
     EXPECT_EQ(damage.among(0, 1000), Damage{});
     damage.note(3, Delivery::silence);

@@ -20,8 +20,8 @@ struct PatientDrive::Known {
     /// ignored.
     std::int64_t trayOpenings = 0;
     /// Loads are numbered. Only the load with the number `wantedLoad` may set `loaded`. A new load
-    /// increases `wantedLoad`. So do openTray() and a load() that times out: the result of the
-    /// running load is then not wanted.
+    /// increases `wantedLoad`. openTray() and a load() that times out also increase it, because the
+    /// result of the running load is then not wanted.
     std::int64_t wantedLoad = 0;
 };
 

@@ -96,7 +96,7 @@ TEST_F(PlaybackPumpTest, ReportsWhenTheDeviceIsLostAndWhenItWorks) {
     EXPECT_EQ(reports.states().back(), DeviceState::unused);
 }
 
-TEST_F(PlaybackPumpTest, ReportsThatTheDeviceWorksWhenItIsClosedAfterAShortSound) {
+TEST_F(PlaybackPumpTest, ClosingTheDeviceAfterAShortSoundReportsThatItWorks) {
     fakes::DeviceReports reports;
     patient.closeAfter = 1ms;
     PlaybackPump pump(opener(), patient, reports.sink());

@@ -172,8 +172,8 @@ int RecordingFile::truncateToKeptFrames() {
 }
 
 /// Copies the kept frames to a new file with a header of `form`. Recordings of more than 4 GiB (6.8
-/// hours of stereo) need a larger header. Space for a larger header is not reserved from the start:
-/// small files would then lack the plain header that all other programs read.
+/// hours of stereo) need a larger header. If space for it were reserved from the start, small files
+/// would lack the plain header that all other programs read.
 Status RecordingFile::rewrite(WavForm form, const fs::path& target) {
     Result<files::UnnamedFile> made = files::UnnamedFile::create(folder_, concealment_);
     if (!made.ok()) {
