@@ -10,8 +10,9 @@
 namespace sonarith {
 
 /// The area of `bitmap` without the pixels of the colour `transparent`, as a list of rectangles.
-/// Adjacent rows share their rectangles if the same columns of them remain. For a picture that
-/// consists of that colour only, the list is empty. If `bitmap` is null, returns nullopt.
+/// If the same columns remain in adjacent rows, one set of rectangles covers these rows. For a
+/// picture that consists of that colour only, the list is empty. If `bitmap` is null, returns
+/// nullopt.
 [[nodiscard]] std::optional<WindowRegion> RegionFromBitmap(const PixelPicture* bitmap,
                                                            PixelColour transparent);
 

@@ -13,8 +13,9 @@ namespace sonarith {
 /// The side of the square in which all symbols are drawn, in units of the grid.
 inline constexpr qreal symbolGrid = 24;
 
-/// Draws a symbol: lines in the text colours of the application's palette, areas mostly in fixed
-/// colours. Both depend on `mode`. One unit of the painter must be one unit of the grid.
+/// Draws a symbol. Lines have the text colours of the application's palette. Most areas have a
+/// fixed colour and an outline in a darker shade of that colour. `mode` changes these colours. One
+/// unit of the painter must be one unit of the grid.
 void drawSymbol(QPainter& painter, Symbol symbol, QIcon::Mode mode);
 
 } // namespace sonarith

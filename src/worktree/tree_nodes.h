@@ -35,8 +35,8 @@ Result<NodeRef> addItem(TreeView& tree, const NodeRef& group, const std::string&
 /// The text of a node's parent; empty for no node, a root or a removed node.
 [[nodiscard]] std::string parentText(const NodeRef& node);
 
-/// Whether a node with the text `text` counts as a track, wherever the node is in the tree: the
-/// text begins with "Track".
+/// Whether `text` begins with "Track". A node with such a text counts as a track, wherever the node
+/// is in the tree.
 [[nodiscard]] bool isTrackText(const std::string& text);
 
 } // namespace sonarith

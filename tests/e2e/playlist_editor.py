@@ -17,8 +17,8 @@ FIELDS = ("Artist", "Title", "Album", "Year", "Comment", "Genre")
 def header_lines(seconds):
     """The twelve lines that the editor shows about the header of a file that make_mp3() has created
     with a length of `seconds`. The editor calculates the duration from the size of the file. The
-    information frame, the encoder's padding and a tag together add less than a second. The editor
-    rounds the duration down, so it shows `seconds`."""
+    information frame, the encoder's padding and a tag together add less than a second to this
+    duration. The editor rounds the duration down, so it shows `seconds`."""
     return ["Bitrate            128", "Frequency       44100", f"Duration          {seconds}",
             "MpegVersion   1", "MpegLayer      3", "Original           yes", "Emphasis        no",
             "CopyRight        no", "Mode               joint stereo", "Padding           no",

@@ -42,9 +42,9 @@ struct PlayerBench : FakeMachine {
         form.load();
     }
 
-    /// All device commands, and all operations of the mixer ("mixer open") and the wave input
+    /// The device commands, and the operations of the mixer ("mixer open") and the wave input
     /// ("wave open"), oldest first. During operationsOf() the first 20 yields are recorded, too
-    /// ("yield").
+    /// ("yield"). operationsOf() and switchOn() clear this list.
     std::vector<std::string> operations;
 
     /// Runs `step` and returns the operations during `step`.
@@ -84,7 +84,8 @@ struct PlayerBench : FakeMachine {
         loop.advance(std::chrono::seconds(1));
         operations.clear();
     }
-    /// Whether the disc and the input are closed, and no timer runs. The mixer may be open.
+    /// Whether the disc and the input are closed, and no timer of the panel runs. The mixer may be
+    /// open.
     [[nodiscard]] bool off() const {
         return !disc.discOpen() && !waveInput.isOpen && !waveInput.running &&
                waveInput.queue.empty() && !player.capture.running() && !form.Timer6.enabled() &&

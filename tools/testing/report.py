@@ -6,7 +6,8 @@ import re
 import xml.etree.ElementTree as ElementTree
 
 SKIPPED_AS_CACHED = "SKIP_RETURN_CODE=77"
-# The summaries that unit_program.py and tidy.py print.
+# The summary that unit_program.py prints, its line about one failed test, and the summary that
+# tidy.py prints.
 TESTS_OF_A_PROGRAM = re.compile(r"^(\d+) tests passed, (\d+) failed", re.MULTILINE)
 FAILED_TEST = re.compile(r"^FAILED  (\S+?)(?:_test)?: (.+)$", re.MULTILINE)
 SOURCES = re.compile(r"^(\d+) sources, (\d+) of them known to be clean", re.MULTILINE)

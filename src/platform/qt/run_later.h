@@ -10,8 +10,8 @@ class QObject;
 
 namespace sonarith {
 
-/// Runs `work` one time, as soon as control is back in an event loop. `work` can run in a yield of
-/// the current handler. If `context` is destroyed first, `work` never runs.
+/// Runs `work` one time, as soon as control is back in an event loop. A yield of the current
+/// handler can run `work`, too; a wait cannot. If `context` is destroyed first, `work` never runs.
 void runLater(QObject& context, std::function<void()> work);
 
 } // namespace sonarith

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Decodes on all cores: several threads take segments in the order of the stream and write the
 // samples of each segment to its position in the WAV file. From the first segment with a broken
-// frame on, one thread continues alone. If the disk becomes full, some segments may be written
-// although parts of earlier segments are missing. Then all samples after the first missing part are
-// dropped, and one thread continues alone in the space gained, so that the WAV file contains the
-// beginning of the sound without gaps. The caller opens and names the WAV file.
+// frame on, one thread continues alone. When the disk becomes full, parts of a segment can be
+// missing while later segments are already written. Then all samples after the first missing part
+// are dropped. This frees disk space, and one thread continues alone in that space. So the WAV file
+// contains the beginning of the sound without gaps. The caller opens and names the WAV file.
 #pragma once
 
 #include <atomic>

@@ -41,7 +41,8 @@ TEST(MachineName, ConvertedByLogicNameIsNoPatternThatMatchesOtherFiles) {
     EXPECT_TRUE(matches(logicName("what?*.mp3"), logicName("what?*.mp3")));
 }
 
-// formerLogicName() converts as older versions did; their settings stores contain its results.
+// Older versions of the program converted names as formerLogicName() does. The settings stores of
+// these versions contain such names.
 TEST(MachineName, IsAlsoRestoredFromAFormerLogicName) {
     EXPECT_EQ(formerLogicName("a\\b:c*?d"), "a\uf05c"
                                             "b\uf03a"
@@ -58,8 +59,9 @@ TEST(MayBeFormer, IsTrueOnlyForNamesWithReplacementsOrMarks) {
     EXPECT_TRUE(mayBeFormer("x\u2217y"));
 }
 
-/// A random name. It may contain characters that logicName() replaces, replacements, marks, parts
-/// of the UTF-8 sequences of replacements and marks, and other characters.
+/// A random name. It consists of pieces of five kinds: the characters that logicName() replaces;
+/// the replacements; the mark; parts of the UTF-8 sequences of replacements and of the mark; other
+/// characters and bytes.
 std::string randomName(std::mt19937& random) {
     static const std::array<std::string, 28> pieces = {
         "\\",     ":",      "*",      "?",      "\u2216", "\u02d0", "\u2217",
@@ -85,7 +87,7 @@ TEST(MachineName, IsRestoredFromItsLogicName) {
     }
 }
 
-TEST(MachineName, BecomesLowerCaseAndIsOtherwiseUnchangedIfItsLogicNameIsLowerCased) {
+TEST(MachineName, IsRestoredInLowerCaseFromItsLowerCasedLogicName) {
     std::mt19937 random(2);
     for (int i = 0; i < randomNames; ++i) {
         const std::string name = randomName(random);

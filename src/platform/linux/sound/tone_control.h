@@ -43,9 +43,9 @@ class ToneControl {
 
     // One thread at a time; never allocates.
 
-    /// Filters `frames` in place. After a slider was moved, the gain changes gradually. Filtered
-    /// samples fit into 16 bits. While both sliders are neutral and the gain has reached 0 dB,
-    /// samples are not filtered. The caller then clips samples that exceed 16 bits.
+    /// Filters `frames` in place. After a slider was moved, the gain changes gradually. While both
+    /// sliders are neutral and the gain has reached 0 dB, samples are not filtered. Filtered
+    /// samples fit into 16 bits. Unfiltered samples may exceed 16 bits; the caller clips them.
     void apply(std::span<WideFrame> frames);
     /// Called before a new sound: applies the sliders' positions at once, without a ramp.
     void restart();
