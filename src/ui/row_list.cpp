@@ -20,8 +20,8 @@ namespace {
 
 /// Margin above and below a row's text and icon, in device-independent pixels.
 constexpr int textMargin = 2;
-/// No screen shows more characters than this in a row. Longer texts are shortened before they are
-/// painted, because it takes long to compute the glyphs of a very long text.
+/// No screen is wide enough to show a text of more characters than this. Longer texts are shortened
+/// before they are painted, because it takes long to compute the glyphs of a very long text.
 constexpr qsizetype mostPaintedCharacters = 2000;
 
 /// The text that is painted: a single line, without the middle part of a very long text.
@@ -271,8 +271,8 @@ void RowList::dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomR
     QAbstractItemView::dataChanged(topLeft, bottomRight, roles);
 }
 
-// Selection. QListView would take the row numbers that it reports to screen readers from its own
-// layout.
+// Selection. QListView would report wrong row numbers to screen readers, because it computes these
+// numbers from its own layout, which is not used here.
 
 void RowList::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
     if (QAccessible::isActive() && current.isValid() && hasFocus()) {

@@ -2,6 +2,11 @@
 // Handles the work tree's popup: enables its entries for a node, and runs the two entries that
 // remove a file from the tree. Other classes handle the entries for starting, minimizing and
 // ending.
+//
+// To find a file's path in the list boxes, the handlers of these two entries use the node's text as
+// a wildcard pattern (wildcard.h). If the text contains '#' or '[', it may match no path, or the
+// path of another file. In the second case, that path is removed from its list box, and
+// mnuRemoveDelete_Click() deletes that other file.
 #pragma once
 
 #include <string>

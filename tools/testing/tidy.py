@@ -7,9 +7,9 @@ the compile commands of a build folder.
 
 A source without complaints (a clean source) is not checked again until something changes on which
 its result depends: its text, a file that it includes, its compile command, a .clang-tidy file in
-one of the folders above it, the tool, or the set of headers in src/ with the same names as the
-included files. That set counts because an include may find a new header of the same name. A source
-with complaints is always checked again.
+one of the folders above it, the tool, or the list of headers in src/ whose names equal the name of
+an included file. This list is compared because an #include may find a new header of the same name
+instead of the old one. A source with complaints is always checked again.
 """
 
 import argparse

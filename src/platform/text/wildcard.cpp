@@ -112,7 +112,9 @@ bool matches(std::string_view text, std::string_view pattern) {
     const Characters characters = charactersOf(text);
     constexpr std::size_t none = static_cast<std::size_t>(-1);
     std::size_t element = 0;
-    std::size_t lastRun = none; // extended by a character if the elements after it do not match
+    // The index of the last run that was reached. If the elements after this run do not match, the
+    // run is extended by one character.
+    std::size_t lastRun = none;
     std::size_t lastRunEnd = 0;
     std::size_t i = 0;
     while (i < characters.size()) {

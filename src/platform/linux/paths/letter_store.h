@@ -13,10 +13,10 @@ namespace sonarith {
 
 class LetterStore final : public SettingsStore {
   public:
-    /// Copies the letters of `store`. For the logic thread.
+    /// Copies the letters of `store`. Must be called on the logic thread.
     explicit LetterStore(const SettingsStore& store);
 
-    /// Writes the changes since the last call of writeTo(). For the logic thread.
+    /// Writes the changes since the last call of writeTo(). Must be called on the logic thread.
     void writeTo(SettingsStore& store);
 
     // The following functions are thread-safe and support only the section `drivesSection`

@@ -136,8 +136,8 @@ Status LinuxFileSystem::rename(const std::string& from, const std::string& to) {
         wanted.folder + (wanted.folder.back() == '/' ? "" : "/") + wanted.givenName;
     int failure = renameExclusively(old.path, newPath);
     if (failure == EEXIST && sameEntry(newPath, old.path)) {
-        // Only the case of the name changes, and the disk is case-insensitive: the new name already
-        // refers to the old file.
+        // The new name already refers to the old file: either the name does not change, or only its
+        // case changes, on a case-insensitive disk.
         failure = ::rename(old.path.c_str(), newPath.c_str()) == 0 ? 0 : errno;
     }
     if (failure != 0) {

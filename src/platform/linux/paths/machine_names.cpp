@@ -17,7 +17,8 @@ constexpr std::array<Sign, 4> signs{{{'\\', "\u2216", "\uf05c"},
                                      {':', "\u02d0", "\uf03a"},
                                      {'*', "\u2217", "\uf02a"},
                                      {'?', "\u0294", "\uf03f"}}};
-/// The escape character: a special character (see specialBytesAt()) after it is literal.
+/// The escape character. The special character (see specialBytesAt()) that follows the mark is
+/// literal.
 constexpr std::string_view mark = "\u00ac";
 constexpr unsigned char firstBeyondAscii = 0x80;
 
