@@ -19,8 +19,8 @@ class ActivityClip {
     ActivityClip(const ActivityClip&) = delete;
     ActivityClip& operator=(const ActivityClip&) = delete;
 
-    /// Plays the clip "download.avi", a file in the program folder, inside Picture6. If the clip
-    /// cannot be placed inside Picture6, a message is shown.
+    /// Plays the clip "download.avi" inside Picture6. The clip is a file in the program folder. If
+    /// the clip cannot be placed inside Picture6, a message is shown.
     void Timeravi_Timer();
 
   private:

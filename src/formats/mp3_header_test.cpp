@@ -105,7 +105,7 @@ TEST(Mp3Header, ReadsEachFlagFromItsOwnBit) {
 
 // --- every header that ReadMp3Bits() can find: MPEG 1 Layer III ------------------------------
 
-// The tables of the standard; -1 stands for a value whose header is rejected.
+// The tables of the standard. At each index with -1, decodeMp3Header() rejects the header.
 constexpr int standardKilobits[16] = {-1,  32,  40,  48,  56,  64,  80,  96,
                                       112, 128, 160, 192, 224, 256, 320, -1};
 constexpr int standardHertz[4] = {44100, 48000, 32000, -1};

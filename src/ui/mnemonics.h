@@ -8,10 +8,10 @@
 
 namespace sonarith {
 
-/// Returns the captions with "&" before their mnemonic letters. No two captions get the same
-/// letter; a caption whose letters are all in use gets none. First letters of words are preferred.
-/// Ampersands in the captions are doubled, so that they are shown. Letters in `taken` (lower case)
-/// are not used.
+/// Returns the captions with "&" before their mnemonic letters. Digits count as letters. No two
+/// captions get the same letter; a caption whose letters are all in use gets none. First letters of
+/// words are preferred. Ampersands in the captions are doubled, so that they are shown. Letters in
+/// `taken` (lower case) are not used.
 [[nodiscard]] QStringList withMnemonics(const QStringList& captions, const QString& taken = {});
 
 /// The mnemonic letter of a caption from withMnemonics(), in lower case; empty if there is none.

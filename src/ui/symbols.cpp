@@ -29,8 +29,9 @@ class Pencils {
         painter_.setPen(Qt::NoPen);
         painter_.setBrush(ink());
     }
-    /// Makes the painter draw areas in `color`, with an outline in a darker shade of that colour. A
-    /// disabled symbol is grey; the outline of a selected symbol has the colour of selected texts.
+    /// Makes the painter draw areas in `color`, with an outline in a darker shade of that colour.
+    /// For a disabled symbol, the colour of disabled texts at 35 % of its opacity replaces `color`.
+    /// The outline of a selected symbol has the colour of selected texts.
     void paint(QColor color, qreal outline = 1.2) {
         if (mode_ == QIcon::Disabled) {
             color = ink();

@@ -27,8 +27,9 @@ class TreeKeyDragTest : public TreeFixture {
     QImage rowOf(const NodeRef& node) {
         return widget().viewport()->grab(widget().visualRect(indexOf(node))).toImage();
     }
-    /// Whether the row of `first` differs from `before`, the image of this row without a drag. The
-    /// row is made current for the comparison, because the current row is painted differently.
+    /// Whether the row of `first` differs from `before`, the image of this row without a drag. In
+    /// that image the row is the current row, which is painted differently from other rows. So the
+    /// row is made current for the comparison.
     bool isMarked() {
         const QPersistentModelIndex current = widget().currentIndex();
         goTo(first);
@@ -60,7 +61,7 @@ TEST_F(TreeKeyDragTest, ControlXPicksUpTheCurrentNodeAndReturnDropsItAtTheCurren
     EXPECT_THAT(log, ElementsAre("down left MP3 Files", "up left MP3 Files"));
 }
 
-TEST_F(TreeKeyDragTest, ControlVReportsAnItemOrACollectionOnceAndDropsTheNode) {
+TEST_F(TreeKeyDragTest, ControlVCausesOneDragOverEventForAnItemOrACollectionAndThenADrop) {
     for (const NodeRef& target : {second, collection}) {
         goTo(first);
         takeUp();
@@ -94,7 +95,7 @@ TEST_F(TreeKeyDragTest, ControlXClicksANodeThatCannotBeDragged) {
     EXPECT_THAT(log, IsEmpty());
 }
 
-TEST_F(TreeKeyDragTest, ControlXStartsADragAndClosesTheEditorThatOnMouseDownOpened) {
+TEST_F(TreeKeyDragTest, ControlXClosesTheEditorThatTheMouseDownHandlerOpenedAndStartsADrag) {
     editOnPress();
     key(Qt::Key_X, Qt::ControlModifier);
     EXPECT_EQ(editor(), nullptr);

@@ -29,8 +29,8 @@ class WorkTree {
     /// Runs after the finder's "Select for Conversion" and "Delete File": does nothing if List1
     /// (WAV files) or List2 (MP3 files) contains the selected line of the finder's results.
     /// Otherwise adds a WAV file to List2, or an MP3 file to List1 (both deliberate). Then calls
-    /// FileAdder::Cmaddfile2 with the index of the selected line instead of the path in it, so this
-    /// call waits 0.3 s and adds nothing.
+    /// FileAdder::Cmaddfile2 with the index of the selected line instead of the path in it. So
+    /// Cmaddfile2 only waits 0.3 s and adds nothing.
     void showfiles3();
 
     /// Builds the tree in a layout in which all groups are siblings below one root. Nothing in the

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Signals with which an object notifies others, for example a control its views. The program logic
-// uses no signals for the events of controls: each such event has a single handler (onClick and the
-// like).
+// Signals with which an object notifies other objects. For example, a control notifies its views.
+// The program logic uses no signals for the events of controls: each such event has a single
+// handler (onClick and the like).
 #pragma once
 
 #include <cstddef>

@@ -156,7 +156,7 @@ TEST(AnInteger, ConsistsOfDecimalDigitsAndIsAtMost2147483647) {
     }
 }
 
-TEST(TheItemOfAStatusCommand, IsTheOnlyGivenKeywordThatTakesNoValue) {
+TEST(TheItemOfAStatusCommand, IsTheOneKeywordWithoutAValueInTheCommand) {
     static constexpr Keyword items[] = {{"length"}, {"mode"}, {"track", Takes::value}};
     const auto itemOf = [](std::string_view text) {
         const auto command = parseCommand(text);

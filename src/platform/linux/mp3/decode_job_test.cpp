@@ -87,7 +87,7 @@ TEST_F(DecodeJobTest, WritesNothingForAnInformationFrameAlone) {
     EXPECT_EQ(readFile(target), text("old"));
 }
 
-TEST_F(DecodeJobTest, LeavesAValidPrefixWhenItIsStopped) {
+TEST_F(DecodeJobTest, WritesTheBeginningOfTheSoundOrNothingIfItIsStopped) {
     const Data& data = encoded(44100, 2, "-b 320");
     writeFile(source, data);
     const fixture::DecodedSound whole = fixture::sequentially(data);
