@@ -26,7 +26,7 @@ using test::ShownBox;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(CmdStart, CapturesOneTrackThatIsSelectedByItsNode) {
+TEST(CmdStart, CapturesOneTrackIfItsNodeIsSelected) {
     ExtractionBench bench({60000, 1000});
     bench.insertDisc();
     bench.select("Track  2 - 00:00:01");
@@ -231,7 +231,7 @@ TEST(CmdStart, CapturesTheCurrentTrackIfTheNodeIsNeitherATrackNorAGroupOfTracks)
     }
 }
 
-TEST(CmdStart, CapturesOneTrackIfNothingIsSelected) {
+TEST(CmdStart, CapturesTheCurrentTrackIfNothingIsSelected) {
     ExtractionBench bench({1000, 1000});
     bench.insertDisc();
     bench.state.currentTrack = 2;

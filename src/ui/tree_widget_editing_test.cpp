@@ -19,7 +19,7 @@ class TreeEditTest : public TreeFixture {
         tree.setSelectedItem(first).passOver();
         tree.startLabelEdit().passOver();
     }
-    /// The position of a node's row in the window.
+    /// The rectangle of a node's row, in coordinates of the window.
     QRect rowOf(const NodeRef& node) {
         const QRect row = widget().visualRect(indexOf(node));
         return {widget().viewport()->mapTo(&window, row.topLeft()), row.size()};

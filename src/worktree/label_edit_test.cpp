@@ -103,7 +103,7 @@ TEST_F(LabelEditTest, TheEntryOfAnMp3FileIsFoundInEitherListOfMp3Files) {
     EXPECT_THAT(lines(form.List4), ElementsAre("x", "c:\\music\\m.mp3"));
 }
 
-TEST_F(LabelEditTest, OnlyTheFirstOfTwoSelectedWavFilesWithTheOldNameIsRenamed) {
+TEST_F(LabelEditTest, OnlyTheFirstOfTwoListEntriesWithTheOldNameIsRenamed) {
     disk.addFile("d:\\a.wav", "d");
     fill(form.List1, {"c:\\music\\taken.wav"});
     fill(form.List5, {"d:\\a.wav", "c:\\music\\a.wav"});

@@ -34,7 +34,7 @@ struct TreeMovesTest : test::WorkTreeWorld {
     }
 };
 
-TEST_F(TreeMovesTest, ASelectedTrackBecomesTheLastNodeAndTheFirstEntry) {
+TEST_F(TreeMovesTest, ATrackMovesToTheEndOfSelectedTracksAndToTheTopOfLstRecord) {
     doubleClick(t2);
     doubleClick(t1);
     EXPECT_THAT(lines(form.lstRecord), ElementsAre(t1, t2));

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Tests the program's tray icon, its tool tip and its menu. Panels (tray hosts) appear and
-disappear. If no panel runs, the window stays reachable."""
+"""Tests the program's tray icon, its tool tip and its menu. The tests start and end panels (tray
+hosts), and check that the window stays reachable if no panel runs."""
 
 import signal
 import subprocess
@@ -201,8 +201,9 @@ def a_second_panel_takes_over_when_the_first_ends(desktop, program):
         wait_for_state(desktop, window, "Withdrawn")
         check_equal(second.icons(), [], "icons in the second panel before the first ends")
         first.die()
-        # Panels accept icons under a bus name. The first panel owned this name; the second panel is
-        # queued for the name and gets it at once, so the name always has an owner.
+        # Panels accept icons under a bus name. The first panel owned this name, and the second
+        # panel was queued for it. When the first panel ended, the bus gave the name to the second
+        # panel at once, so the name always has an owner.
         second.wait_for_icon()
         check_equal(len(second.icons()), 1, "icons in the second panel")
         check_equal(second.entries(), ENTRIES, "the menu in the second panel")

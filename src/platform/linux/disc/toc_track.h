@@ -30,7 +30,7 @@ class TocTrack {
     /// START without a time: all content added so far precedes INDEX 01.
     [[nodiscard]] TocTrackCheck startHere(int line);
     /// START with a time: the first `sectors` sectors of the content precede INDEX 01. A part of
-    /// this content may be added later.
+    /// these sectors may be added after this call.
     [[nodiscard]] TocTrackCheck startAt(std::int64_t sectors, int line);
     /// PREGAP: `sectors` sectors of silence precede INDEX 01, and all content follows INDEX 01.
     [[nodiscard]] TocTrackCheck pregap(std::int64_t sectors, int line);

@@ -19,9 +19,9 @@ namespace sonarith::mp3 {
 
 enum class SegmentEnd {
     complete,
-    stopped, ///< the receiver of the samples has requested a stop
-    /// The decoder library gave up a frame (broken_frame_check.h): a single decoder must decode
-    /// this segment and all later ones.
+    stopped, ///< the receiver of the samples has requested a stop before the last samples
+    /// The decoder library stopped decoding a frame half-way (broken_frame_check.h), or the check
+    /// for such frames could not run. A single decoder must decode this segment and all later ones.
     broken,
     failed,
 };
@@ -31,7 +31,7 @@ struct SegmentOutcome {
     std::optional<DecodeFailure> failure = std::nullopt; ///< only for SegmentEnd::failed
 };
 
-/// Receives the samples of consecutive whole frames, without those that GaplessTrim removes.
+/// Receives the samples of consecutive whole frames, except the samples that GaplessTrim removes.
 /// `frame` is the number of the frame after the last of these frames. `first` is the position in
 /// the decoded sound at which the samples begin, counted per channel. Returns true to continue,
 /// false to stop, or an error if the samples cannot be written.

@@ -55,7 +55,7 @@ std::optional<MountPoint> parseLine(std::string_view line) {
     const auto dash = std::find(fields.begin(), fields.end(), "-");
     const auto afterDash = static_cast<std::size_t>(fields.end() - dash);
     const bool hasType = afterDash > 1;
-    const bool hasSource = afterDash > 2; // a mount may have no source
+    const bool hasSource = afterDash > 2; // the line may end after the type
     if (!hasType || dash - fields.begin() <= static_cast<std::ptrdiff_t>(point) ||
         fields[point].front() != '/') {
         return std::nullopt;
@@ -100,7 +100,8 @@ std::vector<MountPoint> parseMountInfo(std::string_view text) {
 }
 
 bool holdsUserFiles(const MountPoint& mount) {
-    // These are interfaces of the kernel and contain no files of a user.
+    // Most of these types are interfaces of the kernel. In ramfs the system keeps its own files.
+    // These file systems usually contain no files of a user.
     static constexpr std::array kernelTypes = {
         "autofs",     "binfmt_misc", "bpf",      "cgroup",   "cgroup2", "configfs",
         "debugfs",    "devpts",      "devtmpfs", "efivarfs", "fusectl", "hugetlbfs",

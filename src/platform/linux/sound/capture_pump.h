@@ -17,7 +17,8 @@ namespace sonarith::sound {
 
 /// The pump's time limits. The values are estimates and not based on measurements.
 struct CaptureTiming {
-    /// Minimum delay before a device that was lost or cannot be opened is tried again.
+    /// If the device was lost or cannot be opened, the pump waits at least this time before it
+    /// tries to open the device again.
     std::chrono::milliseconds retryAfter{2000};
     /// How long the pump's destructor waits for a device call that does not return. The program's
     /// window is blocked during that wait. A read from a working device, or a wait for its frames,

@@ -88,7 +88,7 @@ TEST_F(RecordingOrdersTest, PassASaveToTheWriterAndReturnItsOutcome) {
     });
     EXPECT_TRUE(orders.saveWithin(30s, "/a.wav")->ok());
     EXPECT_FALSE(orders.saveWithin(30s, "/b.wav")->ok());
-    EXPECT_FALSE(orders.close()) << "both saves are complete, so none must be pending";
+    EXPECT_FALSE(orders.close()) << "both saves are complete, so no save may be pending";
     EXPECT_TRUE(orders.abandoned());
     EXPECT_TRUE(orders.finishedWithin(30s));
     writer.join();
@@ -125,7 +125,7 @@ TEST_F(RecordingOrdersTest, LetTheWriterCompleteAnOrderedSaveAfterClose) {
 TEST_F(RecordingOrdersTest, ReportOnlyALateSave) {
     int late = 0;
     orders.watchSave(0ms, [&] { ++late; });
-    EXPECT_EQ(late, 0) << "no save is running, so none must be reported as late";
+    EXPECT_EQ(late, 0) << "no save is running, so this call must not report one as late";
     EXPECT_FALSE(orders.saveWithin(0ms, "/a.wav"));
     orders.watchSave(0ms, [&] { ++late; });
     EXPECT_EQ(late, 1);

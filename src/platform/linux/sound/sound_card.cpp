@@ -257,8 +257,8 @@ void SoundCard::produceDue(Time now, Released& released) {
     }
 }
 
-/// Produces up to `wanted` frames and returns how many: as many as every line can deliver and the
-/// recording can accept.
+/// Produces a block and returns its number of frames. This number is at most `wanted`. It is
+/// limited by what the recording can accept and by what each line can deliver.
 std::size_t SoundCard::produceBlock(std::size_t wanted, Time now, Released& released) {
     // room() is called before anything is pulled, so that each frame that a source counts as
     // played is also recorded.

@@ -104,8 +104,8 @@ TEST_P(WaveConverterRate, KeepsLengthAndLevelOfATone) {
 INSTANTIATE_TEST_SUITE_P(Rates, WaveConverterRate,
                          testing::Values(4000, 8000, 11'025, 44'099, 48'000, 192'000));
 
-/// The bytes to which a converter of `format` converts `silentBlocks` blocks of silence, then a
-/// second of a tone, then ten blocks of silence.
+/// Converts a sound to `format` and returns the bytes. The sound is `silentBlocks` blocks of
+/// silence, one second of a tone, and ten blocks of silence.
 std::vector<int> convertedTone(const WaveFormat& format, int silentBlocks) {
     const auto converter = WaveConverter::create(format);
     fakes::ToneSource tone(500, 20'000);
