@@ -114,7 +114,7 @@ TEST(EveryEnd, AtEveryYieldOfACaptureEndsTheProgram) {
     }
 }
 
-TEST(EveryEnd, BetweenTwoTicksOfTheCapturesTimerSavesTheCapturedPart) {
+TEST(EveryEnd, BetweenTwoTicksDuringACaptureSavesTheCapturedPart) {
     for (const EndKind& kind : endKinds()) {
         for (auto moment = 50ms; moment < 400ms; moment += 100ms) {
             SCOPED_TRACE(kind.name + " after " + std::to_string(moment.count()) + " ms");

@@ -18,8 +18,9 @@ namespace sonarith {
 /// "HowMany", and their paths under "1", "2" and so on.
 inline constexpr const char* playlistSection = "music";
 
-/// The keys of the entries in that section, including missing entries. The value of an existing
-/// entry is a path of the logic (drive letter, backslashes).
+/// The keys "1", "2" and so on, up to the stored number of entries. A key without a stored entry is
+/// included, but the result ends after 100,000 such keys. The value of an existing entry is a path
+/// of the logic (drive letter, backslashes).
 [[nodiscard]] std::vector<std::string> playlistPathKeys(const SettingsStore& store);
 
 class PlaylistEntries {

@@ -248,13 +248,14 @@ struct ActionAndTreeTest : StartActionTest {
     }
 };
 
-TEST_F(ActionAndTreeTest, AfterALeftClickThePopupOfAnotherNodeStartsTheLeftClickedNode) {
+TEST_F(ActionAndTreeTest,
+       AfterALeftClickThePopupOfAnotherNodeStartsTheActionForTheLeftClickedNode) {
     click(t1);
     press(node(mp3), {.right = true});
     run(form.mnupopup.onOpen);
     EXPECT_TRUE(form.mnuStart2.enabled());
-    // The mouse button is released before an entry is chosen. The node that the left click has
-    // highlighted becomes the selected node again; this is intended.
+    // The mouse button is released before an entry is chosen. The release selects the node that the
+    // left click has highlighted; this is intended.
     release(node(mp3), {.right = true});
     EXPECT_EQ(form.Label3.caption(), "Next Action:  Process  " + mp3);
     EXPECT_EQ(view.selectedItem(), node(t1));
@@ -266,7 +267,8 @@ TEST_F(ActionAndTreeTest, AfterALeftClickThePopupOfAnotherNodeStartsTheLeftClick
     EXPECT_NE(node(t1), nullptr);
 }
 
-TEST_F(ActionAndTreeTest, WithoutAnEarlierLeftClickThePopupStartsTheNodeOnWhichItWasOpened) {
+TEST_F(ActionAndTreeTest,
+       WithoutAnEarlierLeftClickThePopupStartsTheActionForTheNodeOnWhichItWasOpened) {
     press(node(mp3), {.right = true});
     run(form.mnupopup.onOpen);
     release(node(mp3), {.right = true});

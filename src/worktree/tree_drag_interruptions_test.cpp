@@ -58,8 +58,9 @@ TEST_F(TreeDragTest, EventsInsideAMoveLeaveTreeAndListsAsExpected) {
         {"double click", moveAnother, 1, {}, {mp3, otherMp3}, {mp3, otherMp3}, {}},
         // Here the entry of mp3 occurs twice after the double click.
         {"double click", moveAnother, 2, {mp3, otherMp3}, {}, {mp3, otherMp3, mp3}, {}},
-        // In yield 1 the node has not moved yet: the event moves it to the selected group, and the
-        // rest of the move moves it back.
+        // Each move takes the node from its present group to the other group, even if the pointer
+        // is over the present group. In yield 1 the node has not moved yet. So the event moves it
+        // to the selected group, and the rest of the first move moves it back.
         {"drag back", dragBack, 1, {}, {otherMp3, mp3}, {mp3}, {otherMp3}},
         {"drag back", dragBack, 2, {}, {otherMp3, mp3}, {}, {mp3, otherMp3}},
     };

@@ -33,7 +33,7 @@ secondOpinionOf(const std::filesystem::path& file) {
     mpg123_param2(decoder, MPG123_ADD_FLAGS, MPG123_QUIET | MPG123_IGNORE_INFOFRAME, 0);
     SecondOpinion opinion;
     bool read = mpg123_open(decoder, file.c_str()) == MPG123_OK;
-    // The header of the first frame is read first, because the scan moves to the last frame.
+    // The scan reads all frames. So the header of the first frame is read before the scan.
     read = read && mpg123_info(decoder, &opinion.first) == MPG123_OK;
     read = read && mpg123_scan(decoder) == MPG123_OK;
     opinion.frames = mpg123_framelength(decoder);

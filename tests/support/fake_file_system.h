@@ -98,8 +98,8 @@ class FakeFileSystem final : public FileSystem {
     ///     writeBinary PATH OFFSET BYTES
     /// In these entries, PATH is the path that was passed to openBinary().
     std::vector<std::string> log;
-    /// Runs with the log entry of each logged call, before the call has an effect: simulates
-    /// another program that changes files between two steps.
+    /// Called for each logged call, before the call has an effect; the argument is the call's log
+    /// entry. Simulates another program that changes files between two steps.
     std::function<void(const std::string& entry)> meanwhile;
 
     [[nodiscard]] bool folderExists(const std::string& path) const {

@@ -42,7 +42,7 @@ TEST(TocTrack, AStartTimeLeavesTheIncompleteLastSectorInTheBody) {
                 ElementsAre(Segment{SegmentKind::data, 0, 16 + 2048, 2 * 588, 2048, 588, 2047}));
 }
 
-TEST(TocTrack, AStartTimeSplitsASegmentThatExtendsToItsFilesEnd) {
+TEST(TocTrack, AStartTimeSplitsASegmentThatExtendsToTheEndOfItsFile) {
     TocTrack track = audioTrack();
     track.add(sound(0, toFileEnd));
     ASSERT_FALSE(track.startAt(2, 6));

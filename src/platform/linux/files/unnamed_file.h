@@ -33,16 +33,16 @@ class UnnamedFile {
 
     /// Gives the file the name `target` and flushes the file to the disk before returning. An
     /// existing file of that name is replaced in one step, and its mode is kept; a symbolic link is
-    /// followed. The contents are copied if this file was published before, or if it cannot get the
-    /// name itself, for example on another file system. After a failure this file can still be
-    /// published, and `target` is unchanged. Exception: after a failed flush of the folder, the
-    /// last step, `target` already names the new file. Fails if `target` is a folder, another
-    /// non-regular file or a file without write permission.
+    /// followed. The contents are copied if this file was published before. They are also copied if
+    /// the system cannot link or move this file to `target`, for example to another file system.
+    /// After a failure this file can still be published, and `target` is unchanged. Exception:
+    /// after a failed flush of the folder, the last step, `target` already names the new file.
+    /// Fails if `target` is a folder, another non-regular file or a file without write permission.
     [[nodiscard]] Status publish(const std::filesystem::path& target);
 
   private:
     UnnamedFile() = default;
-    // openIn() to copyTo() return an errno value; 0 is success.
+    // Each of these five functions returns an errno value; 0 is success.
     [[nodiscard]] int openIn(const FileDescriptor& folder, Concealment concealment);
     [[nodiscard]] int openUnderHiddenName(const FileDescriptor& folder);
     [[nodiscard]] int linkUnderHiddenName(const FileDescriptor& folder);

@@ -27,8 +27,8 @@ class WavTarget {
 
     /// Writes interleaved samples; the first of them has number `first` in its channel.
     [[nodiscard]] Status place(std::int64_t first, std::span<const std::int16_t> samples);
-    /// Drops the samples after the first `samples` per channel, and frees their space. No other
-    /// thread may be writing.
+    /// Keeps the first `samples` samples of each channel, drops the others, and frees their space.
+    /// No other thread may be writing.
     [[nodiscard]] Status cutTo(std::int64_t samples);
     /// Ends the WAV after `samples` samples per channel, all of which must have been placed, and
     /// gives the file the name `target` of create(). Returns how many samples per channel the WAV

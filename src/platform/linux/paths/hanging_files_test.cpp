@@ -117,7 +117,7 @@ TEST_F(HangingFilesTest, TwoMountsHangIndependently) {
     EXPECT_THAT(notices.texts(), ElementsAre(reportOf(d), reportOf(e), recoveryOf(e)));
 }
 
-TEST_F(HangingFilesTest, AHangingCallBlocksOnlyItsOwnPathIfTheSearchFindsNoMount) {
+TEST_F(HangingFilesTest, AHangingCallBlocksOnlyItsOwnPathIfNoHangingMountIsFound) {
     mounts->hang(d);
     int asked = 0;
     const auto ask = [&](const std::string& path) {

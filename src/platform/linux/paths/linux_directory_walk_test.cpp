@@ -74,7 +74,8 @@ TEST_P(LinuxDirectoryWalkTest, ConvertsNamesWithCharactersThatTheLogicDoesNotAll
     EXPECT_TRUE(files_.fileExists(files[0]));
 }
 
-TEST_P(LinuxDirectoryWalkTest, RemovingAFileWithAQuestionMarkByItsListedPathRemovesOnlyThatFile) {
+TEST_P(LinuxDirectoryWalkTest,
+       AFileWhoseNameHasAQuestionMarkIsRemovedByItsListedPathAndOtherFilesRemain) {
     write("what?.mp3");
     write("whats.mp3");
     EXPECT_FALSE(files_.removeFile("d:\\what?.mp3").ok());
@@ -223,7 +224,7 @@ TEST_P(LinuxDirectoryWalkTest, TwoListingsOfOneWalkCanInterleave) {
 
 // --- which folders exist --------------------------------------------------------------------
 
-TEST_P(LinuxDirectoryWalkTest, AFolderIsReturnedAsANormalizedPathInTheGivenUpperAndLowerCase) {
+TEST_P(LinuxDirectoryWalkTest, AFolderIsReturnedAsANormalizedPathThatKeepsTheCaseOfTheGivenPath) {
     makeFolder("Music/One");
     EXPECT_EQ(directories_.folder("D:\\music\\ONE").value(), "D:\\music\\ONE");
     EXPECT_EQ(directories_.folder("d:\\Music\\One\\").value(), "d:\\Music\\One");

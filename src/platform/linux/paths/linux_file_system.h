@@ -42,8 +42,10 @@ class LinuxFileSystem final : public FileSystem {
     /// The stat record of a regular file. A folder, a pipe or a device gives the error
     /// fileNotFound, as if it did not exist.
     [[nodiscard]] Result<struct stat> statusOf(const std::string& path) const;
-    /// Like locate(), but if the folder part of `path` is the same text as the folder part of
-    /// `knownPath`, reuses the folder of `known`, which is the result for `knownPath`.
+    /// Like locate(), but does not locate a known folder again. `known` is the result for
+    /// `knownPath`. If `path` and `knownPath` have the same text before the last name, only the
+    /// last name is located, in the folder of `known`. The whole path is located if `known` is an
+    /// error or the root of a drive, or if the last name is empty, "." or "..".
     [[nodiscard]] Result<Located> locateBeside(const Result<Located>& known,
                                                const std::string& knownPath,
                                                const std::string& path) const;

@@ -37,9 +37,10 @@ namespace sonarith {
 struct Located {
     /// The whole machine path: the existing part in the disk's spelling, the rest as given.
     std::string path;
-    /// The folder part of `path`, and the last name with its case as given. For the root of a drive
-    /// the name is empty.
+    /// The folder part of `path`. For the root of a drive it is `path` itself.
     std::string folder;
+    /// The last name in the machine's notation, with its case as given. Empty for the root of a
+    /// drive.
     std::string givenName;
     /// Whether `path` exists.
     bool found = false;

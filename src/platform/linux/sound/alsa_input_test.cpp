@@ -72,7 +72,7 @@ TEST(AlsaInput, IsSilentIfThereIsNoDevice) {
     EXPECT_EQ(input->opening(30s), CapturePump::Opening::failed);
 }
 
-TEST(AlsaInput, ListsTheDefaultDeviceFirstAndHasNoEntryNone) {
+TEST(AlsaInput, TheListBeginsWithTheDefaultDeviceAndContainsNoDeviceNamedNone) {
     const fakes::PulseServer server; // only its ALSA configuration is needed
     std::vector<std::string> names;
     for (const DeviceEntry& entry : listInputs()) {

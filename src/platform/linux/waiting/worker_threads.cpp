@@ -16,7 +16,7 @@ struct WorkerThreads::State {
 
     std::mutex mutex;
     std::condition_variable changed;
-    std::optional<Work> next; ///< work for the idle thread, not started yet
+    std::optional<Work> next; ///< the work that the idle thread takes next
     /// A thread waits for `next`, or will wait for it when its `afterwards` has returned.
     bool idle = false;
     bool quitting = false;
