@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Measures the CD player on the software sound card and its thread, without windows and without a
-// sound device: the time from a click on `play` to the first sample at the card's output, after the
-// player was switched on, stopped or paused; and the difference between the displayed position and
-// the sound at the output.
+// sound device. It measures the time from a click on `play` to the first sample at the card's
+// output in three cases: before the click, the player was switched on, stopped or paused. It also
+// measures the difference between the position that the device reports and the position of the
+// sound at the output.
 #include <algorithm>
 #include <atomic>
 #include <chrono>
@@ -101,8 +102,9 @@ double timeToSound(Output& output, const std::function<void()>& click) {
     return Milliseconds(output.first() - start).count();
 }
 
-/// Converts the reply "tt:mm:ss:ff" (track; minute, second and sector in the track), from which the
-/// player sets its display, to the position on the disc in milliseconds.
+/// Converts a reply "tt:mm:ss:ff" to the position on the disc in milliseconds. The fields are the
+/// track, and the minute, second and sector in the track. The player sets its display from the same
+/// reply.
 double millisecondsOf(const std::string& reply) {
     int track = 0;
     int minute = 0;
@@ -165,7 +167,7 @@ int main() {
     print("time from play to the first sample, after power on", switchedOn, limitOfStart);
     print("time from play to the first sample, after a stop", stopped, limitOfStart);
     print("time from play to the first sample, after a pause", paused, limitOfStart);
-    print("difference between the displayed position and the sound at the output", skews,
+    print("difference between the reported position and the sound at the output", skews,
           limitOfSkew);
     return 0;
 }

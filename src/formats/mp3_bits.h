@@ -16,7 +16,7 @@ namespace sonarith {
 using FourBytes = std::array<std::uint8_t, 5>;
 
 /// The digits of elements 1 to 4, highest bit first, without leading zeros; an empty text if all
-/// four bytes are 0. Sets these elements to 0.
+/// four bytes are 0. The call changes `bytes`: afterwards, elements 1 to 4 are 0.
 [[nodiscard]] std::string BytesToBits(FourBytes& bytes);
 
 /// The value of the digits; any character but "1" counts as zero. Error: overflow if the value

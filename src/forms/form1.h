@@ -42,7 +42,8 @@ class Form1 : public Form {
     /// to their idle state.
     void ClearActivity();
 
-    /// The picture for the window's shape; null if there is none, which is the designed state.
+    /// The picture from which the window's shape is computed; null if there is none. Only tests set
+    /// a picture.
     [[nodiscard]] const std::shared_ptr<const PixelPicture>& picture() const { return picture_; }
     void setPicture(std::shared_ptr<const PixelPicture> picture) { picture_ = std::move(picture); }
 
@@ -88,8 +89,8 @@ class Form1 : public Form {
     // Controls that are never visible: the lists contain the data of the tree; code clicks the
     // buttons to call their handlers.
     ListBox lstTracks{*this, "lstTracks"}; ///< available tracks
-    ListBox lstRecord{
-        *this, "lstRecord"}; ///< queue of tracks to extract; the current line is being extracted
+    ListBox lstRecord{*this, "lstRecord"}; ///< queue of the selected tracks; during its extraction,
+                                           ///< the current line is the track that is being captured
     ListBox List1{*this, "List1"}; ///< paths of available WAV files
     ListBox List2{*this, "List2"}; ///< paths of available MP3 files
     ListBox List3{*this, "List3"}; ///< not used

@@ -3,8 +3,8 @@
 // how this information is shown and used.
 //
 // All members are called on the logic thread and return within 100 ms. A drive that does not
-// respond in that time is treated like a drive that reports an error, and is not queried again
-// until it has responded.
+// respond in that time is treated like a drive that reports an error. While the drive has not
+// responded to this query, no other query is sent to it.
 #pragma once
 
 #include <cstdint>

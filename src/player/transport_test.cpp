@@ -101,7 +101,8 @@ TEST_F(TransportTest, EachButtonSendsTheCommandsForTheCurrentState) {
     }
 }
 
-TEST_F(TransportTest, EachButtonExceptStopDisablesEjectFirstAndStopEnablesItLast) {
+TEST_F(TransportTest,
+       EachButtonExceptStopDisablesEjectBeforeItsCommandsAndStopEnablesEjectAfterItsCommands) {
     for (CommandButton* button :
          {&form.play, &form.pause, &form.ftrack, &form.btrack, &form.eject}) {
         SCOPED_TRACE(button->name());
@@ -184,7 +185,7 @@ TEST_F(TransportTest, PlayOnTheLastTrackDisablesEjectAndDoesNotPlay) {
     EXPECT_EQ(enabledButtons(), allButEject);
 }
 
-TEST_F(TransportTest, PlaySetsTheFlagPlayingBeforeItSendsItsCommand) {
+TEST_F(TransportTest, PlaySetsThePlayingFlagBeforeItSendsItsCommand) {
     bool playing = false;
     media.onCommand = [&](std::string_view command) {
         if (command == "play cd from 1") {
@@ -230,7 +231,7 @@ TEST_F(TransportTest, PlayAfterAPauseDisablesEjectBeforeItSendsItsCommand) {
     EXPECT_FALSE(form.eject.enabled());
 }
 
-TEST_F(TransportTest, WhilePausedThePollClearsTheFlagPlayingSoThatASkipOnlySeeks) {
+TEST_F(TransportTest, WhilePausedThePollClearsThePlayingFlagSoThatASkipOnlySeeks) {
     form.play.click();
     form.pause.click();
     state.Playing = true;

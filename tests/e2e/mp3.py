@@ -96,8 +96,8 @@ def check_beginning(wav, mp3, hours):
         at = 0
         while samples := kept.readframes(BYTES_AT_A_TIME // BYTES_PER_FRAME):
             check(samples == other.stdout.read(len(samples)),
-                  f"{wav.name} differs from the output of another decoder in the {BYTES_AT_A_TIME} "
-                  f"bytes from frame {at} of the WAV file on")
+                  f"{wav.name} differs from the output of another decoder; the first difference is "
+                  f"at most {BYTES_AT_A_TIME} bytes after frame {at} of the WAV file")
             at += len(samples) // BYTES_PER_FRAME
     check_equal(at, kept.getnframes(), f"frames read from {wav.name}")
     return at / FRAME_RATE

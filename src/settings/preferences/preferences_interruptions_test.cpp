@@ -191,8 +191,8 @@ TEST_F(PreferencesInterrupted, TheMuteHandlerReadsTheCheckBoxAfterItHasLoadedThe
         };
         run.loop.atYield(1, [&] { run.interrupt(what); });
         run.form.Check1.setValue(1).passOver();
-        // Reopening the window resets the check box to the value of its setting. The handler reads
-        // the check box only after that.
+        // Reopening the preferences' window resets the check box to the value of its setting. The
+        // handler reads the check box only after that.
         const bool reopened = what == Meanwhile::reopen;
         EXPECT_THAT(run.muted, ElementsAre(reopened ? "Option14" : "Option13"));
         EXPECT_EQ(run.form.loaded(), reopened);

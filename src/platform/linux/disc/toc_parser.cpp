@@ -20,10 +20,10 @@ namespace {
 // overflow.
 constexpr std::int64_t maxFileOffset = std::int64_t{1} << 60;
 
-/// A length on the time line, and how many bytes of its last sector are missing.
+/// A length on the time line. A length in bytes is rounded up to whole sectors.
 struct Length {
     std::int64_t frames = 0;
-    int lastSectorLacks = 0;
+    int lastSectorLacks = 0; ///< the number of bytes that the rounding has added
 };
 
 bool startsNumber(const TocToken& token) {

@@ -38,7 +38,8 @@ Layout layoutOf(const StreamFormat& format) {
     return {8, mono ? 1 : 2, 0, 1, format.channels, 9, 63};
 }
 
-/// `count` bits from bit `first` on, the most significant bit of a byte first.
+/// The number that consists of `count` bits. `first` is the index of the most significant of these
+/// bits. Index 0 is the most significant bit of the first byte.
 unsigned bitsAt(Bytes bytes, int first, int count) {
     unsigned value = 0;
     for (int i = first; i < first + count; ++i) {

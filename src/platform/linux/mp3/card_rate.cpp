@@ -22,7 +22,8 @@ std::span<const sound::StereoFrame> CardRate::convert(std::span<const std::int16
     if (!converter_) {
         append(samples);
     } else if (samples.empty()) {
-        // The filter still contains the last frames; silence after the sound pushes them out.
+        // The filter still contains the last frames of the sound. Silence as further input makes
+        // the filter return them.
         const std::vector<std::int16_t> silence(converter_->latency() *
                                                 static_cast<std::size_t>(format_.channels));
         resample(silence);

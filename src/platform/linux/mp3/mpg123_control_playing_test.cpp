@@ -38,8 +38,9 @@ class Mpg123PlayingTest : public testing::Test {
     Frames heard() {
         const auto tape = std::make_shared<fakes::MemorySink>();
         card.startRecording(tape, now);
-        // Until the file is ready, the clock advances in small steps: after
-        // Mp3PlayerSource::patience on this clock, the source would deliver silence.
+        // If no sound is ready, the source waits for Mp3PlayerSource::patience on this clock, and
+        // then delivers silence. So the clock advances in small steps until the first frame
+        // arrives.
         EXPECT_TRUE(fakes::eventually([&] {
             now += tape->size() > 0 ? 10'000us : 50us;
             card.advance(now);
