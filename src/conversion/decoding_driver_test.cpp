@@ -13,8 +13,8 @@ using testing::IsEmpty;
 
 struct DriverTest : test::ConversionWorld {
     /// For each file, the captions of the window, of Label3 and of Label2 when the MP3 control is
-    /// first started for this file. Form6.Timer1 later disables itself and starts the control
-    /// again, so this timer is enabled only at the first start.
+    /// first started for this file. At this start, Form6.Timer1 is still enabled. Later the timer
+    /// disables itself and starts the control again.
     std::vector<std::string> shown;
 
     DriverTest() {

@@ -48,9 +48,9 @@ constexpr std::array<BitRates, 4> bitRates = {{
     {255, {0, 32, 48, 56, 64, 80, 96, 112, 128, 144, 160, 176, 192, 224, 256}},
 }};
 
-/// Indexed by the layer; 0 for the reserved layer. The number of slots in a frame is coefficient x
-/// bit rate / sampling rate. A slot is four bytes in Layer I and one byte in the other layers.
-/// averageBitRate() assumes one byte for every layer.
+/// Indexed by the layer. The reserved layer has index 0 and coefficient 0. The number of slots in a
+/// frame is coefficient x bit rate / sampling rate. A slot is four bytes in Layer I and one byte in
+/// the other layers. averageBitRate() assumes one byte for every layer.
 constexpr std::array<int, 4> coefficients = {0, 12, 144, 144};
 
 Error outOfRange() {

@@ -45,8 +45,8 @@ TEST_F(ControlViewTest, TheAccessibleNameIsTheCaptionOrElseTheToolTipOrElseTheLa
 }
 
 /// How often Qt has queried the factories for a widget's accessible object. Setting the accessible
-/// name of a widget causes such a query, unless the object exists already. So the next test detects
-/// by a query that a name was set.
+/// name of a widget causes such a query, unless the object exists already. The next test counts
+/// these queries to detect whether a name was set.
 int queries = 0;
 QAccessibleInterface* countQuery(const QString& /*className*/, QObject* /*asked*/) {
     ++queries;

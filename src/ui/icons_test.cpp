@@ -36,7 +36,7 @@ TEST(Icons, EverySymbolIsDrawnOnATransparentBackground) {
     }
 }
 
-TEST(Icons, TheTreeHasTwelvePicturesOfWhichTheFirstSixDiffer) {
+TEST(Icons, TheTreeHasTwelvePicturesOfWhichTheFirstSixDifferFromEachOther) {
     std::vector<QImage> seen;
     for (int number = 1; number <= 12; ++number) {
         const QImage image = paint(treeImage(number));

@@ -38,8 +38,8 @@ class PopupMenu {
     /// Removes from the tree the first node that has the same text as DragNode. Does nothing unless
     /// this text ends in ".wav" or ".mp3", in upper, lower or mixed case. Also removes the file's
     /// path from its list box (List1, List2, List4 or List5), and deletes the file without asking
-    /// the user. A file whose path is in none of these list boxes stays on disk. Yields once, and
-    /// for 0.2 s after it has deleted a file.
+    /// the user. A file whose path is in none of these list boxes stays on disk. Yields once before
+    /// it removes the node. After it has deleted a file, it yields for 0.2 s.
     void mnuRemoveDelete_Click();
 
   private:

@@ -120,7 +120,7 @@ TEST_P(TheMeterOnTheSoftwareCard, ShowsAtEachTickTheLargestSampleSinceThePreviou
 TEST_P(TheMeterOnTheSoftwareCard, IsIndependentOfVolumeAndMuteAndFallsToZeroInSilence) {
     world_.form.play.click();
     world_.form.Option13.click();                 // mutes the disc's line
-    world_.form.sliderMasterVolume.moveTo(65535); // volume 0: the slider's 0 is the full volume
+    world_.form.sliderMasterVolume.moveTo(65535); // lowest volume; position 0 is the highest
     ASSERT_NO_FATAL_FAILURE(pass(20));
     const int level = sound::peakOf(std::span(samples_).first(kept_->frames.size()));
     EXPECT_GT(level, 1000);

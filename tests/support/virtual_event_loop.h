@@ -6,8 +6,8 @@
 //     loop.atYield(3, [&] { form.Command2.click(); });       // runs inside the third yield
 //     loop.after(250ms, [&] { form.Command8.click(); });     // runs once, 250 ms from now
 //     job.run();                                             // may yield and wait
-//     EXPECT_THROW(window.close(), ProgramEnded);            // endProgram() throws this
 //     loop.advance(5s);                                      // 5 idle seconds: timers run
+//     EXPECT_THROW(window.close(), ProgramEnded);            // endProgram() throws this
 #pragma once
 
 #include <algorithm>

@@ -132,7 +132,7 @@ bool HeldEvents::eventFilter(QObject* watched, QEvent* event) {
     if (event == delivered_) {
         return false;
     }
-    // During the delivery, new events from the window system are queued after the held events.
+    // Until all held events are delivered, new events of the window system are held, too.
     const bool mustWait =
         holding_ ||
         (!held_.empty() && (watched->isWindowType() || event->type() == QEvent::Shortcut));

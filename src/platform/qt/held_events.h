@@ -40,7 +40,7 @@ class HeldEvents final : private QObject {
     /// Ends the holding that hold() began. The next event loop that runs, including that of a
     /// yield, delivers the held events one by one; requests to close a window come first. Events
     /// for a window that was destroyed are dropped. Until all held events are delivered, new events
-    /// of the window system are queued after them.
+    /// of the window system are held, too.
     void release();
 
     /// Whether, since hold(), a request to close a window or a signal to end the program has

@@ -28,7 +28,7 @@ TEST_F(HangingBusTest, AnAddedIconIsShownAfterTheHang) {
     EXPECT_THAT(hosts, ElementsAre(true, false, true));
 }
 
-TEST_F(HangingBusTest, AnEmbeddingPanelCountsAsNoHostBeforeTheFirstIcon) {
+TEST_F(HangingBusTest, AnEmbeddingPanelCountsAsNoHostDuringTheHangIfNoIconWasShownBefore) {
     test::NotifierWatcher watcher(bus);
     watcher.setHost(true);
     tray.watchHosts();

@@ -73,7 +73,7 @@ std::string describe(const Shortage& shortage) {
         break;
     }
     return text +
-           " begins after the end of its file; the track's length is unknown, and the track is "
+           " has no whole sector in its file; the track's length is unknown, and the track is "
            "listed with " +
            std::to_string(shortestTrackSectors / sectorsPerSecond) + " seconds of silence";
 }

@@ -42,10 +42,10 @@ struct ImageTimeline {
                                        std::int64_t end);
 
 /// `fileBytes` contains the length of each of the layout's files in bytes; for a WAVE file, the
-/// length of its samples. A track whose file ends early keeps its stated length. A track without a
-/// stated length gets the shortest possible length if it begins at or after its file's end. Errors:
-/// the files contain no content of the disc; all tracks together are longer than the longest
-/// possible disc. `sheet` is the sheet's name in messages.
+/// length of its samples. A track whose file ends early keeps its stated length. If a track without
+/// a stated length would have no sector, it gets the shortest possible length. Errors: the files
+/// contain no content of the disc; all tracks together are longer than the longest possible disc.
+/// `sheet` is the sheet's name in messages.
 [[nodiscard]] Result<ImageTimeline> layOnLine(std::string_view sheet, const ImageLayout& layout,
                                               std::span<const std::int64_t> fileBytes);
 

@@ -111,8 +111,8 @@ TEST(Timeline, ATruncatedTrackKeepsItsStatedLengthAndATrackOfUnknownLengthGetsFo
     EXPECT_EQ(soundFrames(line.value()), 400 * 588);
     EXPECT_THAT(line.value().remark,
                 HasSubstr("\"a.bin\" (disc.cue, line 1) is too short: track 2 is truncated and "
-                          "reads as silence from 00:01:25 on; track 3 begins after the end "
-                          "of its file"));
+                          "reads as silence from 00:01:25 on; track 3 has no whole "
+                          "sector in its file"));
 }
 
 TEST(Timeline, ReportsAMissingPartBeforeTheEndOfATrack) {

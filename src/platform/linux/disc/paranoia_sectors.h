@@ -44,7 +44,8 @@ class ParanoiaSectors : public AudioSectors {
     [[nodiscard]] SectorOutcome repair(std::span<sound::StereoFrame> out);
     [[nodiscard]] std::int64_t readForRepair(std::int64_t first, std::int64_t count,
                                              std::byte* out);
-    /// Reads sectors and discards them, so that the drive's cache no longer contains other sectors.
+    /// Reads sectors and discards them, to displace the sectors that the drive's cache contained
+    /// before. The drive must then read the displaced sectors from the disc again.
     void readToForget(std::int64_t first, std::int64_t count);
     /// The library calls this function instead of its own read function. Reads only while repair()
     /// runs.

@@ -88,7 +88,7 @@ Result<std::vector<std::string_view>> linesOf(std::string_view sheet, std::strin
         }
         if (lines.back().find('\0') != std::string_view::npos) {
             return sheetError(sheet, number,
-                              "the line contains a NUL byte; a sheet must be UTF-8 text");
+                              "the line contains a NUL byte; save the sheet as UTF-8 text");
         }
         text.remove_prefix(end);
         text.remove_prefix(text.starts_with("\r\n") ? 2 : text.empty() ? 0 : 1);

@@ -39,7 +39,7 @@ TEST(SheetLines, AreRefusedInATextThatIsTooLong) {
 
 TEST(SheetLines, AreRefusedIfOneContainsANul) {
     EXPECT_EQ(linesOf("a.cue", std::string_view("REM\nT\0I", 7)).error().text,
-              "a.cue, line 2: the line contains a NUL byte; a sheet must be UTF-8 text");
+              "a.cue, line 2: the line contains a NUL byte; save the sheet as UTF-8 text");
 }
 
 TEST(Words, AreTakenOneByOne) {

@@ -32,8 +32,8 @@ constexpr std::array meanings{
     Meaning{ETXTBSY, ErrorNumber::permissionDenied, "is in use"},
     // Returned by a non-blocking open of a file on which another program has a lease.
     Meaning{EAGAIN, ErrorNumber::permissionDenied, "is in use"},
-    Meaning{ENOSPC, ErrorNumber::diskFull, "does not fit: the disk is full"},
-    Meaning{EDQUOT, ErrorNumber::diskFull, "does not fit: the disk is full"},
+    Meaning{ENOSPC, ErrorNumber::diskFull, "is on a full disk"},
+    Meaning{EDQUOT, ErrorNumber::diskFull, "is on a full disk"},
     Meaning{EFBIG, ErrorNumber::diskFull, "does not fit: the file would be too large"},
     Meaning{EIO, ErrorNumber::deviceInputOutput, nullptr},
     Meaning{ENODEV, ErrorNumber::deviceUnavailable, nullptr},

@@ -11,7 +11,7 @@ namespace {
 using testing::HasSubstr;
 
 TEST(SystemError, DescribesTheCause) {
-    EXPECT_EQ(systemError(ENOSPC, "/a/b").text, "\"/a/b\" does not fit: the disk is full");
+    EXPECT_EQ(systemError(ENOSPC, "/a/b").text, "\"/a/b\" is on a full disk");
     EXPECT_EQ(systemError(EEXIST, "/a/b").text, "\"/a/b\" already exists");
     EXPECT_EQ(systemError(EROFS, "/a").number, ErrorNumber::permissionDenied);
     EXPECT_EQ(systemError(EIO, "/a").number, ErrorNumber::deviceInputOutput);

@@ -42,7 +42,7 @@ TEST(DecodeNoticeTest, ReportsWhyAFileCannotBeRead) {
 }
 
 TEST(DecodeNoticeTest, ReportsTheKeptPartAndWhyAFileWasNotCompletelySaved) {
-    const Error full{ErrorNumber::diskFull, "\"/music/song.wav\" does not fit"};
+    const Error full{ErrorNumber::diskFull, "\"/music/song.wav\" is on a full disk"};
     EXPECT_EQ(decodeNotice(names, failedResult(DecodeStep::writing, full, 42)),
               "song.wav was saved partly: no space left in /music; it contains the first 0:42");
     EXPECT_EQ(decodeNotice(names, failedResult(DecodeStep::writing, full, 0)),

@@ -34,7 +34,7 @@ TEST(MachineName, KeepsAMarkThatPrecedesNeitherAReplacementNorAMark) {
     EXPECT_EQ(machineName("x\u00ac"), "x\u00ac");
 }
 
-TEST(MachineName, ConvertedByLogicNameIsNoPatternThatMatchesOtherFiles) {
+TEST(MachineName, IsNoPatternForOtherFilesAfterLogicNameHasConvertedIt) {
     EXPECT_TRUE(matches("whats.mp3", "what?.mp3"));
     EXPECT_FALSE(matches("whats.mp3", logicName("what?.mp3")));
     EXPECT_FALSE(matches("anything.mp3", logicName("*.mp3")));

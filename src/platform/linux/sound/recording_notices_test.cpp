@@ -102,12 +102,12 @@ TEST_F(RecordingNoticesTest, ReportsALateSaveAndItsResult) {
 }
 
 TEST_F(RecordingNoticesTest, ReportsUnusableFoldersOnceUntilAFileCanBeCreated) {
-    const Error error{ErrorNumber::diskFull, "\"/music\" does not fit: the disk is full"};
+    const Error error{ErrorNumber::diskFull, "\"/music\" is on a full disk"};
     notices.cannotBegin(error);
     notices.cannotBegin(error);
     notices.begun("/music");
     notices.cannotBegin(error);
-    const std::string text = "Nothing is recorded: \"/music\" does not fit: the disk is full";
+    const std::string text = "Nothing is recorded: \"/music\" is on a full disk";
     EXPECT_THAT(texts(), ElementsAre(text, "settled [no folder for recordings]", text));
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Applies bass and treble to the sound of the speakers with two shelf filters, and provides the
-// headroom that a boost needs. With the sliders of bass and treble in the middle, samples are
-// unchanged. Recorded sound is never affected.
+// headroom that a boost needs. If the sliders of bass and treble are in the middle and the effect
+// of earlier positions has ended, samples are unchanged. Recorded sound is never affected.
 //
 // Headroom: a boost may raise a sound above 16 bits. The sound is then attenuated as much as its
 // peak requires, and the attenuation decreases slowly. So a loud sound with a boost is not clipped,
@@ -44,7 +44,7 @@ class ToneControl {
     // One thread at a time; never allocates.
 
     /// Filters `frames` in place. After a slider was moved, the gain changes gradually. While both
-    /// sliders are neutral and the gain has reached 0 dB, samples are not filtered. Filtered
+    /// sliders are neutral and both filters are transparent, samples are not filtered. Filtered
     /// samples fit into 16 bits. Unfiltered samples may exceed 16 bits; the caller clips them.
     void apply(std::span<WideFrame> frames);
     /// Called before a new sound: applies the sliders' positions at once, without a ramp.

@@ -52,8 +52,9 @@ class LinuxSystemInformation final : public SystemInformation {
                                                   std::size_t size) const override;
     [[nodiscard]] std::optional<DiskSpace> diskSpace(const std::string& root) const override;
     [[nodiscard]] DriveKind driveKind(const std::string& root) const override;
-    /// The serial number is the last eight digits of the file system's UUID. If the UUID has
-    /// sixteen digits, other operating systems show the same eight digits.
+    /// The serial number is the last eight hexadecimal digits of the file system's UUID. Some file
+    /// systems have a UUID of only sixteen such digits. For these file systems, other operating
+    /// systems show the same serial number.
     [[nodiscard]] std::optional<VolumeInformation>
     volumeInformation(const std::string& root) const override;
     [[nodiscard]] MemoryStatus memoryStatus() const override;
