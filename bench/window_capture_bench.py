@@ -2,8 +2,8 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Measures which share of one core the real program uses while it captures a track. The first
 capture runs with a visible window and without a sound output, the second with a visible window and
-a sound server. The third runs first in the tray and then with a visible window; the share in the
-tray must not be larger than the share with the window.
+a sound server. The third capture begins in the tray and continues with a visible window; its share
+in the tray must not be larger than its share with the window.
 
 window_capture_bench.py FOLDER_OF_THE_PROGRAMS
 """

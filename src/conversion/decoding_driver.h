@@ -25,7 +25,7 @@ class DecodingDriver {
     /// set in both cases. If the list of files to convert is empty, only shows a message.
     ///
     /// If a file no longer exists, no worker starts for it, and workerBusy stays true. The function
-    /// then waits until another decoding or the program ends. If Form6 is still loaded for an
+    /// then waits until another decoding ends or the program ends. If Form6 is still loaded for an
     /// earlier file, the function skips the missing file instead.
     void CmdDecoder_Click();
 

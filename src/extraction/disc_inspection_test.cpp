@@ -33,7 +33,7 @@ TEST(InspectCD, SendsItsCommandsInThisOrderAndRequestsEachLengthTwice) {
     EXPECT_FALSE(bench.disc.discOpen());
 }
 
-TEST(InspectCD, FillsLabelsTrackLinesAndLengthsAndClearsTheQueue) {
+TEST(InspectCD, FillsLabelsTrackLinesAndLengthsAndClearsTheListOfSelectedTracks) {
     ExtractionBench bench({185000, 61000});
     bench.form.lstRecord.addItem("Track  9 - 00:00:01");
     bench.form.lstTracks.addItem("Track  8 - 00:00:01");

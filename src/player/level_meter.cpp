@@ -81,7 +81,7 @@ void LevelMeter::draw(const Variant& variant) {
                               {static_cast<double>(TraceX), TraceY});
     }
     // With Drawing::apart, the height at which the next line starts does not change. Otherwise the
-    // next line starts at the height of this step.
+    // next line starts at TraceY, the height of the level that was just read.
     if (variant.drawing != Drawing::apart) {
         PrevTraceY = TraceY;
     }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/form_adapter.h"
 
+#include <utility>
+
 #include <QEvent>
 #include <QMouseEvent>
 #include <QTimer>
@@ -194,8 +196,8 @@ bool FormAdapter::eventFilter(QObject* watched, QEvent* event) {
         }
         break;
     case QEvent::MouseButtonPress:
-        // Only presses outside of the controls are reported. Presses that a control does not handle
-        // arrive here, too.
+        // Only presses outside of the controls are reported. A press that a control does not handle
+        // arrives here, too; childAt() excludes it.
         if (const auto& press = *static_cast<QMouseEvent*>(event);
             watched == &client_ && !client_.childAt(press.position().toPoint())) {
             const PopupPlace place(press.globalPosition().toPoint());

@@ -66,7 +66,7 @@ TEST_F(LabelEditorTest, TheDownKeyDoesNotReachTheParentWidget) {
     EXPECT_TRUE(down.isAccepted());
 }
 
-TEST_F(LabelEditorTest, APressThatTheOwnerTakesDoesNotChangeTheSelection) {
+TEST_F(LabelEditorTest, APressThatTheOwnerHandlesDoesNotChangeTheSelectedText) {
     handlesPress = true;
     QTest::mouseClick(&editor, Qt::LeftButton);
     EXPECT_EQ(editor.selectedText(), "one.wav");

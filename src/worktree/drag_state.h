@@ -17,7 +17,10 @@ struct DragState {
     /// The NodeLevel of DragNode at the last mouse move with only the left button down, or at the
     /// last opening of the popup. 0 after a drop.
     std::int32_t DragLevel = 0;
-    /// The node of the last drag event (empty: no node), or the target group of a later move.
+    /// A drag event sets DropTarget to the node under the pointer (empty: no node). If this node is
+    /// an item that accepts DragNode, the event sets DropTarget to the item's parent. The move of a
+    /// node to another group sets DropTarget to that group. If a file has no group to move to, the
+    /// move empties DropTarget.
     NodeRef DropTarget;
     /// Tested before a drag starts. Nothing sets it.
     bool InDrag = false;

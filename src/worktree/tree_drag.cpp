@@ -9,8 +9,8 @@ namespace sonarith {
 namespace {
 
 /// Whether a node with the text `target` refuses a node with the text `dragged`. Only "Selected
-/// Tracks" and tracks accept a track. Only the groups of its kind accept a WAV or MP3 file. Other
-/// texts are never refused.
+/// Tracks" and tracks accept a track. Only the two groups of WAV files accept a WAV file. Only the
+/// two groups of MP3 files accept an MP3 file. Other texts are never refused.
 bool refuses(const std::string& target, const std::string& dragged) {
     const bool keepsTrackOut =
         isTrackText(dragged) && target != selectedTracksText && !isTrackText(target);

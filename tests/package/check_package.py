@@ -20,7 +20,7 @@ SKIPPED = 77
 
 
 class Fault(Exception):
-    """An error in the package."""
+    """A check has found an error, or a command of the check has failed."""
 
 
 def run(*command, **options):

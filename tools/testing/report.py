@@ -50,9 +50,9 @@ class Report:
         """A short summary."""
         parts = [f"{self.total} tests" if self.total != 1 else "1 test"]
         if self.programs:
-            kind = "are unit-test programs" if self.programs != 1 else "is a unit-test program"
-            parts[0] += (f" ({self.programs} of them {kind} with {self.tests_of_programs} test "
-                         "cases)")
+            kind = "unit-test programs" if self.programs != 1 else "unit-test program"
+            parts[0] += (f" ({self.programs} {kind} ran and passed, with {self.tests_of_programs} "
+                         "test cases)")
         if self.sources:
             parts.append("{1} of {0} sources cached".format(*self.sources))
         if self.cached:

@@ -98,7 +98,7 @@ class Reports(unittest.TestCase):
     def test_passed_and_cached_tests_are_counted(self):
         found = self.read("")
         self.assertEqual((found.passed, found.cached, found.failed), (2, 1, {}))
-        self.assertEqual(found.note(), "3 tests (2 of them are unit-test programs with 15 test "
+        self.assertEqual(found.note(), "3 tests (2 unit-test programs ran and passed, with 15 test "
                          "cases), 1 of 3 cached")
 
     def test_cached_sources_are_counted(self):

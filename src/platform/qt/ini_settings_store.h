@@ -77,8 +77,8 @@ class IniSettingsStore final : public SettingsStore {
     /// The stamp and the values that the file had when this object last read or wrote it.
     Stamp stamp_;
     IniValues onDisk_;
-    /// The values that were passed to SaveSetting(), on disk or not; no value for a key that
-    /// DeleteSetting() has deleted. These values override those of the file.
+    /// The keys that this object has saved or deleted, whether the file contains the change or not.
+    /// A saved key maps to its value, a deleted key to nullopt. An entry overrides the file.
     std::map<Key, std::optional<std::string>> changes_;
     int transactions_ = 0; ///< nesting depth
     bool changesWait_ = false;

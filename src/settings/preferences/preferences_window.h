@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 
 #include "forms/windows.h"
 #include "platform/platform.h"
@@ -25,7 +26,7 @@ class PreferencesWindow {
     PreferencesWindow& operator=(const PreferencesWindow&) = delete;
 
     /// Ends early if a control does not accept its stored value; the window is loaded nevertheless.
-    /// Before the first step that may yield, writes the settings saved so far to the disk in one
+    /// All settings that are saved before the first step that may yield reach the disk in one
     /// write.
     void Form_Load();
     /// Saves quality, bit rate and capture format, which are saved only here.
@@ -66,8 +67,9 @@ class PreferencesWindow {
     /// shows a message and returns nothing.
     [[nodiscard]] std::optional<DestinationFolder> chosenDestination();
     [[nodiscard]] bool makeFolders(const std::string& path);
-    /// Writes to the disk everything that the load step has saved so far. Called before anything
-    /// that may yield, because no transaction may exist across a yield, and at the load step's end.
+    /// Ends the transaction of the load step: the settings that were saved in the transaction reach
+    /// the disk in one write. Called at the end of the load step, and before anything that may
+    /// yield: no transaction may exist across a yield.
     void endLoadWrites() { loadWrites_.reset(); }
 
     const Platform& platform_;

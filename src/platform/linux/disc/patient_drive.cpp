@@ -10,7 +10,8 @@
 
 namespace sonarith::disc {
 
-/// The results of the drive's calls, stored until a caller fetches them.
+/// What is known about the drive, and which results of running calls are still wanted. The logic
+/// thread and the thread of the calls share this state.
 struct PatientDrive::Known {
     std::mutex mutex;
     bool present = false;

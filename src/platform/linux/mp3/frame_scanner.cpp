@@ -69,7 +69,8 @@ std::optional<Frame> FrameScanner::take(const FrameHeader& header) {
     return Frame{offset, header, std::exchange(gap_, false)};
 }
 
-/// Whether `bytes` begins with a whole frame of the format only_ or current_, or with a row.
+/// Whether `bytes` begins with a whole frame whose format is only_ or current_, or with a whole
+/// frame that begins a row of frames (frame_row.h).
 bool FrameScanner::belongs(const FrameHeader& header, Bytes bytes) {
     if (header.bytes == 0 || bytes.size() < static_cast<std::size_t>(header.bytes)) {
         return false;
@@ -138,9 +139,9 @@ void FrameScanner::skipJunk() {
             freeFormat_ = position_;
             return;
         }
-        // Tries each offset from which on the window contains at least lookAhead bytes. The next
-        // iteration tries the later offsets. If the window is shorter than lookAhead or ends with
-        // the source, all offsets are tried now.
+        // Tries the offset `i` if the window contains at least lookAhead bytes from `i` on. The
+        // next iteration tries the later offsets. If the window is shorter than lookAhead or ends
+        // with the source, all offsets are tried now.
         const bool last = bytes.size() < SourceWindow::lookAhead ||
                           position_ + static_cast<std::int64_t>(bytes.size()) == source_->size();
         const std::size_t limit = last ? bytes.size() : bytes.size() - SourceWindow::lookAhead + 1;

@@ -41,8 +41,8 @@ std::optional<Segment> SegmentSchedule::rest() const {
 }
 
 /// Segments are taken in the order of the stream, and a worker takes a segment only when it has
-/// completed its previous segment. So every frame before the first undecoded frame of the workers'
-/// current segments has been decoded.
+/// completed its previous segment. So if a frame is undecoded, the first undecoded frame of the
+/// stream is in the current segment of a worker.
 std::int64_t SegmentSchedule::wholeFrames() const {
     std::int64_t frames = index_.count().framesDecoded;
     for (const Work& work : works_) {

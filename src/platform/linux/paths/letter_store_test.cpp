@@ -13,7 +13,7 @@ std::string stored(const SettingsStore& store, const std::string& key) {
     return store.GetSetting(applicationName, drivesSection, key, "none");
 }
 
-TEST(LetterStore, WritesNewLettersToTheStoreOnlyWhenWriteToIsCalled) {
+TEST(LetterStore, NewLettersReachTheStoreOnlyWhenTheFunctionWriteToIsCalled) {
     test::FakeSettingsStore store;
     store.SaveSetting(applicationName, drivesSection, "D", "/mnt/old");
     LetterStore letters(store);

@@ -22,9 +22,10 @@ std::optional<std::string> absoluteIn(const char* variable) {
     return value != nullptr && value[0] == '/' ? std::optional<std::string>(value) : std::nullopt;
 }
 
-/// The content of a text in double quotes, with the shell's escapes resolved and with `home` in
-/// place of $HOME at its beginning. Spaces and tabs may follow the closing quote. Returns nothing
-/// for any other text, and for a text that contains another unescaped $ or an unescaped backquote.
+/// The content of a text in double quotes. A backslash is removed, and the character after it is
+/// kept. `home` replaces $HOME at the beginning. Spaces and tabs may follow the closing quote.
+/// Returns nothing for any other text, and for a text that contains another unescaped $ or an
+/// unescaped backquote.
 std::optional<std::string> unquoted(std::string_view text, const std::string& home) {
     if (!text.starts_with('"')) {
         return std::nullopt;
@@ -36,7 +37,7 @@ std::optional<std::string> unquoted(std::string_view text, const std::string& ho
         value = home;
         text.remove_prefix(homeVariable.size());
         if (!text.starts_with('/') && !text.starts_with('"')) {
-            return std::nullopt; // another variable whose name begins with HOME
+            return std::nullopt; // only a slash or the closing quote may follow $HOME
         }
     }
     for (; !text.empty() && text.front() != '"'; text.remove_prefix(1)) {

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include <cerrno>
+#include <chrono>
 #include <mutex>
 #include <vector>
 
@@ -122,7 +123,7 @@ TEST_F(CapturePumpTest, ItsDestructorReturnsWhileTheDeviceHangs) {
     EXPECT_TRUE(eventually([&] { return device->closed == device->opened; }));
 }
 
-TEST_F(CapturePumpTest, OpeningReturnsTheResultOfTheLastAttemptToOpenTheDevice) {
+TEST_F(CapturePumpTest, TheFunctionOpeningReturnsTheResultOfTheLastAttemptToOpenTheDevice) {
     {
         CapturePump pump(opener(), timing);
         EXPECT_EQ(pump.opening(30s), CapturePump::Opening::open);

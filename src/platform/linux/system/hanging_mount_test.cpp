@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Tests LinuxSystemInformation with a real mount on which calls hang: a FUSE file system
-// without a process that serves its requests. The test is skipped if the user may not mount.
+// without a process that serves its requests. The test is skipped if this file system cannot be
+// mounted, for example because the user has no permission to mount.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -46,8 +47,8 @@ int mountUnserved(const std::string& point) {
     return mounted ? device : -1;
 }
 
-/// Returns 0 if all expectations hold, mayNotMount if the user may not mount, and otherwise the
-/// number in the `return` of the expectation that does not hold.
+/// Returns 0 if all expectations hold, and mayNotMount if the file system cannot be mounted.
+/// Otherwise returns the number in the `return` of the expectation that does not hold.
 int lookAtAHangingMount(const std::string& point) {
     const int device = mountUnserved(point);
     if (device < 0) {
@@ -97,7 +98,7 @@ TEST(AHangingMount, BlocksOneThreadAndNothingElse) {
     const int answer =
         test::runInChild([&] { return lookAtAHangingMount(folder.path().string()); });
     if (answer == test::mayNotMount) {
-        GTEST_SKIP() << "this user may not mount a disk";
+        GTEST_SKIP() << "the FUSE file system cannot be mounted";
     }
     EXPECT_EQ(answer, 0);
 }

@@ -133,9 +133,10 @@ std::optional<DiskSpace> LinuxSystemInformation::diskSpace(const std::string& ro
     if (!drive) {
         return std::nullopt;
     }
-    // `calls_` makes one call at a time to each object. The object here is the mount and not the
-    // drive: if a mount hangs, all drives on the mount hang. The object's name contains the device
-    // number, so a later mount of another device at the same mount point is another object.
+    // `calls_` identifies each object that may hang by a name, and makes one call at a time to
+    // each. Here the object is the mount and not the drive: if a mount hangs, all drives on the
+    // mount hang. The name contains the device number. So if another device is mounted later at the
+    // same mount point, this mount is another object.
     const auto mount = mounts_.holding(drive->mountPoint);
     const std::string object = mount ? mount->device + " " + mount->path : drive->mountPoint;
     return calls_.ask(object, [read = readSpace_, path = drive->mountPoint] { return read(path); });
