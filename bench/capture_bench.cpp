@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Measures captures: the memory for 74 minutes compared with one minute, the processor time (limit:
-// 3 % of one core), whether every sample is recorded while all cores are busy, and how long other
-// threads wait while the disk hangs. No windows are used: the benchmark sends device commands to
-// the program's own drive, sound card and recorder.
+// 3 % of one core), whether every sample is recorded while all cores are busy, and how long
+// setMuted() and the commands at the end of a capture take while the disk hangs. No windows are
+// used: the benchmark sends device commands to the program's own drive, sound card and recorder.
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -226,8 +226,8 @@ std::int64_t wrongFramesUnderLoad(std::int64_t seconds, double& leadMs, double& 
     return wrong;
 }
 
-/// How long other threads wait while all writes of samples block, in milliseconds; -1 if the writes
-/// could not be made to block.
+/// How long calls take while all writes of samples block, in milliseconds; -1 if the writes could
+/// not be made to block.
 struct Waits {
     /// The longest of many setMuted() calls, before and after the recording queue is full.
     double mute = 0;
@@ -280,6 +280,7 @@ int main() {
                 static_cast<double>(many) / static_cast<double>(one));
     long inRealTime = 0;
     const double share = coreShare(20, inRealTime);
+    // The second number is the ratio of the use to the limit: 1.00 is the limit itself.
     std::printf("processor: %.2f %% of one core, %.2f of the limit of 3 %%; memory %ld KB\n",
                 share * 100, share / 0.03, inRealTime);
     double leadMs = 0;

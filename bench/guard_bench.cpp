@@ -2,10 +2,10 @@
 // Measures the processor time that all threads together use for one tick of the disk guard, which
 // checks during an action whether the disk is nearly full. The time includes the repainting of the
 // list of drives. Limit for the median: 2 ms. The benchmark mounts disks so that there are at least
-// ten drives. The settings store, the query of the drives' sizes and the open preferences' window
-// (off screen) are real. Also counts how often the store's file is replaced: a tick must not
-// replace it; the load step of the preferences' window and the change of a check box must replace
-// it once each. Needs the permission to mount.
+// ten drives. The settings store and the query of the drives' sizes are real. So is the
+// preferences' window, which is open off screen. Also counts how often the store's file is
+// replaced: a tick must not replace it; the load step of the preferences' window and the change of
+// a check box must each replace it once. Needs the permission to mount.
 #include <sys/inotify.h>
 #include <sys/mount.h>
 #include <unistd.h>

@@ -42,9 +42,9 @@ class XImage(ctypes.Structure):
 
 
 class Screen:
-    """A virtual X server with a black root window. The server reports each change of the screen to
-    this process: polling the screen would compete with the measured program for the processor and
-    the server."""
+    """A virtual X server with a black root window. This process waits for the server's report that
+    the screen has changed. Polling the screen instead would compete with the measured program for
+    the processor and the server."""
 
     def __init__(self):
         reader, writer = os.pipe()

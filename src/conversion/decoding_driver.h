@@ -25,8 +25,8 @@ class DecodingDriver {
     /// set in both cases. If the list of files to convert is empty, only shows a message.
     ///
     /// If a file no longer exists, no worker starts for it, and workerBusy stays true. The function
-    /// then waits until another decoding ends or the program ends. If Form6 is still loaded for an
-    /// earlier file, the function skips the missing file instead.
+    /// then waits until the program ends, or until a decoding ends that something else started. If
+    /// Form6 is still loaded for an earlier file, the function skips the missing file instead.
     void CmdDecoder_Click();
 
     /// Loads Form6 if the file `path` exists; otherwise does nothing. `path` is only checked: the

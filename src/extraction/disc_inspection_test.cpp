@@ -75,7 +75,7 @@ struct Unusable {
     std::vector<std::string> messages;
 };
 
-TEST(InspectCD, DoesNotCloseADiscWithFewerThanTwoTracksAndShowsAMessageForZeroOrOneTrack) {
+TEST(InspectCD, LeavesADiscWithFewerThanTwoTracksOpenAndShowsAMessageOnlyForExactlyZeroOrOne) {
     const Unusable cases[] = {
         {"1", {notMusic}}, {"0", {emptyDrive}}, {"", {emptyDrive}}, {"no disc", {emptyDrive}},
         {"0.5", {}},       {"-3", {}},          {"1.5", {}},        {"1 track", {notMusic}},

@@ -138,8 +138,9 @@ TEST(EveryStop, AtEveryYieldOfACaptureReturnsToIdleAndTheNextCaptureWorks) {
             }
             bench.expectNextRunWorks();
         }
-        // A run yields at its start, while it waits for a tick, in each tick, and at the end of
-        // each track. So a run with three tracks of two ticks has more than 20 yields.
+        // A run yields at its start, in each tick, and at the end of each track. While the run
+        // waits for a tick, each event of the loop counts as one more yield. In total, a run with
+        // three tracks of two ticks has more than 20 yields.
         EXPECT_GT(n, 20) << kind.name;
     }
 }

@@ -16,9 +16,9 @@ namespace sonarith {
 /// returns it ("00:03:05").
 [[nodiscard]] std::string trackLine(std::int32_t number, std::string_view length);
 
-/// The track number in a line: the number at the start of the characters 6 to 8 (counted from 1;
-/// blanks are skipped), or 0 if there is none. Error: overflow, for a number beyond 32 bits
-/// ("9e9").
+/// The track number in a line. Reads only the characters 6 to 8 (counted from 1), and skips blanks.
+/// The result is the number with which these characters begin, or 0 if they begin with no number.
+/// Error: overflow, for a number beyond 32 bits ("9e9").
 [[nodiscard]] Result<std::int32_t> trackNumberIn(std::string_view line);
 
 } // namespace sonarith

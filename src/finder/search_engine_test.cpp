@@ -41,7 +41,7 @@ TEST_F(SearchEngineTest, TheFirstEntryOfAFolderIsScannedButNotCountedIfItIsAFold
     EXPECT_EQ(finder.Label1.caption(), "Directories: 1   Files:  2");
 }
 
-TEST_F(SearchEngineTest, AFirstEntryWithoutADotIsMatchedByTheExtensionOfThePreviousFile) {
+TEST_F(SearchEngineTest, AFirstEntryWhosePathHasNoDotIsMatchedByThePreviousExtension) {
     disk.withoutDots("c:\\music\\x");
     disk.addFile("c:\\music\\a.wav");
     disk.addFile("c:\\music\\x\\first");

@@ -146,7 +146,8 @@ void PowerSwitch::releaseDisc() {
     form_.Timer6.setEnabled(false);
     form_.eject.setEnabled(false);
     closeDisc();
-    // Without an open device the poll finds no medium, so it treats the previous disc as removed.
+    // Without an open device, UpdatePlayer() finds no medium. So it treats the previous disc as
+    // removed.
     poll_.UpdatePlayer();
 }
 

@@ -232,7 +232,7 @@ TEST_F(TagEditorTest, AFileThatCannotBeWrittenIsNotChanged) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-// A tag at the start of the file would overwrite the first 128 bytes of the sound.
+// If an unknown length counted as 0, the tag would overwrite the first 128 bytes of the sound.
 TEST_F(TagEditorTest, AFileWhoseLengthIsUnknownIsNotChanged) {
     disk.addFile(pathA, sound(500));
     disk.failWith(FakeFileSystem::Operation::lengthOfOpenFile, pathA,

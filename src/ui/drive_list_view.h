@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Shows a DriveListBox as a drop-down list. The list contains the drives that exist when it opens.
-// The chosen drive stays in the list if it has been removed. If another drive is removed while the
-// list is open, it cannot be chosen: the box keeps the previous drive.
+// If the chosen drive is removed from the computer, the list still contains it. If another drive is
+// removed while the list is open, that drive cannot be chosen: the box keeps the previous drive.
 #pragma once
 
 #include "platform/controls/folder_controls.h"

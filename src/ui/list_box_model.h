@@ -43,13 +43,12 @@ class ListBoxModel : public QAbstractListModel {
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
 
   private:
-    /// The range of the pending changes. The `rows` announced rows from row `first` on will be
-    /// replaced by the `lines` lines from line `first` on. Outside of the range, each row shows one
-    /// line.
+    /// The range of the pending changes. showAll() will replace a range of announced rows by a
+    /// range of lines. Outside of the range, each row shows one line.
     struct Pending {
-        int first = 0;
-        int rows = 0;
-        int lines = 0;
+        int first = 0; ///< where both ranges begin: a row number and a line number
+        int rows = 0;  ///< the number of announced rows that will be replaced
+        int lines = 0; ///< the number of lines that will replace them
         [[nodiscard]] bool any() const { return rows > 0 || lines > 0; }
     };
 

@@ -241,7 +241,7 @@ TEST_F(MainWindowViewTest, TheStartButtonHasAMnemonicThatNoMenuUses) {
     EXPECT_EQ(widget("CmdSelectAction").accessibleName(), "Start ");
 }
 
-TEST_F(MainWindowViewTest, TheMenuKeyOnANodeRunsOnOpenAndShowsThePopupMenu) {
+TEST_F(MainWindowViewTest, TheMenuKeyOnANodeCallsTheHandlerOnOpenAndShowsThePopupMenu) {
     show();
     TreeView& tree = form.TreeView1;
     const NodeRef node = tree.add(nullptr, "f", "CD Tracks", 1, 4).value();

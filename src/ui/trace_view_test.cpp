@@ -111,7 +111,7 @@ TEST_F(TraceViewTest, IsNotRepaintedWhileHiddenButRepaintedFullyAtTheFirstLineAf
     EXPECT_TRUE(isLine(15, 10));
 }
 
-TEST_F(TraceViewTest, LinesThatLeaveTheViewAreShownInsideTheView) {
+TEST_F(TraceViewTest, IfALineExtendsBeyondTheViewItsPartInsideTheViewIsShown) {
     model.line({-1e300, -1e300}, {1e300, 1e300});
     model.line({150, -1050}, {150, 900});
     EXPECT_TRUE(isLine(10, 0));

@@ -60,8 +60,9 @@ def check_silence(samples, start, name):
 
 def check_run(path, disc, number, seconds):
     """Checks that a WAV file contains silence, then the whole track `number` without a gap, then
-    what follows on the disc. `disc` contains the samples of a disc whose tracks have equal lengths.
-    Returns the numbers of frames before and after the track."""
+    what follows on the disc. Silence may follow the end of the disc. `disc` contains the samples of
+    a disc whose tracks have equal lengths. Returns the numbers of frames before and after the
+    track."""
     samples = samples_of(path)
     track = track_samples(disc, number, seconds)
     start = find_run(samples, track)

@@ -61,7 +61,7 @@ struct RefusedCall {
     bool writes;
 };
 
-TEST_F(TagWriteFailureTest, OnlyAFailedCloseLeavesTheNewTag) {
+TEST_F(TagWriteFailureTest, AFailedCloseLeavesTheNewTagAndEveryOtherFailedCallTheOldTag) {
     const std::ptrdiff_t before = filesOnDisk();
     for (const RefusedCall& call :
          {RefusedCall{"openat", SYS_openat, false},

@@ -65,8 +65,8 @@ def usage():
 
 
 def parse(words):
-    """The names that follow each stage on the command line, by stage. Without arguments: an empty
-    list for each stage, except for the stages that run only if they are named."""
+    """The names that follow each stage on the command line, by stage. Without arguments: all
+    stages that are not marked "only if named", each with an empty list."""
     by_name = {stage.name: stage for stage in STAGES}
     if not words:
         return {stage: [] for stage in STAGES if not stage.named_only}

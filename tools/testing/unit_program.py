@@ -32,8 +32,8 @@ END = re.compile(r"\[==========\] (\d+) tests? from \d+ test (?:suites?|cases?) 
 # A test can pass although the thread sanitizer has reported a race in it, since the sanitizer only
 # prints the report.
 SANITIZER = re.compile(r"(?:ERROR|WARNING): \w+Sanitizer")
-# Lines that are dropped if they are printed while no test runs: headings, notes, the final summary,
-# empty lines.
+# Lines that are dropped if they are printed while no test runs: headings, notes, empty lines, and
+# the lines of the final summary that are marked as PASSED or FAILED.
 CHATTER = re.compile(r"\[[-=]{10}\] |\[  (?:PASSED|FAILED)  \] |Note: |Running main\(\) |\s*$")
 
 # The maximum number of runs, so that a program is not run once for each of many tests that crash.

@@ -59,8 +59,8 @@ class ListBox : public Control {
     [[nodiscard]] std::int32_t itemData(int index) const;
     Status setItemData(int index, std::int32_t data);
 
-    /// setListIndex() has made a different line (or no line) the current line, or the user has
-    /// chosen a line.
+    /// Runs when setListIndex() has changed which line is current; listIndex() may then be -1. Also
+    /// runs when the user has chosen a line.
     Handler<> onClick;
     /// A mouse button was pressed on the list. A press of the left button chooses the line under
     /// the pointer before this handler runs.

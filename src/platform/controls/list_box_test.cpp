@@ -133,7 +133,7 @@ TEST_F(ListBoxTest, NoLineIsCurrentAfterTheCurrentLineWasRemoved) {
     EXPECT_EQ(list.listIndex(), -1);
 }
 
-TEST_F(ListBoxTest, TheMarkAndTheNumberOfALineMoveWithTheLine) {
+TEST_F(ListBoxTest, TheMarkAndTheItemDataOfALineMoveWithTheLine) {
     list.setSelected(1, true).passOver();
     list.setItemData(1, 42).passOver();
     list.addItem("first", 0).passOver();

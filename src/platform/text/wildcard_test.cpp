@@ -58,7 +58,7 @@ TEST(Matches, ANegatedListMatchesOneCharacterThatIsNotInTheList) {
     EXPECT_FALSE(matches("", "[!a]"));
 }
 
-TEST(Matches, SpecialCharactersInAListStandForThemselves) {
+TEST(Matches, SpecialCharactersInAListAndABracketThatClosesNoListStandForThemselves) {
     EXPECT_TRUE(matches("*", "[*]"));
     EXPECT_FALSE(matches("a", "[*]"));
     EXPECT_TRUE(matches("?", "[?]"));

@@ -14,7 +14,9 @@ namespace {
 struct Meaning {
     int error; ///< an errno value
     ErrorNumber number;
-    const char* words; ///< the text after the path; nullptr: the system's message is used
+    /// The text after the path in the message of systemError(). If it is nullptr, systemError()
+    /// uses the system's message.
+    const char* words;
 };
 
 constexpr std::array meanings{
@@ -43,8 +45,8 @@ constexpr std::array meanings{
 Meaning meaningOf(int error) {
     const auto* const found = std::find_if(meanings.begin(), meanings.end(),
                                            [&](const Meaning& m) { return m.error == error; });
-    // Errors that are not in the table, such as EXDEV (another disk) and EMFILE (no more
-    // descriptors), become pathFileAccess with the system's message.
+    // Errors that are not in the table become pathFileAccess. Examples are EXDEV (another disk) and
+    // EMFILE (no more descriptors).
     return found != meanings.end() ? *found : Meaning{error, ErrorNumber::pathFileAccess, nullptr};
 }
 

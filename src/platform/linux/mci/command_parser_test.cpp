@@ -65,7 +65,7 @@ TEST(ACommand, FailsIfItsVerbIsMissingOrUnknownOrItsDeviceIsMissing) {
     EXPECT_EQ(errorOf("play \"\""), MciError::missingDeviceName);
 }
 
-TEST(ACommand, FailsIfAClosingQuoteIsMissingOrDirectlyFollowedByText) {
+TEST(ACommand, OtherThanSaveFailsIfAClosingQuoteIsMissingOrDirectlyFollowedByText) {
     EXPECT_EQ(errorOf("\"play cd"), MciError::noClosingQuote);
     EXPECT_EQ(errorOf("play \"cd"), MciError::noClosingQuote);
     EXPECT_EQ(errorOf("open cdaudio alias \""), MciError::noClosingQuote);
@@ -81,7 +81,7 @@ TEST(ACommand, IsRefusedIfItIsTooLong) {
     EXPECT_EQ(errorOf(std::string(100'000'000, ' ')), MciError::commandTooLong);
 }
 
-TEST(ACommand, WithTheVerbSaveHasTheTextAfterTheDeviceAsItsPath) {
+TEST(ACommand, HasTheTextAfterTheDeviceAsItsPathIfItsVerbIsSave) {
     const auto path = [](std::string_view text) {
         const auto command = parseCommand(text);
         EXPECT_TRUE(command.ok());

@@ -23,7 +23,7 @@ namespace sonarith::mci {
 /// The item that a "status" command queries.
 struct Question {
     std::string_view item; ///< one of the keywords passed to parseQuestion
-    Arguments arguments;   ///< the item and its qualifiers ("track 2")
+    Arguments arguments;   ///< the item ("length") and its qualifiers (such as "track 2")
 };
 /// Parses the words of a "status" command. Errors: those of parseArguments and of onlyItem.
 [[nodiscard]] Outcome<Question> parseQuestion(std::span<const Word> words,

@@ -81,7 +81,8 @@ TEST(Opening, ReturnsTheMatchingErrorForAnInvalidCommand) {
 }
 
 // The activity clip is a video for the tool bar. The test sends the commands by which
-// app/activity_clip.cpp would play the clip.
+// app/activity_clip.cpp would play the clip. The test also sends another form of the command
+// "open".
 TEST(TheActivityClip, CannotBeOpenedBecauseItsDeviceIsNotInstalled) {
     MciSession session(audioTable({750}));
     EXPECT_EQ(session.send("stop movie"), refused(MciError::invalidDeviceName));

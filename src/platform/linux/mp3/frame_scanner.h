@@ -31,10 +31,14 @@ struct ScanLoss {
 };
 
 /// A frame is accepted if it begins a row: two more frames of its format follow, or fewer frames
-/// and then a tag or the end of the source. Directly after an accepted frame or a tag, and at the
-/// start of the scan, no row is needed. There, the frame needs only the requested format or the
-/// format of the preceding accepted frame. A truncated frame, inside which another row of its
-/// format begins, is not accepted. An offset that cannot be read counts as the end of the source.
+/// and then a tag or the end of the source. At the start of the scan, and directly after an
+/// accepted frame or a tag, a frame needs no row if it has the requested format. Directly after an
+/// accepted frame, or after tags behind it, a frame of the same format needs no row either.
+///
+/// Truncated frames are not accepted. A frame is truncated if the source ends inside the frame. It
+/// also counts as truncated if a row of its format begins inside it, and neither a frame nor
+/// a tag nor the end of the source directly follows it. An offset that cannot be read counts as the
+/// end of the source.
 ///
 /// A scan may begin at any frame that `next` has returned. It finds the same later frames as a scan
 /// for the same format from the beginning.

@@ -41,7 +41,7 @@ namespace sonarith::mp3 {
 ///     Stop               Busy is false at once; the WAV with the decoded part gets its name when
 ///                        the disk allows, possibly after the control is destroyed
 ///     DecodeToWav for other files
-///                        stops the previous decoding as Stop does; Busy is true for the next one
+///                        stops the previous decoding as Stop does; Busy is true for the new one
 ///     DecodeToWav again  has no effect if the same files are being decoded, or were decoded
 ///                        completely and have not changed since; after a stop or a failure it
 ///                        decodes everything again

@@ -115,8 +115,8 @@ TEST(CardWaveInput, MatchesTheModelForEverySequenceOfThreeOperationsFromSixState
                 device.check();
             }
             ASSERT_FALSE(testing::Test::HasFailure())
-                << "after the first " << beginning.size() << " operations of the longest "
-                << "beginning; the base-9 digits of " << order
+                << "after the entry of `beginnings` with " << beginning.size()
+                << " operations; the base-9 digits of " << order
                 << ", the lowest first, are the three operations that followed";
         }
     }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Keeps bass and treble of the software sound card beyond the end of the program, as a real sound
-// card does: stores them in the section "Devices" of the settings store. The values are read at the
+// Stores bass and treble of the software sound card in the section "Devices" of the settings store.
+// A real sound card, too, keeps its bass and treble when a program ends. The values are read at the
 // start of the program and written when the user has stopped moving a slider. Volumes and mutes are
 // not stored.
 #pragma once
@@ -25,8 +25,8 @@ class KeptTone {
     /// ToneControl::highest becomes ToneControl::middle. All arguments must outlive this object.
     KeptTone(ToneControl& tone, SettingsStore& store, EventLoop& loop);
 
-    /// Called after a slider has moved: bass and treble are written when no slider has moved for
-    /// restTime.
+    /// Must be called after a slider has moved. Bass and treble are written when no slider has
+    /// moved for restTime.
     void changed();
     /// Writes pending changes now. Must be called before the program ends.
     void keep();

@@ -28,7 +28,7 @@ enum class Supply {
 };
 
 struct Pulled {
-    std::size_t frames = 0; ///< number of frames at the beginning of the block
+    std::size_t frames = 0; ///< how many frames the pull wrote to the beginning of the block
     Supply supply = Supply::flowing;
 };
 

@@ -21,8 +21,8 @@ enum class Channels { mono = 1, stereo = 2 };
 
 class WavWriter {
   public:
-    /// The members write to `file` from its beginning; the constructor writes nothing. The file
-    /// must stay open while this object is used.
+    /// writeHeader() writes at the beginning of `file`, append() behind the header. The constructor
+    /// writes nothing. The file must stay open while this object is used.
     WavWriter(const files::FileDescriptor& file, Channels channels, WavForm form);
 
     /// Writes the header for `sampleBytes` bytes of samples; may be called again when the number

@@ -48,10 +48,11 @@ DriveKind driveKindOf(const MountPoint& mount, const BlockDevices& devices) {
     }
     const auto device = devices.nameOf(mount);
     if (!device) {
-        // The mount has no block device: it is a folder of a server, a pool of disks, a folder
-        // that a program encrypts, or a tmpfs. A tmpfs counts as fixed and not as a RAM disk,
-        // because the logic monitors the free space of fixed drives only. The logic may treat a
-        // destination on any other drive as full.
+        // The mount has no block device. For example, it is a folder of a server, a pool of disks,
+        // a folder that a program encrypts, or a tmpfs. A tmpfs counts as fixed and not as a RAM
+        // disk, because the logic measures the free space of fixed drives only. If the destination
+        // is on a drive of another kind, the logic uses the last free space that it measured for a
+        // destination. Without an earlier measurement, the logic treats the drive as full.
         return isRemote(mount) ? DriveKind::network : DriveKind::fixed;
     }
     if (device->starts_with("ram") || device->starts_with("zram")) {
