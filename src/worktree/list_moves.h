@@ -16,9 +16,9 @@ namespace sonarith {
 /// The trigger of a move. For a file, the trigger determines which entry is moved. On a double
 /// click, the entry is the text that is passed to moveEntry(). On a drag, the entry is the first
 /// entry with the same file name as this text. A drag that moves an MP3 file to the list of
-/// selected MP3 files changes no entry of another file. A double click that does this also empties
-/// the list of available MP3 files, and duplicates the earlier entries of the list of selected MP3
-/// files.
+/// selected MP3 files moves only the entry of this file. A double click that moves such an entry
+/// also empties the list of available MP3 files. The double click also duplicates the earlier
+/// entries of the list of selected MP3 files.
 enum class MovedBy { doubleClick, drag };
 
 class ListMoves {
