@@ -76,7 +76,13 @@ class BusSocket {
 /// Restores the address of the session bus after each test.
 class SessionBusTest : public testing::Test {
   protected:
-    ~SessionBusTest() override { qputenv(addressVariable, former_); }
+    ~SessionBusTest() override {
+        if (former_.isNull()) {
+            qunsetenv(addressVariable);
+        } else {
+            qputenv(addressVariable, former_);
+        }
+    }
 
     static void setAddress(const QString& address) {
         qputenv(addressVariable, address.toLocal8Bit());

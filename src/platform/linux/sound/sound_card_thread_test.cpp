@@ -75,6 +75,10 @@ TEST(SoundCardThread, AdvancesACardWithOnlyAListenerAtMostOncePer50Milliseconds)
     card.setListener(nullptr, monotonicNow());
 }
 
+bool isAudible(const std::vector<StereoFrame>& frames) {
+    return std::ranges::any_of(frames, [](StereoFrame frame) { return frame != StereoFrame{}; });
+}
+
 /// Whether the frames that are not silent are consecutive frames of a PatternSource.
 bool isOneRun(const std::vector<StereoFrame>& frames) {
     std::int64_t next = -1;
@@ -152,13 +156,16 @@ TEST(SoundCardThread, NoRecordingOmitsOrRepeatsASampleWhileSeveralThreadsUseTheC
     std::vector<std::shared_ptr<MemorySink>> tapes;
 
     std::thread recording([&] {
-        for (int i = 0; i < 300; ++i) {
+        // On a busy machine, the thread that attaches the source may run late.
+        bool audible = false;
+        for (int i = 0; i < 300 || (!audible && i < 30'000); ++i) {
             tapes.push_back(std::make_shared<MemorySink>());
             card.startRecording(tapes.back(), now());
             for (int j = 0; j < 20; ++j) {
                 card.advance(now());
             }
             card.stopRecording(now());
+            audible = audible || isAudible(tapes.back()->frames());
         }
         done = true;
     });
@@ -183,13 +190,11 @@ TEST(SoundCardThread, NoRecordingOmitsOrRepeatsASampleWhileSeveralThreadsUseTheC
     mixing.join();
 
     ASSERT_LT(source->position(), 32719) << "isOneRun() requires that no sample repeats";
-    std::ptrdiff_t audible = 0;
     for (const auto& tape : tapes) {
         ASSERT_TRUE(isOneRun(tape->frames()));
-        audible += std::ranges::count_if(tape->frames(),
-                                         [](StereoFrame frame) { return frame != StereoFrame{}; });
     }
-    EXPECT_GT(audible, 0);
+    EXPECT_TRUE(
+        std::ranges::any_of(tapes, [](const auto& tape) { return isAudible(tape->frames()); }));
 }
 
 TEST(SoundCardThread, IsStartedByALaterSoundIfNoThreadCouldBeStartedBefore) {
