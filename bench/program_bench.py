@@ -140,8 +140,8 @@ def compare_starts(name, pairs, limit, screen, program, empty, env):
     ][1:]
     ratio = statistics.median(ours / theirs for ours, theirs in times)
     ours, theirs = (statistics.median(column) for column in zip(*times))
-    print(f"{name}: {ours * 1000:.0f} ms against {theirs * 1000:.0f} ms for an empty window, median "
-          f"ratio {ratio:.2f} (limit {limit})")
+    print(f"{name}: {ours * 1000:.0f} ms against {theirs * 1000:.0f} ms for an empty window, "
+          f"median ratio {ratio:.2f} (limit {limit})")
 
 
 @contextlib.contextmanager

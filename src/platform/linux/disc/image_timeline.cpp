@@ -112,7 +112,7 @@ Result<ImageTimeline> LineBuilder::build() {
         if (at_ > maxDiscFrames) {
             return sheetError(
                 sheet_, track.line,
-                "this track makes the disc longer than 99:59:74, the longest possible disc");
+                "this track makes the disc longer than 100 minutes, the longest possible disc");
         }
     }
     line_.remark = remark();
