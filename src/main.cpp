@@ -43,8 +43,8 @@ namespace {
 
 using namespace sonarith;
 
-/// How long the start waits for the session bus.
-constexpr std::chrono::seconds busPatience{1};
+/// How long the start waits for the session bus: longer than a busy desktop needs at the login.
+constexpr std::chrono::seconds busPatience{3};
 
 std::vector<StoredPath> storedPaths(const SettingsStore& store) {
     std::vector<StoredPath> paths{{settingsSection, decodePathKey}};
@@ -149,8 +149,8 @@ int runProgram(bool busIsSilent) {
     application.start();
     if (busIsSilent) {
         notices.report({"The desktop's session bus does not respond. Until this program is started "
-                        "again, it shows no icon in the tray, sends no notifications and cannot be "
-                        "operated by assistive programs."});
+                        "again, most panels show no icon of it, it sends no notifications, and "
+                        "assistive programs cannot operate it."});
     }
     // The main window is complete: the following steps do not delay it.
     tray.watchHosts();

@@ -23,9 +23,14 @@ enum class Treatment {
 
 /// Whether `object` receives calls over D-Bus, from assistive programs or from panels that show a
 /// menu of this program. Such calls run handlers, as clicks do, and cannot be delivered later.
+/// Replies to queries and changes of owners are no such calls, and must not be lost: TrayHosts
+/// receives them during a wait and handles them after it.
 bool isCalledFromOutside(const QObject& object) {
-    return object.inherits("QDBusVirtualObject") ||
-           QByteArray(object.metaObject()->className()).startsWith("QDBus");
+    const QByteArray name = object.metaObject()->className();
+    if (name == "QDBusPendingCallWatcher" || name == "QDBusServiceWatcher") {
+        return false;
+    }
+    return object.inherits("QDBusVirtualObject") || name.startsWith("QDBus");
 }
 
 Treatment treatmentOf(const QObject& watched, QEvent::Type type) {

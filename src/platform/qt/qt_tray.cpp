@@ -143,6 +143,7 @@ void QtTray::registerAnew() {
 
 void QtTray::discard(Entry& entry) {
     if (entry.shown) {
+        entry.shown->disconnect(this);
         discarded_.push_back(std::move(entry.shown));
     }
 }

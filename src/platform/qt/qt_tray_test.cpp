@@ -294,6 +294,7 @@ TEST_F(QtTrayTest, AnIconCanBeModifiedRemovedAndAddedAfterTheBusConnectionIsLost
     EXPECT_TRUE(hostBecomes(false));
     EXPECT_TRUE(tray.modify({1, &form, "two"}));
     EXPECT_TRUE(tray.remove(1));
+    EXPECT_EQ(icons(), 0);
     EXPECT_TRUE(tray.add({1, &form, "three"}));
     EXPECT_FALSE(tray.hostPresent());
     EXPECT_TRUE(tray.remove(1));

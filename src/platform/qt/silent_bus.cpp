@@ -13,6 +13,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
+constexpr const char* addressVariable = "DBUS_SESSION_BUS_ADDRESS";
+
 struct CloseBus {
     void operator()(sd_bus* bus) const { sd_bus_close_unref(bus); }
 };
@@ -21,6 +23,10 @@ using Bus = std::unique_ptr<sd_bus, CloseBus>;
 } // namespace
 
 bool sessionBusIsSilent(std::chrono::milliseconds limit) {
+    // Qt ignores an empty address and uses the bus of the run-time folder. So must this function.
+    if (const char* address = std::getenv(addressVariable); address && *address == '\0') {
+        static_cast<void>(::unsetenv(addressVariable));
+    }
     const Clock::time_point end = Clock::now() + limit;
     sd_bus* opened = nullptr;
     // This call does not wait. It fails with EAGAIN if the socket's queue of connections is full:
@@ -50,7 +56,7 @@ bool sessionBusIsSilent(std::chrono::milliseconds limit) {
 void doWithoutSessionBus() {
     // The libraries for D-Bus know no transport named "disabled", so each connection fails at once.
     // With an empty address, they would look for a bus in other places.
-    static_cast<void>(::setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", 1));
+    static_cast<void>(::setenv(addressVariable, "disabled:", 1));
 }
 
 } // namespace sonarith

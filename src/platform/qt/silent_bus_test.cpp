@@ -13,6 +13,7 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 #include <sys/socket.h>
+#include <sys/time.h>
 #include <sys/un.h>
 #include <unistd.h>
 
@@ -39,6 +40,8 @@ class BusSocket {
             ::listen(socket_, oneWaiting) != 0) {
             throw std::runtime_error("no socket");
         }
+        const timeval patience{.tv_sec = 60, .tv_usec = 0}; // refuse() must not wait for ever
+        ::setsockopt(socket_, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof(patience));
     }
     ~BusSocket() {
         ::close(client_);
@@ -48,6 +51,7 @@ class BusSocket {
     BusSocket& operator=(const BusSocket&) = delete;
 
     [[nodiscard]] QString address() const { return "unix:path=" + path(); }
+    [[nodiscard]] QString folder() const { return folder_.path(); }
     /// Takes the only place for a waiting connection.
     void fill() {
         client_ = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
@@ -124,10 +128,25 @@ TEST_F(SessionBusTest, ABusThatClosesTheConnectionIsNotSilent) {
 }
 
 TEST_F(SessionBusTest, AMissingBusIsNotSilent) {
-    for (const char* address : {"unix:path=/missing/bus", "disabled:", "invalid", ""}) {
+    for (const char* address : {"unix:path=/missing/bus", "disabled:", "invalid"}) {
         setAddress(address);
         EXPECT_FALSE(sessionBusIsSilent(longLimit)) << address;
     }
+}
+
+TEST_F(SessionBusTest, AnEmptyAddressMeansTheBusOfTheRuntimeFolder) {
+    BusSocket socket;
+    socket.fill();
+    const QByteArray former = qgetenv("XDG_RUNTIME_DIR");
+    qputenv("XDG_RUNTIME_DIR", socket.folder().toLocal8Bit());
+    setAddress("");
+    const bool silent = sessionBusIsSilent(longLimit);
+    if (former.isEmpty()) {
+        qunsetenv("XDG_RUNTIME_DIR");
+    } else {
+        qputenv("XDG_RUNTIME_DIR", former);
+    }
+    EXPECT_TRUE(silent);
 }
 
 /// Ends the process. The exit code is 0 if Qt does not connect to the running session bus.

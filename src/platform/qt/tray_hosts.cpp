@@ -9,6 +9,7 @@
 #include <QDBusVariant>
 
 #include "platform/qt/embedding_tray.h"
+#include "platform/qt/run_later.h"
 
 namespace sonarith {
 namespace {
@@ -71,7 +72,7 @@ void TrayHosts::watchBus() {
 void TrayHosts::followOwner(const QString& former, const QString& present) {
     recheck_.start();
     if (!former.isEmpty() && !present.isEmpty()) {
-        watcherReplaced.emit();
+        runLater(*this, [this] { watcherReplaced.emit(); });
     }
 }
 
@@ -101,16 +102,23 @@ void TrayHosts::ask() {
     auto* reply = new QDBusPendingCallWatcher(bus_->asyncCall(call), this);
     connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply, question] {
         reply->deleteLater();
-        const QDBusPendingReply<QDBusVariant> answer = *reply;
         if (question != lastQuestion_) {
             return;
         }
-        if (answer.isError() && answer.error().type() == QDBusError::NoReply) {
-            // The query has failed: a later reply to it would be ignored, so a new query is sent.
-            ask();
-        } else {
-            acceptReply(answer.isValid() && answer.value().variant().toBool());
-        }
+        patience_.stop();
+        const QDBusPendingReply<QDBusVariant> answer = *reply;
+        const bool lost = answer.isError() && answer.error().type() == QDBusError::NoReply;
+        const bool present = answer.isValid() && answer.value().variant().toBool();
+        runLater(*this, [this, question, lost, present] {
+            if (question != lastQuestion_) {
+                return;
+            }
+            if (lost) {
+                ask(); // a later reply to the lost query would be ignored
+            } else {
+                acceptReply(present);
+            }
+        });
     });
 }
 

@@ -16,8 +16,8 @@
 namespace sonarith {
 
 /// Never waits for a reply from the bus: statusNotifier() keeps its value until the reply arrives.
-/// The "watcher" is the registry of status notifiers on the bus. Use this class only on the logic
-/// thread.
+/// A reply that arrives during a wait (qt_waiting.h) is handled after the wait. The "watcher" is
+/// the registry of status notifiers on the bus. Use this class only on the logic thread.
 class TrayHosts : public QObject {
   public:
     struct Sources {

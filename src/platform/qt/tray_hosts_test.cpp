@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/qt/tray_hosts.h"
 
+#include <chrono>
+
 #include <QTest>
 #include <gmock/gmock.h>
 
 #include "platform/qt/embedding_tray.h"
+#include "platform/qt/qt_waiting.h"
 #include "support/private_bus.h"
 
 namespace sonarith {
@@ -175,6 +178,33 @@ TEST_F(TrayHostsTest, ABusThatDoesNotReplyCountsAsHangingUntilItReplies) {
     EXPECT_FALSE(hosts.hangs());
     EXPECT_TRUE(hosts.statusNotifier());
     EXPECT_EQ(changes, 3);
+}
+
+TEST_F(TrayHostsTest, AReplyThatArrivesDuringAWaitIsHandledAfterTheWait) {
+    hosts.watchBus();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return replies == 1; }, patienceMilliseconds));
+    // Without a watcher, the bus itself replies. The wait is longer than the limit for a reply.
+    hosts.requestReply();
+    QtWaiting waiting;
+    const Completion never;
+    EXPECT_EQ(waiting.wait(never, std::chrono::milliseconds(1500)), Waiting::Outcome::late);
+    EXPECT_EQ(replies, 1) << "nothing must be handled during the wait";
+    ASSERT_TRUE(QTest::qWaitFor([&] { return replies == 2; }, patienceMilliseconds));
+    EXPECT_FALSE(hosts.hangs());
+    EXPECT_EQ(changes, 0);
+}
+
+TEST_F(TrayHostsTest, ALostBusEndsAPendingQuery) {
+    NotifierWatcher watcher(bus);
+    watcher.setHost(true);
+    hosts.watchBus();
+    ASSERT_TRUE(becomes(true));
+    bus.freeze();
+    hosts.requestReply();
+    bus.kill();
+    ASSERT_TRUE(becomes(false));
+    EXPECT_FALSE(hosts.hangs());
+    EXPECT_GE(replies, 2);
 }
 
 TEST_F(TrayHostsTest, AQueryThatWasLostIsSentAgain) {

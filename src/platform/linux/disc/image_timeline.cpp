@@ -64,8 +64,7 @@ std::string describe(const Shortage& shortage) {
                msfText(shortage.wholeFrames / framesPerSector) + " on";
     case Shortage::Kind::interrupted:
         return text + " lacks a part, which begins at " +
-               msfText(shortage.wholeFrames / framesPerSector) +
-               " and reads as silence; later parts are present";
+               msfText(shortage.wholeFrames / framesPerSector) + "; later parts are present";
     case Shortage::Kind::missing:
         return text +
                (several ? " are missing and read as silence" : " is missing and reads as silence");

@@ -117,12 +117,18 @@ TEST(Timeline, ATruncatedTrackKeepsItsStatedLengthAndATrackOfUnknownLengthGetsFo
 
 TEST(Timeline, ReportsAMissingPartBeforeTheEndOfATrack) {
     const std::string text = "TRACK AUDIO\nFILE \"a.bin\" 0 1176\nFILE \"b.bin\" 0 1176\n";
-    EXPECT_THAT(timelineOfToc(text, {2352, 4704}).value().remark,
-                HasSubstr("track 1 lacks a part, which begins at 00:00:01 and reads as silence; "
-                          "later parts are present"));
-    EXPECT_THAT(timelineOfToc(text, {0, 4704}).value().remark,
-                HasSubstr("track 1 lacks a part, which begins at 00:00:00 and reads as silence; "
-                          "later parts are present"));
+    EXPECT_THAT(
+        timelineOfToc(text, {2352, 4704}).value().remark,
+        HasSubstr("track 1 lacks a part, which begins at 00:00:01; later parts are present"));
+    EXPECT_THAT(
+        timelineOfToc(text, {0, 4704}).value().remark,
+        HasSubstr("track 1 lacks a part, which begins at 00:00:00; later parts are present"));
+    // Without a stated length, the part that is missing does not read as silence.
+    EXPECT_THAT(
+        timelineOfToc("TRACK AUDIO\nFILE \"a.bin\" 0\nFILE \"b.bin\" 0 1176\n", {0, 4704})
+            .value()
+            .remark,
+        HasSubstr("track 1 lacks a part, which begins at 00:00:00; later parts are present"));
     EXPECT_THAT(timelineOfToc(text, {4704, 2352}).value().remark,
                 HasSubstr("track 1 is truncated and reads as silence from 00:00:03 on"));
 }
