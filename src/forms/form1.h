@@ -89,13 +89,14 @@ class Form1 : public Form {
     // Controls that are never visible: the lists contain the data of the tree; code clicks the
     // buttons to call their handlers.
     ListBox lstTracks{*this, "lstTracks"}; ///< available tracks
-    ListBox lstRecord{*this, "lstRecord"}; ///< queue of the selected tracks; during its extraction,
-                                           ///< the current line is the track that is being captured
-    ListBox List1{*this, "List1"};         ///< paths of available WAV files
-    ListBox List2{*this, "List2"};         ///< paths of available MP3 files
-    ListBox List3{*this, "List3"};         ///< not used
-    ListBox List4{*this, "List4"};         ///< paths of selected MP3 files
-    ListBox List5{*this, "List5"};         ///< paths of selected WAV files
+    /// The queue of the selected tracks. During its extraction, the current line is the track that
+    /// is being captured.
+    ListBox lstRecord{*this, "lstRecord"};
+    ListBox List1{*this, "List1"}; ///< paths of available WAV files
+    ListBox List2{*this, "List2"}; ///< paths of available MP3 files
+    ListBox List3{*this, "List3"}; ///< not used
+    ListBox List4{*this, "List4"}; ///< paths of selected MP3 files
+    ListBox List5{*this, "List5"}; ///< paths of selected WAV files
     ListBox List7{*this,
                   "List7"}; ///< scratch list; its content has no meaning between two operations
     CheckBox Check9{*this, "Check9"}; ///< 1: the next tick of tmrRecord ends the track

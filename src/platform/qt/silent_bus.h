@@ -8,9 +8,9 @@
 namespace sonarith {
 
 /// Whether the session bus is silent: it exists, but does not accept a connection within `limit`.
-/// False if there is no bus, or if the bus refuses the connection: Qt's attempt then fails at once,
-/// too. On a bus that replies, the call takes about 0.5 ms. Removes an empty address of the bus
-/// from the environment. Call it before another thread runs.
+/// False if there is no bus, or if the bus refuses the connection: Qt's attempt then fails, too. On
+/// a bus that replies, the call takes about 0.5 ms. Removes an empty address of the bus from the
+/// environment. Call it before another thread runs.
 [[nodiscard]] bool sessionBusIsSilent(std::chrono::milliseconds limit);
 
 /// Makes this process and its children do without a session bus. Call it before Qt connects to the

@@ -35,9 +35,9 @@ class CdMedium {
     /// Whether a disc is in the drive and its table has been read. Waits for the drive for at
     /// most about 45 ms (disc/patient_drive.h): the table of an inserted disc is read in the
     /// background.
-    /// Returns false at the first call after a loaded disc was removed, and at a call that switches
-    /// to a newly chosen drive. So the caller drops the previous disc before it sees the next one,
-    /// however quickly the next disc is inserted.
+    /// Returns false at the first call after a loaded disc was released (it was removed, or the
+    /// tray was opened), and at a call that switches to a newly chosen drive. So the caller drops
+    /// the previous disc before it sees the next one, however quickly the next disc is inserted.
     [[nodiscard]] bool present();
     /// Whether a disc has been read and not released since. Does not query the drive.
     [[nodiscard]] bool loaded() const { return disc_ != nullptr; }
