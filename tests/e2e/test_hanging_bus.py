@@ -39,6 +39,14 @@ def activate(desktop, started, window):
     time.sleep(0.5)  # until clicks reach the window instead of the background
 
 
+def hide(desktop, host, started):
+    """Hides the main window behind its icon in the panel. Returns the window's X window."""
+    window = minimize(started)
+    host.wait_for_icon()
+    wait_for_state(desktop, window, "Withdrawn")
+    return window
+
+
 def an_icon_is_shown_after_the_hang(desktop, program):
     with panel(desktop) as host:
         started, _, _ = start_with_disc(desktop, program, SECONDS)
@@ -57,9 +65,7 @@ def an_icon_is_shown_after_the_hang(desktop, program):
 def the_window_can_be_closed_after_the_panel_has_ended(desktop, program):
     with panel(desktop) as host:
         started, _, _ = start_with_disc(desktop, program, SECONDS)
-        window = minimize(started)
-        host.wait_for_icon()
-        wait_for_state(desktop, window, "Withdrawn")
+        window = hide(desktop, host, started)
         host.die()
         wait_for_state(desktop, window, "Iconic")
         activate(desktop, started, window)
@@ -72,9 +78,7 @@ def the_window_can_be_closed_after_the_panel_has_ended(desktop, program):
 def a_signal_ends_the_hidden_program(desktop, program):
     with panel(desktop) as host:
         started, _, _ = start_with_disc(desktop, program, SECONDS)
-        window = minimize(started)
-        host.wait_for_icon()
-        wait_for_state(desktop, window, "Withdrawn")
+        hide(desktop, host, started)
         with desktop.hanging_bus():
             started.process.send_signal(signal.SIGTERM)
             wait_for("the end of the program", lambda: not started.running,

@@ -11,13 +11,22 @@ namespace {
 
 using testing::ElementsAre;
 
-using HangingBusTest = QtTrayTest;
+class HangingBusTest : public QtTrayTest {
+  protected:
+    // The watcher leaves the bus at the end of a test, and waits for the bus's reply.
+    void TearDown() override { bus.thaw(); }
+
+    bool hostAppears() {
+        watcher.setHost(true);
+        tray.watchHosts();
+        return hostBecomes(true);
+    }
+
+    test::NotifierWatcher watcher{bus};
+};
 
 TEST_F(HangingBusTest, AnAddedIconIsShownAfterTheHang) {
-    test::NotifierWatcher watcher(bus);
-    watcher.setHost(true);
-    tray.watchHosts();
-    ASSERT_TRUE(hostBecomes(true));
+    ASSERT_TRUE(hostAppears());
     bus.freeze();
     EXPECT_TRUE(tray.add({1, &form, "one"}));
     ASSERT_TRUE(hostBecomes(false));
@@ -29,10 +38,7 @@ TEST_F(HangingBusTest, AnAddedIconIsShownAfterTheHang) {
 }
 
 TEST_F(HangingBusTest, AnEmbeddingPanelCountsAsNoHostDuringTheHangIfNoIconWasShownBefore) {
-    test::NotifierWatcher watcher(bus);
-    watcher.setHost(true);
-    tray.watchHosts();
-    ASSERT_TRUE(hostBecomes(true));
+    ASSERT_TRUE(hostAppears());
     watcher.setHost(false);
     ASSERT_TRUE(hostBecomes(false));
     embedding = true;
@@ -46,10 +52,7 @@ TEST_F(HangingBusTest, AnEmbeddingPanelCountsAsNoHostDuringTheHangIfNoIconWasSho
 }
 
 TEST_F(HangingBusTest, ARemovedIconIsDestroyedAfterTheHang) {
-    test::NotifierWatcher watcher(bus);
-    watcher.setHost(true);
-    tray.watchHosts();
-    ASSERT_TRUE(hostBecomes(true));
+    ASSERT_TRUE(hostAppears());
     ASSERT_TRUE(addAndShow(1, "one"));
     bus.freeze();
     EXPECT_TRUE(tray.remove(1));
