@@ -304,13 +304,17 @@ class Desktop:
                               capture_output=True, text=True)
         return done.stdout.split()
 
+    def _window_in_property(self, name, *window):
+        """The X window that a window's property names; None if the property is missing or zero."""
+        done = subprocess.run(["xprop", *window, name], env=self.environment, check=True,
+                              capture_output=True, text=True)
+        number = int(done.stdout.partition("#")[2].strip() or "0", 16)
+        return str(number) if number else None
+
     def owner_of(self, window):
         """The X window that owns the given window (a window stays above its owner); None if there
         is no owner."""
-        done = subprocess.run(["xprop", "-id", str(window), "WM_TRANSIENT_FOR"], check=True,
-                              env=self.environment, capture_output=True, text=True)
-        number = done.stdout.partition("#")[2].strip()
-        return str(int(number, 16)) if number else None
+        return self._window_in_property("WM_TRANSIENT_FOR", "-id", str(window))
 
     def frame_of(self, window):
         """The rectangle of a window on the screen, including its frame."""
@@ -335,7 +339,9 @@ class Desktop:
         self.xdotool("windowactivate", "--sync", window)
 
     def active_window(self):
-        return next(iter(self.xdotool("getactivewindow")), None)
+        """The X window with the keyboard focus; None if no window has it, as for a moment between
+        two windows. xdotool, which fails in that moment, is not used."""
+        return self._window_in_property("_NET_ACTIVE_WINDOW", "-root")
 
     def ask_to_close(self, window):
         """Makes the window manager ask a window to close, as a click on its close button does."""
