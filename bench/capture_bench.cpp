@@ -20,6 +20,7 @@
 #include <thread>
 #include <vector>
 
+#include "limits.h"
 #include "platform/linux/disc/image_drive.h"
 #include "platform/linux/mci/interpreter.h"
 #include "platform/linux/mci/machine_devices.h"
@@ -276,8 +277,8 @@ Waits waitsForAHangingDisk() {
 int main() {
     const long one = peakKilobytes(60);
     const long many = peakKilobytes(74 * 60);
-    std::printf("memory: 74 min %ld KB, 1 min %ld KB, ratio %.3f (limit about 1)\n", many, one,
-                static_cast<double>(many) / static_cast<double>(one));
+    const double growth = static_cast<double>(many) / static_cast<double>(one);
+    std::printf("memory: 74 min %ld KB, 1 min %ld KB, ratio %.3f (limit 1.1)\n", many, one, growth);
     long inRealTime = 0;
     const double share = coreShare(20, inRealTime);
     // The second number is the ratio of the use to the limit: 1.00 is the limit itself.
@@ -295,5 +296,12 @@ int main() {
         "disk that hangs: longest setMuted() %.2f ms; stop, save and close together %.1f ms "
         "(limit 100 ms)\n",
         waits.mute, waits.cancel);
-    return wrong == 0 ? 0 : 1;
+    bench::Limits limits;
+    limits.check("memory for 74 minutes, divided by that for one", growth, 1.1);
+    limits.check("share of one core", share, 0.03);
+    limits.check("wrong frames", static_cast<double>(wrong), 0);
+    limits.require("the hanging disk was measured", waits.mute >= 0);
+    limits.check("longest setMuted() beside a hanging disk, in ms", waits.mute, 100);
+    limits.check("end of the capture beside a hanging disk, in ms", waits.cancel, 100);
+    return limits.exitCode();
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Decodes long MP3 files, alternating with `mpg123 -w`, the decoding library's own tool, on the
 // same files. Prints the median time of Sonarith's decoder divided by the tool's, and how much this
-// process's memory grows. Goals on two cores: a ratio of at most 0.6 for files that are decoded in
+// process's memory grows. Limits on two cores: a ratio of at most 0.6 for files that are decoded in
 // segments and of at most 1.05 for files that are decoded in one pass, and at most 48 MB of memory
 // growth. Also decodes files that are designed to slow a decoder down: the time must grow only in
 // proportion to the size of the file. Needs lame and mpg123.
@@ -20,6 +20,7 @@
 #include <utility>
 #include <vector>
 
+#include "limits.h"
 #include "platform/linux/mp3/decode_job.h"
 #include "platform/linux/mp3/mpg123_control.h"
 #include "statistics.h"
@@ -35,6 +36,7 @@ namespace fs = std::filesystem;
 
 constexpr int longMinutes = 30;
 constexpr int rounds = 5;
+constexpr long growthLimit = 48 * 1024; // KB
 
 /// Writes a minute of sound that is of average difficulty for an encoder: chords, and noise whose
 /// volume changes.
@@ -102,7 +104,7 @@ void forgetPeak() {
     std::ofstream("/proc/self/clear_refs") << "5"; // proc(5): resets the peak to the current value
 }
 
-void compare(const std::string& name, const fs::path& mp3, double goal) {
+void compare(const std::string& name, const fs::path& mp3, double limit, bench::Limits& limits) {
     const fs::path theirs = mp3.string() + ".tool.wav";
     const fs::path ours = mp3.string() + ".ours.wav";
     std::vector<double> tool;
@@ -114,19 +116,22 @@ void compare(const std::string& name, const fs::path& mp3, double goal) {
         tool.push_back(secondsOf([&] { runTool({"mpg123", "-q", "-w", theirs, mp3}); }));
         control.push_back(secondsOf([&] { result = decode(mp3, ours); }));
     }
-    std::printf("%-14s %-10s tool %6.3f s  ours %6.3f s  ratio %.3f (goal: at most %.2f)  memory "
-                "+%ld KB%s\n",
+    const double ratio = median(control) / median(tool);
+    const long growth = statusKilobytes("VmHWM") - before;
+    std::printf("%-14s %-10s tool %6.3f s  ours %6.3f s  ratio %.3f (limit %.2f)  memory +%ld KB "
+                "(limit %ld KB)\n",
                 name.c_str(), result.method == DecodeMethod::segments ? "segments" : "sequential",
-                median(tool), median(control), median(control) / median(tool), goal,
-                statusKilobytes("VmHWM") - before,
-                result.outcome == DecodeOutcome::completed ? "" : "  FAILED");
+                median(tool), median(control), ratio, limit, growth, growthLimit);
+    limits.check(("decoding, divided by the tool's: " + name).c_str(), ratio, limit);
+    limits.check("growth of the memory, in KB", static_cast<double>(growth), growthLimit);
+    limits.require("the decoding is complete", result.outcome == DecodeOutcome::completed);
     fs::remove(theirs);
     fs::remove(ours);
 }
 
 /// Decodes a file of three minutes many times with the tool and with Sonarith's decoder, and
 /// compares the total times.
-void compareMany(const fs::path& mp3) {
+void compareMany(const fs::path& mp3, bench::Limits& limits) {
     constexpr int files = 200;
     const fs::path wav = mp3.string() + ".wav";
     double tool = 0;
@@ -139,15 +144,17 @@ void compareMany(const fs::path& mp3) {
             [&] { completed = decode(mp3, wav).outcome == DecodeOutcome::completed && completed; });
         fs::remove(wav);
     }
-    std::printf("%d decodings of a file of 3 minutes: tool %.1f s  ours %.1f s  ratio %.3f (goal: "
-                "below 1)%s\n",
-                files, tool, control, control / tool, completed ? "" : "  FAILED");
+    std::printf("%d decodings of a file of 3 minutes: tool %.1f s  ours %.1f s  ratio %.3f (limit "
+                "1)\n",
+                files, tool, control, control / tool);
+    limits.check("many decodings, divided by the tool's", control / tool, 1);
+    limits.require("all of the many decodings are complete", completed);
 }
 
 /// Decodes a file that is designed to slow a decoder down, and a file of the same kind with half
 /// the size. If the time is proportional to the size, the ratio of the two times is near 2.
-void compareHalves(const char* name, const fs::path& folder,
-                   const std::vector<std::uint8_t>& unit) {
+void compareHalves(const char* name, const fs::path& folder, const std::vector<std::uint8_t>& unit,
+                   bench::Limits& limits) {
     constexpr int bytes = 40 * 1024 * 1024;
     const fs::path half = folder / "half.mp3";
     const fs::path whole = folder / "whole.mp3";
@@ -162,8 +169,10 @@ void compareHalves(const char* name, const fs::path& folder,
         halves.push_back(secondsOf([&] { decode(half, wav); }));
         wholes.push_back(secondsOf([&] { decode(whole, wav); }));
     }
-    std::printf("%-28s 20 MB %6.2f s  40 MB %6.2f s  ratio %.2f (goal: at most 2.5)\n", name,
-                median(halves), median(wholes), median(wholes) / median(halves));
+    const double ratio = median(wholes) / median(halves);
+    std::printf("%-28s 20 MB %6.2f s  40 MB %6.2f s  ratio %.2f (limit 2.5)\n", name,
+                median(halves), median(wholes), ratio);
+    limits.check(name, ratio, 2.5);
     fs::remove(half);
     fs::remove(whole);
     fs::remove(wav);
@@ -187,32 +196,34 @@ int main() {
     struct Kind {
         const char* name;
         const char* options;
-        double goal;
+        double limit;
     };
-    constexpr double segmentsGoal = 0.6;
-    constexpr double sequentialGoal = 1.05;
+    constexpr double segmentsLimit = 0.6;
+    constexpr double sequentialLimit = 1.05;
+    bench::Limits limits;
     for (const Kind& kind :
-         {Kind{"CBR 192", "-b 192", segmentsGoal}, Kind{"VBR 2", "-V 2", segmentsGoal},
-          Kind{"free format", "--freeformat -b 400", sequentialGoal}}) {
+         {Kind{"CBR 192", "-b 192", segmentsLimit}, Kind{"VBR 2", "-V 2", segmentsLimit},
+          Kind{"free format", "--freeformat -b 400", sequentialLimit}}) {
         const fs::path mp3 = folder / "long.mp3";
         if (!writeLong(minute, mp3, kind.options, longMinutes)) {
             std::fprintf(stderr, "no MP3 could be made: is lame installed?\n");
             return 1;
         }
-        compare(kind.name, mp3, kind.goal);
+        compare(kind.name, mp3, kind.limit, limits);
     }
     const fs::path shortMp3 = folder / "short.mp3";
     if (!writeLong(minute, shortMp3, "-b 192", 3)) {
         return 1;
     }
-    compareMany(shortMp3);
+    compareMany(shortMp3, limits);
     // The header of a frame of 480 bytes (160 kbit/s at 48000 Hz), repeated: each frame contains
     // only further headers, and the library rejects the frame.
     compareHalves("headers at every fourth byte", folder.path(),
-                  bytesOf({0xFF, 0xFB, 0xA4, 0x64}, 4, 0));
+                  bytesOf({0xFF, 0xFB, 0xA4, 0x64}, 4, 0), limits);
     // The header of a frame of 417 bytes, repeated: 417 bytes after a header there is no header.
-    compareHalves("headers without frames", folder.path(), bytesOf({0xFF, 0xFB, 0x90, 0x64}, 4, 0));
+    compareHalves("headers without frames", folder.path(), bytesOf({0xFF, 0xFB, 0x90, 0x64}, 4, 0),
+                  limits);
     compareHalves("broken frames, free format", folder.path(),
-                  bytesOf({0xFF, 0xFB, 0x00, 0x64}, 400, 0xFE));
-    return 0;
+                  bytesOf({0xFF, 0xFB, 0x00, 0x64}, 400, 0xFE), limits);
+    return limits.exitCode();
 }

@@ -195,6 +195,11 @@ int main(int argc, char** argv) {
         "processor time (window)   %8.1f ms   %.2f times the processor time without a window\n",
         median(inWindow.processorMs), median(inWindow.processorMs) / median(alone.processorMs));
     std::printf("from a press on Stop! to the end %.1f ms\n", median(stopMs));
-    bench::LongestGap::print("searching with the window, median", median(gapMs));
-    return EXIT_SUCCESS;
+    bench::Limits limits;
+    limits.check("search with the window, divided by find", median(inWindow.ms) / median(findMs),
+                 findLimit);
+    limits.check("search with the window, divided by the search without one",
+                 median(inWindow.ms) / median(alone.ms), windowLimit);
+    bench::LongestGap::report("searching with the window, median", median(gapMs), limits);
+    return limits.exitCode();
 }

@@ -11,6 +11,7 @@
 #include <QApplication>
 
 #include "app/application.h"
+#include "limits.h"
 #include "platform/linux/disc/image_drive.h"
 #include "platform/linux/mci/interpreter.h"
 #include "platform/linux/mci/machine_devices.h"
@@ -100,5 +101,8 @@ int main(int argc, char** argv) {
     std::printf("refresh of 99 tracks, without the time of the device commands: median %.2f ms, "
                 "%.2f of the limit of 20 ms\n",
                 median, median / 20);
-    return form.lstTracks.listCount() == 99 ? 0 : 1;
+    bench::Limits limits;
+    limits.check("refresh of 99 tracks, in ms", median, 20);
+    limits.require("the list shows 99 tracks", form.lstTracks.listCount() == 99);
+    return limits.exitCode();
 }

@@ -14,6 +14,7 @@
 #include <QApplication>
 #include <QScrollBar>
 
+#include "limits.h"
 #include "platform/controls/form.h"
 #include "statistics.h"
 #include "ui/list_box_view.h"
@@ -81,21 +82,20 @@ Costs measure(int lines) {
     return costs;
 }
 
-/// Prints the process's peak memory. Returns whether it is below the limit.
-bool printMemory() {
+void reportMemory(bench::Limits& limits) {
     constexpr double limitMb = 400;
     rusage use{};
     getrusage(RUSAGE_SELF, &use);
     const double peakMb = static_cast<double>(use.ru_maxrss) / 1024;
     std::printf("memory with %d lines: %.0f MB, limit %.0f MB\n", many, peakMb, limitMb);
-    return peakMb < limitMb;
+    limits.check("peak memory of the process, in MB", peakMb, limitMb);
 }
 
-bool print(const char* what, double fewUs, double manyUs) {
+void report(const char* what, double fewUs, double manyUs, bench::Limits& limits) {
     constexpr double limit = 3;
     std::printf("%s: %.2f us with %d lines, %.2f us with %d: %.2f times, limit %.0f\n", what, fewUs,
                 few, manyUs, many, manyUs / fewUs, limit);
-    return manyUs <= limit * fewUs;
+    limits.check(what, manyUs / fewUs, limit);
 }
 
 } // namespace
@@ -105,9 +105,10 @@ int main(int argc, char** argv) {
     const QApplication qt(argc, argv);
     const Costs small = measure(few);
     const Costs large = measure(many);
-    const bool added = print("adding a line", small.addUs, large.addUs);
-    const bool painted = print("painting", small.paintUs, large.paintUs);
-    const bool chosen = print("choosing the first and last line", small.chooseUs, large.chooseUs);
-    const bool fits = printMemory();
-    return added && painted && chosen && fits ? 0 : 1;
+    bench::Limits limits;
+    report("adding a line", small.addUs, large.addUs, limits);
+    report("painting", small.paintUs, large.paintUs, limits);
+    report("choosing the first and last line", small.chooseUs, large.chooseUs, limits);
+    reportMemory(limits);
+    return limits.exitCode();
 }

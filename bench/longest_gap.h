@@ -8,6 +8,8 @@
 #include <chrono>
 #include <cstdio>
 
+#include "limits.h"
+
 namespace sonarith::bench {
 
 class LongestGap {
@@ -30,11 +32,12 @@ class LongestGap {
     }
     [[nodiscard]] int beats() const { return beats_; }
 
-    /// Prints "DOING: longest time without an event ...".
-    static void print(const char* doing, double milliseconds) {
+    /// Prints "DOING: longest time without an event ..." and compares the time with its limit.
+    static void report(const char* doing, double milliseconds, Limits& limits) {
         constexpr double limit = 50;
         std::printf("%s: longest time without an event %.1f ms, %.2f of the limit of 50 ms\n",
                     doing, milliseconds, milliseconds / limit);
+        limits.check("longest time without an event, in ms", milliseconds, limit);
     }
 
   private:

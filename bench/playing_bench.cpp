@@ -22,6 +22,7 @@
 #include <thread>
 #include <vector>
 
+#include "limits.h"
 #include "platform/linux/mp3/mpg123_control.h"
 #include "platform/linux/sound/alsa_output.h"
 #include "platform/linux/sound/sound_card.h"
@@ -159,5 +160,7 @@ int main() {
                 "%.2f ms, mpg123 -o alsa %.2f ms; ratio of the control to mpg123 -o pulse %.2f "
                 "(limit %.1f)\n",
                 our, peer, bench::median(peersByAlsa), our / peer, limit);
-    return our <= limit * peer ? 0 : 1;
+    bench::Limits limits;
+    limits.check("processor time, divided by that of mpg123", our / peer, limit);
+    return limits.exitCode();
 }

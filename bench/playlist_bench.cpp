@@ -28,6 +28,7 @@
 #include <QScrollBar>
 #include <QString>
 
+#include "limits.h"
 #include "on_disk/editor_over.h"
 #include "platform/linux/paths/drive_table.h"
 #include "platform/linux/paths/linux_file_system.h"
@@ -271,5 +272,15 @@ int main(int argc, char** argv) {
                 "%llu bytes read (limit 8192)\n",
                 window.shortClick, window.longClick,
                 static_cast<unsigned long long>(window.mostBytesOfAClick));
-    return 0;
+    bench::Limits limits;
+    limits.check("loading 10,000 entries, in ms", many.loadMs, 300);
+    limits.check("ratio of the loads", many.loadWorkMs / few.loadWorkMs, 12);
+    limits.check("delisting one of 10,000 entries, in ms", many.delistMs, 300);
+    limits.check("ratio of the delistings", many.delistWorkMs / few.delistWorkMs, 12);
+    limits.check("opening the window, in ms", window.open, 300);
+    limits.check("slowest scroll step, in ms", window.slowestScroll, 16);
+    limits.check("click on the entry of the short file, in ms", window.shortClick, 5);
+    limits.check("click on the entry of the long file, in ms", window.longClick, 5);
+    limits.check("bytes that a click reads", static_cast<double>(window.mostBytesOfAClick), 8192);
+    return limits.exitCode();
 }

@@ -22,8 +22,11 @@ import sys
 import tempfile
 import time
 
+from limits import Limits
+
 PAIRS = 41
 BUSY_PAIRS = 21
+START_LIMIT = 1.5  # times the start of an empty window
 SCREEN_WIDTH, SCREEN_HEIGHT = 1024, 768
 STRIP_DISTANCE = 150
 REPORT_NON_EMPTY = 3  # XDamageReportNonEmpty (damagewire.h)
@@ -133,7 +136,7 @@ def time_to_paint(screen, program, env):
     return elapsed
 
 
-def compare_starts(name, pairs, limit, screen, program, empty, env):
+def compare_starts(name, pairs, screen, program, empty, env):
     times = [
         (time_to_paint(screen, program, env), time_to_paint(screen, empty, env))
         for _ in range(pairs + 1)
@@ -141,7 +144,8 @@ def compare_starts(name, pairs, limit, screen, program, empty, env):
     ratio = statistics.median(ours / theirs for ours, theirs in times)
     ours, theirs = (statistics.median(column) for column in zip(*times))
     print(f"{name}: {ours * 1000:.0f} ms against {theirs * 1000:.0f} ms for an empty window, "
-          f"median ratio {ratio:.2f} (limit {limit})")
+          f"median ratio {ratio:.2f} (limit {START_LIMIT})")
+    return ratio
 
 
 @contextlib.contextmanager
@@ -180,16 +184,21 @@ def main():
     try:
         env = surroundings(home, screen)
         program, empty = str(folder / "sonarith"), str(folder / "empty_window")
-        compare_starts("start to paint", PAIRS, 1.5, screen, program, empty, env)
-        with busy_processors():
-            compare_starts("start to paint, processors busy", BUSY_PAIRS, 1.5, screen, program,
-                           empty, env)
+        limits = Limits()
+        for name, pairs, load in (
+                ("start to paint", PAIRS, contextlib.nullcontext()),
+                ("start to paint, processors busy", BUSY_PAIRS, busy_processors())):
+            with load:
+                limits.check(name, compare_starts(name, pairs, screen, program, empty, env),
+                             START_LIMIT)
         ticks = idle_ticks(program, env)
         print(f"idle: {ticks} ticks of {1000 // TICKS} ms in {IDLE_SECONDS} s "
               "(limit: no measurable time)")
+        limits.check("ticks while idle", ticks, 0)
     finally:
         screen.close()
         shutil.rmtree(home)
+    limits.end()
 
 
 if __name__ == "__main__":

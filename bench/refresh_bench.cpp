@@ -125,6 +125,8 @@ int main(int argc, char** argv) {
     std::printf("program start: %.0f ms with 10,000 files, %.0f ms with 100,000 files, ratio %.1f "
                 "(limit 12)\n",
                 few.startMs, many.startMs, many.startMs / few.startMs);
-    bench::LongestGap::print("searching", many.longestGapMs);
-    return 0;
+    bench::Limits limits;
+    limits.check("ratio of the starts", many.startMs / few.startMs, 12);
+    bench::LongestGap::report("searching", many.longestGapMs, limits);
+    return limits.exitCode();
 }

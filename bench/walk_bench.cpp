@@ -12,6 +12,7 @@
 
 #include "finder/search_engine.h"
 #include "forms/frm_search.h"
+#include "limits.h"
 #include "music_tree.h"
 #include "platform/linux/paths/drive_table.h"
 #include "platform/linux/paths/linux_directory_walk.h"
@@ -149,5 +150,8 @@ int main() {
                 median(walkMs) / base, limit);
     std::printf("search engine      %8.1f ms   ratio %.2f (limit %.2f)\n", median(engineMs),
                 median(engineMs) / base, limit);
-    return EXIT_SUCCESS;
+    bench::Limits limits;
+    limits.check("walk, other thread, divided by find", median(walkMs) / base, limit);
+    limits.check("search engine, divided by find", median(engineMs) / base, limit);
+    return limits.exitCode();
 }

@@ -15,6 +15,7 @@ sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "tests" / "
 
 from desktop import Desktop  # pylint: disable=wrong-import-position
 from driver import make_disc  # pylint: disable=wrong-import-position
+from limits import Limits  # pylint: disable=wrong-import-position
 from processor_time import share  # pylint: disable=wrong-import-position
 from program import Program  # pylint: disable=wrong-import-position
 from scenes import (  # pylint: disable=wrong-import-position
@@ -61,6 +62,7 @@ def window_against_tray(desktop, program):
 
 def main():
     program = pathlib.Path(sys.argv[1]) / "sonarith"
+    limits = Limits()
     with Desktop() as desktop:
         for output in ("none", "default"):
             desktop.move_to(desktop.folder / output)
@@ -69,10 +71,14 @@ def main():
             measured = in_the_window(desktop, program, output)
             print(f"capture in the window, output {output}: {measured:.2f} % of one core "
                   f"(limit {LIMIT_PERCENT} %)", flush=True)
+            limits.check(f"capture in the window, output {output}", measured, LIMIT_PERCENT)
         desktop.move_to(desktop.folder / "tray")
         window, tray = window_against_tray(desktop, program)
         print(f"capture in the tray: {tray:.2f} % of one core, in the window {window:.2f} %, "
               f"tray divided by window: {tray / window:.2f} (limit 1)")
+        limits.check("capture in the tray", tray, LIMIT_PERCENT)
+        limits.check("tray divided by window", tray / window, 1)
+    limits.end()
 
 
 if __name__ == "__main__":

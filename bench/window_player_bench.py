@@ -17,6 +17,7 @@ import time
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "tests" / "e2e"))
 
 from desktop import Desktop  # pylint: disable=wrong-import-position
+from limits import Limits  # pylint: disable=wrong-import-position
 from player_panel import TITLE, PlayerPanel  # pylint: disable=wrong-import-position
 from processor_time import processor_seconds, share, shares  # pylint: disable=wrong-import-position
 from scenes import close, start_with_disc  # pylint: disable=wrong-import-position
@@ -49,9 +50,16 @@ def show_panel(desktop, window, visible):
     time.sleep(1)
 
 
-def report(what, values, limit):
-    print(f"{what}: median {statistics.median(values):.2f} %, of "
-          f"{', '.join(f'{value:.2f}' for value in values)} (limit {limit})", flush=True)
+def report(what, values, remark):
+    """Prints the measurements and returns their median."""
+    median = statistics.median(values)
+    print(f"{what}: median {median:.2f} %, of {', '.join(f'{value:.2f}' for value in values)} "
+          f"({remark})", flush=True)
+    return median
+
+
+def compare(limits, what, values, limit, remark=""):
+    limits.check(what, report(what, values, f"limit {limit:.2f} %{remark}"), limit)
 
 
 def play(panel):
@@ -60,12 +68,12 @@ def play(panel):
     panel.wait_for_position("playing", lambda _, second: second >= 1)
 
 
-def without_server(desktop, program):
+def without_server(desktop, program, limits):
     started, _, _ = start_with_disc(desktop, program, TRACK_SECONDS, "none", SIGNAL)
     panel = PlayerPanel(started)
     window = started.activate(TITLE)
-    report("off, panel visible", [share_of(started) for _ in range(ROUNDS)],
-           f"{LIMIT_OFF} %: no measurable time")
+    compare(limits, "off, panel visible", [share_of(started) for _ in range(ROUNDS)], LIMIT_OFF,
+            ": no measurable time")
     panel.switch_on()
     time.sleep(1)
     silent, silent_hidden = [], []
@@ -75,10 +83,10 @@ def without_server(desktop, program):
         silent_hidden.append(share_of(started))
         show_panel(desktop, window, True)
     report("on, nothing playing, panel visible", silent,
-           "none: this share is the sum of the next two, which have limits")
-    report("on, nothing playing, panel hidden", silent_hidden, f"{LIMIT_SILENT} %")
-    report("the panel's own share in silence", [a - b for a, b in zip(silent, silent_hidden)],
-           f"{LIMIT_METER} %")
+           "no limit: this share is the sum of the next two, which have limits")
+    compare(limits, "on, nothing playing, panel hidden", silent_hidden, LIMIT_SILENT)
+    compare(limits, "the panel's own share in silence",
+            [a - b for a, b in zip(silent, silent_hidden)], LIMIT_METER)
     panel.press("Play")
     panel.wait_for_position("playing", lambda _, second: second >= 1)
     seen, hidden = [], []
@@ -87,14 +95,14 @@ def without_server(desktop, program):
         show_panel(desktop, window, False)
         hidden.append(share_of(started))
         show_panel(desktop, window, True)
-    report("playing, output none, panel visible", seen, f"{LIMIT_PLAYING} %")
-    report("playing, output none, panel hidden", hidden, f"{LIMIT_PLAYING} %")
-    report("the panel's own share while playing", [a - b for a, b in zip(seen, hidden)],
-           f"{LIMIT_METER} %")
+    compare(limits, "playing, output none, panel visible", seen, LIMIT_PLAYING)
+    compare(limits, "playing, output none, panel hidden", hidden, LIMIT_PLAYING)
+    compare(limits, "the panel's own share while playing", [a - b for a, b in zip(seen, hidden)],
+            LIMIT_METER)
     close(started)
 
 
-def with_server(desktop, program):
+def with_server(desktop, program, limits):
     server = SoundServer(desktop)
     started, sheet, _ = start_with_disc(desktop, program, TRACK_SECONDS, "default", SIGNAL)
     panel = PlayerPanel(started)
@@ -106,20 +114,21 @@ def with_server(desktop, program):
     wait_for("the peer", lambda: processor_seconds(peer.pid) > 0.01)
     pairs = [shares([started.process.pid, peer.pid], 2 * SLICE_SECONDS) for _ in range(ROUNDS)]
     ours, theirs = zip(*pairs)
-    report("playing into the sound server", ours,
-           f"{1.5 * statistics.median(theirs) + 2:.2f} %: 1.5 times aplay's median, plus 2 "
-           "percentage points")
-    report("aplay with the same sound", theirs, "none, because aplay is the peer")
+    compare(limits, "playing into the sound server", ours, 1.5 * statistics.median(theirs) + 2,
+            ": 1.5 times aplay's median, plus 2 percentage points")
+    report("aplay with the same sound", theirs, "no limit, because aplay is the peer")
     close(started)
 
 
 def main():
     program = pathlib.Path(sys.argv[1]) / "sonarith"
+    limits = Limits()
     with Desktop() as desktop:
         for part in (without_server, with_server):
             desktop.move_to(desktop.folder / part.__name__)
-            part(desktop, program)
+            part(desktop, program, limits)
             desktop.end_programs()
+    limits.end()
 
 
 if __name__ == "__main__":
