@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The interface to the desktop for the screen's size, the help, the about box and the number of a
-// window. Other parts of the desktop have interfaces of their own.
+// The interface to the desktop for the screen's size, the help, the about box and the number that
+// identifies a window. Other parts of the desktop have interfaces of their own.
 #pragma once
 
 #include <cstdint>

@@ -302,7 +302,8 @@ TEST_F(TransportTest, EjectOpensTheTrayAndStaysDisabled) {
 
 // --- switched off --------------------------------------------------------------------------
 
-TEST_F(TransportTest, PlayWhileSwitchedOffClosesThePanelWithoutAMessageIfADiscWasRead) {
+TEST_F(TransportTest,
+       IfADiscWasReadEarlierAClickOnPlayWhileSwitchedOffClosesThePanelAndShowsNoMessage) {
     form.optNoCD.choose();
     EXPECT_THAT(commandsOf([&] { form.mnuPlayCD.click(); }),
                 ElementsAre("play cd from 1", "close all", "close all", "stop cd", "close cd",

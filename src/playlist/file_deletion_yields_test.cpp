@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests what happens if the user acts while a deletion yields: clicks an entry, presses a button,
-// edits a text box or closes the window.
+// Tests deletions in whose yields the user acts: clicks an entry, presses a button, edits a text
+// box or closes the window. Also tests a deletion while Check11 is ticked.
 #include "playlist/file_operations.h"
 
 #include <gmock/gmock.h>

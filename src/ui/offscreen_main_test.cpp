@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The main function of the test program: the tests need a QApplication and no display. Their
-// desktop has two screens side by side, and the primary screen is not at the corner of the desktop.
+// The main function of the test program: the tests need a QApplication and no display. The desktop
+// of the tests has two screens side by side. The top left corner of the desktop is not on the
+// primary screen.
 #include <QApplication>
 #include <QTemporaryFile>
 #include <gmock/gmock.h>

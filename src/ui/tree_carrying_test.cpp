@@ -169,7 +169,7 @@ TEST_F(TreeCarryingTest, TreeAndListsAgreeAfterADragByKeysToAnyRow) {
     }
 }
 
-TEST_F(TreeCarryingTest, CuttingAGroupByKeyClicksTheGroupInsteadOfDraggingIt) {
+TEST_F(TreeCarryingTest, ControlXOnAGroupClicksTheGroupAndStartsNoDrag) {
     const auto before = outline();
     goTo("MP3 Files");
     key(Qt::Key_X, Qt::ControlModifier);

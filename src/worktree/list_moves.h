@@ -17,8 +17,8 @@ namespace sonarith {
 /// click, the entry is the text that is passed to moveEntry(). On a drag, the entry is the first
 /// entry with the same file name as this text. A drag that moves an MP3 file to the list of
 /// selected MP3 files moves only the entry of this file. A double click that moves such an entry
-/// also empties the list of available MP3 files. The double click also duplicates the earlier
-/// entries of the list of selected MP3 files.
+/// also empties the list of available MP3 files. The double click also duplicates the entries
+/// that the list of selected MP3 files already contains.
 enum class MovedBy { doubleClick, drag };
 
 class ListMoves {

@@ -8,8 +8,8 @@ from waiting import check, check_equal, wait_for
 
 
 # The name of the destination folder, which is in the home. The logic converts the path of this
-# folder to lower case, and does not quote the path in the command that saves a capture. The blank
-# and the capitals in the name test that the folder is found nevertheless.
+# folder to lower case, and does not quote the path in the command that saves a capture. The name
+# contains a blank and capitals, and the folder must be found nevertheless.
 MUSIC = "My Music"
 
 

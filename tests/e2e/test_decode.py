@@ -117,7 +117,8 @@ def all_mp3s_become_wav_files(desktop, program):
     started, destination = start_with_tones(desktop, program)
     (destination / "third.mp3").unlink()
     started.open_popup("third.mp3")
-    # Although the file no longer exists, the command must remove its entry in the list and its row.
+    # The file no longer exists. The command must still remove the file's row from the tree, and the
+    # file's entry from the program's list of MP3 files.
     started.click("Remove and Delete File", "menu item")
     wait_for("two MP3 files", lambda: sorted(started.group("MP3 Files")) ==
              ["first.mp3", "second.mp3"])

@@ -98,8 +98,9 @@ class CleanRoot:
         self.run("apt-get", "install", "-y", "-qq", "--no-install-recommends", *packages)
 
     def files(self):
-        """Mode and size of each file and of each empty folder of the system, by path. Omits
-        NOT_COMPARED."""
+        """Maps the path of each file and of each empty folder of the system to its mode and size.
+        Omits NOT_COMPARED. Also omits each link to a folder that is not empty. An absolute link is
+        followed from the root of this machine, not from the root of the system."""
         found = {}
         for folder, folders, files in os.walk(self.path):
             below = os.path.relpath(folder, self.path)

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Message boxes for tests. Every box is recorded, and closes as soon as `whileUp` has run (for
-// example to yield or to stop a job). A box with only an OK button needs no answer. The test puts
-// the answers for other boxes into `answers`.
+// Message boxes for tests. Every box is recorded. A test can set `whileUp`, for example to yield or
+// to stop a job while a box is open. A box closes as soon as `whileUp` has run. If `whileUp` is not
+// set, the box closes at once. A box with only an OK button needs no answer. The test puts the
+// answers for other boxes into `answers`.
 #pragma once
 
 #include <deque>

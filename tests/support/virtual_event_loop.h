@@ -29,9 +29,9 @@ namespace sonarith::test {
 /// no `catch (const std::exception&)` treats it as a failure.
 struct ProgramEnded {};
 
-/// Thrown for a wait that would never end on the real loop: no event can become due, or the wait
-/// would last longer than `longestWait`. Also thrown if yield() is called more than 1,000,000 times
-/// without an advance of the time.
+/// A wait throws this exception if no event can become due. A wait also throws it if the next event
+/// becomes due more than `longestWait` after the beginning of the wait. yield() throws it if
+/// yield() is called more than 1,000,000 times without an advance of the time.
 class WaitNeverEnds : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;

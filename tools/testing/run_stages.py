@@ -82,8 +82,9 @@ def parse(words):
 
 
 def relay(command):
-    """Runs a command and shows its output. Returns its exit code, and the lines of the output from
-    the first error on, or the last lines if there is no error."""
+    """Runs a command and shows its output. Returns the exit code and at most MOST_LINES_OF_A_BUILD
+    lines of the output. These lines begin at the first error. If there is no error, they are the
+    last lines."""
     process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                                stderr=subprocess.STDOUT, text=True, errors="replace")
     last, errors = collections.deque(maxlen=MOST_LINES_OF_A_BUILD), []

@@ -6,7 +6,7 @@
 
 Starting one process for each test would take longer than running the tests. A test that crashes,
 hangs or ends the process does not affect the others: it counts as failed, and the program runs
-again for the tests that have not run yet.
+again for the tests that have not run yet. The program runs at most MOST_RUNS times.
 """
 
 import argparse
@@ -40,8 +40,8 @@ CHATTER = re.compile(r"\[[-=]{10}\] |\[  (?:PASSED|FAILED)  \] |Note: |Running m
 MOST_RUNS = 10
 # Extra time until the first test begins: a busy machine may start the program slowly.
 SECONDS_FOR_THE_START = 60
-# How long processes that the program has left behind may keep its output open after the program
-# has ended.
+# After the program has ended, processes that it has left behind may keep its output open for this
+# time.
 SECONDS_FOR_ORPHANS = 2
 LINES_OUTSIDE_TESTS = 60
 
@@ -56,8 +56,9 @@ class Outcome:
 
 
 class Watchdog:
-    """Kills a process group if the current test runs for too long. Also kills the group if other
-    processes keep the output open for SECONDS_FOR_ORPHANS after the program has ended."""
+    """Kills a process group if, for too long, no test begins and the program does not end. Also
+    kills the group if other processes keep the output open for SECONDS_FOR_ORPHANS after the
+    program has ended."""
 
     def __init__(self, process, hangs_after):
         self.fired = False
@@ -95,7 +96,7 @@ class Watchdog:
 
 def explain(process, watchdog, hangs_after):
     if watchdog.fired:
-        return f"hung: no end after {hangs_after:g} s"
+        return f"hung: killed after at least {hangs_after:g} s"
     code = process.returncode
     if code < 0:
         return f"ended the process: {signal.Signals(-code).name}"

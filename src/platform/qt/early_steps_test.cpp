@@ -93,7 +93,7 @@ TEST(StartEarlySteps, ConnectsToTheSessionBusOnce) {
     std::_Exit(threads > 1 && priorities.size() == 1 ? 0 : 1);
 }
 
-TEST(StartEarlySteps, LeavesQtsThreadForTheBusAtTheUsualPriority) {
+TEST(StartEarlySteps, DoesNotLowerThePriorityOfTheThreadThatQtUsesForTheBus) {
     EXPECT_EXIT(exitAfterComparingPriorities(), ExitedWithCode(0), "");
 }
 

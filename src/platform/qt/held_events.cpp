@@ -23,8 +23,9 @@ enum class Treatment {
 
 /// Whether `object` receives calls over D-Bus, from assistive programs or from panels that show a
 /// menu of this program. Such calls run handlers, as clicks do, and cannot be delivered later.
-/// Replies to queries and changes of owners are no such calls, and must not be lost: TrayHosts
-/// receives them during a wait and handles them after it.
+/// A reply to a query is no such call. A notice that a service on the bus has another owner is no
+/// such call either. The replies and the notices must not be lost: TrayHosts receives them during a
+/// wait and handles them after the wait.
 bool isCalledFromOutside(const QObject& object) {
     const QByteArray name = object.metaObject()->className();
     if (name == "QDBusPendingCallWatcher" || name == "QDBusServiceWatcher") {

@@ -67,7 +67,7 @@ TEST_F(HangingBusTest, ARemovedIconIsDestroyedAfterTheHang) {
     EXPECT_EQ(shown()->toolTip(), "two");
 }
 
-TEST_F(HangingBusTest, AnEmbeddedIconAppearsAndDisappearsAtOnce) {
+TEST_F(HangingBusTest, DuringTheHangAnEmbeddedIconIsRemovedAtOnceAndANewOneIsShownAtOnce) {
     embedding = true;
     ASSERT_TRUE(addAndShow(1, "one"));
     bus.freeze();

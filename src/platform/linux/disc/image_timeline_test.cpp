@@ -123,7 +123,8 @@ TEST(Timeline, ReportsAMissingPartBeforeTheEndOfATrack) {
     EXPECT_THAT(
         timelineOfToc(text, {0, 4704}).value().remark,
         HasSubstr("track 1 lacks a part, which begins at 00:00:00; later parts are present"));
-    // Without a stated length, the part that is missing does not read as silence.
+    // Here the sheet states no length for the part in a.bin, and a.bin is empty. So this part has
+    // the length 0, and no silence replaces it. The remark is the same as above.
     EXPECT_THAT(
         timelineOfToc("TRACK AUDIO\nFILE \"a.bin\" 0\nFILE \"b.bin\" 0 1176\n", {0, 4704})
             .value()

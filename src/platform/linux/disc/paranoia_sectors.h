@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Reads the sound of a disc with libcdio's paranoia reader, which reads sectors repeatedly and
-// compares the results. Position, size and time of every command to the drive are bounded. Sector
-// numbers are those of the drive; optical_disc.h maps the disc's time line to them.
+// compares the results. This class limits the sectors and the size of each command that it sends to
+// the drive; cdio_handle.cpp limits the command's duration. Sector numbers are those of the drive;
+// optical_disc.h maps the disc's time line to them.
 #pragma once
 
 #include <array>
@@ -58,7 +59,7 @@ class ParanoiaSectors : public AudioSectors {
     cdrom_drive_t* drive_ = nullptr;       ///< null before the first read, or if opening failed
     cdrom_paranoia_t* paranoia_ = nullptr; ///< null if and only if drive_ is null
     bool triedToOpen_ = false;
-    bool repositioned_ = false; ///< the paranoia reader is not yet positioned at next_
+    bool repositioned_ = false; ///< true: the paranoia reader is not yet at next_
     std::int64_t next_ = 0;
     std::int64_t end_ = 0;
     Clock::time_point deadline_;

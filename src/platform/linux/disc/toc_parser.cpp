@@ -20,7 +20,7 @@ namespace {
 // overflow.
 constexpr std::int64_t maxFileOffset = std::int64_t{1} << 60;
 
-/// A length on the time line. A length in bytes is rounded up to whole sectors.
+/// A length in frames. A length that the sheet states in bytes is rounded up to whole sectors.
 struct Length {
     std::int64_t frames = 0;
     int lastSectorLacks = 0; ///< the number of bytes that the rounding has added
@@ -213,8 +213,8 @@ Status TocParser::skipBlock() {
     return {};
 }
 
-/// Reads a length on the time line: either mm:ss:ff or a plain number, which counts stereo frames
-/// in an audio track and bytes in a data track.
+/// Reads a length, which is either mm:ss:ff or a plain number. A plain number counts stereo frames
+/// in an audio track, and bytes in a data track.
 Result<Length> TocParser::readLength() {
     const TocToken& token = take();
     if (!startsNumber(token)) {

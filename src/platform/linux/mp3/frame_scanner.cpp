@@ -139,9 +139,10 @@ void FrameScanner::skipJunk() {
             freeFormat_ = position_;
             return;
         }
-        // Tries the offset `i` if the window contains at least lookAhead bytes from `i` on. The
-        // next iteration tries the later offsets. If the window is shorter than lookAhead or ends
-        // with the source, all offsets are tried now.
+        // If the window is shorter than lookAhead or ends with the source, the inner loop tries all
+        // offsets in the window. Otherwise the inner loop tries only offsets from which the window
+        // contains at least lookAhead bytes. The next pass of the outer loop then tries the later
+        // offsets.
         const bool last = bytes.size() < SourceWindow::lookAhead ||
                           position_ + static_cast<std::int64_t>(bytes.size()) == source_->size();
         const std::size_t limit = last ? bytes.size() : bytes.size() - SourceWindow::lookAhead + 1;

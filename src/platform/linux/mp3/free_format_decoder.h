@@ -65,7 +65,8 @@ class FreeFormatDecoder : public PcmReader {
     DecodeCount count_;
     std::int64_t patience_;
     std::int64_t frames_ = 0; ///< decoded by the current decoder
-    /// The sum of frames_ at each frame of the current decoder that ends in silence.
+    /// Grows by frames_ when a decoded frame ends in silence. Reset to 0 when a new decoder
+    /// replaces the current one.
     std::int64_t work_ = 0;
     int renewals_ = 0;
 };

@@ -191,8 +191,7 @@ TEST_F(SegmentWorkersTest, LeaveAPrefixWithoutGapsIfTheWorkerThatContinuesAloneI
         stoppedAfterBrokenFrame += !decoded.complete && part.size() > 80U * 2304 ? 1 : 0;
     }
     EXPECT_GT(stoppedAfterBrokenFrame, 0)
-        << "unsuitable test data: the worker that continues alone was never stopped "
-           "after the broken frame";
+        << "the worker that continues alone was never stopped after the broken frame";
 }
 
 TEST_F(SegmentWorkersTest, DoAllWorkEvenIfAThreadCannotBeStarted) {

@@ -62,8 +62,9 @@ class DriveTable {
     std::vector<Drive> drives_;
 };
 
-/// The first letter from D: to Z:, except H:, whose stored mount point is `mountPoint`; empty if
-/// there is none. An empty `mountPoint` finds the first free letter.
+/// Searches the letters from D: to Z:, but not H:. Returns the first letter whose stored mount
+/// point is `mountPoint`; empty if there is none. An empty `mountPoint` finds the first free
+/// letter.
 [[nodiscard]] std::optional<char> storedLetterOf(const SettingsStore& store,
                                                  const std::string& mountPoint);
 /// Like storedLetterOf(), but if the store has no letter, a free letter is stored and returned;

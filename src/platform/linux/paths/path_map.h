@@ -15,8 +15,9 @@
 // A name with capitals, which was not converted, and the name of a folder to create or enter are
 // matched by the exact name first, then by 1, 3 and 4.
 //
-// The chosen spelling of a whole path has priority over those of its parts: a file picked from "my
-// music" is still found after the folder "My Music" was chosen as the destination.
+// The chosen spelling of a whole path has priority over the chosen spellings of its parts. Example:
+// "my music" and "My Music" are two folders. A file that was picked from "my music" is still found
+// after "My Music" was chosen as the destination.
 #pragma once
 
 #include <memory>

@@ -17,10 +17,11 @@
 
 namespace sonarith {
 
-/// Each operation that accesses a disk fails with deviceUnavailable if the disk does not respond
-/// within PatientPaths::bound(). The operation fails at once while an earlier call to the same
-/// mount has not returned. An operation that timed out may still be carried out later. Everything
-/// else is as in LinuxFileSystem. This object itself stores the current drive and folder (see
+/// An operation times out if its disk does not respond within PatientPaths::bound(). An operation
+/// that returns a Result or a Status then fails with deviceUnavailable; fileExists() then returns
+/// false. While an earlier call to the same mount has not returned, an operation fails in the same
+/// way, but at once. An operation that timed out may still be carried out later. Everything else is
+/// as in LinuxFileSystem. This object itself stores the current drive and folder (see
 /// currentFolders_).
 class PatientFileSystem final : public FileSystem {
   public:

@@ -56,7 +56,7 @@ TEST(SingleInstance, IsFirstIfNoLockIsPossible) {
     EXPECT_TRUE(SingleInstance({"/no/such/folder"}).isFirst());
 }
 
-TEST(SingleInstance, FollowsNoLinkInPlaceOfTheLockFile) {
+TEST(SingleInstance, DoesNotFollowALinkThatHasTheNameOfTheLockFile) {
     const fakes::TempFolder folder;
     fs::create_symlink(folder / "victim", folder / "sonarith.lock");
     EXPECT_TRUE(SingleInstance({folder.path().string()}).isFirst());

@@ -87,7 +87,8 @@ bool isOneRun(const std::vector<StereoFrame>& frames) {
             continue;
         }
         if (next < 0) {
-            // A left sample determines its position: none repeats in these frames.
+            // The left sample determines the frame's index in the pattern, because no left sample
+            // repeats in these frames.
             next = frame.left - 1;
         }
         if (frame != fakes::patternFrame(next)) {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Groups the services that are needed for calls that may hang: to a drive, a mount or an open file.
+// Groups the services that are needed for calls that may hang. Such calls access a drive, a mount
+// or an open file.
 #pragma once
 
 #include "platform/linux/waiting/worker_threads.h"
