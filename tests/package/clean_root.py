@@ -98,15 +98,18 @@ class CleanRoot:
         self.run("apt-get", "install", "-y", "-qq", "--no-install-recommends", *packages)
 
     def files(self):
-        """Maps the path of each file and of each empty folder of the system to its mode and size.
-        Omits NOT_COMPARED. Also omits each link to a folder that is not empty. An absolute link is
-        followed from the root of this machine, not from the root of the system."""
+        """Maps the path of each file, link and empty folder of the system to its mode and size.
+        Omits NOT_COMPARED. A link is not followed: an absolute link would lead out of the system,
+        into this machine."""
+        def is_recorded(folder):
+            return os.path.islink(folder) or not os.listdir(folder)
+
         found = {}
         for folder, folders, files in os.walk(self.path):
             below = os.path.relpath(folder, self.path)
             folders[:] = [name for name in folders
                           if os.path.normpath(f"{below}/{name}") not in NOT_COMPARED]
-            for name in [*files, *(each for each in folders if not os.listdir(f"{folder}/{each}"))]:
+            for name in [*files, *(each for each in folders if is_recorded(f"{folder}/{each}"))]:
                 path = os.path.join(folder, name)
                 status = os.lstat(path)
                 found[os.path.normpath(f"{below}/{name}")] = (status.st_mode, status.st_size)

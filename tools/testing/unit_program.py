@@ -164,7 +164,7 @@ def run_all(program, exclude, hangs_after):
         if run_once(program, filter_text, hangs_after, outcome):
             return outcome
     outcome.failed["the rest"] = [
-        f"the remaining tests were not run, because {MOST_RUNS} tests ended the program\n"]
+        f"{MOST_RUNS} tests ended the program; further tests, if there are any, were not run\n"]
     return outcome
 
 
@@ -187,8 +187,8 @@ def main():
     options = parser.parse_args()
     began = time.monotonic()
     outcome = run_all(options.program, options.exclude, options.hangs_after)
-    if not outcome.started:
-        outcome.failed.setdefault("no test", [f"{options.program} has no tests to run\n"])
+    if not outcome.started and not outcome.failed:
+        outcome.failed["no test"] = [f"{options.program} has no tests to run\n"]
     report(os.path.basename(options.program), outcome, time.monotonic() - began)
     return 1 if outcome.failed else 0
 

@@ -130,6 +130,12 @@ class UnitProgram(unittest.TestCase):
     def test_a_program_without_tests_fails(self):
         self.assertEqual(self.run_with({})[0], 1)
 
+    def test_a_program_that_ends_before_its_first_test_is_reported_once(self):
+        code, output = self.run_with({}, at_end="os.abort()")
+        self.assertEqual(code, 1)
+        self.assertIn("SIGABRT", output)
+        self.assertIn("0 tests passed, 1 failed", output)
+
     def test_excluded_tests_are_not_run(self):
         code, output = self.run_with({"A.a": GOOD, "A.b": "bad(name)"}, "--exclude=A.b")
         self.assertEqual(code, 0)
