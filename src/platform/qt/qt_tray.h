@@ -6,7 +6,8 @@
 //
 // When Qt creates an icon on the bus, it waits for the bus without a limit. When Qt removes such an
 // icon, it waits up to 25 s. So this class does both only when TrayHosts::replied is emitted: a few
-// milliseconds after add() or remove(), or after the bus has stopped hanging.
+// milliseconds after add() or remove(), even if the logic waits for a drive, or after the bus has
+// stopped hanging.
 #pragma once
 
 #include <cstdint>
