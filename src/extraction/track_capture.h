@@ -36,8 +36,8 @@ class TrackCapture {
     [[nodiscard]] bool running() const { return running_ > 0; }
 
     /// Starts the capture of one track. Shows a message if a device fails. Sends no command if the
-    /// track does not exist or its end is not in 1 ms to 2^31 - 1 ms. Yields once, and while a
-    /// message is shown.
+    /// track does not exist, or if its end is below 1 ms or above 2^31 - 1 ms. Yields once, and
+    /// while a message is shown.
     void StartTrackRecording2(std::int32_t TrackNum);
 
     /// A variant of StartTrackRecording2. The track is the ItemData of the current line of

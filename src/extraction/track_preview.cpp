@@ -24,7 +24,8 @@ void TrackPreview::Command11_Click() {
         startOfTrackMs(capture_.trackLengthMs, process_.currentTrack, trackCount);
     platform_.media.sendString("open cdaudio alias cd");
     platform_.media.sendString("set cd time format milliseconds");
-    // Sends " from 0" even for position 0, for which a capture sends only "play cd".
+    // The command contains the position even if the position is 0. A capture sends only "play cd"
+    // for position 0.
     platform_.media.sendString("play cd from " + std::to_string(start));
 }
 

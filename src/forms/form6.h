@@ -19,7 +19,9 @@ class Form6 : public Form {
 
     ActiveMp3Host ActiveMP31;
     CommandButton Command1{*this, "Command1", "Cancel"};
-    Timer Timer1; ///< starts to decode the same file a second time; enabled at load
+    /// Enabled at each load. Its first tick disables Timer1 and starts to decode the same file
+    /// again, whatever the first decoding does.
+    Timer Timer1;
     Timer Timer2; ///< shows the progress
 };
 

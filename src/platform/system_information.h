@@ -2,9 +2,9 @@
 // Reads information about the machine, its drives and its user. Interface only: the logic decides
 // how this information is shown and used.
 //
-// All members are called on the logic thread and return within 100 ms. A drive that does not
-// respond in that time is treated like a drive that reports an error. While the drive has not
-// responded to this query, no other query is sent to it.
+// All members are called on the logic thread and return within 100 ms. If a drive does not respond
+// in that time, the result is the same as for a drive that reports an error. Until that drive has
+// responded, no further query is sent to the drive.
 #pragma once
 
 #include <cstdint>

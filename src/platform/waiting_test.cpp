@@ -23,7 +23,8 @@ TEST(Completion, IsCompleteAfterAnotherThreadHasCompletedIt) {
 TEST(Completion, WakesAThreadThatSleeps) {
     Completion completion;
     std::thread other([&] {
-        std::this_thread::sleep_for(20ms); // far longer than restFor() stays awake
+        // After this time, the thread of the test sleeps in restFor().
+        std::this_thread::sleep_for(20ms);
         completion.complete();
     });
     EXPECT_TRUE(completion.restFor(1h));

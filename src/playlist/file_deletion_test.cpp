@@ -85,7 +85,7 @@ TEST_F(FileDeletionTest, AnEmptyFileThatCannotBeDeletedIsReportedAsDeletedAndLos
     EXPECT_THAT(boxes4(), Each(""));
 }
 
-TEST_F(FileDeletionTest, AnEmptyFileThatCannotBeDeletedKeepsItsPathIfNoEntryIsRemoved) {
+TEST_F(FileDeletionTest, ThePathOfAnEmptyFileThatCannotBeDeletedStaysInText5IfNoEntryIsRemoved) {
     openThree();
     disk.addFile("c:\\other.mp3", "");
     disk.failWith(FakeFileSystem::Operation::removeFile, "c:\\other.mp3",

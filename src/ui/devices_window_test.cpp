@@ -119,7 +119,7 @@ TEST_F(DevicesWindowTest, TheStoredChoiceIsListedLastIfItIsAnImageOrAMissingDriv
     EXPECT_EQ(child<QListWidget>("drives").currentRow(), 3);
 }
 
-TEST_F(DevicesWindowTest, AClickOnADriveStoresItThenRunsRefreshListThenShowsTheReport) {
+TEST_F(DevicesWindowTest, AClickOnADriveStoresItThenReadsItsDiscThenShowsTheReport) {
     window.open();
     onRefresh = [&] {
         report = "Sector 12 is torn.";
@@ -140,7 +140,7 @@ TEST_F(DevicesWindowTest, CursorKeysChooseNoDriveButTheReturnKeyChoosesTheCurren
     EXPECT_EQ(drive, "/dev/sr1");
 }
 
-TEST_F(DevicesWindowTest, EachPickOfAnImageStoresItsPathByteForByteAndRunsRefreshList) {
+TEST_F(DevicesWindowTest, EachPickOfAnImageStoresItsPathByteForByteAndReadsTheImage) {
     window.open();
     picked = "/m/caf\xE9.toc";
     child<QPushButton>("pickImage").click();

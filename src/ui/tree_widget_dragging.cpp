@@ -64,8 +64,9 @@ void TreeWidget::startDrag() {
 void TreeWidget::dragOver(const NodeRef& node) {
     const std::optional<NodeRef> former = std::exchange(over_, node);
     // A pointer that moves within one row causes repeated events over the same node. Over a group,
-    // the handler needs up to two events until its state is stable. Over a collection or no node,
-    // the dragged node would move back and forth, so only the first event is reported.
+    // the handler needs up to two events until its state is stable. Over a collection or over no
+    // node, each reported event would move the dragged node again, back or forth. So only the first
+    // of these events is reported.
     if (former == over_ && NodeLevel(node) < groupLevel) {
         return;
     }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Checks whether a node's text ends like the name of a WAV or MP3 file. The user may rename the
-// file of such a node. The user may also remove the node from the tree and keep the file on disk.
-// The level of the node and the disk are not checked.
+// Checks whether a node's text ends like the name of a WAV or MP3 file. The program lets the user
+// rename the file of such a node. It also lets the user remove the node from the tree and keep the
+// file on disk. The level of the node and the disk are not checked.
 #pragma once
 
 #include <string>

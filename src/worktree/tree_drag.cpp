@@ -56,8 +56,8 @@ bool TreeDrag::levelsFit(const NodeRef& target) const {
 void TreeDrag::TreeView1_DragOver(const NodeRef& target) {
     // Meant to ignore repeated events over one node, so that DragNode moves only once. But
     // MoveDraggedNode() sets DropTarget to the group to which it moves DragNode. So after DragNode
-    // has moved, the next event over the same node is ignored only if this node is that group.
-    // Otherwise the next event moves DragNode back.
+    // has moved, a repeated event is ignored only if the pointer is over that group. Otherwise the
+    // repeated event moves DragNode back.
     if (target == drag_.DropTarget) {
         return;
     }
@@ -65,8 +65,9 @@ void TreeDrag::TreeView1_DragOver(const NodeRef& target) {
     TreeView& tree = form_.TreeView1;
     const std::string dragged = textOf(drag_.DragNode);
     if (!levelsFit(target)) {
-        // Over a node of the wrong level, nothing is highlighted, so a drop there puts DragNode
-        // under no other node. MoveDraggedNode() below still moves DragNode.
+        // Over a node of the wrong level, nothing is highlighted. So if the user drops DragNode
+        // there, the drop itself does not move DragNode. But this event moves DragNode: see
+        // MoveDraggedNode() below.
         tree.setDropHighlight(nullptr).passOver();
     } else if (refuses(target->text(), dragged)) {
         return;

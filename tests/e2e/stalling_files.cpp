@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A library that a test preloads into the program to simulate a disk that spins up or a server that
-// does not respond. The environment variables STALLED_FOLDER and STALLED_WHILE are paths: while the
+// does not respond. The environment variables STALLED_FOLDER and STALLED_WHILE are paths. While the
 // file STALLED_WHILE exists, the functions defined here do not return if they are called for a path
-// that begins with STALLED_FOLDER. All other calls reach the system unchanged.
+// that begins with STALLED_FOLDER. linkat() checks only the path of the new link. All other calls
+// reach the system unchanged.
 #include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>

@@ -61,7 +61,7 @@ class Remembered(unittest.TestCase):
         self.assertEqual(self.run_command("true", missing), 0)
         self.assertEqual(self.run_command("true", missing), 0)
 
-    def test_a_command_that_exits_with_the_code_for_cached_has_failed(self):
+    def test_a_command_that_exits_with_code_77_has_failed(self):
         self.assertEqual(self.run_command(f"exit {CACHED}"), 1)
 
     def test_a_killed_command_has_failed(self):

@@ -76,7 +76,7 @@ class CheckBox : public ControlWith<CheckBoxState> {
         assign(state_.caption, std::move(caption), Property::caption);
     }
     [[nodiscard]] int value() const { return state_.value; }
-    /// Error: invalidPropertyValue, with no change, for values other than 0 and 1.
+    /// Error: invalidPropertyValue for values other than 0 and 1; then nothing changes.
     Status setValue(std::int64_t value);
 
     Handler<> onClick;
@@ -128,7 +128,7 @@ class ProgressBar : public ControlWith<ProgressBarState> {
     [[nodiscard]] int minimum() const { return minimum_; }
     [[nodiscard]] int maximum() const { return maximum_; }
     [[nodiscard]] int value() const { return state_.value; }
-    /// Error: invalidPropertyValue, with no change, outside the range.
+    /// Error: invalidPropertyValue outside the range; then nothing changes.
     Status setValue(std::int64_t value);
 
   private:
@@ -149,7 +149,7 @@ class TabControl : public ControlWith<TabControlState> {
     [[nodiscard]] const std::vector<std::string>& captions() const { return captions_; }
     /// The index of the page in front, from 0.
     [[nodiscard]] int tab() const { return state_.tab; }
-    /// Error: invalidPropertyValue, with no change, for a page that does not exist.
+    /// Error: invalidPropertyValue for a page that does not exist; then nothing changes.
     Status setTab(int tab);
 
   private:

@@ -30,7 +30,7 @@ class ComboBox : public ControlWith<ComboBoxState> {
     /// The index of the selected entry; -1 for none.
     [[nodiscard]] int listIndex() const { return state_.listIndex; }
     /// Selects an entry, or none if `index` is -1. Runs onClick if the selection changes. Error:
-    /// invalidPropertyValue, with no change, outside the range -1 to listCount() - 1.
+    /// invalidPropertyValue outside the range -1 to listCount() - 1; then nothing changes.
     Status setListIndex(int index);
     /// The text of the selected entry; empty for none.
     [[nodiscard]] std::string text() const { return list(state_.listIndex); }

@@ -32,7 +32,7 @@ class ListBox : public Control {
     [[nodiscard]] int listCount() const { return static_cast<int>(lines_.size()); }
     /// The text of line `index`, from 0; empty outside the list.
     [[nodiscard]] std::string list(int index) const;
-    /// Error: subscriptOutOfRange, with no change, outside the list.
+    /// Error: subscriptOutOfRange if there is no line `index`; then nothing changes.
     Status setList(int index, const std::string& text);
 
     /// Appends a line. Every text that is added or set is truncated before its first NUL.
@@ -47,7 +47,7 @@ class ListBox : public Control {
     /// The index of the current line, -1 for none. The same line stays current when lines before it
     /// are inserted or removed; no line is current after the current line was removed.
     [[nodiscard]] int listIndex() const { return listIndex_; }
-    /// -1 to listCount() - 1. Error: invalidPropertyValue, with no change, outside that range.
+    /// -1 to listCount() - 1. Error: invalidPropertyValue outside that range; then nothing changes.
     Status setListIndex(int index);
     /// The text of the current line; empty for none.
     [[nodiscard]] std::string text() const { return list(listIndex_); }

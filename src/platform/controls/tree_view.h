@@ -104,9 +104,9 @@ class TreeView : public Control {
     void clear();
 
     /// Moves a node and its subtree: the node becomes the last child of `parent`. Does nothing if
-    /// `parent` is already the node's parent. Errors, with no change: objectNotSet for an empty
-    /// node or parent, elementRemoved, invalidPropertyValue for a parent within the node's own
-    /// subtree.
+    /// `parent` is already the node's parent. If the call fails, nothing changes.
+    /// Errors: objectNotSet for an empty node or parent, elementRemoved, invalidPropertyValue for a
+    /// parent within the node's own subtree.
     Status setParent(const NodeRef& node, const NodeRef& parent);
     Status setText(const NodeRef& node, const std::string& text);
 
@@ -115,10 +115,10 @@ class TreeView : public Control {
     [[nodiscard]] NodeRef previousSibling(const NodeRef& node) const;
 
     [[nodiscard]] NodeRef selectedItem() const { return selected_; }
-    /// Errors, with no change: objectNotSet for an empty node, elementRemoved.
+    /// Errors: objectNotSet for an empty node, elementRemoved; then nothing changes.
     Status setSelectedItem(const NodeRef& node);
     [[nodiscard]] NodeRef dropHighlight() const { return dropHighlight_; }
-    /// An empty node clears the highlight. Error, with no change: elementRemoved.
+    /// An empty node clears the highlight. Error: elementRemoved; then nothing changes.
     Status setDropHighlight(const NodeRef& node);
     /// Expands the node's ancestors and scrolls the node into view. Errors as for
     /// setSelectedItem().

@@ -118,8 +118,8 @@ TEST_F(IniFileTest, KeepsTheOldValuesIfTheDiskIsFull) {
     const auto whole = static_cast<int>(fs::file_size(path));
     fs::permissions(folder.path(), fs::perms(0777));
     int failures = 0;
-    // The limits of the file's size, in bytes. At the last limit, the whole file fits. Every other
-    // limit cuts the file within a line, in the first, a middle or the last flushed block.
+    // The limits of the file's size, in bytes. At the last limit, the whole file fits. All other
+    // limits cut the file within a line: in the first, a middle or the last flushed block.
     for (const int limit : {100, 1000, 16384, 16385, 20000, 32768, whole - 25, whole - 1, whole}) {
         write("[S]\nold=1\n");
         fs::permissions(path, fs::perms(0666));

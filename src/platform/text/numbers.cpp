@@ -80,8 +80,8 @@ bool isBelowOne(std::string_view number) {
         exponent = negative ? -exponent : exponent;
     }
     // The value of n for the mantissa without the exponent. If a digit other than 0 is before the
-    // point, it is the number of digits from the first such digit to the point. Otherwise it is
-    // minus the number of zeros directly after the point.
+    // point, n is the number of digits from the first such digit to the point. Otherwise n is minus
+    // the number of zeros directly after the point.
     const std::int64_t power = firstDigit < point ? point - firstDigit : point - firstDigit + 1;
     return power + exponent <= 0;
 }

@@ -63,10 +63,13 @@ Reply Interpreter::open(const Command& command) {
     static constexpr Keyword keywords[] = {
         {"alias", Takes::value}, {"type", Takes::value}, {"shareable"}};
     // command.device is the word after "open": a type ("cdaudio"), or a type and a file with "!"
-    // between them ("avivideo!c:\a.avi"). If the command has the keyword "type", that keyword's
-    // value is the type, and command.device is only "new" or a file. An unquoted path is cut at its
-    // first blank, and its rest is in command.words. parseArguments() would report this rest as an
-    // unrecognized keyword. So "avivideo" is refused before the words are parsed.
+    // between them ("avivideo!c:\a.avi"). An unquoted path is cut at its first blank, and its rest
+    // is in command.words. parseArguments() would report this rest as an unrecognized keyword. So
+    // if the type in command.device is "avivideo", the command is refused before the words are
+    // parsed.
+    //
+    // If the command has the keyword "type", that keyword's value is the type, and command.device
+    // is only "new" or a file. makeDevice() refuses "avivideo" as the value of that keyword.
     const std::size_t mark = command.device.find('!');
     std::string type = command.device.substr(0, mark);
     std::string element = mark == std::string::npos ? "" : command.device.substr(mark + 1);

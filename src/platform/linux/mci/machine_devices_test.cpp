@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests the commands of a capture (a recording of a played track), from the disc's samples to the
-// saved file. The classes that play the disc, mix the sound and store the recording are those of
-// the program; the drive, the clock and the notices are fakes.
+// Tests the commands of a capture (a recording of a played track). Some tests follow the sound from
+// the disc to the saved file. The classes that play the disc, mix the sound and store the recording
+// are those of the program; the drive, the clock and the notices are fakes.
 #include "platform/linux/mci/machine_devices.h"
 
 #include <gmock/gmock.h>
@@ -80,7 +80,7 @@ TEST_F(ACapture, IsCompleteForTheFirstAndTheLastTrack) {
     EXPECT_FALSE(card.active());
 }
 
-TEST_F(ACapture, PlaysTheDiscFromTheRequestedPosition) {
+TEST_F(ACapture, ItsPlayCommandStartsTheDiscAtTheRequestedPosition) {
     EXPECT_EQ(send("open cdaudio alias cd"), fine());
     EXPECT_EQ(send("set cd time format milliseconds"), fine());
     EXPECT_EQ(send("play cd from 2000"), fine());

@@ -31,9 +31,12 @@ struct ScanLoss {
 };
 
 /// A frame is accepted if it begins a row: two more frames of its format follow, or fewer frames
-/// and then a tag or the end of the source. At the start of the scan, and directly after an
-/// accepted frame or a tag, a frame needs no row if it has the requested format. Directly after an
-/// accepted frame, or after tags behind it, a frame of the same format needs no row either.
+/// and then a tag or the end of the source. A frame needs no row if it has the format of the last
+/// accepted frame, and directly follows that frame or the tags behind that frame.
+///
+/// The second constructor starts a scan for one format. In such a scan, a frame of this format
+/// needs no row at the start of the scan, directly after an accepted frame of any format, or
+/// directly after a tag.
 ///
 /// Truncated frames are not accepted. A frame is truncated if the source ends inside the frame. It
 /// also counts as truncated if a row of its format begins inside it, and neither a frame nor

@@ -122,11 +122,11 @@ std::span<const std::int16_t> FreeFormatDecoder::decodeFrame() {
     }
 }
 
-/// If the library may have given up the frame of `samples`, adds the cost to work_. The cost is the
-/// number of frames that the current decoder has decoded so far (see usualPatience). When the
-/// library gives up a frame, it fills the rest of the frame's samples with zeros. Every frame that
-/// ends in silence counts as given up: the worst result is an unnecessary new decoder, which costs
-/// little.
+/// Adds frames_ to work_ if the library may have given up the frame of `samples` (stopped decoding
+/// it half-way). Giving up a frame costs time in proportion to frames_ (see usualPatience). When
+/// the library gives up a frame, it fills the rest of the frame's samples with zeros. So every
+/// frame that ends in silence counts as given up. The worst result is an unnecessary new decoder,
+/// which costs little.
 void FreeFormatDecoder::noteWork(std::span<const std::int16_t> samples) {
     constexpr std::size_t end = 2 * 32; // one synthesis step in stereo, two in mono
     const auto last = samples.last(std::min(samples.size(), end));

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Divides a stream into segments that can be decoded independently, while it scans the stream. It
-// keeps no list of frames: its memory does not depend on the length of the stream.
+// Divides a stream into segments. Each segment can be decoded independently of the others. Each
+// call of next() scans the frames of one segment. The index keeps no list of frames, so its memory
+// does not depend on the length of the stream.
 #pragma once
 
 #include <cstdint>
 #include <optional>
+#include <utility>
 
 #include "platform/linux/mp3/bit_reservoir.h"
 #include "platform/linux/mp3/frame_sequence.h"

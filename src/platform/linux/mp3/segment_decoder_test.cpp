@@ -18,8 +18,8 @@ using fixture::ordinary;
 using fixture::part;
 
 /// Expects that decoding in segments, for several numbers of frames per segment, yields the same
-/// samples as decoding the whole stream in one pass. A decoding in which a segment is broken (the
-/// decoder library gave up a frame) is not compared. Returns false if a segment was broken.
+/// samples as decoding the whole stream in one pass. A decoding in which a segment is broken
+/// (SegmentEnd::broken) is not compared. Returns false if a segment was broken.
 bool expectSame(const Data& data, const std::string& name) {
     const DecodedSound whole = fixture::sequentially(data);
     EXPECT_FALSE(whole.samples.empty()) << name;

@@ -119,10 +119,11 @@ class HangingMounts {
     std::map<std::string, Gate> gates_; ///< by mount point
 };
 
-/// wait() returns Outcome::late as soon as a call hangs at a gate, so no test waits for a long
-/// timeout. Each hanging call makes only one wait() late. If no other call hangs, wait() returns
-/// Outcome::late after plainMoment for a bound up to plainMoment. For a longer bound it waits for
-/// the bound, but at least for 30 s.
+/// If the event happens, wait() returns Outcome::done. As soon as a call hangs at a gate, wait()
+/// returns Outcome::late, so no test waits for a long timeout. Each hanging call makes only one
+/// wait() late. If neither happens, wait() returns Outcome::late at a time limit. For a bound up to
+/// plainMoment, the limit is plainMoment. For a longer bound, the limit is the bound, but at least
+/// 30 s.
 class GateWaiting final : public Waiting {
   public:
     explicit GateWaiting(const HangingMounts& mounts) : mounts_(mounts) {}

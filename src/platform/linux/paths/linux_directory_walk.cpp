@@ -60,8 +60,8 @@ class LinuxDirectoryWalk final : public DirectoryWalk {
 std::optional<std::string> LinuxDirectoryWalk::machinePathOf(const std::string& folder) {
     if (const auto known = met_.extract(folder)) {
         // A chosen spelling of this folder (rememberChosen(), toLogic()) has priority over the
-        // listed spelling. locate() would apply the chosen spelling, but is not called here.
-        // PathMap::locate() translates the paths of the files in the folder.
+        // listed spelling. When the logic later opens a listed file, PathMap::locate() looks for
+        // the file in the folder with the chosen spelling. So the walk must list that folder.
         auto chosen = paths_.hasChosen(known.mapped()) ? paths_.chosenFor(folder) : std::nullopt;
         return chosen ? chosen : known.mapped();
     }

@@ -153,7 +153,7 @@ class SoundCard {
     enum class Work {
         none,    ///< no calls are needed
         silence, ///< serves only a listener (a level meter), without sound: calls may be late
-        files,   ///< plays only Line::waveOut, of which no position is read
+        files,   ///< plays only Line::waveOut: calls may be late, as its position is never queried
         playing, ///< plays a disc, or plays to a listener; records nothing
         all,     ///< anything else: a call for each block, when the block is due
     };

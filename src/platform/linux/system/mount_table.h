@@ -14,7 +14,7 @@ namespace sonarith::system_information {
 
 class MountTable {
   public:
-    /// `list` is a file in the format of /proc/self/mountinfo.
+    /// `list` is the path of a file in the format of /proc/self/mountinfo.
     explicit MountTable(const std::string& list) : kernel_(list) {}
 
     /// Updates the table. Returns whether the kernel's list has changed; true at the first call.

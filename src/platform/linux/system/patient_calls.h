@@ -20,10 +20,10 @@ class PatientCalls {
     PatientCalls(waiting::WorkerThreads& threads, Waiting& waiting, Waiting::Duration patience)
         : threads_(threads), waiting_(waiting), patience_(patience) {}
 
-    /// Returns the result of `question`, a std::optional; empty if `question` does not return
-    /// within `patience`. Returns empty at once while an earlier question to the same object has
-    /// not returned, so that an object that does not respond blocks only one thread. `question`
-    /// must own everything that it accesses.
+    /// Calls `question`, which must return a std::optional, and returns the result of `question`.
+    /// Returns empty if `question` does not return within `patience`. Returns empty at once while
+    /// an earlier question to the same object has not returned. So an object that does not respond
+    /// blocks only one thread. `question` must own everything that it accesses.
     template <typename Question>
     [[nodiscard]] auto ask(const std::string& object, Question question) {
         removeReturnedCalls();
