@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "extraction/disc_inspection.h"
 
+#include <string>
+
 #include <gmock/gmock.h>
 
 #include "support/extraction_bench.h"
@@ -75,7 +77,7 @@ struct Unusable {
     std::vector<std::string> messages;
 };
 
-TEST(InspectCD, LeavesADiscWithFewerThanTwoTracksOpenAndShowsAMessageOnlyForExactlyZeroOrOne) {
+TEST(InspectCD, ADiscWithFewerThanTwoTracksStaysOpenAndOnlyZeroTracksOrOneTrackCauseAMessage) {
     const Unusable cases[] = {
         {"1", {notMusic}}, {"0", {emptyDrive}}, {"", {emptyDrive}}, {"no disc", {emptyDrive}},
         {"0.5", {}},       {"-3", {}},          {"1.5", {}},        {"1 track", {notMusic}},
@@ -136,8 +138,8 @@ TEST(InspectCD, ShowsTheTextOfALengthUnchanged) {
     bench.media.answer("status cd length track 1", {.reply = "three minutes"});
     bench.inspection.InspectCD();
     EXPECT_EQ(bench.form.lstTracks.list(0), "Track  1 - three minutes");
-    // The later request for the length in milliseconds gets the same text. It is not a number, so
-    // the stored length stays 0.
+    // The later request for the length in milliseconds gets the same text. This text is not a
+    // number, so the stored length stays 0.
     EXPECT_EQ(bench.captureState.trackLengthMs(1).value(), 0);
     EXPECT_EQ(bench.captureState.trackLengthMs(2).value(), 1000);
 }

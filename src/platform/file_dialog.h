@@ -20,7 +20,8 @@ struct FileDialogRequest {
     /// empty or cannot be used, the dialog opens in the folder where it was last closed.
     std::string initialFolder = {};
     /// The file that is selected when the dialog opens: a name in the initial folder, or a path.
-    /// The folder of a path replaces the initial folder. Empty: no file is selected.
+    /// If it is a path, the dialog opens in the folder of this path, not in the initial folder.
+    /// Empty: no file is selected.
     std::string fileName = {};
 };
 

@@ -11,8 +11,8 @@ namespace {
 
 /// A delay that the user does not notice.
 constexpr std::chrono::milliseconds shortWait{30};
-/// A delay that is short enough to show that a search is running. Painting the gathered changes
-/// takes less than a tenth of this time.
+/// With this delay, the list still changes often enough for the user to see that a search is
+/// running. Painting the gathered changes takes less than a tenth of this time.
 constexpr std::chrono::milliseconds longWait{100};
 
 } // namespace

@@ -46,7 +46,8 @@ class ListBoxModel : public QAbstractListModel {
     /// The range of the pending changes. showAll() will replace a range of announced rows by a
     /// range of lines. Outside of the range, each row shows one line.
     struct Pending {
-        int first = 0; ///< where both ranges begin: a row number and a line number
+        /// The number at which the range of rows and the range of lines both begin.
+        int first = 0;
         int rows = 0;  ///< the number of announced rows that will be replaced
         int lines = 0; ///< the number of lines that will replace them
         [[nodiscard]] bool any() const { return rows > 0 || lines > 0; }

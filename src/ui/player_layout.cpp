@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/player_layout.h"
 
+#include <utility>
+
 #include <QBoxLayout>
 #include <QGridLayout>
 
@@ -61,8 +63,9 @@ QWidget* makeDisplay(Form4& form, QWidget* parent) {
     return display;
 }
 
-/// Creates the level meter. Its trace and the area of its bar have their designed sizes, because
-/// the logic of the meter computes with these sizes.
+/// Creates the level meter. The logic of the meter computes with the designed sizes of the trace
+/// and of the bar's area. So the bar's area has exactly its designed size. The trace also has its
+/// designed size, plus the width of a line at the right and at the bottom.
 QWidget* makeMeter(Form4& form, QWidget* parent) {
     auto* meter = new PlayerDisplay(form.Picture3, QObject::tr("Level meter"), parent);
     auto* trace = new TraceView(form.picPeakVol, QObject::tr("Sound Level Meter"),

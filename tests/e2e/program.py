@@ -60,9 +60,9 @@ class Program:
 
     def _walk(self, accessible, menus=False):
         """The element and the elements in it, without the contents of hidden elements and of long
-        lists. Reading these would take too long: each property of an element takes a call to the
-        program. With `menus`, the contents of hidden menus are included, because a visible popup
-        menu can lie in a hidden menu. Use lines() for the lines of a long list."""
+        lists. Reading these contents would take too long: each property of an element takes a call
+        to the program. With `menus`, the contents of hidden menus are included, because a visible
+        popup menu can lie in a hidden menu. Use lines() for the lines of a long list."""
         yield accessible
         count = accessible.get_child_count()
         if count == 0:
@@ -320,8 +320,8 @@ class Program:
         return (self.labels("Activity bar") or [""])[0]
 
     def figures(self):
-        """The displayed percentage, the number of captured bytes, and the value of the progress
-        bar. Each is an int, or None if it is not displayed. "100 %", with a blank, is None."""
+        """The percentage, the number of captured bytes, and the value of the progress bar. Each is
+        an int, or None if it is not displayed. "100 %" (the end of a decoding) counts as None."""
         labels = self.labels("Status bar")
         percent, captured = labels[1:3] if len(labels) == 3 else ("", "")
         progress = self.value("Progress")

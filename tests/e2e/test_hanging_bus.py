@@ -12,8 +12,8 @@ from test_tray import minimize, panel, wait_for_state
 from waiting import check, wait_for
 
 SECONDS = 60
-# At its start, the program waits three seconds for the bus. It is designed to end within a second.
-# These limits are longer because of sanitizers and a busy machine.
+# At its start, the program waits three seconds for the bus. After a request to end, the program is
+# designed to end within a second. These limits are longer because of sanitizers and a busy machine.
 SECONDS_TO_OPEN = 15
 SECONDS_TO_END = 6
 

@@ -103,9 +103,9 @@ class PulseServer {
     /// Starts the server. Returns true when its socket exists, or false after half a minute.
     bool start() {
         std::filesystem::remove(file("native"));
-        // "norewinds": when a stream begins, a sink that rewinds renders the next moments again,
-        // now with the stream. The sink's monitor has already delivered these moments without the
-        // stream, so listen() would miss the first frames of every stream.
+        // Without "norewinds", the sink would rewind when a stream begins: it would render the next
+        // moments again, now with the stream. The sink's monitor would already have delivered these
+        // moments without the stream. So listen() would miss the first frames of every stream.
         server_ = std::make_unique<ChildProcess>(
             std::vector<std::string>{
                 "pulseaudio", "--daemonize=no", "--exit-idle-time=-1", "-n", "--use-pid-file=no",

@@ -43,7 +43,8 @@ std::string textOf(const QVariant& stored) {
     return stored.toString().toStdString();
 }
 
-/// The target if `path` is a symbolic link, otherwise `path`.
+/// The absolute path of the existing file that `path` names, with all symbolic links resolved. If
+/// there is no such file, for example because the target of a link is missing: `path` itself.
 QString fileMeantBy(const QString& path) {
     const QString real = QFileInfo(path).canonicalFilePath();
     return real.isEmpty() ? path : real;

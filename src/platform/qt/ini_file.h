@@ -22,8 +22,9 @@ using IniValues = std::unordered_map<QString, std::string>;
 [[nodiscard]] IniValues readIniFile(const QString& path);
 
 /// Replaces the content of the file by these values. If the function returns true, the values are
-/// on the disk. The mode of the file is kept; a symbolic link is followed. Returns false and leaves
-/// the file unchanged if the file cannot be written or is write-protected.
+/// on the disk. The mode of the file is kept. A symbolic link to an existing file is followed. A
+/// symbolic link without a target is replaced by the new file. Returns false and leaves the file
+/// unchanged if the file cannot be written or is write-protected.
 [[nodiscard]] bool writeIniFile(const QString& path, const IniValues& values);
 
 /// Removes temporary files beside the file, left by a process that was killed during a write.

@@ -1,10 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/qt/qt_event_loop.h"
 
+#include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <ctime>
+#include <functional>
+#include <string>
 #include <thread>
+#include <utility>
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>
@@ -241,7 +246,7 @@ struct CallGroups {
     [[nodiscard]] bool isBatching() const { return !sizes.empty() && sizes.back() == 5; }
 };
 
-TEST_F(QtEventLoopTest, InSilenceEveryInSoundMakesTenCallsInPairsAndThenABatchOfFive) {
+TEST_F(QtEventLoopTest, TheFirstTenCallsInSilenceAreMadeInPairsAndTheNextFiveInOneBatch) {
     CallGroups groups(loop);
     const auto wakeup = groups.start();
     loop.waitWhile([&] { return !groups.isBatching(); });
@@ -261,7 +266,7 @@ TEST_F(QtEventLoopTest, SoundThatBeginsInAHandlerInterruptsABatchOfFive) {
                 testing::Each(2));
 }
 
-TEST_F(QtEventLoopTest, EveryInSoundMakesNoBatchesIfNoSilenceFunctionIsSet) {
+TEST_F(QtEventLoopTest, EachCallIsMadeAloneIfNoSilenceFunctionIsSet) {
     CallGroups groups(loop);
     loop.setSilence(nullptr);
     const auto wakeup = groups.start();
@@ -270,7 +275,7 @@ TEST_F(QtEventLoopTest, EveryInSoundMakesNoBatchesIfNoSilenceFunctionIsSet) {
     EXPECT_THAT(std::vector<int>(groups.sizes.begin(), groups.sizes.end() - 1), testing::Each(1));
 }
 
-TEST_F(QtEventLoopTest, ADestroyedWakeupOfEveryInSoundRunsNoHandler) {
+TEST_F(QtEventLoopTest, AHandlerInBatchesIsNotCalledAfterItsWakeupIsDestroyed) {
     CallGroups groups(loop);
     auto wakeup = groups.start();
     loop.waitWhile([&] { return !groups.isBatching(); });

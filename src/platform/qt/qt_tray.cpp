@@ -129,8 +129,8 @@ void QtTray::updateIcons() {
 }
 
 /// Discards the icons, so that they are created again and registered with the new watcher (the
-/// registry of status notifiers). Qt registers an existing icon only with a watcher that appears
-/// when there was none.
+/// registry of status notifiers). Qt registers an existing icon with a new watcher only if the new
+/// watcher has not directly replaced another one.
 void QtTray::registerAnew() {
     if (way_ != Way::statusNotifier) {
         return;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/qt/qt_waiting.h"
 
+#include <chrono>
 #include <thread>
 
 #include <QDBusVirtualObject>
@@ -83,7 +84,7 @@ class Bridge : public QDBusVirtualObject {
     bool handleMessage(const QDBusMessage&, const QDBusConnection&) override { return false; }
 };
 
-TEST_F(QtWaitingTest, ACallThatAnAssistiveProgramSendsDuringAWaitIsDropped) {
+TEST_F(QtWaitingTest, AWaitDropsAPendingCallByAnAssistiveProgram) {
     Bridge bridge;
     int calls = 0;
     QMetaObject::invokeMethod(
@@ -94,7 +95,7 @@ TEST_F(QtWaitingTest, ACallThatAnAssistiveProgramSendsDuringAWaitIsDropped) {
     QMetaObject::invokeMethod(
         &bridge, [&] { ++calls; }, Qt::QueuedConnection);
     handleHeldEvents();
-    EXPECT_EQ(calls, 1) << "only the call outside of a wait must be handled";
+    EXPECT_EQ(calls, 1) << "only the call that was queued after the wait must be handled";
 }
 
 TEST_F(QtWaitingTest, CanWaitAgainAfterAWaitHasEnded) {

@@ -45,9 +45,9 @@ class DiscPlayer : public sound::SampleSource {
     /// medium has been removed, the mode stays `playing`, and the position stops at the end of the
     /// sound that was read.
     [[nodiscard]] PlayerMode mode() const;
-    /// The first frame of the disc's time line (framesPerSector per sector) that has not been
-    /// pulled yet. At the end of the range to play, this is exactly the first frame after the
-    /// range.
+    /// The number of the next frame to pull. Frames are counted from 0 at the beginning of the
+    /// disc's time line, framesPerSector frames for each sector. At the end of the range to play,
+    /// this is exactly the first frame after the range.
     [[nodiscard]] std::int64_t positionInFrames() const;
     /// How long the current read has taken so far; 0 if no read is running.
     [[nodiscard]] std::chrono::milliseconds readingFor() const;

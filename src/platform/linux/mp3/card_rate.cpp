@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/mp3/card_rate.h"
 
+#include <utility>
+
 namespace sonarith::mp3 {
 
 Result<CardRate> CardRate::create(const PcmFormat& format) {
@@ -34,7 +36,8 @@ std::span<const sound::StereoFrame> CardRate::convert(std::span<const std::int16
 }
 
 void CardRate::resample(std::span<const std::int16_t> samples) {
-    constexpr std::size_t outputFrames = 4096; // of one call; the loop converts the rest
+    // The most frames that one call of converter_->convert() writes. The loop repeats the call.
+    constexpr std::size_t outputFrames = 4096;
     const auto channels = static_cast<std::size_t>(format_.channels);
     resampled_.resize(outputFrames * channels);
     while (!samples.empty()) {

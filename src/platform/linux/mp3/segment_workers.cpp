@@ -83,9 +83,9 @@ SegmentOutcome SegmentWorkers::decode(const Segment& segment, std::size_t worker
         });
 }
 
-/// If `failure` is a full disk, drops all samples after the first `frames` frames. In the WAV, a
-/// gap precedes the samples that are dropped, and the frames of the gap need the disk space.
-/// Returns false for any other failure, and if the samples cannot be dropped.
+/// If `failure` is a full disk, drops all samples after the first `frames` frames. Frames are
+/// missing between these frames and the dropped samples. The missing frames need the disk space
+/// that becomes free. Returns false for any other failure, and if the samples cannot be dropped.
 bool SegmentWorkers::makeRoomBehind(const DecodeFailure& failure, std::int64_t frames) {
     return failure.step == DecodeStep::writing && failure.error.number == ErrorNumber::diskFull &&
            target_.cutTo(trim_.keptBefore(frames * format_.samplesPerFrame())).ok();

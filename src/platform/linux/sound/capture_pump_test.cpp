@@ -123,7 +123,7 @@ TEST_F(CapturePumpTest, ItsDestructorReturnsWhileTheDeviceHangs) {
     EXPECT_TRUE(eventually([&] { return device->closed == device->opened; }));
 }
 
-TEST_F(CapturePumpTest, TheFunctionOpeningReturnsTheResultOfTheLastAttemptToOpenTheDevice) {
+TEST_F(CapturePumpTest, ReturnsTheResultOfTheLastAttemptToOpenTheDevice) {
     {
         CapturePump pump(opener(), timing);
         EXPECT_EQ(pump.opening(30s), CapturePump::Opening::open);

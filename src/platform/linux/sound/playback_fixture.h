@@ -42,7 +42,7 @@ struct PlaybackDevice {
     std::atomic<int> closed = 0;
     std::atomic<int> prepared = 0;
     std::atomic<int> stopped = 0;
-    std::atomic<bool> hanging = false; ///< a write is blocked
+    std::atomic<bool> hanging = false; ///< the latest write was blocked when it began
 
     std::size_t playedFrames() {
         const std::lock_guard lock(mutex);

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <utility>
 #include <vector>
 
@@ -29,11 +30,11 @@ constexpr std::chrono::milliseconds roomWait{100};
 /// The most frames of the card in one write: 30 ms, far less than the device's buffer contains.
 /// Smaller writes would wake the sound server, a separate process, more often.
 constexpr std::size_t batchFrames = 3 * blockFrames;
-/// The delay between two checks of whether the end of a sound has been played. Also the delay if
-/// two consecutive waits report space (awaitRoom).
+/// The delay between two checks of whether the end of a sound has been played. The thread also
+/// rests for this time after the second of two consecutive waits that report space (awaitRoom).
 constexpr std::chrono::milliseconds shortRest{10};
-/// The most underruns or suspensions in a row without an accepted frame. After one more, the device
-/// counts as lost.
+/// The device may report this many underruns or suspensions in a row without accepting a frame. If
+/// it reports one more, it counts as lost.
 constexpr int maxFruitlessRecoveries = 3;
 
 } // namespace

@@ -12,8 +12,8 @@ struct PlaybackTiming {
     /// the delay with which the software sound card's thread adds frames under load.
     std::chrono::milliseconds dryAfter{60};
     /// Once the pump has some frames, it waits at most this long for a full batch. A batch is the
-    /// most frames in one write to the device. This time is longer than the playing time of a
-    /// batch, so that the pump's thread wakes once per batch.
+    /// largest number of the card's frames in one write to the device. This time is longer than
+    /// the playing time of a batch, so that the pump's thread wakes once per batch.
     std::chrono::milliseconds batchWait{40};
     /// After this time of silence or without frames, the device is closed.
     std::chrono::milliseconds closeAfter{3000};
