@@ -299,6 +299,7 @@ int main() {
     bench::Limits limits;
     limits.check("memory for 74 minutes, divided by that for one", growth, 1.1);
     limits.check("share of one core", share, 0.03);
+    limits.require("the capture under load contains the whole track", wrong >= 0);
     limits.check("wrong frames", static_cast<double>(wrong), 0);
     limits.require("the hanging disk was measured", waits.mute >= 0);
     limits.check("longest setMuted() beside a hanging disk, in ms", waits.mute, 100);
