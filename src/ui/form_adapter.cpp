@@ -67,22 +67,22 @@ void FormAdapter::showCaption() {
 }
 
 void FormAdapter::showPlace() {
-    if (form_.left() != syncedLeft_ || form_.top() != syncedTop_) {
-        syncedLeft_ = form_.left();
-        syncedTop_ = form_.top();
+    if (form_.left() != commonLeft_ || form_.top() != commonTop_) {
+        commonLeft_ = form_.left();
+        commonTop_ = form_.top();
         window_.move(primaryScreen().topLeft() +
-                     QPoint(toPixels(syncedLeft_), toPixels(syncedTop_)));
+                     QPoint(toPixels(commonLeft_), toPixels(commonTop_)));
     }
 }
 
 void FormAdapter::showSize() {
-    if (form_.width() == agreedWidth_ && form_.height() == agreedHeight_) {
+    if (form_.width() == commonWidth_ && form_.height() == commonHeight_) {
         return;
     }
-    agreedWidth_ = form_.width();
-    agreedHeight_ = form_.height();
+    commonWidth_ = form_.width();
+    commonHeight_ = form_.height();
     const QSize frame = frameSize();
-    window_.resize(QSize(toPixels(agreedWidth_), toPixels(agreedHeight_)) - frame);
+    window_.resize(QSize(toPixels(commonWidth_), toPixels(commonHeight_)) - frame);
     frameIsPending_ = frame.isNull();
 }
 
@@ -117,8 +117,8 @@ void FormAdapter::designSize() {
     following_ = true;
     form_.setDesignedSize(toTwips(outer.width()), toTwips(outer.height()));
     following_ = false;
-    agreedWidth_ = form_.width();
-    agreedHeight_ = form_.height();
+    commonWidth_ = form_.width();
+    commonHeight_ = form_.height();
     frameIsPending_ = false;
     reportSize();
 }
@@ -130,8 +130,8 @@ void FormAdapter::followPlace() {
     form_.setLeft(toTwips(place.x()));
     form_.setTop(toTwips(place.y()));
     following_ = false;
-    syncedLeft_ = form_.left();
-    syncedTop_ = form_.top();
+    commonLeft_ = form_.left();
+    commonTop_ = form_.top();
 }
 
 void FormAdapter::followSize() {
@@ -140,8 +140,8 @@ void FormAdapter::followSize() {
     form_.setWidth(toTwips(outer.width()));
     form_.setHeight(toTwips(outer.height()));
     following_ = false;
-    agreedWidth_ = form_.width();
-    agreedHeight_ = form_.height();
+    commonWidth_ = form_.width();
+    commonHeight_ = form_.height();
 }
 
 /// Returns expectedFrame_ while the window has no frame yet.

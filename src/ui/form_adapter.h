@@ -49,11 +49,11 @@ class FormAdapter : public QObject {
     /// The last position that was the same in the window and the form; 0 at first. The window is
     /// moved only when the form sets another position. Otherwise it stays where the window manager
     /// or the user has put it.
-    Twips syncedLeft_;
-    Twips syncedTop_;
+    Twips commonLeft_;
+    Twips commonTop_;
     /// The last size, including the window's frame, that was the same in the window and the form.
-    Twips agreedWidth_;
-    Twips agreedHeight_;
+    Twips commonWidth_;
+    Twips commonHeight_;
     /// The form is being set to the window's position or size, so its changes must not move or
     /// resize the window.
     bool following_ = false;

@@ -117,7 +117,7 @@ void ListBoxModel::follow(const ListChange& change) {
 /// `end` is the first line after the range. The unchanged lines between the range and `line` become
 /// part of the range. For example, a search removes the first folder, then inserts the subfolders
 /// of the next folder behind that folder. One range includes all these changes.
-bool ListBoxModel::reaches(int line, int end) {
+bool ListBoxModel::extendPending(int line, int end) {
     constexpr int closeBy = 2;
     const int before = std::max(0, pending_.first - line);
     const int behind = std::max(0, line - end);
@@ -137,7 +137,7 @@ bool ListBoxModel::gathersInsertion(int line) {
         }
         pending_.first = line;
     }
-    if (!reaches(line, pending_.first + pending_.lines)) {
+    if (!extendPending(line, pending_.first + pending_.lines)) {
         return false;
     }
     ++pending_.lines;
@@ -171,7 +171,7 @@ bool ListBoxModel::gathersRemoval(int line) {
     // If the removed line is before the pending range, the extended range includes that line.
     // Otherwise the removed line is the first line after the extended range.
     const bool isBefore = line < pending_.first;
-    if (!reaches(line, pending_.first + pending_.lines)) {
+    if (!extendPending(line, pending_.first + pending_.lines)) {
         return false;
     }
     pending_.rows += isBefore ? 0 : 1;

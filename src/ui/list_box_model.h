@@ -56,7 +56,7 @@ class ListBoxModel : public QAbstractListModel {
     void follow(const ListChange& change);
     void insert(int line);
     void remove(int line);
-    [[nodiscard]] bool reaches(int line, int end);
+    [[nodiscard]] bool extendPending(int line, int end);
     [[nodiscard]] bool gathersInsertion(int line);
     [[nodiscard]] bool gathersRemoval(int line);
     void showLater();

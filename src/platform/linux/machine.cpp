@@ -82,7 +82,7 @@ void Machine::stop() {
     mp3Controls_.stopAll();
     cardThread_.reset();
     devices_.release();
-    saves_->noneWithin(patienceWithSaves);
+    saves_->awaitNone(patienceWithSaves);
 }
 
 std::vector<std::filesystem::path> Machine::recordingFolders() {

@@ -112,7 +112,7 @@ bool ParanoiaSectors::command(std::int64_t first, std::int64_t count, std::byte*
 void ParanoiaSectors::seek(std::int64_t first, std::int64_t end) {
     next_ = first;
     end_ = end;
-    repositioned_ = true;
+    seekPending_ = true;
     // After a seek, sectors that could not be read before are tried again.
     failures_.clear();
     bad_.clear();
@@ -136,7 +136,7 @@ SectorOutcome ParanoiaSectors::next(ReadEffort::Plan plan, std::span<sound::Ster
 }
 
 SectorOutcome ParanoiaSectors::readOnce(std::span<sound::StereoFrame> out) {
-    repositioned_ = true;
+    seekPending_ = true;
     std::array<std::byte, bytesPerSector> bytes{};
     commands_.setBounds(next_, end_);
     const bool wasRead = commands_.read(next_, 1, bytes.data()) == 1;
@@ -157,7 +157,7 @@ SectorOutcome ParanoiaSectors::repair(std::span<sound::StereoFrame> out) {
         if (bad_.contains(next_)) {
             return attemptOnce(out);
         }
-        if (repositioned_) {
+        if (seekPending_) {
             position();
         }
         atWork = this;
@@ -172,7 +172,7 @@ SectorOutcome ParanoiaSectors::repair(std::span<sound::StereoFrame> out) {
             }
             return gaveUp ? SectorOutcome::guessed : SectorOutcome::ok;
         }
-        repositioned_ = true;
+        seekPending_ = true;
         // If no sector was added to bad_ and the read is not over, the library returned nothing
         // because it has no memory left.
         if (isOver() || bad_.size() == badBefore) {
@@ -196,7 +196,7 @@ void ParanoiaSectors::position() {
     cdio_paranoia_seek(paranoia_, static_cast<std::int32_t>(next_), SEEK_SET);
     cdio_paranoia_set_range(paranoia_, next_, limit_ - 1);
     commands_.setBounds(next_, limit_);
-    repositioned_ = false;
+    seekPending_ = false;
 }
 
 long ParanoiaSectors::readAudio(cdrom_drive_t* /*drive*/, void* out, lsn_t first, long count) {

@@ -59,7 +59,7 @@ class ParanoiaSectors : public AudioSectors {
     cdrom_drive_t* drive_ = nullptr;       ///< null before the first read, or if opening failed
     cdrom_paranoia_t* paranoia_ = nullptr; ///< null if and only if drive_ is null
     bool triedToOpen_ = false;
-    bool repositioned_ = false; ///< true: the paranoia reader is not yet at next_
+    bool seekPending_ = false; ///< the paranoia reader is not yet at next_
     std::int64_t next_ = 0;
     std::int64_t end_ = 0;
     Clock::time_point deadline_;

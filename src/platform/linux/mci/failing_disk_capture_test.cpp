@@ -90,7 +90,7 @@ TEST_P(ADestinationThatHangs, BlocksNoCommandOfACaptureAndReceivesTheFileWhenItR
         EXPECT_FALSE(session.card.active());
         EXPECT_GT(judge.held(), 0);
         judge.release();
-        EXPECT_TRUE(session.saves->noneWithin(std::chrono::seconds(30)));
+        EXPECT_TRUE(session.saves->awaitNone(std::chrono::seconds(30)));
         expectStartOfDisc(session.folder / "1.wav", count);
         EXPECT_EQ(test::entriesIn(session.folder.path()), 1);
     });
@@ -107,7 +107,7 @@ TEST_P(ADestinationThatHangs, DoesNotBlockTheNextCaptureAfterAnUnsavedCaptureWas
         const std::int64_t count = session.length();
         EXPECT_EQ(session.send("save capture 1.wav"), refused(MciError::fileNotSaved));
         judge.release();
-        EXPECT_TRUE(session.saves->noneWithin(std::chrono::seconds(30)));
+        EXPECT_TRUE(session.saves->awaitNone(std::chrono::seconds(30)));
         EXPECT_EQ(session.send("save capture 1.wav"), fine())
             << "the second save command must report the success of the first save";
         EXPECT_EQ(session.send("close all"), fine());
@@ -128,7 +128,7 @@ TEST_P(ADestinationThatHangs, LeavesNoPendingSaveWhenItRespondsAfterTheDevicesWe
         // The session's destructor has also deleted the folder, so the save fails; the failure can
         // no longer be reported.
         judge.release();
-        EXPECT_TRUE(saves->noneWithin(std::chrono::seconds(30)));
+        EXPECT_TRUE(saves->awaitNone(std::chrono::seconds(30)));
     });
 }
 

@@ -30,7 +30,7 @@ inline bool isOpen(const std::filesystem::path& path) {
 
 class DecodeJobTest : public testing::Test {
   protected:
-    ~DecodeJobTest() override { EXPECT_TRUE(saves->noneWithin(std::chrono::seconds(30))); }
+    ~DecodeJobTest() override { EXPECT_TRUE(saves->awaitNone(std::chrono::seconds(30))); }
     std::unique_ptr<DecodeJob> start(const std::filesystem::path& to,
                                      const Division& division = {2, 16}) {
         return std::make_unique<DecodeJob>(DecodeOrder{source, to, division}, &ignoreEnd, saves);

@@ -27,7 +27,7 @@ class HangingDiskTest : public testing::Test {
         fs::create_directory(working);
         fixture::writeFile(source, ordinary());
     }
-    ~HangingDiskTest() override { EXPECT_TRUE(saves->noneWithin(30s)); }
+    ~HangingDiskTest() override { EXPECT_TRUE(saves->awaitNone(30s)); }
     std::unique_ptr<Mpg123Control> makeControl() {
         auto made = std::make_unique<Mpg123Control>(
             card, [] { return 0ns; }, fixture::asItIs, notices, saves, Division{2, 16});
@@ -78,7 +78,7 @@ TEST_F(HangingDiskTest, StopReturnsWhileTheDiskHangsAndTheWavIsNamedLater) {
         EXPECT_TRUE(disk.run([&] { control.reset(); })) << "system call " << call;
         EXPECT_EQ(test::visibleEntriesIn(slow), 0) << "system call " << call;
         disk.release();
-        EXPECT_TRUE(saves->noneWithin(30s));
+        EXPECT_TRUE(saves->awaitNone(30s));
         EXPECT_GT(samplesIn(slow / "out.wav"), 0U) << "system call " << call;
         fs::remove(slow / "out.wav");
     }
@@ -91,7 +91,7 @@ TEST_F(HangingDiskTest, StopReturnsWhileTheWavIsBeingNamed) {
     EXPECT_TRUE(disk.run([&] { control->Stop().passOver(); }));
     EXPECT_FALSE(control->Busy());
     disk.release();
-    EXPECT_TRUE(saves->noneWithin(30s));
+    EXPECT_TRUE(saves->awaitNone(30s));
     EXPECT_EQ(samplesIn(slow / "out.wav"), allSamples);
 }
 
@@ -108,7 +108,7 @@ TEST_F(HangingDiskTest, PlayAndStopReturnWhileTheOpeningOrReadingOfTheMp3FileHan
         }));
         EXPECT_FALSE(card.active());
         disk.release();
-        EXPECT_TRUE(saves->noneWithin(30s));
+        EXPECT_TRUE(saves->awaitNone(30s));
         EXPECT_EQ(test::entriesIn(slow), 0) << "a WAV must not be saved if nothing was decoded";
     }
 }
@@ -124,7 +124,7 @@ TEST_F(HangingDiskTest, ADecodingToAnotherFileRunsWhileAStoppedDecodingWaitsForT
     EXPECT_EQ(samplesIn(working / "next.wav"), allSamples);
     EXPECT_FALSE(fs::exists(slow / "out.wav"));
     disk.release();
-    EXPECT_TRUE(saves->noneWithin(30s));
+    EXPECT_TRUE(saves->awaitNone(30s));
     EXPECT_EQ(samplesIn(slow / "out.wav"), allSamples);
 }
 
@@ -152,7 +152,7 @@ TEST_F(HangingDiskTest, ADecodingToTheSameTargetBeginsWhenThePreviousOneHasEnded
     EXPECT_EQ(next->lastResult().outcome, DecodeOutcome::completed);
     EXPECT_EQ(fixture::readWav(wav).format, (PcmFormat{22050, 1}))
         << "the later decoding must be the last to write the WAV";
-    EXPECT_TRUE(saves->noneWithin(30s));
+    EXPECT_TRUE(saves->awaitNone(30s));
     EXPECT_EQ(fixture::readWav(wav).format, (PcmFormat{22050, 1}));
     next.reset();
 }
@@ -169,7 +169,7 @@ TEST_F(HangingDiskTest, AStopDuringTheWaitForThePreviousDecodingKeepsThatDecodin
         EXPECT_FALSE(control->Busy());
     }));
     disk.release();
-    EXPECT_TRUE(saves->noneWithin(30s));
+    EXPECT_TRUE(saves->awaitNone(30s));
     EXPECT_EQ(samplesIn(wav), allSamples);
 }
 
@@ -195,7 +195,7 @@ TEST_F(HangingDiskTest, AFailedSaveIsReportedEvenIfTheControlWasDestroyedBeforeT
     EXPECT_TRUE(disk.run([&] { control.reset(); }));
     fs::remove_all(slow);
     disk.release();
-    EXPECT_TRUE(saves->noneWithin(30s));
+    EXPECT_TRUE(saves->awaitNone(30s));
     ASSERT_EQ(notices.texts().size(), 1U);
     EXPECT_THAT(notices.texts()[0], testing::StartsWith("out.wav was not saved: "));
 }

@@ -26,7 +26,7 @@ class Mpg123ControlTest : public testing::Test {
     ~Mpg123ControlTest() override {
         control.Stop().passOver();
         other.Stop().passOver();
-        EXPECT_TRUE(saves->noneWithin(30s));
+        EXPECT_TRUE(saves->awaitNone(30s));
     }
     void finish() {
         EXPECT_TRUE(fakes::eventually([&] { return !control.Busy(); }));
@@ -148,7 +148,7 @@ TEST_F(Mpg123ControlTest, ADecodingToASecondTargetStopsTheFirstDecodingAndIsComp
     decode();
     EXPECT_TRUE(control.DecodeToWav(second).ok());
     finish();
-    EXPECT_TRUE(saves->noneWithin(30s));
+    EXPECT_TRUE(saves->awaitNone(30s));
     const fixture::Samples whole = fixture::readWav(second).samples;
     EXPECT_EQ(whole.size(), 4U * 44100 * 2);
     if (written()) { // the stopped decoding saves the part that it has decoded
@@ -362,7 +362,7 @@ TEST_F(Mpg123ControlTest, SurvivesStartsAndStopsInAnyOrder) {
         }
     }
     EXPECT_TRUE(control.Stop().ok());
-    EXPECT_TRUE(saves->noneWithin(30s));
+    EXPECT_TRUE(saves->awaitNone(30s));
     for (const char* name : {"0", "1"}) {
         if (fs::exists(folder / name)) {
             EXPECT_EQ(fixture::readWav(folder / name).format, (PcmFormat{44100, 2}));

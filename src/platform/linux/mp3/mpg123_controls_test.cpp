@@ -21,7 +21,7 @@ using test::HeldCalls;
 class Mpg123ControlsTest : public testing::Test {
   protected:
     Mpg123ControlsTest() { fixture::writeFile(source, fixture::ordinary()); }
-    ~Mpg123ControlsTest() override { EXPECT_TRUE(saves->noneWithin(30s)); }
+    ~Mpg123ControlsTest() override { EXPECT_TRUE(saves->awaitNone(30s)); }
     std::unique_ptr<ActiveMP3> decodingTo(const fs::path& wav) {
         std::unique_ptr<ActiveMP3> made = controls.create();
         EXPECT_TRUE(made->setSourceFile(source).ok());
@@ -69,11 +69,11 @@ TEST_F(Mpg123ControlsTest, ADecodingThatIsBlockedByTheDiskRemainsAPendingSaveAft
     ASSERT_TRUE(disk.run([&] { control = decodingTo(target); }));
     ASSERT_TRUE(disk.waitForCall());
     EXPECT_TRUE(disk.run([&] { controls.stopAll(); }));
-    EXPECT_FALSE(saves->noneWithin(0ms));
+    EXPECT_FALSE(saves->awaitNone(0ms));
     EXPECT_EQ(test::visibleEntriesIn(folder.path()), 1)
         << "no file except the source may be visible";
     disk.release();
-    EXPECT_TRUE(saves->noneWithin(30s));
+    EXPECT_TRUE(saves->awaitNone(30s));
     EXPECT_EQ(fixture::readWav(target).samples.size(), 4U * 44100 * 2);
 }
 

@@ -88,7 +88,7 @@ SegmentOutcome SegmentWorkers::decode(const Segment& segment, std::size_t worker
 /// that becomes free. Returns false for any other failure, and if the samples cannot be dropped.
 bool SegmentWorkers::makeRoomBehind(const DecodeFailure& failure, std::int64_t frames) {
     return failure.step == DecodeStep::writing && failure.error.number == ErrorNumber::diskFull &&
-           target_.cutTo(trim_.keptBefore(frames * format_.samplesPerFrame())).ok();
+           target_.truncateTo(trim_.keptBefore(frames * format_.samplesPerFrame())).ok();
 }
 
 /// Continues from segment `rest` to the end of the stream with one decoder. Everything before the

@@ -79,7 +79,7 @@ Result<std::int64_t> WavTarget::finish(std::int64_t samples) {
     const bool large = samples * bytesPerFrame() > longestWavBytes_;
     // The file is first cut after the last sample that is kept. On a full disk, only this can
     // free space for the larger RF64 header.
-    if (const Status status = cutTo(samples); !status.ok()) {
+    if (const Status status = truncateTo(samples); !status.ok()) {
         return status.error();
     }
     if (large) {
@@ -94,7 +94,7 @@ Result<std::int64_t> WavTarget::finish(std::int64_t samples) {
         large ? rf64Header(format_, bytes) : plainWavHeader(format_, bytes);
     Status status = write(0, header);
     if (status.ok()) {
-        status = cut(static_cast<std::int64_t>(header.size()) + bytes);
+        status = truncateFile(static_cast<std::int64_t>(header.size()) + bytes);
     }
     if (status.ok()) {
         status = file_.publish(target_);
@@ -102,11 +102,11 @@ Result<std::int64_t> WavTarget::finish(std::int64_t samples) {
     return status.ok() ? Result(samples) : status.error();
 }
 
-Status WavTarget::cutTo(std::int64_t samples) {
-    return cut(sound::wavHeaderBytes + samples * bytesPerFrame());
+Status WavTarget::truncateTo(std::int64_t samples) {
+    return truncateFile(sound::wavHeaderBytes + samples * bytesPerFrame());
 }
 
-Status WavTarget::cut(std::int64_t bytes) {
+Status WavTarget::truncateFile(std::int64_t bytes) {
     return ::ftruncate(file_.descriptor().get(), bytes) == 0
                ? Status()
                : Status(files::systemError(errno, target_));

@@ -29,7 +29,7 @@ class WavTarget {
     [[nodiscard]] Status place(std::int64_t first, std::span<const std::int16_t> samples);
     /// Keeps the first `samples` samples of each channel, drops the others, and frees their space.
     /// No other thread may be writing.
-    [[nodiscard]] Status cutTo(std::int64_t samples);
+    [[nodiscard]] Status truncateTo(std::int64_t samples);
     /// Ends the WAV after `samples` samples per channel, all of which must have been placed, and
     /// gives the file the name `target` of create(). Returns how many samples per channel the WAV
     /// contains: on a full disk an RF64 file loses the last few samples, because the RF64 header
@@ -45,7 +45,7 @@ class WavTarget {
           file_(std::move(file)),
           longestWavBytes_(longestWavBytes) {}
     [[nodiscard]] std::int64_t bytesPerFrame() const;
-    [[nodiscard]] Status cut(std::int64_t bytes);
+    [[nodiscard]] Status truncateFile(std::int64_t bytes);
     [[nodiscard]] Status write(std::int64_t offset, std::span<const std::uint8_t> bytes);
     [[nodiscard]] std::int64_t roomFor(std::int64_t samples, std::int64_t distance);
     [[nodiscard]] Status moveUp(std::int64_t bytes, std::int64_t distance);

@@ -23,7 +23,7 @@ class PendingSaves {
         changed_.notify_all();
     }
     /// Waits at most `patience` until no save is pending; returns whether none is pending.
-    bool noneWithin(std::chrono::milliseconds patience) {
+    bool awaitNone(std::chrono::milliseconds patience) {
         std::unique_lock lock(mutex_);
         return changed_.wait_for(lock, patience, [this] { return count_ == 0; });
     }

@@ -92,7 +92,7 @@ class RecordingFixture : public testing::Test {
 
     /// Waits until no save is pending; false after 30 seconds.
     [[nodiscard]] bool noSaveIsPending() const {
-        return context.saves->noneWithin(std::chrono::seconds(30));
+        return context.saves->awaitNone(std::chrono::seconds(30));
     }
 
     fakes::TempFolder folder;

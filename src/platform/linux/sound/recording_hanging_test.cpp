@@ -147,7 +147,7 @@ TEST_P(HangingCallTest, DoesNotBlockTheLogicAndCompletesTheSaveWhenTheDiskRespon
             ASSERT_FALSE(late.ok());
             EXPECT_EQ(late.error().number, ErrorNumber::deviceInputOutput);
             EXPECT_THAT(late.error().text, HasSubstr("not saved yet"));
-            EXPECT_FALSE(context.saves->noneWithin(0ms));
+            EXPECT_FALSE(context.saves->awaitNone(0ms));
             recording.reset();
             ASSERT_TRUE(eventually([&] { return !shown.texts().empty(); }));
             EXPECT_TRUE(eventually([&] { return judge.held() == 1; }));

@@ -96,16 +96,16 @@ TEST_F(RecordingOrdersTest, PassASaveToTheWriterAndReturnItsOutcome) {
 
 TEST_F(RecordingOrdersTest, KeepTheResultOfALateSaveForTheNextCallWithTheSameName) {
     EXPECT_FALSE(orders.saveWithin(1ms, "/a.wav"));
-    EXPECT_FALSE(saves->noneWithin(0ms));
+    EXPECT_FALSE(saves->awaitNone(0ms));
     EXPECT_EQ(orders.saveWithin(1ms, "/b.wav")->error().number, ErrorNumber::deviceUnavailable);
     EXPECT_EQ(orders.nextSave(), fs::path("/a.wav"));
     bool notified = false;
     orders.saved({}, [&] { notified = true; });
     EXPECT_TRUE(notified);
-    EXPECT_TRUE(saves->noneWithin(0ms));
+    EXPECT_TRUE(saves->awaitNone(0ms));
     EXPECT_TRUE(orders.saveWithin(0ms, "/a.wav")->ok())
         << "the result of the late save must be returned";
-    EXPECT_TRUE(saves->noneWithin(0ms));
+    EXPECT_TRUE(saves->awaitNone(0ms));
     EXPECT_FALSE(orders.saveWithin(0ms, "/a.wav"))
         << "the result was already returned, so this call must order a new save";
 }
