@@ -28,7 +28,9 @@ enum class Treatment {
 /// wait, and calls the logic only after the wait.
 bool isCalledFromOutside(const QObject& object) {
     const QByteArray name = object.metaObject()->className();
-    if (name == "QDBusPendingCallWatcher" || name == "QDBusServiceWatcher") {
+    // Two classes have names that begin with QDBusPendingCallWatcher. The second one,
+    // QDBusPendingCallWatcherHelper, receives a reply that arrived before its watcher existed.
+    if (name.startsWith("QDBusPendingCallWatcher") || name == "QDBusServiceWatcher") {
         return false;
     }
     return object.inherits("QDBusVirtualObject") || name.startsWith("QDBus");

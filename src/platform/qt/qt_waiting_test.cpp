@@ -4,6 +4,7 @@
 #include <chrono>
 #include <thread>
 
+#include <QDBusPendingCallWatcher>
 #include <QDBusVirtualObject>
 #include <QGuiApplication>
 #include <QTimer>
@@ -96,6 +97,16 @@ TEST_F(QtWaitingTest, AWaitDropsAPendingCallByAnAssistiveProgram) {
         &bridge, [&] { ++calls; }, Qt::QueuedConnection);
     handleHeldEvents();
     EXPECT_EQ(calls, 1) << "only the call that was queued after the wait must be handled";
+}
+
+TEST_F(QtWaitingTest, AWaitDeliversAReplyThatArrivedBeforeItsWatcherExisted) {
+    QDBusPendingCallWatcher watcher(
+        QDBusPendingCall::fromError(QDBusError(QDBusError::ServiceUnknown, QString())));
+    bool delivered = false;
+    QObject::connect(&watcher, &QDBusPendingCallWatcher::finished, &context,
+                     [&] { delivered = true; });
+    (void)waitAnd([] {});
+    EXPECT_TRUE(delivered);
 }
 
 TEST_F(QtWaitingTest, CanWaitAgainAfterAWaitHasEnded) {
