@@ -206,7 +206,8 @@ TEST_F(PlayerInApplication, TheProgramCanEndAtEveryYieldWhileThePlayerIsBeingSwi
     };
     for (const auto& [jobName, job] : jobs) {
         for (const auto& [endName, end] : ends) {
-            for (int n = 1; n < 40; ++n) {
+            for (int n = 1;; ++n) {
+                ASSERT_LT(n, 40);
                 SCOPED_TRACE(std::string(endName) + " at yield " + std::to_string(n) + " of " +
                              jobName);
                 ApplicationBench run({60000, 60000});
@@ -226,6 +227,7 @@ TEST_F(PlayerInApplication, TheProgramCanEndAtEveryYieldWhileThePlayerIsBeingSwi
                 over = true;
                 EXPECT_EQ(ended, reached);
                 if (!reached) {
+                    EXPECT_GT(n, 1);
                     break;
                 }
                 EXPECT_FALSE(run.disc.discOpen());

@@ -3,7 +3,6 @@
 // extraction, in a decoding, and at the end of the program. The disk guard warns, or stops the
 // action, when the disk is nearly full.
 #include <algorithm>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -11,6 +10,7 @@
 
 #include "app/application.h"
 #include "support/application_bench.h"
+#include "support/must_run.h"
 
 namespace sonarith {
 namespace {
@@ -200,10 +200,10 @@ TEST(GuardOfAnExtraction, WarnsThenStopsTheCaptureAndTheCapturedPartIsSaved) {
     // The next start of an action hides the warning.
     leaveFree(bench, 5000);
     bench.select("Track  1 - 00:01:00");
-    bench.loop.after(1s, [&] {
-        EXPECT_FALSE(bench.form.Label5.visible());
-        bench.form.Command8.click();
-    });
+    bench.loop.after(1s, test::mustRun([&] {
+                         EXPECT_FALSE(bench.form.Label5.visible());
+                         bench.form.Command8.click();
+                     }));
     bench.form.CmdSelectAction.click();
 }
 
@@ -254,10 +254,10 @@ TEST(GuardOfAnExtraction, LoadsThePreferencesAgainButHiddenIfTheyWereClosed) {
     ApplicationBench bench({9000, 9000});
     bench.application.start();
     bench.loop.after(1s, [&] { bench.windows.FrmPrefs.unload(); });
-    bench.loop.after(3s, [&] {
-        EXPECT_TRUE(bench.windows.FrmPrefs.loaded());
-        EXPECT_FALSE(bench.windows.FrmPrefs.visible());
-    });
+    bench.loop.after(3s, test::mustRun([&] {
+                         EXPECT_TRUE(bench.windows.FrmPrefs.loaded());
+                         EXPECT_FALSE(bench.windows.FrmPrefs.visible());
+                     }));
     bench.select("Track  1 - 00:00:09");
     bench.form.CmdSelectAction.click();
     EXPECT_EQ(bench.disc.saved.size(), 1U);

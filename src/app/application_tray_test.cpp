@@ -10,6 +10,7 @@
 #include <gmock/gmock.h>
 
 #include "support/application_bench.h"
+#include "support/must_run.h"
 
 namespace sonarith {
 namespace {
@@ -86,7 +87,7 @@ TEST(MinimizeOnStartOfAnAction, HidesOrMinimizesTheWindowAndShowsTheActionInTheT
 
 TEST(MinimizeOnStartOfAnAction, KeepsTheWindowVisibleIfTheSettingIs0) {
     TrayBench bench;
-    bench.loop.after(5s, [&] { EXPECT_TRUE(bench.form.visible()); });
+    bench.loop.after(5s, test::mustRun([&] { EXPECT_TRUE(bench.form.visible()); }));
     bench.form.CmdSelectAction.click();
     EXPECT_THAT(bench.tray.log, IsEmpty());
 }
@@ -94,7 +95,7 @@ TEST(MinimizeOnStartOfAnAction, KeepsTheWindowVisibleIfTheSettingIs0) {
 TEST(TheEndOfAnAction, RestoresTheProgramFromTheTray) {
     TrayBench bench;
     bench.loop.after(2s, [&] { bench.form.mnuMinimize.click(); });
-    bench.loop.after(4s, [&] { EXPECT_FALSE(bench.form.visible()); });
+    bench.loop.after(4s, test::mustRun([&] { EXPECT_FALSE(bench.form.visible()); }));
     bench.form.CmdSelectAction.click();
     EXPECT_TRUE(bench.form.visible());
     EXPECT_FALSE(bench.popup.loaded());
@@ -127,11 +128,11 @@ TEST(TrayMenuStopConversion, ShowsTheWindowAndSetsCancelRequestedEvenIfNoActionR
 TEST(TrayMenuRestoreControlPanel, ShowsTheWindowAndDoesNotAffectTheAction) {
     TrayBench bench;
     bench.process.settings.minimizeOnStart = 1;
-    bench.loop.after(5s, [&] {
-        bench.popup.Exit.click();
-        EXPECT_TRUE(bench.form.visible());
-        EXPECT_TRUE(bench.form.tmrRecord.enabled());
-    });
+    bench.loop.after(5s, test::mustRun([&] {
+                         bench.popup.Exit.click();
+                         EXPECT_TRUE(bench.form.visible());
+                         EXPECT_TRUE(bench.form.tmrRecord.enabled());
+                     }));
     bench.form.CmdSelectAction.click();
     EXPECT_THAT(bench.disc.saved,
                 ElementsAre(SavedCapture{ApplicationBench::savedAs(1), 10584000}));
@@ -140,12 +141,12 @@ TEST(TrayMenuRestoreControlPanel, ShowsTheWindowAndDoesNotAffectTheAction) {
 TEST(RemovalOfTheTrayHost, MinimizesTheHiddenWindowDuringAnAction) {
     TrayBench bench;
     bench.process.settings.minimizeOnStart = 1;
-    bench.loop.after(5s, [&] {
-        bench.tray.setHost(false);
-        EXPECT_TRUE(bench.form.visible());
-        EXPECT_EQ(bench.minimized, 1);
-        EXPECT_TRUE(bench.popup.loaded());
-    });
+    bench.loop.after(5s, test::mustRun([&] {
+                         bench.tray.setHost(false);
+                         EXPECT_TRUE(bench.form.visible());
+                         EXPECT_EQ(bench.minimized, 1);
+                         EXPECT_TRUE(bench.popup.loaded());
+                     }));
     bench.form.CmdSelectAction.click();
     EXPECT_FALSE(bench.popup.loaded());
     EXPECT_THAT(bench.disc.saved, SizeIs(1));

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 
 #include "support/extraction_bench.h"
+#include "support/must_run.h"
 
 namespace sonarith {
 namespace {
@@ -52,16 +53,16 @@ TEST(CaptureMonitor, SendsTheSameFourCommandsAtEachTickOfATrackOfOneHour) {
 
 TEST(CaptureMonitor, ShowsTheByteCountThePercentageAndTheBarInEachTick) {
     QueueBench bench(2);
-    bench.loop.after(550ms, [&] {
-        EXPECT_EQ(bench.form.lblStatus.caption(), "88200 Bytes");
-        EXPECT_EQ(bench.form.Label33.caption(), "50%");
-        EXPECT_EQ(bench.form.ProgressBar1.value(), 50);
-    });
+    bench.loop.after(550ms, test::mustRun([&] {
+                         EXPECT_EQ(bench.form.lblStatus.caption(), "88200 Bytes");
+                         EXPECT_EQ(bench.form.Label33.caption(), "50%");
+                         EXPECT_EQ(bench.form.ProgressBar1.value(), 50);
+                     }));
     // The displays start again at 0 for the second track, which starts at 1000 ms.
-    bench.loop.after(1150ms, [&] {
-        EXPECT_EQ(bench.form.lblStatus.caption(), "17640 Bytes");
-        EXPECT_EQ(bench.form.Label33.caption(), "10%");
-    });
+    bench.loop.after(1150ms, test::mustRun([&] {
+                         EXPECT_EQ(bench.form.lblStatus.caption(), "17640 Bytes");
+                         EXPECT_EQ(bench.form.Label33.caption(), "10%");
+                     }));
     bench.form.cmdStart.click();
     EXPECT_EQ(bench.disc.saved.size(), 2U);
 }
@@ -137,7 +138,7 @@ TEST(CaptureMonitor, SetsTheWindowCaptionForTheNextTrackBeforeItShowsTheCancelBu
 TEST(CaptureMonitor, ShowsTheCancelButtonAgainForTheNextTrack) {
     QueueBench bench(2);
     bench.loop.after(500ms, [&] { bench.form.Command2.setVisible(false); });
-    bench.loop.after(1500ms, [&] { EXPECT_TRUE(bench.form.Command2.visible()); });
+    bench.loop.after(1500ms, test::mustRun([&] { EXPECT_TRUE(bench.form.Command2.visible()); }));
     bench.form.cmdStart.click();
     EXPECT_EQ(bench.disc.saved.size(), 2U);
 }
@@ -145,8 +146,8 @@ TEST(CaptureMonitor, ShowsTheCancelButtonAgainForTheNextTrack) {
 TEST(CaptureMonitor, MonitorsTheFreeDiskSpaceOnlyDuringTheFirstTrack) {
     QueueBench bench(2);
     bench.form.tmrWarning.setEnabled(true);
-    bench.loop.after(500ms, [&] { EXPECT_TRUE(bench.form.tmrWarning.enabled()); });
-    bench.loop.after(1500ms, [&] { EXPECT_FALSE(bench.form.tmrWarning.enabled()); });
+    bench.loop.after(500ms, test::mustRun([&] { EXPECT_TRUE(bench.form.tmrWarning.enabled()); }));
+    bench.loop.after(1500ms, test::mustRun([&] { EXPECT_FALSE(bench.form.tmrWarning.enabled()); }));
     bench.form.cmdStart.click();
     EXPECT_FALSE(bench.form.tmrWarning.enabled());
 }

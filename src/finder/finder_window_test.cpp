@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "support/finder_world.h"
+#include "support/must_run.h"
 
 namespace sonarith {
 namespace {
@@ -196,12 +197,12 @@ TEST_F(FinderWindowTest, IfNoDriveCanBeEnteredTheFolderDoesNotChange) {
 TEST_F(FinderWindowTest, DuringASearchTheFolderListStaysEnabledAndTheDriveFollowsTheFolder) {
     disk.addFile("c:\\m\\a.wav");
     disk.addFolder("d:\\albums");
-    loop.atYield(1, [this] {
-        EXPECT_FALSE(finder.Drive1.enabled());
-        EXPECT_TRUE(finder.Dir1.enabled());
-        EXPECT_TRUE(finder.Dir1.setPath("d:\\albums").ok());
-        EXPECT_EQ(finder.Drive1.drive(), "d:");
-    });
+    loop.atYield(1, test::mustRun([this] {
+                     EXPECT_FALSE(finder.Drive1.enabled());
+                     EXPECT_TRUE(finder.Dir1.enabled());
+                     EXPECT_TRUE(finder.Dir1.setPath("d:\\albums").ok());
+                     EXPECT_EQ(finder.Drive1.drive(), "d:");
+                 }));
     search("c:\\m", ".wav");
     // The search continues in its own folder.
     EXPECT_THAT(lines(finder.lstfiles), ElementsAre("c:\\m\\a.wav"));

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "support/finder_world.h"
+#include "support/must_run.h"
 
 namespace sonarith {
 namespace {
@@ -282,12 +283,13 @@ TEST_F(SearchStopsTest, SelectingAFileForConversionAtAnyYieldDoesNotAffectTheSea
         const auto world = makeWorld();
         FrmSearch& finder = world->finder;
         world->files.addFile("c:\\m\\a.wav", std::string(200, 'x'));
-        world->loop.atYield(n, [&] {
-            EXPECT_TRUE(finder.lstfiles.setListIndex(0).ok());
-            finder.mnuSeelectfile.click();
-            EXPECT_EQ(finder.Command1.caption(), "Stop!");
-            EXPECT_THAT(world->lines(world->form.List1), Contains("c:\\m\\a.wav"));
-        });
+        world->loop.atYield(n, test::mustRun([&] {
+                                EXPECT_TRUE(finder.lstfiles.setListIndex(0).ok());
+                                finder.mnuSeelectfile.click();
+                                EXPECT_EQ(finder.Command1.caption(), "Stop!");
+                                EXPECT_THAT(world->lines(world->form.List1),
+                                            Contains("c:\\m\\a.wav"));
+                            }));
         world->search("c:\\m", ".wav");
         EXPECT_THAT(world->lines(finder.lstfiles), ElementsAreArray(filesUpToFolder(4)));
         EXPECT_EQ(finder.Label1.caption(), "Directories: 4   Files:  5");

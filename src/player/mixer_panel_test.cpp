@@ -67,7 +67,9 @@ TEST_F(MixerPanelTest, ASliderIsInvertedAndItsNumberIsBetween0And10) {
 
 TEST_F(MixerPanelTest, ReadingTheLevelsRunsNoHandlerOfASlider) {
     mixer.put(mixer_line::speakers, mixer_control::volume, 100);
-    for (const std::string& operation : operationsOf([&] { form.Command2.click(); })) {
+    const std::vector<std::string> reading = operationsOf([&] { form.Command2.click(); });
+    EXPECT_EQ(form.sliderMasterVolume.value(), 65435) << "the reading must move the slider";
+    for (const std::string& operation : reading) {
         EXPECT_FALSE(operation.starts_with("mixer set")) << operation;
     }
 }

@@ -3,6 +3,7 @@
 
 #include <functional>
 
+#include "support/must_run.h"
 #include "support/player_world.h"
 
 namespace sonarith {
@@ -101,10 +102,10 @@ TEST_F(PlayerWindowTest, TheTrackCountAndTheCurrentTrackAreKeptWhenThePanelIsLoa
 TEST_F(PlayerWindowTest, AWaveInputThatStartsDuringTheUnloadIsStopped) {
     // The box "input", which starts the wave input, is ticked in the last yield of the switch-off,
     // when all steps of the switch-off that stop the wave input have run.
-    loop.atYield(7, [&] {
-        form.Check3.setValue(1).passOver();
-        EXPECT_TRUE(waveInput.running);
-    });
+    loop.atYield(7, test::mustRun([&] {
+                     form.Check3.setValue(1).passOver();
+                     EXPECT_TRUE(waveInput.running);
+                 }));
     form.unload();
     EXPECT_TRUE(off());
     form.load();

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "support/must_run.h"
 #include "support/player_world.h"
 
 namespace sonarith {
@@ -236,11 +237,11 @@ TEST_F(PowerSwitchTest, SwitchingOffClearsTheDisplaysEvenIfTimersTickDuringItsYi
     switchOn();
     disc.remove();
     mixer.put(mixer_line::waveIn, mixer_control::peakMeter, 20000);
-    loop.atYield(1, [&] {
-        loop.advance(1s);
-        EXPECT_EQ(form.CD.text(), "No CD");
-        EXPECT_FALSE(form.picPeakVol.lines().empty());
-    });
+    loop.atYield(1, test::mustRun([&] {
+                     loop.advance(1s);
+                     EXPECT_EQ(form.CD.text(), "No CD");
+                     EXPECT_FALSE(form.picPeakVol.lines().empty());
+                 }));
     clickOff();
     EXPECT_TRUE(looksOff());
 }

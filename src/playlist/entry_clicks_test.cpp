@@ -5,6 +5,7 @@
 
 #include <chrono>
 
+#include "support/must_run.h"
 #include "support/playlist_world.h"
 
 namespace sonarith {
@@ -91,7 +92,7 @@ TEST_F(EntryClicksTest, TheHeaderIsReadBeforeTheFileIsAdded) {
     addMp3(pathA, "Title A");
     open({pathA});
     tickCheck11();
-    loop.atYield(1, [&] { EXPECT_THAT(lines(mainForm.List2), IsEmpty()); });
+    loop.atYield(1, test::mustRun([&] { EXPECT_THAT(lines(mainForm.List2), IsEmpty()); }));
     bool shown = false;
     loop.after(200ms, [&] {
         shown = editor.List1.listCount() == 12;

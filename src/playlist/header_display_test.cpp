@@ -5,6 +5,7 @@
 
 #include <optional>
 
+#include "support/must_run.h"
 #include "support/playlist_world.h"
 
 namespace sonarith {
@@ -277,7 +278,7 @@ TEST_F(HeaderDisplayTest, AFileRemovedWhileItsTagIsReadShowsThePreviousFilesHead
 
 TEST_F(HeaderDisplayTest, AFileRemovedDuringTheYieldShowsTheHeaderThatWasRead) {
     addMp3(pathA, "Title A");
-    loop.atYield(1, [&] { EXPECT_TRUE(disk.removeFile(pathA).ok()); });
+    loop.atYield(1, test::mustRun([&] { EXPECT_TRUE(disk.removeFile(pathA).ok()); }));
     read(pathA);
     EXPECT_EQ(line(0), "Bitrate            128");
     EXPECT_EQ(editor.Text4(2).text(), "Title A");
@@ -304,10 +305,10 @@ TEST_F(HeaderDisplayTest, MakesTheChosenFileTheEditedFileAndReadsIt) {
 TEST_F(HeaderDisplayTest, ShowsTheHourglassWhileTheDialogIsOpenAndWhileTheFileIsRead) {
     addMp3(pathA, "Title A");
     dialog.choices = {pathA};
-    dialog.whileUp = [&] {
-        EXPECT_THAT(pointer.shapes, ElementsAre(Pointer::hourglass));
-    };
-    loop.atYield(1, [&] { EXPECT_THAT(pointer.shapes, ElementsAre(Pointer::hourglass)); });
+    dialog.whileUp =
+        test::mustRun([&] { EXPECT_THAT(pointer.shapes, ElementsAre(Pointer::hourglass)); });
+    loop.atYield(
+        1, test::mustRun([&] { EXPECT_THAT(pointer.shapes, ElementsAre(Pointer::hourglass)); }));
     editor.cmdHdr1.click();
     EXPECT_EQ(pointer.shapes.back(), Pointer::normal);
 }

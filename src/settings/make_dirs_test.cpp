@@ -6,6 +6,7 @@
 #include "support/fake_file_system.h"
 #include "support/fake_message_boxes.h"
 #include "support/fake_mouse_pointer.h"
+#include "support/must_run.h"
 
 namespace sonarith {
 namespace {
@@ -68,9 +69,9 @@ TEST_F(MakeDirsTest, ReportsAnEmptyPath) {
 }
 
 TEST_F(MakeDirsTest, ShowsTheHourglassWhileTheErrorMessageIsOpen) {
-    boxes_.whileUp = [&](const test::ShownBox&) {
+    boxes_.whileUp = test::mustRun([&](const test::ShownBox&) {
         EXPECT_THAT(pointer_.shapes, ElementsAre(Pointer::hourglass));
-    };
+    });
     EXPECT_FALSE(make("x:\\music"));
 }
 

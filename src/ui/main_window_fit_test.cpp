@@ -56,28 +56,34 @@ class MainWindowFit : public testing::Test {
     }
     /// Each visible widget has at least its minimum size and lies inside its parent.
     void expectRoomForEach() {
+        int visible = 0;
         for (const QWidget* child : view.findChildren<QWidget*>()) {
             if (!child->isVisible() || child->isWindow()) {
                 continue;
             }
+            ++visible;
             const std::string name = child->objectName().toStdString();
             const QSize least = child->minimumSizeHint().boundedTo(child->maximumSize());
             EXPECT_GE(child->width(), least.width()) << name;
             EXPECT_GE(child->height(), least.height()) << name;
             EXPECT_TRUE(child->parentWidget()->rect().contains(child->geometry())) << name;
         }
+        EXPECT_GT(visible, 0);
     }
     /// Each visible label is high enough for a line of text. Each visible button with a text is
     /// large enough for its text. The headings of the menu bar are wide enough and lie inside the
     /// bar. The widths of labels are not checked, because some labels may cut their text.
     void expectWholeTexts() {
+        int labels = 0;
         for (const auto* label : view.findChildren<QLabel*>()) {
             if (label->isVisible()) {
+                ++labels;
                 const QFontMetrics metrics = label->fontMetrics();
                 EXPECT_GE(label->contentsRect().height(), metrics.height())
                     << label->objectName().toStdString();
             }
         }
+        EXPECT_GT(labels, 0);
         for (const char* name : {"Command2", "CmdSelectAction"}) {
             const auto* button = view.findChild<QAbstractButton*>(name);
             if (button->isVisible()) {
@@ -89,6 +95,7 @@ class MainWindowFit : public testing::Test {
             }
         }
         const auto* menuBar = view.findChild<QMenuBar*>();
+        EXPECT_FALSE(menuBar->actions().isEmpty());
         for (QAction* heading : menuBar->actions()) {
             const QRect place = menuBar->actionGeometry(heading);
             EXPECT_TRUE(menuBar->rect().contains(place)) << heading->text().toStdString();

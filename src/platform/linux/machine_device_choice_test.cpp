@@ -95,5 +95,17 @@ TEST_F(MachineDeviceChoiceTest, ReportsNothingAfterTheDevicesWereReleased) {
     EXPECT_THAT(notices.texts(), IsEmpty());
 }
 
+TEST_F(MachineDeviceChoiceTest, DoesNotSettleTheReportOfALostDeviceWhenTheDevicesAreReleased) {
+    store.put("Devices", "Output", "no-such-device");
+    MachineDeviceChoice devices(store, slot, card, notices);
+    const sound::SoundCardThread thread(card);
+    card.attach(sound::Line::compactDisc, std::make_shared<fakes::PatternSource>(),
+                sound::monotonicNow());
+    ASSERT_TRUE(eventually([&] { return !notices.texts().empty(); }));
+    devices.release();
+    EXPECT_THAT(notices.texts(),
+                ElementsAre(StartsWith("The sound output \"no-such-device\" cannot be used")));
+}
+
 } // namespace
 } // namespace sonarith

@@ -13,6 +13,7 @@
 #include <QTimer>
 #include <gmock/gmock.h>
 
+#include "support/must_run.h"
 #include "support/temp_folder.h"
 
 #include "platform/qt/dialog_loop.h"
@@ -34,7 +35,7 @@ class QtFileDialogTest : public testing::Test {
     /// Runs `act` on the next dialog as soon as the dialog is open. Then cancels the dialog if
     /// `act` has not closed it.
     void onDialog(std::function<void(QFileDialog&)> act) {
-        QTimer::singleShot(0, &context, [act = std::move(act)] {
+        const std::function<void()> onTimer = test::mustRun([act = std::move(act)] {
             auto* shown = qobject_cast<QFileDialog*>(runningDialog());
             ASSERT_NE(shown, nullptr);
             act(*shown);
@@ -42,6 +43,7 @@ class QtFileDialogTest : public testing::Test {
                 shown->reject();
             }
         });
+        QTimer::singleShot(0, &context, onTimer);
     }
     static void type(QFileDialog& shown, const std::string& name) {
         auto* line = shown.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));

@@ -10,6 +10,7 @@
 #include <gmock/gmock.h>
 
 #include "platform/qt/dialog_loop.h"
+#include "support/must_run.h"
 
 namespace sonarith {
 namespace {
@@ -20,7 +21,7 @@ class QtMessageBoxesTest : public testing::Test {
   protected:
     /// Runs `act` on the next box when that box is open; then cancels the box if it is still open.
     void onBox(std::function<void(QMessageBox&)> act) {
-        QTimer::singleShot(0, &context, [act = std::move(act)] {
+        const std::function<void()> onTimer = test::mustRun([act = std::move(act)] {
             auto* box = qobject_cast<QMessageBox*>(runningDialog());
             ASSERT_NE(box, nullptr);
             act(*box);
@@ -28,6 +29,7 @@ class QtMessageBoxesTest : public testing::Test {
                 box->done(QMessageBox::Cancel);
             }
         });
+        QTimer::singleShot(0, &context, onTimer);
     }
 
     QObject context;

@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <functional>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -105,9 +106,15 @@ class QtWaitingTest : public testing::Test {
     /// Waits for work that never completes; `act` runs during the wait.
     Waiting::Outcome waitAnd(std::function<void()> act,
                              Waiting::Duration bound = std::chrono::milliseconds(150)) {
-        soon(std::move(act));
+        const auto ran = std::make_shared<bool>(false);
+        soon([ran, act = std::move(act)] {
+            *ran = true;
+            act();
+        });
         const Completion never;
-        return waiting.wait(never, bound);
+        const Waiting::Outcome outcome = waiting.wait(never, bound);
+        EXPECT_TRUE(*ran) << "the wait did not run the action";
+        return outcome;
     }
     /// Handles events long enough to deliver all held events (held_events.h), even if their
     /// handlers wait, too.

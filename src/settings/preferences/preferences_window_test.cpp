@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "support/must_run.h"
 #include "support/preferences_world.h"
 
 namespace sonarith {
@@ -112,11 +113,11 @@ TEST_F(PreferencesControls, MuteAndUnmuteTheDiscsLine) {
 
 TEST_F(PreferencesControls, ApplyTheMuteBeforeSavingIt) {
     startWithAllOff();
-    Form4.Option13.onClick = [&] {
+    Form4.Option13.onClick = test::mustRun([&] {
         EXPECT_TRUE(Form4.Option13.selected());
         EXPECT_EQ(settings.muteButton, 0);
         EXPECT_THAT(store.writes, IsEmpty());
-    };
+    });
     tick(form.Check1);
     EXPECT_EQ(held("mute button"), "1");
 }
@@ -150,15 +151,15 @@ TEST_F(PreferencesControls, HideAndShowOnlyTheirOwnWindowWhenTheTrayBoxIsClicked
 
 TEST_F(PreferencesControls, SaveTheTraySwitchBeforeTheTrayFormLoadsOrUnloads) {
     startWithAllOff();
-    windows.frmpopup.onLoad = [&] {
+    windows.frmpopup.onLoad = test::mustRun([&] {
         EXPECT_EQ(held("desktop icon"), "1");
         EXPECT_EQ(settings.desktopIcon, 1);
         EXPECT_TRUE(form.visible()); // hidden after this load
-    };
-    windows.frmpopup.onUnload = [&] {
+    });
+    windows.frmpopup.onUnload = test::mustRun([&] {
         EXPECT_EQ(held("desktop icon"), "0");
         EXPECT_FALSE(form.visible()); // shown after this unload
-    };
+    });
     form.show();
     tick(form.Check4);
     EXPECT_TRUE(windows.frmpopup.loaded());

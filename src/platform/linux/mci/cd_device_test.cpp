@@ -235,6 +235,8 @@ TEST(ADataTrack, EndsThePlayingWhereTheDataTrackBegins) {
     CdSession session(enhancedDisc());
     session.send("set cd time format ms");
     session.send("play cd from 10000");
+    // The transport, not the device, ends the playing at the data track.
+    EXPECT_THAT(session.machine.transport->calls, ElementsAre("play 750 1875"));
     session.machine.transport->advance(751 * framesPerSector);
     EXPECT_EQ(session.send("status cd mode"), said("stopped"));
     EXPECT_EQ(session.send("status cd position"), said("20000"));

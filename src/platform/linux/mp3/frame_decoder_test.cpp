@@ -72,10 +72,13 @@ TEST(FrameDecoderTest, ReturnsTheSameSoundInFloatingPointSamplesAsIn16BitSamples
     const Data& stream = fixture::ordinary();
     FrameDecoder<float> fine = newDecoder<float>();
     FrameDecoder<std::int16_t> coarse = newDecoder<std::int16_t>();
-    for (const NumberedFrame& frame : fixture::framesOf(stream)) {
+    const auto frames = fixture::framesOf(stream);
+    ASSERT_FALSE(frames.empty());
+    for (const NumberedFrame& frame : frames) {
         const Data bytes = bytesOf(stream, frame);
         const auto a = fine.decode(frame, bytes);
         const auto b = coarse.decode(frame, bytes);
+        ASSERT_EQ(a.size(), 2304U);
         ASSERT_EQ(a.size(), b.size());
         for (std::size_t i = 0; i < a.size(); ++i) {
             ASSERT_NEAR(std::clamp(a[i], -1.0F, 1.0F) * 32768, b[i], 2);

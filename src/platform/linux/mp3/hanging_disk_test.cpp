@@ -113,6 +113,18 @@ TEST_F(HangingDiskTest, PlayAndStopReturnWhileTheOpeningOrReadingOfTheMp3FileHan
     }
 }
 
+TEST_F(HangingDiskTest, ADecodingToASecondTargetStopsTheFirstDecoding) {
+    HeldCalls disk({SYS_pread64}, test::ofPath("in.mp3"));
+    hangIn(disk, slow / "out.wav");
+    ASSERT_TRUE(disk.run([&] { EXPECT_TRUE(control->DecodeToWav(slow / "next.wav").ok()); }));
+    disk.release();
+    EXPECT_TRUE(fakes::eventually([&] { return !control->Busy(); }));
+    EXPECT_TRUE(saves->noneWithin(30s));
+    EXPECT_EQ(samplesIn(slow / "next.wav"), allSamples);
+    EXPECT_FALSE(fs::exists(slow / "out.wav"))
+        << "the first decoding was stopped before it had decoded a sample";
+}
+
 TEST_F(HangingDiskTest, ADecodingToAnotherFileRunsWhileAStoppedDecodingWaitsForTheDisk) {
     HeldCalls disk({SYS_fsync}, test::ofPath("/slow/"));
     hangIn(disk, slow / "out.wav");

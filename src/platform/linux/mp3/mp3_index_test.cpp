@@ -39,7 +39,9 @@ TEST(SegmentIndexTest, DividesAllFramesWithoutGapsOrOverlaps) {
 
 TEST(SegmentIndexTest, ReturnsTheOffsetAtWhichThePrerollBegins) {
     const auto frames = fixture::framesOf(fixture::ordinary());
-    for (const Segment& segment : segmentsOf(fixture::ordinary(), 10)) {
+    const auto segments = segmentsOf(fixture::ordinary(), 10);
+    EXPECT_EQ(segments.size(), 16U);
+    for (const Segment& segment : segments) {
         EXPECT_EQ(segment.preroll.offset,
                   frames[static_cast<std::size_t>(segment.preroll.frame)].offset);
     }

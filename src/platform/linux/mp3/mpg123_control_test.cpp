@@ -6,6 +6,7 @@
 #include "platform/linux/mp3/mp3_fixture.h"
 #include "support/fake_notices.h"
 #include "support/fake_sound.h"
+#include "support/held_calls.h"
 #include "support/waiting.h"
 
 namespace sonarith::mp3 {
@@ -19,6 +20,7 @@ using fixture::ordinary;
 using fixture::writeFile;
 using sound::Line;
 using sound::SoundCard;
+using test::HeldCalls;
 
 class Mpg123ControlTest : public testing::Test {
   protected:
@@ -87,18 +89,29 @@ TEST_F(Mpg123ControlTest, PositionNeverDecreasesAndStaysWithinAConstantLength) {
     writeFile(source, encoded(44100, 2, "-b 320"));
     decode();
     std::int32_t last = 0;
-    while (control.Busy()) {
+    do {
         EXPECT_EQ(control.Length(), Progress::length);
         const std::int32_t position = control.Position();
         EXPECT_GE(position, last);
         EXPECT_LE(position, control.Length());
         last = position;
-    }
+    } while (control.Busy());
+    EXPECT_EQ(control.Position(), control.Length());
+    EXPECT_GE(control.Position(), last);
 }
 
 TEST_F(Mpg123ControlTest, DecodesOnceIfTheSameFilesAreRequestedAgainDuringAndAfterTheDecoding) {
-    decode();
-    decode();
+    {
+        // An fsync that is held keeps the first decoding busy after its last sample.
+        HeldCalls disk({SYS_fsync});
+        ASSERT_TRUE(disk.run([&] { decode(); }));
+        ASSERT_TRUE(disk.waitForCall());
+        const std::int32_t position = control.Position();
+        EXPECT_GT(position, 0);
+        EXPECT_TRUE(disk.run([&] { decode(); }));
+        EXPECT_EQ(control.Position(), position) << "the decoding must not begin again";
+        EXPECT_TRUE(control.Busy());
+    }
     finish();
     const auto before = written();
     ASSERT_TRUE(before);
@@ -200,6 +213,7 @@ TEST_F(Mpg123ControlTest, ReportsNothingAboutFilesThatCannotBePlayed) {
     for (const fs::path& path : {folder / "none.mp3", folder.path(), folder / "junk"}) {
         EXPECT_TRUE(control.setSourceFile(path).ok());
         EXPECT_TRUE(control.Play().ok());
+        EXPECT_TRUE(card.active());
         EXPECT_TRUE(fakes::eventually([&] { // the card releases a source that has ended
             card.advance(now += 1ms);
             return !card.active();

@@ -194,6 +194,32 @@ TEST_F(SegmentWorkersTest, LeaveAPrefixWithoutGapsIfTheWorkerThatContinuesAloneI
         << "the worker that continues alone was never stopped after the broken frame";
 }
 
+TEST_F(SegmentWorkersTest, EndWhenTheyAreStoppedEvenIfTheSourceCanStillBeRead) {
+    for (const bool broken : {false, true}) {
+        const Data data = broken ? brokenAt({75}) : encoded(44100, 2, "-b 320");
+        const fixture::DecodedSound whole = fixture::sequentially(data);
+        int stoppedInTheMiddle = 0;
+        for (int allowedReads = 0; allowedReads < 40; allowedReads += 3) {
+            stop = false;
+            int count = 0;
+            WatchedSource source(data);
+            source.onRead = [&](std::int64_t) {
+                stop = ++count > allowedReads;
+                return Status();
+            };
+            const Decoded decoded = decode(source, {1, 20});
+            EXPECT_FALSE(decoded.failure);
+            const fixture::Samples part = written(decoded);
+            ASSERT_LE(part.size(), whole.samples.size());
+            EXPECT_TRUE(std::equal(part.begin(), part.end(), whole.samples.begin()));
+            // In the stream with a broken frame, these samples were decoded by the worker that
+            // continues alone.
+            stoppedInTheMiddle += !decoded.complete && part.size() > 80U * 2304 ? 1 : 0;
+        }
+        EXPECT_GT(stoppedInTheMiddle, 0) << (broken ? "with" : "without") << " a broken frame";
+    }
+}
+
 TEST_F(SegmentWorkersTest, DoAllWorkEvenIfAThreadCannotBeStarted) {
     const Data& data = encoded(44100, 2, "-V 2");
     const fixture::DecodedSound whole = fixture::sequentially(data);

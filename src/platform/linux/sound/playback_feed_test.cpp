@@ -5,11 +5,15 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
+#include <functional>
+#include <string>
 #include <thread>
 #include <vector>
 
 #include "support/fake_sound.h"
 #include "support/sound_matchers.h"
+#include "support/waiting.h"
 
 namespace sonarith::sound {
 namespace {
@@ -86,15 +90,44 @@ TEST(PlaybackFeed, QueuesAtMostAQuarterOfASecondOfSoundAndForgetsTheQueueOnReque
 }
 
 TEST(PlaybackFeed, EndsEveryWaitWhenLeaveIsCalled) {
+    std::vector<StereoFrame> frames(10);
+    const std::function<void(PlaybackFeed&)> waits[] = {
+        [](PlaybackFeed& feed) { feed.awaitSound(); },
+        [](PlaybackFeed& feed) { feed.restUntil(std::chrono::steady_clock::now() + 24h); },
+        // This wait is for enough frames to fill `frames`.
+        [&](PlaybackFeed& feed) { EXPECT_EQ(feed.take(frames, 24h, 24h), 0U); },
+        // This wait is for the first frame.
+        [&](PlaybackFeed& feed) {
+            EXPECT_EQ(feed.take(frames, 24h, 0ms), 0U);
+        }};
+    int number = 0;
+    for (const auto& wait : waits) {
+        SCOPED_TRACE("wait " + std::to_string(number++));
+        PlaybackFeed feed;
+        EXPECT_FALSE(feed.isLeaving());
+        std::atomic<bool> ended = false;
+        std::thread waiter([&] {
+            wait(feed);
+            ended = true;
+        });
+        std::this_thread::sleep_for(20ms); // until the thread waits
+        EXPECT_FALSE(ended);
+        feed.leave();
+        EXPECT_TRUE(fakes::eventually([&] { return ended.load(); }));
+        EXPECT_TRUE(feed.isLeaving());
+        waiter.join();
+    }
+}
+
+TEST(PlaybackFeed, WaitsForNothingAfterLeaveWasCalled) {
     PlaybackFeed feed;
-    EXPECT_FALSE(feed.isLeaving());
-    std::thread leaver([&] { feed.leave(); });
+    feed.leave();
     feed.awaitSound();
     feed.restUntil(std::chrono::steady_clock::now() + 24h);
+    feed.add(pattern(0, 5));
     std::vector<StereoFrame> frames(10);
+    EXPECT_EQ(feed.take(frames, 24h, 24h), 5U);
     EXPECT_EQ(feed.take(frames, 24h, 24h), 0U);
-    EXPECT_TRUE(feed.isLeaving());
-    leaver.join();
 }
 
 } // namespace
