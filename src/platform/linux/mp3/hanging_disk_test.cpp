@@ -119,7 +119,7 @@ TEST_F(HangingDiskTest, ADecodingToASecondTargetStopsTheFirstDecoding) {
     ASSERT_TRUE(disk.run([&] { EXPECT_TRUE(control->DecodeToWav(slow / "next.wav").ok()); }));
     disk.release();
     EXPECT_TRUE(fakes::eventually([&] { return !control->Busy(); }));
-    EXPECT_TRUE(saves->noneWithin(30s));
+    EXPECT_TRUE(saves->awaitNone(30s));
     EXPECT_EQ(samplesIn(slow / "next.wav"), allSamples);
     EXPECT_FALSE(fs::exists(slow / "out.wav"))
         << "the first decoding was stopped before it had decoded a sample";
