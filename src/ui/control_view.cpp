@@ -85,9 +85,10 @@ void ControlView::showName() {
     }
 }
 
-/// A widget that is disabled loses the focus. When the widget is enabled again, it takes the focus
-/// back unless the user has moved the focus in the meantime. So the user can press a button several
-/// times with the keyboard even if the button's click handler disables and enables the button.
+/// A widget that is disabled loses the focus. Usually Qt then moves the focus to another widget.
+/// When the disabled widget is enabled again, it takes the focus back unless the user has moved the
+/// focus in the meantime. So the user can press a button several times with the keyboard even if
+/// the button's click handler disables and enables the button.
 void ControlView::showEnabled() {
     QWidget* const window = widget_.window();
     const bool hadFocus = window->focusWidget() == &widget_;

@@ -27,9 +27,9 @@
 // In the test of the layout: `FormWindow window(finderLayout(form)); form.show();`
 //
 // The name of a view for screen readers is the first of these texts that is not empty: the
-// control's caption, the control's tool tip, the label that the layout passes. A drop-down list
-// (ComboBoxView, DriveListView) also needs a fixed text beside it: screen readers read that text as
-// its label.
+// control's caption (unless it is blank), the control's tool tip, the label that the layout passes.
+// A drop-down list (ComboBoxView, DriveListView) also needs a fixed text beside it: screen readers
+// read that text as its label.
 //
 // The tab order is the order in which the widgets are created. The widget of a control has the
 // control's name: `window.findChild<QWidget*>("lstfiles")`. A frame (FrameView), a page

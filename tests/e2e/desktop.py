@@ -305,7 +305,8 @@ class Desktop:
         return done.stdout.split()
 
     def _window_in_property(self, name, *window):
-        """The X window that a window's property names; None if the property is missing or zero."""
+        """Reads a property that contains the number of an X window. Returns that window, or None if
+        the property is missing or zero."""
         done = subprocess.run(["xprop", *window, name], env=self.environment, check=True,
                               capture_output=True, text=True)
         number = int(done.stdout.partition("#")[2].strip() or "0", 16)
@@ -339,8 +340,8 @@ class Desktop:
         self.xdotool("windowactivate", "--sync", window)
 
     def active_window(self):
-        """The X window with the keyboard focus; None if no window has it, as for a moment between
-        two windows. xdotool, which fails in that moment, is not used."""
+        """The X window with the keyboard focus. None if no window has the focus: that is so for a
+        moment while the focus moves to another window. xdotool fails in that moment."""
         return self._window_in_property("_NET_ACTIVE_WINDOW", "-root")
 
     def ask_to_close(self, window):

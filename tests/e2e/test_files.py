@@ -150,7 +150,7 @@ def two_mp3s_are_selected_by_keys_alone(desktop, program):
     close(started)
 
 
-def an_mp3_dragged_to_the_tracks_and_a_dragged_group_stay(desktop, program):
+def neither_an_mp3_dragged_to_the_tracks_nor_a_dragged_group_moves(desktop, program):
     started, destination, content = start_with_mp3s(desktop, program, "one.mp3", "two.mp3")
     before = started.rows()
     started.drag_row("one.mp3", "Selected Tracks")
@@ -296,7 +296,7 @@ if __name__ == "__main__":
         an_mp3_is_dragged_to_the_selected_files_and_back,
         dragging_all_mp3s_to_the_selected_files_empties_the_list_of_available_files,
         two_mp3s_are_selected_by_keys_alone,
-        an_mp3_dragged_to_the_tracks_and_a_dragged_group_stay,
+        neither_an_mp3_dragged_to_the_tracks_nor_a_dragged_group_moves,
         editing_a_label_renames_the_file, keys_rename_a_file,
         a_refused_rename_opens_the_editor_again, removing_from_the_list_keeps_the_file,
         remove_and_delete_deletes_a_renamed_file,

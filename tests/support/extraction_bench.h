@@ -74,8 +74,8 @@ class ExtractionBench : public FakeMachine {
             form.lstRecord.addItem(form.lstTracks.list(track - 1));
         }
     }
-    /// Whether the main window's buttons and menus that Form1::Disablem() disables are enabled.
-    /// Tests three of them.
+    /// Form1::Disablem() disables buttons and menus of the main window. Returns whether three of
+    /// them are enabled.
     [[nodiscard]] bool commandsOpen() const {
         return form.mnuFile.enabled() && form.Copt.enabled() && form.C777.enabled();
     }

@@ -109,8 +109,8 @@ class NotifierWatcher final : public QDBusVirtualObject {
     void comeBack() {
         bus_.interface()->registerService(name, QDBusConnectionInterface::QueueService);
     }
-    /// Ends a hang after the bus's time limit: the queries that arrived during the hang get an
-    /// error as reply.
+    /// Ends a hang. Each query that arrived during the hang gets an error as its reply, as if the
+    /// bus's time limit had passed.
     void wakeUpTooLate() {
         manner_ = Manner::answers;
         for (const QDBusMessage& question : std::exchange(unanswered_, {})) {

@@ -5,9 +5,9 @@
 // panel that shows tray icons. The protocol of that host then stays in use.
 //
 // When Qt creates an icon on the bus, it waits for the bus without a limit. When Qt removes such an
-// icon, it waits up to 25 s. So this class does both only when TrayHosts::replied is emitted: a few
-// milliseconds after add() or remove(), even if the logic waits for a drive, or after the bus has
-// stopped hanging.
+// icon, it waits up to 25 s. So this class does both only when TrayHosts::replied is emitted. That
+// is a few milliseconds after add() or remove(); if the bus hangs, it is after the hang. It also
+// happens while the logic waits for a drive.
 #pragma once
 
 #include <cstdint>
