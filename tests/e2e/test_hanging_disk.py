@@ -12,10 +12,8 @@ import time
 
 from driver import make_disc, run
 from program import Program
-from scenes import (
-    MUSIC, close, start_in, start_row, start_track, start_with_disc, wavs_by_track)
+from scenes import MUSIC, close, start_in, start_track, start_with_disc, wavs_by_track
 from sound import check_track, disc_samples
-from test_tray import panel, wait_for_state
 from waiting import check, check_equal, wait_for
 
 LIBRARY = str(pathlib.Path(sys.argv[4]).absolute())
@@ -138,27 +136,6 @@ def the_program_waits_for_a_slow_drive(desktop, program):
         close(started)
 
 
-def the_tray_icon_appears_while_a_capture_waits_for_its_drive(desktop, program):
-    discs = desktop.home / "slow discs"
-    with files_that_stall(desktop, discs) as switch, panel(desktop) as host:
-        sheet = make_disc(discs, tracks=2, seconds=4, signal="ramp")
-        desktop.write_store(sheet, desktop.home / MUSIC, **{"minimize%20onstart": 1})
-        started = Program(desktop, program)
-        started.wait_for_window()
-        started.open_row("Available Tracks")
-        window = started.main_window_id()
-        switch.touch()
-        start_row(started, "Track  1 - 00:00:04")
-        wait_for("the icon", host.icons, patience=SECONDS_TO_RESPOND)
-        wait_for_state(desktop, window, "Withdrawn")
-        check_equal(wavs_by_track(desktop.home / MUSIC), {}, "files before the drive responds")
-        switch.unlink()
-        wait_for("the file", lambda: list(wavs_by_track(desktop.home / MUSIC)) == [1])
-        wait_for_state(desktop, window, "Normal")
-        check_track(wavs_by_track(desktop.home / MUSIC)[1], disc_samples(sheet), 1, 4)
-        close(started)
-
-
 def a_hanging_drive_does_not_delay_the_end(desktop, program):
     discs = desktop.home / "slow discs"
     with files_that_stall(desktop, discs) as switch:
@@ -206,6 +183,5 @@ def a_search_continues_after_a_folder_that_hangs(desktop, program):
 if __name__ == "__main__":
     run(a_capture_to_a_stalling_destination_loses_no_sample,
         a_hanging_destination_does_not_delay_cancel_or_the_end, the_program_waits_for_a_slow_drive,
-        the_tray_icon_appears_while_a_capture_waits_for_its_drive,
         a_hanging_drive_does_not_delay_the_end,
         a_search_continues_after_a_folder_that_hangs)

@@ -25,7 +25,7 @@ enum class Treatment {
 /// menu of this program. Such calls run handlers, as clicks do, and cannot be delivered later.
 /// A reply to a query is no such call. A notice that a service on the bus has another owner is no
 /// such call either. The replies and the notices must not be lost: TrayHosts receives them during a
-/// wait, and calls the logic only after the wait.
+/// wait and handles them after the wait.
 bool isCalledFromOutside(const QObject& object) {
     const QByteArray name = object.metaObject()->className();
     // Two classes have names that begin with QDBusPendingCallWatcher. The second one,

@@ -43,7 +43,11 @@ class QtFileDialogTest : public testing::Test {
                 shown->reject();
             }
         });
-        QTimer::singleShot(0, &context, onTimer);
+        // The timer belongs to `context`, so that it is destroyed before the test ends.
+        auto* timer = new QTimer(&context);
+        timer->setSingleShot(true);
+        QObject::connect(timer, &QTimer::timeout, &context, onTimer);
+        timer->start(0);
     }
     static void type(QFileDialog& shown, const std::string& name) {
         auto* line = shown.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));

@@ -29,7 +29,11 @@ class QtMessageBoxesTest : public testing::Test {
                 box->done(QMessageBox::Cancel);
             }
         });
-        QTimer::singleShot(0, &context, onTimer);
+        // The timer belongs to `context`, so that it is destroyed before the test ends.
+        auto* timer = new QTimer(&context);
+        timer->setSingleShot(true);
+        QObject::connect(timer, &QTimer::timeout, &context, onTimer);
+        timer->start(0);
     }
 
     QObject context;

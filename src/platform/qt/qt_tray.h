@@ -6,8 +6,9 @@
 //
 // When Qt creates an icon on the bus, it waits for the bus without a limit. When Qt removes such an
 // icon, it waits up to 25 s. So this class does both only when TrayHosts::replied is emitted. That
-// is a few milliseconds after add() or remove(); if the bus hangs, it is after the hang. It also
-// happens while the logic waits for a drive.
+// is a few milliseconds after add() or remove(); if the bus hangs, it is after the hang. If the
+// logic waits (qt_waiting.h), it is after that wait: a panel reads the picture and the menu of a
+// new icon at once, and would get no reply during the wait.
 #pragma once
 
 #include <cstdint>

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/qt/qt_tray.h"
 
-#include <chrono>
 #include <string>
 #include <vector>
 
@@ -9,7 +8,6 @@
 #include <gmock/gmock.h>
 
 #include "platform/qt/qt_tray_fixture.h"
-#include "platform/qt/qt_waiting.h"
 #include "platform/qt/sized_icon.h"
 
 namespace sonarith {
@@ -55,18 +53,6 @@ TEST_F(QtTrayTest, AnUnchangedTipIsNotSentAgain) {
     EXPECT_EQ(shown()->toolTip(), "set by the test");
     EXPECT_TRUE(tray.modify({1, &form, "two"}));
     EXPECT_EQ(shown()->toolTip(), "two");
-}
-
-// With "minimize on start", the window is hidden and the icon is added; then the program waits for
-// the drive, for up to 20 s.
-TEST_F(QtTrayTest, AnIconThatWasAddedDirectlyBeforeAWaitIsShownDuringTheWait) {
-    embedding = true;
-    ASSERT_TRUE(tray.add({1, &form, "one"}));
-    EXPECT_FALSE(shown());
-    QtWaiting waiting;
-    const Completion never;
-    EXPECT_EQ(waiting.wait(never, std::chrono::milliseconds(1500)), Waiting::Outcome::late);
-    EXPECT_TRUE(shown());
 }
 
 TEST_F(QtTrayTest, AnIconWaitsForAPanelAndIsShownWithItsLatestTip) {

@@ -108,11 +108,17 @@ void TrayHosts::ask() {
         patience_.stop();
         const QDBusPendingReply<QDBusVariant> answer = *reply;
         const bool lost = answer.isError() && answer.error().type() == QDBusError::NoReply;
-        if (lost) {
-            recheck_.start(); // a later reply to the lost query would be ignored
-        } else {
-            acceptReply(answer.isValid() && answer.value().variant().toBool());
-        }
+        const bool present = answer.isValid() && answer.value().variant().toBool();
+        runLater(*this, [this, question, lost, present] {
+            if (question != lastQuestion_) {
+                return;
+            }
+            if (lost) {
+                ask(); // a later reply to the lost query would be ignored
+            } else {
+                acceptReply(present);
+            }
+        });
     });
 }
 
@@ -123,7 +129,7 @@ void TrayHosts::acceptReply(bool present) {
     const bool hangEnded = std::exchange(hangs_, false);
     replied.emit();
     if (presenceChanged || hangEnded) {
-        runLater(*this, [this] { changed.emit(); });
+        changed.emit();
     }
 }
 

@@ -16,8 +16,8 @@
 namespace sonarith {
 
 /// Never waits for a reply from the bus: statusNotifier() keeps its value until the reply arrives.
-/// The "watcher" is the registry of status notifiers on the bus. Use this class only on the logic
-/// thread.
+/// A reply that arrives during a wait (qt_waiting.h) is handled after the wait. The "watcher" is
+/// the registry of status notifiers on the bus. Use this class only on the logic thread.
 class TrayHosts : public QObject {
   public:
     struct Sources {
@@ -46,10 +46,9 @@ class TrayHosts : public QObject {
     [[nodiscard]] bool hangs() const { return hangs_; }
 
     /// The bus and the watcher have just replied, or are missing. Qt's functions that wait for them
-    /// do not block now. Can be emitted during a wait (qt_waiting.h), so it must not run the logic.
+    /// do not block now.
     Signal<> replied;
     /// statusNotifier() or hangs() has changed, or polling has detected a change of embedding().
-    /// Never emitted during a wait.
     Signal<> changed;
     /// The watcher has passed from one process directly to another. Icons that were registered with
     /// the previous watcher are not registered with the new watcher.
