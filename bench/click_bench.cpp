@@ -65,5 +65,7 @@ int main(int argc, char** argv) {
     bench::Limits limits;
     bench::LongestGap::report("decoding an hour", gap.milliseconds(), limits);
     limits.require("the loop handled timer events", gap.beats() > 0);
+    limits.require("the decoding is complete",
+                   control.lastResult().outcome == mp3::DecodeOutcome::completed);
     return limits.exitCode();
 }

@@ -112,9 +112,11 @@ void compare(const std::string& name, const fs::path& mp3, double limit, bench::
     forgetPeak();
     const long before = statusKilobytes("VmRSS");
     DecodeResult result;
+    bool completed = true;
     for (int i = 0; i < rounds; ++i) {
         tool.push_back(secondsOf([&] { runTool({"mpg123", "-q", "-w", theirs, mp3}); }));
         control.push_back(secondsOf([&] { result = decode(mp3, ours); }));
+        completed = completed && result.outcome == DecodeOutcome::completed;
     }
     const double ratio = median(control) / median(tool);
     const long growth = statusKilobytes("VmHWM") - before;
@@ -123,8 +125,9 @@ void compare(const std::string& name, const fs::path& mp3, double limit, bench::
                 name.c_str(), result.method == DecodeMethod::segments ? "segments" : "sequential",
                 median(tool), median(control), ratio, limit, growth, growthLimit);
     limits.check(("decoding, divided by the tool's: " + name).c_str(), ratio, limit);
-    limits.check("growth of the memory, in KB", static_cast<double>(growth), growthLimit);
-    limits.require("the decoding is complete", result.outcome == DecodeOutcome::completed);
+    limits.check(("growth of the memory, in KB: " + name).c_str(), static_cast<double>(growth),
+                 growthLimit);
+    limits.require(("all decodings are complete: " + name).c_str(), completed);
     fs::remove(theirs);
     fs::remove(ours);
 }

@@ -13,7 +13,7 @@ class Limits {
     /// that is not a number, is reported on the standard error output.
     void check(const char* what, double value, double limit) {
         if (!(value <= limit)) {
-            std::fprintf(stderr, "over the limit: %s: %.3f, limit %.3f\n", what, value, limit);
+            std::fprintf(stderr, "over the limit: %s: %.4g, limit %.4g\n", what, value, limit);
             exceeded_ = true;
         }
     }

@@ -11,7 +11,7 @@ class Limits:
         """The limit is the largest permitted value, in the unit of the value. A larger value, or
         one that is not a number, is reported on the standard error output."""
         if not value <= limit:
-            print(f"over the limit: {what}: {value:.3f}, limit {limit:.3f}", file=sys.stderr)
+            print(f"over the limit: {what}: {value:.4g}, limit {limit:.4g}", file=sys.stderr)
             self._exceeded = True
 
     def end(self):

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <string>
 
 #include "limits.h"
 
@@ -37,7 +38,8 @@ class LongestGap {
         constexpr double limit = 50;
         std::printf("%s: longest time without an event %.1f ms, %.2f of the limit of 50 ms\n",
                     doing, milliseconds, milliseconds / limit);
-        limits.check("longest time without an event, in ms", milliseconds, limit);
+        limits.check((std::string(doing) + ": longest time without an event, in ms").c_str(),
+                     milliseconds, limit);
     }
 
   private:

@@ -241,6 +241,7 @@ WindowCosts measureWindow() {
         if (editor.form.Text4(8).text() != std::to_string(bytes) + " bytes" ||
             header->model()->rowCount() != 12) {
             std::fprintf(stderr, "the file was not read\n");
+            std::exit(EXIT_FAILURE);
         }
     }
     return {bench::median(open),
@@ -281,6 +282,7 @@ int main(int argc, char** argv) {
     limits.check("slowest scroll step, in ms", window.slowestScroll, 16);
     limits.check("click on the entry of the short file, in ms", window.shortClick, 5);
     limits.check("click on the entry of the long file, in ms", window.longClick, 5);
+    limits.require("the system counts the bytes that are read", window.mostBytesOfAClick > 0);
     limits.check("bytes that a click reads", static_cast<double>(window.mostBytesOfAClick), 8192);
     return limits.exitCode();
 }

@@ -98,9 +98,9 @@ class CleanRoot:
         self.run("apt-get", "install", "-y", "-qq", "--no-install-recommends", *packages)
 
     def files(self):
-        """Maps the path of each file, link and empty folder of the system to its mode and size.
-        Omits NOT_COMPARED. A link is not followed: an absolute link would lead out of the system,
-        into this machine."""
+        """Maps the path of each file and empty folder of the system to its mode and size, and the
+        path of each link to its target. Omits NOT_COMPARED. A link is not followed: an absolute
+        link would lead out of the system, into this machine."""
         def is_recorded(folder):
             return os.path.islink(folder) or not os.listdir(folder)
 
@@ -112,7 +112,8 @@ class CleanRoot:
             for name in [*files, *(each for each in folders if is_recorded(f"{folder}/{each}"))]:
                 path = os.path.join(folder, name)
                 status = os.lstat(path)
-                found[os.path.normpath(f"{below}/{name}")] = (status.st_mode, status.st_size)
+                found[os.path.normpath(f"{below}/{name}")] = (
+                    os.readlink(path) if os.path.islink(path) else (status.st_mode, status.st_size))
         return found
 
     def use_program(self):
