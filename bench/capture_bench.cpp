@@ -20,12 +20,12 @@
 #include <thread>
 #include <vector>
 
-#include "limits.h"
 #include "platform/linux/disc/image_drive.h"
 #include "platform/linux/mci/interpreter.h"
 #include "platform/linux/mci/machine_devices.h"
 #include "platform/linux/sound/sound_card.h"
 #include "platform/linux/sound/sound_card_thread.h"
+#include "result_limits.h"
 #include "support/call_judge.h"
 #include "support/fake_notices.h"
 #include "support/temp_folder.h"

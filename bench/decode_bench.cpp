@@ -20,9 +20,9 @@
 #include <utility>
 #include <vector>
 
-#include "limits.h"
 #include "platform/linux/mp3/decode_job.h"
 #include "platform/linux/mp3/mpg123_control.h"
+#include "result_limits.h"
 #include "statistics.h"
 #include "support/sound_files.h"
 #include "support/temp_folder.h"

@@ -15,12 +15,12 @@
 #include <QApplication>
 #include <QScrollBar>
 
-#include "limits.h"
 #include "platform/controls/form.h"
 #include "platform/linux/paths/patient_directories.h"
 #include "platform/linux/paths/patient_file_system.h"
 #include "platform/qt/qt_waiting.h"
 #include "platform/silent_notices.h"
+#include "result_limits.h"
 #include "statistics.h"
 #include "support/fake_settings_store.h"
 #include "support/temp_folder.h"

@@ -11,13 +11,13 @@
 #include <QApplication>
 
 #include "app/application.h"
-#include "limits.h"
 #include "platform/linux/disc/image_drive.h"
 #include "platform/linux/mci/interpreter.h"
 #include "platform/linux/mci/machine_devices.h"
 #include "platform/linux/sound/sound_card.h"
 #include "platform/linux/sound/sound_card_thread.h"
 #include "platform/qt/qt_event_loop.h"
+#include "result_limits.h"
 #include "statistics.h"
 #include "support/fake_machine.h"
 #include "support/fake_notices.h"

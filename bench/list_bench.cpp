@@ -14,8 +14,8 @@
 #include <QApplication>
 #include <QScrollBar>
 
-#include "limits.h"
 #include "platform/controls/form.h"
+#include "result_limits.h"
 #include "statistics.h"
 #include "ui/list_box_view.h"
 

@@ -9,7 +9,7 @@
 #include <cstdio>
 #include <string>
 
-#include "limits.h"
+#include "result_limits.h"
 
 namespace sonarith::bench {
 

@@ -18,9 +18,9 @@
 #include <thread>
 #include <vector>
 
-#include "limits.h"
 #include "platform/linux/disc/image_drive.h"
 #include "platform/linux/sound/sound_card_thread.h"
+#include "result_limits.h"
 #include "statistics.h"
 #include "support/player_on_card.h"
 #include "support/temp_folder.h"

@@ -22,11 +22,11 @@
 #include <thread>
 #include <vector>
 
-#include "limits.h"
 #include "platform/linux/mp3/mpg123_control.h"
 #include "platform/linux/sound/alsa_output.h"
 #include "platform/linux/sound/sound_card.h"
 #include "platform/linux/sound/sound_card_thread.h"
+#include "result_limits.h"
 #include "statistics.h"
 #include "support/fake_notices.h"
 #include "support/pulse_server.h"

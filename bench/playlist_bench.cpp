@@ -28,13 +28,13 @@
 #include <QScrollBar>
 #include <QString>
 
-#include "limits.h"
 #include "on_disk/editor_over.h"
 #include "platform/linux/paths/drive_table.h"
 #include "platform/linux/paths/linux_file_system.h"
 #include "platform/linux/paths/mount_info.h"
 #include "platform/linux/paths/path_map.h"
 #include "platform/qt/ini_settings_store.h"
+#include "result_limits.h"
 #include "statistics.h"
 #include "support/mp3_bytes.h"
 #include "support/temp_folder.h"

@@ -12,7 +12,6 @@
 
 #include "finder/search_engine.h"
 #include "forms/frm_search.h"
-#include "limits.h"
 #include "music_tree.h"
 #include "platform/linux/paths/drive_table.h"
 #include "platform/linux/paths/linux_directory_walk.h"
@@ -23,6 +22,7 @@
 #include "platform/linux/paths/patient_file_system.h"
 #include "platform/silent_notices.h"
 #include "platform/text/unicode.h"
+#include "result_limits.h"
 #include "statistics.h"
 #include "support/fake_settings_store.h"
 #include "support/temp_folder.h"
